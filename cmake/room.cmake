@@ -1,0 +1,40 @@
+# Warnings are errors everywhere; third-party headers are system includes and stay out of it.
+add_library(kaunter_flags INTERFACE)
+target_include_directories(kaunter_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_options(kaunter_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+target_compile_definitions(kaunter_flags INTERFACE
+  KAUNTER_VERSION_MAJOR=${PROJECT_VERSION_MAJOR}
+  KAUNTER_VERSION_MINOR=${PROJECT_VERSION_MINOR}
+  KAUNTER_VERSION_REVISION=${PROJECT_VERSION_PATCH})
+if(KAUNTER_SANITIZE)
+  target_compile_options(kaunter_flags INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer
+    -fno-sanitize-recover=undefined)
+  target_link_options(kaunter_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# kaunter_room(NAME [QT] LINK libraries...): a static library kaunter_NAME of all files in src/NAME,
+# main.cpp excepted. A room without a source file is an interface library.
+function(kaunter_room name)
+  cmake_parse_arguments(ROOM "QT" "" "LINK" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/${name}/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  list(FILTER sources EXCLUDE REGEX "/module/")
+  if(sources)
+    add_library(kaunter_${name} STATIC ${sources})
+    target_link_libraries(kaunter_${name} PUBLIC kaunter_flags ${ROOM_LINK})
+    if(ROOM_QT)
+      set_target_properties(kaunter_${name} PROPERTIES AUTOMOC ON)
+    endif()
+  else()
+    add_library(kaunter_${name} INTERFACE)
+    target_link_libraries(kaunter_${name} INTERFACE kaunter_flags ${ROOM_LINK})
+  endif()
+endfunction()
+
+# kaunter_program(NAME MAIN libraries...): a program, left in bin/ of the build folder.
+function(kaunter_program name main)
+  if(EXISTS ${CMAKE_SOURCE_DIR}/${main})
+    add_executable(${name} ${main})
+    target_link_libraries(${name} PRIVATE ${ARGN})
+  endif()
+endfunction()

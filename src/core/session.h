@@ -1,0 +1,80 @@
+// Session: what the process knows about itself and the person before it. One a process; it lives as long as
+// the process does and is cleared field by field at sign-out.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "core/settings.h"
+#include "platform/clock.h"
+#include "platform/sql/connection.h"
+#include "platform/sql/data_source.h"
+#include "screen/caption.h"
+
+namespace kaunter {
+
+class LocalSettings;
+
+class Session {
+ public:
+  // --- the program and this PC
+  std::string AppPath;         // folder of the program, without a slash at its end
+  std::string ConnAccount;     // local setting: account kind, "MainUser" or "2User" to "5User"
+  std::string ConnDataSource;  // local setting: data source name
+  std::string ConnDatabase;    // local setting: database and user name; empty takes ConnDataSource
+  std::string ConnLinkAcc;     // local setting: "1" lets this PC use the accounting link
+  std::string PhotoPath;       // AppPath + "/Photo"
+  std::string ProgramTitle = "Kaunter";
+  std::string MyKadPath;
+
+  // --- the person
+  std::string CurrentUserID;  // "" when nobody is signed in
+  int CurrentLevel = 0;       // 0 nobody, 1 Clerk, 2 Supervisor, 3 Manager, 4 Admin, 5 built-in ADMIN
+  std::string CurrentCompCode;
+  std::string AllowedCompanies;  // "A","B" with the double quotes; "" means only the home company
+  std::string CurrentCompDesc;
+  std::string CompanyName;
+  bool ChineseFlag = false;
+  bool FollowUpFlag = false;
+  bool AllowEdit = false;
+  bool AllowDelete = false;
+  bool AllowDisc = false;
+  bool AllowCreditLimit = false;
+  bool Special = false;
+  bool OverrideOK = false;  // answer of the last ManagerOverride
+
+  // --- hand-over between screens
+  std::string MsgText;
+  std::string MsgTitle;
+  std::string ReportFile;
+  std::string CallerTag;
+  std::string PickerName;
+  std::string PickerExtra;
+  std::string HandOverCustID;
+  std::string HandOverLoanID;
+
+  // --- settings read at connect
+  Settings settings;
+
+  // --- named connections; null until opened
+  std::unique_ptr<Connection> MainConn;
+  std::unique_ptr<Connection> LogsConn;
+  std::unique_ptr<Connection> AED;
+  std::unique_ptr<Connection> smsconn;
+  // Connection strings of those that are opened when needed.
+  std::string MyKad64String;
+  std::string LinkDBString;
+
+  DataSources data_sources;
+  Clock clock;  // the PC's clock; the embedded server reads the same one
+  Connection::TraceSink trace;
+
+  // The main connection; a fault when it is not open.
+  Connection& Main() const;
+  // The text of the language in force.
+  const std::string& In(const Caption& pair) const { return pair.In(ChineseFlag); }
+};
+
+}  // namespace kaunter

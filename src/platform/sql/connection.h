@@ -1,0 +1,114 @@
+// Connection: one open data source, spoken to in T-SQL, whatever engine stands behind it.
+//
+// Execute and Query take one statement or a batch (statements parted by ";" or standing behind one another)
+// and stop at the first failure, which is thrown as SqlError. No row is no error. Rows are copied before
+// Query returns: no statement stays open behind a Recordset.
+//
+// Transactions: BeginTrans inside a transaction first rolls back what is still open (and tells the stale
+// handler, which writes the log line); CommitTrans without one is an error; RollbackTrans bears finding none.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/sql/value.h"
+
+namespace kaunter {
+
+class SqlError : public std::runtime_error {
+ public:
+  SqlError(int number, const std::string& description)
+      : std::runtime_error(description), number_(number) {}
+  // The server's number (2627 primary key, 208 unknown table, 102 syntax ...); what() is the description.
+  int number() const { return number_; }
+
+ private:
+  int number_;
+};
+
+enum class FieldType { kText, kInteger, kDouble, kMoney, kDate };
+
+struct Column {
+  std::string name;
+  FieldType type = FieldType::kText;
+  int width = 0;  // longest text the column takes; 0 when unbounded or unknown
+  int scale = 0;  // decimals of a decimal column
+};
+
+// The rows of a query, read to the end, with a cursor that starts on the first.
+class Recordset {
+ public:
+  Recordset() = default;
+  Recordset(std::vector<Column> columns, std::vector<std::vector<Value>> rows)
+      : columns_(std::move(columns)), rows_(std::move(rows)) {}
+
+  bool Eof() const { return row_ >= rows_.size(); }
+  void MoveNext() { ++row_; }
+  void MoveFirst() { row_ = 0; }
+  // Fields of the current row; by name without regard to case. An unknown name, a position past the last
+  // column or a read at the end is a fault (std::out_of_range that names it).
+  const Value& Field(std::string_view name) const;
+  const Value& Field(std::size_t position) const;
+
+  std::size_t RowCount() const { return rows_.size(); }
+  const std::vector<Column>& columns() const { return columns_; }
+  const std::vector<std::vector<Value>>& rows() const { return rows_; }
+
+ private:
+  std::vector<Column> columns_;
+  std::vector<std::vector<Value>> rows_;
+  std::size_t row_ = 0;
+};
+
+class Connection {
+ public:
+  explicit Connection(std::string name) : name_(std::move(name)) {}
+  virtual ~Connection() = default;
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  // Rows touched by the last statement of the batch.
+  std::int64_t Execute(std::string_view sql);
+  // The rows of the last statement of the batch that gives rows.
+  Recordset Query(std::string_view sql);
+  void BeginTrans();
+  void CommitTrans();
+  void RollbackTrans();
+  virtual bool InTransaction() const = 0;
+
+  const std::string& name() const { return name_; }
+  // For status lines and docs: "SQLite", "Microsoft SQL Server" ...
+  virtual std::string EngineName() const = 0;
+
+  // Called with each statement as it stands in T-SQL, before it runs; BEGIN, COMMIT and ROLLBACK included.
+  using TraceSink = std::function<void(std::string_view connection, std::string_view sql)>;
+  void SetTrace(TraceSink sink) { trace_ = std::move(sink); }
+  // Called when BeginTrans finds a transaction that somebody left open.
+  void SetStaleHandler(std::function<void(std::string_view connection)> handler) {
+    stale_ = std::move(handler);
+  }
+  // Called before each statement; may throw SqlError to play a failing engine. For fault tests.
+  void SetFaultHook(std::function<void(std::string_view sql)> hook) { fault_ = std::move(hook); }
+
+ protected:
+  virtual std::int64_t DoExecute(std::string_view sql) = 0;
+  virtual Recordset DoQuery(std::string_view sql) = 0;
+  virtual void DoBegin() = 0;
+  virtual void DoCommit() = 0;
+  virtual void DoRollback() = 0;
+
+ private:
+  void Announce(std::string_view sql);
+
+  std::string name_;
+  TraceSink trace_;
+  std::function<void(std::string_view)> stale_;
+  std::function<void(std::string_view)> fault_;
+};
+
+}  // namespace kaunter

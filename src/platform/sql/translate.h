@@ -1,0 +1,98 @@
+// Translation of T-SQL for an engine that does not speak it: statement text -> tree (parser) -> types
+// (binder, with the catalogue) -> the engine's own text (one writer a dialect).
+//
+// What the parser or binder does not know, or what SQL Server would refuse, is refused with SQL Server's
+// number and a text that shows the statement and the place; a guess is never sent.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/sql/connection.h"
+
+namespace kaunter::sql {
+
+enum class TypeKind { kUnknown, kNull, kText, kInteger, kDecimal, kDouble, kDate, kDateTime, kBinary };
+
+struct Type {
+  TypeKind kind = TypeKind::kUnknown;
+  int width = 0;      // kText: longest text, 0 for max
+  int precision = 0;  // kDecimal
+  int scale = 0;      // kDecimal
+  bool operator==(const Type&) const = default;
+};
+
+struct CatalogueColumn {
+  std::string name;
+  Type type;
+  bool nullable = true;
+  bool has_default = false;
+  bool identity = false;
+  bool computed = false;
+};
+
+struct CatalogueTable {
+  std::string name;
+  std::vector<CatalogueColumn> columns;  // in declared order
+  std::vector<std::string> primary_key;
+};
+
+// What the binder knows of the database. Names are looked up without regard to case.
+class Catalogue {
+ public:
+  virtual ~Catalogue() = default;
+  // Null when there is no such table.
+  virtual const CatalogueTable* FindTable(std::string_view name) const = 0;
+};
+
+// How a literal taken out of the text reaches the engine: its converter is chosen once by the binder.
+enum class Conversion { kAsText, kAsInteger, kAsDecimal, kAsDouble, kAsDate, kAsDateTime };
+
+struct Parameter {
+  std::size_t literal = 0;  // index into the literals of the statement, in text order
+  Conversion conversion = Conversion::kAsText;
+  int scale = 0;            // kAsDecimal: decimals to round to, half away from zero
+  int width = 0;            // kAsText into a column: longest text (8152/2628 beyond), 0 for none
+  std::string column;       // for messages; may be empty
+};
+
+struct ResultColumn {
+  std::string name;
+  Type type;
+};
+
+// One statement for the engine.
+struct Translated {
+  std::string text;                    // with ?1, ?2 ... for the parameters, in order
+  std::vector<Parameter> parameters;
+  std::vector<ResultColumn> columns;   // of a SELECT; empty otherwise
+  bool is_query = false;
+  bool is_ddl = false;                 // the catalogue and the shape cache are stale afterwards
+  bool identity_insert = false;
+};
+
+enum class Dialect { kSqlite };
+
+// A statement cut out of a batch with its literals taken out: the key of the shape cache. Two statements of
+// the same shape differ only in literals. The number of decimals of a numeric literal belongs to the key.
+struct Shape {
+  std::string key;
+  std::vector<std::string> literals;  // text literals without quotes, '' undone; numbers as written
+};
+
+// Splits a batch into statements by tokens and takes out the literals; cheap, no tree is built.
+// Throws SqlError 105 for a text without its end.
+std::vector<Shape> SplitBatch(std::string_view batch, std::vector<std::string>* statements);
+
+// Translates one statement (as SplitBatch cut it). A statement may become several for the engine
+// (ALTER TABLE ADD a, b). Throws SqlError.
+std::vector<Translated> Translate(std::string_view statement, const Catalogue& catalogue, Dialect dialect);
+
+// Parses the type as a column declares it ("decimal(18, 2)", "nvarchar(50)").
+Type ParseType(std::string_view declared);
+
+}  // namespace kaunter::sql

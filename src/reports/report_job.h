@@ -1,0 +1,23 @@
+// ReportJob: what a screen hands to the report engine to start a report.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace kaunter {
+
+class Connection;
+
+enum class ReportDestination { preview, printer, pdf };
+
+struct ReportJob {
+  std::string ReportFileName;             // full path
+  std::string SelectionFormula;           // "{SchMast2.LoanID}='LC-0001'"
+  std::string ReportTitle;
+  Connection* Connect = nullptr;          // the connection that the report reads
+  std::map<int, std::string> ParameterFields;  // "<name>;<value>;True" by number
+  ReportDestination Destination = ReportDestination::preview;
+};
+
+}  // namespace kaunter
