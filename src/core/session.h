@@ -1,5 +1,5 @@
-// Session: what the process knows about itself and the person before it. One a process; it lives as long as
-// the process does and is cleared field by field at sign-out.
+// Session: what the process knows about itself and the person before it. One a process; it lives as
+// long as the process does and is cleared field by field at sign-out.
 #pragma once
 
 #include <map>
@@ -31,7 +31,7 @@ class Session {
 
   // --- the person
   std::string CurrentUserID;  // "" when nobody is signed in
-  int CurrentLevel = 0;       // 0 nobody, 1 Clerk, 2 Supervisor, 3 Manager, 4 Admin, 5 built-in ADMIN
+  int CurrentLevel = 0;  // 0 nobody, 1 Clerk, 2 Supervisor, 3 Manager, 4 Admin, 5 built-in ADMIN
   std::string CurrentCompCode;
   std::string AllowedCompanies;  // "A","B" with the double quotes; "" means only the home company
   std::string CurrentCompDesc;

@@ -1,4 +1,5 @@
-// The settings of the office, read once at connect from Systemast. A field carries the name of its key.
+// The settings of the office, read once at connect from Systemast. A field carries the name of its
+// key.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// Clock: where "now" comes from. The embedded server, the text log and the screens share one; a run may set
-// it, so that tests and demos are reproducible.
+// Clock: where "now" comes from. The embedded server, the text log and the screens share one; a run
+// may set it, so that tests and demos are reproducible.
 #pragma once
 
 #include <optional>

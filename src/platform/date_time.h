@@ -1,5 +1,5 @@
-// DateTime: a calendar date with a time of day to the second, as the database keeps it (proleptic Gregorian,
-// years 1 to 9999, no time zone).
+// DateTime: a calendar date with a time of day to the second, as the database keeps it (proleptic
+// Gregorian, years 1 to 9999, no time zone).
 #pragma once
 
 #include <compare>
@@ -34,12 +34,12 @@ struct DateTime {
   // 0 Sunday to 6 Saturday.
   int Weekday() const;
 
-  // "yyyy-mm-dd", with " hh:mm:ss" only when the time is not midnight: the canonical text of the embedded
-  // database, in which text order is time order.
+  // "yyyy-mm-dd", with " hh:mm:ss" only when the time is not midnight: the canonical text of the
+  // embedded database, in which text order is time order.
   std::string ToCanonical() const;
   static std::optional<DateTime> FromCanonical(std::string_view text);
-  // "dd-mm-yyyy", two digits each, optionally " hh:mm:ss". Nothing else is taken: no other order, no
-  // two-digit year, no day or month outside the calendar.
+  // "dd-mm-yyyy", two digits each, optionally " hh:mm:ss". Nothing else is taken: no other order,
+  // no two-digit year, no day or month outside the calendar.
   static std::optional<DateTime> FromDisplay(std::string_view text);
 };
 

@@ -1,8 +1,8 @@
 // Money: ringgit as a 64-bit count of ten-thousandths (four decimals).
 //
-// Conversions from a double or a text round to four decimals, ties to even. Addition, subtraction and
-// multiplication stay in money; a division is the caller's, in double. Nothing wraps: a result that does
-// not fit throws std::overflow_error.
+// Conversions from a double or a text round to four decimals, ties to even. Addition, subtraction
+// and multiplication stay in money; a division is the caller's, in double. Nothing wraps: a result
+// that does not fit throws std::overflow_error.
 #pragma once
 
 #include <compare>
@@ -22,10 +22,12 @@ class Money {
     return money;
   }
   static Money FromInteger(std::int64_t ringgit);
-  // Scales by 10,000 in double, then ties to even. Refuses NaN and infinities (std::overflow_error).
+  // Scales by 10,000 in double, then ties to even. Refuses NaN and infinities
+  // (std::overflow_error).
   static Money FromDouble(double value);
-  // An exact decimal: sign, digits, one point, thousands commas, blanks around it. Digits past the fourth
-  // round, ties to even. Throws std::invalid_argument for any other text, the empty one included.
+  // An exact decimal: sign, digits, one point, thousands commas, blanks around it. Digits past the
+  // fourth round, ties to even. Throws std::invalid_argument for any other text, the empty one
+  // included.
   static Money FromText(std::string_view text);
   // As FromText, but nothing for a text that is no number.
   static std::optional<Money> TryText(std::string_view text);

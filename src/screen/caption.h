@@ -1,4 +1,5 @@
-// Caption: an English and a Chinese text side by side; which one shows is decided at the moment of showing.
+// Caption: an English and a Chinese text side by side; which one shows is decided at the moment of
+// showing.
 #pragma once
 
 #include <string>

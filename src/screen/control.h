@@ -1,5 +1,6 @@
-// The controls of a screen: named things with text or rows that a person, or a script, works on. They know
-// no widget; a face draws them and calls their Enter/Put/Leave/Click operations, never their fields.
+// The controls of a screen: named things with text or rows that a person, or a script, works on.
+// They know no widget; a face draws them and calls their Enter/Put/Leave/Click operations, never
+// their fields.
 #pragma once
 
 #include <functional>
@@ -17,7 +18,18 @@ class Control;
 // What a box holds: decides alignment, the keyboard, the calendar button; not what may be typed.
 enum class Kind { text, memo, password, money, rate, integer, date, time };
 
-enum class ControlType { container, label, text_box, combo_box, check_box, option, button, grid, picture, bar };
+enum class ControlType {
+  container,
+  label,
+  text_box,
+  combo_box,
+  check_box,
+  option,
+  button,
+  grid,
+  picture,
+  bar
+};
 
 class Control {
  public:
@@ -123,7 +135,8 @@ class TextBox : public Control {
   // From the screen's own code: no events.
   void SetText(std::string text);
   void Clear() { SetText({}); }
-  // Longest text in characters; 0 for no bound. A face takes no more (the rest of a paste is refused whole).
+  // Longest text in characters; 0 for no bound. A face takes no more (the rest of a paste is
+  // refused whole).
   int max_length = 0;
   // "######-##-####": '#' is a digit, all else stands as written. Empty for none.
   std::string mask;
@@ -132,8 +145,8 @@ class TextBox : public Control {
   std::function<void()> onSearch;
   std::function<void()> onChange;
 
-  // The face's side: puts the text as typed (fires onChange). False when the text is longer than the box
-  // takes; then nothing changes.
+  // The face's side: puts the text as typed (fires onChange). False when the text is longer than
+  // the box takes; then nothing changes.
   bool Type(std::string text);
 
  private:
@@ -159,8 +172,8 @@ class ComboBox : public Control {
   std::function<void()> onPick;
   int max_length = 0;
 
-  // The face's side: picks or types (fires onPick when the entry changed). False when not editable and the
-  // text is no entry.
+  // The face's side: picks or types (fires onPick when the entry changed). False when not editable
+  // and the text is no entry.
   bool Pick(std::string_view text);
   bool PickIndex(int index);
 

@@ -1,5 +1,5 @@
-// Desk: the conversation between a screen and whoever sits before it. The desktop draws it, kaunter-play
-// speaks it; a screen knows no other way out.
+// Desk: the conversation between a screen and whoever sits before it. The desktop draws it,
+// kaunter-play speaks it; a screen knows no other way out.
 #pragma once
 
 #include <functional>
@@ -43,7 +43,8 @@ class Desk {
 
   // Opens the screen of the catalogue by its name, modally; returns when it has been closed.
   virtual void Show(std::string_view screen_name) = 0;
-  // Shows a screen that the caller made and keeps (the main window's dialogs, pickers with arguments).
+  // Shows a screen that the caller made and keeps (the main window's dialogs, pickers with
+  // arguments).
   virtual void ShowModal(Screen& screen) = 0;
 
   virtual std::unique_ptr<ProgressBar> Progress(std::string_view title) = 0;

@@ -40,7 +40,9 @@ class Grid : public Control {
   int RowCount() const { return static_cast<int>(rows_.size()); }
   const std::string& Cell(int row, int column) const;
   void SetCell(int row, int column, std::string text);  // no events
-  const std::vector<std::string>& Row(int row) const { return rows_.at(static_cast<std::size_t>(row)).cells; }
+  const std::vector<std::string>& Row(int row) const {
+    return rows_.at(static_cast<std::size_t>(row)).cells;
+  }
   void Clear();
   int AddRow(std::vector<std::string> cells, RowTone tone = RowTone::plain);
   void RemoveRow(int row);
@@ -57,7 +59,7 @@ class Grid : public Control {
   bool Ticked(int row) const { return rows_.at(static_cast<std::size_t>(row)).ticked; }
   void SetTicked(int row, bool on);  // no events
 
-  std::function<void(int row)> onRow;              // a row became current
+  std::function<void(int row)> onRow;               // a row became current
   std::function<void(int row, int column)> onOpen;  // double-click or Enter
   std::function<void(int row)> onTick;
   // After an edit, with the text that stood there before; the screen may put it back with SetCell.

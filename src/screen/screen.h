@@ -1,8 +1,8 @@
 // Screen: a unit of behaviour that owns named controls and reacts to them.
 //
-// A screen is made, then Load runs when it is about to be shown; it is closed by itself (Close) or by the
-// person (RequestClose, which may refuse). No exception crosses a screen: a face runs each act through
-// Guard, which gives an escaped failure to onFailure.
+// A screen is made, then Load runs when it is about to be shown; it is closed by itself (Close) or
+// by the person (RequestClose, which may refuse). No exception crosses a screen: a face runs each
+// act through Guard, which gives an escaped failure to onFailure.
 #pragma once
 
 #include <exception>
@@ -66,7 +66,8 @@ class Screen {
   std::vector<Control*> Children(const Control* parent) const;
 
   ScreenObserver* observer = nullptr;
-  // What becomes of an exception that an act let through; set by the screen's maker (log line and message).
+  // What becomes of an exception that an act let through; set by the screen's maker (log line and
+  // message).
   std::function<void(const std::exception&)> onFailure;
   // Runs an act of the person; false when it failed.
   bool Guard(const std::function<void()>& act);

@@ -1,11 +1,12 @@
 // Connection: one open data source, spoken to in T-SQL, whatever engine stands behind it.
 //
-// Execute and Query take one statement or a batch (statements parted by ";" or standing behind one another)
-// and stop at the first failure, which is thrown as SqlError. No row is no error. Rows are copied before
-// Query returns: no statement stays open behind a Recordset.
+// Execute and Query take one statement or a batch (statements parted by ";" or standing behind one
+// another) and stop at the first failure, which is thrown as SqlError. No row is no error. Rows are
+// copied before Query returns: no statement stays open behind a Recordset.
 //
-// Transactions: BeginTrans inside a transaction first rolls back what is still open (and tells the stale
-// handler, which writes the log line); CommitTrans without one is an error; RollbackTrans bears finding none.
+// Transactions: BeginTrans inside a transaction first rolls back what is still open (and tells the
+// stale handler, which writes the log line); CommitTrans without one is an error; RollbackTrans
+// bears finding none.
 #pragma once
 
 #include <cstdint>
@@ -24,7 +25,8 @@ class SqlError : public std::runtime_error {
  public:
   SqlError(int number, const std::string& description)
       : std::runtime_error(description), number_(number) {}
-  // The server's number (2627 primary key, 208 unknown table, 102 syntax ...); what() is the description.
+  // The server's number (2627 primary key, 208 unknown table, 102 syntax ...); what() is the
+  // description.
   int number() const { return number_; }
 
  private:
@@ -50,8 +52,8 @@ class Recordset {
   bool Eof() const { return row_ >= rows_.size(); }
   void MoveNext() { ++row_; }
   void MoveFirst() { row_ = 0; }
-  // Fields of the current row; by name without regard to case. An unknown name, a position past the last
-  // column or a read at the end is a fault (std::out_of_range that names it).
+  // Fields of the current row; by name without regard to case. An unknown name, a position past the
+  // last column or a read at the end is a fault (std::out_of_range that names it).
   const Value& Field(std::string_view name) const;
   const Value& Field(std::size_t position) const;
 
@@ -85,7 +87,8 @@ class Connection {
   // For status lines and docs: "SQLite", "Microsoft SQL Server" ...
   virtual std::string EngineName() const = 0;
 
-  // Called with each statement as it stands in T-SQL, before it runs; BEGIN, COMMIT and ROLLBACK included.
+  // Called with each statement as it stands in T-SQL, before it runs; BEGIN, COMMIT and ROLLBACK
+  // included.
   using TraceSink = std::function<void(std::string_view connection, std::string_view sql)>;
   void SetTrace(TraceSink sink) { trace_ = std::move(sink); }
   // Called when BeginTrans finds a transaction that somebody left open.

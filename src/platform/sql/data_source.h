@@ -1,8 +1,8 @@
-// Opening connections: from a connection string ("Provider=MSDASQL.1;Password=...;Data Source=office;...") to
-// an engine.
+// Opening connections: from a connection string ("Provider=MSDASQL.1;Password=...;Data
+// Source=office;...") to an engine.
 //
-// The data source name is looked up in the local data sources first (the embedded engine, or an ODBC
-// connection string of its own), then among the machine's ODBC sources.
+// The data source name is looked up in the local data sources first (the embedded engine, or an
+// ODBC connection string of its own), then among the machine's ODBC sources.
 #pragma once
 
 #include <map>
@@ -16,7 +16,8 @@
 
 namespace kaunter {
 
-// "key=value;..." with keys looked up without regard to case. A value may stand in double quotes or braces.
+// "key=value;..." with keys looked up without regard to case. A value may stand in double quotes or
+// braces.
 class ConnectionString {
  public:
   // Throws std::invalid_argument that names the place for a text that does not parse.
@@ -47,20 +48,21 @@ class DataSources {
   std::map<std::string, DataSource> sources_;
 };
 
-// Opens `connection_string` under the connection name `name` ("MainConn"). The catalog ("Initial Catalog")
-// decides the file of an embedded source when it differs from the source's own: "<name>-Logs" is the file
-// beside it with "-Logs" behind its stem. Throws SqlError (4060 when the database cannot be opened, with the
-// path or source and what to do).
-std::unique_ptr<Connection> OpenConnection(std::string_view name, std::string_view connection_string,
+// Opens `connection_string` under the connection name `name` ("MainConn"). The catalog ("Initial
+// Catalog") decides the file of an embedded source when it differs from the source's own:
+// "<name>-Logs" is the file beside it with "-Logs" behind its stem. Throws SqlError (4060 when the
+// database cannot be opened, with the path or source and what to do).
+std::unique_ptr<Connection> OpenConnection(std::string_view name,
+                                           std::string_view connection_string,
                                            const DataSources& sources, const Clock& clock);
 
-// The embedded engine on one file; made when missing (with no tables) if `create`. Refuses a file that is no
-// database (26 as 4060), an unreadable one, and one written by a newer Kaunter.
+// The embedded engine on one file; made when missing (with no tables) if `create`. Refuses a file
+// that is no database (26 as 4060), an unreadable one, and one written by a newer Kaunter.
 std::unique_ptr<Connection> OpenSqlite(std::string_view name, const std::string& path, bool create,
                                        const Clock& clock);
 
-// Through unixODBC. `odbc_string` is what SQLDriverConnect takes. The DBMS name that the driver reports picks
-// the dialect: SQL Server gets the text untouched.
+// Through unixODBC. `odbc_string` is what SQLDriverConnect takes. The DBMS name that the driver
+// reports picks the dialect: SQL Server gets the text untouched.
 std::unique_ptr<Connection> OpenOdbc(std::string_view name, const std::string& odbc_string,
                                      const Clock& clock);
 

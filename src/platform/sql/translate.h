@@ -1,8 +1,8 @@
-// Translation of T-SQL for an engine that does not speak it: statement text -> tree (parser) -> types
-// (binder, with the catalogue) -> the engine's own text (one writer a dialect).
+// Translation of T-SQL for an engine that does not speak it: statement text -> tree (parser) ->
+// types (binder, with the catalogue) -> the engine's own text (one writer a dialect).
 //
-// What the parser or binder does not know, or what SQL Server would refuse, is refused with SQL Server's
-// number and a text that shows the statement and the place; a guess is never sent.
+// What the parser or binder does not know, or what SQL Server would refuse, is refused with SQL
+// Server's number and a text that shows the statement and the place; a guess is never sent.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,17 @@
 
 namespace kaunter::sql {
 
-enum class TypeKind { kUnknown, kNull, kText, kInteger, kDecimal, kDouble, kDate, kDateTime, kBinary };
+enum class TypeKind {
+  kUnknown,
+  kNull,
+  kText,
+  kInteger,
+  kDecimal,
+  kDouble,
+  kDate,
+  kDateTime,
+  kBinary
+};
 
 struct Type {
   TypeKind kind = TypeKind::kUnknown;
@@ -49,15 +59,16 @@ class Catalogue {
   virtual const CatalogueTable* FindTable(std::string_view name) const = 0;
 };
 
-// How a literal taken out of the text reaches the engine: its converter is chosen once by the binder.
+// How a literal taken out of the text reaches the engine: its converter is chosen once by the
+// binder.
 enum class Conversion { kAsText, kAsInteger, kAsDecimal, kAsDouble, kAsDate, kAsDateTime };
 
 struct Parameter {
   std::size_t literal = 0;  // index into the literals of the statement, in text order
   Conversion conversion = Conversion::kAsText;
-  int scale = 0;            // kAsDecimal: decimals to round to, half away from zero
-  int width = 0;            // kAsText into a column: longest text (8152/2628 beyond), 0 for none
-  std::string column;       // for messages; may be empty
+  int scale = 0;       // kAsDecimal: decimals to round to, half away from zero
+  int width = 0;       // kAsText into a column: longest text (8152/2628 beyond), 0 for none
+  std::string column;  // for messages; may be empty
 };
 
 struct ResultColumn {
@@ -67,18 +78,19 @@ struct ResultColumn {
 
 // One statement for the engine.
 struct Translated {
-  std::string text;                    // with ?1, ?2 ... for the parameters, in order
+  std::string text;  // with ?1, ?2 ... for the parameters, in order
   std::vector<Parameter> parameters;
-  std::vector<ResultColumn> columns;   // of a SELECT; empty otherwise
+  std::vector<ResultColumn> columns;  // of a SELECT; empty otherwise
   bool is_query = false;
-  bool is_ddl = false;                 // the catalogue and the shape cache are stale afterwards
+  bool is_ddl = false;  // the catalogue and the shape cache are stale afterwards
   bool identity_insert = false;
 };
 
 enum class Dialect { kSqlite };
 
-// A statement cut out of a batch with its literals taken out: the key of the shape cache. Two statements of
-// the same shape differ only in literals. The number of decimals of a numeric literal belongs to the key.
+// A statement cut out of a batch with its literals taken out: the key of the shape cache. Two
+// statements of the same shape differ only in literals. The number of decimals of a numeric literal
+// belongs to the key.
 struct Shape {
   std::string key;
   std::vector<std::string> literals;  // text literals without quotes, '' undone; numbers as written
@@ -90,7 +102,8 @@ std::vector<Shape> SplitBatch(std::string_view batch, std::vector<std::string>* 
 
 // Translates one statement (as SplitBatch cut it). A statement may become several for the engine
 // (ALTER TABLE ADD a, b). Throws SqlError.
-std::vector<Translated> Translate(std::string_view statement, const Catalogue& catalogue, Dialect dialect);
+std::vector<Translated> Translate(std::string_view statement, const Catalogue& catalogue,
+                                  Dialect dialect);
 
 // Parses the type as a column declares it ("decimal(18, 2)", "nvarchar(50)").
 Type ParseType(std::string_view declared);

@@ -1,5 +1,5 @@
-// Value: one field of a row. Null, text, integer, double, money (decimal columns of up to four decimals) or
-// date-time.
+// Value: one field of a row. Null, text, integer, double, money (decimal columns of up to four
+// decimals) or date-time.
 #pragma once
 
 #include <cstdint>

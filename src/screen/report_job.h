@@ -12,10 +12,10 @@ class Connection;
 enum class ReportDestination { preview, printer, pdf };
 
 struct ReportJob {
-  std::string ReportFileName;             // full path
-  std::string SelectionFormula;           // "{SchMast2.LoanID}='LC-0001'"
+  std::string ReportFileName;    // full path
+  std::string SelectionFormula;  // "{SchMast2.LoanID}='LC-0001'"
   std::string ReportTitle;
-  Connection* Connect = nullptr;          // the connection that the report reads
+  Connection* Connect = nullptr;               // the connection that the report reads
   std::map<int, std::string> ParameterFields;  // "<name>;<value>;True" by number
   ReportDestination Destination = ReportDestination::preview;
 };
