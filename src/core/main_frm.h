@@ -1,0 +1,70 @@
+// MainFrm: the main window as the logic sees it: menu dispatch, the two side lists, the status line, the
+// language switch, sign-in, sign-out and exit.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "core/menu.h"
+#include "core/session.h"
+#include "screen/screen.h"
+
+namespace kaunter {
+
+class MainFrm : public Screen {
+ public:
+  MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
+          std::function<bool(std::string_view screen)> screen_exists);
+
+  Label Label1{*this, "Label1"};  // the slogan
+  Label Label4{*this, "Label4", {"Today's due", "今日到期"}};
+  Grid LS1;
+  Label Label5{*this, "Label5", {"Sijil Stamp no", "印花证书号码"}};
+  Grid LS2;
+
+  MainMenu& menu() { return menu_; }
+  // Why an entry is greyed; one text for all whose screen is not built yet.
+  static const Caption& NotBuiltText();
+
+  // Chooses an entry that is reachable and enabled; false otherwise (nothing happens).
+  bool ChooseMenu(std::string_view name);
+  // Texts of the five status panels, from 1.
+  const std::string& Panel(int number) const { return panels_.at(static_cast<std::size_t>(number - 1)); }
+  void SetPanel(int number, std::string text);
+
+  // The steps of the start-up that belong to the window: menus hidden, language, status line, slogan.
+  void FillAtStart();
+  // Opens the sign-in dialog as UserLoginMnu does, and the follow-up screen behind it for those who have it.
+  void SignIn();
+  void RefreshMainLists();
+  // Title and file of a report entry into the session, ReportFrm, and the program title back.
+  void ShowReportFromMenu(std::string_view title, std::string_view file);
+
+  bool RequestClose() override { return true; }
+  // Log line, audit record "Log Out"; once.
+  void Unload() override;
+  // Rewrites panel 5 with the date kept from the start: it does not roll over while the program is open.
+  void Tick() override;
+
+ private:
+  void OpenScreen(const MenuEntry& entry);
+  void RunDirectListing(const MenuEntry& entry);
+  void RunOwn(const MenuEntry& entry);
+  void SignOut();
+  void SwitchLanguage();
+  void EditSlogan();
+  void OpenListedLoan(const std::string& loan_id);
+  void ShowStatus();
+  void ApplyMenus();
+  std::string ReportName(const MenuEntry& entry) const;
+
+  Session& session_;
+  MainMenu menu_;
+  std::function<bool(std::string_view)> screen_exists_;
+  std::array<std::string, 5> panels_;
+  std::string long_date_;
+};
+
+}  // namespace kaunter
