@@ -29,7 +29,7 @@ class Money {
   // fourth round, ties to even. Throws std::invalid_argument for any other text, the empty one
   // included.
   static Money FromText(std::string_view text);
-  // As FromText, but nothing for a text that is no number.
+  // As FromText, but nothing for a text that is no number or does not fit.
   static std::optional<Money> TryText(std::string_view text);
 
   constexpr std::int64_t ten_thousandths() const { return units_; }
