@@ -76,6 +76,14 @@ struct ResultColumn {
   Type type;
 };
 
+// ALTER TABLE t ALTER COLUMN c: SQLite has no statement for it, so the engine does it itself. It
+// may only widen or retype a text or number column; rows that do not fit are the engine's error.
+struct AlterColumn {
+  std::string table;
+  std::string column;
+  std::string declaration;  // as CREATE TABLE would write it behind the name, with its collation
+};
+
 // One statement for the engine.
 struct Translated {
   std::string text;  // with ?1, ?2 ... for the parameters, in order
@@ -83,7 +91,14 @@ struct Translated {
   std::vector<ResultColumn> columns;  // of a SELECT; empty otherwise
   bool is_query = false;
   bool is_ddl = false;  // the catalogue and the shape cache are stale afterwards
-  bool identity_insert = false;
+  // The text holds the value of some literal itself (a default, an alias, a matched GROUP BY):
+  // another statement of the same shape must be translated anew.
+  bool cacheable = true;
+  // BEGIN, COMMIT, ROLLBACK TRAN: the engine's own transaction handling, text is empty.
+  enum class Transaction { kNone, kBegin, kCommit, kRollback };
+  Transaction transaction = Transaction::kNone;
+  std::optional<AlterColumn> alter_column;  // then text is empty
+  bool is_noop = false;                     // SET NOCOUNT ON and the like; text is empty
 };
 
 enum class Dialect { kSqlite };
