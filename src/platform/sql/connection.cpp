@@ -1,0 +1,84 @@
+#include "platform/sql/connection.h"
+
+#include <fmt/format.h>
+
+namespace kaunter {
+namespace {
+
+char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+
+bool SameName(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (LowerAscii(a[i]) != LowerAscii(b[i])) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+const Value& Recordset::Field(std::string_view name) const {
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    if (SameName(columns_[i].name, name)) return Field(i);
+  }
+  throw std::out_of_range(fmt::format("the recordset has no field {}", name));
+}
+
+const Value& Recordset::Field(std::size_t position) const {
+  if (position >= columns_.size()) {
+    throw std::out_of_range(
+        fmt::format("field {} of a recordset with {} fields", position, columns_.size()));
+  }
+  if (Eof()) {
+    throw std::out_of_range(
+        fmt::format("field {} is read behind the last row", columns_[position].name));
+  }
+  return rows_[row_][position];
+}
+
+void Connection::Announce(std::string_view sql) {
+  if (trace_) trace_(name_, sql);
+  if (fault_) fault_(sql);
+}
+
+std::int64_t Connection::Execute(std::string_view sql) {
+  Announce(sql);
+  return DoExecute(sql);
+}
+
+Recordset Connection::Query(std::string_view sql) {
+  Announce(sql);
+  return DoQuery(sql);
+}
+
+void Connection::BeginTrans() {
+  if (InTransaction()) {
+    RollbackTrans();
+    if (stale_) stale_(name_);
+  }
+  Announce("BEGIN TRANSACTION");
+  DoBegin();
+}
+
+void Connection::CommitTrans() {
+  Announce("COMMIT");
+  if (!InTransaction()) {
+    throw SqlError(3902, "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
+  }
+  DoCommit();
+}
+
+void Connection::RollbackTrans() {
+  if (!InTransaction()) return;
+  try {
+    Announce("ROLLBACK");
+  } catch (...) {
+    // A played failure of the rollback must not leave the write lock behind: a real one is the end
+    // of the connection, and the server then rolls back by itself.
+    DoRollback();
+    throw;
+  }
+  DoRollback();
+}
+
+}  // namespace kaunter

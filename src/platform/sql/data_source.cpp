@@ -1,0 +1,192 @@
+#include "platform/sql/data_source.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+namespace kaunter {
+namespace {
+
+constexpr std::string_view kLogsSuffix = "-Logs";
+
+std::string Lower(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
+  }
+  return lower;
+}
+
+std::string_view Trimmed(std::string_view text) {
+  while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
+  while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
+  return text;
+}
+
+bool EndsInLogs(std::string_view name) {
+  return name.size() > kLogsSuffix.size() &&
+         Lower(name.substr(name.size() - kLogsSuffix.size())) == Lower(kLogsSuffix);
+}
+
+// "office.db" -> "office-Logs.db"; a name without an extension gets the suffix at its end.
+std::string BesideForLogs(std::string_view target) {
+  const std::size_t slash = target.find_last_of("/\\");
+  const std::size_t begin = slash == std::string_view::npos ? 0 : slash + 1;
+  const std::size_t dot = target.rfind('.');
+  const std::size_t stem_end = dot == std::string_view::npos || dot <= begin ? target.size() : dot;
+  if (EndsInLogs(target.substr(begin, stem_end - begin))) return std::string(target);
+  return std::string(target.substr(0, stem_end)) + std::string(kLogsSuffix) +
+         std::string(target.substr(stem_end));
+}
+
+// One value of a connection string, from `at` to the next semicolon.
+std::string ReadValue(std::string_view text, std::size_t* at) {
+  while (*at < text.size() && text[*at] == ' ') ++*at;
+  const char open = *at < text.size() ? text[*at] : '\0';
+  if (open != '"' && open != '{') {
+    const std::size_t end = std::min(text.find(';', *at), text.size());
+    const std::string_view value = Trimmed(text.substr(*at, end - *at));
+    *at = end;
+    return std::string(value);
+  }
+  const char close = open == '{' ? '}' : '"';
+  const std::size_t start = *at;
+  std::string value;
+  for (++*at; *at < text.size(); ++*at) {
+    if (text[*at] != close) {
+      value += text[*at];
+    } else if (*at + 1 < text.size() && text[*at + 1] == close) {
+      value += text[++*at];  // a doubled mark stands for itself
+    } else {
+      ++*at;
+      while (*at < text.size() && text[*at] == ' ') ++*at;
+      if (*at < text.size() && text[*at] != ';') {
+        throw std::invalid_argument(
+            fmt::format("connection string: a semicolon is missing at character {}", *at + 1));
+      }
+      return value;
+    }
+  }
+  throw std::invalid_argument(
+      fmt::format("connection string: the value that begins at character {} has no closing {}",
+                  start + 1, close));
+}
+
+// A value as a driver manager reads it back.
+std::string Braced(std::string_view value) {
+  if (value.find_first_of("[]{}(),;?*=!@ '\"") == std::string_view::npos) {
+    return std::string(value);
+  }
+  std::string braced = "{";
+  for (const char c : value) {
+    braced += c;
+    if (c == '}') braced += c;
+  }
+  return braced + "}";
+}
+
+void Append(std::string* text, std::string_view key, std::string_view value) {
+  if (value.empty()) return;
+  if (!text->empty() && text->back() != ';') *text += ';';
+  *text += fmt::format("{}={}", key, Braced(value));
+}
+
+// The text for the driver manager: the source's own, with the account and the catalog where it has
+// none of its own. The audit database lies beside the source's own database.
+std::string OdbcString(const std::string& target, const ConnectionString& asked) {
+  const ConnectionString own = ConnectionString::Parse(target);
+  const std::string catalog = asked.Get("Initial Catalog");
+  std::string text;
+  if (own.Has("Database") && EndsInLogs(catalog)) {
+    for (const auto& [key, value] : own.pairs()) {
+      Append(&text, key, key == "database" ? BesideForLogs(value) : value);
+    }
+  } else {
+    text = target;
+    if (!own.Has("Database")) Append(&text, "DATABASE", catalog);
+  }
+  if (!own.Has("UID") && !own.Has("Trusted_Connection")) {
+    Append(&text, "UID", asked.Get("User ID"));
+    Append(&text, "PWD", asked.Get("Password"));
+  }
+  return text;
+}
+
+}  // namespace
+
+ConnectionString ConnectionString::Parse(std::string_view text) {
+  ConnectionString result;
+  std::size_t at = 0;
+  while (at < text.size()) {
+    if (text[at] == ';' || text[at] == ' ') {
+      ++at;
+      continue;
+    }
+    const std::size_t equals = text.find_first_of("=;", at);
+    if (equals == std::string_view::npos || text[equals] == ';' || equals == at) {
+      throw std::invalid_argument(
+          fmt::format("connection string: \"key=value\" is expected at character {}", at + 1));
+    }
+    const std::string key = Lower(Trimmed(text.substr(at, equals - at)));
+    at = equals + 1;
+    result.pairs_[key] = ReadValue(text, &at);
+  }
+  return result;
+}
+
+std::string ConnectionString::Get(std::string_view key) const {
+  const auto found = pairs_.find(Lower(key));
+  return found == pairs_.end() ? std::string() : found->second;
+}
+
+bool ConnectionString::Has(std::string_view key) const { return pairs_.contains(Lower(key)); }
+
+void DataSources::Add(std::string_view name, DataSource source) {
+  sources_[Lower(name)] = std::move(source);
+}
+
+std::optional<DataSource> DataSources::Find(std::string_view name) const {
+  const auto found = sources_.find(Lower(name));
+  if (found == sources_.end()) return std::nullopt;
+  return found->second;
+}
+
+std::unique_ptr<Connection> OpenConnection(std::string_view name,
+                                           std::string_view connection_string,
+                                           const DataSources& sources, const Clock& clock) {
+  ConnectionString asked;
+  try {
+    asked = ConnectionString::Parse(connection_string);
+  } catch (const std::invalid_argument& error) {
+    throw SqlError(4060, fmt::format("Cannot open {}: {}.", name, error.what()));
+  }
+  const std::string source_name = asked.Get("Data Source");
+  const std::string catalog = asked.Get("Initial Catalog");
+  if (const auto source = sources.Find(source_name)) {
+    if (source->kind == DataSource::Kind::kOdbc) {
+      return OpenOdbc(name, OdbcString(source->target, asked), clock);
+    }
+    const std::string path = EndsInLogs(catalog) ? BesideForLogs(source->target) : source->target;
+    return OpenSqlite(name, path, /*create=*/false, clock);
+  }
+  if (asked.Has("Driver") || asked.Has("DSN")) {
+    return OpenOdbc(name, std::string(connection_string), clock);
+  }
+  if (source_name.empty()) {
+    throw SqlError(4060, fmt::format("Cannot open {}: the connection string names no data source. "
+                                     "Give one in the local settings (ConnDataSource).",
+                                     name));
+  }
+  std::string text;
+  // A server is named directly by the second provider, an entry of the driver manager by the first.
+  if (Lower(asked.Get("Provider")).starts_with("sqloledb")) {
+    Append(&text, "DRIVER", "ODBC Driver 18 for SQL Server");
+    Append(&text, "SERVER", source_name);
+    Append(&text, "Encrypt", "Optional");
+  } else {
+    Append(&text, "DSN", source_name);
+  }
+  return OpenOdbc(name, OdbcString(text, asked), clock);
+}
+
+}  // namespace kaunter
