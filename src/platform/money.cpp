@@ -1,10 +1,12 @@
 #include "platform/money.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
 
 #include "fmt/format.h"
+#include "platform/number_text.h"
 
 namespace kaunter {
 namespace {
@@ -12,86 +14,37 @@ namespace {
 __extension__ using Int128 = __int128;
 
 constexpr std::int64_t kScale = 10000;
-constexpr int kDecimals = 4;
+constexpr std::size_t kDecimals = 4;
+
+bool Fits(Int128 units) {
+  return units <= std::numeric_limits<std::int64_t>::max() &&
+         units >= std::numeric_limits<std::int64_t>::min();
+}
 
 std::int64_t Fit(Int128 units) {
-  if (units > std::numeric_limits<std::int64_t>::max() ||
-      units < std::numeric_limits<std::int64_t>::min()) {
-    throw std::overflow_error("The amount is too large");
-  }
+  if (!Fits(units)) throw std::overflow_error("The amount is too large");
   return static_cast<std::int64_t>(units);
 }
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
-std::string_view WithoutBlanksAround(std::string_view text) {
-  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
-  return text;
+// The ten-thousandths of a bare number: a minus, digits, one point. What lies behind the fourth
+// decimal decides the rounding. Beyond 100 bits the exact size no longer matters: Fit refuses it.
+Int128 UnitsOf(std::string_view number) {
+  const bool negative = !number.empty() && number.front() == '-';
+  if (negative) number.remove_prefix(1);
+  const std::size_t point = std::min(number.find('.'), number.size());
+  const std::string_view decimals = point < number.size() ? number.substr(point + 1) : "";
+  const Int128 ceiling = Int128{1} << 100;
+  Int128 units = 0;
+  const auto take = [&](char digit) { units = std::min(units * 10 + (digit - '0'), ceiling); };
+  for (const char digit : number.substr(0, point)) take(digit);
+  for (std::size_t i = 0; i < kDecimals; ++i) take(i < decimals.size() ? decimals[i] : '0');
+  if (decimals.size() > kDecimals && decimals[kDecimals] >= '5') {
+    const bool tie = decimals[kDecimals] == '5' &&
+                     decimals.find_first_not_of('0', kDecimals + 1) == std::string_view::npos;
+    if (!tie || units % 2 != 0) ++units;
+  }
+  return negative ? -units : units;
 }
-
-// The digits of a number text as a count of ten-thousandths, with what lies behind the fourth
-// decimal kept apart for the rounding.
-class DecimalReader {
- public:
-  // False when `text` is no number.
-  bool Read(std::string_view text) {
-    text = WithoutBlanksAround(text);
-    if (!text.empty() && (text.front() == '-' || text.front() == '+')) {
-      negative_ = text.front() == '-';
-      text.remove_prefix(1);
-    }
-    for (std::size_t i = 0; i < text.size(); ++i) {
-      const char c = text[i];
-      if (IsDigit(c)) {
-        Take(c - '0');
-      } else if (c == '.' && !point_) {
-        point_ = true;
-      } else if (c == ',' && !point_ && i > 0 && IsDigit(text[i - 1]) && i + 1 < text.size() &&
-                 IsDigit(text[i + 1])) {
-        // A thousands comma; where it stands among the digits does not matter.
-      } else {
-        return false;
-      }
-    }
-    return any_digit_;
-  }
-
-  Int128 Units() const {
-    Int128 units = units_;
-    for (int i = decimals_; i < kDecimals; ++i) units = Capped(units * 10);
-    const bool above_half = first_dropped_ > 5 || (first_dropped_ == 5 && rest_);
-    const bool tie = first_dropped_ == 5 && !rest_;
-    if (above_half || (tie && units % 2 != 0)) ++units;
-    return negative_ ? -units : units;
-  }
-
- private:
-  // Beyond 64 bits the exact size no longer matters: Fit refuses it.
-  static Int128 Capped(Int128 units) {
-    const Int128 ceiling = Int128{1} << 100;
-    return units > ceiling ? ceiling : units;
-  }
-  void Take(int digit) {
-    any_digit_ = true;
-    if (!point_ || decimals_ < kDecimals) {
-      units_ = Capped(units_ * 10 + digit);
-      if (point_) ++decimals_;
-    } else if (first_dropped_ < 0) {
-      first_dropped_ = digit;
-    } else if (digit != 0) {
-      rest_ = true;
-    }
-  }
-
-  Int128 units_ = 0;
-  int decimals_ = 0;
-  int first_dropped_ = -1;
-  bool rest_ = false;
-  bool point_ = false;
-  bool negative_ = false;
-  bool any_digit_ = false;
-};
 
 }  // namespace
 
@@ -110,21 +63,16 @@ Money Money::FromDouble(double value) {
 }
 
 Money Money::FromText(std::string_view text) {
-  DecimalReader reader;
-  if (!reader.Read(text)) {
-    throw std::invalid_argument(fmt::format("\"{}\" is not an amount", text));
-  }
-  return FromTenThousandths(Fit(reader.Units()));
+  const std::optional<std::string> number = ReadNumberText(text);
+  if (!number) throw std::invalid_argument(fmt::format("\"{}\" is not an amount", text));
+  return FromTenThousandths(Fit(UnitsOf(*number)));
 }
 
 std::optional<Money> Money::TryText(std::string_view text) {
-  DecimalReader reader;
-  if (!reader.Read(text)) return std::nullopt;
-  const Int128 units = reader.Units();
-  if (units > std::numeric_limits<std::int64_t>::max() ||
-      units < std::numeric_limits<std::int64_t>::min()) {
-    return std::nullopt;
-  }
+  const std::optional<std::string> number = ReadNumberText(text);
+  if (!number) return std::nullopt;
+  const Int128 units = UnitsOf(*number);
+  if (!Fits(units)) return std::nullopt;
   return FromTenThousandths(static_cast<std::int64_t>(units));
 }
 

@@ -1,0 +1,73 @@
+#include "core/data_access.h"
+
+#include <exception>
+#include <optional>
+#include <stdexcept>
+
+#include "core/session.h"
+#include "core/shown.h"
+#include "core/sql_literals.h"
+#include "screen/desk.h"
+
+namespace kaunter {
+namespace {
+
+constexpr std::string_view kServerClock = "SELECT GETDATE()";
+
+// The hourglass goes whatever ends the work.
+class Hourglass {
+ public:
+  explicit Hourglass(Desk& desk) : desk_(desk) { desk_.Hourglass(true); }
+  ~Hourglass() { desk_.Hourglass(false); }
+  Hourglass(const Hourglass&) = delete;
+  Hourglass& operator=(const Hourglass&) = delete;
+
+ private:
+  Desk& desk_;
+};
+
+Value ServerClock(Connection& connection) {
+  const Recordset rows = connection.Query(kServerClock);
+  return rows.Field(0);
+}
+
+}  // namespace
+
+std::string ScalarQuery(Connection& connection, std::string_view sql) {
+  const Recordset rows = connection.Query(sql);
+  return rows.Eof() ? std::string() : NullToEmpty(rows.Field(0));
+}
+
+bool ExecSql(Session& session, Desk& desk, std::string_view sql) {
+  try {
+    const Hourglass hourglass(desk);
+    session.Main().Execute(sql);
+    return true;
+  } catch (const std::exception&) {
+    desk.Message(MessageKind::critical, "Update1Feld", "an error occur during process");
+    return false;
+  }
+}
+
+std::string ServerNow(Connection& connection, bool with_time) {
+  const Value now = ServerClock(connection);
+  return with_time ? ShowDateTime(now) : ShowDate(now);
+}
+
+DateTime ServerTime(Connection& connection) {
+  const Value now = ServerClock(connection);
+  if (const DateTime* date = now.AsDate()) return *date;
+  const std::optional<DateTime> date = DateTime::FromCanonical(now.ToText());
+  if (!date) throw std::runtime_error("the server's clock gave \"" + now.ToText() + "\"");
+  return *date;
+}
+
+bool TableExists(Connection& connection, std::string_view name) {
+  return !ScalarQuery(connection,
+                      "SELECT TABLE_NAME FROM INFORMATION_SCHEMA.TABLES WHERE TABLE_TYPE='BASE "
+                      "TABLE' and table_name = " +
+                          QuoteStr(name))
+              .empty();
+}
+
+}  // namespace kaunter
