@@ -53,6 +53,8 @@ class Control {
   void SetLocked(bool on);
   // A person can reach it: itself and all its containers visible.
   bool Reachable() const;
+  // Enabled, itself and all its containers.
+  bool Active() const;
   // A person can change it: reachable, enabled (containers too), not locked.
   bool Editable() const;
 
@@ -70,10 +72,12 @@ class Control {
   std::function<void()> onClick;
   std::function<void(std::string_view key)> onKey;  // "F2", "Enter", "PgUp", "Delete" ...
 
-  // The face's side. Each does what a person's act does, events included.
+  // The face's side. Each does what a person's act does, events included. Entering twice fires
+  // once; what was never entered is not left.
   void Enter();
   void Leave();
   void Key(std::string_view key);
+  bool entered() const { return entered_; }
 
  protected:
   void Changed();  // tells the face to draw it anew
@@ -88,6 +92,8 @@ class Control {
   bool visible_ = true;
   bool locked_ = false;
   bool marked_ = false;
+  bool entered_ = false;
+  std::string mark_text_;  // what stood in the control when it was marked
 };
 
 // Groups controls for whoever draws them.
@@ -106,7 +112,9 @@ class Tab : public Frame {
  public:
   Tab(Screen& screen, std::string name, Caption caption = {}, Control* parent = nullptr);
   int page() const { return page_; }
-  void SetPage(int page);  // by order of declaration, from 0
+  // By order of declaration, from 0; fires onPage when it turned. A page that is not there is a
+  // fault (std::out_of_range).
+  void SetPage(int page);
   std::function<void()> onPage;
 
  private:
@@ -145,8 +153,8 @@ class TextBox : public Control {
   std::function<void()> onSearch;
   std::function<void()> onChange;
 
-  // The face's side: puts the text as typed (fires onChange). False when the text is longer than
-  // the box takes; then nothing changes.
+  // The face's side: puts the text as typed (fires onChange when it differs). Bare digits that fill
+  // the mask get its signs. False when the text is longer than the box takes; then nothing changes.
   bool Type(std::string text);
 
  private:

@@ -67,10 +67,17 @@ class Grid : public Control {
   std::function<void(int row, int column)> onCellEnter;
 
   // The face's side.
+  // A person picks the row: fires onRow, for the current row too. Nothing for a row that is not
+  // there.
   void Select(int row);
+  // Double-click or Enter: picks the row when it is another one, then fires onOpen.
   void Open(int row, int column);
   void Tick(int row, bool on);
-  // False when the cell is not editable.
+  // The cursor comes to a cell, to be edited or not; fires onCellEnter.
+  void EnterCell(int row, int column);
+  bool CellEditable(int row, int column) const;
+  // Puts the text and fires onCellLeave, for an unchanged text too. False when the cell is not
+  // editable.
   bool Edit(int row, int column, std::string text);
 
  private:

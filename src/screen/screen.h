@@ -54,7 +54,13 @@ class Screen {
 
   void Close();
   bool closed() const { return closed_; }
+  // The face's side: the person closes the window. Runs RequestClose under Guard, then Close; false
+  // when the screen stays.
+  bool TryClose();
+  // The face's side: a screen that its caller keeps is shown once more.
+  void Reopen() { closed_ = false; }
 
+  // Moves the focus, turning the page of a tab that hides the control.
   void FocusOn(Control& control);
   Control* focus() const { return focus_; }
   void NoteFocus(Control* control) { focus_ = control; }  // the face's side
