@@ -3,7 +3,8 @@
 //   Application application(options, desk);
 //   if (int status = application.Start()) return status;   // told through the desk already
 //   ... the face shows application.main() ...
-//   application.SignInFirst();                              // the sign-in dialog, as the program opens it
+//   application.SignInFirst();                              // the sign-in dialog, as the program
+//   opens it
 //   ... until the main window is closed ...
 //   application.Exit();
 #pragma once
@@ -21,11 +22,14 @@
 namespace kaunter {
 
 struct ApplicationOptions {
-  std::string app_path;  // folder of the program; logs, Photo, report files and MenuList.ini lie there
+  std::string
+      app_path;  // folder of the program; logs, Photo, report files and MenuList.ini lie there
   std::string database;  // embedded database file that replaces the data source; made when missing
   std::string settings;  // local settings file; "" for the user's own
-  std::string now;       // "yyyy-mm-dd hh:mm:ss": sets the server's and the PC's clock; "" for the real one
-  std::string trace;     // file that takes every statement; "" for none (the local settings may name one)
+  std::string
+      now;  // "yyyy-mm-dd hh:mm:ss": sets the server's and the PC's clock; "" for the real one
+  std::string
+      trace;  // file that takes every statement; "" for none (the local settings may name one)
 };
 
 class Application {
@@ -33,8 +37,8 @@ class Application {
   Application(ApplicationOptions options, Desk& desk);
   ~Application();
 
-  // The start-up order up to the main window. 0 when the window is ready; else the exit status of the
-  // program, and whatever was wrong has been told in one message.
+  // The start-up order up to the main window. 0 when the window is ready; else the exit status of
+  // the program, and whatever was wrong has been told in one message.
   int Start();
   // Opens the sign-in dialog, modally.
   void SignInFirst();
@@ -43,8 +47,8 @@ class Application {
 
   MainFrm& main() { return *main_; }
   Session& session() { return *session_; }
-  // A new screen of the catalogue by name (without regard to case), its language and failure handling set;
-  // null when it is unknown or not built yet.
+  // A new screen of the catalogue by name (without regard to case), its language and failure
+  // handling set; null when it is unknown or not built yet.
   std::unique_ptr<Screen> Make(std::string_view screen_name);
   std::vector<std::string> ScreenNames() const;
 

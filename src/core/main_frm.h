@@ -1,5 +1,5 @@
-// MainFrm: the main window as the logic sees it: menu dispatch, the two side lists, the status line, the
-// language switch, sign-in, sign-out and exit.
+// MainFrm: the main window as the logic sees it: menu dispatch, the two side lists, the status
+// line, the language switch, sign-in, sign-out and exit.
 #pragma once
 
 #include <array>
@@ -31,12 +31,16 @@ class MainFrm : public Screen {
   // Chooses an entry that is reachable and enabled; false otherwise (nothing happens).
   bool ChooseMenu(std::string_view name);
   // Texts of the five status panels, from 1.
-  const std::string& Panel(int number) const { return panels_.at(static_cast<std::size_t>(number - 1)); }
+  const std::string& Panel(int number) const {
+    return panels_.at(static_cast<std::size_t>(number - 1));
+  }
   void SetPanel(int number, std::string text);
 
-  // The steps of the start-up that belong to the window: menus hidden, language, status line, slogan.
+  // The steps of the start-up that belong to the window: menus hidden, language, status line,
+  // slogan.
   void FillAtStart();
-  // Opens the sign-in dialog as UserLoginMnu does, and the follow-up screen behind it for those who have it.
+  // Opens the sign-in dialog as UserLoginMnu does, and the follow-up screen behind it for those who
+  // have it.
   void SignIn();
   void RefreshMainLists();
   // Title and file of a report entry into the session, ReportFrm, and the program title back.
@@ -45,7 +49,8 @@ class MainFrm : public Screen {
   bool RequestClose() override { return true; }
   // Log line, audit record "Log Out"; once.
   void Unload() override;
-  // Rewrites panel 5 with the date kept from the start: it does not roll over while the program is open.
+  // Rewrites panel 5 with the date kept from the start: it does not roll over while the program is
+  // open.
   void Tick() override;
 
  private:

@@ -1,5 +1,6 @@
-// The main menu as data: every entry with its captions, its group, and what choosing it does. The table itself
-// is assembled at the top of the house (app/menu_table); here stand the type and the rule of visibility.
+// The main menu as data: every entry with its captions, its group, and what choosing it does. The
+// table itself is assembled at the top of the house (app/menu_table); here stand the type and the
+// rule of visibility.
 #pragma once
 
 #include <string>
@@ -21,13 +22,13 @@ enum class MenuAction {
 };
 
 struct MenuEntry {
-  std::string name;     // "NewCustMnu"
-  Caption caption;      // with & accelerators
-  std::string parent;   // name of the group; "" for a top menu
+  std::string name;    // "NewCustMnu"
+  Caption caption;     // with & accelerators
+  std::string parent;  // name of the group; "" for a top menu
   MenuAction action = MenuAction::group;
-  std::string title;    // MsgTitle, in English whatever the language
-  std::string command;  // CallerTag
-  std::string target;   // screen name, or report file
+  std::string title;            // MsgTitle, in English whatever the language
+  std::string command;          // CallerTag
+  std::string target;           // screen name, or report file
   bool chinese_report = false;  // the report has a variant <Name>C.rpt
   bool needs_right = true;      // false: no row in the rights table, always there
   // State, set by MainFrm.
@@ -44,8 +45,8 @@ class MainMenu {
 
   // Nobody signed in: only System2Mnu.
   void HideAll();
-  // The entries that the signed-in user may see: all for ADMIN, else those of the user's rights rows, with
-  // the exceptions that are settled in code. Reads UserAccess and the home company.
+  // The entries that the signed-in user may see: all for ADMIN, else those of the user's rights
+  // rows, with the exceptions that are settled in code. Reads UserAccess and the home company.
   void ApplyRights(Session& session);
   // Visible together with all its groups.
   bool Reachable(const MenuEntry& entry) const;
@@ -53,5 +54,8 @@ class MainMenu {
  private:
   std::vector<MenuEntry> entries_;
 };
+
+// Path of the companion program that posts late charges.
+std::string DailyBatchProgram(const Session& session);
 
 }  // namespace kaunter

@@ -10,6 +10,7 @@ class Session;
 
 // ASCII letters only: names in other scripts stand as they are.
 std::string Upper(std::string_view text);
+std::string Lower(std::string_view text);
 std::string Trim(std::string_view text);                // blanks at both ends
 bool SameText(std::string_view a, std::string_view b);  // without regard to ASCII case
 

@@ -1,0 +1,119 @@
+#include "app/application.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "app/catalogue.h"
+#include "app/menu_table.h"
+#include "core/log.h"
+#include "core/regional.h"
+#include "core/startup.h"
+#include "core/trace.h"
+#include "core/values.h"
+
+namespace kaunter {
+namespace {
+
+constexpr int kFailed = 2;
+
+DateTime ParseNow(const std::string& text) {
+  const auto now = DateTime::FromCanonical(text);
+  if (!now) {
+    throw StartRefused("Kaunter",
+                       fmt::format("\"{}\" is no time: write it as yyyy-mm-dd hh:mm:ss", text));
+  }
+  return *now;
+}
+
+}  // namespace
+
+Application::Application(ApplicationOptions options, Desk& desk)
+    : options_(std::move(options)), desk_(desk), session_(std::make_unique<Session>()) {}
+
+Application::~Application() = default;
+
+int Application::Start() {
+  Session& session = *session_;
+  try {
+    session.AppPath = std::filesystem::absolute(options_.app_path).lexically_normal().string();
+    while (session.AppPath.size() > 1 && session.AppPath.back() == '/') session.AppPath.pop_back();
+    if (!options_.now.empty()) session.clock.Set(ParseNow(options_.now));
+    LocalSettings local = options_.database.empty() || !options_.settings.empty()
+                              ? LocalSettings::Read(options_.settings)
+                              : LocalSettings();
+    if (!options_.database.empty()) {
+      local.sources.Add(local.ConnDataSource, {DataSource::Kind::kEmbedded, options_.database});
+      local.creatable.insert("kaunter");
+      local.creatable.insert(Lower(local.ConnDataSource));
+    }
+    ApplyLocalSettings(session, local);
+    const std::string trace = options_.trace.empty() ? local.Trace : options_.trace;
+    if (!trace.empty()) session.trace = OpenTrace(trace);
+    CheckDateFormat(local.ShortDate.empty() ? MachineShortDate() : local.ShortDate);
+    MakeLogFolder(session);
+    OpenMainConnection(session, local);
+    session.MainConn->SetStaleHandler([this](std::string_view connection) {
+      WriteLog(*session_,
+               LogLine(*session_, fmt::format(" - a transaction left open on {} was rolled back",
+                                              connection)));
+    });
+    Connect(session, desk_);
+    main_ = std::make_unique<MainFrm>(session, desk_, MenuTable(),
+                                      [](std::string_view name) { return ScreenExists(name); });
+    Prepare(*main_);
+    main_->FillAtStart();
+    return 0;
+  } catch (const StartRefused& refused) {
+    if (*refused.what() != '\0')
+      desk_.Message(MessageKind::critical, refused.title(), refused.what());
+  } catch (const std::exception& failure) {
+    desk_.Message(MessageKind::critical, session.ProgramTitle, failure.what());
+  }
+  return kFailed;
+}
+
+void Application::SignInFirst() {
+  main_->Guard([this] { main_->SignIn(); });
+}
+
+void Application::Exit() {
+  if (exited_ || !main_) return;
+  exited_ = true;
+  main_->Guard([this] { main_->Unload(); });
+}
+
+std::unique_ptr<Screen> Application::Make(std::string_view screen_name) {
+  auto screen = MakeScreen(screen_name, *session_, desk_);
+  if (screen) Prepare(*screen);
+  return screen;
+}
+
+std::vector<std::string> Application::ScreenNames() const { return kaunter::ScreenNames(); }
+
+void Application::Prepare(Screen& screen) {
+  screen.SetChinese(session_->ChineseFlag);
+  // Caught once, at the action: rollback, log line, message. What was typed stays in the boxes.
+  screen.onFailure = [this, name = screen.name()](const std::exception& failure) {
+    Session& session = *session_;
+    if (session.MainConn && session.MainConn->InTransaction()) {
+      try {
+        session.MainConn->RollbackTrans();
+      } catch (const std::exception&) {
+        // The connection is gone; the first failure is the one to tell.
+      }
+    }
+    try {
+      LogFailure(session, name, failure);
+    } catch (const std::exception&) {
+      // A full disk must not hide the failure itself.
+    }
+    desk_.Hourglass(false);
+    desk_.Message(MessageKind::critical,
+                  session.MsgTitle.empty() ? session.ProgramTitle : session.MsgTitle,
+                  failure.what());
+  };
+}
+
+}  // namespace kaunter

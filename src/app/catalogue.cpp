@@ -1,0 +1,47 @@
+#include "app/catalogue.h"
+
+#include "core/session.h"
+#include "core/values.h"
+#include "loans/loan_calc_frm.h"
+#include "screen/screen.h"
+
+namespace kaunter {
+namespace {
+
+template <typename T>
+std::unique_ptr<Screen> Make(Session& session, Desk& desk) {
+  return std::make_unique<T>(session, desk);
+}
+
+struct Entry {
+  std::string_view name;
+  std::unique_ptr<Screen> (*make)(Session&, Desk&);
+};
+
+constexpr Entry kScreens[] = {
+    {"LoanCalcfrm", Make<LoanCalcfrm>},
+};
+
+const Entry* FindEntry(std::string_view name) {
+  for (const Entry& entry : kScreens) {
+    if (SameText(entry.name, name)) return &entry;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::unique_ptr<Screen> MakeScreen(std::string_view name, Session& session, Desk& desk) {
+  const Entry* entry = FindEntry(name);
+  return entry == nullptr ? nullptr : entry->make(session, desk);
+}
+
+bool ScreenExists(std::string_view name) { return FindEntry(name) != nullptr; }
+
+std::vector<std::string> ScreenNames() {
+  std::vector<std::string> names;
+  for (const Entry& entry : kScreens) names.emplace_back(entry.name);
+  return names;
+}
+
+}  // namespace kaunter

@@ -1,0 +1,49 @@
+// The settings of this PC: one text file per user, read once at start.
+//
+//   # comment
+//   ConnAccount = MainUser
+//   ConnDataSource = Office
+//   ConnDatabase =
+//   ConnLinkAcc = 1
+//   ShortDate = dd-MM-yyyy
+//   Trace = /home/aminah/kaunter-trace.txt
+//
+//   [Office]
+//   file = /srv/kaunter/office.db
+//   [Branch]
+//   odbc = Driver={ODBC Driver 18 for SQL Server};Server=branch-01
+//
+// A section is a data source. `create = yes` lets an embedded file be made when it is missing.
+#pragma once
+
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "platform/sql/data_source.h"
+
+namespace kaunter {
+
+struct LocalSettings {
+  std::string ConnAccount = "MainUser";
+  std::string ConnDataSource = "Kaunter";
+  std::string ConnDatabase;
+  std::string ConnLinkAcc;
+  std::string ShortDate;  // the PC's short date when the machine's own setting is not to count; may
+                          // be empty
+  std::string Trace;      // file that takes every statement; may be empty
+  DataSources sources;
+  std::set<std::string>
+      creatable;  // lower-case names of embedded sources that may be made when missing
+
+  // Throws std::runtime_error that names file, line and what to do for a text that does not parse.
+  static LocalSettings Parse(std::string_view text, const std::string& path);
+  // The user's file when `path` is empty; a missing user's file gives the defaults: the embedded
+  // database in the user's data folder, made at the first start. A named file that cannot be read
+  // is an error.
+  static LocalSettings Read(const std::string& path);
+  static std::string UserFile();
+  static std::string UserDataFolder();
+};
+
+}  // namespace kaunter

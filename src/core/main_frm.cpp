@@ -1,0 +1,305 @@
+#include "core/main_frm.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+
+#include "core/audit.h"
+#include "core/company_access.h"
+#include "core/einvoice_codes.h"
+#include "core/log.h"
+#include "core/sign_in.h"
+#include "core/user_login.h"
+#include "core/values.h"
+#include "screen/report_job.h"
+
+namespace kaunter {
+namespace {
+
+constexpr const char* kWebSite = "https://www.kaunter.example/";
+
+std::vector<GridColumn> DueColumns() {
+  return {
+      {{"Loan ID", "贷款编号"}, Kind::text, 14},    {{"Due  Date", "到期日"}, Kind::date, 11},
+      {{"Customer", "顾客"}, Kind::text, 26},       {{"Contact No", "联络号码"}, Kind::text, 14},
+      {{"Total Due", "到期总额"}, Kind::money, 12}, {{"Status", "状态"}, Kind::text, 18}};
+}
+
+std::vector<GridColumn> StampColumns() {
+  return {{{"Loan ID", "贷款编号"}, Kind::text, 14},
+          {{"Loan Date", "贷款日期"}, Kind::date, 11},
+          {{"Customer", "顾客"}, Kind::text, 26},
+          {{"Status", "状态"}, Kind::text, 18}};
+}
+
+std::string And(const std::string& condition) {
+  return condition.empty() ? std::string() : " AND " + condition;
+}
+
+}  // namespace
+
+MainFrm::MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
+                 std::function<bool(std::string_view)> screen_exists)
+    : Screen("MainFrm", session.ProgramTitle, desk),
+      LS1(*this, "LS1", {"Today's due", "今日到期"}, DueColumns()),
+      LS2(*this, "LS2", {"Sijil Stamp no", "印花证书号码"}, StampColumns()),
+      session_(session),
+      menu_(std::move(entries)),
+      screen_exists_(std::move(screen_exists)) {
+  LS1.onOpen = [this](int row, int) { OpenListedLoan(LS1.Cell(row, 0)); };
+  LS2.onOpen = [this](int row, int) { OpenListedLoan(LS2.Cell(row, 0)); };
+  Label1.onClick = [this] { EditSlogan(); };
+  for (MenuEntry& entry : menu_.entries()) {
+    if (entry.action == MenuAction::screen) entry.enabled = screen_exists_(entry.target);
+    if (entry.action == MenuAction::report) entry.enabled = screen_exists_("ReportFrm");
+  }
+  menu_.HideAll();
+  for (Control* control : {static_cast<Control*>(&Label4), static_cast<Control*>(&Label5)}) {
+    control->SetVisible(false);
+  }
+}
+
+const Caption& MainFrm::NotBuiltText() {
+  static const Caption text{"This entry is not available yet.", "此功能尚未提供。"};
+  return text;
+}
+
+void MainFrm::SetPanel(int number, std::string text) {
+  panels_.at(static_cast<std::size_t>(number - 1)) = std::move(text);
+  if (observer != nullptr) observer->TitleChanged();
+}
+
+void MainFrm::FillAtStart() {
+  SetChinese(session_.ChineseFlag);
+  for (MenuEntry& entry : menu_.entries()) {
+    // A listing runs only where its report file lies beside the program.
+    if (entry.action == MenuAction::direct_list) {
+      entry.enabled = std::filesystem::exists(session_.AppPath + "/" + entry.target);
+    }
+  }
+  long_date_ = Format(ServerTime(session_.Main()), "long date");
+  SetPanel(1, session_.ProgramTitle);
+  SetPanel(3, fmt::format("Version {}.{}.{}", KAUNTER_VERSION_MAJOR, KAUNTER_VERSION_MINOR,
+                          KAUNTER_VERSION_REVISION));
+  SetPanel(5, long_date_);
+  ShowStatus();
+  const std::string slogan =
+      ScalarQuery(session_.Main(), "SELECT [Value] FROM Systemast WHERE Param='TestMode'");
+  if (!slogan.empty()) Label1.SetText(slogan);
+}
+
+void MainFrm::Tick() { SetPanel(5, long_date_); }
+
+void MainFrm::ShowStatus() {
+  SetPanel(2, session_.CurrentLevel >= 1
+                  ? fmt::format("{} ({}-{})", session_.CurrentCompCode, session_.CurrentLevel,
+                                session_.CurrentUserID)
+                  : session_.CurrentUserID);
+  SetPanel(4, session_.CurrentCompDesc);
+}
+
+void MainFrm::ApplyMenus() {
+  // ApplyRights ran with the sign-in itself; here the signed-out state comes back.
+  if (session_.CurrentUserID.empty()) menu_.HideAll();
+  const bool signed_in = !session_.CurrentUserID.empty();
+  Label4.SetVisible(signed_in);
+  Label5.SetVisible(signed_in);
+  if (observer != nullptr) observer->TitleChanged();
+}
+
+void MainFrm::SignIn() {
+  session_.MsgTitle = "User Login";
+  SetPanel(1, session_.MsgTitle);
+  UserLogin dialog(session_, desk(), menu_);
+  dialog.SetChinese(session_.ChineseFlag);
+  dialog.onFailure = onFailure;
+  desk().ShowModal(dialog);
+  SetPanel(1, session_.ProgramTitle);
+  ApplyMenus();
+  ShowStatus();
+  if (session_.CurrentUserID.empty()) return;
+  RefreshMainLists();
+  const MenuEntry* follow_up = menu_.Find("FolloUpMnu");
+  if (session_.FollowUpFlag && follow_up != nullptr && follow_up->visible && follow_up->enabled) {
+    OpenScreen(*follow_up);
+  }
+}
+
+void MainFrm::SignOut() {
+  desk().Beep();
+  if (!desk().Ask(session_.MsgTitle,
+                  session_.In({"Are you sure want to Signout ?", "确定离开？"}))) {
+    return;
+  }
+  session_.MsgText = session_.In(
+      {fmt::format("User {} Successfull Sigout", session_.CurrentUserID), "用户已离开？"});
+  WriteLog(session_, LogLine(session_, " ****** User Logout ******"));
+  desk().Message(MessageKind::information, session_.MsgTitle, session_.MsgText);
+  // The rights and the home company stay in memory until the next sign-in clears them.
+  session_.CurrentUserID.clear();
+  session_.CurrentLevel = 0;
+  session_.CurrentCompDesc.clear();
+  LS1.Clear();
+  LS2.Clear();
+  ApplyMenus();
+  SetPanel(2, "");
+  SetPanel(4, "");
+}
+
+void MainFrm::Unload() {
+  WriteLog(session_, LogLine(session_, "******** Exit ********"));
+  WriteAudit(session_, "Log Out", "User", session_.CurrentCompCode, session_.CurrentCompCode, {});
+}
+
+bool MainFrm::ChooseMenu(std::string_view name) {
+  const MenuEntry* entry = menu_.Find(name);
+  if (entry == nullptr || entry->action == MenuAction::group || !entry->enabled ||
+      !menu_.Reachable(*entry)) {
+    return false;
+  }
+  // A handler may change the table (language, sign-out): it works on a copy of its entry.
+  const MenuEntry chosen = *entry;
+  return Guard([&] {
+    switch (chosen.action) {
+      case MenuAction::screen:
+        OpenScreen(chosen);
+        break;
+      case MenuAction::report:
+        ShowReportFromMenu(chosen.title, ReportName(chosen));
+        break;
+      case MenuAction::direct_list:
+        RunDirectListing(chosen);
+        break;
+      default:
+        RunOwn(chosen);
+    }
+  });
+}
+
+void MainFrm::OpenScreen(const MenuEntry& entry) {
+  session_.MsgTitle = entry.title;
+  if (!entry.command.empty()) session_.CallerTag = entry.command;
+  SetPanel(1, session_.MsgTitle);
+  desk().Show(entry.target);
+  session_.CallerTag.clear();
+  SetPanel(1, session_.ProgramTitle);
+}
+
+std::string MainFrm::ReportName(const MenuEntry& entry) const {
+  if (!entry.chinese_report || !session_.ChineseFlag) return entry.target;
+  const auto dot = entry.target.rfind('.');
+  return entry.target.substr(0, dot) + "C" + entry.target.substr(dot);
+}
+
+void MainFrm::ShowReportFromMenu(std::string_view title, std::string_view file) {
+  session_.MsgTitle = title;
+  session_.ReportFile = file;
+  SetPanel(1, session_.MsgTitle);
+  desk().Show("ReportFrm");
+  SetPanel(1, session_.ProgramTitle);
+}
+
+void MainFrm::RunDirectListing(const MenuEntry& entry) {
+  session_.MsgTitle = entry.title;
+  SetPanel(1, session_.CurrentUserID);
+  ReportJob job;
+  job.ReportFileName = session_.AppPath + "/" + ReportName(entry);
+  job.ReportTitle = session_.CurrentCompDesc;
+  job.Connect = session_.MainConn.get();
+  desk().Print(job);
+  SetPanel(1, session_.ProgramTitle);
+}
+
+void MainFrm::RunOwn(const MenuEntry& entry) {
+  if (!entry.title.empty()) session_.MsgTitle = entry.title;
+  if (entry.name == "UserLoginMnu") {
+    SignIn();
+  } else if (entry.name == "UserLogoutMnu") {
+    SignOut();
+  } else if (entry.name == "ExitMnu" || entry.name == "Exits2Mnu") {
+    Close();
+  } else if (entry.name == "ChineseLan") {
+    SwitchLanguage();
+  } else if (entry.name == "WebSiteMnu") {
+    desk().Open(kWebSite);
+  } else if (entry.name == "SoftwareUpdateMnu") {
+    desk().Open(
+        ScalarQuery(session_.Main(), "SELECT [Value] as url FROM Systemast WHERE PARAM='URL'"));
+  } else if (entry.name == "DailyBatchMnu") {
+    const std::string date =
+        desk().Input("Manual Daily Batch Process", "Please input Daily Batch Date");
+    if (!date.empty()) desk().Start(DailyBatchProgram(session_), {date});
+  } else if (entry.name == "AccLinkMnu") {
+    if (!desk().Ask(session_.ProgramTitle, "Turn off AutoCount links ?")) return;
+    session_.settings.LinkAcc.clear();
+    menu_.Find("AccLinkMnu")->visible = false;
+    if (observer != nullptr) observer->TitleChanged();
+  } else if (entry.name == "UpdateEInvSettingMnu") {
+    if (!desk().Ask(session_.MsgTitle, "Confirm to Update eInvoicing Setting ?")) return;
+    if (RefreshEInvoiceCodeTables(session_, desk(), {})) {
+      desk().Message(MessageKind::information, session_.MsgTitle, "eInvoicing Setting updated");
+    }
+  }
+}
+
+void MainFrm::SwitchLanguage() {
+  session_.ChineseFlag = !session_.ChineseFlag;
+  SetChinese(session_.ChineseFlag);
+}
+
+void MainFrm::EditSlogan() {
+  if (session_.CurrentLevel < 3) return;
+  if (!desk().Ask(session_.ProgramTitle, "Update Slogan ? ")) return;
+  const std::string slogan = desk().Input("Slogan", "Your new slogan");
+  if (slogan.empty()) return;
+  Label1.SetText(slogan);
+  session_.Main().Execute(
+      fmt::format("UPDATE Systemast SET [Value]={} WHERE Param='TestMode'", QuoteStr(slogan)));
+}
+
+void MainFrm::OpenListedLoan(const std::string& loan_id) {
+  if (!screen_exists_("NewLoanFrm")) return;
+  session_.HandOverLoanID = loan_id;
+  session_.CallerTag = "Edit Loan";
+  desk().Show("NewLoanFrm");
+  session_.HandOverLoanID.clear();
+  session_.CallerTag.clear();
+  RefreshMainLists();
+}
+
+void MainFrm::RefreshMainLists() {
+  const std::string company = And(CompanyCondition(session_, "l.CompCode"));
+  const std::string today = SqlDate(ServerNow(session_.Main(), false));
+  std::vector<std::vector<std::string>> rows;
+  Recordset due = session_.Main().Query(fmt::format(
+      "SELECT a.LoanID,a.nextduedate,a.custname,a.custhp1,sum(a.TotDue) as TotDue,a.LoanGroupID "
+      "FROM ("
+      "SELECT l.LoanID,l.NextDueDate,c.CustName,c.CustHP1,0 as TotDue,l.LoanGroupID FROM LoanMast "
+      "as l "
+      "INNER JOIN CustMast as c on l.CustID=c.CustID {2} AND l.NextDueDate<={1} AND l.LoanBal > 0 "
+      "union select l.loanid,l.NextDueDate,c.CustName,c.CustHP1,sum(payableamt-payment) as "
+      "[TotDue],l.LoanGroupID from schmast as s inner join Loanmast as l on s.loanid=l.loanid "
+      "inner join "
+      "custmast as c on l.custid=c.custid where s.DueDate<={1} and s.payableamt-s.payment > 0{0} "
+      "group by "
+      "l.Loanid,l.NextDueDate,c.CustName,c.CustHP1,l.LoanGroupID) as a group by "
+      "a.LoanID,a.nextduedate,a.custname,a.custhp1,a.LoanGroupID",
+      company, today, CompanyFilter(session_, "l.CompCode")));
+  for (; !due.Eof(); due.MoveNext()) {
+    rows.push_back({NullToEmpty(due.Field(0)), ShowDate(due.Field(1)), NullToEmpty(due.Field(2)),
+                    NullToEmpty(due.Field(3)), ShowMoney(due.Field(4)), NullToEmpty(due.Field(5))});
+  }
+  LS1.SetRows(std::move(rows));
+  rows.clear();
+  Recordset stamps = session_.Main().Query(fmt::format(
+      "SELECT l.LoanID,l.TrxDate,c.CustName,LoanGroupID FROM LoanMast as l INNER JOIN CustMast "
+      "as c on l.CustID=c.CustID {} AND l.AgreementNo='' order by l.TrxDate",
+      CompanyFilter(session_, "l.CompCode")));
+  for (; !stamps.Eof(); stamps.MoveNext()) {
+    rows.push_back({NullToEmpty(stamps.Field(0)), ShowDate(stamps.Field(1)),
+                    NullToEmpty(stamps.Field(2)), NullToEmpty(stamps.Field(3))});
+  }
+  LS2.SetRows(std::move(rows));
+}
+
+}  // namespace kaunter

@@ -1,0 +1,202 @@
+#include "core/startup.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+
+#include "core/connect_sequence.h"
+#include "core/new_office.h"
+#include "core/regional.h"
+#include "core/values.h"
+#include "screen/desk.h"
+
+namespace kaunter {
+namespace {
+
+constexpr std::string_view kPasswordSuffix = "907$";
+
+// What the step announces, one stroke of the bar each, and the table that must answer. Some are
+// commands over other tables; the second cash book command reads the same table.
+struct Announced {
+  std::string_view name;
+  std::string_view table;
+};
+constexpr Announced kTables[] = {
+    {"AdvertiseMast", "AdvertiseMast"},
+    {"AreaMast", "AreaMast"},
+    {"ChqMast", "ChqMast"},
+    {"CollectInfoMast", "CollectInfoMast"},
+    {"CompanyProfile", "CompanyProfile"},
+    {"CompMast", "CompMast"},
+    {"CustMast", "CustMast"},
+    {"CustRaceMast", "CustRaceMast"},
+    {"LoanGroupMast", "LoanGroupMast"},
+    {"LoanMast", "LoanMast"},
+    {"LoanTypeMast", "LoanTypeMast"},
+    {"Number", "NumberMast"},
+    {"PaymentMast", "PaymentMast"},
+    {"RefererMast", "RefererMast"},
+    {"SalesmanMast", "SalesmanMast"},
+    {"SchMast", "SchMast"},
+    {"UserMast", "UserMast"},
+    {"CustPop", "CustMast"},
+    {"ICPop", "CustMast"},
+    {"LoanPop", "LoanMast"},
+    {"UserAccess", "UserAccess"},
+    {"PaymentPop", "PaymentMast"},
+    {"CollateralMast", "CollateralMast"},
+    {"Systemast", "Systemast"},
+    {"CashBook", "CashBook"},
+    {"CashBook", "CashBook"},
+    {"HisStatusMast", "HisStatusMast"},
+    {"FollowUpMast", "FollowUpMast"},
+    {"CompanyCategory", "CampanyCategory"},
+    {"CashBookCat", "CashBookCat"},
+    {"GoldTypeMast", "GoldTypeMast"},
+    {"BankMast", "BankMast"},
+    {"Power of Attorney", "OwnerMast"},
+};
+constexpr int kBarLength = 76;
+
+std::string MainConnectionString(const Session& session, std::string_view catalog) {
+  return fmt::format(
+      "Provider=MSDASQL.1;Password={};Persist Security Info=True;User ID={};Data Source={};Initial "
+      "Catalog={}",
+      DatabasePassword(session.ConnAccount, session.ConnDatabase), session.ConnDatabase,
+      session.ConnDataSource, catalog);
+}
+
+// A new embedded file is made here and nowhere else, so that a mistyped name or a drive that is
+// away never turns into an empty office.
+void CreateMissingFile(const Session& session, const LocalSettings& local) {
+  const auto source = session.data_sources.Find(session.ConnDataSource);
+  if (!source || source->kind != DataSource::Kind::kEmbedded) return;
+  if (!local.creatable.contains(Lower(session.ConnDataSource))) return;
+  if (std::filesystem::exists(source->target)) return;
+  const auto folder = std::filesystem::path(source->target).parent_path();
+  std::error_code ignored;  // a folder that cannot be made shows itself in the open that follows
+  if (!folder.empty()) std::filesystem::create_directories(folder, ignored);
+  OpenSqlite("MainConn", source->target, true, session.clock);
+}
+
+// A process that was killed while it made the office leaves an empty file: it is filled at the next
+// start.
+void FillNewOffice(Session& session) {
+  const auto source = session.data_sources.Find(session.ConnDataSource);
+  if (!source || source->kind != DataSource::Kind::kEmbedded) return;
+  Connection& main = session.Main();
+  if (!IsEmptyDatabase(main)) return;
+  CreateEmptyOffice(main, session.ConnAccount);
+}
+
+void OpenTables(Session& session, ProgressBar& bar, const std::string& heading) {
+  for (const Announced& announced : kTables) {
+    bar.SetText(fmt::format("{}\nConnecting {}", heading, announced.name));
+    // The table answers or the start ends here; no row is read, so the step does not grow with
+    // history.
+    session.Main().Query(fmt::format("SELECT * FROM {} WHERE 1=0", announced.table));
+    bar.Step();
+    if (announced.name == "CompanyProfile") {
+      session.CompanyName = ScalarQuery(session.Main(), "SELECT CompanyName FROM CompanyProfile");
+    }
+  }
+  bar.SetText(fmt::format("{}\nConnecting Link Database", heading));
+  bar.Step();
+}
+
+void FindPhotoFolder(Session& session) {
+  session.PhotoPath = session.AppPath + "/Photo";
+  std::filesystem::create_directories(session.PhotoPath);
+}
+
+}  // namespace
+
+void ApplyLocalSettings(Session& session, const LocalSettings& local) {
+  session.ConnAccount = local.ConnAccount;
+  session.ConnDataSource = local.ConnDataSource;
+  session.ConnDatabase = local.ConnDatabase.empty() ? local.ConnDataSource : local.ConnDatabase;
+  session.ConnLinkAcc = local.ConnLinkAcc;
+  session.data_sources = local.sources;
+}
+
+void CheckDateFormat(const std::string& short_date) {
+  if (DayOfTestDate(short_date) == 2) {
+    throw StartRefused("Verify Date Setting", "Invalid PC date format, please set to dd-MM-yyyy");
+  }
+}
+
+std::string DatabasePassword(std::string_view account, std::string_view) {
+  return account == "MainUser" ? fmt::format("VKT{}", kPasswordSuffix) : std::string();
+}
+
+void OpenMainConnection(Session& session, const LocalSettings& local) {
+  CreateMissingFile(session, local);
+  session.MainConn = OpenConnection("MainConn", MainConnectionString(session, session.ConnDatabase),
+                                    session.data_sources, session.clock);
+  if (session.trace) session.MainConn->SetTrace(session.trace);
+  FillNewOffice(session);
+}
+
+void Connect(Session& session, Desk& desk) {
+  session.MyKad64String =
+      ScalarQuery(session.Main(), "SELECT [Value] FROM Systemast WHERE Param='MyKadDatabase'");
+  session.MyKadPath =
+      ScalarQuery(session.Main(), "SELECT [Value] FROM Systemast WHERE Param='MyKadPath'");
+  CheckVersion(session, desk,
+               fmt::format("{}.{}.{}", KAUNTER_VERSION_MAJOR, KAUNTER_VERSION_MINOR,
+                           KAUNTER_VERSION_REVISION));
+  desk.Hourglass(true);
+  struct PointerBack {
+    Desk& desk;
+    ~PointerBack() { desk.Hourglass(false); }
+  } pointer_back{desk};
+  auto bar = desk.Progress("Connecting");
+  bar->SetRange(kBarLength);
+  const std::string heading =
+      fmt::format("MSSQL 2008 Express Database\n{}",
+                  Format(ServerTime(session.Main()), "dddd, mmmm dd, yyyy h:mm am/pm"));
+  OpenTables(session, *bar, heading);
+  FindPhotoFolder(session);
+  RunConnectSequence(session, desk, [&](std::string_view step) {
+    bar->SetText(fmt::format("{}\nConnecting {}", heading, step));
+    bar->Step();
+  });
+  bar->SetPosition(kBarLength);
+}
+
+int VersionNumber(std::string_view dotted) {
+  std::string digits;
+  for (char c : dotted) {
+    if (c != '.') digits += c;
+  }
+  return CLng(std::string_view(digits));
+}
+
+bool IsInstalledCopy(const std::string& app_path) {
+  if (app_path.size() > 1 && app_path[1] == ':') return app_path[0] == 'C';
+  const std::filesystem::path folder(app_path);
+  return !std::filesystem::exists(folder / "CMakeCache.txt") &&
+         !std::filesystem::exists(folder.parent_path() / "CMakeCache.txt");
+}
+
+void CheckVersion(Session& session, Desk& desk, std::string_view running) {
+  const std::string stored =
+      ScalarQuery(session.Main(), "SELECT Value FROM Systemast WHERE Param='VERSION'");
+  if (std::all_of(stored.begin(), stored.end(), [](char c) { return c == '.'; })) return;
+  if (VersionNumber(running) >= VersionNumber(stored)) {
+    if (IsInstalledCopy(session.AppPath)) {
+      session.Main().Execute(
+          fmt::format("UPDATE Systemast SET [Value]={} WHERE Param='VERSION'", QuoteStr(running)));
+    }
+    return;
+  }
+  desk.Message(
+      MessageKind::information, "Version Checking",
+      fmt::format("New version {} available for download, Please download update now", stored));
+  desk.Open(ScalarQuery(session.Main(), "SELECT Value FROM Systemast WHERE Param='URL'"));
+  throw StartRefused("Version Checking", "");
+}
+
+}  // namespace kaunter

@@ -1,0 +1,15 @@
+// The trace: a file with every statement as it stands in T-SQL, a line each: connection, tab,
+// statement, with \t, \r, \n and \\ for tab, line ends and backslash. It is how support sees what a
+// screen did.
+#pragma once
+
+#include <string>
+
+#include "platform/sql/connection.h"
+
+namespace kaunter {
+
+// Starts the file anew. Throws std::runtime_error when it cannot be written.
+Connection::TraceSink OpenTrace(const std::string& path);
+
+}  // namespace kaunter

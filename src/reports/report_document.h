@@ -1,0 +1,55 @@
+// A printed report as pages of texts, lines and areas at places in millimetres: what the preview,
+// the printer and the PDF draw alike.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kaunter {
+
+enum class TextAlign { left, right, center };
+enum class Tone { ink, quiet, accent, shade, rule };
+
+struct PageText {
+  double x = 0;  // left edge of the box
+  double y = 0;  // top edge of the box
+  double width = 0;
+  double height = 0;
+  std::string text;  // shortened with an ellipsis when it is wider than the box
+  double points = 9;
+  bool bold = false;
+  TextAlign align = TextAlign::left;
+  Tone tone = Tone::ink;
+};
+
+struct PageLine {
+  double x1 = 0;
+  double y1 = 0;
+  double x2 = 0;
+  double y2 = 0;
+  double width = 0.2;
+  Tone tone = Tone::rule;
+};
+
+struct PageArea {
+  double x = 0;
+  double y = 0;
+  double width = 0;
+  double height = 0;
+  Tone tone = Tone::shade;
+};
+
+struct ReportPage {
+  std::vector<PageArea> areas;  // drawn first
+  std::vector<PageLine> lines;
+  std::vector<PageText> texts;
+};
+
+struct ReportDocument {
+  std::string title;
+  double width_mm = 210;
+  double height_mm = 297;
+  std::vector<ReportPage> pages;
+};
+
+}  // namespace kaunter

@@ -1,0 +1,179 @@
+#include "reports/selection_formula.h"
+
+#include <fmt/format.h>
+
+#include <cctype>
+#include <stdexcept>
+#include <vector>
+
+#include "core/values.h"
+
+namespace kaunter {
+namespace {
+
+// Deeper brackets than any screen writes; a broken formula must not exhaust the stack.
+constexpr int kDeepest = 100;
+
+class FormulaParser {
+ public:
+  explicit FormulaParser(std::string_view text) : text_(text) {}
+
+  std::string Run() {
+    const std::string condition = Either();
+    SkipBlanks();
+    if (at_ != text_.size()) Refuse("the end of the formula");
+    return condition;
+  }
+
+ private:
+  [[noreturn]] void Refuse(const std::string& expected) const {
+    throw std::runtime_error(
+        fmt::format("The selection formula of the report cannot be read at position {}: {} is "
+                    "expected there.\n{}",
+                    at_ + 1, expected, text_));
+  }
+
+  void SkipBlanks() {
+    while (at_ < text_.size() && std::isspace(static_cast<unsigned char>(text_[at_]))) ++at_;
+  }
+
+  bool Take(char c) {
+    SkipBlanks();
+    if (at_ >= text_.size() || text_[at_] != c) return false;
+    ++at_;
+    return true;
+  }
+
+  bool TakeWord(std::string_view word) {
+    SkipBlanks();
+    if (!SameText(text_.substr(at_, word.size()), word)) return false;
+    const std::size_t end = at_ + word.size();
+    if (end < text_.size() && std::isalnum(static_cast<unsigned char>(text_[end]))) return false;
+    at_ = end;
+    return true;
+  }
+
+  std::string Either() {
+    if (++depth_ > kDeepest) Refuse("a formula with fewer brackets");
+    std::string condition = All();
+    while (TakeWord("or")) condition += " OR " + All();
+    --depth_;
+    return condition;
+  }
+
+  std::string All() {
+    std::string condition = One();
+    while (TakeWord("and")) condition += " AND " + One();
+    return condition;
+  }
+
+  std::string One() {
+    if (TakeWord("not")) return "NOT (" + One() + ")";
+    if (Take('(')) {
+      const std::string inner = Either();
+      if (!Take(')')) Refuse("a closing bracket");
+      return "(" + inner + ")";
+    }
+    const std::string left = Operand();
+    const std::string comparison = Comparison();
+    return left + comparison + Operand();
+  }
+
+  std::string Comparison() {
+    SkipBlanks();
+    for (std::string_view sign : {"<>", "<=", ">=", "=", "<", ">"}) {
+      if (text_.substr(at_, sign.size()) == sign) {
+        at_ += sign.size();
+        return std::string(sign);
+      }
+    }
+    Refuse("a comparison");
+  }
+
+  std::string Operand() {
+    SkipBlanks();
+    if (at_ >= text_.size()) Refuse("a field or a value");
+    const char c = text_[at_];
+    if (c == '{') return Field();
+    if (c == '\'' || c == '"') return Text(c);
+    if (c == '-' || std::isdigit(static_cast<unsigned char>(c))) return Number();
+    if (TakeWord("DateTime")) return Date(true);
+    if (TakeWord("Date")) return Date(false);
+    Refuse("a field or a value");
+  }
+
+  // {Table.Column}: both are names, so nothing but letters, digits and underscores may stand there.
+  std::string Field() {
+    const std::size_t end = text_.find('}', at_);
+    if (end == std::string_view::npos) Refuse("a closing brace");
+    const std::string name(text_.substr(at_ + 1, end - at_ - 1));
+    const auto point = name.find('.');
+    bool fits = point != std::string::npos && point > 0 && point + 1 < name.size();
+    for (std::size_t i = 0; i < name.size(); ++i) {
+      fits = fits &&
+             (i == point || name[i] == '_' || std::isalnum(static_cast<unsigned char>(name[i])));
+    }
+    if (!fits) Refuse("a field {Table.Column}");
+    at_ = end + 1;
+    return name;
+  }
+
+  std::string Text(char quote) {
+    std::string value;
+    for (++at_; at_ < text_.size(); ++at_) {
+      if (text_[at_] != quote) {
+        value += text_[at_];
+      } else if (at_ + 1 < text_.size() && text_[at_ + 1] == quote) {
+        value += text_[at_++];
+      } else {
+        ++at_;
+        return QuoteStr(value);
+      }
+    }
+    Refuse("the end of a text");
+  }
+
+  std::string Number() {
+    const std::size_t begin = at_;
+    if (text_[at_] == '-') ++at_;
+    while (at_ < text_.size() &&
+           (std::isdigit(static_cast<unsigned char>(text_[at_])) || text_[at_] == '.')) {
+      ++at_;
+    }
+    const std::string number(text_.substr(begin, at_ - begin));
+    if (!IsNumeric(number)) Refuse("a number");
+    return number;
+  }
+
+  std::string Date(bool with_time) {
+    if (!Take('(')) Refuse("an opening bracket");
+    std::vector<int> parts;
+    do {
+      SkipBlanks();
+      const std::string number = Number();
+      if (number.size() > 4 || number.find('.') != std::string::npos) Refuse("a whole number");
+      parts.push_back(CLng(std::string_view(number)));
+    } while (Take(','));
+    if (!Take(')')) Refuse("a closing bracket");
+    parts.resize(with_time ? 6 : parts.size());
+    const std::size_t wanted = with_time ? 6 : 3;
+    if (parts.size() != wanted) Refuse("a date");
+    parts.resize(6);
+    const DateTime date{parts[0], parts[1], parts[2], parts[3], parts[4], parts[5]};
+    if (!date.IsValid()) Refuse("a date of the calendar");
+    return with_time ? SqlDateTime(date) : SqlDate(date);
+  }
+
+  std::string_view text_;
+  std::size_t at_ = 0;
+  int depth_ = 0;
+};
+
+}  // namespace
+
+std::string FormulaToCondition(std::string_view formula) {
+  if (Trim(formula).empty()) return {};
+  return FormulaParser(formula).Run();
+}
+
+}  // namespace kaunter
