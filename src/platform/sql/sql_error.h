@@ -1,0 +1,16 @@
+// How the translator refuses: SQL Server's number and words, with the statement and the place.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/sql/connection.h"
+
+namespace kaunter::sql {
+
+// Throws SqlError: the words, then where in the statement ("at 57, near '...'") and the statement
+// itself, of a very long one the surroundings of the place.
+[[noreturn]] void Fail(int number, std::string_view words, std::string_view statement,
+                       std::size_t place);
+
+}  // namespace kaunter::sql
