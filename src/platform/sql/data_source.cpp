@@ -151,6 +151,14 @@ std::optional<DataSource> DataSources::Find(std::string_view name) const {
   return found->second;
 }
 
+std::optional<std::string> EmbeddedFile(std::string_view connection_string,
+                                        const DataSources& sources) {
+  const ConnectionString asked = ConnectionString::Parse(connection_string);
+  const auto source = sources.Find(asked.Get("Data Source"));
+  if (!source || source->kind != DataSource::Kind::kEmbedded) return std::nullopt;
+  return EndsInLogs(asked.Get("Initial Catalog")) ? BesideForLogs(source->target) : source->target;
+}
+
 std::unique_ptr<Connection> OpenConnection(std::string_view name,
                                            std::string_view connection_string,
                                            const DataSources& sources, const Clock& clock) {

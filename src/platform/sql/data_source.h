@@ -56,6 +56,10 @@ std::unique_ptr<Connection> OpenConnection(std::string_view name,
                                            std::string_view connection_string,
                                            const DataSources& sources, const Clock& clock);
 
+// The file of an embedded source that `connection_string` leads to; nothing for any other source.
+std::optional<std::string> EmbeddedFile(std::string_view connection_string,
+                                        const DataSources& sources);
+
 // The embedded engine on one file; made when missing (with no tables) if `create`. Refuses a file
 // that is no database (26 as 4060), an unreadable one, and one written by a newer Kaunter.
 std::unique_ptr<Connection> OpenSqlite(std::string_view name, const std::string& path, bool create,

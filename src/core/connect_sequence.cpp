@@ -1,0 +1,292 @@
+#include "core/connect_sequence.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "core/data_access.h"
+#include "core/einvoice_codes.h"
+#include "core/new_office.h"
+#include "core/schema_patches.h"
+#include "core/session.h"
+#include "core/settings.h"
+#include "core/sql_literals.h"
+#include "core/startup.h"
+#include "screen/desk.h"
+
+namespace kaunter {
+namespace {
+
+struct Start {
+  Session& session;
+  Desk& desk;
+  std::string value;  // of the step's key
+
+  Settings& settings() { return session.settings; }
+  Connection& main() { return session.Main(); }
+  void Patch(const Patch& patch) { RunPatch(main(), patch); }
+};
+
+struct Step {
+  std::string_view name;  // announced; the key of its setting, except for a step of a table
+  bool guard = false;     // the key guards a patch
+  std::function<void(Start&)> run;
+  bool has_setting = true;
+};
+
+// --- the kinds of steps
+
+Step SwitchByOne(std::string_view key, bool Settings::*field) {
+  return {key, false, [field](Start& start) { start.settings().*field = start.value == "1"; }};
+}
+
+Step SwitchByPresence(std::string_view key, bool Settings::*field) {
+  return {key, false, [field](Start& start) { start.settings().*field = !start.value.empty(); }};
+}
+
+Step Text(std::string_view key, std::string Settings::*field) {
+  return {key, false, [field](Start& start) { start.settings().*field = start.value; }};
+}
+
+Step Own(std::string_view key, void (*run)(Start&)) { return {key, false, run}; }
+
+Step Table(std::string_view name, void (*run)(Start&)) { return {name, false, run, false}; }
+
+// A patch that runs when its key is empty, with nothing else to do.
+Step PatchOnce(const Patch& patch) {
+  return {patch.key, true, [&patch](Start& start) {
+            if (start.value.empty()) start.Patch(patch);
+          }};
+}
+
+Step PatchWith(const Patch& patch, void (*run)(Start&)) { return {patch.key, true, run}; }
+
+// --- connections
+
+// A connection that does not open ends the start; the driver's words alone would not say where to
+// look.
+std::unique_ptr<Connection> OpenNamed(Session& session, std::string_view name,
+                                      std::string_view setting, const std::string& text) {
+  try {
+    auto connection = OpenConnection(name, text, session.data_sources, session.clock);
+    if (session.trace) connection->SetTrace(session.trace);
+    return connection;
+  } catch (const SqlError& error) {
+    throw SqlError(error.number(), fmt::format("{} (connection {}, see the setting {})",
+                                               error.what(), name, setting));
+  }
+}
+
+void OpenAudit(Start& start) {
+  Session& session = start.session;
+  start.settings().TransLogs = start.value == "1";
+  if (!start.settings().TransLogs) return;
+  const std::string text = fmt::format(
+      "Provider=MSDASQL.1;Password={};Persist Security Info=True;User ID={};Data Source={};Initial "
+      "Catalog={}-Logs",
+      DatabasePassword(session.ConnAccount, session.ConnDatabase), session.ConnDatabase,
+      session.ConnDataSource, session.ConnDatabase);
+  // The embedded engine has no administrator who would make the audit database.
+  const auto file = EmbeddedFile(text, session.data_sources);
+  if (file && !std::filesystem::exists(*file)) {
+    OpenSqlite("LogsConn", *file, /*create=*/true, session.clock);
+  }
+  session.LogsConn = OpenNamed(session, "LogsConn", "TransLogs", text);
+  if (file) CreateMissingAuditTables(*session.LogsConn);
+}
+
+void ReadFtpHost(Start& start) {
+  if (start.settings().ftpAcc.empty()) start.settings().ftpAcc = start.value;
+}
+
+void OpenAccountingLink(Start& start) {
+  start.settings().LinkAcc = start.session.ConnLinkAcc == "1" ? start.value : "";
+  if (start.settings().LinkAcc != "1") return;
+  start.session.AED = OpenNamed(start.session, "AED", "LinkAcc",
+                                "Provider=MSDASQL.1;Password=QDX518$;Persist Security "
+                                "Info=True;User ID=aed;Data Source=AEDMTS");
+}
+
+void OpenSms(Start& start) {
+  start.settings().SMSServer = start.value;
+  if (start.value.empty()) return;
+  const std::string password = ReadSetting(start.main(), "SMSPassword");
+  const std::string user = ReadSetting(start.main(), "SMSID");
+  start.session.smsconn =
+      OpenNamed(start.session, "smsconn", "SMSServer",
+                fmt::format("Provider=SQLOLEDB.1;Password={};Persist Security Info=True;User "
+                            "ID={};Initial Catalog=SMS;Data Source={}",
+                            password, user, start.value));
+}
+
+void SetLinkDB(Start& start) {
+  start.settings().LinkDB = start.value;
+  if (!start.value.empty()) start.session.LinkDBString = start.value;
+}
+
+// --- settings with a rule of their own
+
+void ReadLowInt(Start& start) { start.settings().LowInt = start.value.empty() ? "0" : start.value; }
+
+void ReadRoundedInstallment(Start& start) {
+  start.settings().RoundedInstallment = RoundedInstallmentOf(start.value);
+}
+
+// --- patches that are more than their statements
+
+// Each statement tells its own failure and the next one runs: the start goes on.
+void DeleteOrphanedDrawdowns(Start& start) {
+  if (!start.value.empty()) return;
+  for (const std::string_view statement : patches::kDrawdown.statements) {
+    ExecSql(start.session, start.desk, statement);
+  }
+}
+
+// "1" is on, empty patches and is on, anything else is an office that has switched the feature off.
+bool OnAfterPatch(Start& start, const Patch& patch) {
+  if (start.value.empty()) start.Patch(patch);
+  return start.value.empty() || start.value == "1";
+}
+
+void PatchAmla(Start& start) { start.settings().AMLA = OnAfterPatch(start, patches::kAmla); }
+
+void PatchDataExport(Start& start) {
+  start.settings().DataExportFlag = OnAfterPatch(start, patches::kDataExportFlag);
+}
+
+void PatchDisableSTR(Start& start) {
+  if (start.value != "1") start.Patch(patches::kDisableSTR);
+}
+
+void PatchLampiranA(Start& start) {
+  if (start.value.empty()) start.Patch(patches::kLampiranA);
+  start.settings().LampiranA = start.value.empty() ? "1" : start.value;
+}
+
+void MakeHolidayMast(Start& start) {
+  if (!TableExists(start.main(), "HolidayMast")) start.main().Execute(patches::kHolidayMast);
+}
+
+// The flag is read first, so it comes on at the start after the patch.
+void PatchIdeal(Start& start) {
+  start.settings().IDEAL = !start.value.empty();
+  if (start.value.empty()) start.Patch(patches::kIdeal);
+}
+
+void PatchEInv(Start& start) {
+  if (start.value != "1") {
+    start.Patch(patches::kEInv);
+    RefreshEInvoiceCodeTables(start.session, start.desk, {});
+  }
+  start.settings().EInv = true;
+}
+
+void FillOrgDueDate(Start& start) {
+  if (start.value.empty()) start.Patch(patches::kOrgDueDate2);
+  start.main().Execute(patches::kFillOrgDueDate);
+}
+
+void PatchLHDNQR(Start& start) {
+  if (!start.value.empty()) return;
+  start.Patch(patches::kLHDNQR);
+  RefreshEInvoiceCodeTables(start.session, start.desk, {});
+}
+
+// --- the sequence. Some patches rely on earlier ones; the order never changes.
+
+const std::vector<Step>& Steps() {
+  static const std::vector<Step> steps = {
+      Own("TransLogs", OpenAudit),
+      Own("ftpAcc", ReadFtpHost),
+      SwitchByPresence("CapLock", &Settings::CapLock),
+      Text("IntRate", &Settings::IntRate),
+      Text("DefaultLateCharge", &Settings::DefaultLateCharge),
+      Own("LinkAcc", OpenAccountingLink),
+      Own("SMSServer", OpenSms),
+      Own("LowInt", ReadLowInt),
+      Own("LinkDB", SetLinkDB),
+      Text("CompCode2", &Settings::CompCode2),
+      SwitchByOne("PaymentReader", &Settings::PaymentReader),
+      Text("SchInt", &Settings::SchInt),
+      PatchWith(patches::kDrawdown, DeleteOrphanedDrawdowns),
+      SwitchByOne("PayToDate", &Settings::PayToDate),
+      Own("RoundedInstallment", ReadRoundedInstallment),
+      Text("OldReceipt", &Settings::OldReceipt),
+      SwitchByOne("NoSignature", &Settings::NoSignature),
+      PatchWith(patches::kAmla, PatchAmla),
+      SwitchByOne("LockAMLAReasonCode", &Settings::LockAMLAReasonCode),
+      PatchWith(patches::kDataExportFlag, PatchDataExport),
+      PatchWith(patches::kDisableSTR, PatchDisableSTR),
+      PatchWith(patches::kLampiranA, PatchLampiranA),
+      SwitchByOne("ORYYMMDD", &Settings::ORYYMMDD),
+      Table("HolidayMast", MakeHolidayMast),
+      SwitchByOne("CheckHoliday", &Settings::CheckHoliday),
+      SwitchByOne("AutoChangePayDate", &Settings::AutoChangePayDate),
+      SwitchByOne("PaymentReaderOldMethod", &Settings::PaymentReaderOldMethod),
+      PatchWith(patches::kIdeal, PatchIdeal),
+      SwitchByOne("CalcAmt", &Settings::CalcAmt),
+      PatchOnce(patches::kOrgDueDate),
+      PatchWith(patches::kEInv, PatchEInv),
+      Text("AutoProcessingFeeRate", &Settings::AutoProcessingFeeRate),
+      Text("AutoStampingFeeRate", &Settings::AutoStampingFeeRate),
+      Text("AutoLoanPurpose", &Settings::AutoLoanPurpose),
+      PatchOnce(patches::kEInvCustName),
+      PatchOnce(patches::kEInvCancel),
+      PatchOnce(patches::kLocalClientSecret),
+      PatchWith(patches::kOrgDueDate2, FillOrgDueDate),
+      PatchWith(patches::kLHDNQR, PatchLHDNQR),
+      PatchOnce(patches::kLastDownDate),
+      PatchOnce(patches::kCreateSelfBillTable),
+      PatchOnce(patches::kSuppCity),
+  };
+  return steps;
+}
+
+// An empty value counts as missing, yet the insert of the key would meet the row and no start would
+// ever pass.
+void RemoveEmptyGuards(Connection& main) {
+  std::string keys;
+  for (const Step& step : Steps()) {
+    if (!step.guard) continue;
+    if (!keys.empty()) keys += ',';
+    keys += QuoteStr(step.name);
+  }
+  main.Execute(fmt::format(
+      "DELETE FROM Systemast WHERE Param IN ({}) AND ([Value]='' OR [Value] IS NULL)", keys));
+}
+
+// The reader program installs itself into one of two places; the second wins when both are there.
+void FindMyKadReader(Session& session) {
+  for (const char* folder :
+       {"C:\\Program Files (x86)\\Secure Metric\\", "C:\\Program Files\\Secure Metric\\"}) {
+    std::error_code unreadable;  // counts as not there
+    if (std::filesystem::exists(std::string(folder) + "MyKadReader.exe", unreadable)) {
+      session.MyKadReaderFolder = folder;
+    }
+  }
+}
+
+}  // namespace
+
+void RunConnectSequence(Session& session, Desk& desk,
+                        const std::function<void(std::string_view step)>& progress) {
+  RemoveEmptyGuards(session.Main());
+  for (const Step& step : Steps()) {
+    progress(step.name);
+    Start start{session, desk, ""};
+    if (step.has_setting) start.value = ReadSetting(start.main(), step.name);
+    step.run(start);
+  }
+  FindMyKadReader(session);
+}
+
+std::vector<std::string_view> ConnectSteps() {
+  std::vector<std::string_view> names;
+  for (const Step& step : Steps()) names.push_back(step.name);
+  return names;
+}
+
+}  // namespace kaunter

@@ -1,0 +1,109 @@
+#include "core/einvoice_codes.h"
+
+#include <fmt/format.h>
+
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "core/data_access.h"
+#include "core/log.h"
+#include "core/session.h"
+#include "core/sql_literals.h"
+#include "platform/sql/transaction.h"
+#include "screen/desk.h"
+
+namespace kaunter {
+namespace {
+
+constexpr std::string_view kCentralSource = "AMLA";
+constexpr std::string_view kCentralConnection =
+    "Provider=SQLOLEDB.1;Persist Security Info=True;Initial Catalog=AMLA;Data Source=AMLA";
+
+// The endpoint of credit notes is not among them: each office keeps its own.
+constexpr std::string_view kSettingKeys =
+    "('GetTokenurl','GetTINurl','Getclient_id','Getclient_secret','GetEInvAPIConsolidated',"
+    "'GetEInvAPICancel','GetEInvAPIInv','GetEInvAPIStatus','GetTokenInv','GetEInvAPISelfBill')";
+
+struct Copied {
+  bool EInvoiceTables::*wanted;
+  std::string_view table;
+  std::string_view code;
+  std::string_view name;
+  std::string delete_local;
+  std::string select_central;
+};
+
+std::vector<Copied> Copies() {
+  std::vector<Copied> copies = {
+      {&EInvoiceTables::settings, "Systemast", "Param", "Value",
+       fmt::format("delete Systemast Where Param in {}", kSettingKeys),
+       fmt::format("select * FROM Systemast where Param in {}", kSettingKeys)}};
+  const struct {
+    bool EInvoiceTables::*wanted;
+    std::string_view table, code, name;
+  } kTables[] = {
+      {&EInvoiceTables::eState, "eState", "StateCode", "StateName"},
+      {&EInvoiceTables::eCountry, "eCountry", "CountryCode", "CountryName"},
+      {&EInvoiceTables::eMiscCode, "eMiscCode", "MiscCode", "MiscName"},
+      {&EInvoiceTables::eClass, "eClass", "ClassCode", "ClassName"},
+      {&EInvoiceTables::eTax, "eTax", "TaxCode", "TaxName"},
+  };
+  for (const auto& t : kTables) {
+    copies.push_back({t.wanted, t.table, t.code, t.name, fmt::format("delete from {}", t.table),
+                      fmt::format("SELECT * FROM {}", t.table)});
+  }
+  return copies;
+}
+
+struct Rows {
+  Copied copy;
+  Recordset central;
+};
+
+void Replace(Connection& main, Rows& rows) {
+  main.Execute(rows.copy.delete_local);
+  for (; !rows.central.Eof(); rows.central.MoveNext()) {
+    main.Execute(fmt::format("INSERT INTO {} ({},{}) VALUES ({},{})", rows.copy.table,
+                             rows.copy.code, rows.copy.name,
+                             QuoteStr(rows.central.Field(rows.copy.code).ToText()),
+                             QuoteStr(rows.central.Field(rows.copy.name).ToText())));
+  }
+}
+
+void Transfer(Session& session, const EInvoiceTables& tables) {
+  Connection& main = session.Main();
+  const auto central =
+      OpenConnection("AMLA", kCentralConnection, session.data_sources, session.clock);
+  if (session.trace) central->SetTrace(session.trace);
+  std::vector<Rows> read;
+  for (const Copied& copy : Copies()) {
+    if (!(tables.*copy.wanted) || !TableExists(main, copy.table)) continue;
+    read.push_back({copy, central->Query(copy.select_central)});
+  }
+  Transaction transaction(main);
+  for (Rows& rows : read) Replace(main, rows);
+  transaction.Commit();
+}
+
+}  // namespace
+
+bool RefreshEInvoiceCodeTables(Session& session, Desk& desk, const EInvoiceTables& tables) {
+  if (!session.data_sources.Find(kCentralSource)) {
+    WriteLog(session, LogLine(session,
+                              "Transfer Setting Code - no data source AMLA on this PC, the "
+                              "e-invoicing codes stay as they are"));
+    return false;
+  }
+  try {
+    Transfer(session, tables);
+    return true;
+  } catch (const std::exception& error) {
+    LogRollback(session, "Transfer Setting Code", error);
+    desk.Message(MessageKind::critical, session.ProgramTitle,
+                 "an error occur during transfering setting code");
+    return false;
+  }
+}
+
+}  // namespace kaunter

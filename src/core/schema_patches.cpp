@@ -1,0 +1,221 @@
+#include "core/schema_patches.h"
+
+#include <optional>
+
+#include "platform/sql/transaction.h"
+
+namespace kaunter {
+namespace {
+
+// Tables that the program makes itself, in the form that existing offices have them.
+constexpr std::string_view kMakeAMLADesc =
+    "CREATE TABLE AMLADesc (SID nvarchar(10) NOT NULL, AMLADesc nvarchar(100) NOT NULL, "
+    "CONSTRAINT PK_AMLADesc PRIMARY KEY (SID,AMLADesc))";
+constexpr std::string_view kMakeAMLATrans =
+    "CREATE TABLE AMLATrans (TrxID nvarchar(100) NOT NULL, TrxDate datetime NULL, "
+    "Nationality nvarchar(300) NULL, Name1 nvarchar(300) NULL, Name2 nvarchar(300) NULL, "
+    "Name3 nvarchar(300) NULL, Name4 nvarchar(300) NULL, NRIC nvarchar(50) NULL, "
+    "OldIC nvarchar(50) NULL, OthIC nvarchar(50) NULL, IDType nvarchar(100) NULL, "
+    "Gender nvarchar(10) NULL, email nvarchar(100) NULL, Tel1 nvarchar(50) NULL, "
+    "Tel2 nvarchar(50) NULL, HP nvarchar(50) NULL, FAX nvarchar(50) NULL, "
+    "Add1 nvarchar(500) NULL, Add2 nvarchar(500) NULL, Add3 nvarchar(500) NULL, "
+    "Add4 nvarchar(500) NULL, BizType nvarchar(100) NULL, Occupation nvarchar(100) NULL, "
+    "JobDetail nvarchar(100) NULL, EmployerName nvarchar(100) NULL, "
+    "EmploymentArea nvarchar(100) NULL, OtherWork nvarchar(100) NULL, "
+    "MaritalStatus nvarchar(100) NULL, SpouseName nvarchar(300) NULL, "
+    "SpouseNIC nvarchar(50) NULL, SpouseOIC nvarchar(50) NULL, "
+    "SpouseOthIC nvarchar(50) NULL, SpouseIDType nvarchar(50) NULL, "
+    "SpousePassportCountry nvarchar(100) NULL, Trans nvarchar(10) NULL, "
+    "CustID nvarchar(50) NULL, TransType nvarchar(100) NULL, TransDate datetime NULL, "
+    "TransAmt decimal(18,2) NULL, LoanType nvarchar(100) NULL, "
+    "SuspiciousWork nvarchar(100) NULL, CrimeDesc nvarchar(1000) NULL, "
+    "CrimeEnv nvarchar(1000) NULL, CompCode nvarchar(50) NULL, "
+    "SpousePassportNo nvarchar(50) NULL, CONSTRAINT PK_AMLATrans PRIMARY KEY (TrxID))";
+constexpr std::string_view kMakeDataExport =
+    "CREATE TABLE DataExport (SID nvarchar(100) NOT NULL, FromDate nvarchar(1) NULL, "
+    "ToDate nvarchar(1) NULL, SQLStatement nvarchar(max) NULL, "
+    "ExportHeader nvarchar(1) NULL, CONSTRAINT PK_DataExport PRIMARY KEY (SID))";
+constexpr std::string_view kMakeEMiscCode =
+    "CREATE TABLE eMiscCode (MiscCode nvarchar(50) NOT NULL, MiscName nvarchar(200) NULL, "
+    "CONSTRAINT PK_eMiscCode PRIMARY KEY (MiscCode))";
+constexpr std::string_view kMakeEState =
+    "CREATE TABLE eState (StateCode nvarchar(50) NOT NULL, StateName nvarchar(100) NULL, "
+    "CONSTRAINT PK_eState PRIMARY KEY (StateCode))";
+constexpr std::string_view kMakeECountry =
+    "CREATE TABLE eCountry (CountryCode nvarchar(50) NOT NULL, "
+    "CountryName nvarchar(100) NULL, CONSTRAINT PK_eCountry PRIMARY KEY (CountryCode))";
+constexpr std::string_view kMakeEClass =
+    "CREATE TABLE eClass (ClassCode nvarchar(50) NOT NULL, ClassName nvarchar(500) NULL, "
+    "CONSTRAINT PK_eClass PRIMARY KEY (ClassCode))";
+constexpr std::string_view kMakeEInvMast =
+    "CREATE TABLE EInvMast (eInvID nvarchar(50) NOT NULL, SeqNo int NOT NULL, "
+    "TrxDate datetime NULL, CustID nvarchar(50) NULL, CompCode nvarchar(50) NULL, "
+    "LoanID nvarchar(50) NULL, SchID nvarchar(50) NULL, InvType nvarchar(50) NULL, "
+    "InvTaxCode nvarchar(50) NULL, InvDesc nvarchar(200) NULL, InvAmt decimal(18,2) NULL, "
+    "InvQty int NULL, CONSTRAINT PK_EInvMast PRIMARY KEY (eInvID,SeqNo))";
+constexpr std::string_view kMakeECustMast =
+    "CREATE TABLE ECustMast (CustID nvarchar(50) NOT NULL, TIN nvarchar(100) NULL, "
+    "MISCCode nvarchar(50) NULL, Address nvarchar(300) NULL, Postcode nvarchar(10) NULL, "
+    "City nvarchar(100) NULL, State nvarchar(100) NULL, Country nvarchar(100) NULL, "
+    "Phone nvarchar(50) NULL, Email nvarchar(100) NULL, CustType nvarchar(50) NULL, "
+    "CustTypeID nvarchar(50) NULL, CONSTRAINT PK_ECustMast PRIMARY KEY (CustID))";
+constexpr std::string_view kMakeSelfBillMast =
+    "CREATE TABLE SelfBillMast (SID nvarchar(50) NOT NULL, TrxDate datetime NULL, "
+    "InvoiceNo nvarchar(100) NULL, CompCode nvarchar(50) NULL, SuppTin nvarchar(50) NULL, "
+    "SuppIDNo nvarchar(50) NULL, SuppIDType nvarchar(10) NULL, "
+    "SuppMiscCode nvarchar(10) NULL, SuppBankAcc nvarchar(50) NULL, "
+    "SuppSST nvarchar(50) NULL, SuppName nvarchar(100) NULL, SuppTel nvarchar(50) NULL, "
+    "SuppEmail nvarchar(100) NULL, SuppAdd nvarchar(200) NULL, "
+    "SuppPostCode nvarchar(10) NULL, SuppCity nvarchar(10) NULL, "
+    "SuppState nvarchar(10) NULL, SuppCountry nvarchar(10) NULL, "
+    "SelfBillTaxAmt decimal(18,2) NULL, SelfBillTaxCat nvarchar(10) NULL, "
+    "SelfBillAmt decimal(18,2) NULL, SelfBillStatus nvarchar(50) NULL, "
+    "uuid nvarchar(100) NULL, UserID nvarchar(50) NULL, DateCreated datetime NULL, "
+    "CONSTRAINT PK_SelfBillMast PRIMARY KEY (SID))";
+constexpr std::string_view kMakeSelfBillTrans =
+    "CREATE TABLE SelfBillTrans (SID nvarchar(50) NOT NULL, SeqNo int NOT NULL, "
+    "SelfBillQty int NULL, SelfBillAmt decimal(18,2) NULL, "
+    "SelfBillTaxAmt decimal(18,2) NULL, SelfBillTaxPer decimal(18,2) NULL, "
+    "SelfBillTaxCat nvarchar(10) NULL, SelfBillClassCode nvarchar(10) NULL, "
+    "SelfBillDesc nvarchar(200) NULL, "
+    "CONSTRAINT PK_SelfBillTrans PRIMARY KEY (SID,SeqNo))";
+constexpr std::string_view kMakeETax =
+    "CREATE TABLE eTax (TaxCode nvarchar(10) NOT NULL, TaxName nvarchar(200) NULL, "
+    "CONSTRAINT PK_eTax PRIMARY KEY (TaxCode))";
+
+}  // namespace
+
+namespace patches {
+
+const Patch kDrawdown = {
+    "Patch-Drawdown",
+    false,
+    {"Delete d from DrawDownMast as d left outer join loanmast as l on l.loanid=d.loanid where "
+     "l.loanid is null",
+     "INSERT Systemast (Param,Value) values ('Patch-Drawdown','1')",
+     "UPDATE Systemast SET [Value]='1' WHERE param='Patch-Drawdown'"}};
+
+const Patch kAmla = {
+    "AMLA",
+    true,
+    {"insert into systemast (param,value) values ('AMLA','1')", kMakeAMLADesc, kMakeAMLATrans,
+     "alter table CompMast add AMLA nvarchar(1),AMLACheckIC nvarchar(1),AMLALoan decimal(18, "
+     "2),AMLAPayment  decimal(18, 2),AMLAWarning  nvarchar(1),AMLAOfficer nvarchar(100) ",
+     "update compmast set AMLA='0',AMLACheckIC='0',AMLALoan=0,AMLAPayment=0,AMLAWarning='0',"
+     "AMLAOfficer='' where AMLA is null",
+     "alter table LoanMast add AMLACode nvarchar(100),AMLADesc nvarchar(1000),AMLAID "
+     "nvarchar(100)",
+     "update LoanMast set AMLACode='',AMLADesc='',AMLAID='' where AMLACode is null",
+     "alter table PaymentMast add AMLACode nvarchar(100),AMLADesc nvarchar(1000),AMLAID "
+     "nvarchar(100)",
+     "update PaymentMast set AMLACode='',AMLADesc='',AMLAID='' where AMLACode is null"}};
+
+const Patch kDataExportFlag = {
+    "DataExportFlag",
+    true,
+    {kMakeDataExport, "insert into systemast (param,value) values ('DataExportFlag','1')"}};
+
+const Patch kDisableSTR = {"DisableSTR",
+                           true,
+                           {"ALTER Table CompMast ADD DisableSTR nvarchar(1)",
+                            "UPDATE CompMast set DisableSTR='0' where DisableSTR is null",
+                            "INSERT INTO Systemast (Param,Value) VALUES ('DisableSTR','1')"}};
+
+const Patch kLampiranA = {
+    "LampiranA", true, {"INSERT INTO Systemast (Param,Value) values ('LampiranA','1')"}};
+
+const Patch kIdeal = {"IDEAL", false, {"INSERT INTO  Systemast values ('IDEAL','IDEAL UPLOAD')"}};
+
+// The index keeps the unguarded update of every start (kOrgDueDate2) from reading all loans.
+const Patch kOrgDueDate = {
+    "OrgDueDate",
+    false,
+    {"INSERT INTO Systemast (Param,Value) VALUES ('OrgDueDate','1')",
+     "ALTER Table LoanMast ADD OrgDueDate datetime",
+     "UPDATE LoanMast SET OrgDueDate=(SELECT DueDate FROM SchMast WHERE LoanID=LoanMast.LoanID and "
+     "SchID='1')",
+     "create index IX_LoanMast_OrgDueDate on LoanMast (OrgDueDate)"}};
+
+const Patch kEInv = {
+    "EInv",
+    false,
+    {"INSERT INTO Systemast (Param,Value) VALUES ('EInv','1')", kMakeEMiscCode, kMakeEState,
+     kMakeECountry, kMakeEClass, kMakeEInvMast, kMakeECustMast,
+     "create index CompCode on eInvMast (CompCode)", "create index CustID on eInvMast (CustID)",
+     "create index LoanID on eInvMast (LoanID)"}};
+
+const Patch kEInvCustName = {
+    "EInvCustName",
+    false,
+    {"INSERT INTO Systemast (Param,Value) VALUES ('EInvCustName','1')",
+     "ALTER Table ECustMast ADD CustName nvarchar(200)",
+     "ALTER Table CompMast ADD SQLPath nvarchar(100)",
+     "ALTER Table CompMast ADD ClientID nvarchar(100)",
+     "ALTER Table CompMast ADD ClientSecret nvarchar(100)",
+     "ALTER Table EInvMast ADD InvStatus nvarchar(1)",
+     "ALTER Table EInvMast ADD uuid nvarchar(100)", "ALTER Table EInvMast ADD tin nvarchar(50)"}};
+
+const Patch kEInvCancel = {"EInvCancel",
+                           false,
+                           {"INSERT INTO Systemast (Param,Value) VALUES ('EInvCancel','1')",
+                            "ALTER Table EInvMast ADD LHDNStatus nvarchar(50)",
+                            "ALTER Table EInvMast ADD Canceluuid nvarchar(100)"}};
+
+const Patch kLocalClientSecret = {
+    "LocalClientSecret",
+    false,
+    {"INSERT INTO Systemast (Param,Value) VALUES ('LocalClientSecret','1')",
+     "ALTER Table CompMast ADD MyTaxClientID nvarchar(100)",
+     "ALTER Table CompMast ADD MyTaxClientSecret nvarchar(100)",
+     "Update CompMast set MyTaxClientID='' where MyTaxClientID is null ",
+     "Update CompMast set MyTaxClientSecret='' where MyTaxClientSecret is null "}};
+
+const std::string_view kFillOrgDueDate =
+    "UPDATE LoanMast SET OrgDueDate=(SELECT DueDate FROM SchMast WHERE LoanID=LoanMast.LoanID and "
+    "SchID='1') where OrgDueDate is null";
+
+const Patch kOrgDueDate2 = {
+    "OrgDueDate2",
+    false,
+    {"INSERT INTO Systemast (Param,Value) VALUES ('OrgDueDate2','1')", kFillOrgDueDate}};
+
+const Patch kLHDNQR = {"LHDNQR",
+                       false,
+                       {"INSERT INTO Systemast (Param,Value) VALUES ('LHDNQR','1')",
+                        "ALTER Table EInvMast ADD LHDNQR nvarchar(200)"}};
+
+const Patch kLastDownDate = {
+    "LastDownDate",
+    false,
+    {"INSERT INTO Systemast (Param,Value) VALUES ('LastDownDate','1')",
+     "ALTER Table LoanMast add LastDownDate datetime",
+     "update loanmast set LastDownDate=(select max(trxdate) from DrawdownMast WHERE "
+     "LoanID=loanmast.loanid) where LastDownDate is null"}};
+
+const Patch kCreateSelfBillTable = {
+    "CreateSelfBillTable",
+    false,
+    {"INSERT INTO Systemast (Param,Value) VALUES ('CreateSelfBillTable','1')", kMakeSelfBillMast,
+     kMakeSelfBillTrans, kMakeETax}};
+
+const Patch kSuppCity = {"SuppCity",
+                         false,
+                         {"INSERT INTO Systemast (Param,Value) VALUES ('SuppCity','1')",
+                          "ALTER Table SelfbillMast alter column SuppCity nvarchar(100)"}};
+
+const std::string_view kHolidayMast =
+    "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
+    "UserID nvarchar(50) NULL, "
+    "DateCreated datetime NOT NULL CONSTRAINT DF_HolidayMast_DateCreated DEFAULT getdate(), "
+    "CONSTRAINT PK_HolidayMast PRIMARY KEY (HolidayDate))";
+
+}  // namespace patches
+
+void RunPatch(Connection& main, const Patch& patch) {
+  std::optional<Transaction> transaction;
+  if (patch.one_transaction) transaction.emplace(main);
+  for (const std::string_view statement : patch.statements) main.Execute(statement);
+  if (transaction) transaction->Commit();
+}
+
+}  // namespace kaunter

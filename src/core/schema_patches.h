@@ -1,0 +1,53 @@
+// The patches that bring an office's database up to this version of the program: what each one
+// runs.
+//
+// A patch is guarded by a key in Systemast: the program runs it once, at the first connect that
+// finds the key empty, and never again. There is no version number and no other upgrade tool.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "platform/sql/connection.h"
+
+namespace kaunter {
+
+struct Patch {
+  std::string_view key;
+  // One transaction around all statements: a failure leaves the key unset and the next start tries
+  // again. Without it each statement stands for itself, and since the key goes in first, a failure
+  // leaves the rest undone for good.
+  bool one_transaction = false;
+  std::vector<std::string_view> statements;  // the insert of the key included, in its place
+};
+
+namespace patches {
+
+extern const Patch kDrawdown;
+extern const Patch kAmla;
+extern const Patch kDataExportFlag;
+extern const Patch kDisableSTR;
+extern const Patch kLampiranA;
+extern const Patch kIdeal;
+extern const Patch kOrgDueDate;
+extern const Patch kEInv;
+extern const Patch kEInvCustName;
+extern const Patch kEInvCancel;
+extern const Patch kLocalClientSecret;
+extern const Patch kOrgDueDate2;
+extern const Patch kLHDNQR;
+extern const Patch kLastDownDate;
+extern const Patch kCreateSelfBillTable;
+extern const Patch kSuppCity;
+
+// Made when the table is missing, without a key.
+extern const std::string_view kHolidayMast;
+// Runs at every start, without any guard: loans made by other programs have no first due date yet.
+extern const std::string_view kFillOrgDueDate;
+
+}  // namespace patches
+
+// Runs the statements of a patch. Throws SqlError.
+void RunPatch(Connection& main, const Patch& patch);
+
+}  // namespace kaunter

@@ -1,0 +1,16 @@
+// This PC on the network, as an audit record names it.
+#pragma once
+
+#include <string>
+
+namespace kaunter {
+
+struct Host {
+  std::string name;
+  std::string address;  // first IPv4 address that is not the loopback; 127.0.0.1 without a network
+};
+
+// Never throws: what the system does not tell is "unknown".
+Host ThisHost();
+
+}  // namespace kaunter
