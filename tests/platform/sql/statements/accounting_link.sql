@@ -1,0 +1,80 @@
+--- chart of accounts @conn=AED
+SELECT AccNo, Description FROM GLMast order by AccNo
+;;
+--- a debtor: an earlier row goes @conn=AED
+DELETE FROM TM_Debtor WHERE AccNo='AB0012'
+;;
+--- a debtor: the new row @conn=AED
+INSERT INTO TM_Debtor (AccNo,CompanyName,Desc2,IC,Address1,Address2,Address3,Address4,Phone1,Phone2,Fax1,EmailAddress) VALUES ('AB0012','Tan Ah Kow','','800131-10-5555','1, Jalan Satu','','','Johor Bahru','07-1234567','60123456789','','tan@example.com')
+;;
+--- a debtor's credit note: an earlier row goes @conn=AED
+DELETE FROM TM_ARCN WHERE DocNO='AB0012-001-001'
+;;
+--- a debtor's credit note: the new row @conn=AED
+INSERT INTO TM_ARCN (DocNo,DocDate,DebtorCode,Description,DebitAccNo,ProjNo,Amount) VALUES ('AB0012-001-001','2024-02-05','AB0012','Discount on Interest','500-0001','',20.00)
+;;
+--- a debtor's payment: an earlier row goes @conn=AED
+DELETE FROM TM_ARPayment WHERE DocNO='AB0012-001-001'
+;;
+--- a debtor's payment: the new row @conn=AED
+INSERT INTO TM_ARPayment (DocNo,DocDate,DebtorCode,Description,PaymentMethod,ChequeNo,PaymentAmount) VALUES ('AB0012-001-001','2024-02-05','AB0012','Installment Payment From Tan Ah Kow','CASH','',983.33)
+;;
+--- a debtor's invoice: an earlier head goes @conn=AED
+DELETE FROM TM_ARInvoice WHERE DocNO='AB0012-001'
+;;
+--- a debtor's invoice: its earlier lines go @conn=AED
+DELETE FROM TM_ARInvoiceDTL WHERE DocNO='AB0012-001'
+;;
+--- a debtor's invoice: the new head @conn=AED
+INSERT INTO TM_ARInvoice (DocNo,DocDate,DebtorCode,Total) VALUES ('AB0012-001','2024-01-31','AB0012',350.00)
+;;
+--- a debtor's invoice: one line @conn=AED
+INSERT INTO TM_ARInvoiceDTL (DocNo,SalesAccountNo,Description,Amount) VALUES ('AB0012-001','500-0002','Processing Fee for Tan Ah Kow',300.00)
+;;
+--- a creditor: an earlier row goes @conn=AED
+DELETE FROM TM_Creditor WHERE AccNo='S0001'
+;;
+--- a creditor: the new row @conn=AED
+INSERT INTO TM_Creditor (AccNo,CompanyName,Desc2,IC,Address1,Address2,Address3,Address4,Phone1,Phone2,Fax1,EmailAddress) VALUES ('S0001','Kedai Emas Wah','','','1, Jalan Satu','','','','03-12345678','','','')
+;;
+--- a creditor's payment: an earlier row goes @conn=AED
+DELETE FROM TM_APPayment WHERE DocNO='T0001'
+;;
+--- a creditor's payment: the new row @conn=AED
+INSERT INTO TM_APPayment (DocNo,DocDate,CreditorCode,Description,PaymentMethod,ChequeNo,PaymentAmount) VALUES ('T0001','2024-01-31','S0001','Payment - Valuation','CASH','',100.00)
+;;
+--- a creditor's invoice: an earlier head goes @conn=AED
+DELETE FROM TM_APInvoice WHERE DocNO='T0002'
+;;
+--- a creditor's invoice: its earlier lines go @conn=AED
+DELETE FROM TM_APInvoiceDTL WHERE DocNO='T0002'
+;;
+--- a creditor's invoice: the new head @conn=AED
+INSERT INTO TM_APInvoice (DocNo,DocDate,CreditorCode,Total) VALUES ('T0002','2024-01-31','S0001',100.00)
+;;
+--- a creditor's invoice: one line @conn=AED
+INSERT INTO TM_APInvoiceDTL (DocNo,PurchaseAccountNo,Description,Amount) VALUES ('T0002','600-0001','Invoice - Valuation',100.00)
+;;
+--- a creditor's credit note: an earlier row goes @conn=AED
+DELETE FROM TM_APCN WHERE DocNO='T0003'
+;;
+--- a creditor's credit note: the new row @conn=AED
+INSERT INTO TM_APCN (DocNo,DocDate,CreditorCode,Description,CreditAccNo,ProjNo,Amount) VALUES ('T0003','2024-01-31','S0001','Credit Note - Valuation','600-0002','',-100.00)
+;;
+--- accounts of the office
+SELECT * FROM LinkAccMast ORDER BY SeqNo
+;;
+--- accounts that are not set up
+SELECT COUNT(*) FROM LinkAccMast WHERE LinkID in ('HP','TL') AND LinkAccCode=''
+;;
+--- account of a kind of money
+SELECT LinkAccCode FROM LinkAccMast WHERE LinkID='MRTA'
+;;
+--- accounts are replaced whole, one batch @alone
+DELETE FROM LinkAccMast;INSERT INTO LinkAccMast (SeqNo,LinkID,LinkDesc,LinkAccCode,LinkAccDesc) VALUES (1,'HP','Personal Loan (HP)','500-0001','HP DEBTORS; A~B');INSERT INTO LinkAccMast (SeqNo,LinkID,LinkDesc,LinkAccCode,LinkAccDesc) VALUES (2,'TL','Flexi Loan (TL)','','');
+;;
+--- code of the linked database, one batch
+DELETE Systemast WHERE Param in ('LinkDB','LinkDBContact');INSERT INTO Systemast ([Value],Param) Values ('Provider=SQLOLEDB.1;Password=x;User ID=ab;Initial Catalog=OLD;Data Source=srv','LinkDB');INSERT INTO Systemast ([Value],Param) Values ('Mr Tan; 012-3456789','LinkDBContact')
+;;
+--- contact of the linked database
+SELECT [Value] FROM Systemast WHERE Param='LinkDBContact'
