@@ -1,0 +1,306 @@
+// The worked loans of the house, to the sen, and the edges of its arithmetic.
+#include "loans/schedule.h"
+
+#include <stdexcept>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "core/values.h"
+#include "gtest/gtest.h"
+#include "loans/calc_payment.h"
+
+namespace kaunter {
+namespace {
+
+LoanTerms PersonalLoan(const char* amount, const char* rate, const char* T, const char* G = "0") {
+  LoanTerms terms;
+  terms.LoanTypeID = "MONTH";
+  terms.NextDueDate = {2024, 1, 31};
+  terms.LoanAmt = amount;
+  terms.InsRate = rate;
+  terms.LoanTerm = terms.LoanTerm3 = T;
+  terms.LoanTerm2 = G;
+  return terms;
+}
+
+// As a save does it: the figures, their copy, then the rows.
+LoanTerms WithFigures(LoanTerms terms, int rounded_installment = 2) {
+  const auto result = CalcPayment(terms, rounded_installment);
+  const auto& figures = std::get<PaymentFigures>(result);
+  if (figures.FirstPayment) terms.FirstPayment = *figures.FirstPayment;
+  terms.InstallmentAmt = terms.InstallmentAmt2 = figures.InstallmentAmt;
+  terms.LastPayment = figures.LastPayment;
+  terms.LoanBal = figures.LoanBal;
+  terms.PayOutAmt2 = figures.PayOutAmt2;
+  return terms;
+}
+
+std::string RowText(const ScheduleRow& row) {
+  return std::to_string(row.SchID) + " " + Format(row.DueDate, "dd-mm-yyyy") + " " +
+         row.PayableAmt.ToText() + " " + row.CapitalAmt.ToText() + " " + row.InterestAmt + " " +
+         NumberText(row.FIntAmt);
+}
+
+void ExpectRows(const Schedule& schedule, const std::vector<std::string>& told) {
+  for (const std::string& line : told) {
+    const auto number = static_cast<std::size_t>(std::stoi(line));
+    ASSERT_LE(number, schedule.rows.size());
+    EXPECT_EQ(RowText(schedule.rows[number - 1]), line);
+  }
+}
+
+TEST(WorkedLoanTest, PersonalFlat) {
+  const LoanTerms terms = WithFigures(PersonalLoan("10,000.00", "18", "12"));
+  EXPECT_EQ(terms.LoanBal, "11,800.00");
+  EXPECT_EQ(terms.FirstPayment, "983.33");
+  EXPECT_EQ(terms.InstallmentAmt, "983.33");
+  EXPECT_EQ(terms.LastPayment, "983.37");
+  const Schedule schedule = ComputeSchedule(terms);
+  EXPECT_EQ(schedule.rows.size(), 12u);
+  EXPECT_EQ(schedule.TotLoanInt, Money::FromInteger(1800));
+  EXPECT_FALSE(schedule.LastPayment);
+  ExpectRows(schedule,
+             {"1 31-01-2024 983.33 833.33 150 276.92", "2 29-02-2024 983.33 833.33 150 253.85",
+              "11 30-11-2024 983.33 833.33 150 46.15", "12 31-12-2024 983.37 833.37 150 23.08"});
+}
+
+TEST(WorkedLoanTest, PersonalReducing) {
+  LoanTerms terms = PersonalLoan("10,000.00", "18", "12");
+  terms.LoanPurpose = InterestMethod::kReducing;
+  ExpectRows(
+      ComputeSchedule(WithFigures(terms)),
+      {"1 31-01-2024 983.33 706.41 276.92 276.92", "2 29-02-2024 983.33 729.48 253.85 253.85",
+       "11 30-11-2024 983.33 937.18 46.15 46.15", "12 31-12-2024 983.37 960.29 23.08 23.08"});
+}
+
+TEST(WorkedLoanTest, PersonalFlatWithGraceKeepsTheGraceInterest) {
+  const LoanTerms terms = WithFigures(PersonalLoan("10000", "18", "6", "2"));
+  EXPECT_EQ(terms.LoanBal, "11,200.00");
+  EXPECT_EQ(terms.InstallmentAmt, "1816.67");
+  EXPECT_EQ(terms.LastPayment, "1816.65");
+  const Schedule schedule = ComputeSchedule(terms);
+  EXPECT_EQ(schedule.rows.size(), 8u);
+  ExpectRows(schedule,
+             {"1 31-01-2024 150 0 150 150", "2 29-02-2024 150 0 150 150",
+              "3 31-03-2024 1816.67 1666.67 150 257.14", "8 31-08-2024 1816.65 1666.65 150 42.86"});
+}
+
+TEST(WorkedLoanTest, Flexi) {
+  LoanTerms terms = PersonalLoan("10000.00", "12", "12");
+  terms.DragLoan = LoanScheme::kFlexi;
+  terms = WithFigures(terms);
+  EXPECT_EQ(terms.InstallmentAmt, "888.49");
+  EXPECT_EQ(terms.LastPayment, "0");
+  EXPECT_EQ(terms.LoanBal, "10000.00");
+  EXPECT_EQ(terms.FirstPayment, "");  // left as it stood
+  const Schedule schedule = ComputeSchedule(terms);
+  EXPECT_EQ(schedule.rows.size(), 12u);
+  EXPECT_EQ(*schedule.LastPayment, "888.88");
+  const struct {
+    std::size_t row;
+    const char* payable;
+    const char* capital;
+    const char* interest;
+    const char* balance_after;
+  } kTold[] = {{1, "888.49", "786.57", "101.92", "9213.43"},
+               {2, "888.49", "800.65", "87.84", "8412.78"},
+               {11, "888.49", "871.22", "17.27", "879.91"},
+               {12, "888.88", "879.91", "8.97", "0"}};
+  for (const auto& told : kTold) {
+    const ScheduleRow& row = schedule.rows[told.row - 1];
+    EXPECT_EQ(row.PayableAmt.ToText(), told.payable) << told.row;
+    EXPECT_EQ(row.CapitalAmt.ToText(), told.capital) << told.row;
+    EXPECT_EQ(row.InterestAmt, told.interest) << told.row;
+    Money balance = Money::FromInteger(10000);
+    for (std::size_t i = 0; i < told.row; ++i) balance -= schedule.rows[i].CapitalAmt;
+    EXPECT_EQ(balance.ToText(), told.balance_after) << told.row;
+  }
+}
+
+TEST(ScheduleEdgeTest, OneInstalmentIsTheLast) {
+  const LoanTerms terms = WithFigures(PersonalLoan("1000", "18", "1"));
+  EXPECT_EQ(Money::FromText(terms.LastPayment), Money::FromText(terms.LoanBal));
+  ExpectRows(ComputeSchedule(terms), {"1 31-01-2024 1015 1000 15 15"});
+}
+
+// Whole ringgit by ties to even in the interest, sen in the capital: 1000.50 counts as 1000,
+// 1001.50 as 1002. Rate 0, so that nothing but the shift is left as interest.
+TEST(ScheduleEdgeTest, SenOfTheCapitalShiftTheInterest) {
+  const Schedule down = ComputeSchedule(WithFigures(PersonalLoan("1000.50", "0", "5")));
+  const Schedule up = ComputeSchedule(WithFigures(PersonalLoan("1,001.50", "0", "5")));
+  EXPECT_EQ(down.rows[0].InterestAmt, "0.1");
+  EXPECT_EQ(up.rows[0].InterestAmt, "-0.1");
+  EXPECT_EQ(down.TotLoanInt.ToText(), "0");  // the last row takes it back
+}
+
+TEST(ScheduleEdgeTest, TheCapTakesALowerRateAsAWholeNumber) {
+  const struct {
+    const char* rate;
+    bool secured;
+    double capped;
+  } kCases[] = {{"10.5", true, 10}, {"11.5", true, 12},  {"12", true, 12},      {"30", true, 12},
+                {"12", false, 12},  {"17.5", false, 18}, {"18", false, 18},     {"16.5", false, 16},
+                {"24", false, 18},  {"0.5", false, 0},   {"11.99994", true, 12}};
+  for (const auto& c : kCases) {
+    LoanTerms terms = PersonalLoan("12000", c.rate, "1");
+    terms.secured = c.secured;
+    // One row of 12000 for a month: a hundredth of 12000 times a twelfth of the capped rate.
+    EXPECT_EQ(ComputeSchedule(WithFigures(terms)).rows[0].FIntAmt, 10 * c.capped)
+        << c.rate << (c.secured ? " secured" : "");
+  }
+}
+
+TEST(ScheduleEdgeTest, AnOverrideReplacesTheGraceInterestOnly) {
+  LoanTerms terms = WithFigures(PersonalLoan("10000", "18", "6", "2"));
+  terms.PayOutAmt2 = "1,000.50";
+  const Schedule personal = ComputeSchedule(terms);
+  EXPECT_EQ(personal.rows[1].PayableAmt.ToText(), "1000.5");
+  EXPECT_EQ(personal.rows[2].InterestAmt, "1000.50");  // flat: the text as typed is carried on
+  terms.DragLoan = LoanScheme::kFlexi;
+  terms.LoanBal = "10000";
+  const Schedule flexi = ComputeSchedule(terms);
+  EXPECT_EQ(flexi.rows[1].InterestAmt, "1000.50");
+  EXPECT_EQ(flexi.rows[2].InterestAmt, "152.88");  // 31 days of 10000 at 18
+}
+
+TEST(ScheduleEdgeTest, AWeakFlexiInstalmentMakesNegativeCapital) {
+  LoanTerms terms = PersonalLoan("10000", "18", "3");
+  terms.DragLoan = LoanScheme::kFlexi;
+  terms = WithFigures(terms);
+  terms.InstallmentAmt2 = "100";
+  const Schedule schedule = ComputeSchedule(terms);
+  EXPECT_EQ(schedule.rows[0].CapitalAmt.ToText(), "-52.88");
+  Money capital;
+  for (const ScheduleRow& row : schedule.rows) capital += row.CapitalAmt;
+  EXPECT_EQ(capital, Money::FromInteger(10000));
+}
+
+TEST(ScheduleEdgeTest, RateZeroDividesTheAmount) {
+  LoanTerms terms = PersonalLoan("1000", "0", "3");
+  terms.DragLoan = LoanScheme::kFlexi;
+  const Schedule schedule = ComputeSchedule(WithFigures(terms));
+  EXPECT_EQ(schedule.rows[0].PayableAmt.ToText(), "333.33");
+  EXPECT_EQ(*schedule.LastPayment, "333.34");
+  EXPECT_TRUE(schedule.TotLoanInt.IsZero());
+}
+
+TEST(ScheduleEdgeTest, TermsThatWereNotCheckedAreAFault) {
+  for (const char* term : {"0", "-1", "1.5", "", "x", "10000"}) {
+    LoanTerms terms = WithFigures(PersonalLoan("1000", "18", "12"));
+    terms.LoanTerm = term;
+    EXPECT_THROW(ComputeSchedule(terms), std::invalid_argument) << term;
+  }
+}
+
+TEST(CalcPaymentTest, TheFirstBlankOrWrongBoxIsRefused) {
+  struct Case {
+    std::string LoanTerms::*box;
+    const char* text;
+    const char* field;
+    const char* message;
+  };
+  // From the last check to the first: each row breaks one more box, and its message comes first.
+  const Case kCases[] = {
+      {&LoanTerms::LoanTerm2, "-1", "LoanTerm2", "Invalid Amount"},
+      {&LoanTerms::LoanTerm, "12.5", "LoanTerm", "Invalid Loan Term Value"},
+      {&LoanTerms::InsRate, "1,8", "InsRate", "Invalid Interest Amount"},
+      {&LoanTerms::LoanAmt, "-5", "LoanAmt", "Invalid Loan Amt"},
+      {&LoanTerms::LoanTerm2, "", "LoanTerm2", "Interest Term is required"},
+      {&LoanTerms::LoanTerm3, "", "LoanTerm3", "Loan Term is required"},
+      {&LoanTerms::LoanTerm, "", "LoanTerm", "Loan Term is required"},
+      {&LoanTerms::InsRate, "", "InsRate", "Interest Rate is required"},
+      {&LoanTerms::LoanAmt, "", "LoanAmt", "Loan Amount is required"},
+  };
+  LoanTerms terms = PersonalLoan("1000", "18", "12");
+  for (const Case& c : kCases) {
+    terms.*c.box = c.text;
+    const auto result = CalcPayment(terms, 2);
+    ASSERT_TRUE(std::holds_alternative<Refusal>(result)) << c.message;
+    EXPECT_EQ(std::get<Refusal>(result).field, c.field);
+    EXPECT_EQ(std::get<Refusal>(result).text.english, c.message);
+  }
+}
+
+TEST(CalcPaymentTest, WrongNumbersAreRefusedWhateverTheirKind) {
+  const auto first_refusal = [](const LoanTerms& terms) {
+    const auto refusal = CheckTerms(terms);
+    return refusal ? refusal->text.english : std::string();
+  };
+  for (const char* amount : {"0", "-1", "abc", "2147483648", "1e6", "0.00001"}) {
+    EXPECT_EQ(first_refusal(PersonalLoan(amount, "18", "12")), "Invalid Loan Amt") << amount;
+  }
+  for (const char* rate : {"-0.5", "18%", "1,200", "."}) {
+    EXPECT_EQ(first_refusal(PersonalLoan("1000", rate, "12")), "Invalid Interest Amount") << rate;
+  }
+  for (const char* term : {"0", "-3", "1.5", "twelve", "99999999999"}) {
+    EXPECT_EQ(first_refusal(PersonalLoan("1000", "18", term)), "Invalid Loan Term Value") << term;
+  }
+  for (const char* code : {"", "DAYS", "XDAYS", "0DAYS", "-5DAYS", "month"}) {
+    LoanTerms terms = PersonalLoan("1000", "18", "12");
+    terms.LoanTypeID = code;
+    EXPECT_NE(first_refusal(terms), "") << code;
+  }
+  EXPECT_EQ(first_refusal(PersonalLoan("1,000.50", "0", "12", "")), "");
+}
+
+// The shown instalment is 833.335 -> 833.34 (away from zero); fewer decimals then go to even.
+TEST(CalcPaymentTest, RoundedInstallmentRoundsTheShownText) {
+  const struct {
+    const char* amount;
+    const char* T;
+    int decimals;
+    const char* instalment;
+    const char* last;
+  } kCases[] = {
+      {"1666.67", "2", 2, "833.34", "833.33"},  // 833.335
+      {"1001", "2", 0, "500", "501"},           // 500.50: to the even 500
+      {"1003", "2", 0, "502", "501"},           // 501.50: to the even 502
+      {"100.50", "2", 1, "50.2", "50.3"},       // 50.25: to the even 50.2
+      {"1000", "3", 4, "333.33", "333.34"},     // the text has two decimals already
+  };
+  for (const auto& c : kCases) {
+    const LoanTerms terms = WithFigures(PersonalLoan(c.amount, "0", c.T), c.decimals);
+    EXPECT_EQ(terms.InstallmentAmt, c.instalment) << c.amount;
+    EXPECT_EQ(terms.LastPayment, c.last) << c.amount;
+  }
+}
+
+TEST(CalcIntTest, GivesTheRatePerInstalmentWithTheMultiplierOnTheFirstPayment) {
+  LoanTerms terms = WithFigures(PersonalLoan("10000", "18", "12"));
+  EXPECT_EQ(std::get<std::string>(CalcInt(terms)), "1.5");
+  // 10 x 900 + 983.33 + 983.37 - 10000 = 966.70, by 12, by 100, to four decimals.
+  terms.FirstPayment = "900";
+  EXPECT_EQ(std::get<std::string>(CalcInt(terms)), "0.8056");
+  terms.InstallmentAmt = "0.5";  // to the even 0: no positive whole number
+  EXPECT_TRUE(std::holds_alternative<std::monostate>(CalcInt(terms)));
+  terms.InstallmentAmt = "";
+  EXPECT_TRUE(std::holds_alternative<std::monostate>(CalcInt(terms)));
+  terms.InstallmentAmt = "x";
+  EXPECT_EQ(std::get<Refusal>(CalcInt(terms)).field, "InstallmentAmt");
+}
+
+TEST(CalcLoanAmtTest, CutsTheTextAndGoesUpToTens) {
+  const auto amount = [](const char* instalment, const char* last, const char* T, const char* rate,
+                         const char* code) {
+    LoanTerms terms = PersonalLoan("", rate, T);
+    terms.LoanTypeID = code;
+    terms.FirstPayment = terms.InstallmentAmt = instalment;
+    terms.LastPayment = last;
+    return std::get<LoanAmtFigures>(CalcLoanAmt(terms)).LoanAmt;
+  };
+  // Rate 0: x is a tenth of the total.
+  EXPECT_EQ(amount("1000", "1000", "12", "0", "MONTH"), "12000");     // 1200.00: as it is
+  EXPECT_EQ(amount("1000", "1000.10", "12", "0", "MONTH"), "12010");  // 1200.01: up
+  EXPECT_EQ(amount("1000", "1005", "12", "0", "MONTH"), "1210");      // 1200.5: a digit too many
+  EXPECT_EQ(amount("1000", "1000.01", "12", "0", "MONTH"), "12000");  // 1200.001 shows no decimals
+  // f = 12 x 18 / 12 = 18: 11800 / 118 x 100 / 10 = 1000.
+  EXPECT_EQ(amount("983.33", "983.37", "12", "18", "MONTH"), "10000");
+  // 14DAYS: 12 / 14 = 0.8571 months, f = 1.2856: x = 118.476...: up to 119.
+  EXPECT_EQ(amount("100", "100", "12", "18", "14DAYS"), "1190");
+  EXPECT_EQ(amount("100", "100", "12", "18", "WEEK"),
+            "1150");  // 3 months, f = 4.5: x = 114.83...: up
+}
+
+}  // namespace
+}  // namespace kaunter
