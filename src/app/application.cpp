@@ -105,7 +105,7 @@ void Application::Prepare(Screen& screen) {
       }
     }
     try {
-      LogFailure(session, name, failure);
+      LogRollback(session, name, failure);
     } catch (const std::exception&) {
       // A full disk must not hide the failure itself.
     }

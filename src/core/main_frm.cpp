@@ -32,6 +32,17 @@ std::vector<GridColumn> StampColumns() {
           {{"Status", "状态"}, Kind::text, 18}};
 }
 
+// Entries of the rights table with no work of their own behind them.
+bool HasNothingToOpen(std::string_view name) {
+  static constexpr std::string_view kNames[] = {"CustInq",          "DQMnu",     "KutuMastMnu",
+                                                "KutuTransMnu",     "ReUpdInt",  "RecalCB",
+                                                "RefererDetailMnu", "TestDocMnu"};
+  for (std::string_view known : kNames) {
+    if (name == known) return true;
+  }
+  return false;
+}
+
 std::string And(const std::string& condition) {
   return condition.empty() ? std::string() : " AND " + condition;
 }
@@ -52,6 +63,7 @@ MainFrm::MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
   for (MenuEntry& entry : menu_.entries()) {
     if (entry.action == MenuAction::screen) entry.enabled = screen_exists_(entry.target);
     if (entry.action == MenuAction::report) entry.enabled = screen_exists_("ReportFrm");
+    if (entry.action == MenuAction::own && HasNothingToOpen(entry.name)) entry.enabled = false;
   }
   menu_.HideAll();
   for (Control* control : {static_cast<Control*>(&Label4), static_cast<Control*>(&Label5)}) {
@@ -238,6 +250,11 @@ void MainFrm::RunOwn(const MenuEntry& entry) {
     if (!desk().Ask(session_.MsgTitle, "Confirm to Update eInvoicing Setting ?")) return;
     if (RefreshEInvoiceCodeTables(session_, desk(), {})) {
       desk().Message(MessageKind::information, session_.MsgTitle, "eInvoicing Setting updated");
+    } else if (!session_.data_sources.Find("AMLA")) {
+      desk().Message(
+          MessageKind::information, session_.MsgTitle,
+          "No central data source is set up on this PC, so nothing was changed. Its name in the "
+          "local settings is [AMLA].");
     }
   }
 }

@@ -87,8 +87,7 @@ void FillNewOffice(Session& session) {
   const auto source = session.data_sources.Find(session.ConnDataSource);
   if (!source || source->kind != DataSource::Kind::kEmbedded) return;
   Connection& main = session.Main();
-  if (!IsEmptyDatabase(main)) return;
-  CreateEmptyOffice(main, session.ConnAccount);
+  if (IsEmptyDatabase(main)) CreateEmptyOffice(main, session.ConnAccount);
 }
 
 void OpenTables(Session& session, ProgressBar& bar, const std::string& heading) {

@@ -1,0 +1,124 @@
+#include "reports/report_layout.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "reports/report_file.h"
+#include "reports/run_report.h"
+
+namespace kaunter {
+namespace {
+
+constexpr const char* kFile = R"(
+paper A4 portrait
+title "Table for {?Name}"
+field "Rows" "{count}"
+query
+SELECT SchID, DueDate, PayableAmt FROM SchMast2 WHERE {selection}
+end
+column "No." SchID integer 10
+column "Due" DueDate date 20
+column "Payable" PayableAmt money 20 sum
+group DueDate by year "Total {group}"
+total "Grand total"
+)";
+
+Recordset Rows(int count, int first_year) {
+  std::vector<std::vector<Value>> rows;
+  for (int i = 0; i < count; ++i) {
+    rows.push_back({Value(i + 1), Value(DateTime{first_year, 1, 31}.AddMonths(i)),
+                    Value(Money::FromText("983.33"))});
+  }
+  return Recordset({{"SchID", FieldType::kInteger},
+                    {"DueDate", FieldType::kDate},
+                    {"PayableAmt", FieldType::kMoney, 0, 2}},
+                   std::move(rows));
+}
+
+// All texts of the document, page by page, each after a bar.
+std::string Texts(const ReportDocument& document) {
+  std::string all;
+  for (const ReportPage& page : document.pages) {
+    for (const PageText& text : page.texts) all += "|" + text.text;
+  }
+  return all;
+}
+
+bool Has(const std::string& all, const std::string& text) {
+  return all.find("|" + text) != std::string::npos;
+}
+
+TEST(ReportLayout, TotalsEachYearOnlyWhenThereIsMoreThanOne) {
+  const ReportFile file = ReportFile::Parse(kFile, "test.rpt");
+  ReportHeading heading;
+  heading.parameters["name"] = "Lim & 'Sons'";
+  const std::string one = Texts(LayOut(file, heading, Rows(12, 2024)));
+  EXPECT_TRUE(Has(one, "Table for Lim & 'Sons'")) << one;
+  EXPECT_FALSE(Has(one, "Total 2024")) << one;
+  EXPECT_TRUE(Has(one, "Grand total|11,799.96")) << one;
+  const std::string two = Texts(LayOut(file, heading, Rows(14, 2024)));
+  EXPECT_TRUE(Has(two, "Total 2024|11,799.96")) << two;
+  EXPECT_TRUE(Has(two, "Total 2025|1,966.66")) << two;
+  EXPECT_TRUE(Has(two, "Grand total|13,766.62")) << two;
+}
+
+TEST(ReportLayout, ALongTableKeepsEveryRowInsideItsPages) {
+  const ReportFile file = ReportFile::Parse(kFile, "test.rpt");
+  const ReportDocument document = LayOut(file, {}, Rows(360, 2000));
+  ASSERT_GT(document.pages.size(), 5u);
+  int rows = 0;
+  for (const ReportPage& page : document.pages) {
+    int heads = 0;
+    for (const PageText& text : page.texts) {
+      EXPECT_GE(text.x, 0);
+      EXPECT_LE(text.x + text.width, document.width_mm);
+      EXPECT_LE(text.y + text.height, document.height_mm);
+      if (text.text == "Payable") ++heads;
+      if (text.text == "983.33") ++rows;
+    }
+    EXPECT_EQ(heads, 1);
+  }
+  EXPECT_EQ(rows, 360);
+}
+
+TEST(ReportLayout, AnEmptySelectionSaysSo) {
+  EXPECT_TRUE(Has(Texts(LayOut(ReportFile::Parse(kFile, "t.rpt"), {}, Rows(0, 2024))),
+                  "No rows for this selection."));
+}
+
+TEST(ReportFile, RefusesWithFileAndLine) {
+  const struct {
+    std::string text;
+    std::string place;
+  } cases[] = {
+      {"paper A3 portrait", "t.rpt, line 1: paper is A4 or A5"},
+      {"title \"open", "line 1: a text is not closed"},
+      {"title \"x\"\nkolumn a", "line 2: \"kolumn\" is not known"},
+      {"query\nSELECT 1", "does not end with a line \"end\""},
+      {"query\nSELECT 1\nend\ncolumn \"A\" a text 5", "no {selection}"},
+      {"column \"A\" a number 5", "line 1: \"number\" is no kind of column"},
+      {"column \"A\" a text wide", "line 1: the width"},
+      {"", "no query"},
+  };
+  for (const auto& c : cases) {
+    try {
+      ReportFile::Parse(c.text, "t.rpt");
+      ADD_FAILURE() << c.text;
+    } catch (const std::runtime_error& error) {
+      EXPECT_NE(std::string(error.what()).find(c.place), std::string::npos) << error.what();
+    }
+  }
+  const ReportFile file =
+      ReportFile::Parse(std::string(kFile) + "column \"X\" Missing text 5\n", "t.rpt");
+  EXPECT_THROW(LayOut(file, {}, Rows(1, 2024)), std::runtime_error);
+}
+
+TEST(ReportFile, ParametersKeepTheirSemicolons) {
+  EXPECT_EQ(SplitParameter("CustName;Tan; Ah Kow;True").second, "Tan; Ah Kow");
+  EXPECT_EQ(SplitParameter("RptID;False;True").second, "False");
+  EXPECT_EQ(SplitParameter("RptID").second, "");
+}
+
+}  // namespace
+}  // namespace kaunter

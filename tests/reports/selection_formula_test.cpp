@@ -1,0 +1,61 @@
+#include "reports/selection_formula.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace kaunter {
+namespace {
+
+TEST(SelectionFormula, BecomesTheConditionOfTheQuery) {
+  const struct {
+    std::string formula;
+    std::string condition;
+  } cases[] = {
+      {"", ""},
+      {"  ", ""},
+      {"{SchMast2.LoanID}='LC-0001'", "SchMast2.LoanID='LC-0001'"},
+      // As the report screen writes it: blanks around everything, one bracket a list.
+      {" ({LoanMast.CompCode} = 'A'  or {LoanMast.CompCode} = 'B' ) ",
+       "(LoanMast.CompCode='A' OR LoanMast.CompCode='B')"},
+      {"{LoanMast.TrxDate} >= DateTime (2024, 1, 31, 00, 00, 00) AND {LoanMast.TrxDate} <= "
+       "DateTime (2024, "
+       "2, 1, 23, 59, 59)",
+       "LoanMast.TrxDate>='2024-01-31 00:00:00' AND LoanMast.TrxDate<='2024-02-01 23:59:59'"},
+      {"{LoanMast.LoanBal} <=0  and {LoanMast.AMLACode} <> '' ",
+       "LoanMast.LoanBal<=0 AND LoanMast.AMLACode<>''"},
+      {"{MasterReport.pcname}='PC''1' And {MasterReport.ReportName} = \"a'b\"",
+       "MasterReport.pcname='PC''1' AND MasterReport.ReportName='a''b'"},
+      {"not ({A.B} = -1.50)", "NOT ((A.B=-1.50))"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(FormulaToCondition(c.formula), c.condition) << c.formula;
+}
+
+TEST(SelectionFormula, RefusesWhatItCannotReadAndShowsThePlace) {
+  const struct {
+    std::string formula;
+    std::string place;
+  } cases[] = {
+      {"{LoanMast.CompCode} = 'O'Brien'", "position 25"},  // a quote left alone
+      {"{LoanMast.CompCode} = 'A", "the end of a text"},   //
+      {"{LoanMast.CompCode}", "a comparison"},             //
+      {"{LoanMast} = 1", "a field {Table.Column}"},        //
+      {"{LoanMast.A;DROP TABLE x} = 1", "a field {Table.Column}"},
+      {"{A.B} = 1 or", "a field or a value"},
+      {"({A.B} = 1", "a closing bracket"},
+      {"{A.B} = Date(2024,2,30)", "a date of the calendar"},
+      {"{A.B} = Date(2024,2)", "a date"},
+      {std::string(5000, '('), "fewer brackets"},
+  };
+  for (const auto& c : cases) {
+    try {
+      const std::string condition = FormulaToCondition(c.formula);
+      ADD_FAILURE() << c.formula << " gave " << condition;
+    } catch (const std::runtime_error& error) {
+      EXPECT_NE(std::string(error.what()).find(c.place), std::string::npos) << error.what();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace kaunter
