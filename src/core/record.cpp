@@ -1,0 +1,209 @@
+#include "core/record.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+#include "core/values.h"
+#include "screen/screen.h"
+
+namespace kaunter {
+namespace {
+
+// The number of an update that found no row; the server has none for it.
+constexpr int kRowNotFound = 50000;
+
+void SetText(Control& control, std::string text) {
+  switch (control.type()) {
+    case ControlType::text_box:
+      static_cast<TextBox&>(control).SetText(std::move(text));
+      break;
+    case ControlType::combo_box:
+      static_cast<ComboBox&>(control).SetText(std::move(text));
+      break;
+    case ControlType::check_box:
+      static_cast<CheckBox&>(control).SetChecked(IsNumeric(text) && CDbl(text) != 0);
+      break;
+    default:
+      break;
+  }
+}
+
+std::string Shown(const Value& value, As as) {
+  switch (as) {
+    case As::money:
+      return ShowMoney(value);
+    case As::money_or_null:
+      return value.IsNull() ? std::string() : ShowMoney(value);
+    case As::rate: {
+      std::string text = Show4dp(value);
+      for (int cut = 0; cut < 2 && !text.empty() && text.back() == '0'; ++cut) text.pop_back();
+      return text;
+    }
+    case As::integer:
+      return ShowInt(value);
+    case As::date:
+      return ShowDate(value);
+    case As::birth_date:
+      return ShowBirthDate(value);
+    case As::date_time:
+      return ShowDateTime(value);
+    case As::text:
+    case As::flag:
+    case As::number_flag:
+      return NullToEmpty(value);
+  }
+  return {};
+}
+
+std::string Converted(const std::string& text, As as) {
+  switch (as) {
+    case As::money:
+    case As::rate:
+    case As::integer:
+    case As::number_flag:
+      return StripCommaOrZero(text);
+    case As::money_or_null:
+      return StripCommaOrNull(text);
+    case As::date:
+    case As::birth_date:
+      return SqlDate(text);
+    case As::date_time:
+      return SqlDateTime(text);
+    case As::text:
+    case As::flag:
+      return QuoteStr(text);
+  }
+  return {};
+}
+
+}  // namespace
+
+Record& Record::Bind(Control& control, As as, std::string column) {
+  Field field;
+  field.control = &control;
+  field.as = as;
+  field.column = column.empty() ? control.name() : std::move(column);
+  field.remembered = control.Text();
+  fields_.push_back(std::move(field));
+  return *this;
+}
+
+Record& Record::Add(TextBox& box, As as, std::string column) {
+  return Bind(box, as, std::move(column));
+}
+Record& Record::Add(ComboBox& box, As as, std::string column) {
+  return Bind(box, as, std::move(column));
+}
+Record& Record::Add(CheckBox& box, As as, std::string column) {
+  return Bind(box, as, std::move(column));
+}
+
+Record& Record::AddValue(std::string column, std::function<std::string()> literal) {
+  Field field;
+  field.column = std::move(column);
+  field.literal = std::move(literal);
+  fields_.push_back(std::move(field));
+  return *this;
+}
+
+Record& Record::InsertOnly() {
+  fields_.back().insert_only = true;
+  return *this;
+}
+
+Record& Record::ReadOnly() {
+  fields_.back().read_only = true;
+  return *this;
+}
+
+void Record::TakeWidths(Connection& connection) {
+  const Recordset shape = connection.Query(fmt::format("SELECT * FROM {} WHERE 1=0", table_));
+  for (Field& field : fields_) {
+    if (field.control == nullptr || field.as != As::text) continue;
+    for (const Column& column : shape.columns()) {
+      if (!SameText(column.name, field.column)) continue;
+      if (field.control->type() == ControlType::text_box) {
+        static_cast<TextBox*>(field.control)->max_length = column.width;
+      } else if (field.control->type() == ControlType::combo_box) {
+        static_cast<ComboBox*>(field.control)->max_length = column.width;
+      }
+    }
+  }
+}
+
+void Record::Load(const Recordset& row) {
+  for (Field& field : fields_) {
+    if (field.control == nullptr) continue;
+    for (const Column& column : row.columns()) {
+      if (!SameText(column.name, field.column)) continue;
+      SetText(*field.control, Shown(row.Field(column.name), field.as));
+      break;
+    }
+  }
+  Remember();
+}
+
+void Record::Clear() {
+  for (Field& field : fields_) {
+    if (field.control == nullptr) continue;
+    SetText(*field.control, {});
+    field.control->SetMark(false);
+  }
+  Remember();
+}
+
+void Record::Remember() {
+  for (Field& field : fields_) {
+    if (field.control != nullptr) field.remembered = field.control->Text();
+  }
+}
+
+bool Record::Changed() const {
+  for (const Field& field : fields_) {
+    if (field.control != nullptr && field.control->Text() != field.remembered) return true;
+  }
+  return false;
+}
+
+std::string Record::Literal(const Field& field) const {
+  if (field.control == nullptr) return field.literal();
+  try {
+    return Converted(field.control->Text(), field.as);
+  } catch (const std::invalid_argument& error) {
+    Control& control = *field.control;
+    control.SetMark(true);
+    control.screen().FocusOn(control);
+    std::string caption = control.caption().In(control.screen().chinese());
+    std::erase(caption, '&');
+    throw std::invalid_argument(fmt::format("{}: {}", caption, error.what()));
+  }
+}
+
+std::string Record::InsertStatement() const {
+  std::string columns;
+  std::string values;
+  for (const Field& field : fields_) {
+    if (field.read_only) continue;
+    columns += (columns.empty() ? "" : ",") + field.column;
+    values += (values.empty() ? "" : ",") + Literal(field);
+  }
+  return fmt::format("INSERT INTO {} ({}) VALUES ({})", table_, columns, values);
+}
+
+std::string Record::UpdateStatement(std::string_view key_value) const {
+  std::string assignments;
+  for (const Field& field : fields_) {
+    if (field.read_only || field.insert_only || SameText(field.column, key_)) continue;
+    assignments +=
+        fmt::format("{}{}={}", assignments.empty() ? "" : ",", field.column, Literal(field));
+  }
+  return fmt::format("UPDATE {} SET {} WHERE {}={}", table_, assignments, key_,
+                     QuoteStr(key_value));
+}
+
+void ExecuteOnRow(Connection& connection, std::string_view sql, std::string_view key) {
+  if (connection.Execute(sql) == 0) throw SqlError(kRowNotFound, fmt::format("{} not found", key));
+}
+
+}  // namespace kaunter
