@@ -1,0 +1,122 @@
+// An office in a folder of its own, gone with the test: a session on an embedded database and a
+// desk that nobody sits at.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/connect_sequence.h"
+#include "core/log.h"
+#include "core/new_office.h"
+#include "core/session.h"
+#include "core/values.h"
+#include "platform/sql/data_source.h"
+#include "tests/screen/silent_desk.h"
+
+namespace kaunter {
+
+class TempFolder {
+ public:
+  TempFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "kaunter-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    path_ = name;
+  }
+  ~TempFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  std::string File(std::string_view name) const { return (path_ / name).string(); }
+  std::string path() const { return path_.string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+class Office {
+ public:
+  enum class State { base, patched };  // base tables only; or as a first connect leaves it
+
+  explicit Office(State state) {
+    session.AppPath = folder.path();
+    session.ConnAccount = "MainUser";
+    session.ConnDataSource = session.ConnDatabase = "Office";
+    session.CurrentUserID = "AMY";
+    session.clock.Set({2024, 1, 31, 14, 5, 9});
+    session.data_sources.Add("Office", {DataSource::Kind::kEmbedded, folder.File("office.db")});
+    MakeLogFolder(session);
+    std::filesystem::copy_file(Template(state), folder.File("office.db"));
+    Open();
+  }
+
+  // A fresh connection to the same file, as a restart of the program has it.
+  void Open() {
+    session.LogsConn.reset();
+    session.MainConn.reset();
+    session.MainConn = OpenSqlite("MainConn", folder.File("office.db"), false, session.clock);
+    session.settings = {};
+  }
+
+  void Connect() {
+    RunConnectSequence(session, desk,
+                       [this](std::string_view step) { steps.push_back(std::string(step)); });
+  }
+
+  std::string Scalar(std::string_view sql) { return ScalarQuery(session.Main(), sql); }
+  void Run(std::string_view sql) { session.Main().Execute(sql); }
+
+  // All tables with their columns, in order.
+  std::map<std::string, std::vector<std::string>> Shape() {
+    std::map<std::string, std::vector<std::string>> shape;
+    Recordset tables = session.Main().Query(
+        "SELECT TABLE_NAME FROM INFORMATION_SCHEMA.TABLES WHERE TABLE_TYPE='BASE TABLE'");
+    for (; !tables.Eof(); tables.MoveNext()) {
+      const std::string table = tables.Field(0).ToText();
+      const Recordset empty = session.Main().Query("SELECT * FROM [" + table + "] WHERE 1=0");
+      for (const Column& column : empty.columns()) shape[table].push_back(column.name);
+    }
+    return shape;
+  }
+
+  // The lines of the text log of the set day.
+  std::vector<std::string> Log() {
+    std::ifstream file(folder.File("logs/log31-01-2024.log"));
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) lines.push_back(line);
+    return lines;
+  }
+
+  TempFolder folder;
+  Session session;
+  SilentDesk desk;
+  std::vector<std::string> steps;
+
+ private:
+  // Made once a test program: a copy of a file is quicker than a walk through all patches.
+  static std::string Template(State state) {
+    static TempFolder templates;
+    static Clock clock;
+    const std::string base = templates.File("base.db");
+    const std::string patched = templates.File("patched.db");
+    if (!std::filesystem::exists(base)) {
+      CreateEmptyOffice(*OpenSqlite("MainConn", base, true, clock));
+    }
+    if (state == State::base) return base;
+    if (!std::filesystem::exists(patched)) {
+      Office office(State::base);
+      office.Connect();
+      office.session.MainConn.reset();
+      std::filesystem::copy_file(office.folder.File("office.db"), patched);
+    }
+    return patched;
+  }
+};
+
+}  // namespace kaunter
