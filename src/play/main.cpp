@@ -1,0 +1,73 @@
+// kaunter-play: the program without its window, driven by a script. docs/play.md tells its
+// language.
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "play/application_program.h"
+#include "play/options.h"
+#include "play/runner.h"
+#include "qtservices/headless.h"
+#include "qtservices/report_painter.h"
+
+namespace kaunter {
+namespace {
+
+std::string ProgramFolder(const char* argv0) {
+  std::error_code error;
+  std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (error) program = std::filesystem::absolute(argv0);
+  return program.parent_path().string();
+}
+
+int Play(const PlayOptions& options, const std::string& program_folder) {
+  std::ifstream file;
+  const bool from_file = !options.script.empty() && options.script != "-";
+  if (from_file) {
+    file.open(options.script);
+    if (!file || std::filesystem::is_directory(options.script)) {
+      std::cerr << "kaunter-play: the script " << options.script << " cannot be read\n";
+      return Runner::kStopped;
+    }
+  }
+  PlayDesk desk(std::cout);
+  desk.SetRenderer(
+      [](const ReportJob& job, const std::string& path) {
+        EnsureHeadlessGui();
+        RenderReportToPdf(job, path);
+      },
+      options.out);
+  desk.SetLauncher(StartProgram);
+  Application application({.app_path = options.app.empty() ? program_folder : options.app,
+                           .database = options.database,
+                           .settings = options.settings,
+                           .now = options.now,
+                           .trace = options.trace},
+                          desk);
+  ApplicationProgram program(application);
+  ScriptReader reader(from_file ? static_cast<std::istream&>(file) : std::cin);
+  Runner runner(program, desk, reader, std::cout, std::cerr);
+  return runner.Run();
+}
+
+}  // namespace
+}  // namespace kaunter
+
+int main(int argc, char** argv) {
+  using namespace kaunter;
+  try {
+    const PlayOptions options = ParsePlayOptions({argv + 1, argv + argc});
+    if (options.help) {
+      std::cout << PlayUsage();
+      return Runner::kHeld;
+    }
+    return Play(options, ProgramFolder(argv[0]));
+  } catch (const UsageError& error) {
+    std::cerr << "kaunter-play: " << error.what() << '\n' << PlayUsage();
+  } catch (const std::exception& error) {
+    std::cerr << "kaunter-play: " << error.what() << '\n';
+  }
+  return Runner::kStopped;
+}

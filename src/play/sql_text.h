@@ -1,0 +1,18 @@
+// Rows of the database as a script prints and compares them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/sql/connection.h"
+
+namespace kaunter {
+
+// Null is empty, money has two decimals (more only when it carries them) without commas, a date is
+// yyyy-mm-dd with the time when it is not midnight.
+std::string SqlText(const Value& value);
+
+// Fields parted by tabs; tabs, line breaks and backslashes inside a field stand escaped.
+std::string SqlRowLine(const std::vector<Value>& row);
+
+}  // namespace kaunter

@@ -1,0 +1,16 @@
+// What a program without a window needs of Qt.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kaunter {
+
+// Makes the off-screen application object that drawing needs, once, and keeps the numbers of the C
+// library in plain form ("1.5", never "1,5").
+void EnsureHeadlessGui();
+
+// Starts a program and returns at once; false when it could not be started.
+bool StartProgram(const std::string& program, const std::vector<std::string>& arguments);
+
+}  // namespace kaunter
