@@ -215,8 +215,8 @@ std::int64_t DecimalUnits(sqlite3_value* value, int scale) {
     fits = result == DecimalResult::kOk;
   }
   // Beyond the largest amount a double no longer holds the decimals.
-  if (!fits || (scale >= 2 && (units / PowerOfTen(scale) >= kLargestAmount ||
-                               units / PowerOfTen(scale) <= -kLargestAmount))) {
+  if (!fits || (scale >= 2 && (units / PowerOfTen(scale) > kLargestAmount ||
+                               units / PowerOfTen(scale) < -kLargestAmount))) {
     RefuseOverflow("numeric");
   }
   return units;

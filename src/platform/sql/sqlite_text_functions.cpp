@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
+#include <cstdlib>
+#include <limits>
+#include <memory>
 
 #include "platform/sql/sqlite_dates.h"
 #include "platform/sql/sqlite_decimal.h"
@@ -15,10 +17,6 @@ namespace kaunter::sql {
 namespace {
 
 constexpr std::size_t kLongestResult = 1'000'000;
-
-bool IsAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
-}
 
 std::string FloatText(double x) {
   // The server prints six significant digits and an exponent of three digits.

@@ -1,0 +1,16 @@
+// From SQLite's failures to the server's numbers, in words that a support person can act on.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <string>
+
+#include "platform/sql/connection.h"
+
+namespace kaunter::sql {
+
+// The error of the last call on `db`, whose extended code is `code`. `path` is the database file,
+// `verb` what was being done ("INSERT", "UPDATE", "").
+SqlError SqliteFailure(sqlite3* db, int code, const std::string& path, const std::string& verb);
+
+}  // namespace kaunter::sql
