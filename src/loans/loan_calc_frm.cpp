@@ -115,10 +115,13 @@ void LoanCalcfrm::LeaveMoney() {
   if (!LoanAmt.empty() && !refusal) LoanAmt.SetText(ShowMoney(LoanAmt.text()));
 }
 
-void LoanCalcfrm::LeaveDate(TextBox& box) { CheckOnLeave(box, CheckDate(box)); }
+void LoanCalcfrm::LeaveDate(TextBox& box) {
+  box.SetText(Trim(box.text()));
+  CheckOnLeave(box, CheckDate(box));
+}
 
 std::optional<Refusal> LoanCalcfrm::CheckDate(const TextBox& box) const {
-  if (IsDate(Trim(box.text()))) return std::nullopt;
+  if (IsDate(box.text())) return std::nullopt;
   return Refusal{box.name(),
                  {fmt::format("Invalid {}, Please check", box.caption().english),
                   fmt::format("{}无效，请检查", box.caption().chinese)}};
