@@ -8,6 +8,7 @@
 #include "app/catalogue.h"
 #include "app/menu_table.h"
 #include "core/log.h"
+#include "core/menu_list.h"
 #include "core/regional.h"
 #include "core/startup.h"
 #include "core/trace.h"
@@ -60,9 +61,10 @@ int Application::Start() {
                                               connection)));
     });
     Connect(session, desk_);
+    EnsureMenuList(session.AppPath, MenuTable());
+    ReadMenuList(session.AppPath);  // a file that cannot be read ends the start here, with its line
     main_ = std::make_unique<MainFrm>(session, desk_, MenuTable(),
                                       [](std::string_view name) { return ScreenExists(name); });
-    Prepare(*main_);
     main_->FillAtStart();
     return 0;
   } catch (const StartRefused& refused) {
@@ -85,35 +87,9 @@ void Application::Exit() {
 }
 
 std::unique_ptr<Screen> Application::Make(std::string_view screen_name) {
-  auto screen = MakeScreen(screen_name, *session_, desk_);
-  if (screen) Prepare(*screen);
-  return screen;
+  return MakeScreen(screen_name, *session_, desk_);
 }
 
 std::vector<std::string> Application::ScreenNames() const { return kaunter::ScreenNames(); }
-
-void Application::Prepare(Screen& screen) {
-  screen.SetChinese(session_->ChineseFlag);
-  // Caught once, at the action: rollback, log line, message. What was typed stays in the boxes.
-  screen.onFailure = [this, name = screen.name()](const std::exception& failure) {
-    Session& session = *session_;
-    if (session.MainConn && session.MainConn->InTransaction()) {
-      try {
-        session.MainConn->RollbackTrans();
-      } catch (const std::exception&) {
-        // The connection is gone; the first failure is the one to tell.
-      }
-    }
-    try {
-      LogRollback(session, name, failure);
-    } catch (const std::exception&) {
-      // A full disk must not hide the failure itself.
-    }
-    desk_.Hourglass(false);
-    desk_.Message(MessageKind::critical,
-                  session.MsgTitle.empty() ? session.ProgramTitle : session.MsgTitle,
-                  failure.what());
-  };
-}
 
 }  // namespace kaunter

@@ -53,8 +53,6 @@ class Application {
   std::vector<std::string> ScreenNames() const;
 
  private:
-  void Prepare(Screen& screen);
-
   ApplicationOptions options_;
   Desk& desk_;
   std::unique_ptr<Session> session_;

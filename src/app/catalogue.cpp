@@ -1,6 +1,8 @@
 #include "app/catalogue.h"
 
+#include "core/password_screens.h"
 #include "core/session.h"
+#include "core/user_frm.h"
 #include "core/values.h"
 #include "loans/loan_calc_frm.h"
 #include "screen/screen.h"
@@ -19,7 +21,9 @@ struct Entry {
 };
 
 constexpr Entry kScreens[] = {
+    {"ChangePasswordfrm", Make<ChangePasswordfrm>},
     {"LoanCalcfrm", Make<LoanCalcfrm>},
+    {"UserFrm", Make<UserFrm>},
 };
 
 const Entry* FindEntry(std::string_view name) {

@@ -51,10 +51,9 @@ std::string And(const std::string& condition) {
 
 MainFrm::MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
                  std::function<bool(std::string_view)> screen_exists)
-    : Screen("MainFrm", session.ProgramTitle, desk),
+    : SessionScreen("MainFrm", session.ProgramTitle, session, desk),
       LS1(*this, "LS1", {"Today's due", "今日到期"}, DueColumns()),
       LS2(*this, "LS2", {"Sijil Stamp no", "印花证书号码"}, StampColumns()),
-      session_(session),
       menu_(std::move(entries)),
       screen_exists_(std::move(screen_exists)) {
   LS1.onOpen = [this](int row, int) { OpenListedLoan(LS1.Cell(row, 0)); };
@@ -82,75 +81,73 @@ void MainFrm::SetPanel(int number, std::string text) {
 }
 
 void MainFrm::FillAtStart() {
-  SetChinese(session_.ChineseFlag);
+  SetChinese(session().ChineseFlag);
   for (MenuEntry& entry : menu_.entries()) {
     // A listing runs only where its report file lies beside the program.
     if (entry.action == MenuAction::direct_list) {
-      entry.enabled = std::filesystem::exists(session_.AppPath + "/" + entry.target);
+      entry.enabled = std::filesystem::exists(session().AppPath + "/" + entry.target);
     }
   }
-  long_date_ = Format(ServerTime(session_.Main()), "long date");
-  SetPanel(1, session_.ProgramTitle);
+  long_date_ = Format(ServerTime(session().Main()), "long date");
+  SetPanel(1, session().ProgramTitle);
   SetPanel(3, fmt::format("Version {}.{}.{}", KAUNTER_VERSION_MAJOR, KAUNTER_VERSION_MINOR,
                           KAUNTER_VERSION_REVISION));
   SetPanel(5, long_date_);
   ShowStatus();
   const std::string slogan =
-      ScalarQuery(session_.Main(), "SELECT [Value] FROM Systemast WHERE Param='TestMode'");
+      ScalarQuery(session().Main(), "SELECT [Value] FROM Systemast WHERE Param='TestMode'");
   if (!slogan.empty()) Label1.SetText(slogan);
 }
 
 void MainFrm::Tick() { SetPanel(5, long_date_); }
 
 void MainFrm::ShowStatus() {
-  SetPanel(2, session_.CurrentLevel >= 1
-                  ? fmt::format("{} ({}-{})", session_.CurrentCompCode, session_.CurrentLevel,
-                                session_.CurrentUserID)
-                  : session_.CurrentUserID);
-  SetPanel(4, session_.CurrentCompDesc);
+  SetPanel(2, session().CurrentLevel >= 1
+                  ? fmt::format("{} ({}-{})", session().CurrentCompCode, session().CurrentLevel,
+                                session().CurrentUserID)
+                  : session().CurrentUserID);
+  SetPanel(4, session().CurrentCompDesc);
 }
 
 void MainFrm::ApplyMenus() {
   // ApplyRights ran with the sign-in itself; here the signed-out state comes back.
-  if (session_.CurrentUserID.empty()) menu_.HideAll();
-  const bool signed_in = !session_.CurrentUserID.empty();
+  if (session().CurrentUserID.empty()) menu_.HideAll();
+  const bool signed_in = !session().CurrentUserID.empty();
   Label4.SetVisible(signed_in);
   Label5.SetVisible(signed_in);
   if (observer != nullptr) observer->TitleChanged();
 }
 
 void MainFrm::SignIn() {
-  session_.MsgTitle = "User Login";
-  SetPanel(1, session_.MsgTitle);
-  UserLogin dialog(session_, desk(), menu_);
-  dialog.SetChinese(session_.ChineseFlag);
-  dialog.onFailure = onFailure;
+  session().MsgTitle = "User Login";
+  SetPanel(1, session().MsgTitle);
+  UserLogin dialog(session(), desk(), menu_);
   desk().ShowModal(dialog);
-  SetPanel(1, session_.ProgramTitle);
+  SetPanel(1, session().ProgramTitle);
   ApplyMenus();
   ShowStatus();
-  if (session_.CurrentUserID.empty()) return;
+  if (session().CurrentUserID.empty()) return;
   RefreshMainLists();
   const MenuEntry* follow_up = menu_.Find("FolloUpMnu");
-  if (session_.FollowUpFlag && follow_up != nullptr && follow_up->visible && follow_up->enabled) {
+  if (session().FollowUpFlag && follow_up != nullptr && follow_up->visible && follow_up->enabled) {
     OpenScreen(*follow_up);
   }
 }
 
 void MainFrm::SignOut() {
   desk().Beep();
-  if (!desk().Ask(session_.MsgTitle,
-                  session_.In({"Are you sure want to Signout ?", "确定离开？"}))) {
+  if (!desk().Ask(session().MsgTitle,
+                  session().In({"Are you sure want to Signout ?", "确定离开？"}))) {
     return;
   }
-  session_.MsgText = session_.In(
-      {fmt::format("User {} Successfull Sigout", session_.CurrentUserID), "用户已离开？"});
-  WriteLog(session_, LogLine(session_, " ****** User Logout ******"));
-  desk().Message(MessageKind::information, session_.MsgTitle, session_.MsgText);
+  session().MsgText = session().In(
+      {fmt::format("User {} Successfull Sigout", session().CurrentUserID), "用户已离开？"});
+  WriteLog(session(), LogLine(session(), " ****** User Logout ******"));
+  desk().Message(MessageKind::information, session().MsgTitle, session().MsgText);
   // The rights and the home company stay in memory until the next sign-in clears them.
-  session_.CurrentUserID.clear();
-  session_.CurrentLevel = 0;
-  session_.CurrentCompDesc.clear();
+  session().CurrentUserID.clear();
+  session().CurrentLevel = 0;
+  session().CurrentCompDesc.clear();
   LS1.Clear();
   LS2.Clear();
   ApplyMenus();
@@ -159,8 +156,9 @@ void MainFrm::SignOut() {
 }
 
 void MainFrm::Unload() {
-  WriteLog(session_, LogLine(session_, "******** Exit ********"));
-  WriteAudit(session_, "Log Out", "User", session_.CurrentCompCode, session_.CurrentCompCode, {});
+  WriteLog(session(), LogLine(session(), "******** Exit ********"));
+  WriteAudit(session(), "Log Out", "User", session().CurrentCompCode, session().CurrentCompCode,
+             {});
 }
 
 bool MainFrm::ChooseMenu(std::string_view name) {
@@ -189,41 +187,41 @@ bool MainFrm::ChooseMenu(std::string_view name) {
 }
 
 void MainFrm::OpenScreen(const MenuEntry& entry) {
-  session_.MsgTitle = entry.title;
-  if (!entry.command.empty()) session_.CallerTag = entry.command;
-  SetPanel(1, session_.MsgTitle);
+  session().MsgTitle = entry.title;
+  if (!entry.command.empty()) session().CallerTag = entry.command;
+  SetPanel(1, session().MsgTitle);
   desk().Show(entry.target);
-  session_.CallerTag.clear();
-  SetPanel(1, session_.ProgramTitle);
+  session().CallerTag.clear();
+  SetPanel(1, session().ProgramTitle);
 }
 
 std::string MainFrm::ReportName(const MenuEntry& entry) const {
-  if (!entry.chinese_report || !session_.ChineseFlag) return entry.target;
+  if (!entry.chinese_report || !session().ChineseFlag) return entry.target;
   const auto dot = entry.target.rfind('.');
   return entry.target.substr(0, dot) + "C" + entry.target.substr(dot);
 }
 
 void MainFrm::ShowReportFromMenu(std::string_view title, std::string_view file) {
-  session_.MsgTitle = title;
-  session_.ReportFile = file;
-  SetPanel(1, session_.MsgTitle);
+  session().MsgTitle = title;
+  session().ReportFile = file;
+  SetPanel(1, session().MsgTitle);
   desk().Show("ReportFrm");
-  SetPanel(1, session_.ProgramTitle);
+  SetPanel(1, session().ProgramTitle);
 }
 
 void MainFrm::RunDirectListing(const MenuEntry& entry) {
-  session_.MsgTitle = entry.title;
-  SetPanel(1, session_.CurrentUserID);
+  session().MsgTitle = entry.title;
+  SetPanel(1, session().CurrentUserID);
   ReportJob job;
-  job.ReportFileName = session_.AppPath + "/" + ReportName(entry);
-  job.ReportTitle = session_.CurrentCompDesc;
-  job.Connect = session_.MainConn.get();
+  job.ReportFileName = session().AppPath + "/" + ReportName(entry);
+  job.ReportTitle = session().CurrentCompDesc;
+  job.Connect = session().MainConn.get();
   desk().Print(job);
-  SetPanel(1, session_.ProgramTitle);
+  SetPanel(1, session().ProgramTitle);
 }
 
 void MainFrm::RunOwn(const MenuEntry& entry) {
-  if (!entry.title.empty()) session_.MsgTitle = entry.title;
+  if (!entry.title.empty()) session().MsgTitle = entry.title;
   if (entry.name == "UserLoginMnu") {
     SignIn();
   } else if (entry.name == "UserLogoutMnu") {
@@ -236,23 +234,23 @@ void MainFrm::RunOwn(const MenuEntry& entry) {
     desk().Open(kWebSite);
   } else if (entry.name == "SoftwareUpdateMnu") {
     desk().Open(
-        ScalarQuery(session_.Main(), "SELECT [Value] as url FROM Systemast WHERE PARAM='URL'"));
+        ScalarQuery(session().Main(), "SELECT [Value] as url FROM Systemast WHERE PARAM='URL'"));
   } else if (entry.name == "DailyBatchMnu") {
     const std::string date =
         desk().Input("Manual Daily Batch Process", "Please input Daily Batch Date");
-    if (!date.empty()) desk().Start(DailyBatchProgram(session_), {date});
+    if (!date.empty()) desk().Start(DailyBatchProgram(session()), {date});
   } else if (entry.name == "AccLinkMnu") {
-    if (!desk().Ask(session_.ProgramTitle, "Turn off AutoCount links ?")) return;
-    session_.settings.LinkAcc.clear();
+    if (!desk().Ask(session().ProgramTitle, "Turn off AutoCount links ?")) return;
+    session().settings.LinkAcc.clear();
     menu_.Find("AccLinkMnu")->visible = false;
     if (observer != nullptr) observer->TitleChanged();
   } else if (entry.name == "UpdateEInvSettingMnu") {
-    if (!desk().Ask(session_.MsgTitle, "Confirm to Update eInvoicing Setting ?")) return;
-    if (RefreshEInvoiceCodeTables(session_, desk(), {})) {
-      desk().Message(MessageKind::information, session_.MsgTitle, "eInvoicing Setting updated");
-    } else if (!session_.data_sources.Find("AMLA")) {
+    if (!desk().Ask(session().MsgTitle, "Confirm to Update eInvoicing Setting ?")) return;
+    if (RefreshEInvoiceCodeTables(session(), desk(), {})) {
+      desk().Message(MessageKind::information, session().MsgTitle, "eInvoicing Setting updated");
+    } else if (!session().data_sources.Find("AMLA")) {
       desk().Message(
-          MessageKind::information, session_.MsgTitle,
+          MessageKind::information, session().MsgTitle,
           "No central data source is set up on this PC, so nothing was changed. Its name in the "
           "local settings is [AMLA].");
     }
@@ -260,35 +258,35 @@ void MainFrm::RunOwn(const MenuEntry& entry) {
 }
 
 void MainFrm::SwitchLanguage() {
-  session_.ChineseFlag = !session_.ChineseFlag;
-  SetChinese(session_.ChineseFlag);
+  session().ChineseFlag = !session().ChineseFlag;
+  SetChinese(session().ChineseFlag);
 }
 
 void MainFrm::EditSlogan() {
-  if (session_.CurrentLevel < 3) return;
-  if (!desk().Ask(session_.ProgramTitle, "Update Slogan ? ")) return;
+  if (session().CurrentLevel < 3) return;
+  if (!desk().Ask(session().ProgramTitle, "Update Slogan ? ")) return;
   const std::string slogan = desk().Input("Slogan", "Your new slogan");
   if (slogan.empty()) return;
   Label1.SetText(slogan);
-  session_.Main().Execute(
+  session().Main().Execute(
       fmt::format("UPDATE Systemast SET [Value]={} WHERE Param='TestMode'", QuoteStr(slogan)));
 }
 
 void MainFrm::OpenListedLoan(const std::string& loan_id) {
   if (!screen_exists_("NewLoanFrm")) return;
-  session_.HandOverLoanID = loan_id;
-  session_.CallerTag = "Edit Loan";
+  session().HandOverLoanID = loan_id;
+  session().CallerTag = "Edit Loan";
   desk().Show("NewLoanFrm");
-  session_.HandOverLoanID.clear();
-  session_.CallerTag.clear();
+  session().HandOverLoanID.clear();
+  session().CallerTag.clear();
   RefreshMainLists();
 }
 
 void MainFrm::RefreshMainLists() {
-  const std::string company = And(CompanyCondition(session_, "l.CompCode"));
-  const std::string today = SqlDate(ServerNow(session_.Main(), false));
+  const std::string company = And(CompanyCondition(session(), "l.CompCode"));
+  const std::string today = SqlDate(ServerNow(session().Main(), false));
   std::vector<std::vector<std::string>> rows;
-  Recordset due = session_.Main().Query(fmt::format(
+  Recordset due = session().Main().Query(fmt::format(
       "SELECT a.LoanID,a.nextduedate,a.custname,a.custhp1,sum(a.TotDue) as TotDue,a.LoanGroupID "
       "FROM ("
       "SELECT l.LoanID,l.NextDueDate,c.CustName,c.CustHP1,0 as TotDue,l.LoanGroupID FROM LoanMast "
@@ -301,17 +299,17 @@ void MainFrm::RefreshMainLists() {
       "group by "
       "l.Loanid,l.NextDueDate,c.CustName,c.CustHP1,l.LoanGroupID) as a group by "
       "a.LoanID,a.nextduedate,a.custname,a.custhp1,a.LoanGroupID",
-      company, today, CompanyFilter(session_, "l.CompCode")));
+      company, today, CompanyFilter(session(), "l.CompCode")));
   for (; !due.Eof(); due.MoveNext()) {
     rows.push_back({NullToEmpty(due.Field(0)), ShowDate(due.Field(1)), NullToEmpty(due.Field(2)),
                     NullToEmpty(due.Field(3)), ShowMoney(due.Field(4)), NullToEmpty(due.Field(5))});
   }
   LS1.SetRows(std::move(rows));
   rows.clear();
-  Recordset stamps = session_.Main().Query(fmt::format(
+  Recordset stamps = session().Main().Query(fmt::format(
       "SELECT l.LoanID,l.TrxDate,c.CustName,LoanGroupID FROM LoanMast as l INNER JOIN CustMast "
       "as c on l.CustID=c.CustID {} AND l.AgreementNo='' order by l.TrxDate",
-      CompanyFilter(session_, "l.CompCode")));
+      CompanyFilter(session(), "l.CompCode")));
   for (; !stamps.Eof(); stamps.MoveNext()) {
     rows.push_back({NullToEmpty(stamps.Field(0)), ShowDate(stamps.Field(1)),
                     NullToEmpty(stamps.Field(2)), NullToEmpty(stamps.Field(3))});

@@ -8,12 +8,11 @@
 #include <string_view>
 
 #include "core/menu.h"
-#include "core/session.h"
-#include "screen/screen.h"
+#include "core/session_screen.h"
 
 namespace kaunter {
 
-class MainFrm : public Screen {
+class MainFrm : public SessionScreen {
  public:
   MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
           std::function<bool(std::string_view screen)> screen_exists);
@@ -65,7 +64,6 @@ class MainFrm : public Screen {
   void ApplyMenus();
   std::string ReportName(const MenuEntry& entry) const;
 
-  Session& session_;
   MainMenu menu_;
   std::function<bool(std::string_view)> screen_exists_;
   std::array<std::string, 5> panels_;

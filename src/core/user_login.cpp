@@ -23,20 +23,20 @@ class Hourglass {
 }  // namespace
 
 UserLogin::UserLogin(Session& session, Desk& desk, MainMenu& menu)
-    : Screen("UserLogin", {"User Login", "用户进入"}, desk), session_(session), menu_(menu) {
+    : SessionScreen("UserLogin", {"User Login", "用户进入"}, session, desk), menu_(menu) {
   UserID.max_length = 50;
   OKCmd.SetEnabled(false);
   UserID.onChange = [this] { OKCmd.SetEnabled(!UserID.empty()); };
   UserID.onLeave = [this] { UserID.SetText(Upper(Trim(UserID.text()))); };
   OKCmd.onClick = [this] { SignIn(); };
   CancelCmd.onClick = [this] {
-    ClearSignIn(session_);
+    ClearSignIn(this->session());
     Close();
   };
 }
 
 bool UserLogin::RequestClose() {
-  if (!closed()) ClearSignIn(session_);
+  if (!closed()) ClearSignIn(session());
   return true;
 }
 
@@ -45,7 +45,7 @@ void UserLogin::SignIn() {
   {
     Hourglass hourglass(desk());
     UserID.SetText(Upper(Trim(UserID.text())));
-    refusal = TrySignIn(session_, UserID.text(), Password.text());
+    refusal = TrySignIn(session(), UserID.text(), Password.text());
   }
   if (refusal) {
     Refuse(*refusal);
@@ -56,23 +56,23 @@ void UserLogin::SignIn() {
 }
 
 void UserLogin::Refuse(const Caption& text) {
-  session_.MsgText = session_.In(text);
-  WriteLog(session_, LogLine(session_, session_.MsgTitle + " Fail"));
-  desk().Message(MessageKind::critical, session_.MsgTitle, session_.MsgText);
+  session().MsgText = session().In(text);
+  WriteLog(session(), LogLine(session(), session().MsgTitle + " Fail"));
+  desk().Message(MessageKind::critical, session().MsgTitle, session().MsgText);
   Password.Clear();
   FocusOn(Password);
 }
 
 void UserLogin::Welcome() {
-  session_.MsgText = session_.In({fmt::format("User ID {} Sign in", session_.CurrentUserID),
-                                  fmt::format("用户 {} 进入", session_.CurrentUserID)});
-  menu_.ApplyRights(session_);
-  session_.CurrentCompDesc =
-      ScalarQuery(session_.Main(), fmt::format("SELECT CompDesc FROM CompMast WHERE CompCode={}",
-                                               QuoteStr(session_.CurrentCompCode)));
-  WriteLog(session_, LogLine(session_, fmt::format("****** {} ******", session_.MsgText)));
-  WriteAudit(session_, "Log In", "User", session_.CurrentCompCode, session_.CurrentUserID, {});
-  desk().Message(MessageKind::information, session_.MsgTitle, session_.MsgText);
+  session().MsgText = session().In({fmt::format("User ID {} Sign in", session().CurrentUserID),
+                                    fmt::format("用户 {} 进入", session().CurrentUserID)});
+  menu_.ApplyRights(session());
+  session().CurrentCompDesc =
+      ScalarQuery(session().Main(), fmt::format("SELECT CompDesc FROM CompMast WHERE CompCode={}",
+                                                QuoteStr(session().CurrentCompCode)));
+  WriteLog(session(), LogLine(session(), fmt::format("****** {} ******", session().MsgText)));
+  WriteAudit(session(), "Log In", "User", session().CurrentCompCode, session().CurrentUserID, {});
+  desk().Message(MessageKind::information, session().MsgTitle, session().MsgText);
 }
 
 }  // namespace kaunter

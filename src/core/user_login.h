@@ -1,14 +1,13 @@
 // UserLogin: the sign-in dialog. It stays open after a refusal; Cancel leaves nobody signed in.
 #pragma once
 
-#include "core/session.h"
-#include "screen/screen.h"
+#include "core/session_screen.h"
 
 namespace kaunter {
 
 class MainMenu;
 
-class UserLogin : public Screen {
+class UserLogin : public SessionScreen {
  public:
   UserLogin(Session& session, Desk& desk, MainMenu& menu);
 
@@ -24,7 +23,6 @@ class UserLogin : public Screen {
   void Refuse(const Caption& text);
   void Welcome();
 
-  Session& session_;
   MainMenu& menu_;
 };
 

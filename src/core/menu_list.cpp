@@ -1,0 +1,87 @@
+#include "core/menu_list.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "core/values.h"
+
+namespace kaunter {
+namespace {
+
+constexpr int kLongest = 68;
+constexpr std::string_view kEndMark = "[end]";
+
+std::string FileName(const std::string& folder, int number) {
+  return fmt::format("{}/MenuList{}.ini", folder, number == 1 ? "" : std::to_string(number));
+}
+
+void ReadFile(const std::string& path, std::vector<MenuListEntry>& entries) {
+  std::ifstream file(path);
+  std::string line;
+  for (int number = 1; number <= kLongest && std::getline(file, line); ++number) {
+    line = Trim(line);
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    const auto first = line.find(',');
+    if (SameText(Trim(line.substr(0, first)), kEndMark)) return;
+    const auto second = first == std::string::npos ? first : line.find(',', first + 1);
+    const std::string digits = second == std::string::npos
+                                   ? std::string()
+                                   : Trim(line.substr(first + 1, second - first - 1));
+    if (second == std::string::npos || !IsNumeric(digits)) {
+      throw std::runtime_error(fmt::format(
+          "{}, line {}: a line is name, number and caption, parted by commas.", path, number));
+    }
+    entries.push_back({Trim(line.substr(0, first)), CLng(std::string_view(digits)),
+                       Trim(line.substr(second + 1))});
+  }
+  throw std::runtime_error(fmt::format(
+      "{}: there is no line [end] within {} lines. Remove the MenuList files to have them made "
+      "anew at the next start.",
+      path, kLongest));
+}
+
+}  // namespace
+
+std::vector<MenuListEntry> ReadMenuList(const std::string& folder) {
+  std::vector<MenuListEntry> entries;
+  for (int number = 1; std::filesystem::exists(FileName(folder, number)); ++number) {
+    ReadFile(FileName(folder, number), entries);
+  }
+  return entries;
+}
+
+void WriteMenuList(const std::string& folder, const std::vector<MenuEntry>& entries) {
+  int number = 0;
+  int file_number = 0;
+  int lines = 0;
+  std::ofstream file;
+  const auto finish = [&] {
+    if (file_number == 0) return;
+    file << kEndMark << ",,\n";
+    file.close();
+    if (!file)
+      throw std::runtime_error(fmt::format("{} cannot be written.", FileName(folder, file_number)));
+  };
+  for (const MenuEntry& entry : entries) {
+    if (!entry.needs_right) continue;
+    if (file_number == 0 || lines == kLongest - 1) {
+      finish();
+      file.open(FileName(folder, ++file_number), std::ios::trunc);
+      lines = 0;
+    }
+    std::string caption = entry.caption.english;
+    std::erase(caption, '&');
+    file << entry.name << ',' << ++number << ',' << caption << '\n';
+    ++lines;
+  }
+  finish();
+}
+
+void EnsureMenuList(const std::string& folder, const std::vector<MenuEntry>& entries) {
+  if (!std::filesystem::exists(FileName(folder, 1))) WriteMenuList(folder, entries);
+}
+
+}  // namespace kaunter

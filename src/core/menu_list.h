@@ -1,0 +1,30 @@
+// MenuList.ini: the entries that the rights grid of the user screen offers. It is made from the
+// menu table.
+//
+// A line is name, running number and caption, parted by commas. A file has at most 68 lines and
+// ends with a line whose first field is [end]; the entries that do not fit stand in MenuList2.ini,
+// MenuList3.ini and so on.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/menu.h"
+
+namespace kaunter {
+
+struct MenuListEntry {
+  std::string name;
+  int number = 0;
+  std::string caption;
+};
+
+// Throws std::runtime_error that names the file and line: no end mark within 68 lines, or no three
+// fields.
+std::vector<MenuListEntry> ReadMenuList(const std::string& folder);
+// Writes the files anew, from the entries that need a right.
+void WriteMenuList(const std::string& folder, const std::vector<MenuEntry>& entries);
+// Writes them when the first is missing.
+void EnsureMenuList(const std::string& folder, const std::vector<MenuEntry>& entries);
+
+}  // namespace kaunter

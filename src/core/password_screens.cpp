@@ -1,0 +1,110 @@
+#include "core/password_screens.h"
+
+#include <fmt/format.h>
+
+#include "core/company_access.h"
+#include "core/password.h"
+#include "core/record.h"
+#include "core/values.h"
+
+namespace kaunter {
+namespace {
+
+constexpr int kLongestUserID = 50;
+
+}  // namespace
+
+ChangePasswordfrm::ChangePasswordfrm(Session& session, Desk& desk)
+    : SessionScreen("ChangePasswordfrm", {"Change User Password", "更改用户密码"}, session, desk) {
+  UserID.SetLocked(true);
+  UserName.SetLocked(true);
+  SaveCmd.onClick = [this] { Save(); };
+  SaveCmd.shortcut = "Ctrl+S";
+  CancelCmd.onClick = [this] { Close(); };
+}
+
+void ChangePasswordfrm::Load() {
+  UserID.SetText(session().CurrentUserID);
+  UserName.SetText(ScalarQuery(main(), fmt::format("SELECT UserName FROM UserMast WHERE UserID={}",
+                                                   QuoteStr(session().CurrentUserID))));
+  FocusOn(OldPassword);
+}
+
+void ChangePasswordfrm::Save() {
+  const std::string id = session().CurrentUserID;
+  if (OldPassword.empty()) {
+    Refuse(OldPassword, {"Current Password is require", "请输入现在的密码"});
+  } else if (NewPassword.empty()) {
+    Refuse(NewPassword, {"New Password is require", "请输入新密码"});
+  } else if (ConfirmPassword.empty()) {
+    Refuse(ConfirmPassword, {"Confirm Password is require", "请输入确认密码"});
+  } else if (NewPassword.text() != ConfirmPassword.text()) {
+    Refuse(ConfirmPassword, {"Password mismatch", "密码不符"});
+  } else {
+    const Recordset row =
+        main().Query(fmt::format("SELECT UserDept FROM UserMast WHERE UserID={}", QuoteStr(id)));
+    if (row.Eof()) {
+      Refuse({fmt::format("User {} not found", id), fmt::format("找不到用户 {}", id)});
+    } else if (NullToEmpty(row.Field("UserDept")) != PasswordHash(OldPassword.text())) {
+      Refuse(OldPassword, {"Invalid Current password", "现在的密码不正确"});
+    } else if (Confirm({"Confirm to change password?", "确定更改密码？"})) {
+      ExecuteOnRow(main(),
+                   fmt::format("UPDATE UserMast SET UserDept={} WHERE UserID={}",
+                               QuoteStr(PasswordHash(NewPassword.text())), QuoteStr(id)),
+                   id);
+      Tell(MessageKind::information, {"Password change successfully", "密码已更改"});
+      Close();
+    }
+  }
+}
+
+frmUserSignIn::frmUserSignIn(Session& session, Desk& desk)
+    : SessionScreen("frmUserSignIn", {"Manager Sign In", "经理进入"}, session, desk) {
+  UserID.max_length = kLongestUserID;
+  UserID.onLeave = [this] { UserID.SetText(Upper(Trim(UserID.text()))); };
+  OKCmd.onClick = [this] { Approve(); };
+  CancelCmd.onClick = [this] { Close(); };
+}
+
+void frmUserSignIn::Load() {
+  session().OverrideOK = false;
+  Company.SetText(session().CurrentCompCode);
+}
+
+void frmUserSignIn::Approve() {
+  const Recordset rows = main().Query(fmt::format(
+      "SELECT UserID FROM UserMast WHERE UserID={} AND UserDept={} AND (Userlevel = 'Manager' or "
+      "UserLevel='Admin')",
+      QuoteStr(UserID.text()), QuoteStr(PasswordHash(Password.text()))));
+  session().OverrideOK = rows.RowCount() == 1;
+  if (session().OverrideOK) {
+    Close();
+    return;
+  }
+  Password.Clear();
+  Refuse(Password, {"Invalid Password, Please check", "密码不正确，请检查"});
+}
+
+AccessPasswordFrm::AccessPasswordFrm(Session& session, Desk& desk)
+    : SessionScreen("AccessPasswordFrm", {"Password", "密码"}, session, desk) {
+  OKCmd.onClick = [this] {
+    passed_ = CheckUserPassword(this->session(), PasswordHash(Password.text()));
+    Close();
+  };
+  CancelCmd.onClick = [this] { Close(); };
+}
+
+bool ManagerOverride(Session& session, Desk& desk) {
+  session.OverrideOK = false;
+  frmUserSignIn dialog(session, desk);
+  desk.ShowModal(dialog);
+  return session.OverrideOK;
+}
+
+bool ConfirmOwnPassword(Session& session, Desk& desk) {
+  AccessPasswordFrm dialog(session, desk);
+  desk.ShowModal(dialog);
+  return dialog.passed();
+}
+
+}  // namespace kaunter

@@ -1,0 +1,65 @@
+// The screens that ask for a password: changing the own one, a manager's approval, and the own one
+// again before something dangerous.
+#pragma once
+
+#include "core/session_screen.h"
+
+namespace kaunter {
+
+class ChangePasswordfrm : public SessionScreen {
+ public:
+  ChangePasswordfrm(Session& session, Desk& desk);
+
+  TextBox UserID{*this, "UserID", {"User ID", "用户编号"}};
+  TextBox UserName{*this, "UserName", {"Name", "姓名"}};
+  TextBox OldPassword{*this, "OldPassword", {"Current Password", "现在的密码"}, Kind::password};
+  TextBox NewPassword{*this, "NewPassword", {"New Password", "新密码"}, Kind::password};
+  TextBox ConfirmPassword{
+      *this, "ConfirmPassword", {"Confirm Password", "确认密码"}, Kind::password};
+  Button SaveCmd{*this, "SaveCmd", {"&Save", "储存(&S)"}, ButtonRole::primary};
+  Button CancelCmd{*this, "CancelCmd", {"&Close", "关闭(&C)"}, ButtonRole::cancel};
+
+  void Load() override;
+
+ private:
+  void Save();
+};
+
+// A manager approves one action for a clerk. The approver is not recorded.
+class frmUserSignIn : public SessionScreen {
+ public:
+  frmUserSignIn(Session& session, Desk& desk);
+
+  Label Company{*this, "Company"};
+  TextBox UserID{*this, "UserID", {"User ID", "用户编号"}};
+  TextBox Password{*this, "Password", {"Password", "密码"}, Kind::password};
+  Button OKCmd{*this, "OKCmd", {"&OK", "确定(&O)"}, ButtonRole::primary};
+  Button CancelCmd{*this, "CancelCmd", {"&Cancel", "取消(&C)"}, ButtonRole::cancel};
+
+  void Load() override;
+
+ private:
+  void Approve();
+};
+
+// The signed-in user types the own password again.
+class AccessPasswordFrm : public SessionScreen {
+ public:
+  AccessPasswordFrm(Session& session, Desk& desk);
+
+  TextBox Password{*this, "Password", {"Your Password", "您的密码"}, Kind::password};
+  Button OKCmd{*this, "OKCmd", {"&OK", "确定(&O)"}, ButtonRole::primary};
+  Button CancelCmd{*this, "CancelCmd", {"&Cancel", "取消(&C)"}, ButtonRole::cancel};
+
+  bool passed() const { return passed_; }
+
+ private:
+  bool passed_ = false;
+};
+
+// Shows frmUserSignIn; true when a manager has approved.
+bool ManagerOverride(Session& session, Desk& desk);
+// Shows AccessPasswordFrm; true when the own password was typed.
+bool ConfirmOwnPassword(Session& session, Desk& desk);
+
+}  // namespace kaunter

@@ -1,0 +1,78 @@
+#include "core/session_screen.h"
+
+#include "core/company_access.h"
+#include "core/log.h"
+#include "core/values.h"
+
+namespace kaunter {
+
+SessionScreen::SessionScreen(std::string name, Caption title, Session& session, Desk& desk)
+    : Screen(std::move(name), std::move(title), desk), session_(session) {
+  SetChinese(session.ChineseFlag);
+  onFailure = [this](const std::exception& failure) { TellFailure(session_, *this, failure); };
+}
+
+void SessionScreen::Tell(MessageKind kind, const Caption& text) {
+  session_.MsgText = session_.In(text);
+  const std::string& heading =
+      session_.MsgTitle.empty() ? title().In(chinese()) : session_.MsgTitle;
+  desk().Message(kind, heading, session_.MsgText);
+}
+
+bool SessionScreen::Refuse(Control& control, const Caption& text) {
+  Tell(MessageKind::critical, text);
+  control.SetMark(true);
+  FocusOn(control);
+  return false;
+}
+
+bool SessionScreen::Refuse(const Caption& text) {
+  Tell(MessageKind::critical, text);
+  return false;
+}
+
+bool SessionScreen::Confirm(const Caption& text) {
+  session_.MsgText = session_.In(text);
+  const std::string& heading =
+      session_.MsgTitle.empty() ? title().In(chinese()) : session_.MsgTitle;
+  return desk().Ask(heading, session_.MsgText);
+}
+
+void TellFailure(Session& session, Screen& screen, const std::exception& failure) {
+  if (session.MainConn && session.MainConn->InTransaction()) {
+    try {
+      session.MainConn->RollbackTrans();
+    } catch (const std::exception&) {
+      // The connection is gone; the first failure is the one to tell.
+    }
+  }
+  try {
+    LogRollback(session, screen.name(), failure);
+  } catch (const std::exception&) {
+    // A full disk must not hide the failure itself.
+  }
+  screen.desk().Hourglass(false);
+  screen.desk().Message(MessageKind::critical,
+                        session.MsgTitle.empty() ? session.ProgramTitle : session.MsgTitle,
+                        failure.what());
+}
+
+void FillItems(ComboBox& box, Connection& connection, const std::string& sql) {
+  std::vector<std::string> items;
+  for (Recordset rows = connection.Query(sql); !rows.Eof(); rows.MoveNext()) {
+    items.push_back(NullToEmpty(rows.Field(0)));
+  }
+  box.SetItems(std::move(items));
+}
+
+void FillCompanies(ComboBox& box, Session& session) {
+  std::vector<std::string> items;
+  for (Recordset rows = session.Main().Query("SELECT CompCode FROM CompMast ORDER BY CompCode");
+       !rows.Eof(); rows.MoveNext()) {
+    const std::string code = NullToEmpty(rows.Field(0));
+    if (MayUseCompany(session, code)) items.push_back(code);
+  }
+  box.SetItems(std::move(items));
+}
+
+}  // namespace kaunter

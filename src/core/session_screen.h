@@ -1,0 +1,43 @@
+// SessionScreen: a screen that works within a session and speaks under the title of the menu entry
+// in use.
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "core/session.h"
+#include "screen/screen.h"
+
+namespace kaunter {
+
+class SessionScreen : public Screen {
+ public:
+  // Takes the language of the session, and its handling of failures.
+  SessionScreen(std::string name, Caption title, Session& session, Desk& desk);
+
+ protected:
+  Session& session() const { return session_; }
+  Connection& main() const { return session_.Main(); }
+
+  // MsgText takes the text of the language in force; the title is MsgTitle.
+  void Tell(MessageKind kind, const Caption& text);
+  // A refusal: critical, the control marked and given the focus. Always false, so that a check may
+  // end with it.
+  bool Refuse(Control& control, const Caption& text);
+  bool Refuse(const Caption& text);
+  bool Confirm(const Caption& text);
+
+ private:
+  Session& session_;
+};
+
+// What becomes of a failure that an act let through: rollback of what is still open, a log line,
+// and the message. What was typed stays in the boxes.
+void TellFailure(Session& session, Screen& screen, const std::exception& failure);
+
+// Items of a list from the first column of a query.
+void FillItems(ComboBox& box, Connection& connection, const std::string& sql);
+// The companies that the signed-in user may use.
+void FillCompanies(ComboBox& box, Session& session);
+
+}  // namespace kaunter

@@ -1,0 +1,311 @@
+#include "core/user_frm.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "core/identity.h"
+#include "core/log.h"
+#include "core/menu_list.h"
+#include "core/password.h"
+#include "core/picker.h"
+#include "core/sign_in.h"
+#include "core/values.h"
+
+namespace kaunter {
+namespace {
+
+const Caption kInvalidStart{"Invalid Time Start", "开始时间不正确"};
+const Caption kInvalidEnd{"Invalid Time End", "结束时间不正确"};
+
+bool IsPasswordText(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+  });
+}
+
+bool FitsTimeMask(std::string_view text) {
+  constexpr std::string_view kMask = "##:##";
+  if (text.size() != kMask.size()) return false;
+  for (std::size_t i = 0; i < kMask.size(); ++i) {
+    if (kMask[i] == '#' ? text[i] < '0' || text[i] > '9' : text[i] != kMask[i]) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+UserFrm::UserFrm(Session& session, Desk& desk)
+    : SessionScreen("UserFrm", {"User Management", "用户管理"}, session, desk),
+      LS1(*this, "LS1", {"Menu entries", "功能"},
+          {{{"Menu", "功能"}, Kind::text, 18},
+           {{"Caption", "名称"}, Kind::text, 40},
+           {{"No", "号码"}, Kind::integer, 6}},
+          &MenuPage),
+      record_("UserMast", "UserID") {
+  record_.Add(UserID)
+      .Add(UserName)
+      .Add(UserLevel)
+      .AddValue("UserDept",
+                [this] {
+                  return QuoteStr(UserDept.text() == stored_hash_ ? stored_hash_
+                                                                  : PasswordHash(UserDept.text()));
+                })
+      .Add(Special, As::number_flag)
+      .Add(FollowUpFlag, As::number_flag)
+      .Add(CompCode)
+      .Add(AccessLoan, As::number_flag)
+      .Add(AccessPayment, As::number_flag)
+      .Add(gcc2)
+      .AddValue("DateCreated", [this] { return SqlDateTime(ServerNow(main(), true)); })
+      .InsertOnly()
+      .Add(UserDOB, As::birth_date)
+      .Add(UserNIC)
+      .Add(UserOIC)
+      .Add(UserGender)
+      .Add(UserRace)
+      .Add(UserAdd1)
+      .Add(UserAdd2)
+      .Add(UserAdd3)
+      .Add(UserPostCode)
+      .Add(UserCity)
+      .Add(UserState)
+      .Add(UserHP1)
+      .Add(UserHP2)
+      .Add(TimeStart)
+      .Add(TimeEnd)
+      .Add(Pic1)
+      .Add(AllowDelete, As::number_flag)
+      .Add(AllowEdit, As::number_flag)
+      .Add(AllowDisc, As::number_flag)
+      .Add(AllowCreditLimit, As::number_flag);
+  LS1.SetHasChecks(true);
+  UserID.picker = "UserPop";
+  UserNIC.mask = kNewIcMask;
+  TimeStart.mask = TimeEnd.mask = "##:##";
+  UserID.onLeave = [this] { LeaveUserID(); };
+  UserID.onSearch = [this] {
+    const std::string id = Pick(this->session(), this->desk(), "UserPop");
+    if (!id.empty()) LoadUser(id);
+  };
+  UserNIC.onLeave = [this] { LeaveNewIc(); };
+  UserDOB.onLeave = [this] {
+    if (!UserDOB.empty() && !IsDate(UserDOB.text()))
+      Refuse(UserDOB, {"Invalid Date", "日期不正确"});
+  };
+  TimeStart.onLeave = [this] { LeaveTime(TimeStart, kInvalidStart); };
+  TimeEnd.onLeave = [this] { LeaveTime(TimeEnd, kInvalidEnd); };
+  SelectAllCmd.onClick = [this] { TickAll(true); };
+  SelectNoneCmd.onClick = [this] { TickAll(false); };
+  SaveCmd.onClick = [this] { Save(); };
+  SaveCmd.shortcut = "Ctrl+S";
+  CmdClear.onClick = [this] { ClearAll(); };
+  CmdDelete.onClick = [this] { Delete(); };
+  CancelCmd.onClick = [this] {
+    if (RequestClose()) Close();
+  };
+}
+
+void UserFrm::Load() {
+  record_.TakeWidths(main());
+  UserDept.max_length = UserDept2.max_length = 50;
+  FillItems(CompCode, main(), "SELECT CompCode FROM CompMast ORDER BY CompCode");
+  FillItems(UserRace, main(), "SELECT CustRaceID FROM CustRaceMast ORDER BY CustRaceID");
+  for (const MenuListEntry& entry : ReadMenuList(session().AppPath)) {
+    LS1.AddRow({entry.name, entry.caption, std::to_string(entry.number)});
+  }
+  record_.Remember();
+}
+
+bool UserFrm::RequestClose() {
+  return (!record_.Changed() && UserDept.text() == stored_hash_) ||
+         desk().Ask(title().In(chinese()),
+                    session().In({"Close without saving the changes ?", "不储存更改就关闭？"}));
+}
+
+void UserFrm::LeaveUserID() {
+  UserID.SetText(Upper(Trim(UserID.text())));
+  if (UserID.text() == "ADMIN") {
+    Tell(MessageKind::critical, {fmt::format("No access for User ID {}", UserID.text()),
+                                 fmt::format("用户 {} 不可进行", UserID.text())});
+    UserID.Clear();
+    FocusOn(UserID);
+    return;
+  }
+  if (!UserID.empty()) LoadUser(UserID.text());
+}
+
+void UserFrm::LoadUser(const std::string& id) {
+  const Recordset row =
+      main().Query(fmt::format("SELECT * FROM UserMast WHERE UserID={}", QuoteStr(id)));
+  if (row.Eof()) return;
+  record_.Clear();
+  stored_hash_ = NullToEmpty(row.Field("UserDept"));
+  UserDept.SetText(stored_hash_);
+  UserDept2.SetText(stored_hash_);
+  record_.Load(row);
+  TickRightsOf(id);
+}
+
+void UserFrm::TickRightsOf(const std::string& id) {
+  TickAll(false);
+  Recordset rights =
+      main().Query(fmt::format("SELECT * FROM UserAccess WHERE UserID={}", QuoteStr(id)));
+  for (; !rights.Eof(); rights.MoveNext()) {
+    const std::string name = NullToEmpty(rights.Field("MenuList"));
+    for (int row = 0; row < LS1.RowCount(); ++row) {
+      if (SameText(LS1.Cell(row, 0), name)) LS1.SetTicked(row, true);
+    }
+  }
+}
+
+void UserFrm::TickAll(bool on) {
+  for (int row = 0; row < LS1.RowCount(); ++row) LS1.SetTicked(row, on);
+}
+
+void UserFrm::ClearAll() {
+  record_.Clear();
+  stored_hash_.clear();
+  UserDept.Clear();
+  UserDept2.Clear();
+  TickAll(false);
+  FocusOn(UserID);
+}
+
+void UserFrm::LeaveNewIc() {
+  UserNIC.SetText(MaskNewIc(Trim(UserNIC.text())));
+  if (UserNIC.empty()) return;
+  const auto birth = BirthDateOfIc(UserNIC.text());
+  if (birth) {
+    UserDOB.SetText(*birth);
+  } else {
+    Refuse(UserNIC, {"Invalid New IC, Please check", "新身份证不正确，请检查"});
+  }
+}
+
+void UserFrm::LeaveTime(TextBox& box, const Caption& invalid) {
+  box.SetText(Trim(box.text()));
+  CheckTime(box, invalid);
+}
+
+// Hours and minutes of 00 are refused, both, on purpose.
+bool UserFrm::CheckTime(TextBox& box, const Caption& invalid) {
+  if (box.empty() || box.text() == ":" || box.text() == "__:__") {
+    box.Clear();
+    return true;
+  }
+  if (!FitsTimeMask(box.text())) return Refuse(box, invalid);
+  const int hours = CLng(std::string_view(box.text()).substr(0, 2));
+  const int minutes = CLng(std::string_view(box.text()).substr(3));
+  if (hours < 1 || hours > 23) {
+    return Refuse(box,
+                  {"Invalid Hours, should be within 01 to 23", "小时不正确，应在 01 至 23 之间"});
+  }
+  if (minutes < 1 || minutes > 59) {
+    return Refuse(box,
+                  {"Invalid Minutes, should be within 01 to 59", "分钟不正确，应在 01 至 59 之间"});
+  }
+  box.SetMark(false);
+  return true;
+}
+
+bool UserFrm::CheckBeforeSave() {
+  const bool new_password = UserDept.text() != stored_hash_;
+  if (new_password && !IsPasswordText(UserDept.text())) {
+    return Refuse(UserDept, {"Invalid password, use only 0-9, a-z and A-Z",
+                             "密码不正确，只可用 0-9、a-z 和 A-Z"});
+  }
+  if (UserID.empty()) return Refuse(UserID, {"User ID required", "请输入用户编号"});
+  if (UserLevel.empty()) return Refuse(UserLevel, {"Level required", "请选择级别"});
+  if (UserDept.text() != UserDept2.text())
+    return Refuse(UserDept2, {"Password mismatch", "密码不符"});
+  if (UserDept.empty()) return Refuse(UserDept, {"Password required", "请输入密码"});
+  if (CompCode.empty()) return Refuse(CompCode, {"Company Code is require", "请选择公司"});
+  gcc2.SetText(AllowedList());
+  return CheckLevels();
+}
+
+// Nobody makes a user above the own level, and only level 4 up changes a user of level 4: otherwise
+// whoever may open this screen could become an administrator.
+bool UserFrm::CheckLevels() {
+  if (LevelNumber(UserLevel.text()) > session().CurrentLevel) {
+    return Refuse(UserLevel, {"You cannot give a level above your own", "不可给予高于自己的级别"});
+  }
+  const std::string stored = ScalarQuery(
+      main(),
+      fmt::format("SELECT UserLevel FROM UserMast WHERE UserID={}", QuoteStr(UserID.text())));
+  if (LevelNumber(stored) >= 4 && session().CurrentLevel < 4) {
+    return Refuse(UserID, {"Only an administrator may change this user", "只有管理员可更改此用户"});
+  }
+  return true;
+}
+
+std::string UserFrm::AllowedList() const {
+  std::string list;
+  std::istringstream lines(gcc2.empty() ? CompCode.text() : gcc2.text());
+  for (std::string line; std::getline(lines, line);) {
+    line = Trim(line);
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    if (line.empty()) continue;
+    const std::string known = ScalarQuery(
+        main(), fmt::format("SELECT CompCode FROM CompMast WHERE CompCode={}", QuoteStr(line)));
+    if (!known.empty()) list += (list.empty() ? "" : "\r\n") + Upper(line);
+  }
+  return list.empty() ? CompCode.text() : list;
+}
+
+void UserFrm::Save() {
+  if (!CheckBeforeSave() || !CheckTime(TimeStart, kInvalidStart) ||
+      !CheckTime(TimeEnd, kInvalidEnd))
+    return;
+  if (!Confirm({"Confirm to save ?", "确定储存？"})) return;
+  Write();
+}
+
+void UserFrm::Write() {
+  const std::string id = UserID.text();
+  const std::string quoted = QuoteStr(id);
+  const bool exists =
+      !ScalarQuery(main(), fmt::format("SELECT UserID FROM UserMast WHERE UserID={}", quoted))
+           .empty();
+  const std::string statement = exists ? record_.UpdateStatement(id) : record_.InsertStatement();
+  // From here on the user and the rights are stored whole or not at all.
+  main().BeginTrans();
+  ExecuteOnRow(main(), statement, id);
+  main().Execute(fmt::format("Delete from UserAccess where UserID = {}", quoted));
+  for (int row = 0; row < LS1.RowCount(); ++row) {
+    if (!LS1.Ticked(row)) continue;
+    main().Execute(fmt::format("INSERT INTO UserAccess (UserID,MenuList,MenuNo) VALUES ({},{},{})",
+                               quoted, QuoteStr(LS1.Cell(row, 0)), LS1.Cell(row, 2)));
+  }
+  main().CommitTrans();
+  WriteLog(session(), LogLine(session(), fmt::format(" - User ID {} saved", id)));
+  LoadUser(id);
+  if (exists) {
+    Tell(MessageKind::information, {"User ID updated", "用户已更新"});
+  } else {
+    Tell(MessageKind::information, {"User ID Saved", "用户已储存"});
+  }
+}
+
+void UserFrm::Delete() {
+  if (UserID.empty()) {
+    Refuse(UserID, {"User ID required", "请输入用户编号"});
+    return;
+  }
+  if (!CheckLevels()) return;
+  const std::string id = UserID.text();
+  if (!Confirm({fmt::format("Confirm to delete {} ?", id), fmt::format("确定刪除 {} ？", id)}))
+    return;
+  const std::string quoted = QuoteStr(id);
+  main().BeginTrans();
+  ExecuteOnRow(main(), fmt::format("Delete from UserMast where UserID={}", quoted), id);
+  main().Execute(fmt::format("Delete from UserAccess where UserID = {}", quoted));
+  main().CommitTrans();
+  ClearAll();
+  Tell(MessageKind::information,
+       {fmt::format("User ID {} deleted", id), fmt::format("用户 {} 已删除", id)});
+}
+
+}  // namespace kaunter
