@@ -4,6 +4,8 @@
 
 #include <stdexcept>
 
+#include "platform/sql/odbc_string.h"
+
 namespace kaunter {
 namespace {
 
@@ -72,46 +74,6 @@ std::string ReadValue(std::string_view text, std::size_t* at) {
                   start + 1, close));
 }
 
-// A value as a driver manager reads it back.
-std::string Braced(std::string_view value) {
-  if (value.find_first_of("[]{}(),;?*=!@ '\"") == std::string_view::npos) {
-    return std::string(value);
-  }
-  std::string braced = "{";
-  for (const char c : value) {
-    braced += c;
-    if (c == '}') braced += c;
-  }
-  return braced + "}";
-}
-
-void Append(std::string* text, std::string_view key, std::string_view value) {
-  if (value.empty()) return;
-  if (!text->empty() && text->back() != ';') *text += ';';
-  *text += fmt::format("{}={}", key, Braced(value));
-}
-
-// The text for the driver manager: the source's own, with the account and the catalog where it has
-// none of its own. The audit database lies beside the source's own database.
-std::string OdbcString(const std::string& target, const ConnectionString& asked) {
-  const ConnectionString own = ConnectionString::Parse(target);
-  const std::string catalog = asked.Get("Initial Catalog");
-  std::string text;
-  if (own.Has("Database") && EndsInLogs(catalog)) {
-    for (const auto& [key, value] : own.pairs()) {
-      Append(&text, key, key == "database" ? BesideForLogs(value) : value);
-    }
-  } else {
-    text = target;
-    if (!own.Has("Database")) Append(&text, "DATABASE", catalog);
-  }
-  if (!own.Has("UID") && !own.Has("Trusted_Connection")) {
-    Append(&text, "UID", asked.Get("User ID"));
-    Append(&text, "PWD", asked.Get("Password"));
-  }
-  return text;
-}
-
 }  // namespace
 
 ConnectionString ConnectionString::Parse(std::string_view text) {
@@ -168,33 +130,20 @@ std::unique_ptr<Connection> OpenConnection(std::string_view name,
   } catch (const std::invalid_argument& error) {
     throw SqlError(4060, fmt::format("Cannot open {}: {}.", name, error.what()));
   }
-  const std::string source_name = asked.Get("Data Source");
-  const std::string catalog = asked.Get("Initial Catalog");
-  if (const auto source = sources.Find(source_name)) {
-    if (source->kind == DataSource::Kind::kOdbc) {
-      return OpenOdbc(name, OdbcString(source->target, asked), clock);
-    }
-    const std::string path = EndsInLogs(catalog) ? BesideForLogs(source->target) : source->target;
-    return OpenSqlite(name, path, /*create=*/false, clock);
-  }
-  if (asked.Has("Driver") || asked.Has("DSN")) {
-    return OpenOdbc(name, std::string(connection_string), clock);
-  }
-  if (source_name.empty()) {
-    throw SqlError(4060, fmt::format("Cannot open {}: the connection string names no data source. "
-                                     "Give one in the local settings (ConnDataSource).",
-                                     name));
+  const std::optional<DataSource> source = sources.Find(asked.Get("Data Source"));
+  if (source && source->kind == DataSource::Kind::kEmbedded) {
+    const bool logs = EndsInLogs(asked.Get("Initial Catalog"));
+    return OpenSqlite(name, logs ? BesideForLogs(source->target) : source->target,
+                      /*create=*/false, clock);
   }
   std::string text;
-  // A server is named directly by the second provider, an entry of the driver manager by the first.
-  if (Lower(asked.Get("Provider")).starts_with("sqloledb")) {
-    Append(&text, "DRIVER", "ODBC Driver 18 for SQL Server");
-    Append(&text, "SERVER", source_name);
-    Append(&text, "Encrypt", "Optional");
-  } else {
-    Append(&text, "DSN", source_name);
+  try {
+    text = sql::OdbcString(asked, source ? source->target : "", sql::ReadOdbcInventory());
+  } catch (const std::invalid_argument& error) {
+    throw SqlError(4060, fmt::format("Cannot open {}: the local data source {}: {}.", name,
+                                     asked.Get("Data Source"), error.what()));
   }
-  return OpenOdbc(name, OdbcString(text, asked), clock);
+  return OpenOdbc(name, text, clock);
 }
 
 }  // namespace kaunter

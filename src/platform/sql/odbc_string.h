@@ -1,0 +1,40 @@
+// The text that SQLDriverConnect takes, made from the connection string of the office.
+//
+// The office writes its strings for OLE DB ("Provider=MSDASQL.1;Password=...;User ID=...;Data
+// Source=...;Initial Catalog=..."). MSDASQL.1 stands for an ODBC source; SQLOLEDB.1 for an SQL
+// Server spoken to directly, for which a driver is chosen among the installed ones.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/sql/data_source.h"
+
+namespace kaunter::sql {
+
+// What the machine's driver manager knows.
+struct OdbcInventory {
+  std::vector<std::string> drivers;                               // names for "Driver="
+  std::vector<std::pair<std::string, std::string>> data_sources;  // name, its driver
+};
+OdbcInventory ReadOdbcInventory();
+
+// `local_text` is the ODBC text of the local data source that the string names ("" when it names
+// none). What that text says itself about user, password and database holds; a catalogue
+// "<name>-Logs" takes the database beside the text's own. Where the driver is SQLite's, a database
+// is a file and the office's catalogue never names one: the audit tables are in the file with
+// "-Logs" behind its stem, or in the source "<source>-Logs". Throws SqlError 4060 with what to do
+// for a provider that ODBC cannot stand in for, a string without a data source, and when no driver
+// for SQL Server is installed; std::invalid_argument for a local text that does not parse.
+std::string OdbcString(const ConnectionString& office, std::string_view local_text,
+                       const OdbcInventory& inventory);
+
+// The string without its password, for messages: "DSN=office, DATABASE=main".
+std::string OdbcSourceName(std::string_view odbc_string);
+
+// A value as an ODBC string holds it: in braces when it has `;`, `{`, `}` or blanks at an end.
+std::string OdbcValue(std::string_view value);
+
+}  // namespace kaunter::sql
