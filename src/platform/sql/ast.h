@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/sql/function_table.h"
 #include "platform/sql/lexer.h"
 #include "platform/sql/translate.h"
 
@@ -88,7 +89,7 @@ struct Expr {
   Type type;
   const Source* source = nullptr;  // of a column
   bool base_column = false;        // a column as its table declares it, with its collation
-  bool nullable = true;
+  Function function = Function::kNone;
   Conversion conversion = Conversion::kAsText;  // of a literal
   int scale = 0;                                // kAsDecimal
   int width = 0;                                // kAsText, kCheckWidth
@@ -100,15 +101,14 @@ struct SourceColumn {
   std::string_view name;
   Type type;
   bool base = false;
-  bool nullable = true;
 };
 
 // What a FROM clause makes visible under one name.
 struct Source {
-  std::string_view alias;                 // as exposed; empty for none
+  std::string_view alias;                 // as exposed
   const CatalogueTable* table = nullptr;  // base table, else
+  bool system = false;                    // the table is a view of INFORMATION_SCHEMA
   std::vector<SourceColumn> columns;      // of a derived table
-  bool nullable = false;                  // on the outer side of a join
 };
 
 enum class JoinKind : std::uint8_t { kInner, kLeft, kRight, kFull, kCross };
@@ -138,7 +138,6 @@ struct SelectItem {
   std::string_view alias;
   std::string_view star_qualifier;
   std::size_t place = 0;
-  const Source* star_source = nullptr;  // by the binder, of t.*
 };
 
 struct OrderItem {
@@ -162,9 +161,10 @@ struct SelectCore {
   std::unique_ptr<Select> nested;  // a bracketed select that is a part of a UNION
   std::size_t place = 0;
   // By the binder:
-  std::vector<ResultColumn> columns;
-  std::vector<bool> base;   // which columns are plain columns with their collation
-  bool aggregated = false;  // GROUP BY, HAVING or an aggregate
+  std::vector<ResultColumn> columns;   // * expanded
+  std::vector<std::size_t> item_of;    // of each column: its item
+  std::vector<const Source*> sources;  // what FROM makes visible
+  bool aggregated = false;             // GROUP BY, HAVING or an aggregate
 };
 
 enum class SetOp : std::uint8_t { kUnion, kUnionAll, kExcept, kIntersect };
@@ -181,6 +181,7 @@ struct Select {
   std::vector<SelectCore> cores;
   std::vector<SetOp> ops;  // one less than cores
   std::vector<OrderItem> order_by;
+  std::uint16_t depth = 1;  // of the deepest expression in it, its own level included
   bool single_row = false;  // by the binder: never more than one row
 };
 

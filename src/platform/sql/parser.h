@@ -20,6 +20,8 @@ class Parser {
 
   // Throws SqlError: 102 for what the grammar does not know, 191 for a statement nested too deeply.
   Statement Parse();
+  // How many literals of the statement may become parameters.
+  int literal_count() const { return literals_; }
 
  private:
   // parser.cpp: tokens
@@ -89,8 +91,10 @@ class Parser {
   ExprPtr ParseWindow(ExprPtr call);
   ExprPtr ParseBrace();
   ExprPtr Make(ExprKind kind, std::size_t place) const;
-  // Adds an argument and counts the depth.
-  void Give(Expr& expr, ExprPtr argument) const;
+  // Adds an argument, or the subquery, and counts the depth.
+  void Give(Expr& expr, ExprPtr argument);
+  void GiveSelect(Expr& expr);
+  void CountDepth(int depth);
 
   // Stands at every way down; counts and refuses.
   class Descent {
@@ -109,6 +113,7 @@ class Parser {
   Token token_;
   Token next_;
   int depth_ = 0;
+  int deepest_ = 0;        // expression of the select that is being read
   int literals_ = 0;       // handed out so far
   int literal_ = -1;       // number of token_, when it is a parameter
   int next_literal_ = -1;  // number of next_

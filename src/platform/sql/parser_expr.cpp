@@ -50,12 +50,23 @@ ExprPtr Parser::Make(ExprKind kind, std::size_t place) const {
   return expr;
 }
 
-void Parser::Give(Expr& expr, ExprPtr argument) const {
-  expr.depth = std::max(expr.depth, static_cast<std::uint16_t>(argument->depth + 1));
-  if (expr.depth > kTallest) {
-    Fail(191, "Some part of your SQL statement is nested too deeply.", statement_, argument->place);
+void Parser::CountDepth(int depth) {
+  if (depth > kTallest) {
+    Fail(191, "Some part of your SQL statement is nested too deeply.", statement_, token_.begin);
   }
+  deepest_ = std::max(deepest_, depth);
+}
+
+void Parser::Give(Expr& expr, ExprPtr argument) {
+  expr.depth = std::max(expr.depth, static_cast<std::uint16_t>(argument->depth + 1));
+  CountDepth(expr.depth);
   expr.args.push_back(std::move(argument));
+}
+
+void Parser::GiveSelect(Expr& expr) {
+  expr.select = ParseSelect();
+  expr.depth = std::max(expr.depth, static_cast<std::uint16_t>(expr.select->depth + 1));
+  CountDepth(expr.depth);
 }
 
 ExprPtr Parser::ParseExpr() {
@@ -138,7 +149,7 @@ ExprPtr Parser::ParsePredicate() {
       Give(*expr, std::move(left));
       Expect(Symbol::kOpen);
       if (select) {
-        expr->select = ParseSelect();
+        GiveSelect(*expr);
       } else {
         do {
           Give(*expr, ParseExpr());
@@ -231,7 +242,7 @@ ExprPtr Parser::ParsePrimary() {
         ExprPtr expr;
         if (At(Keyword::kSelect)) {
           expr = Make(ExprKind::kSubquery, place);
-          expr->select = ParseSelect();
+          GiveSelect(*expr);
         } else {
           expr = ParseExpr();
         }
@@ -257,7 +268,7 @@ ExprPtr Parser::ParsePrimary() {
       Advance();
       ExprPtr expr = Make(ExprKind::kExists, place);
       Expect(Symbol::kOpen);
-      expr->select = ParseSelect();
+      GiveSelect(*expr);
       Expect(Symbol::kClose);
       return expr;
     }

@@ -1,4 +1,5 @@
 // The parser's SELECT.
+#include <algorithm>
 #include <string>
 
 #include "platform/sql/parser.h"
@@ -9,6 +10,8 @@ namespace kaunter::sql {
 std::unique_ptr<Select> Parser::ParseSelect() {
   const Descent descent(*this);
   auto select = std::make_unique<Select>();
+  const int outer_depth = deepest_;
+  deepest_ = 0;
   if (Accept(Keyword::kWith)) {
     do {
       CommonTable& table = select->with.emplace_back();
@@ -49,6 +52,9 @@ std::unique_ptr<Select> Parser::ParseSelect() {
     Advance();
   }
   if (At(Keyword::kFor)) NotSupported("FOR XML and FOR BROWSE");
+  CountDepth(deepest_ + 1);
+  select->depth = static_cast<std::uint16_t>(deepest_);
+  deepest_ = std::max(deepest_, outer_depth);
   return select;
 }
 
