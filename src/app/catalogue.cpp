@@ -1,7 +1,9 @@
 #include "app/catalogue.h"
 
+#include "core/company_screens.h"
 #include "core/password_screens.h"
 #include "core/session.h"
+#include "core/setup_frm.h"
 #include "core/user_frm.h"
 #include "core/values.h"
 #include "loans/loan_calc_frm.h"
@@ -22,7 +24,10 @@ struct Entry {
 
 constexpr Entry kScreens[] = {
     {"ChangePasswordfrm", Make<ChangePasswordfrm>},
+    {"CompCodeFrm", Make<CompCodeFrm>},
+    {"CompProfileFrm", Make<CompProfileFrm>},
     {"LoanCalcfrm", Make<LoanCalcfrm>},
+    {"SetupFrm", Make<SetupFrm>},
     {"UserFrm", Make<UserFrm>},
 };
 

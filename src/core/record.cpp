@@ -191,15 +191,23 @@ std::string Record::InsertStatement() const {
   return fmt::format("INSERT INTO {} ({}) VALUES ({})", table_, columns, values);
 }
 
-std::string Record::UpdateStatement(std::string_view key_value) const {
+std::string Record::Assignments() const {
   std::string assignments;
   for (const Field& field : fields_) {
     if (field.read_only || field.insert_only || SameText(field.column, key_)) continue;
     assignments +=
         fmt::format("{}{}={}", assignments.empty() ? "" : ",", field.column, Literal(field));
   }
-  return fmt::format("UPDATE {} SET {} WHERE {}={}", table_, assignments, key_,
+  return assignments;
+}
+
+std::string Record::UpdateStatement(std::string_view key_value) const {
+  return fmt::format("UPDATE {} SET {} WHERE {}={}", table_, Assignments(), key_,
                      QuoteStr(key_value));
+}
+
+std::string Record::UpdateOnlyRow() const {
+  return fmt::format("UPDATE {} SET {}", table_, Assignments());
 }
 
 void ExecuteOnRow(Connection& connection, std::string_view sql, std::string_view key) {

@@ -60,6 +60,8 @@ class Record {
   // is none; the box is marked and gets the focus.
   std::string InsertStatement() const;
   std::string UpdateStatement(std::string_view key_value) const;
+  // For a table of one row: no WHERE.
+  std::string UpdateOnlyRow() const;
 
   const std::string& table() const { return table_; }
 
@@ -74,6 +76,7 @@ class Record {
     std::string remembered;
   };
   Record& Bind(Control& control, As as, std::string column);
+  std::string Assignments() const;
   std::string Literal(const Field& field) const;
 
   std::string table_;
