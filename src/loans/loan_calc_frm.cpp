@@ -18,14 +18,6 @@ constexpr int kNameLength = 300;
 constexpr int kNumberLength = 20;
 constexpr int kDateLength = 10;
 
-std::vector<std::string> FirstColumn(Connection& connection, std::string_view sql) {
-  std::vector<std::string> texts;
-  for (Recordset rows = connection.Query(sql); !rows.Eof(); rows.MoveNext()) {
-    texts.push_back(NullToEmpty(rows.Field(0)));
-  }
-  return texts;
-}
-
 Refusal Required(const TextBox& box, Caption text) { return {box.name(), std::move(text)}; }
 
 std::optional<Refusal> WithText(std::optional<Refusal> refusal, Caption text) {
@@ -51,7 +43,7 @@ std::string Parameter(const TextBox& box) {
 }  // namespace
 
 LoanCalcfrm::LoanCalcfrm(Session& session, Desk& desk)
-    : Screen("LoanCalcfrm", {"Loan Calculation", "贷款计算"}, desk), session_(session) {
+    : SessionScreen("LoanCalcfrm", {"Loan Calculation", "贷款计算"}, session, desk) {
   CustName.max_length = kNameLength;
   for (TextBox* box : {&TrxDate, &NextDueDate}) box->max_length = kDateLength;
   for (TextBox* box : {&LoanAmt, &InsRate, &LoanTerm, &LoanTerm2}) box->max_length = kNumberLength;
@@ -60,7 +52,7 @@ LoanCalcfrm::LoanCalcfrm(Session& session, Desk& desk)
   }
   InstallmentAmt2.SetVisible(false);
 
-  CustName.onLeave = [this] { CustName.SetText(ApplyCapLock(session_, CustName.text())); };
+  CustName.onLeave = [this] { CustName.SetText(ApplyCapLock(this->session(), CustName.text())); };
   TrxDate.onLeave = [this] { LeaveDate(TrxDate); };
   NextDueDate.onLeave = [this] { LeaveDate(NextDueDate); };
   LoanAmt.onLeave = [this] { LeaveMoney(); };
@@ -74,38 +66,27 @@ LoanCalcfrm::LoanCalcfrm(Session& session, Desk& desk)
 }
 
 void LoanCalcfrm::Load() {
-  Connection& main = session_.Main();
-  CompCode.SetItems(FirstColumn(main, "SELECT CompCode FROM CompMast ORDER BY CompCode"));
-  CompCode.SetText(session_.CurrentCompCode);
-  LoanTypeID.SetItems(FirstColumn(main, "SELECT LoanTypeID FROM LoanTypeMast ORDER BY LoanTypeID"));
+  FillCompanies(CompCode, session());
+  CompCode.SetText(session().CurrentCompCode);
+  FillItems(LoanTypeID, main(), "SELECT LoanTypeID FROM LoanTypeMast ORDER BY LoanTypeID");
   LoanTypeID.SetText("MONTH");
   DragLoan.SetIndex(0);
-  TrxDate.SetText(ServerNow(main, false));
+  TrxDate.SetText(ServerNow(main(), false));
 }
 
 void LoanCalcfrm::Unload() {
-  if (!LoanID.empty()) DeleteCalculation(session_.Main(), LoanID.text());
+  if (!LoanID.empty()) DeleteCalculation(main(), LoanID.text());
 }
 
-void LoanCalcfrm::Tell(const Refusal& refusal) {
-  const std::string& title =
-      session_.MsgTitle.empty() ? this->title().In(session_.ChineseFlag) : session_.MsgTitle;
-  session_.MsgText = session_.In(refusal.text);
-  desk().Message(MessageKind::critical, title, session_.MsgText);
-}
-
-void LoanCalcfrm::Refuse(const Refusal& refusal) {
-  Tell(refusal);
-  if (Control* control = Find(refusal.field)) {
-    control->SetMark(true);
-    FocusOn(*control);
-  }
+bool LoanCalcfrm::RefuseWith(const Refusal& refusal) {
+  Control* control = Find(refusal.field);
+  return control != nullptr ? Refuse(*control, refusal.text) : Refuse(refusal.text);
 }
 
 void LoanCalcfrm::CheckOnLeave(TextBox& box, const std::optional<Refusal>& refusal) {
   box.SetText(Trim(box.text()));
   const bool wrong = !box.empty() && refusal.has_value();
-  if (wrong) Tell(*refusal);
+  if (wrong) Tell(MessageKind::critical, refusal->text);
   box.SetMark(wrong);
 }
 
@@ -170,10 +151,7 @@ bool LoanCalcfrm::Calculate() {
     if (LoanTerm2.empty()) LoanTerm2.SetText("0");
     refusal = FirstWrong();
   }
-  if (refusal) {
-    Refuse(*refusal);
-    return false;
-  }
+  if (refusal) return RefuseWith(*refusal);
   CalculatorFigures figures;
   Schedule schedule;
   try {
@@ -181,17 +159,14 @@ bool LoanCalcfrm::Calculate() {
     figures = CalcFigures(terms);
     schedule = CalculatorSchedule(terms, figures);
   } catch (const std::overflow_error&) {
-    Refuse({LoanAmt.name(), {"Loan Amount or Interest Rate is too large", "贷款金额或利率过大"}});
-    return false;
+    return Refuse(LoanAmt, {"Loan Amount or Interest Rate is too large", "贷款金额或利率过大"});
   } catch (const std::out_of_range&) {
-    Refuse({LoanTerm.name(),
-            {"Loan Term is too long, the last due date is past year 9999", "贷款期数过长"}});
-    return false;
+    return Refuse(LoanTerm, {"Loan Term is too long, the last due date is past year 9999",
+                             "贷款期数过长，最后到期日超过 9999 年"});
   }
-  Connection& main = session_.Main();
-  if (LoanID.empty()) LoanID.SetText(NextSeries(main, "LC-", "", false));
+  if (LoanID.empty()) LoanID.SetText(NextSeries(main(), "LC-", "", false));
   ShowFigures(figures, schedule);
-  StoreCalculation(main, LoanID.text(), schedule, figures.LoanBal);
+  StoreCalculation(main(), LoanID.text(), schedule, figures.LoanBal);
   ShowRows();
   return true;
 }
@@ -207,7 +182,7 @@ void LoanCalcfrm::ShowRows() {
   std::vector<std::vector<std::string>> lines;
   Money payable;
   Money interest;
-  for (Recordset rows = session_.Main().Query(
+  for (Recordset rows = main().Query(
            "SELECT * FROM SchMast2 WHERE LoanID=" + QuoteStr(LoanID.text()) + " ORDER BY DueDate");
        !rows.Eof(); rows.MoveNext()) {
     lines.push_back({ShowInt(rows.Field("SchID")), ShowDate(rows.Field("DueDate")),
@@ -216,10 +191,10 @@ void LoanCalcfrm::ShowRows() {
     payable += Money::FromText(lines.back()[2]);
     interest += Money::FromText(lines.back()[4]);
   }
-  TotalLBL.SetText(session_.In({fmt::format("{} instalments, payable {}, of it interest {}",
-                                            lines.size(), ShowMoney(payable), ShowMoney(interest)),
-                                fmt::format("共 {} 期，应还总额 {}，其中利息 {}", lines.size(),
-                                            ShowMoney(payable), ShowMoney(interest))}));
+  TotalLBL.SetText(session().In({fmt::format("{} instalments, payable {}, of it interest {}",
+                                             lines.size(), ShowMoney(payable), ShowMoney(interest)),
+                                 fmt::format("共 {} 期，应还总额 {}，其中利息 {}", lines.size(),
+                                             ShowMoney(payable), ShowMoney(interest))}));
   SchDG.SetRows(std::move(lines));
 }
 
@@ -238,13 +213,16 @@ std::optional<Refusal> LoanCalcfrm::FirstBlankOfPrint() const {
 }
 
 void LoanCalcfrm::Print() {
-  if (auto refusal = FirstBlankOfPrint()) return Refuse(*refusal);
+  if (auto refusal = FirstBlankOfPrint()) {
+    RefuseWith(*refusal);
+    return;
+  }
   if (!Calculate()) return;
   ReportJob job;
-  job.ReportFileName = session_.AppPath + "/LoanCalcList.rpt";
+  job.ReportFileName = session().AppPath + "/LoanCalcList.rpt";
   job.SelectionFormula = "{SchMast2.LoanID}=" + QuoteStr(LoanID.text());
-  job.Connect = &session_.Main();
-  job.ParameterFields[0] = fmt::format("RptID;{};True", session_.Special ? "True" : "False");
+  job.Connect = &main();
+  job.ParameterFields[0] = fmt::format("RptID;{};True", session().Special ? "True" : "False");
   int number = 1;
   for (const TextBox* box : {&CustName, &TrxDate, &NextDueDate, &LoanAmt, &InsRate, &LoanTerm}) {
     job.ParameterFields[number++] = Parameter(*box);

@@ -6,15 +6,13 @@
 #include <optional>
 #include <string>
 
+#include "core/session_screen.h"
 #include "loans/calculator.h"
 #include "loans/refusal.h"
-#include "screen/screen.h"
 
 namespace kaunter {
 
-class Session;
-
-class LoanCalcfrm : public Screen {
+class LoanCalcfrm : public SessionScreen {
  public:
   LoanCalcfrm(Session& session, Desk& desk);
 
@@ -69,10 +67,8 @@ class LoanCalcfrm : public Screen {
   void ShowRows();
   void Print();
   std::optional<Refusal> FirstBlankOfPrint() const;
-  void Refuse(const Refusal& refusal);
-  void Tell(const Refusal& refusal);
-
-  Session& session_;
+  // Says it, marks the control and goes there. False.
+  bool RefuseWith(const Refusal& refusal);
 };
 
 }  // namespace kaunter
