@@ -1,0 +1,16 @@
+# Every tests/play/*.play is a test of its own: played on a new office, it must end with status 0.
+# A script's papers and database lie in a folder of the build, made anew for each run.
+if(TARGET kaunter-play)
+  file(GLOB scripts CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/play/*.play)
+  foreach(script ${scripts})
+    get_filename_component(name ${script} NAME_WE)
+    set(office ${CMAKE_BINARY_DIR}/play/${name})
+    add_test(NAME play-${name}
+      COMMAND ${CMAKE_COMMAND}
+        -DPROGRAM=$<TARGET_FILE:kaunter-play>
+        -DSCRIPT=${script}
+        -DOFFICE=${office}
+        -DREPORTS=${CMAKE_SOURCE_DIR}/reports
+        -P ${CMAKE_CURRENT_SOURCE_DIR}/play/run_script.cmake)
+  endforeach()
+endif()
