@@ -44,7 +44,8 @@ class ScheduleStoreTest : public ::testing::Test {
   // All rows of a query, a row a line.
   std::string Lines(const std::string& sql) {
     std::string text;
-    for (const auto& row : main().Query(sql).rows()) {
+    const Recordset rows = main().Query(sql);
+    for (const auto& row : rows.rows()) {
       for (const Value& field : row) text += field.ToText() + " ";
       text += "\n";
     }
