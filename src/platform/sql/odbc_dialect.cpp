@@ -1,5 +1,6 @@
 #include "platform/sql/odbc_dialect.h"
 
+#include "platform/sql/odbc_sqlite_dialect.h"
 #include "platform/sql/odbc_text.h"
 
 namespace kaunter::sql {
@@ -23,6 +24,7 @@ class SqlServerDialect : public OdbcDialect {
 
 std::unique_ptr<OdbcDialect> DialectFor(const OdbcSession& session) {
   if (session.IsSqlServer()) return std::make_unique<SqlServerDialect>();
+  if (session.dbms() == "SQLite") return std::make_unique<OdbcSqliteDialect>();
   return std::make_unique<UntouchedDialect>();
 }
 

@@ -45,6 +45,7 @@ class OdbcSession {
   // True once the connection is known to be gone; every later call throws 10054 and says so.
   bool Lost() const { return lost_; }
   const std::string& dbms() const { return dbms_; }
+  const std::string& source() const { return source_; }  // for messages
   bool IsSqlServer() const;
 
  private:

@@ -142,7 +142,10 @@ std::string MarkUnicodeTexts(std::string_view sql) {
   for (std::size_t at = 0; at < sql.size();) {
     const std::size_t end = EndOfToken(sql, at);
     const std::string_view token = sql.substr(at, end - at);
-    if (token.front() == '\'' && HasNonAscii(token) && before != "N" && before != "n") out += 'N';
+    if (token.front() == '\'' && HasNonAscii(token) && before != "N" && before != "n") {
+      // A word that touches the text must not swallow the mark: LIKE'x' is LIKE N'x'.
+      out += !before.empty() && IsNameByte(before.front()) ? " N" : "N";
+    }
     out += token;
     before = token;
     at = end;

@@ -84,7 +84,11 @@ SqlError Statement(const std::string& message) {
 }  // namespace
 
 SqlError SqliteFailure(sqlite3* db, int code, const std::string& path, const std::string& verb) {
-  std::string message = db == nullptr ? sqlite3_errstr(code) : sqlite3_errmsg(db);
+  return SqliteFailure(code, db == nullptr ? sqlite3_errstr(code) : sqlite3_errmsg(db), path, verb);
+}
+
+SqlError SqliteFailure(int code, std::string message, const std::string& path,
+                       const std::string& verb) {
   switch (code & 0xFF) {
     case SQLITE_CONSTRAINT:
       return Constraint(code, message, verb);

@@ -12,5 +12,8 @@ namespace kaunter::sql {
 // The error of the last call on `db`, whose extended code is `code`. `path` is the database file,
 // `verb` what was being done ("INSERT", "UPDATE", "").
 SqlError SqliteFailure(sqlite3* db, int code, const std::string& path, const std::string& verb);
+// The same for a failure that somebody else reports.
+SqlError SqliteFailure(int code, std::string message, const std::string& path,
+                       const std::string& verb);
 
 }  // namespace kaunter::sql
