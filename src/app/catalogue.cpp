@@ -2,6 +2,7 @@
 
 #include "core/company_screens.h"
 #include "core/password_screens.h"
+#include "core/popup_frm.h"
 #include "core/session.h"
 #include "core/setup_frm.h"
 #include "core/user_frm.h"
@@ -27,6 +28,7 @@ constexpr Entry kScreens[] = {
     {"CompCodeFrm", Make<CompCodeFrm>},
     {"CompProfileFrm", Make<CompProfileFrm>},
     {"LoanCalcfrm", Make<LoanCalcfrm>},
+    {"PopupFrm", Make<PopupFrm>},
     {"SetupFrm", Make<SetupFrm>},
     {"UserFrm", Make<UserFrm>},
 };

@@ -7,24 +7,12 @@
 #include "core/session.h"
 #include "core/shown.h"
 #include "core/sql_literals.h"
-#include "screen/desk.h"
+#include "screen/hourglass.h"
 
 namespace kaunter {
 namespace {
 
 constexpr std::string_view kServerClock = "SELECT GETDATE()";
-
-// The hourglass goes whatever ends the work.
-class Hourglass {
- public:
-  explicit Hourglass(Desk& desk) : desk_(desk) { desk_.Hourglass(true); }
-  ~Hourglass() { desk_.Hourglass(false); }
-  Hourglass(const Hourglass&) = delete;
-  Hourglass& operator=(const Hourglass&) = delete;
-
- private:
-  Desk& desk_;
-};
 
 Value ServerClock(Connection& connection) {
   const Recordset rows = connection.Query(kServerClock);

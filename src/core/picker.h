@@ -1,12 +1,9 @@
-// The search pickers: what each of them lists, and the statement of one page of it. PopupFrm shows
-// them.
+// Asking the person for a record: the one call that opens a search picker and gives the answer.
+// pickers.h tells which pickers there are.
 #pragma once
 
 #include <string>
 #include <string_view>
-#include <vector>
-
-#include "screen/caption.h"
 
 namespace kaunter {
 
@@ -14,7 +11,9 @@ class Session;
 class Desk;
 
 // Opens PopupFrm with this picker, modally, and gives the chosen key; "" when nothing was chosen.
-// `search` is the text typed before, `extra` a filter that a few pickers use.
+// `search` is the text typed before, `extra` a filter that a few pickers use. The hand-over fields
+// of the session are empty afterwards, CallerTag among them: a screen that was itself called with a
+// CallerTag has taken it over by then.
 std::string Pick(Session& session, Desk& desk, std::string_view picker,
                  std::string_view search = {}, std::string_view extra = {});
 

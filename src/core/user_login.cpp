@@ -7,21 +7,9 @@
 #include "core/menu.h"
 #include "core/sign_in.h"
 #include "core/values.h"
+#include "screen/hourglass.h"
 
 namespace kaunter {
-namespace {
-
-class Hourglass {
- public:
-  explicit Hourglass(Desk& desk) : desk_(desk) { desk_.Hourglass(true); }
-  ~Hourglass() { desk_.Hourglass(false); }
-
- private:
-  Desk& desk_;
-};
-
-}  // namespace
-
 UserLogin::UserLogin(Session& session, Desk& desk, MainMenu& menu)
     : SessionScreen("UserLogin", {"User Login", "用户进入"}, session, desk), menu_(menu) {
   UserID.max_length = 50;

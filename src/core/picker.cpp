@@ -1,0 +1,24 @@
+#include "core/picker.h"
+
+#include <utility>
+
+#include "core/session.h"
+#include "screen/desk.h"
+
+namespace kaunter {
+
+std::string Pick(Session& session, Desk& desk, std::string_view picker, std::string_view search,
+                 std::string_view extra) {
+  session.PickerName = picker;
+  session.PickerExtra = extra;
+  session.CallerTag = search;
+  desk.Show("PopupFrm");
+  // The picker empties its name when it opens. Where no picker came up, CallerTag still holds the
+  // search text, and that is no answer.
+  const bool opened = std::exchange(session.PickerName, {}).empty();
+  session.PickerExtra.clear();
+  std::string chosen = std::exchange(session.CallerTag, {});
+  return opened ? chosen : std::string();
+}
+
+}  // namespace kaunter

@@ -1,0 +1,93 @@
+#include "core/picker_statement.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+
+#include "core/company_access.h"
+#include "core/values.h"
+
+namespace kaunter {
+namespace {
+
+std::string CompanyOf(const Session& session, const Picker& picker) {
+  if (picker.company.empty()) return {};
+  const std::string own = CompanyCondition(session, picker.company);
+  if (own.empty() || picker.also_company.empty()) return own;
+  return fmt::format("({} or ({}))", CompanyCondition(session, picker.also_company), own);
+}
+
+std::string LikeAny(const std::vector<std::string>& columns, const std::string& text) {
+  std::vector<std::string> likes;
+  for (const std::string& column : columns) {
+    likes.push_back(fmt::format("{} like '%{}%'", column, EscapeQuotes(text)));
+  }
+  return fmt::format("({})", fmt::join(likes, " or "));
+}
+
+std::vector<std::string> Conditions(const Session& session, const Picker& picker,
+                                    const PickerFilter& filter) {
+  std::vector<std::string> all;
+  const auto add = [&all](std::string condition) {
+    if (!condition.empty()) all.push_back(std::move(condition));
+  };
+  const auto equal = [&add](const std::string& column, const std::string& wanted) {
+    if (!column.empty() && !wanted.empty()) add(column + "=" + QuoteStr(wanted));
+  };
+  add(CompanyOf(session, picker));
+  add(picker.condition);
+  if (picker.extra != nullptr) add(picker.extra(filter.extra));
+  equal(picker.company, filter.comp_code);
+  if (!picker.loan_balance.empty() && filter.hide_settled) add(picker.loan_balance + " > 0");
+  equal(picker.area, filter.area_code);
+  equal(picker.loan_group, filter.loan_group_id);
+  equal(picker.loan_type, filter.loan_type_id);
+  equal(picker.collect_info, filter.collect_info_id);
+  if (!picker.searched.empty() && !filter.search.empty()) {
+    add(LikeAny(picker.searched, filter.search));
+  }
+  return all;
+}
+
+std::string Unqualified(const std::string& column) {
+  return column.substr(column.find_last_of('.') + 1);
+}
+
+std::vector<std::string> SortColumns(const Picker& picker, const PickerFilter& filter) {
+  std::vector<std::string> columns;
+  if (!picker.order.empty()) columns.push_back(picker.order);
+  if (filter.sort < picker.sorts.size()) columns.push_back(picker.sorts[filter.sort]);
+  if (std::find(columns.begin(), columns.end(), picker.key) == columns.end()) {
+    columns.push_back(picker.key);
+  }
+  return columns;
+}
+
+std::string OrderBy(const std::vector<std::string>& columns, std::string_view direction) {
+  std::vector<std::string> parts;
+  for (const std::string& column : columns) parts.push_back(fmt::format("{}{}", column, direction));
+  return fmt::format("ORDER BY {}", fmt::join(parts, ","));
+}
+
+std::vector<std::string> Of(std::string_view alias, std::vector<std::string> columns) {
+  for (std::string& column : columns) column = fmt::format("{}.{}", alias, Unqualified(column));
+  return columns;
+}
+
+}  // namespace
+
+std::string PickerStatement(const Session& session, const Picker& picker,
+                            const PickerFilter& filter, int page_size, int limit_from) {
+  std::string rows = fmt::format("{} FROM {}", picker.columns, picker.source);
+  const std::vector<std::string> conditions = Conditions(session, picker, filter);
+  if (!conditions.empty()) rows += fmt::format("  WHERE {}", fmt::join(conditions, " AND "));
+  if (!picker.group_by.empty()) rows += " GROUP BY " + picker.group_by;
+  const std::vector<std::string> sort = SortColumns(picker, filter);
+  if (!picker.paged) return fmt::format("SELECT {} {}", rows, OrderBy(sort, ""));
+  return fmt::format("SELECT * FROM (SELECT TOP {} * FROM (SELECT TOP {} {} {}) as a {}) as b {}",
+                     page_size, limit_from, rows, OrderBy(sort, " asc"),
+                     OrderBy(Of("a", sort), " desc"), OrderBy(Of("b", sort), ""));
+}
+
+}  // namespace kaunter

@@ -1,0 +1,35 @@
+// The statement of one page of a picker.
+//
+// A paged picker is cut on the server by three nested selects: the innermost takes the first
+// `limit_from` rows in order, the middle one the last `page_size` of these, the outer one puts them
+// back in order. Where fewer than `page_size` rows are left, the last page repeats rows of the page
+// before; so it does when `limit_from` lies past the end. That is how the method works.
+#pragma once
+
+#include <string>
+
+#include "core/pickers.h"
+
+namespace kaunter {
+
+class Session;
+
+// What the person has asked for. Empty fields narrow nothing; a field that the picker does not
+// offer is left out.
+struct PickerFilter {
+  std::string search;  // wildcards of LIKE (% _ [ ]) work in it
+  std::string extra;   // PickerExtra
+  std::string comp_code;
+  std::string area_code;
+  std::string loan_group_id;
+  std::string loan_type_id;
+  std::string collect_info_id;
+  bool hide_settled = false;
+  std::size_t sort = 0;  // position among the picker's sorts
+};
+
+// `limit_from` is the last row of the page; both numbers mean nothing to a picker without pages.
+std::string PickerStatement(const Session& session, const Picker& picker,
+                            const PickerFilter& filter, int page_size, int limit_from);
+
+}  // namespace kaunter
