@@ -166,7 +166,7 @@ bool MayDeleteCode(Connection& connection, const CodeTable& table, std::string_v
   });
 }
 
-bool IsRepaymentCode(std::string_view code) {
+bool IsNewLoanTypeCode(std::string_view code) {
   if (code == "MONTH" || code == "WEEK" || code == "DAILY") return true;
   constexpr std::string_view kDays = "DAYS";
   if (!code.ends_with(kDays)) return false;

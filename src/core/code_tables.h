@@ -29,7 +29,8 @@ const std::vector<CodeTable>& CodeTables();
 
 // The code may be deleted: no fixed one, and nothing refers to it.
 bool MayDeleteCode(Connection& connection, const CodeTable& table, std::string_view code);
-// MONTH, WEEK, DAILY, or a number above 0 before DAYS.
-bool IsRepaymentCode(std::string_view code);
+// What the code table takes as a new repayment code: MONTH, WEEK, DAILY, or a number above 0 before
+// DAYS.
+bool IsNewLoanTypeCode(std::string_view code);
 
 }  // namespace kaunter

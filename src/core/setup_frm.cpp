@@ -125,7 +125,7 @@ bool SetupModifyFrm::CheckNewCode() {
     return Refuse(SetupModifyCode,
                   {fmt::format("{} existed", code), fmt::format("{} 已存在", code)});
   }
-  if (table_.table == "LoanTypeMast" && !IsRepaymentCode(code)) {
+  if (table_.table == "LoanTypeMast" && !IsNewLoanTypeCode(code)) {
     return Refuse(SetupModifyCode, {"Invalid code, should be in (NN)DAYS format, (NN) is numeric",
                                     "贷款类型不正确，应该是 (NN)DAYS 方式，(NN) 是数目"});
   }
