@@ -61,8 +61,8 @@ std::string DrawCustomer(Connection& main, std::string_view prefix) {
     return std::string(prefix) + "0001";
   }
   const std::string n = Padded(Raised(CounterOf(row), prefix), 4);
-  main.Execute(
-      fmt::format("Update NumberMast set CustID={},LoanNo = '{}' where CustID = {}", key, n, key));
+  main.Execute(fmt::format("Update NumberMast set CustID={},LoanNo = {} where CustID = {}", key,
+                           QuoteStr(n), key));
   return std::string(prefix) + n;
 }
 
