@@ -13,7 +13,9 @@ namespace kaunter::sql {
 namespace {
 
 constexpr std::uintptr_t kLoginSeconds = 15;
-constexpr std::string_view kProbe = "陈";
+// With a character of two UTF-16 units: under some locales the driver manager carries the first
+// through an ANSI driver, and breaks the second. A server that knows no such characters may do.
+constexpr std::string_view kProbes[] = {"陈😀", "陈"};
 
 SQLPOINTER AsPointer(std::uintptr_t number) { return reinterpret_cast<SQLPOINTER>(number); }
 
@@ -97,9 +99,11 @@ bool OdbcSession::IsSqlServer() const { return dbms_ == "Microsoft SQL Server"; 
 // The driver manager widens bytes blindly between an ANSI driver and wide calls, and back: nothing
 // fails, but Chinese is garbled. So what comes back right is kept.
 void OdbcSession::ProbeTexts() {
-  for (const bool wide : {true, false}) {
-    wide_ = wide;
-    if (ChineseComesBack()) return;
+  for (const std::string_view probe : kProbes) {
+    for (const bool wide : {true, false}) {
+      wide_ = wide;
+      if (ComesBack(probe)) return;
+    }
   }
   throw SqlError(kCannotOpenNumber,
                  fmt::format("Cannot use {} ({}): its driver or its character set loses Chinese "
@@ -108,13 +112,13 @@ void OdbcSession::ProbeTexts() {
                              name_, source_));
 }
 
-bool OdbcSession::ChineseComesBack() {
+bool OdbcSession::ComesBack(std::string_view probe) {
   try {
     const OdbcOutcome outcome =
-        Run(fmt::format("SELECT {}'{}'", IsSqlServer() ? "N" : "", kProbe), true);
+        Run(fmt::format("SELECT {}'{}'", IsSqlServer() ? "N" : "", probe), true);
     if (!outcome.rows || outcome.rows->Eof()) return false;
     const std::string* text = outcome.rows->Field(0).AsText();
-    return text != nullptr && *text == kProbe;
+    return text != nullptr && *text == probe;
   } catch (const SqlError&) {
     if (lost_) throw;
     return false;  // the driver cannot read its own garbled text

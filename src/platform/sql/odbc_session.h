@@ -52,7 +52,7 @@ class OdbcSession {
   void Connect(const std::string& odbc_string);
   void ReadDbms();
   void ProbeTexts();
-  bool ChineseComesBack();
+  bool ComesBack(std::string_view probe);
   SQLRETURN ExecDirect(const OdbcHandle& statement, std::string_view sql) const;
   OdbcOutcome Drain(const OdbcHandle& statement, SQLRETURN result, bool want_rows,
                     const std::vector<ResultColumn>& known);
