@@ -1,0 +1,210 @@
+// Opening a database file: what is made, what is refused and in which words, and several desktops
+// on one file.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+#include "platform/sql/data_source.h"
+
+namespace kaunter {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+
+class SqliteOpen : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    folder_ = fs::temp_directory_path() / ("kaunter-open-" + std::to_string(getpid()));
+    fs::create_directories(folder_);
+  }
+  void TearDown() override { fs::remove_all(folder_); }
+  std::string Path(const char* name = "office.db") const { return (folder_ / name).string(); }
+  std::unique_ptr<Connection> Open(const std::string& path, bool create = false) {
+    return OpenSqlite("MainConn", path, create, clock_);
+  }
+  void ExpectRefused(const std::string& path, bool create, const char* why) {
+    try {
+      Open(path, create);
+      FAIL() << path;
+    } catch (const SqlError& error) {
+      EXPECT_EQ(error.number(), 4060) << error.what();
+      EXPECT_THAT(error.what(), AllOf(HasSubstr(path), HasSubstr(why)));
+    }
+  }
+  static void Raw(const std::string& path, const char* sql) {
+    sqlite3* db = nullptr;
+    sqlite3_open(path.c_str(), &db);
+    ASSERT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
+    sqlite3_close(db);
+  }
+
+  fs::path folder_;
+  Clock clock_;
+};
+
+TEST_F(SqliteOpen, RefusesWhatIsNoDatabaseOfOurs) {
+  ExpectRefused(Path("missing.db"), false, "no such file");
+  EXPECT_FALSE(fs::exists(Path("missing.db")));
+  ExpectRefused(Path("nofolder/office.db"), true, "no folder");
+  ExpectRefused(folder_.string(), true, "it is a folder");
+  const std::string letter = "Dear Sir, this is a letter and no database at all.";
+  std::ofstream(Path("letter.db")) << letter;
+  ExpectRefused(Path("letter.db"), true, "no database");
+  EXPECT_EQ(fs::file_size(Path("letter.db")), letter.size());
+  Raw(Path("other.db"), "PRAGMA application_id = 12345; CREATE TABLE t (a)");
+  ExpectRefused(Path("other.db"), true, "another program");
+  Open(Path("newer.db"), true);
+  Raw(Path("newer.db"), "PRAGMA user_version = 999");
+  ExpectRefused(Path("newer.db"), false, "newer Kaunter");
+  if (geteuid() != 0) {  // to the super-user every file is readable
+    Open(Path("locked.db"), true);
+    chmod(Path("locked.db").c_str(), 0);
+    ExpectRefused(Path("locked.db"), false, "right to read");
+  }
+}
+
+TEST_F(SqliteOpen, AFileWithADamagedBeginningIsRefusedWithItsPath) {
+  Open(Path(), true)->Execute("create table T (A int)");
+  {
+    std::fstream file(Path(), std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(16);
+    file << std::string(80, '\x7f');
+  }
+  ExpectRefused(Path(), false, "no database");
+}
+
+TEST_F(SqliteOpen, ADamagedPageIsTold) {
+  {
+    const auto db = Open(Path(), true);
+    db->Execute("create table T (A int, B nvarchar(max))");
+    db->BeginTrans();
+    for (int i = 0; i < 200; ++i) {
+      db->Execute("insert into T values (1,'" + std::string(500, 'b') + "')");
+    }
+    db->CommitTrans();
+  }
+  {
+    std::fstream file(Path(), std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(4096);
+    file << std::string(4096 * 8, '\x7f');
+  }
+  try {
+    Open(Path())->Query("select * from T");
+    FAIL();
+  } catch (const SqlError& error) {
+    EXPECT_EQ(error.number(), 824);
+    EXPECT_THAT(error.what(), AllOf(HasSubstr(Path()), HasSubstr("backup")));
+  }
+}
+
+TEST_F(SqliteOpen, ASaveWithoutRoomIsRefusedAndLeavesNothing) {
+  {
+    const auto db = Open(Path(), true);
+    db->Execute("create table T (A int, B nvarchar(max)); insert into T values (1,'kept')");
+  }
+  // A limit on the size of files plays the full disk, in a process of its own.
+  const pid_t child = fork();
+  if (child == 0) {
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{200'000, 200'000};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    const auto db = Open(Path());
+    try {
+      db->BeginTrans();
+      for (int i = 0; i < 100; ++i) {
+        db->Execute("insert into T values (2,'" + std::string(8000, 'x') + "')");
+      }
+      db->CommitTrans();
+    } catch (const SqlError& error) {
+      db->RollbackTrans();
+      const bool told = error.number() == 1105 || error.number() == 823;
+      _exit(told && std::string(error.what()).find(Path()) != std::string::npos ? 0 : 2);
+    }
+    _exit(1);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+  const auto db = Open(Path());
+  EXPECT_EQ(db->Query("select count(*) from T").Field(0).ToText(), "1");
+  EXPECT_EQ(db->Query("select B from T").Field(0).ToText(), "kept");
+}
+
+TEST_F(SqliteOpen, TwoFirstStartsAtOnceBothSucceed) {
+  std::vector<pid_t> children;
+  for (int i = 0; i < 4; ++i) {
+    const pid_t child = fork();
+    if (child == 0) {
+      try {
+        const auto db = Open(Path(), true);
+        _exit(0);
+      } catch (const std::exception& error) {
+        fprintf(stderr, "%s\n", error.what());
+        _exit(1);
+      }
+    }
+    children.push_back(child);
+  }
+  for (const pid_t child : children) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  }
+  EXPECT_EQ(Open(Path())->Query("select count(*) from INFORMATION_SCHEMA.TABLES").Field(0).ToText(),
+            "0");
+}
+
+TEST_F(SqliteOpen, SeveralDesktopsCountWithoutLosingANumber) {
+  constexpr int kDesktops = 4, kSaves = 25;
+  {
+    const auto db = Open(Path(), true);
+    db->Execute(
+        "create table NumberMast (CustID nvarchar(20) NOT NULL PRIMARY KEY, PaymentNo int);"
+        "create table PaymentMast (PayID nvarchar(20) NOT NULL PRIMARY KEY);"
+        "insert into NumberMast values ('C1',0)");
+  }
+  std::vector<pid_t> children;
+  for (int i = 0; i < kDesktops; ++i) {
+    const pid_t child = fork();
+    if (child == 0) {
+      try {
+        const auto db = Open(Path());
+        for (int save = 0; save < kSaves; ++save) {
+          db->BeginTrans();
+          const std::string next =
+              db->Query("select PaymentNo+1 from NumberMast where CustID='C1'").Field(0).ToText();
+          db->Execute("update NumberMast set PaymentNo=" + next + " where CustID='C1'");
+          db->Execute("insert into PaymentMast values ('P" + next + "')");
+          db->CommitTrans();
+        }
+        _exit(0);
+      } catch (const std::exception& error) {
+        fprintf(stderr, "%s\n", error.what());
+        _exit(1);
+      }
+    }
+    children.push_back(child);
+  }
+  for (const pid_t child : children) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  }
+  const auto db = Open(Path());
+  EXPECT_EQ(db->Query("select count(*) from PaymentMast").Field(0).ToText(), "100");
+  EXPECT_EQ(db->Query("select PaymentNo from NumberMast").Field(0).ToText(), "100");
+}
+
+}  // namespace
+}  // namespace kaunter
