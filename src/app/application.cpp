@@ -83,7 +83,7 @@ void Application::SignInFirst() {
 void Application::Exit() {
   if (exited_ || !main_) return;
   exited_ = true;
-  main_->Guard([this] { main_->Unload(); });
+  main_->Close();  // writes the exit line and the record, unless the window was closed already
 }
 
 std::unique_ptr<Screen> Application::Make(std::string_view screen_name) {

@@ -4,12 +4,17 @@
 #include <QProcess>
 #include <QStringList>
 #include <clocale>
+#include <iostream>
 
 namespace kaunter {
 
 void EnsureHeadlessGui() {
   if (QCoreApplication::instance() != nullptr) return;
   qputenv("QT_QPA_PLATFORM", "offscreen");
+  // Standard error belongs to the script's troubles; hints about desktop folders are none.
+  qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type == QtCriticalMsg || type == QtFatalMsg) std::cerr << text.toStdString() << '\n';
+  });
   static int count = 1;
   static char name[] = "kaunter-play";
   static char* arguments[] = {name, nullptr};
