@@ -1,0 +1,174 @@
+#include "desktop/choice_views.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QCompleter>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QWheelEvent>
+
+#include "desktop/text.h"
+#include "desktop/text_box_view.h"
+
+namespace kaunter {
+namespace {
+
+// The wheel scrolls the window, it never changes a choice in passing.
+class StillComboBox : public QComboBox {
+ public:
+  using QComboBox::QComboBox;
+
+ protected:
+  void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+};
+
+class StillPushButton : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+
+ protected:
+  // The second press of a double-click is no second order.
+  void mouseDoubleClickEvent(QMouseEvent* event) override { event->accept(); }
+};
+
+// A short list of Yes/No-like choices need not be typed into.
+constexpr int kVisibleEntries = 14;
+
+}  // namespace
+
+ComboBoxView::ComboBoxView(ScreenFace& face, ComboBox& combo)
+    : ControlView(face, combo), combo_(combo) {
+  box_ = new StillComboBox(face.host());
+  box_->setEditable(true);
+  box_->setInsertPolicy(QComboBox::NoInsert);
+  box_->setMaxVisibleItems(kVisibleEntries);
+  box_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  box_->setMinimumContentsLength(8);
+  box_->completer()->setCompletionMode(QCompleter::PopupCompletion);
+  box_->completer()->setFilterMode(Qt::MatchContains);
+  box_->completer()->setCaseSensitivity(Qt::CaseInsensitive);
+  if (combo.max_length > 0) {
+    box_->lineEdit()->setValidator(new LengthValidator(combo.max_length, box_));
+  }
+  QObject::connect(box_, &QComboBox::activated, box_, [this](int) { Commit(); });
+  QObject::connect(box_->completer(), qOverload<const QString&>(&QCompleter::activated), box_,
+                   [this](const QString& text) {
+                     box_->setEditText(text);
+                     Commit();
+                   });
+}
+
+void ComboBoxView::FillItems() {
+  if (shown_items_ == combo_.items()) return;
+  shown_items_ = combo_.items();
+  box_->clear();
+  for (const std::string& item : shown_items_) box_->addItem(Q(item));
+}
+
+void ComboBoxView::Show() {
+  const QSignalBlocker blocker(box_);
+  FillItems();
+  box_->setCurrentIndex(combo_.index());
+  if (box_->currentText() != Q(combo_.text())) box_->setEditText(Q(combo_.text()));
+  box_->lineEdit()->setReadOnly(combo_.locked());
+  if (!box_->hasFocus()) box_->lineEdit()->setCursorPosition(0);
+}
+
+void ComboBoxView::Commit() {
+  if (committing_ || !combo_.Editable()) return;
+  const QString typed = box_->currentText();
+  if (typed == Q(combo_.text())) return;
+  committing_ = true;
+  bool taken = false;
+  Act([&] {
+    taken = combo_.Pick(S(typed));
+    if (taken || typed.isEmpty()) return;
+    // The beginning, or any part, of just one entry stands for it.
+    for (const auto flags : {Qt::MatchStartsWith, Qt::MatchContains}) {
+      QStringList found;
+      for (const std::string& item : combo_.items()) {
+        const QString entry = Q(item);
+        const bool fits = flags == Qt::MatchStartsWith
+                              ? entry.startsWith(typed, Qt::CaseInsensitive)
+                              : entry.contains(typed, Qt::CaseInsensitive);
+        if (fits) found << entry;
+      }
+      if (found.size() == 1) {
+        taken = combo_.Pick(S(found.front()));
+        return;
+      }
+    }
+  });
+  committing_ = false;
+  if (!taken && !typed.isEmpty()) QApplication::beep();
+  // What was no entry gives way to the entry that still holds.
+  Refresh();
+}
+
+void ComboBoxView::TakeFocus() {
+  box_->setFocus(Qt::OtherFocusReason);
+  box_->lineEdit()->selectAll();
+}
+
+bool ComboBoxView::UseKey(const QKeyEvent& event) {
+  const bool opens = event.key() == Qt::Key_F4 ||
+                     (event.key() == Qt::Key_Down && (event.modifiers() & Qt::AltModifier));
+  if (opens && combo_.Editable()) {
+    box_->showPopup();
+    return true;
+  }
+  // A locked list does not move under the arrow keys.
+  return combo_.locked() && (event.key() == Qt::Key_Up || event.key() == Qt::Key_Down);
+}
+
+CheckBoxView::CheckBoxView(ScreenFace& face, CheckBox& check)
+    : ControlView(face, check), check_(check) {
+  box_ = new QCheckBox(face.host());
+  QObject::connect(box_, &QCheckBox::clicked, box_, [this](bool on) {
+    this->face().Settle();
+    if (check_.Editable()) Act([&] { check_.Tick(on); });
+    Refresh();
+  });
+}
+
+void CheckBoxView::Show() {
+  const QSignalBlocker blocker(box_);
+  box_->setText(Q(check_.caption().In(face().chinese())));
+  box_->setChecked(check_.checked());
+  box_->setEnabled(check_.Active() && !check_.locked());
+}
+
+OptionView::OptionView(ScreenFace& face, Option& option)
+    : ControlView(face, option), option_(option) {
+  box_ = new QRadioButton(face.host());
+  // The control knows who excludes whom; Qt's own grouping would go by parents.
+  box_->setAutoExclusive(false);
+  QObject::connect(box_, &QRadioButton::clicked, box_, [this](bool) {
+    this->face().Settle();
+    if (option_.Editable()) Act([&] { option_.Choose(); });
+    Refresh();
+  });
+}
+
+void OptionView::Show() {
+  const QSignalBlocker blocker(box_);
+  box_->setText(Q(option_.caption().In(face().chinese())));
+  box_->setChecked(option_.chosen());
+  box_->setEnabled(option_.Active() && !option_.locked());
+}
+
+ButtonView::ButtonView(ScreenFace& face, Button& button)
+    : ControlView(face, button), button_(button) {
+  box_ = new StillPushButton(face.host());
+  box_->setAutoDefault(false);
+  if (button.role() == ButtonRole::primary) box_->setProperty("role", "primary");
+  if (button.role() == ButtonRole::danger) box_->setProperty("role", "danger");
+  QObject::connect(box_, &QPushButton::clicked, box_, [this] { this->face().Press(button_); });
+}
+
+void ButtonView::Show() {
+  const QString caption = Q(button_.caption().In(face().chinese()));
+  if (box_->text() != caption) box_->setText(caption);
+}
+
+}  // namespace kaunter

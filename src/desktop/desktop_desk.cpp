@@ -1,0 +1,130 @@
+#include "desktop/desktop_desk.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QProcess>
+#include <QUrl>
+
+#include "desktop/message_box.h"
+#include "desktop/print_report.h"
+#include "desktop/progress_dialog.h"
+#include "desktop/screen_dialog.h"
+#include "desktop/text.h"
+#include "screen/screen.h"
+
+namespace kaunter {
+namespace {
+
+// Nobody reads a question under an hourglass: it is lifted while the person is spoken to.
+class PointerFree {
+ public:
+  explicit PointerFree(bool& hourglass) : hourglass_(hourglass), was_(hourglass) {
+    ScreenFace::NoteTalk();
+    if (was_) QApplication::restoreOverrideCursor();
+    hourglass_ = false;
+  }
+  ~PointerFree() {
+    if (hourglass_ == was_) return;
+    hourglass_ = was_;
+    if (was_) {
+      QApplication::setOverrideCursor(Qt::WaitCursor);
+    } else {
+      QApplication::restoreOverrideCursor();
+    }
+  }
+
+ private:
+  bool& hourglass_;
+  const bool was_;
+};
+
+// "Pictures (*.jpg *.png)|All files (*)" and single patterns alike.
+QString Filter(std::string_view pattern) { return Q(pattern).replace("|", ";;"); }
+
+}  // namespace
+
+QWidget* DesktopDesk::Front() const {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  return main_window_ && main_window_->isVisible() ? main_window_.data() : nullptr;
+}
+
+void DesktopDesk::Message(MessageKind kind, std::string_view title, std::string_view text) {
+  const PointerFree free(hourglass_);
+  ShowMessage(Front(), kind, title, text, IsChinese());
+}
+
+bool DesktopDesk::Ask(std::string_view title, std::string_view text) {
+  const PointerFree free(hourglass_);
+  return AskYesNo(Front(), title, text, IsChinese());
+}
+
+std::string DesktopDesk::Input(std::string_view title, std::string_view text,
+                               std::string_view preset) {
+  const PointerFree free(hourglass_);
+  return S(AskLine(Front(), title, text, preset, IsChinese()));
+}
+
+std::string DesktopDesk::PickFile(std::string_view title, std::string_view folder,
+                                  std::string_view pattern) {
+  const PointerFree free(hourglass_);
+  return S(QFileDialog::getOpenFileName(Front(), Q(title), Q(folder), Filter(pattern)));
+}
+
+std::string DesktopDesk::PickFolder(std::string_view title, std::string_view folder) {
+  const PointerFree free(hourglass_);
+  return S(QFileDialog::getExistingDirectory(Front(), Q(title), Q(folder)));
+}
+
+void DesktopDesk::Show(std::string_view screen_name) {
+  std::unique_ptr<Screen> screen = make ? make(screen_name) : nullptr;
+  if (!screen) {
+    Message(MessageKind::information, "Kaunter",
+            IsChinese() ? "此功能尚未提供。" : "This screen is not available yet.");
+    return;
+  }
+  ShowModal(*screen);
+}
+
+void DesktopDesk::ShowModal(Screen& screen) {
+  const PointerFree free(hourglass_);
+  ScreenDialog dialog(screen, Front());
+  dialog.Run();
+}
+
+std::unique_ptr<ProgressBar> DesktopDesk::Progress(std::string_view title) {
+  return MakeProgress(title, Front());
+}
+
+void DesktopDesk::Hourglass(bool on) {
+  if (on == hourglass_) return;
+  hourglass_ = on;
+  if (on) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QApplication::restoreOverrideCursor();
+  }
+}
+
+void DesktopDesk::Beep() { QApplication::beep(); }
+
+void DesktopDesk::Print(const ReportJob& job) {
+  const PointerFree free(hourglass_);
+  PrintReport(Front(), job, IsChinese());
+}
+
+void DesktopDesk::Open(std::string_view target) {
+  const QString text = Q(target);
+  const bool file = QFileInfo::exists(text);
+  QDesktopServices::openUrl(file ? QUrl::fromLocalFile(QFileInfo(text).absoluteFilePath())
+                                 : QUrl::fromUserInput(text));
+}
+
+bool DesktopDesk::Start(std::string_view program, const std::vector<std::string>& arguments) {
+  QStringList list;
+  for (const std::string& argument : arguments) list << Q(argument);
+  return QProcess::startDetached(Q(program), list);
+}
+
+}  // namespace kaunter

@@ -1,0 +1,51 @@
+// GridModel: a Grid of the screen as Qt's views read it, in place, without a copy of the rows.
+//
+// The screen changes its rows in the middle of an act; the model tells the view only when it is
+// synchronised, and answers with blanks for rows that are gone until then.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <functional>
+
+#include "screen/grid.h"
+
+namespace kaunter {
+
+class GridModel : public QAbstractTableModel {
+ public:
+  using Edit = std::function<bool(int row, int column, const std::string& text)>;
+  using Tick = std::function<void(int row, bool on)>;
+
+  GridModel(Grid& grid, Edit edit, Tick tick, QObject* parent);
+
+  // Tells the view what has changed since the last time. True when rows or columns came or went.
+  bool Sync(bool chinese);
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+
+  Grid& grid() const { return grid_; }
+  // The column of check marks stands first, where the grid has one.
+  bool IsCheckColumn(int column) const { return checks_ && column == 0; }
+  int GridColumnOf(int column) const { return column - (checks_ ? 1 : 0); }
+  int ViewColumnOf(int grid_column) const { return grid_column + (checks_ ? 1 : 0); }
+  bool Right(int column) const;
+  RowTone ToneOf(int row) const;
+
+ private:
+  bool Exists(const QModelIndex& index) const;
+
+  Grid& grid_;
+  Edit edit_;
+  Tick tick_;
+  int rows_ = 0;
+  int columns_ = 0;
+  bool checks_ = false;
+  bool chinese_ = false;
+};
+
+}  // namespace kaunter

@@ -1,0 +1,367 @@
+#include "desktop/grid_view.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <QVBoxLayout>
+#include <numeric>
+
+#include "desktop/plain_views.h"
+#include "desktop/text.h"
+#include "desktop/theme.h"
+
+namespace kaunter {
+namespace {
+
+constexpr int kRowHeight = 28;
+constexpr int kCellPadding = 9;
+constexpr int kCheckColumnWidth = 36;
+constexpr int kSampleRows = 60;  // enough to see how wide the figures are
+constexpr int kShownRows = 7;
+
+QColor RowColor(RowTone tone, int row) {
+  switch (tone) {
+    case RowTone::good:
+      return Look().good_soft;
+    case RowTone::warn:
+      return Look().warn_soft;
+    case RowTone::bad:
+      return Look().bad_soft;
+    case RowTone::total:
+      return Look().total;
+    case RowTone::plain:
+    case RowTone::quiet:
+      break;
+  }
+  return row % 2 ? Look().stripe : Look().card;
+}
+
+class CellDelegate : public QStyledItemDelegate {
+ public:
+  CellDelegate(GridModel& model, QTableView& table)
+      : QStyledItemDelegate(&table), model_(model), table_(table) {}
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    painter->save();
+    const RowTone tone = model_.ToneOf(index.row());
+    const bool selected = option.state & QStyle::State_Selected;
+    painter->fillRect(option.rect, selected ? Look().accent_soft : RowColor(tone, index.row()));
+    if (model_.IsCheckColumn(index.column())) {
+      PaintCheck(*painter, option, index);
+    } else {
+      PaintText(*painter, option, index, tone);
+    }
+    const bool here = table_.hasFocus() && index == table_.currentIndex();
+    if (here && (index.flags() & Qt::ItemIsEditable)) {
+      painter->setPen(QPen(Look().accent, 1.4));
+      painter->setRenderHint(QPainter::Antialiasing);
+      painter->drawRoundedRect(QRectF(option.rect).adjusted(1, 1, -1, -1), 3, 3);
+    }
+    painter->restore();
+  }
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    QSize size = QStyledItemDelegate::sizeHint(option, index);
+    size.setHeight(kRowHeight);
+    return size;
+  }
+
+  QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&,
+                        const QModelIndex& index) const override {
+    auto* edit = new QLineEdit(parent);
+    if (model_.Right(index.column())) edit->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    return edit;
+  }
+
+  void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                            const QModelIndex&) const override {
+    editor->setGeometry(option.rect);
+  }
+
+  bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override {
+    // Anywhere in its narrow column a click turns the mark.
+    if (model_.IsCheckColumn(index.column()) && event->type() == QEvent::MouseButtonRelease) {
+      const bool on = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+      return model->setData(index, on ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+    }
+    if (model_.IsCheckColumn(index.column())) return false;
+    return QStyledItemDelegate::editorEvent(event, model, option, index);
+  }
+
+ private:
+  void PaintCheck(QPainter& painter, const QStyleOptionViewItem& option,
+                  const QModelIndex& index) const {
+    QStyleOptionButton mark;
+    mark.rect = option.rect;
+    const bool on = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    mark.state = (on ? QStyle::State_On : QStyle::State_Off) |
+                 (model_.grid().Editable() ? QStyle::State_Enabled : QStyle::State_None);
+    table_.style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &mark, &painter, nullptr);
+  }
+
+  void PaintText(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
+                 RowTone tone) const {
+    QFont font = option.font;
+    if (tone == RowTone::total) font.setWeight(QFont::DemiBold);
+    painter.setFont(font);
+    QColor color = tone == RowTone::quiet ? Look().muted : Look().text;
+    if (!(option.state & QStyle::State_Enabled)) color = Look().muted;
+    painter.setPen(color);
+    const QRect inner = option.rect.adjusted(kCellPadding, 0, -kCellPadding, 0);
+    const QString text = index.data(Qt::DisplayRole).toString().simplified();
+    const Qt::Alignment align(index.data(Qt::TextAlignmentRole).value<Qt::Alignment>());
+    painter.drawText(inner, static_cast<int>(align.toInt()),
+                     QFontMetrics(font).elidedText(text, Qt::ElideRight, inner.width()));
+  }
+
+  GridModel& model_;
+  QTableView& table_;
+};
+
+// Tells when its width changes, so that the columns share it anew.
+class Table : public QTableView {
+ public:
+  using QTableView::QTableView;
+  std::function<void()> resized;
+
+  QSize sizeHint() const override { return {560, (kShownRows + 1) * kRowHeight + 8}; }
+  QSize minimumSizeHint() const override { return {240, 4 * kRowHeight}; }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QTableView::resizeEvent(event);
+    if (resized) resized();
+  }
+};
+
+}  // namespace
+
+GridView::GridView(ScreenFace& face, Grid& grid) : ControlView(face, grid), grid_(grid) {
+  card_ = new QFrame(face.host());
+  card_->setProperty("card", true);
+  card_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  auto* layout = new QVBoxLayout(card_);
+  layout->setContentsMargins(1, 1, 1, 4);
+  layout->setSpacing(0);
+  title_ = CardTitle(card_);
+  title_->setContentsMargins(kGap, kGap - 2, kGap, 2);
+  auto* table = new Table(card_);
+  table_ = table;
+  layout->addWidget(title_);
+  layout->addWidget(table_, 1);
+  model_ = new GridModel(
+      grid,
+      [this](int row, int column, const std::string& text) {
+        bool taken = false;
+        Act([&] { taken = grid_.Edit(row, column, text); });
+        return taken;
+      },
+      [this](int row, bool on) {
+        if (grid_.Editable()) Act([&] { grid_.Tick(row, on); });
+      },
+      table_);
+  table_->setModel(model_);
+  table_->setItemDelegate(new CellDelegate(*model_, *table_));
+  table_->setFrameShape(QFrame::NoFrame);
+  table_->setShowGrid(false);
+  table_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table_->setSelectionMode(QAbstractItemView::SingleSelection);
+  table_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
+                          QAbstractItemView::AnyKeyPressed);
+  table_->setTabKeyNavigation(false);
+  table_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+  table_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  table_->setWordWrap(false);
+  table_->verticalHeader()->hide();
+  table_->verticalHeader()->setDefaultSectionSize(kRowHeight);
+  table_->verticalHeader()->setMinimumSectionSize(kRowHeight);
+  QHeaderView* header = table_->horizontalHeader();
+  header->setHighlightSections(false);
+  header->setSectionsClickable(false);
+  header->setMinimumSectionSize(24);
+  header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  empty_ = new QLabel(table_);
+  empty_->setAlignment(Qt::AlignCenter);
+  empty_->setProperty("muted", true);
+  empty_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  empty_->hide();
+
+  table->resized = [this] { ShareWidth(); };
+  QObject::connect(header, &QHeaderView::sectionResized, table_, [this](int, int, int) {
+    if (!showing_) sized_by_hand_ = true;
+  });
+  QItemSelectionModel* selection = table_->selectionModel();
+  QObject::connect(selection, &QItemSelectionModel::currentChanged, table_,
+                   [this](const QModelIndex& current) { Moved(current); });
+  QObject::connect(selection, &QItemSelectionModel::selectionChanged, table_, [this] {
+    // A click on the row that is current already, but was not selected yet.
+    const QModelIndex current = table_->currentIndex();
+    if (current.isValid() && current.row() != grid_.current_row()) Moved(current);
+  });
+  QObject::connect(table_, &QTableView::doubleClicked, table_, [this](const QModelIndex& index) {
+    if (index.flags() & Qt::ItemIsEditable || model_->IsCheckColumn(index.column())) return;
+    Act([&] { grid_.Open(index.row(), model_->GridColumnOf(index.column())); });
+  });
+  // When the editor closes by Enter, the next cell to be edited becomes current.
+  QObject::connect(table_->itemDelegate(), &QAbstractItemDelegate::closeEditor, table_,
+                   [this](QWidget*, QAbstractItemDelegate::EndEditHint hint) {
+                     if (hint == QAbstractItemDelegate::SubmitModelCache) {
+                       NextEditable(table_->currentIndex());
+                     }
+                   });
+}
+
+void GridView::SetEmptyText(const Caption& text) { empty_text_ = text; }
+
+void GridView::SetBare() {
+  card_->setProperty("card", false);
+  card_->layout()->setContentsMargins(0, 0, 0, 0);
+}
+
+void GridView::Show() {
+  showing_ = true;
+  const QString title = Plain(grid_.caption().In(face().chinese()));
+  const bool bare = !card_->property("card").toBool();
+  title_->setText(title);
+  title_->setVisible(!title.isEmpty() && !bare);
+  const int scroll = table_->verticalScrollBar()->value();
+  if (model_->Sync(face().chinese())) {
+    table_->verticalScrollBar()->setValue(scroll);
+    sized_by_hand_ = false;
+  }
+  showing_ = false;
+  ShareWidth();
+  ShowCurrent();
+  empty_->setText(Q(empty_text_.In(face().chinese())));
+  empty_->setVisible(grid_.RowCount() == 0 && !empty_->text().isEmpty());
+}
+
+void GridView::ShowCurrent() {
+  const int row = grid_.current_row();
+  const QModelIndex current = table_->currentIndex();
+  if (row < 0) {
+    if (table_->selectionModel()->hasSelection()) {
+      showing_ = true;
+      table_->clearSelection();
+      table_->setCurrentIndex({});
+      showing_ = false;
+    }
+    return;
+  }
+  if (current.row() == row && table_->selectionModel()->isRowSelected(row)) return;
+  showing_ = true;
+  const int column = current.isValid() ? current.column() : model_->ViewColumnOf(0);
+  table_->setCurrentIndex(model_->index(row, column));
+  table_->selectRow(row);
+  showing_ = false;
+}
+
+void GridView::Moved(const QModelIndex& current) {
+  if (showing_ || !current.isValid()) return;
+  if (!table_->selectionModel()->isRowSelected(current.row())) return;
+  const int column = std::max(model_->GridColumnOf(current.column()), 0);
+  Act([&] { grid_.EnterCell(current.row(), column); });
+}
+
+void GridView::ShareWidth() {
+  empty_->setGeometry(table_->viewport()->geometry());
+  const int columns = model_->columnCount();
+  if (columns == 0 || sized_by_hand_ || showing_) return;
+  showing_ = true;
+  const QFontMetrics metrics(table_->font());
+  std::vector<int> least(static_cast<std::size_t>(columns), 0);
+  std::vector<int> weight(static_cast<std::size_t>(columns), 0);
+  int open = table_->viewport()->width();
+  int weights = 0;
+  for (int i = 0; i < columns; ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    if (model_->IsCheckColumn(i)) {
+      least[at] = kCheckColumnWidth;
+      open -= kCheckColumnWidth;
+      continue;
+    }
+    const GridColumn& column = grid_.columns()[static_cast<std::size_t>(model_->GridColumnOf(i))];
+    table_->setColumnHidden(i, column.weight == 0);
+    if (column.weight == 0) continue;
+    weight[at] = column.weight;
+    weights += column.weight;
+    const QString header = model_->headerData(i, Qt::Horizontal, Qt::DisplayRole).toString();
+    int width = metrics.horizontalAdvance(header);
+    // Figures and dates must never be cut: a cut amount reads as another amount.
+    const bool whole = column.kind != Kind::text && column.kind != Kind::memo;
+    const int rows = std::min(model_->rowCount(), kSampleRows);
+    for (int row = 0; row < rows && whole; ++row) {
+      const QString text = model_->index(row, i).data(Qt::DisplayRole).toString();
+      width = std::max(width, metrics.horizontalAdvance(text));
+    }
+    least[at] = width + 2 * kCellPadding + 4;
+  }
+  // Columns whose share is too small for their contents take what they need, the rest is shared
+  // by those that are left, until all fit.
+  for (bool again = true; again && weights > 0;) {
+    again = false;
+    for (std::size_t i = 0; i < weight.size(); ++i) {
+      if (weight[i] == 0 || open * weight[i] / weights >= least[i]) continue;
+      open -= least[i];
+      weights -= weight[i];
+      weight[i] = 0;
+      again = true;
+    }
+  }
+  for (int i = 0; i < columns; ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    if (table_->isColumnHidden(i)) continue;
+    table_->setColumnWidth(i, weight[at] ? open * weight[at] / weights : least[at]);
+  }
+  // The last column takes what the divisions left over.
+  const int used = table_->horizontalHeader()->length();
+  const int rest = table_->viewport()->width() - used;
+  for (int i = columns - 1; i >= 0 && rest > 0; --i) {
+    if (table_->isColumnHidden(i) || model_->IsCheckColumn(i)) continue;
+    table_->setColumnWidth(i, table_->columnWidth(i) + rest);
+    break;
+  }
+  showing_ = false;
+}
+
+void GridView::NextEditable(const QModelIndex& from) {
+  for (int row = from.row(), column = from.column() + 1; row < model_->rowCount(); ++row) {
+    for (; column < model_->columnCount(); ++column) {
+      const QModelIndex index = model_->index(row, column);
+      if (index.flags() & Qt::ItemIsEditable) {
+        table_->setCurrentIndex(index);
+        table_->selectRow(row);
+        table_->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+        return;
+      }
+    }
+    column = 0;
+  }
+}
+
+bool GridView::UseKey(const QKeyEvent& event) {
+  const QModelIndex current = table_->currentIndex();
+  if (event.key() == Qt::Key_Space && grid_.has_checks() && current.isValid()) {
+    const int row = current.row();
+    if (grid_.Editable()) Act([&] { grid_.Tick(row, !grid_.Ticked(row)); });
+    return true;
+  }
+  if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter) return false;
+  if (!current.isValid() || grid_.onKey) return false;
+  if (current.flags() & Qt::ItemIsEditable) {
+    table_->edit(current);
+  } else if (grid_.onOpen) {
+    Act([&] { grid_.Open(current.row(), std::max(model_->GridColumnOf(current.column()), 0)); });
+  } else {
+    face().MoveOn(*this);
+  }
+  return true;
+}
+
+}  // namespace kaunter

@@ -1,0 +1,49 @@
+// The view of a Grid: a striped table, columns by weight, tinted rows, editing in place.
+#pragma once
+
+#include <QFrame>
+#include <QLabel>
+#include <QTableView>
+
+#include "desktop/control_view.h"
+#include "desktop/grid_model.h"
+
+namespace kaunter {
+
+class GridView : public ControlView {
+ public:
+  GridView(ScreenFace& face, Grid& grid);
+
+  QWidget* widget() override { return card_; }
+  QWidget* focus_widget() override { return table_; }
+  bool UseKey(const QKeyEvent& event) override;
+
+  QTableView& table() { return *table_; }
+  GridModel& model() { return *model_; }
+  // What an empty grid says in its middle; nothing by default.
+  void SetEmptyText(const Caption& text);
+  // Without a card of its own, where it stands in one already.
+  void SetBare();
+
+ protected:
+  void Show() override;
+
+ private:
+  void ShareWidth();
+  void ShowCurrent();
+  void Moved(const QModelIndex& current);
+  // To the next cell that can be edited, right and then down.
+  void NextEditable(const QModelIndex& from);
+
+  Grid& grid_;
+  QFrame* card_;
+  QLabel* title_;
+  QLabel* empty_;
+  QTableView* table_;
+  GridModel* model_;
+  Caption empty_text_;
+  bool showing_ = false;
+  bool sized_by_hand_ = false;
+};
+
+}  // namespace kaunter

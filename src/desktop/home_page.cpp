@@ -1,0 +1,204 @@
+#include "desktop/home_page.h"
+
+#include <QHBoxLayout>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "desktop/control_view.h"
+#include "desktop/grid_view.h"
+#include "desktop/plain_views.h"
+#include "desktop/text.h"
+#include "desktop/theme.h"
+
+namespace kaunter {
+namespace {
+
+// The roads of a counter's day, the most trodden first.
+struct Road {
+  const char* entry;
+  Glyph glyph;
+};
+constexpr Road kRoads[] = {
+    {"NewPaymentMnu", Glyph::coins}, {"NewLoanMnu", Glyph::paper},
+    {"NewCustMnu", Glyph::person},   {"LoanCalcMnu", Glyph::calculator},
+    {"LoanSettleMnu", Glyph::seal},  {"DueDateInq", Glyph::clock},
+    {"CheckICMnu", Glyph::card},     {"CashBookMnu", Glyph::book},
+};
+constexpr std::size_t kMostTiles = 6;
+
+}  // namespace
+
+Tile::Tile(Glyph glyph, QWidget* parent) : QAbstractButton(parent), icon_(MakeIcon(glyph, true)) {
+  setAttribute(Qt::WA_Hover);
+  setFocusPolicy(Qt::StrongFocus);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  setCursor(Qt::PointingHandCursor);
+}
+
+void Tile::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const bool lit = isEnabled() && (underMouse() || isDown());
+  QColor edge = hasFocus() ? Look().accent : Look().line;
+  painter.setPen(QPen(edge, hasFocus() ? 1.6 : 1));
+  painter.setBrush(lit ? Look().accent_soft : Look().card);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.8, 0.8, -0.8, -0.8), 8, 8);
+  const QRect place(16, (height() - 26) / 2, 26, 26);
+  icon_.paint(&painter, place, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
+  QColor ink = isEnabled() ? Look().text : Look().muted;
+  if (!isEnabled()) ink.setAlphaF(0.6F);
+  painter.setPen(ink);
+  painter.drawText(QRect(54, 4, width() - 62, height() - 8),
+                   Qt::AlignVCenter | Qt::AlignLeft | Qt::TextWordWrap, text());
+}
+
+ListCard::ListCard(ScreenFace& face, Label& title, Grid& grid, Caption empty, QWidget* parent)
+    : QWidget(parent), face_(face), title_(title), grid_(grid) {
+  auto* card = new QFrame(this);
+  card->setProperty("card", true);
+  auto* around = new QVBoxLayout(this);
+  around->setContentsMargins(0, 0, 0, 0);
+  around->addWidget(card);
+  auto* layout = new QVBoxLayout(card);
+  layout->setContentsMargins(1, 0, 1, 6);
+  layout->setSpacing(0);
+  title_label_ = CardTitle(card);
+  count_ = new QLabel(card);
+  count_->setProperty("muted", true);
+  auto* head = new QHBoxLayout;
+  head->setContentsMargins(kGap, kGap, kGap, 4);
+  head->setSpacing(8);
+  head->addWidget(title_label_);
+  head->addWidget(count_);
+  head->addStretch(1);
+  layout->addLayout(head);
+  auto& view = static_cast<GridView&>(face.View(grid));
+  view.SetBare();
+  view.SetEmptyText(empty);
+  layout->addWidget(view.widget(), 1);
+}
+
+void ListCard::Refresh() {
+  title_label_->setText(Q(title_.Text()));
+  count_->setText(grid_.RowCount() ? QString::number(grid_.RowCount()) : QString());
+  face_.View(grid_).Refresh();
+}
+
+HomePage::HomePage(ScreenFace& face, MainFrm& main, std::function<void(const std::string&)> choose,
+                   QWidget* parent)
+    : QWidget(parent), face_(face), main_(main), choose_(std::move(choose)) {
+  slogan_ = new QLabel(this);
+  slogan_->setFont(ScaledFont(1.6, true));
+  slogan_->setTextFormat(Qt::PlainText);
+  slogan_->setWordWrap(true);
+  slogan_->installEventFilter(this);
+  company_ = new QLabel(this);
+  company_->setProperty("muted", true);
+  company_->setTextFormat(Qt::PlainText);
+
+  desk_ = new QWidget(this);
+  auto* desk = new QVBoxLayout(desk_);
+  desk->setContentsMargins(0, 0, 0, 0);
+  desk->setSpacing(kMargin);
+  tiles_ = new QHBoxLayout;
+  tiles_->setSpacing(kGap);
+  desk->addLayout(tiles_);
+  auto* lists = new QHBoxLayout;
+  lists->setSpacing(kMargin);
+  due_ = new ListCard(face, main.Label4, main.LS1,
+                      {"Nothing is due today.", "今天没有到期的贷款。"}, desk_);
+  stamps_ = new ListCard(face, main.Label5, main.LS2,
+                         {"Every loan has its stamp number.", "所有贷款都有印花证书号码。"}, desk_);
+  lists->addWidget(due_, 3);
+  lists->addWidget(stamps_, 2);
+  desk->addLayout(lists, 1);
+  welcome_ = MakeWelcome();
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(24, 20, 24, 20);
+  layout->setSpacing(4);
+  layout->addWidget(slogan_);
+  layout->addWidget(company_);
+  layout->addSpacing(14);
+  layout->addWidget(desk_, 1);
+  layout->addWidget(welcome_, 1);
+  Refresh();
+}
+
+QWidget* HomePage::MakeWelcome() {
+  auto* page = new QWidget(this);
+  auto* card = new QFrame(page);
+  card->setProperty("card", true);
+  card->setFixedWidth(420);
+  auto* inside = new QVBoxLayout(card);
+  inside->setContentsMargins(28, 26, 28, 28);
+  inside->setSpacing(18);
+  welcome_text_ = new QLabel(card);
+  welcome_text_->setAlignment(Qt::AlignCenter);
+  welcome_text_->setWordWrap(true);
+  sign_in_ = new QPushButton(card);
+  sign_in_->setProperty("role", "primary");
+  connect(sign_in_, &QPushButton::clicked, this, [this] { choose_("UserLoginMnu"); });
+  inside->addWidget(welcome_text_);
+  inside->addWidget(sign_in_, 0, Qt::AlignHCenter);
+  auto* layout = new QVBoxLayout(page);
+  layout->addStretch(2);
+  layout->addWidget(card, 0, Qt::AlignHCenter);
+  layout->addStretch(3);
+  return page;
+}
+
+bool HomePage::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == slogan_ && event->type() == QEvent::MouseButtonDblClick && main_.Label1.onClick) {
+    face_.Act([this] { main_.Label1.onClick(); });
+    return true;
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+void HomePage::Refresh() {
+  const bool chinese = main_.chinese();
+  const QString slogan = Q(main_.Label1.Text());
+  slogan_->setText(slogan.isEmpty() ? Plain(main_.title().In(chinese)) : slogan);
+  company_->setText(Q(main_.Panel(4)));
+  company_->setVisible(!company_->text().isEmpty());
+  const bool signed_in = main_.Label4.visible();
+  desk_->setVisible(signed_in);
+  welcome_->setVisible(!signed_in);
+  welcome_text_->setText(chinese ? "请先进入系统。" : "Nobody is signed in.");
+  sign_in_->setText(chinese ? "进入(&S)" : "&Sign in");
+  if (!signed_in) return;
+  RefreshTiles();
+  due_->Refresh();
+  stamps_->Refresh();
+}
+
+void HomePage::RefreshTiles() {
+  std::vector<std::string> state;
+  std::vector<std::pair<const MenuEntry*, Glyph>> shown;
+  for (const Road& road : kRoads) {
+    const MenuEntry* entry = main_.menu().Find(road.entry);
+    if (!entry || !main_.menu().Reachable(*entry) || shown.size() == kMostTiles) continue;
+    shown.emplace_back(entry, road.glyph);
+    state.push_back(entry->name + (entry->enabled ? "+" : "-") +
+                    entry->caption.In(main_.chinese()));
+  }
+  if (state == shown_tiles_) return;
+  shown_tiles_ = state;
+  while (QLayoutItem* item = tiles_->takeAt(0)) {
+    if (item->widget()) item->widget()->deleteLater();
+    delete item;
+  }
+  for (const auto& [entry, glyph] : shown) {
+    auto* tile = new Tile(glyph, desk_);
+    tile->setText(Plain(entry->caption.In(main_.chinese())));
+    tile->setEnabled(entry->enabled);
+    if (!entry->enabled) tile->setToolTip(Q(MainFrm::NotBuiltText().In(main_.chinese())));
+    connect(tile, &QAbstractButton::clicked, this, [this, name = entry->name] { choose_(name); });
+    tiles_->addWidget(tile, 1);
+  }
+}
+
+}  // namespace kaunter

@@ -1,0 +1,23 @@
+// The layout tables that the desktop has, one function a file.
+#include "desktop/layout_table.h"
+#include "desktop/layouts/layouts.h"
+#include "screen/text.h"
+
+namespace kaunter {
+
+const std::vector<Layout>& AllLayouts() {
+  static const std::vector<Layout> layouts = {
+      UserLoginLayout(),
+      LoanCalcfrmLayout(),
+  };
+  return layouts;
+}
+
+const Layout* FindLayout(std::string_view screen_name) {
+  for (const Layout& layout : AllLayouts()) {
+    if (SameName(layout.screen, screen_name)) return &layout;
+  }
+  return nullptr;
+}
+
+}  // namespace kaunter

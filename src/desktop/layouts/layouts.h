@@ -1,0 +1,11 @@
+// One function a screen that deserves better than the order of its declarations.
+#pragma once
+
+#include "desktop/layout_table.h"
+
+namespace kaunter {
+
+Layout UserLoginLayout();
+Layout LoanCalcfrmLayout();
+
+}  // namespace kaunter

@@ -1,0 +1,91 @@
+// kaunter: the desktop.
+#include <QApplication>
+#include <QTimer>
+#include <clocale>
+#include <cstdio>
+#include <exception>
+
+#include "app/application.h"
+#include "desktop/desktop_desk.h"
+#include "desktop/main_window.h"
+#include "desktop/options.h"
+#include "desktop/screenshots.h"
+#include "desktop/single_instance.h"
+#include "desktop/text.h"
+#include "desktop/theme.h"
+#include "desktop/window_memory.h"
+
+namespace kaunter {
+namespace {
+
+int RunDesktop(QApplication& qt, DesktopOptions options) {
+  if (options.application.app_path.empty()) {
+    options.application.app_path = S(QApplication::applicationDirPath());
+  }
+  ApplyTheme(qt, options.theme);
+  const bool pictures = !options.picture_folder.empty();
+  if (pictures) SetWindowMemory(false);
+  std::unique_ptr<SingleInstance> instance;
+  if (!pictures) {
+    instance = std::make_unique<SingleInstance>(options.application.app_path);
+    if (instance->other_runs()) return 0;
+  }
+  DesktopDesk desk;
+  Application application(options.application, desk);
+  desk.make = [&](std::string_view name) { return application.Make(name); };
+  desk.chinese = [&] { return application.session().ChineseFlag; };
+  application.session().ChineseFlag = options.chinese;
+  std::unique_ptr<Photographer> photographer;
+  if (pictures) {
+    photographer = std::make_unique<Photographer>(options);
+    photographer->Start();
+  }
+  if (const int status = application.Start()) return status;
+  {
+    MainWindow window(application.main());
+    desk.SetMainWindow(&window);
+    window.OpenWindow();
+    if (options.width > 0) window.resize(options.width, options.height);
+    QTimer::singleShot(0, &window, [&] {
+      if (photographer) {
+        photographer->Walk(window, application, desk);
+        application.main().TryClose();
+        return;
+      }
+      application.SignInFirst();
+    });
+    // Closing the window ends the program, nothing else does: dialogs close above no window, too.
+    QApplication::setQuitOnLastWindowClosed(false);
+    if (!application.main().closed()) QApplication::exec();
+    desk.SetMainWindow(nullptr);
+  }
+  application.Exit();
+  return 0;
+}
+
+}  // namespace
+}  // namespace kaunter
+
+int main(int argc, char** argv) {
+  using namespace kaunter;
+  const DesktopOptions options = ParseOptions({argv + 1, argv + argc});
+  if (options.help) {
+    std::fputs(OptionsHelp().c_str(), stdout);
+    return 0;
+  }
+  if (!options.error.empty()) {
+    std::fprintf(stderr, "kaunter: %s\n", options.error.c_str());
+    return 2;
+  }
+  QApplication qt(argc, argv);
+  QApplication::setApplicationName("kaunter");
+  QApplication::setApplicationDisplayName("Kaunter");
+  // Figures are written with a point whatever the machine's language.
+  std::setlocale(LC_NUMERIC, "C");
+  try {
+    return RunDesktop(qt, options);
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "kaunter: %s\n", failure.what());
+    return 2;
+  }
+}

@@ -1,0 +1,197 @@
+#include "desktop/plain_views.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+#include "desktop/text.h"
+#include "desktop/theme.h"
+
+namespace kaunter {
+namespace {
+
+constexpr int kBarHeight = 12;
+
+class ClickableLabel : public QLabel {
+ public:
+  using QLabel::QLabel;
+  std::function<void()> clicked;
+
+ protected:
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    QLabel::mouseReleaseEvent(event);
+    if (clicked) clicked();
+  }
+};
+
+QColor PartColor(Bar::Part::Tone tone) {
+  switch (tone) {
+    case Bar::Part::Tone::good:
+      return Look().good;
+    case Bar::Part::Tone::warn:
+      return Look().warn;
+    case Bar::Part::Tone::bad:
+      return Look().bad;
+    case Bar::Part::Tone::quiet:
+      break;
+  }
+  return Look().border;
+}
+
+}  // namespace
+
+QLabel* CardTitle(QWidget* parent) {
+  auto* title = new QLabel(parent);
+  title->setFont(ScaledFont(1.05, true));
+  title->setProperty("heading", true);
+  title->setTextFormat(Qt::PlainText);
+  return title;
+}
+
+LabelView::LabelView(ScreenFace& face, Label& label)
+    : ControlView(face, label), label_control_(label) {
+  auto* text = new ClickableLabel(face.host());
+  text->setTextFormat(Qt::PlainText);
+  text->setWordWrap(true);
+  text->clicked = [this] {
+    if (label_control_.onClick && label_control_.Active()) Act([&] { label_control_.onClick(); });
+  };
+  text_ = text;
+}
+
+void LabelView::Show() {
+  const QString text = Q(label_control_.Text());
+  if (text_->text() != text) text_->setText(text);
+}
+
+void PictureWidget::SetPath(const QString& path) {
+  picture_ = path.isEmpty() ? QPixmap() : QPixmap(path);
+  update();
+}
+
+void PictureWidget::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.setPen(Look().line);
+  painter.setBrush(Look().locked);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
+  if (picture_.isNull()) return;
+  const QSize size =
+      picture_.size().scaled(rect().adjusted(4, 4, -4, -4).size(), Qt::KeepAspectRatio);
+  QRect place(QPoint(), size);
+  place.moveCenter(rect().center());
+  painter.drawPixmap(place, picture_);
+}
+
+PictureView::PictureView(ScreenFace& face, Picture& picture)
+    : ControlView(face, picture), picture_(picture), view_(new PictureWidget(face.host())) {}
+
+void PictureView::Show() { view_->SetPath(Q(picture_.Text())); }
+
+void BarWidget::Set(const std::vector<Bar::Part>& parts, const QString& text, bool chinese) {
+  parts_ = parts;
+  text_ = text;
+  chinese_ = chinese;
+  updateGeometry();
+  update();
+}
+
+QSize BarWidget::sizeHint() const {
+  bool legend = !text_.isEmpty();
+  for (const auto& part : parts_) legend |= !part.caption.english.empty();
+  return {320, kBarHeight + 8 + (legend ? fontMetrics().height() + 4 : 0)};
+}
+
+void BarWidget::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QRectF whole(0, 4, width(), kBarHeight);
+  QPainterPath shape;
+  shape.addRoundedRect(whole, kBarHeight / 2.0, kBarHeight / 2.0);
+  painter.save();
+  painter.setClipPath(shape);
+  painter.fillRect(whole, Look().line);
+  double x = 0;
+  for (const auto& part : parts_) {
+    const double width_of_part = whole.width() * std::clamp(part.share, 0.0, 1.0);
+    // The last part also fills what rounding leaves.
+    painter.fillRect(QRectF(x, whole.top(), width_of_part, kBarHeight), PartColor(part.tone));
+    x += width_of_part;
+  }
+  painter.restore();
+  const int base = kBarHeight + 10;
+  int left = 0;
+  const int height_of_text = fontMetrics().height();
+  for (const auto& part : parts_) {
+    const QString caption = Plain(part.caption.In(chinese_));
+    if (caption.isEmpty()) continue;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(PartColor(part.tone));
+    painter.drawEllipse(QPointF(left + 5, base + height_of_text / 2.0), 4, 4);
+    painter.setPen(Look().muted);
+    painter.drawText(left + 14, base, width(), height_of_text, Qt::AlignLeft | Qt::AlignVCenter,
+                     caption);
+    left += 14 + fontMetrics().horizontalAdvance(caption) + 18;
+  }
+  painter.setPen(Look().text);
+  painter.drawText(left, base, width() - left, height_of_text,
+                   (left ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter, text_);
+}
+
+BarView::BarView(ScreenFace& face, Bar& bar)
+    : ControlView(face, bar), bar_(bar), view_(new BarWidget(face.host())) {
+  view_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void BarView::Show() { view_->Set(bar_.parts(), Q(bar_.Text()), face().chinese()); }
+
+FrameView::FrameView(ScreenFace& face, Frame& frame) : ControlView(face, frame), frame_(frame) {
+  card_ = new QFrame(face.host());
+  card_->setProperty("card", true);
+  auto* layout = new QVBoxLayout(card_);
+  layout->setContentsMargins(kMargin, kGap, kMargin, kMargin);
+  layout->setSpacing(kGap);
+  title_ = CardTitle(card_);
+  body_ = new QWidget(card_);
+  layout->addWidget(title_);
+  layout->addWidget(body_, 1);
+}
+
+void FrameView::Show() {
+  const QString title = Plain(frame_.caption().In(face().chinese()));
+  title_->setText(title);
+  title_->setVisible(!title.isEmpty());
+}
+
+TabView::TabView(ScreenFace& face, Tab& tab) : ControlView(face, tab), tab_(tab) {
+  tabs_ = new QTabWidget(face.host());
+  tabs_->setDocumentMode(false);
+  QObject::connect(tabs_, &QTabWidget::currentChanged, tabs_, [this](int page) {
+    if (page < 0 || page == tab_.page()) return;
+    this->face().Settle();
+    Act([&] { tab_.SetPage(page); });
+    Refresh();
+  });
+}
+
+void TabView::AddPage(Frame& page, QWidget* contents) {
+  const QSignalBlocker blocker(tabs_);
+  pages_.push_back(&page);
+  tabs_->addTab(contents, QString());
+}
+
+void TabView::Show() {
+  const QSignalBlocker blocker(tabs_);
+  for (int i = 0; i < static_cast<int>(pages_.size()); ++i) {
+    const Frame& page = *pages_[static_cast<std::size_t>(i)];
+    tabs_->setTabText(i, Q(page.caption().In(face().chinese())));
+    tabs_->setTabVisible(i, page.visible());
+    tabs_->setTabEnabled(i, page.enabled());
+  }
+  if (tabs_->currentIndex() != tab_.page()) tabs_->setCurrentIndex(tab_.page());
+}
+
+}  // namespace kaunter

@@ -1,0 +1,40 @@
+// Pictures of the windows for the documents, taken by the program itself: it signs in, opens the
+// screens that are asked for, fills them, and ends.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QSet>
+#include <QTimer>
+#include <QWidget>
+
+#include "desktop/options.h"
+
+namespace kaunter {
+
+class MainWindow;
+
+class Photographer : public QObject {
+ public:
+  explicit Photographer(const DesktopOptions& options);
+
+  // Watches from now on: every dialog that opens is pictured, filled and closed again.
+  void Start();
+  // Opens the screens that were asked for, then ends the program.
+  void Walk(MainWindow& window, Application& application, Desk& desk);
+  void Take(QWidget& widget, const QString& name);
+
+ private:
+  void Look();
+  void SignIn(QWidget& dialog);
+  void Fill(QWidget& dialog);
+
+  const DesktopOptions& options_;
+  QTimer timer_;
+  QPointer<QWidget> seen_;
+  int ticks_ = 0;
+  int messages_ = 0;
+  bool signed_in_ = false;
+};
+
+}  // namespace kaunter

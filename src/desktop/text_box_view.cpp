@@ -1,0 +1,264 @@
+#include "desktop/text_box_view.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCalendarWidget>
+#include <QFrame>
+#include <QKeyEvent>
+#include <QRegularExpression>
+#include <QScreen>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "desktop/icons.h"
+#include "desktop/text.h"
+#include "desktop/theme.h"
+
+namespace kaunter {
+namespace {
+
+constexpr auto kDateFormat = "dd-MM-yyyy";
+constexpr int kMemoLines = 3;
+
+// A line box that selects its text when the mouse brings the focus: figures are typed over.
+class LineBox : public QLineEdit {
+ public:
+  LineBox(QWidget* parent, bool select_on_click)
+      : QLineEdit(parent), select_on_click_(select_on_click) {}
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override {
+    const bool arriving = !hasFocus() || fresh_;
+    fresh_ = false;
+    QLineEdit::mousePressEvent(event);
+    if (arriving && select_on_click_) selectAll();
+  }
+  void focusInEvent(QFocusEvent* event) override {
+    fresh_ = event->reason() == Qt::MouseFocusReason;
+    QLineEdit::focusInEvent(event);
+  }
+
+ private:
+  bool select_on_click_;
+  bool fresh_ = false;
+};
+
+int DigitsBefore(const QString& text, int position) {
+  return static_cast<int>(std::count_if(text.begin(),
+                                        text.begin() + std::min<qsizetype>(position, text.size()),
+                                        [](QChar c) { return c.isDigit(); }));
+}
+
+int PositionAfterDigits(const QString& text, int digits) {
+  int position = 0;
+  while (position < text.size() && digits > 0) {
+    if (text[position++].isDigit()) --digits;
+  }
+  return position;
+}
+
+}  // namespace
+
+QValidator::State LengthValidator::validate(QString& text, int&) const {
+  return CharacterCount(text) > characters_ ? Invalid : Acceptable;
+}
+
+QString DateAsTyped(const QString& text) {
+  static const QRegularExpression separators("[/. ]");
+  static const QRegularExpression day("^(\\d{2})(\\d+)$");
+  static const QRegularExpression month("^(\\d{1,2}-\\d{2})(\\d+)$");
+  QString date = text;
+  date.replace(separators, "-");
+  date.replace(day, "\\1-\\2");
+  date.replace(month, "\\1-\\2");
+  return date;
+}
+
+QString MaskAsTyped(const QString& mask, const QString& text) {
+  QString digits;
+  for (const QChar c : text) {
+    if (c.isDigit()) digits += c;
+  }
+  QString shown;
+  qsizetype next = 0;
+  for (const QChar c : mask) {
+    if (next == digits.size()) break;
+    shown += c == u'#' ? digits[next++] : c;
+  }
+  return shown;
+}
+
+TextBoxView::TextBoxView(ScreenFace& face, TextBox& box) : ControlView(face, box), box_(box) {
+  const bool figures = IsRightAligned();
+  edit_ = new LineBox(face.host(), figures);
+  if (figures) edit_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  if (box.kind() == Kind::password) edit_->setEchoMode(QLineEdit::Password);
+  if (box.kind() == Kind::date) {
+    button_ = edit_->addAction(MakeIcon(Glyph::calendar), QLineEdit::TrailingPosition);
+    QObject::connect(button_, &QAction::triggered, edit_, [this] { OpenCalendar(); });
+  } else if (box.onSearch || !box.picker.empty()) {
+    button_ = edit_->addAction(MakeIcon(Glyph::search), QLineEdit::TrailingPosition);
+    button_->setToolTip("F2");
+    QObject::connect(button_, &QAction::triggered, edit_, [this] { Search(); });
+  }
+  if (box.max_length > 0) edit_->setValidator(new LengthValidator(box.max_length, edit_));
+  QObject::connect(edit_, &QLineEdit::textEdited, edit_,
+                   [this](const QString& text) { Edited(text); });
+  QObject::connect(edit_, &QLineEdit::inputRejected, edit_, [] { QApplication::beep(); });
+}
+
+bool TextBoxView::IsRightAligned() const {
+  return box_.kind() == Kind::money || box_.kind() == Kind::rate || box_.kind() == Kind::integer;
+}
+
+void TextBoxView::Show() {
+  edit_->setReadOnly(box_.locked());
+  if (button_) button_->setVisible(box_.Editable());
+  if (box_.kind() == Kind::date) edit_->setPlaceholderText(box_.Editable() ? "dd-mm-yyyy" : "");
+  const QString text = Q(box_.text());
+  if (edit_->text() == text) return;
+  edit_->setText(text);
+  shown_ = text;
+  // A text longer than the box is read from its beginning.
+  if (!edit_->hasFocus()) edit_->setCursorPosition(0);
+}
+
+void TextBoxView::Put(const QString& text) {
+  if (edit_->text() == text) return;
+  edit_->setText(text);
+}
+
+void TextBoxView::Edited(const QString& typed) {
+  QString text = typed;
+  const int cursor = edit_->cursorPosition();
+  const bool grows = typed.size() > shown_.size();
+  if (!box_.mask.empty()) {
+    text = MaskAsTyped(Q(box_.mask), typed);
+    if (text != typed) {
+      const int digits = DigitsBefore(typed, cursor);
+      Put(text);
+      edit_->setCursorPosition(PositionAfterDigits(text, digits));
+    }
+  } else if (box_.kind() == Kind::date && grows && cursor == typed.size()) {
+    text = DateAsTyped(typed);
+    Put(text);
+  }
+  bool taken = false;
+  Act([&] { taken = box_.Type(S(text)); });
+  if (taken) {
+    shown_ = text;
+    return;
+  }
+  QApplication::beep();
+  Put(Q(box_.text()));
+  shown_ = Q(box_.text());
+}
+
+void TextBoxView::TakeFocus() {
+  edit_->setFocus(Qt::OtherFocusReason);
+  edit_->selectAll();
+}
+
+bool TextBoxView::UseKey(const QKeyEvent& event) {
+  const bool opens = event.key() == Qt::Key_Down && (event.modifiers() & Qt::AltModifier);
+  if (!button_ || !box_.Editable()) return false;
+  if (box_.kind() == Kind::date && (opens || event.key() == Qt::Key_F4)) {
+    OpenCalendar();
+    return true;
+  }
+  return false;
+}
+
+void TextBoxView::Search() {
+  if (!box_.Editable()) return;
+  TakeFocus();
+  face().FocusArrived(*this);
+  face().Settle();
+  QKeyEvent f2(QEvent::KeyPress, Qt::Key_F2, Qt::NoModifier);
+  face().OnKey(*this, f2);
+}
+
+void TextBoxView::OpenCalendar() {
+  if (!box_.Editable()) return;
+  auto* popup = new QFrame(edit_, Qt::Popup);
+  popup->setAttribute(Qt::WA_DeleteOnClose);
+  popup->setProperty("card", true);
+  auto* calendar = new QCalendarWidget(popup);
+  calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+  calendar->setFirstDayOfWeek(Qt::Monday);
+  calendar->setLocale(face().chinese() ? QLocale(QLocale::Chinese, QLocale::China)
+                                       : QLocale(QLocale::English, QLocale::Malaysia));
+  const QDate date = QDate::fromString(edit_->text(), kDateFormat);
+  if (date.isValid()) calendar->setSelectedDate(date);
+  auto* layout = new QVBoxLayout(popup);
+  layout->setContentsMargins(6, 6, 6, 6);
+  layout->addWidget(calendar);
+  const auto take = [this, popup](QDate picked) {
+    const QString text = picked.toString(kDateFormat);
+    popup->close();
+    edit_->setFocus(Qt::OtherFocusReason);
+    Act([&] { box_.Type(S(text)); });
+  };
+  QObject::connect(calendar, &QCalendarWidget::clicked, popup, take);
+  QObject::connect(calendar, &QCalendarWidget::activated, popup, take);
+  popup->adjustSize();
+  QPoint place = edit_->mapToGlobal(QPoint(0, edit_->height() + 2));
+  const QRect room = edit_->screen()->availableGeometry();
+  place.setX(std::min(place.x(), room.right() - popup->width()));
+  if (place.y() + popup->height() > room.bottom()) {
+    place.setY(edit_->mapToGlobal(QPoint(0, -popup->height() - 2)).y());
+  }
+  popup->move(place);
+  popup->show();
+  calendar->setFocus();
+}
+
+// --- memo
+
+MemoView::MemoView(ScreenFace& face, TextBox& box) : ControlView(face, box), box_(box) {
+  edit_ = new QPlainTextEdit(face.host());
+  edit_->setTabChangesFocus(true);
+  edit_->setProperty("memo", true);
+  edit_->setFrameShape(QFrame::StyledPanel);
+  edit_->setMinimumHeight(edit_->fontMetrics().lineSpacing() * kMemoLines + 18);
+  edit_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  QObject::connect(edit_, &QPlainTextEdit::textChanged, edit_, [this] { Edited(); });
+}
+
+void MemoView::Show() {
+  edit_->setReadOnly(box_.locked());
+  QString text = Q(box_.text());
+  text.replace("\r\n", "\n");
+  if (edit_->toPlainText() == text) return;
+  showing_ = true;
+  edit_->setPlainText(text);
+  showing_ = false;
+}
+
+void MemoView::Edited() {
+  if (showing_) return;
+  QString text = edit_->toPlainText();
+  // The value holds line ends as the database has them.
+  text.replace("\n", "\r\n");
+  bool taken = false;
+  Act([&] { taken = box_.Type(S(text)); });
+  if (taken) return;
+  QApplication::beep();
+  showing_ = true;
+  edit_->undo();
+  showing_ = false;
+}
+
+bool MemoView::UseKey(const QKeyEvent& event) {
+  const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+  if (!enter) return false;
+  // Enter makes a line here; with Ctrl it moves on.
+  if (event.modifiers() & Qt::ControlModifier) {
+    face().MoveOn(*this);
+    return true;
+  }
+  edit_->insertPlainText("\n");
+  return true;
+}
+
+}  // namespace kaunter

@@ -1,0 +1,40 @@
+#include "desktop/window_memory.h"
+
+#include <QScreen>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QWidget>
+
+namespace kaunter {
+namespace {
+
+bool g_memory = true;
+
+QString FilePath() {
+  return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+         "/kaunter/windows.ini";
+}
+
+}  // namespace
+
+void SetWindowMemory(bool on) { g_memory = on; }
+
+bool RestoreWindow(QWidget& window, const QString& name) {
+  if (!g_memory) return false;
+  const QSettings file(FilePath(), QSettings::IniFormat);
+  return window.restoreGeometry(file.value("geometry/" + name).toByteArray());
+}
+
+void KeepWindow(const QWidget& window, const QString& name) {
+  if (!g_memory) return;
+  QSettings file(FilePath(), QSettings::IniFormat);
+  file.setValue("geometry/" + name, window.saveGeometry());
+}
+
+void FitToScreen(QWidget& window, QSize wanted) {
+  const QSize room = window.screen()->availableGeometry().size();
+  // The frame of the window and a bar at the edge of the screen need some room themselves.
+  window.resize(wanted.boundedTo(QSize(room.width() - 24, room.height() - 48)));
+}
+
+}  // namespace kaunter

@@ -1,0 +1,21 @@
+// Where the person left each window and how large; one small file in the user's settings folder.
+#pragma once
+
+#include <QSize>
+#include <QString>
+
+class QWidget;
+
+namespace kaunter {
+
+// Switched off for tests and pictures, which must not depend on yesterday.
+void SetWindowMemory(bool on);
+
+// False when nothing is known of this window.
+bool RestoreWindow(QWidget& window, const QString& name);
+void KeepWindow(const QWidget& window, const QString& name);
+
+// A size that fits the screen the window opens on.
+void FitToScreen(QWidget& window, QSize wanted);
+
+}  // namespace kaunter
