@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "platform/sql/functions.h"
 #include "platform/sql/sql_error.h"
@@ -21,6 +22,51 @@ void CollectTables(const TableRef& table, std::vector<const TableRef*>& tables,
   CollectTables(*table.left, tables, conditions, inner);
   CollectTables(*table.right, tables, conditions, inner);
   if (table.on != nullptr) conditions.push_back(table.on.get());
+}
+
+bool IsColumnOf(const Expr& expr, const Source& source) {
+  return expr.kind == ExprKind::kColumn && expr.source == &source;
+}
+
+bool IsKeyColumn(const Expr& expr, const std::vector<std::string>& key) {
+  return std::any_of(key.begin(), key.end(),
+                     [&](const std::string& name) { return SameName(name, expr.text); });
+}
+
+// The whole primary key of the source's table is among the grouped columns.
+bool GroupedByKey(const SelectCore& core, const Source& source) {
+  if (source.table == nullptr || source.system || source.table->primary_key.empty()) return false;
+  const std::vector<std::string>& key = source.table->primary_key;
+  return std::all_of(key.begin(), key.end(), [&](const std::string& name) {
+    return std::any_of(core.group_by.begin(), core.group_by.end(), [&](const ExprPtr& expr) {
+      return IsColumnOf(*expr, source) && SameName(expr->text, name);
+    });
+  });
+}
+
+// What the groups really depend on. T-SQL wants every column of the select list grouped; beside the
+// key of their table the others part no group, and without them the groups come out of the key's
+// index one by one instead of out of a sort of the whole table.
+std::vector<const Expr*> GroupColumns(const SelectCore& core) {
+  std::vector<const Source*> keyed;
+  for (const Source* source : core.sources) {
+    if (GroupedByKey(core, *source)) keyed.push_back(source);
+  }
+  std::vector<const Expr*> columns;
+  for (const ExprPtr& expr : core.group_by) {
+    const bool follows = std::any_of(keyed.begin(), keyed.end(), [&](const Source* source) {
+      return IsColumnOf(*expr, *source) && !IsKeyColumn(*expr, source->table->primary_key);
+    });
+    if (!follows) columns.push_back(expr.get());
+  }
+  return columns;
+}
+
+// A * lists the tables' columns in the order of the tables.
+bool ListsAll(const SelectCore& core) {
+  return std::any_of(core.items.begin(), core.items.end(), [](const SelectItem& item) {
+    return item.expr == nullptr && item.star_qualifier.empty();
+  });
 }
 
 }  // namespace
@@ -297,10 +343,12 @@ void SqliteWriter::WriteCore(const SelectCore& core, const std::vector<std::stri
     WriteItem(item, name, derived, collate, single);
     while (column < core.columns.size() && core.item_of[column] == i) ++column;
   }
+  const bool keep = std::exchange(keep_table_order_, ListsAll(core));
   if (!core.from.empty()) WriteFrom(core.from, nullptr);
+  keep_table_order_ = keep;
   if (core.where != nullptr) WriteConditions({core.where.get()});
   const char* separator = " GROUP BY ";
-  for (const ExprPtr& expr : core.group_by) {
+  for (const Expr* expr : GroupColumns(core)) {
     out_ += separator;
     separator = ", ";
     Collated(*expr, expr->type.kind == TypeKind::kText && !expr->base_column);
@@ -423,8 +471,12 @@ void SqliteWriter::WriteTable(const TableRef& table) {
     case TableRef::Kind::kJoin:
       break;
   }
-  WriteTable(*table.left);
-  switch (table.join) {
+  // A right join turned round can be driven from the index of the table that all rows come from.
+  const bool turned = table.join == JoinKind::kRight && !keep_table_order_;
+  const TableRef& first = turned ? *table.right : *table.left;
+  const TableRef& second = turned ? *table.left : *table.right;
+  WriteTable(first);
+  switch (turned ? JoinKind::kLeft : table.join) {
     case JoinKind::kInner:
       out_ += " INNER JOIN ";
       break;
@@ -441,9 +493,9 @@ void SqliteWriter::WriteTable(const TableRef& table) {
       out_ += " CROSS JOIN ";
       break;
   }
-  const bool bracket = table.right->kind == TableRef::Kind::kJoin;
+  const bool bracket = second.kind == TableRef::Kind::kJoin;
   if (bracket) out_ += '(';
-  WriteTable(*table.right);
+  WriteTable(second);
   if (bracket) out_ += ')';
   if (table.on != nullptr) {
     out_ += " ON ";

@@ -77,8 +77,9 @@ class SqliteWriter {
   const Statement& statement_;
   std::string out_;
   std::vector<Parameter> parameters_;
-  bool constants_ = false;     // literals stand in the text: DDL takes no parameters
-  bool bare_columns_ = false;  // without the table's name: computed columns
+  bool constants_ = false;         // literals stand in the text: DDL takes no parameters
+  bool bare_columns_ = false;      // without the table's name: computed columns
+  bool keep_table_order_ = false;  // of FROM: the select list has a *
 };
 
 }  // namespace kaunter::sql
