@@ -17,13 +17,13 @@ class Session;
 // What the person has asked for. Empty fields narrow nothing; a field that the picker does not
 // offer is left out.
 struct PickerFilter {
-  std::string search;  // wildcards of LIKE (% _ [ ]) work in it
-  std::string extra;   // PickerExtra
-  std::string comp_code;
-  std::string area_code;
-  std::string loan_group_id;
-  std::string loan_type_id;
-  std::string collect_info_id;
+  std::string search = {};  // wildcards of LIKE (% _ [ ]) work in it
+  std::string extra = {};   // PickerExtra
+  std::string comp_code = {};
+  std::string area_code = {};
+  std::string loan_group_id = {};
+  std::string loan_type_id = {};
+  std::string collect_info_id = {};
   bool hide_settled = false;
   std::size_t sort = 0;  // position among the picker's sorts
 };
