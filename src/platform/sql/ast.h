@@ -24,6 +24,7 @@ enum class ExprKind : std::uint8_t {
   kLiteral,
   kNull,
   kColumn,
+  kStar,     // t.* in a select list, until the parser has made an item of it
   kBinary,   // args: left, right; op
   kCompare,  // args: left, right; op
   kNegate,
@@ -190,6 +191,7 @@ struct Assignment {
   std::string_view column;
   std::size_t place = 0;
   ExprPtr value;
+  bool compound = false;       // c += value: the column is the first operand of `value`
   std::string_view canonical;  // by the binder
 };
 

@@ -264,6 +264,7 @@ void Binder::BindUpdate() {
       Refuse(8102, Quoted("Cannot update identity column '", column->name, "'."), assignment.place);
     }
     assignment.canonical = column->name;
+    if (assignment.compound) assignment.value->args[0]->qualifier = target.alias;
     scope.clause = Clause::kSet;
     BindValue(*assignment.value, scope);
     Assign(assignment.value, column->type, column->name);

@@ -12,6 +12,8 @@ constexpr Type kInteger{TypeKind::kInteger, 0, 10, 0};
 constexpr Type kDouble{TypeKind::kDouble, 0, 0, 0};
 constexpr Type kDateTime{TypeKind::kDateTime, 0, 0, 0};
 
+constexpr int kLongestFraction = 8;  // of a literal that is still a decimal
+
 bool IsNumber(const Type& type) {
   return type.kind == TypeKind::kInteger || type.kind == TypeKind::kDecimal ||
          type.kind == TypeKind::kDouble;
@@ -96,6 +98,8 @@ void Binder::BindValue(Expr& expr, Scope& scope) {
     case ExprKind::kCoerce:
     case ExprKind::kCheckWidth:
       return;
+    case ExprKind::kStar:
+      Refuse(102, "Incorrect syntax near '*'.", expr.place);
     default:
       Refuse(102, "Incorrect syntax: a condition stands where a value is expected.", expr.place);
   }
@@ -151,6 +155,11 @@ void Binder::BindLiteral(Expr& expr) const {
       expr.conversion = Conversion::kAsInteger;
       return;
     case TokenKind::kDecimal:
+      if (expr.scale > kLongestFraction) {
+        expr.type = kDouble;
+        expr.conversion = Conversion::kAsDouble;
+        return;
+      }
       expr.type = {TypeKind::kDecimal, 0, 38, expr.scale};
       expr.conversion = Conversion::kAsDecimal;
       return;

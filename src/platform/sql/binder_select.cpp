@@ -88,7 +88,10 @@ void Binder::BindSelect(Select& select, const Scope* parent, bool top_level) {
              "subqueries, and common table expressions, unless TOP is also specified.",
              select.order_by.front().expr->place);
     }
+    const bool aggregated = select.cores[0].aggregated;
     BindOrder(select, scope);
+    // ORDER BY COUNT(*) makes a plain select an aggregated one.
+    if (!aggregated && select.cores[0].aggregated) CheckGrouping(select.cores[0]);
   }
   if (select.cores.size() == 1 && select.cores[0].aggregated) {
     for (const OrderItem& item : select.order_by) {

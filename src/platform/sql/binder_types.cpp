@@ -6,7 +6,9 @@
 namespace kaunter::sql {
 namespace {
 
-constexpr int kMaxScale = 10;  // the finest rounding that the engines do
+// The finest result of arithmetic. The server goes further, but money is kept in doubles: eight
+// places are what they hold of amounts of up to 90 billion.
+constexpr int kMaxScale = 8;
 
 bool IsNumber(const Type& type) {
   return type.kind == TypeKind::kInteger || type.kind == TypeKind::kDecimal ||

@@ -247,7 +247,8 @@ void Parser::ParseAssignments(Statement& statement) {
     Advance();
     if (At(Keyword::kDefault)) NotSupported("DEFAULT as a value");
     assignment.value = ParseExpr();
-    if (op != Op::kNone) {
+    assignment.compound = op != Op::kNone;
+    if (assignment.compound) {
       ExprPtr column = Make(ExprKind::kColumn, assignment.place);
       column->qualifier = assignment.qualifier;
       column->text = assignment.column;

@@ -332,6 +332,11 @@ ExprPtr Parser::ParseNamed() {
     if (parts > 3) SyntaxError();
     Advance();
     expr->qualifier = name;
+    if (At(Symbol::kStar)) {
+      Advance();
+      expr->kind = ExprKind::kStar;
+      return expr;
+    }
     name = Name();
     if (At(Symbol::kOpen)) NotSupported("functions of a schema");
   }

@@ -116,6 +116,11 @@ SelectItem Parser::ParseItem() {
     return item;
   }
   item.expr = ParseExpr();
+  if (item.expr->kind == ExprKind::kStar) {
+    item.star_qualifier = item.expr->qualifier;
+    item.expr = nullptr;
+    return item;
+  }
   // 'alias' = expression came out as a comparison, which a select list cannot hold
   if (item.expr->kind == ExprKind::kCompare && item.expr->op == Op::kEqual &&
       item.expr->args[0]->kind == ExprKind::kLiteral &&

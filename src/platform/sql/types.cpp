@@ -14,6 +14,7 @@ struct NamedType {
 };
 
 constexpr int kMoneyScale = 4;
+constexpr int kMaxScale = 10;  // the engines round no finer
 
 constexpr NamedType kTypes[] = {
     {"nvarchar", {TypeKind::kText, 1, 0, 0}},
@@ -77,7 +78,7 @@ Type ParseType(std::string_view declared) {
       type.width = at == std::string_view::npos ? 0 : std::max(ReadNumber(declared, at), 0);
     } else if (type.kind == TypeKind::kDecimal && at != std::string_view::npos) {
       type.precision = std::clamp(ReadNumber(declared, at), 1, 38);
-      type.scale = std::clamp(ReadNumber(declared, at), 0, type.precision);
+      type.scale = std::clamp(ReadNumber(declared, at), 0, std::min(type.precision, kMaxScale));
     }
     return type;
   }

@@ -11,8 +11,6 @@
 namespace kaunter::sql {
 namespace {
 
-constexpr int kFinestRounding = 10;
-
 bool IsText(const Expr& expr) { return expr.type.kind == TypeKind::kText; }
 bool IsDecimal(const Expr& expr) { return expr.type.kind == TypeKind::kDecimal; }
 bool IsDate(const Type& type) {
@@ -25,7 +23,8 @@ bool IsNumber(const Type& type) {
 
 bool IsChain(const Expr& expr) {
   return expr.kind == ExprKind::kBinary && IsDecimal(expr) &&
-         (expr.op == Op::kAdd || expr.op == Op::kSubtract || expr.op == Op::kMultiply);
+         (expr.op == Op::kAdd || expr.op == Op::kSubtract || expr.op == Op::kMultiply ||
+          expr.op == Op::kDivide);
 }
 
 std::string_view OpText(Op op) {
@@ -49,6 +48,14 @@ std::string_view OpText(Op op) {
     default:
       return " >= ";
   }
+}
+
+bool UsesOneOf(const Expr& expr, const std::vector<const Source*>& sources) {
+  if (expr.kind == ExprKind::kColumn) {
+    return std::find(sources.begin(), sources.end(), expr.source) != sources.end();
+  }
+  return std::any_of(expr.args.begin(), expr.args.end(),
+                     [&](const ExprPtr& argument) { return UsesOneOf(*argument, sources); });
 }
 
 // A plain column has the collation of its declaration; anything else has lost it.
@@ -168,14 +175,10 @@ void SqliteWriter::Collated(const Expr& expr, bool collate) {
   out_ += kCollation;
 }
 
-// One rounding around the outermost + - * of decimals is enough, since the binary residue of a
+// One rounding around the outermost + - * / of decimals is enough, since the binary residue of a
 // chain stays far below the last place.
 void SqliteWriter::Binary(const Expr& expr) {
   if (IsChain(expr)) {
-    if (expr.type.scale >= kFinestRounding) {
-      Chain(expr);
-      return;
-    }
     out_ += "k_round(";
     Chain(expr);
     fmt::format_to(std::back_inserter(out_), ", {})", expr.type.scale);
@@ -200,7 +203,6 @@ void SqliteWriter::Binary(const Expr& expr) {
       out_ += ')';
       return;
     case Op::kDivide:
-      // Decimals without a fraction are stored as integers, and SQLite would divide them so.
       out_ += '(';
       Value(left);
       out_ += integer ? " / k_divisor(" : " * 1.0 / k_divisor(";
@@ -235,8 +237,15 @@ void SqliteWriter::Binary(const Expr& expr) {
 void SqliteWriter::Chain(const Expr& expr) {
   out_ += '(';
   Operand(*expr.args[0]);
-  out_ += OpText(expr.op);
-  Operand(*expr.args[1]);
+  if (expr.op == Op::kDivide) {
+    // Decimals without a fraction are stored as integers, and SQLite would divide them so.
+    out_ += " * 1.0 / k_divisor(";
+    Value(*expr.args[1]);
+    out_ += ')';
+  } else {
+    out_ += OpText(expr.op);
+    Operand(*expr.args[1]);
+  }
   out_ += ')';
 }
 
@@ -736,7 +745,9 @@ void SqliteWriter::Subquery(const Expr& expr) {
     const bool simple = select.cores.size() == 1 && core.nested == nullptr && !core.distinct &&
                         core.top == nullptr && !core.aggregated && select.with.empty() &&
                         core.items.size() == 1 && core.items[0].expr != nullptr &&
-                        core.items[0].expr->kind != ExprKind::kWindow;
+                        core.items[0].expr->kind != ExprKind::kWindow &&
+                        // An aggregate of outer columns only would belong to the outer query.
+                        UsesOneOf(*core.items[0].expr, core.sources);
     if (simple) {
       WriteSelect(select, nullptr, false, true);
     } else {
