@@ -22,6 +22,25 @@ class QuietProgress : public ProgressBar {
   void SetPosition(int) override {}
 };
 
+// Where the cursor stands when the screen itself has not placed it: in the first control that a
+// person can change.
+void FocusFirst(Screen& screen) {
+  if (screen.focus() != nullptr) return;
+  for (Control* control : screen.controls()) {
+    switch (control->type()) {
+      case ControlType::container:
+      case ControlType::label:
+      case ControlType::picture:
+      case ControlType::bar:
+        continue;
+      default:
+        if (!control->Editable()) continue;
+        screen.NoteFocus(control);
+        return;
+    }
+  }
+}
+
 }  // namespace
 
 std::string ReportBaseName(std::string_view report_file) {
@@ -100,7 +119,10 @@ void PlayDesk::ShowModal(Screen& screen) {
   screen.Reopen();
   open_.push_back({&screen, nullptr});
   if (!screen.Guard([&screen] { screen.Load(); })) screen.Close();
-  if (!screen.closed()) host_->RunUntilClosed(screen);
+  if (!screen.closed()) {
+    FocusFirst(screen);
+    host_->RunUntilClosed(screen);
+  }
   open_.pop_back();
 }
 

@@ -293,7 +293,7 @@ void Runner::Answer(const Words& arguments) {
 
 void Runner::Messages(const Words&) {
   for (const TranscriptEntry& entry : context_.desk.transcript().entries()) {
-    context_.out << entry.Line() << '\n';
+    context_.out << SameBreaks(entry.Line()) << '\n';
   }
 }
 
@@ -301,7 +301,7 @@ void Runner::Show(const Words& arguments) {
   const Control& control = context_.FindControl(arguments[0]);
   const auto* grid = dynamic_cast<const Grid*>(&control);
   if (grid == nullptr) {
-    context_.out << PrintedText(control) << '\n';
+    context_.out << SameBreaks(PrintedText(control)) << '\n';
     return;
   }
   const std::vector<int> columns = VisibleColumns(*grid);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "play/script.h"
+
 namespace kaunter {
 namespace {
 
@@ -31,7 +33,7 @@ std::string TranscriptEntry::Line() const {
 }
 
 void Transcript::Add(TranscriptEntry entry) {
-  out_ << entry.Line() << '\n' << std::flush;
+  out_ << SameBreaks(entry.Line()) << '\n' << std::flush;
   entries_.push_back(std::move(entry));
 }
 

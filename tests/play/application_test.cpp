@@ -83,6 +83,30 @@ TEST(Program, ADatabaseThatIsNoneStopsTheStartAndIsLeftAsItWas) {
   EXPECT_EQ(office.Read("office.db"), "This is a letter to the bank, and no database at all.");
 }
 
+TEST(Program, LocalSettingsThatDoNotFitStopTheStart) {
+  struct Row {
+    std::string settings;
+    std::string message;
+  };
+  const std::vector<Row> rows = {
+      {"ShortDate = MM-dd-yyyy\n",
+       "[critical] Verify Date Setting: Invalid PC date format, please set to dd-MM-yyyy\n"},
+      {"ConnAccount\n", "settings.ini"},
+      {"[Office\n", "settings.ini"},
+  };
+  for (const Row& row : rows) {
+    Office office;
+    office.settings = office.Path("settings.ini");
+    office.Write("settings.ini", row.settings);
+    const Played played = office.Play(kSignIn);
+    EXPECT_EQ(played.status, Runner::kStopped) << row.settings;
+    EXPECT_THAT(played.out, HasSubstr(row.message)) << row.settings;
+    EXPECT_EQ(played.err, "kaunter-play: the program did not start\n");
+    EXPECT_EQ(office.Read("settings.ini"), row.settings);
+    EXPECT_EQ(office.Read("office.db"), "");  // nothing was made for a start that was refused
+  }
+}
+
 TEST(Program, AStatementThatIsNotKnownShowsItselfAndThePlace) {
   const Office office;
   const Played played = office.Play(kSignIn + "sql \"SELECT FROB FROM CompMast FOR XML\"");

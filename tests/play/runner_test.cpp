@@ -127,7 +127,8 @@ TEST(Runner, WhatFailsGoesOnWithStatusOne) {
       {"expect enabled Off 1", "line 2: enabled Off: expected 1, was 0\n"},
       {"expect visible Unseen 1", "line 2: visible Unseen: expected 1, was 0\n"},
       {"expect locked Memo 1", "line 2: locked Memo: expected 1, was 0\n"},
-      {"expect focus Memo", "line 2: focus: expected \"Memo\", was \"\"\n"},
+      {"expect focus LoanID\nexpect focus Memo",
+       "line 3: focus: expected \"Memo\", was \"LoanID\"\n"},
       {"expect screen MainFrm", "line 2: screen: expected \"MainFrm\", was \"SampleFrm\"\n"},
       {"expect sql \"update Nothing\" 1", "line 2: sql: expected \"1\", was \"\"\n"},
       {"expect report A.rpt", "line 2: no report has been started\n"},
@@ -232,7 +233,7 @@ TEST(Runner, WhatThePersonWouldSee) {
   EXPECT_EQ(played.out,
             "[question] Save: Confirm to save ? -> yes\n"
             "[information] Save: Saved\n"
-            "[critical] Sample: Loan not found\r\nTry again\n"
+            "[critical] Sample: Loan not found\nTry again\n"
             "[critical] Sample Screen: server gone\n"
             "open http://www.kaunter.example/\n"
             "start DailyBatch 31-01-2024\n"
@@ -249,7 +250,7 @@ TEST(Runner, WhatIsPrintedOnRequest) {
       "\"select * from Kinds\"\nsql \"update Nothing\"\nmessages\nmenus");
   EXPECT_EQ(played.out,
             "[critical] Sample Screen: server gone\n"
-            "a\r\nb\n"
+            "a\nb\n"
             "****\n"
             "No | Due Date | Amount\n"
             "1 | 31-01-2024 | 100.00\n"
