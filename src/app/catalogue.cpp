@@ -7,6 +7,8 @@
 #include "core/setup_frm.h"
 #include "core/user_frm.h"
 #include "core/values.h"
+#include "customers/frm_nic.h"
+#include "customers/new_cust_frm.h"
 #include "loans/loan_calc_frm.h"
 #include "screen/screen.h"
 
@@ -30,7 +32,9 @@ constexpr Entry kScreens[] = {
     {"LoanCalcfrm", Make<LoanCalcfrm>},
     {"PopupFrm", Make<PopupFrm>},
     {"SetupFrm", Make<SetupFrm>},
+    {"NewCustFrm", Make<NewCustFrm>},
     {"UserFrm", Make<UserFrm>},
+    {"frmNIC", Make<frmNIC>},
 };
 
 const Entry* FindEntry(std::string_view name) {

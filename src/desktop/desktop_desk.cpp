@@ -87,6 +87,10 @@ void DesktopDesk::Show(std::string_view screen_name) {
   ShowModal(*screen);
 }
 
+bool DesktopDesk::CanShow(std::string_view screen_name) const {
+  return make && make(screen_name) != nullptr;
+}
+
 void DesktopDesk::ShowModal(Screen& screen) {
   const PointerFree free(hourglass_);
   ScreenDialog dialog(screen, Front());

@@ -28,6 +28,7 @@ class DesktopDesk : public Desk {
                        std::string_view pattern) override;
   std::string PickFolder(std::string_view title, std::string_view folder) override;
   void Show(std::string_view screen_name) override;
+  bool CanShow(std::string_view screen_name) const override;
   void ShowModal(Screen& screen) override;
   std::unique_ptr<ProgressBar> Progress(std::string_view title) override;
   void Hourglass(bool on) override;

@@ -113,6 +113,10 @@ void PlayDesk::Show(std::string_view screen_name) {
   ShowModal(*screen);
 }
 
+bool PlayDesk::CanShow(std::string_view screen_name) const {
+  return host_ != nullptr && host_->MakeScreen(screen_name) != nullptr;
+}
+
 void PlayDesk::ShowModal(Screen& screen) {
   CheckPatience();
   if (host_ == nullptr || host_->stopped()) return;

@@ -43,6 +43,8 @@ class Desk {
 
   // Opens the screen of the catalogue by its name, modally; returns when it has been closed.
   virtual void Show(std::string_view screen_name) = 0;
+  // The catalogue has a screen of this name: a button for one that is not built yet stays hidden.
+  virtual bool CanShow(std::string_view) const { return false; }
   // Shows a screen that the caller made and keeps (the main window's dialogs, pickers with
   // arguments).
   virtual void ShowModal(Screen& screen) = 0;

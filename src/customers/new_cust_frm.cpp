@@ -1,0 +1,308 @@
+#include "customers/new_cust_frm.h"
+
+#include <fmt/format.h>
+
+#include "core/company_access.h"
+#include "core/identity.h"
+#include "core/picker.h"
+#include "core/values.h"
+#include "customers/customer_store.h"
+
+namespace kaunter {
+namespace {
+
+std::vector<GridColumn> ReferrerColumns() {
+  return {{{"Name", "姓名"}, Kind::text, 24},        {{"New IC", "新身份证"}, Kind::text, 14},
+          {{"Old IC", "旧身份证"}, Kind::text, 10},  {{"Relationship", "关系"}, Kind::text, 12},
+          {{"Company", "公司名称"}, Kind::text, 18}, {{"Business", "业务"}, Kind::text, 0},
+          {{"Position", "职位"}, Kind::text, 0},     {{"Monthly Income", "月入"}, Kind::money, 12},
+          {{"Address", "地址"}, Kind::text, 0},      {{"Address 2", "地址 2"}, Kind::text, 0},
+          {{"Address 3", "地址 3"}, Kind::text, 0},  {{"Tel", "电话"}, Kind::text, 12},
+          {{"Fax", "传真"}, Kind::text, 0},          {{"Mobile", "手机"}, Kind::text, 14},
+          {{"E-mail", "电邮"}, Kind::text, 0}};
+}
+
+std::vector<GridColumn> LoanColumns() {
+  return {{{"Loan Code", "贷款编号"}, Kind::text, 14},
+          {{"Cust Code", "顾客号码"}, Kind::text, 10},
+          {{"Loan Date", "贷款日期"}, Kind::date, 11},
+          {{"Loan Amount", "贷款金额"}, Kind::money, 12},
+          {{"Rate", "期数"}, Kind::text, 6},
+          {{"Capital", "本金"}, Kind::money, 12},
+          {{"Term", "分期"}, Kind::text, 14},
+          {{"Pay Amt", "分期金额"}, Kind::money, 11},
+          {{"Loan Type", "贷款状态"}, Kind::text, 18},
+          {{"Tot Ints", "利息总额"}, Kind::money, 11},
+          {{"Tot Charge", "收费总额"}, Kind::money, 11},
+          {{"Tot Paid", "已还总额"}, Kind::money, 12},
+          {{"Balance", "结余"}, Kind::money, 12},
+          {{"Status", "状态"}, Kind::text, 10}};
+}
+
+}  // namespace
+
+NewCustFrm::NewCustFrm(Session& session, Desk& desk)
+    : SessionScreen("NewCustFrm", {"Customer", "顾客"}, session, desk),
+      RefLV(*this, "RefLV", {"Referrers", "介绍人"}, ReferrerColumns(), &RefererPage),
+      DocDG(*this, "DocDG", {"Documents", "文件"},
+            {{{"Doc No", "文件号码"}, Kind::text, 16},
+             {{"Description", "说明"}, Kind::text, 34},
+             {{"File", "文件名"}, Kind::text, 22},
+             {{"User", "用户"}, Kind::text, 10},
+             {{"Date Created", "建立日期"}, Kind::text, 17}},
+            &DocumentPage),
+      CheckListDG(*this, "CheckListDG", {"Check List", "查核表"},
+                  {{{"Description", "说明"}, Kind::text, 34},
+                   {{"Detail", "详情"}, Kind::text, 20, true},
+                   {{"Checked", "已查核"}, Kind::text, 8, true},
+                   {{"Remarks", "备注"}, Kind::text, 30, true}},
+                  &CheckListPage),
+      LoanDG(*this, "LoanDG", {"Loans", "贷款"}, LoanColumns(), &LoanPage),
+      record_("CustMast", "CustID") {
+  BindRecord();
+  BindEvents();
+}
+
+void NewCustFrm::BindRecord() {
+  const auto zero = [] { return std::string("0"); };
+  record_.Add(CustID)
+      .Add(CompCode)
+      .Add(TrxDate, As::date)
+      .Add(CustName)
+      .Add(CustNickName)
+      .Add(CustNIC);
+  record_.Add(CustOIC).Add(CustOthIC).Add(CustGender).Add(CustRace).Add(AreaCode);
+  // The loan save keeps the totals; a new customer has none.
+  record_.AddValue("TotLoan", zero).InsertOnly().AddValue("TotLoanBal", zero).InsertOnly();
+  record_.Add(CustAdd1).Add(CustAdd2).Add(CustAdd3).Add(CustPostCode).Add(CustState).Add(CustCity);
+  record_.Add(CustTel1).Add(CustTel2).Add(CustFax).Add(CustHP1).Add(CustHP2).Add(CustStatus);
+  record_.Add(CustComp).Add(CustCompBiz).Add(CustCompPos).Add(CustCompIncome, As::money);
+  record_.Add(CustCompAdd1).Add(CustCompAdd2).Add(CustCompAdd3).Add(CustCompPostCode);
+  record_.Add(CustCompTel1).Add(CustCompTel2).Add(CustCompFax).Add(CustCompName2).Add(CustCompPos2);
+  record_.Add(CustCompWork2)
+      .Add(CustSpouseName)
+      .Add(CustSpouseNIC)
+      .Add(CustSpouseOIC)
+      .Add(CustSpouseComp);
+  record_.Add(CustSpouseCompBiz).Add(CustSpouseCompPos).Add(CustSpouseCompIncome, As::money);
+  record_.Add(CustSpouseCompAdd1).Add(CustSpouseCompAdd2).Add(CustSpouseCompAdd3);
+  record_.Add(CustSpouseCompPostCode).Add(CustSpouseCompState).Add(CustSpouseCompCity);
+  record_.Add(CustSpouseCompTel1).Add(CustSpouseCompFax1).Add(CustSpouseHP1).Add(CustSpouseRace);
+  record_.Add(CustSpouseDOB, As::birth_date).Add(CustSpouseGender).Add(CustSpouseemail);
+  record_.Add(Pic1).Add(Pic2).Add(Pic3).Add(Pic4).Add(Pic5).Add(Pic6);
+  record_.Add(CustVehicleNo).Add(CustVehicleModel).Add(CustChild, As::integer);
+  record_.AddValue("UserID", [this] { return QuoteStr(session().CurrentUserID); }).InsertOnly();
+  record_.Add(Employer).Add(CompCatCode).Add(OldCode).Add(DOB, As::birth_date).Add(HouseStatus);
+  record_.Add(ATMCardNo)
+      .Add(ATMPinNo)
+      .Add(BankAccNo)
+      .Add(BankTransferName)
+      .Add(BankCagaran)
+      .Add(Remark);
+  record_.AddValue("TotLoanAmt2", zero).InsertOnly();
+  record_.Add(JobType)
+      .Add(StartWorkDate, As::birth_date)
+      .Add(EndWorkDate, As::birth_date)
+      .Add(SalaryDate);
+  record_.AddValue("TotTopUpAmt", zero).InsertOnly();
+  record_.AddValue("DateCreated", [this] { return SqlDateTime(ServerNow(main(), true)); })
+      .InsertOnly();
+  record_.Add(MaritalStatus)
+      .Add(WargaNegara)
+      .Add(MotherName)
+      .Add(CompNo)
+      .Add(email)
+      .Add(PreLanguage);
+  record_.Add(AppID)
+      .Add(Academic)
+      .Add(HouseLiving)
+      .Add(CreditLimit, As::money)
+      .Add(CreditLimitType);
+}
+
+void NewCustFrm::BindEvents() {
+  CustID.picker = "CustPop";
+  CustID.onLeave = [this] {
+    CustID.SetText(Upper(Trim(CustID.text())));
+    if (!CustID.empty() && CustID.text() != loaded_id_) LoadCustomer(CustID.text());
+  };
+  CustID.onSearch = [this] {
+    const std::string id = Pick(session(), desk(), "CustPop");
+    if (!id.empty()) LoadCustomer(id);
+  };
+  SearchText.onLeave = [this] { LoadByText(); };
+  AppID.picker = "AppPop";
+  AppID.onSearch = [this] {
+    const std::string app = Pick(session(), desk(), "AppPop");
+    if (!app.empty()) AppID.SetText(app);
+  };
+  CompCode.onLeave = [this] {
+    if (!CheckCompanyAccess(session(), desk(), CompCode)) {
+      CompCode.Clear();
+      FocusOn(CompCode);
+    }
+  };
+  AreaCode.onPick = [this] { LeaveArea(); };
+  CustNIC.mask = CustSpouseNIC.mask = RefererNIC.mask = kNewIcMask;
+  CustNIC.onLeave = [this] {
+    LeaveNewIc(CustNIC, DOB);
+    CheckDuplicate(CustNIC, "CustNIC", {"New IC", "新身份证"});
+  };
+  CustOIC.onLeave = [this] { CheckDuplicate(CustOIC, "CustOIC", {"Old IC", "旧身份证"}); };
+  CustOthIC.onLeave = [this] { CheckDuplicate(CustOthIC, "CustOthIC", {"Other IC", "其他证件"}); };
+  CustSpouseNIC.onLeave = [this] { LeaveNewIc(CustSpouseNIC, CustSpouseDOB); };
+  for (TextBox* box : {&TrxDate, &DOB, &CustSpouseDOB, &StartWorkDate, &EndWorkDate}) {
+    box->onLeave = [this, box] { LeaveDate(*box); };
+  }
+  for (TextBox* box : {&CustCompIncome, &CustSpouseCompIncome, &CreditLimit, &RefererCompIncome}) {
+    box->onLeave = [this, box] { LeaveMoney(*box); };
+  }
+  for (TextBox* box : {&CustName, &CustNickName, &MotherName, &CustSpouseName, &RefererName,
+                       &CustAdd1, &CustAdd2, &CustAdd3, &CustCity, &CustComp}) {
+    box->onLeave = [this, box] { box->SetText(ApplyCapLock(session(), box->text())); };
+  }
+  JobType.onPick = [this] {
+    // The yearly return counts persons by their employer: a blank one takes the kind of job.
+    if (AreaCode.text() == "PERSONAL" && Employer.empty()) Employer.SetText(JobType.text());
+  };
+  AddEditCmd.onClick = [this] { AddReferrer(); };
+  RemoveRefCmd.onClick = [this] {
+    if (RefLV.current_row() >= 0) RefLV.RemoveRow(RefLV.current_row());
+    EditReferrer(-1);
+  };
+  RefLV.onRow = [this](int row) { EditReferrer(row); };
+  AddDocCmd.onClick = [this] { AddDocument(); };
+  RemoveDocCmd.onClick = [this] { RemoveDocuments(); };
+  OpenDocCmd.onClick = [this] { OpenDocument(); };
+  DocDG.SetHasChecks(true);
+  DocDG.onOpen = [this](int, int) { OpenDocument(); };
+  TextBox* pictures[] = {&Pic1, &Pic2, &Pic3, &Pic4, &Pic5, &Pic6};
+  for (int i = 0; i < 6; ++i) {
+    pictures[i]->picker = "file";
+    pictures[i]->onSearch = [this, box = pictures[i], i] { ChoosePhoto(*box, i + 1); };
+  }
+  LoanDG.onOpen = [this](int row, int) {
+    session().HandOverLoanID = LoanDG.Cell(row, 0);
+    OpenFor("NewLoanFrm", "Edit Loan");
+  };
+  OpenLoansChk.onClick = [this] { LoadLoans(loaded_id_); };
+  CmdLinkApp.onClick = [this] { LinkApplication(); };
+  CmdPrev.onClick = [this] { ShowNeighbour(PreviousCustomer(main(), CustID.text())); };
+  CmdNext.onClick = [this] { ShowNeighbour(NextCustomer(main(), CustID.text())); };
+  CmdNew.onClick = [this] { Import(); };
+  CmdClear.onClick = [this] { StartNew(); };
+  CmdNewLoan.onClick = [this] { OpenFor("NewLoanFrm", "New Loan"); };
+  CmdLoan.onClick = [this] { OpenFor("NewLoanFrm", "Edit Loan"); };
+  CmdPay.onClick = [this] { OpenFor("PaymentFrm", "New Payment"); };
+  CmdBuyGold.onClick = [this] { OpenFor("FrmBuyGold", "Buy Gold"); };
+  ECust.onClick = [this] { OpenFor("ECustMast", "E-Invoice"); };
+  CmdDelete.onClick = [this] { DeleteAfterPassword(); };
+  SaveCmd.onClick = [this] { Save(); };
+  SaveCmd.shortcut = "Ctrl+S";
+  CancelCmd.onClick = [this] {
+    if (RequestClose()) Close();
+  };
+}
+
+void NewCustFrm::Load() {
+  record_.TakeWidths(main());
+  FillCompanies(CompCode, session());
+  FillItems(CustRace, main(), "SELECT CustRaceID FROM CustRaceMast ORDER BY CustRaceID");
+  CustSpouseRace.SetItems(CustRace.items());
+  FillItems(AreaCode, main(), "SELECT AreaCode FROM AreaMast ORDER BY AreaCode");
+  FillItems(CompCatCode, main(), "SELECT CompCatCode FROM CampanyCategory ORDER BY CompCatCode");
+  CreditLimit.SetEnabled(session().AllowCreditLimit);
+  CreditLimitType.SetEnabled(session().AllowCreditLimit);
+  delete_mode_ = session().CallerTag == "Delete Customer";
+  if (delete_mode_) SaveCmd.SetCaption({"&Delete", "删除(&D)"});
+  CmdDelete.SetVisible(!delete_mode_);
+  CmdNew.SetVisible(!session().LinkDBString.empty());
+  ECust.SetVisible(session().settings.EInv && desk().CanShow("ECustMast"));
+  CmdNewLoan.SetVisible(desk().CanShow("NewLoanFrm"));
+  CmdLoan.SetVisible(desk().CanShow("NewLoanFrm"));
+  CmdPay.SetVisible(desk().CanShow("PaymentFrm"));
+  CmdBuyGold.SetVisible(desk().CanShow("FrmBuyGold"));
+  StartNew();
+  if (!session().HandOverCustID.empty()) LoadCustomer(session().HandOverCustID);
+}
+
+bool NewCustFrm::RequestClose() {
+  return (!record_.Changed() && Lists() == remembered_lists_) ||
+         desk().Ask(title().In(chinese()),
+                    session().In({"Close without saving the changes ?", "不储存更改就关闭？"}));
+}
+
+void NewCustFrm::ClearAll() {
+  record_.Clear();
+  loaded_id_.clear();
+  loaded_values_.clear();
+  edit_approved_ = false;
+  SearchText.Clear();
+  LoadLists({});
+}
+
+void NewCustFrm::StartNew() {
+  ClearAll();
+  CustStatus.SetText("ACTIVE");
+  TrxDate.SetText(ServerNow(main(), false));
+  if (MayUseCompany(session(), session().CurrentCompCode))
+    CompCode.SetText(session().CurrentCompCode);
+  record_.Remember();
+  FocusOn(CustID);
+}
+
+void NewCustFrm::LoadCustomer(const std::string& id) {
+  const Recordset row =
+      main().Query(fmt::format("SELECT * FROM CustMast WHERE CustID={}", QuoteStr(id)));
+  if (row.Eof()) {
+    Refuse(CustID, {"Customer not found", "找不到顾客"});
+    ClearAll();
+    return;
+  }
+  const std::string company = NullToEmpty(row.Field("CompCode"));
+  if (!MayUseCompany(session(), company)) {
+    Tell(MessageKind::critical, {fmt::format("You Cannot Access Company {}", company),
+                                 fmt::format("您不能进入 {}", company)});
+    ClearAll();
+    return;
+  }
+  ClearAll();
+  record_.Load(row);
+  loaded_id_ = NullToEmpty(row.Field("CustID"));
+  for (const char* column : {"CustName", "CustNIC", "CustOIC", "CustOthIC", "TrxDate"}) {
+    loaded_values_.push_back(row.Field(column));
+  }
+  CustID.SetMark(false);
+  LoadLists(loaded_id_);
+}
+
+void NewCustFrm::LoadByText() {
+  SearchText.SetText(Trim(SearchText.text()));
+  if (SearchText.empty()) return;
+  const std::string id = FindCustomerByText(main(), SearchText.text(), CompCode.text());
+  if (id.empty()) {
+    Refuse(SearchText, {"Customer not found", "找不到顾客"});
+    return;
+  }
+  SearchText.SetMark(false);
+  LoadCustomer(id);
+}
+
+void NewCustFrm::ShowNeighbour(const std::string& id) {
+  if (!id.empty()) LoadCustomer(id);
+}
+
+void NewCustFrm::OpenFor(const std::string& screen, const std::string& command) {
+  if (loaded_id_.empty() || !desk().CanShow(screen)) return;
+  const std::string own_tag = session().CallerTag;
+  session().HandOverCustID = loaded_id_;
+  session().CallerTag = command;
+  desk().Show(screen);
+  session().HandOverCustID.clear();
+  session().HandOverLoanID.clear();
+  session().CallerTag = own_tag;
+  LoadLoans(loaded_id_);
+  ShowCredit(loaded_id_);
+}
+
+}  // namespace kaunter

@@ -1,0 +1,324 @@
+// The lists of the customer screen: referrers, documents, check list, loans with their sums, the
+// credit bar, and what brings rows into them.
+#include <fmt/format.h>
+
+#include <filesystem>
+
+#include "core/company_access.h"
+#include "core/log.h"
+#include "core/picker.h"
+#include "core/sequences.h"
+#include "core/values.h"
+#include "customers/credit_limit.h"
+#include "customers/customer_store.h"
+#include "customers/document_store.h"
+#include "customers/new_cust_frm.h"
+#include "platform/sql/data_source.h"
+
+namespace kaunter {
+namespace {
+
+constexpr const char* kDocumentFiles =
+    "All Images (*.jpg *.jpeg *.bmp *.tif *.tiff *.png *.gif *.pdf);;All File (*.*)";
+
+std::string TextOf(const Grid& grid) {
+  std::string text;
+  for (int row = 0; row < grid.RowCount(); ++row) {
+    for (const std::string& cell : grid.Row(row)) text += cell + "\x1f";
+    text += "\x1e";
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string NewCustFrm::Lists() const {
+  return TextOf(RefLV) + TextOf(DocDG) + TextOf(CheckListDG);
+}
+
+void NewCustFrm::LoadLists(const std::string& id) {
+  LoadReferrers(id);
+  LoadDocuments(id);
+  LoadCheckList(id);
+  LoadLoans(id);
+  ShowCredit(id);
+  Photo.SetPath(Pic1.empty() || id.empty() ? std::string() : KeptPath(session(), id, Pic1.text()));
+  remembered_lists_ = Lists();
+}
+
+void NewCustFrm::LoadReferrers(const std::string& id) {
+  RefLV.Clear();
+  EditReferrer(-1);
+  if (id.empty()) return;
+  Recordset rows = main().Query(fmt::format(
+      "Select * from RefererMast where CustID = {} order by RefererName", QuoteStr(id)));
+  for (; !rows.Eof(); rows.MoveNext()) {
+    std::vector<std::string> cells;
+    for (const char* column :
+         {"RefererName", "RefererNIC", "RefererOIC", "RefererRelationship", "RefererComp",
+          "RefererCompBiz", "RefererCompPos", "RefererCompIncome", "RefererCompAdd1",
+          "RefererCompAdd2", "RefererCompAdd3", "RefererCompTel1", "RefererCompFax1", "RefererHP1",
+          "Refereremail"}) {
+      const Value& value = rows.Field(column);
+      cells.push_back(std::string_view(column) == "RefererCompIncome" ? ShowMoney(value)
+                                                                      : NullToEmpty(value));
+    }
+    RefLV.AddRow(std::move(cells));
+  }
+}
+
+// In the order of the grid's columns.
+std::vector<TextBox*> NewCustFrm::ReferrerBoxes() {
+  return {&RefererName,     &RefererNIC,      &RefererOIC,      &RefererRelationship,
+          &RefererComp,     &RefererCompBiz,  &RefererCompPos,  &RefererCompIncome,
+          &RefererCompAdd1, &RefererCompAdd2, &RefererCompAdd3, &RefererCompTel1,
+          &RefererCompFax1, &RefererHP1,      &Refereremail};
+}
+
+bool NewCustFrm::AddReferrer() {
+  if (RefererName.empty())
+    return Refuse(RefererName, {"Referrer Name is require", "请输入介绍人姓名"});
+  if (!RefererCompIncome.empty() && !IsNumeric(RefererCompIncome.text())) {
+    return Refuse(RefererCompIncome, {"Invalid amount, please check", "数额不正确，请检查"});
+  }
+  if (RefererCompIncome.empty()) RefererCompIncome.SetText("0.00");
+  std::vector<std::string> cells;
+  for (const TextBox* box : ReferrerBoxes()) cells.push_back(box->text());
+  if (referrer_row_ >= 0 && referrer_row_ < RefLV.RowCount()) {
+    for (std::size_t i = 0; i < cells.size(); ++i)
+      RefLV.SetCell(referrer_row_, static_cast<int>(i), cells[i]);
+  } else {
+    RefLV.AddRow(std::move(cells));
+  }
+  EditReferrer(-1);
+  return true;
+}
+
+void NewCustFrm::EditReferrer(int row) {
+  referrer_row_ = row;
+  int column = 0;
+  for (TextBox* box : ReferrerBoxes()) {
+    box->SetText(row < 0 ? std::string() : RefLV.Cell(row, column));
+    box->SetMark(false);
+    ++column;
+  }
+}
+
+void NewCustFrm::LoadDocuments(const std::string& id) {
+  DocDG.Clear();
+  if (id.empty()) return;
+  Recordset rows = main().Query(
+      fmt::format("SELECT * FROM DocumentMast WHERE CustID={} ORDER BY DocNo", QuoteStr(id)));
+  for (; !rows.Eof(); rows.MoveNext()) {
+    DocDG.AddRow({NullToEmpty(rows.Field("DocNo")), NullToEmpty(rows.Field("DocDesc")),
+                  NullToEmpty(rows.Field("DocName")), NullToEmpty(rows.Field("UserID")),
+                  ShowDateTime(rows.Field("DateCreated"))});
+  }
+}
+
+void NewCustFrm::AddDocument() {
+  if (Trim(DocDesc.text()).empty()) {
+    Refuse(DocDesc, {"Please input description before adding documents", "加入文件前请先输入说明"});
+    return;
+  }
+  const std::string owner = loaded_id_.empty() ? CompCode.text() : loaded_id_;
+  if (owner.empty()) {
+    Refuse(CompCode, {"Company Code is required", "请选择公司"});
+    return;
+  }
+  const std::string file =
+      desk().PickFile("Select Documents / Images File", session().AppPath, kDocumentFiles);
+  if (file.empty()) return;
+  if (std::filesystem::path(file).extension().string().size() < 2) {
+    Refuse(DocDesc, "Invalid filename");
+    return;
+  }
+  const std::string number = NextSeries(main(), "D", owner, true);
+  const std::string name = KeepFile(session(), owner, file, number);
+  DocDG.AddRow({number, DocDesc.text(), name, session().CurrentUserID, ServerNow(main(), true)});
+  DocDesc.Clear();
+}
+
+void NewCustFrm::RemoveDocuments() {
+  int ticked = 0;
+  for (int row = 0; row < DocDG.RowCount(); ++row) ticked += DocDG.Ticked(row) ? 1 : 0;
+  if (ticked == 0) {
+    Tell(MessageKind::information, "No changes on existing documents");
+    return;
+  }
+  if (!Confirm(fmt::format("Confirm to remove {} item ?", ticked))) return;
+  for (int row = DocDG.RowCount() - 1; row >= 0; --row) {
+    if (DocDG.Ticked(row)) DocDG.RemoveRow(row);
+  }
+}
+
+void NewCustFrm::OpenDocument() {
+  const int row = DocDG.current_row();
+  if (row < 0) return;
+  const std::string& number = DocDG.Cell(row, 0);
+  desk().Open(KeptPath(session(), number.substr(0, number.find('#')), DocDG.Cell(row, 2)));
+}
+
+void NewCustFrm::LoadCheckList(const std::string& id) {
+  CheckListDG.Clear();
+  Recordset rows;
+  if (!id.empty()) {
+    rows =
+        main().Query(fmt::format("SELECT CheckListDesc,Detail,Checked,Remarks,Detail FROM "
+                                 "CheckListTrans WHERE CheckListType = 'CL' AND "
+                                 "CustID={} ORDER BY CheckListSeq",
+                                 QuoteStr(id)));
+  }
+  if (rows.Eof()) {
+    rows = main().Query(
+        "SELECT CheckListDesc,'' as [Detail],'2' as [Checked],'' as [Remarks] FROM CheckListMast "
+        "WHERE "
+        "CheckListType = 'CL' ORDER BY CheckListSeq");
+  }
+  for (; !rows.Eof(); rows.MoveNext()) {
+    CheckListDG.AddRow({NullToEmpty(rows.Field(0)), NullToEmpty(rows.Field(1)),
+                        NullToEmpty(rows.Field(2)), NullToEmpty(rows.Field(3))});
+  }
+}
+
+void NewCustFrm::LoadLoans(const std::string& id) {
+  LoanDG.Clear();
+  for (TextBox* box : {&SumProfit, &SumLoanAmt, &SumLoanBal, &SumPayOutAmt, &SumTopUpAmt}) {
+    box->SetText("0.00");
+    box->SetLocked(true);
+  }
+  if (id.empty()) return;
+  const std::string company = CompanyCondition(session(), "CompCode");
+  Recordset rows = main().Query(fmt::format(
+      "Select CompCode,LoanID,OldLoanCode,LoanTerm,firstpayment,TrxDate,LoanAmt as "
+      "[LoanAmt3],PayOutAmt as "
+      "[PayOutAmt3],TotPay,LoanBal,LoanTerm,FirstPayment,LoanGroupID,TotInt,TotCollectorAmt,"
+      "LoanStatus,"
+      "(TotPay+PayExtra)-TotDiscAmt as TotPay2 from LoanMast where CustID = {}{}{} order by LoanID",
+      QuoteStr(id), company.empty() ? "" : " and " + company,
+      OpenLoansChk.checked() ? " AND LoanBal <> 0" : ""));
+  for (; !rows.Eof(); rows.MoveNext()) {
+    const std::string term = NullToEmpty(rows.Field("LoanTerm"));
+    const std::string pay = ShowMoney(rows.Field("firstpayment"));
+    const bool open = ShowMoney(rows.Field("LoanBal")) != "0.00";
+    LoanDG.AddRow({NullToEmpty(rows.Field("LoanID")), NullToEmpty(rows.Field("OldLoanCode")),
+                   ShowDate(rows.Field("TrxDate")), ShowMoney(rows.Field("LoanAmt3")), term,
+                   ShowMoney(rows.Field("PayOutAmt3")), term + " X " + pay, pay,
+                   NullToEmpty(rows.Field("LoanGroupID")), ShowMoney(rows.Field("TotInt")),
+                   ShowMoney(rows.Field("TotCollectorAmt")), ShowMoney(rows.Field("TotPay2")),
+                   ShowMoney(rows.Field("LoanBal")), NullToEmpty(rows.Field("LoanStatus"))},
+                  open ? RowTone::plain : RowTone::quiet);
+  }
+  const Recordset sums = main().Query(fmt::format(
+      "SELECT "
+      "SUM(((TotPay+PayExtra+TotInt+TotCharge+TotCollectorAmt)-TotDiscAmt)-PayOutAmt),SUM(LoanAmt),"
+      "SUM(LoanBal),SUM(PayOutAmt),sum(TopUpAmt) FROM LoanMast WHERE CustID={}",
+      QuoteStr(id)));
+  std::size_t field = 0;
+  for (TextBox* box : {&SumProfit, &SumLoanAmt, &SumLoanBal, &SumPayOutAmt, &SumTopUpAmt}) {
+    box->SetText(ShowMoney(sums.Field(field++)));
+  }
+}
+
+void NewCustFrm::ShowCredit(const std::string& id) {
+  try {
+    const Money limit = Money::TryText(CreditLimit.text()).value_or(Money());
+    const struct CreditBar bar = MeasureCredit(main(), id, limit, CreditLimitType.text());
+    const bool over = bar.used > bar.limit;
+    this->CreditBar.Set(
+        {{{"Used", "已用"}, bar.share_used, over ? Bar::Part::Tone::bad : Bar::Part::Tone::warn},
+         {{"Available", "可用"}, 1 - bar.share_used, Bar::Part::Tone::good}},
+        bar.label);
+    this->CreditBar.tip = bar.tip;
+    CreditLBL.SetText(bar.label);
+  } catch (const std::exception&) {
+    desk().Message(MessageKind::critical, "Credit Limit",
+                   "an error occur during checking credit limit");
+  }
+}
+
+void NewCustFrm::ChoosePhoto(TextBox& box, int number) {
+  if (loaded_id_.empty()) {
+    Refuse(box, {"Please save Customer Profile first before upload photo",
+                 "上载照片前请先储存顾客资料"});
+    return;
+  }
+  const std::string file = desk().PickFile(title().In(chinese()), session().AppPath,
+                                           "Pictures (*.jpg *.jpeg *.gif *.bmp *.png)");
+  if (file.empty()) return;
+  const std::string name = KeepFile(session(), loaded_id_, file, fmt::format("pic{}", number));
+  ExecuteOnRow(main(),
+               fmt::format("UPDATE CustMast SET Pic{}={} WHERE CustID={}", number, QuoteStr(name),
+                           QuoteStr(loaded_id_)),
+               loaded_id_);
+  box.SetText(name);
+  if (number == 1) Photo.SetPath(KeptPath(session(), loaded_id_, name));
+}
+
+void NewCustFrm::Import() {
+  if (CompCode.empty()) {
+    Refuse(CompCode, {"Company code is require", "请选择公司"});
+    return;
+  }
+  try {
+    const std::string code = Pick(session(), desk(), "LinkDB");
+    if (code.empty()) return;
+    auto linked =
+        OpenConnection("LinkDB", session().LinkDBString, session().data_sources, session().clock);
+    const auto values = ReadLinkedCustomer(*linked, code);
+    const struct {
+      const char* column;
+      const char* refusal;
+    } keys[] = {{"CustNIC", "Customer New IC exist, no double import allow"},
+                {"CustOIC", "Customer Old IC exist, no double import allow"},
+                {"CustOthIC", "Customer Other IC exist, no double import allow"}};
+    for (const auto& key : keys) {
+      const auto value = values.find(key.column);
+      if (value == values.end() || value->second.empty()) continue;
+      const std::string same = ScalarQuery(
+          main(),
+          fmt::format("SELECT CustID FROM CustMast WHERE {0}={1} and {0} <> '' and CompCode={2}",
+                      key.column, QuoteStr(value->second), QuoteStr(CompCode.text())));
+      if (!same.empty()) {
+        Refuse(key.refusal);
+        return;
+      }
+    }
+    for (const auto& [column, text] : values) {
+      Control* control = Find(column);
+      if (control == nullptr) continue;
+      if (control->type() == ControlType::combo_box) {
+        static_cast<ComboBox*>(control)->SetText(text);
+      } else if (control->type() == ControlType::text_box) {
+        static_cast<TextBox*>(control)->SetText(text);
+      }
+    }
+    LeaveNewIc(CustNIC, DOB);
+    Tell(MessageKind::information, {"Data import successfully", "资料已输入"});
+  } catch (const std::exception& failure) {
+    LogRollback(session(), "Import", failure);
+    Tell(MessageKind::critical, {"an error occur during import data", "输入资料时发生错误"});
+  }
+}
+
+void NewCustFrm::LinkApplication() {
+  if (loaded_id_.empty() || AppID.empty()) {
+    Refuse(AppID, {"Application and saved customer are required", "请先选择申请并储存顾客"});
+    return;
+  }
+  const std::string app = QuoteStr(AppID.text());
+  const std::string id = QuoteStr(loaded_id_);
+  try {
+    main().BeginTrans();
+    main().Execute(fmt::format("DELETE FROM AppMastLink WHERE AppID={} AND CustID={}", app, id));
+    main().Execute(fmt::format(
+        "Insert INTO AppMastLink (AppID,CustID,AppType,Relationship) VALUES ({},{},{},{})", app, id,
+        QuoteStr(AppType.text()), QuoteStr(Relationship.text())));
+    main().CommitTrans();
+  } catch (const std::exception&) {
+    main().RollbackTrans();
+    Tell(MessageKind::critical, {"an error occur during update application", "更新申请时发生错误"});
+  }
+}
+
+}  // namespace kaunter

@@ -1,0 +1,210 @@
+// Saving and deleting on the customer screen: checks in the order in which the clerk meets them,
+// then the write, whole or not at all.
+#include <fmt/format.h>
+
+#include "core/audit.h"
+#include "core/log.h"
+#include "core/password_screens.h"
+#include "core/sequences.h"
+#include "core/values.h"
+#include "customers/customer_store.h"
+#include "customers/new_cust_frm.h"
+
+namespace kaunter {
+namespace {
+
+bool IsNumberOrEmpty(const TextBox& box) { return box.empty() || IsNumeric(box.text()); }
+
+void FillBlank(TextBox& box, const char* text) {
+  if (box.empty()) box.SetText(text);
+}
+
+}  // namespace
+
+bool NewCustFrm::MayEdit() {
+  if (CustID.empty() || session().AllowEdit || edit_approved_) return true;
+  edit_approved_ = ManagerOverride(session(), desk());
+  if (edit_approved_) return true;
+  return Refuse({fmt::format("User {} Level not allow to edit or delete Customer record",
+                             session().CurrentUserID),
+                 fmt::format("{} 用户不可更改或删除顾客资料", session().CurrentUserID)});
+}
+
+void NewCustFrm::Save() {
+  if (!MayEdit()) return;
+  if (delete_mode_) {
+    Delete();
+    return;
+  }
+  if (!AddTypedReferrer() || !CheckBoxes() || !CheckNumbers() || !CheckIdealBoxes()) return;
+  if (!Confirm({"Confirm to save ?", "确定储存？"})) return;
+  Write();
+}
+
+bool NewCustFrm::AddTypedReferrer() {
+  const bool typed = !RefererName.empty() &&
+                     (referrer_row_ < 0 || RefLV.Cell(referrer_row_, 0) != RefererName.text());
+  if (!typed || !Confirm({"Save Unsave Referrer ?", "储存未储存的介绍人？"})) return true;
+  return AddReferrer();
+}
+
+bool NewCustFrm::CheckBoxes() {
+  if (TrxDate.empty()) return Refuse(TrxDate, {"Date is required", "请输入日期"});
+  if (CustName.empty()) return Refuse(CustName, {"Custome Name is required", "请输入顾客姓名"});
+  if (CompCode.empty()) return Refuse(CompCode, {"Company Code is required", "请选择公司"});
+  if (CustRace.empty()) return Refuse(CustRace, {"Race is required", "请选择种族"});
+  if (CustGender.empty()) return Refuse(CustGender, {"Gender is required", "请选择性别"});
+  if (AreaCode.empty()) {
+    return Refuse(AreaCode, {"Customer in Peronal or Corporate are required", "请选择个人或公司"});
+  }
+  if (AreaCode.text() == "COMPANY" && !CheckCompanyBoxes()) return false;
+  for (TextBox* box : {&TrxDate, &DOB, &CustSpouseDOB, &StartWorkDate, &EndWorkDate}) {
+    if (!box->empty() && !IsDate(box->text())) return Refuse(*box, {"Invalid Date", "日期不正确"});
+  }
+  return true;
+}
+
+bool NewCustFrm::CheckCompanyBoxes() {
+  if (CompNo.empty()) return Refuse(CompNo, {"Co. Reg. No is required", "请输入公司注册号码"});
+  if (OldCode.empty())
+    return Refuse(OldCode, {"Bumi / Non Bumi is required", "请选择土著或非土著"});
+  if (Employer.empty()) return Refuse(Employer, {"Employer is required", "请输入雇主"});
+  if (CompCatCode.empty())
+    return Refuse(CompCatCode, {"Company Category is required", "请选择公司类别"});
+  return true;
+}
+
+bool NewCustFrm::CheckNumbers() {
+  if (!IsNumberOrEmpty(CustCompIncome)) {
+    return Refuse(CustCompIncome, {"Invalid Customer Income", "顾客收入不正确"});
+  }
+  if (!IsNumberOrEmpty(CustSpouseCompIncome)) {
+    return Refuse(CustSpouseCompIncome, {"Invalid Spouse Income", "配偶收入不正确"});
+  }
+  FillBlank(CustCompIncome, "0.00");
+  FillBlank(CustSpouseCompIncome, "0.00");
+  FillBlank(CustChild, "0");
+  FillBlank(CreditLimit, "0.00");
+  return true;
+}
+
+bool NewCustFrm::CheckIdealBoxes() {
+  if (!session().settings.IDEAL) return true;
+  if (CustAdd1.empty()) return Refuse(CustAdd1, "Address is required");
+  if (CustCompPos.empty()) return Refuse(CustCompPos, "Perkerjaan is required");
+  if (CustHP1.empty() && CustHP2.empty() && CustTel1.empty() && CustTel2.empty()) {
+    return Refuse(CustHP1, "Mobile or telephone are required");
+  }
+  if (Money::FromText(CustCompIncome.text()).IsZero()) {
+    return Refuse(CustCompIncome, "Monthly Income are required");
+  }
+  return true;
+}
+
+void NewCustFrm::Write() {
+  const bool is_new = CustID.empty();
+  std::string id = CustID.text();
+  // From here on the customer is stored whole or not at all, the number included.
+  main().BeginTrans();
+  try {
+    if (is_new) {
+      const std::string& prefix = session().settings.CompCode2;
+      id = NextCustomerNumber(main(), prefix.empty() ? CompCode.text() : prefix);
+      CustID.SetText(id);
+      main().Execute(record_.InsertStatement());
+    } else {
+      ExecuteOnRow(main(), record_.UpdateStatement(id), id);
+    }
+    WriteLists(id);
+    main().CommitTrans();
+  } catch (const std::exception& failure) {
+    // A new customer's number went back with the rollback: the box must not go on showing it.
+    if (is_new) CustID.Clear();
+    main().RollbackTrans();
+    LogRollback(session(), is_new ? std::string("New Customer") : id, failure);
+    Tell(MessageKind::critical,
+         {fmt::format("An error occurs during saving customer\n{}", failure.what()),
+          fmt::format("储存顾客时发生错误\n{}", failure.what())});
+    return;
+  }
+  WriteAudit(session(), is_new ? "Create" : "Modify", "Customer", CompCode.text(), id,
+             loaded_values_);
+  WriteLog(session(), LogLine(session(), fmt::format(" - Customer ID {}", id)));
+  const bool approved = edit_approved_;
+  LoadCustomer(id);
+  edit_approved_ = approved;
+  Tell(MessageKind::information,
+       {fmt::format("Customer ID {} saved", id), fmt::format("顾客编号 {} 已储存", id)});
+}
+
+void NewCustFrm::WriteLists(const std::string& id) {
+  const std::string quoted = QuoteStr(id);
+  main().Execute(fmt::format("Delete from RefererMast where CustID = {}", quoted));
+  for (int row = 0; row < RefLV.RowCount(); ++row) {
+    const auto& cell = RefLV.Row(row);
+    std::string values = quoted;
+    for (std::size_t i = 0; i < cell.size(); ++i) {
+      values += "," + (RefLV.columns()[i].kind == Kind::money ? StripCommaOrZero(cell[i])
+                                                              : QuoteStr(cell[i]));
+    }
+    main().Execute(
+        fmt::format("INSERT INTO RefererMast "
+                    "(CustID,RefererName,RefererNIC,RefererOIC,RefererRelationship,RefererComp,"
+                    "RefererCompBiz,RefererCompPos,RefererCompIncome,RefererCompAdd1,"
+                    "RefererCompAdd2,RefererCompAdd3,"
+                    "RefererCompTel1,RefererCompFax1,RefererHP1,Refereremail) VALUES ({})",
+                    values));
+  }
+  main().Execute(fmt::format("Delete from DocumentMast where CustID = {}", quoted));
+  for (int row = 0; row < DocDG.RowCount(); ++row) {
+    main().Execute(
+        fmt::format("INSERT INTO DocumentMast "
+                    "(CustID,DocNo,CompCode,DocDesc,DocName,UserID,DateCreated) VALUES "
+                    "({},{},{},{},{},{},{})",
+                    quoted, QuoteStr(DocDG.Cell(row, 0)), QuoteStr(CompCode.text()),
+                    QuoteStr(DocDG.Cell(row, 1)), QuoteStr(DocDG.Cell(row, 2)),
+                    QuoteStr(DocDG.Cell(row, 3)), SqlDateTime(DocDG.Cell(row, 4))));
+  }
+  main().Execute(
+      fmt::format("DELETE FROM CheckListTrans WHERE CheckListType = 'CL' AND CustID={}", quoted));
+  for (int row = 0; row < CheckListDG.RowCount(); ++row) {
+    main().Execute(fmt::format(
+        "INSERT INTO CheckListTrans "
+        "(CheckListType,CustID,CheckListSeq,CheckListDesc,Detail,Checked,Remarks) "
+        "VALUES ('CL',{},{},{},{},{},{})",
+        quoted, row + 1, QuoteStr(CheckListDG.Cell(row, 0)), QuoteStr(CheckListDG.Cell(row, 1)),
+        QuoteStr(CheckListDG.Cell(row, 2)), QuoteStr(CheckListDG.Cell(row, 3))));
+  }
+}
+
+void NewCustFrm::DeleteAfterPassword() {
+  if (loaded_id_.empty()) {
+    Refuse(CustID, {"Customer not found", "找不到顾客"});
+    return;
+  }
+  if (!ConfirmOwnPassword(session(), desk())) return;
+  if (!Confirm({fmt::format("Confirm to delete customer {} {} ?", loaded_id_, CustName.text()),
+                fmt::format("确定删除顾客 {} {} ？", loaded_id_, CustName.text())})) {
+    return;
+  }
+  Delete();
+}
+
+void NewCustFrm::Delete() {
+  if (loaded_id_.empty()) {
+    Refuse(CustID, {"Customer not found", "找不到顾客"});
+    return;
+  }
+  const std::string id = loaded_id_;
+  const std::string company = CompCode.text();
+  const DeletedCustomer deleted = DeleteCustomer(main(), id);
+  WriteAudit(session(), "Delete", "Customer", company, id, loaded_values_);
+  WriteLog(session(),
+           LogLine(session(), fmt::format(" - Customer ID {} deleted, {} loans, balance {}", id,
+                                          deleted.loans, ShowMoney(Value(deleted.balance)))));
+  StartNew();
+  Tell(MessageKind::information,
+       {fmt::format("Customer ID {} deleted", id), fmt::format("顾客编号 {} 已删除", id)});
+}
+
+}  // namespace kaunter
