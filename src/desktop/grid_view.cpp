@@ -150,7 +150,7 @@ GridView::GridView(ScreenFace& face, Grid& grid) : ControlView(face, grid), grid
   layout->setContentsMargins(1, 1, 1, 4);
   layout->setSpacing(0);
   title_ = CardTitle(card_);
-  title_->setContentsMargins(kGap, kGap - 2, kGap, 2);
+  title_->setContentsMargins(kMargin - 1, kGap - 2, kGap, 2);
   auto* table = new Table(card_);
   table_ = table;
   layout->addWidget(title_);

@@ -48,6 +48,7 @@ void Dress(QMessageBox& box, MessageKind kind, std::string_view title, std::stri
   box.setWindowTitle(Q(title));
   box.setTextFormat(Qt::PlainText);
   box.setText(Q(text));
+  box.layout()->setContentsMargins(20, 18, 20, 16);
   if (kind != MessageKind::plain) box.setIconPixmap(Sign(kind, box.devicePixelRatioF()));
 }
 

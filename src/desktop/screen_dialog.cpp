@@ -18,7 +18,7 @@ namespace kaunter {
 namespace {
 
 constexpr QSize kWithTable(980, 640);  // enough for a table of eight columns
-constexpr int kNarrowest = 380;
+constexpr int kNarrowest = 420;
 
 }  // namespace
 

@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QEventLoop>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTimer>
 
 #include "desktop/main_window.h"
 #include "desktop/progress_dialog.h"
@@ -42,10 +44,13 @@ Photographer::Photographer(const DesktopOptions& options) : options_(options) {
   QDir().mkpath(Q(options.picture_folder));
 }
 
+// A timer does not ring again while it is being heard, and what is done here opens further windows:
+// each look therefore sets the next one first.
 void Photographer::Start() {
-  timer_.setInterval(kTickMilliseconds);
-  connect(&timer_, &QTimer::timeout, this, [this] { Look(); });
-  timer_.start();
+  QTimer::singleShot(kTickMilliseconds, this, [this] {
+    Start();
+    Look();
+  });
 }
 
 void Photographer::Take(QWidget& widget, const QString& name) {
@@ -65,7 +70,7 @@ void Photographer::Look() {
   if (!modal) return;
   if (dynamic_cast<ProgressDialog*>(modal)) {
     // Work that goes on by itself and ends soon: its picture cannot wait.
-    if (ticks_++ == 0) Take(*modal, "Progress");
+    Take(*modal, "Progress");
     return;
   }
   if (++ticks_ < kTicksToSettle) return;
@@ -114,10 +119,17 @@ void Photographer::Fill(QWidget& widget) {
   screen.Close();
 }
 
+void Photographer::Settle() {
+  QEventLoop loop;
+  QTimer::singleShot(kTickMilliseconds * kTicksToSettle, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
 void Photographer::Walk(MainWindow& window, Application& application, Desk& desk) {
+  Settle();
   Take(window, "signed-out");
   application.SignInFirst();
-  QApplication::processEvents();
+  Settle();
   Take(window, "MainFrm");
   for (const std::string& screen : options_.screens) {
     application.main().Guard([&] { desk.Show(screen); });

@@ -5,7 +5,6 @@
 #include <QObject>
 #include <QPointer>
 #include <QSet>
-#include <QTimer>
 #include <QWidget>
 
 #include "desktop/options.h"
@@ -26,11 +25,11 @@ class Photographer : public QObject {
 
  private:
   void Look();
+  void Settle();
   void SignIn(QWidget& dialog);
   void Fill(QWidget& dialog);
 
   const DesktopOptions& options_;
-  QTimer timer_;
   QPointer<QWidget> seen_;
   int ticks_ = 0;
   int messages_ = 0;

@@ -74,7 +74,7 @@ QPlainTextEdit[locked="true"], QPlainTextEdit:disabled { background: @locked; bo
 QPlainTextEdit[marked="true"] { background: @badsoft; border: 1px solid @bad; }
 QHeaderView { background: transparent; border: none; }
 QHeaderView::section { background: @card; color: @muted; border: none;
-  border-bottom: 1px solid @border; padding: 6px 8px; }
+  border-bottom: 1px solid @border; padding: 6px 9px; }
 QTableCornerButton::section { background: @card; border: none; }
 QScrollArea { background: transparent; border: none; }
 QScrollBar:vertical { background: transparent; width: 12px; margin: 0; }
@@ -95,6 +95,7 @@ QMenu::item:disabled { color: @faint; }
 QMenu::separator { height: 1px; background: @line; margin: 5px 8px; }
 QStatusBar { background: @card; border-top: 1px solid @line; }
 QStatusBar::item { border: none; }
+QMessageBox QLabel#qt_msgbox_label { min-width: 240px; padding: 4px 6px; }
 QToolTip { background: @card; color: @text; border: 1px solid @border; padding: 4px; }
 QTabWidget::pane { background: @card; border: 1px solid @line; border-radius: 8px; top: -1px; }
 QTabBar::tab { background: transparent; color: @muted; padding: 8px 14px;
