@@ -2,13 +2,18 @@
 # A script's papers and database lie in a folder of the build, made anew for each run.
 if(TARGET kaunter-play)
   file(GLOB scripts CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/play/*.play)
-  foreach(script ${scripts})
+  # The demo office and the day that is played on it are one test.
+  set(demo ${CMAKE_SOURCE_DIR}/demo/office.play ${CMAKE_SOURCE_DIR}/demo/first-day.play)
+  foreach(script ${scripts} demo)
     get_filename_component(name ${script} NAME_WE)
+    if(script STREQUAL "demo")
+      set(script "${demo}")
+    endif()
     set(office ${CMAKE_BINARY_DIR}/play/${name})
     add_test(NAME play-${name}
       COMMAND ${CMAKE_COMMAND}
         -DPROGRAM=$<TARGET_FILE:kaunter-play>
-        -DSCRIPT=${script}
+        "-DSCRIPT=${script}"
         -DOFFICE=${office}
         -DREPORTS=${CMAKE_SOURCE_DIR}/reports
         -P ${CMAKE_CURRENT_SOURCE_DIR}/play/run_script.cmake)
