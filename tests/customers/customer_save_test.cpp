@@ -1,0 +1,202 @@
+// The customer save whole or not at all: the database fails at each statement in turn.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "customers/credit_limit.h"
+#include "customers/customer_store.h"
+#include "customers/new_cust_frm.h"
+#include "tests/core/office.h"
+
+namespace kaunter {
+namespace {
+
+// Says yes to everything.
+class AgreeingDesk : public SilentDesk {
+ public:
+  bool Ask(std::string_view, std::string_view) override { return true; }
+};
+
+class CustomerSave : public ::testing::Test {
+ protected:
+  CustomerSave() : office(Office::State::patched) {
+    office.session.CurrentLevel = 4;
+    office.session.CurrentCompCode = "HQ";
+    office.session.AllowEdit = office.session.AllowCreditLimit = true;
+    office.session.settings.TransLogs = false;
+  }
+
+  std::unique_ptr<NewCustFrm> Open() {
+    auto screen = std::make_unique<NewCustFrm>(office.session, desk);
+    screen->Load();
+    return screen;
+  }
+
+  static void Fill(NewCustFrm& screen) {
+    screen.CustName.SetText("O'Brien; DROP TABLE CustMast -- 陈亚九");
+    screen.CustRace.SetText("CINA");
+    screen.CustGender.SetText("MALE");
+    screen.AreaCode.SetText("PERSONAL");
+    screen.RefererName.SetText("Lim");
+    screen.AddEditCmd.Click();
+    screen.RefererName.SetText("Wong");
+    screen.AddEditCmd.Click();
+  }
+
+  // Everything that a customer save touches, as text.
+  std::string Stored() {
+    std::string all;
+    for (const char* sql :
+         {"SELECT * FROM CustMast ORDER BY CustID", "SELECT * FROM NumberMast ORDER BY CustID",
+          "SELECT * FROM RefererMast ORDER BY RefererName",
+          "SELECT * FROM CheckListTrans ORDER BY CheckListSeq",
+          "SELECT * FROM DocumentMast ORDER BY DocNo"}) {
+      const Recordset rows = office.session.Main().Query(sql);
+      for (const auto& row : rows.rows()) {
+        for (const Value& value : row) all += value.ToText() + "|";
+        all += "\n";
+      }
+    }
+    return all;
+  }
+
+  // Fails statement `at` of the action, once or from there on; true when it was reached.
+  bool FailAt(int at, bool stays, const std::function<void()>& act) {
+    int count = 0;
+    bool hit = false;
+    office.session.Main().SetFaultHook([&](std::string_view sql) {
+      if (sql.starts_with("ROLLBACK")) return;
+      ++count;
+      if (count == at || (stays && count > at)) {
+        hit = true;
+        throw SqlError(1105, "the disk is full");
+      }
+    });
+    act();
+    office.session.Main().SetFaultHook({});
+    return hit;
+  }
+
+  Office office;
+  AgreeingDesk desk;
+};
+
+TEST_F(CustomerSave, AFailureAtAnyStatementLeavesNoHalfACustomerAndNoUsedNumber) {
+  for (const bool stays : {false, true}) {
+    bool hit = true;
+    for (int at = 1; hit; ++at) {
+      ASSERT_LT(at, 200);
+      auto screen = Open();
+      Fill(*screen);
+      const std::string before = Stored();
+      hit = FailAt(at, stays, [&] { screen->SaveCmd.Click(); });
+      ASSERT_FALSE(office.session.Main().InTransaction()) << at;
+      if (Stored() == before) {
+        EXPECT_EQ(screen->CustName.text(), "O'Brien; DROP TABLE CustMast -- 陈亚九") << at;
+        EXPECT_EQ(screen->CustID.text(), "") << at;
+        // The same screen saves when the trouble is over, and the number is the next one.
+        screen->SaveCmd.Click();
+      }
+      // Stored whole: a failure after the commit does not undo it.
+      const std::string id =
+          office.Scalar("SELECT TOP 1 CustID FROM CustMast ORDER BY CustID DESC");
+      EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM RefererMast WHERE CustID='" + id + "'"), "2")
+          << at;
+      EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM NumberMast WHERE CustID='" + id + "'"), "1")
+          << at;
+      EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM CustMast"),
+                std::to_string(
+                    std::stoi(office.Scalar("SELECT LoanNo FROM NumberMast WHERE CustID='HQ'"))))
+          << at;
+    }
+  }
+}
+
+TEST_F(CustomerSave, AFailedDeleteKeepsEverything) {
+  auto screen = Open();
+  Fill(*screen);
+  screen->SaveCmd.Click();
+  ASSERT_EQ(screen->CustID.text(), "HQ0001");
+  office.Run(
+      "INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanBal) VALUES "
+      "('HQ0001-001','HQ0001','HQ',1)");
+  const std::string before = Stored();
+  for (int at = 1; at <= 12; ++at) {
+    const bool hit = FailAt(at, false, [&] {
+      try {
+        DeleteCustomer(office.session.Main(), "HQ0001");
+      } catch (const SqlError&) {
+      }
+    });
+    ASSERT_FALSE(office.session.Main().InTransaction()) << at;
+    if (!hit) break;
+    EXPECT_EQ(Stored(), before) << at;
+    EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM LoanMast"), "1") << at;
+  }
+  EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM CustMast"), "0");
+}
+
+TEST_F(CustomerSave, ACustomerDeletedByAnotherDesktopIsToldAndNotWritten) {
+  auto screen = Open();
+  Fill(*screen);
+  screen->SaveCmd.Click();
+  const std::string id = screen->CustID.text();
+  office.Run("DELETE FROM CustMast WHERE CustID='" + id + "'");
+  office.Run("DELETE FROM RefererMast WHERE CustID='" + id + "'");
+  desk.messages.clear();
+  screen->CustHP1.SetText("012-3456789");
+  screen->SaveCmd.Click();
+  ASSERT_FALSE(desk.messages.empty());
+  EXPECT_NE(desk.messages.back().find(id + " not found"), std::string::npos)
+      << desk.messages.back();
+  EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM RefererMast"), "0");
+  EXPECT_EQ(screen->CustHP1.text(), "012-3456789");
+}
+
+TEST_F(CustomerSave, EveryTextBoxTakesItsColumnsWidthAndNotOneCharacterMore) {
+  auto screen = Open();
+  Fill(*screen);
+  const std::string character = "陈";
+  for (Control* control : screen->controls()) {
+    if (control->type() != ControlType::text_box) continue;
+    auto& box = static_cast<TextBox&>(*control);
+    if (box.max_length == 0 || box.kind() != Kind::text || &box == &screen->CustID) continue;
+    std::string text;
+    for (int i = 0; i < box.max_length; ++i) text += i % 7 == 0 ? std::string("'") : character;
+    EXPECT_TRUE(box.Type(text)) << box.name();
+    EXPECT_FALSE(box.Type(text + "x")) << box.name();
+    EXPECT_EQ(box.text(), text) << box.name();
+  }
+  desk.messages.clear();
+  screen->SaveCmd.Click();
+  ASSERT_FALSE(desk.messages.empty());
+  EXPECT_NE(desk.messages.back().find("saved"), std::string::npos) << desk.messages.back();
+  const std::string name = screen->CustName.text();
+  EXPECT_EQ(name.size(), 300u / 7 + 1 + (300u - 300u / 7 - 1) * 3);
+}
+
+TEST_F(CustomerSave, TheCreditBarFollowsTheKindOfLimit) {
+  office.Run(
+      "INSERT INTO LoanMast (LoanID,CustID,LoanBal) VALUES ('A-1','A',100);"
+      "INSERT INTO LoanMast (LoanID,CustID,LoanBal) VALUES ('A-2','A',0);"
+      "INSERT INTO SchMast (SchID,LoanID,CapitalAmt,CapitalPayment) VALUES (1,'A-1',600.10,100);"
+      "INSERT INTO SchMast (SchID,LoanID,CapitalAmt,CapitalPayment) VALUES (1,'A-2',300,290)");
+  Connection& main = office.session.Main();
+  const auto money = [](const char* text) { return Money::FromText(text); };
+  EXPECT_EQ(MeasureCredit(main, "A", money("1000"), "Full Settled").label, "399.90");
+  EXPECT_EQ(MeasureCredit(main, "A", money("1000"), "Outstanding").label, "489.90");
+  EXPECT_EQ(MeasureCredit(main, "A", money("500"), "Full Settled").label, "-100.10");
+  EXPECT_EQ(MeasureCredit(main, "A", money("500"), "Full Settled").share_used, 1);
+  EXPECT_EQ(MeasureCredit(main, "A", Money(), "Full Settled").label, "0.00");
+  EXPECT_EQ(MeasureCredit(main, "NOBODY", money("10"), "Full Settled").label, "10.00");
+  office.Run(
+      "INSERT INTO CustMast (CustID,CreditLimit,CreditLimitType) VALUES ('A',1000,'Full Settled')");
+  Money left;
+  EXPECT_TRUE(CheckCreditLimit(office.session, desk, "A", "", money("399.90"), &left));
+  EXPECT_FALSE(CheckCreditLimit(office.session, desk, "A", "", money("399.91"), &left));
+  EXPECT_EQ(left, money("399.90"));
+  EXPECT_TRUE(CheckCreditLimit(office.session, desk, "A", "A-1", money("1000"), &left));
+}
+
+}  // namespace
+}  // namespace kaunter
