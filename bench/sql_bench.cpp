@@ -4,6 +4,7 @@
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -63,7 +64,8 @@ class Office {
     layer_.reset();
     std::filesystem::copy_file(path, folder_ / "bare.db");
     layer_ = OpenSqlite("MainConn", path, true, clock_);
-    sqlite3_open((folder_ / "bare.db").c_str(), &bare_);
+    sqlite3_open_v2((folder_ / "bare.db").c_str(), &bare_,
+                    SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     sql::RegisterSqliteFunctions(bare_, &statement_clock_);
     sqlite3_exec(bare_, "PRAGMA synchronous = FULL; PRAGMA cache_size = -16000", nullptr, nullptr,
                  nullptr);

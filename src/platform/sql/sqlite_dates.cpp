@@ -303,9 +303,9 @@ DateResult ParseStyled(std::string_view text, int style, DateTime* date) {
 std::string FormatStyled(const DateTime& d, int style) {
   if (const Style* ordered = FindOrdered(style)) {
     std::string text = OrderedText(d, *ordered);
-    if (style == 20 || style == 120) text += " " + Clock24(d);
-    if (style == 21 || style == 121) text += " " + Clock24(d) + ".000";
-    if (style == 126) text += "T" + Clock24(d);
+    if (style == 20 || style == 120) text += fmt::format(" {}", Clock24(d));
+    if (style == 21 || style == 121) text += fmt::format(" {}.000", Clock24(d));
+    if (style == 126) text += fmt::format("T{}", Clock24(d));
     return text;
   }
   const std::string month = std::string(kMonths[d.month - 1], 3);

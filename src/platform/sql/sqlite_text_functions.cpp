@@ -22,7 +22,7 @@ std::string FloatText(double x) {
   // The server prints six significant digits and an exponent of three digits.
   std::string text = fmt::format("{:.6g}", x == 0 ? 0.0 : x);
   const std::size_t e = text.find('e');
-  if (e != std::string::npos && text.size() - e == 4) text.insert(e + 2, "0");
+  if (e != std::string::npos && text.size() - e == 4) text.insert(e + 2, 1, '0');
   return text;
 }
 
@@ -205,7 +205,7 @@ void Str(Call& call) {
     }
     const std::string text = DecimalText(units, decimals);
     if (static_cast<std::int64_t>(text.size()) <= length) {
-      return call.Return(Repeated(" ", length - static_cast<std::int64_t>(text.size())) + text);
+      return call.Return(fmt::format("{:>{}}", text, length));
     }
     if (decimals == 0) return call.Return(Repeated("*", length));
     --decimals;

@@ -17,7 +17,7 @@ namespace {
 using test::CrashPlan;
 using test::kCrashStatus;
 
-constexpr unsigned kSeeds = 6;
+constexpr unsigned kSeeds = 4;
 
 class PulledPlug : public ::testing::Test {
  protected:
