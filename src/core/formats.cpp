@@ -161,7 +161,7 @@ class DateWriter {
  private:
   void Step() {
     if (StartsWith(rest_, "am/pm")) return HalfDay(5, rest_.front() == 'a');
-    if (StartsWith(rest_, "ampm")) return HalfDay(4, false);
+    if (StartsWith(rest_, "ampm")) return HalfDay(4, rest_.front() == 'a');
     const char kind = LowerCase(rest_.front());
     if (std::string_view("dmyhns").find(kind) == std::string_view::npos) {
       text_ += rest_.front();

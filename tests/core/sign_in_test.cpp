@@ -6,10 +6,9 @@
 
 #include "core/company_access.h"
 #include "core/menu.h"
-#include "core/new_office.h"
 #include "core/password.h"
 #include "core/session.h"
-#include "platform/sql/data_source.h"
+#include "tests/core/office.h"
 
 namespace kaunter {
 namespace {
@@ -17,11 +16,9 @@ namespace {
 // An office with one user a case, at 08:59 on a working day.
 class SignIn : public ::testing::Test {
  protected:
-  SignIn() {
+  SignIn() : office(Office::State::patched), session(office.session) {
     session.clock.Set({2024, 1, 31, 8, 59, 0});
-    session.MainConn = OpenSqlite("MainConn", ":memory:", true, session.clock);
-    CreateEmptyOffice(*session.MainConn, "MainUser");
-    session.ConnAccount = "MainUser";
+    office.Run("INSERT INTO Systemast (Param,Value) VALUES ('KEY','MainUser')");
   }
 
   void AddUser(const std::string& id, const std::string& columns, const std::string& values) {
@@ -35,7 +32,8 @@ class SignIn : public ::testing::Test {
     return refusal ? refusal->english : "in";
   }
 
-  Session session;
+  Office office;
+  Session& session;
 };
 
 TEST(PasswordHash, IsTheDigestInUpperCaseOfOneByteACharacter) {

@@ -130,7 +130,7 @@ TEST(FormatsTest, DatesByTheirPatterns) {
       {afternoon, "yyyy-mm-dd hh:nn:ss", "2024-01-31 14:05:09"},
       {afternoon, "hh:mm:ss AMPM", "02:05:09 PM"},
       {afternoon, "hhmm", "1405"},
-      {afternoon, "h:mm ampm", "2:05 PM"},
+      {afternoon, "h:mm ampm", "2:05 pm"},
       {midnight, "h:mm am/pm", "12:00 am"},
       {midnight, "hh:mm:ss", "00:00:00"},
       {{2024, 1, 1, 12, 30, 0}, "h:mm AMPM", "12:30 PM"},
