@@ -201,7 +201,7 @@ Token Lexer::Next() {
 }
 
 void Lexer::StartStatement(const Token& first) {
-  previous_ = Token{};
+  previous_ = Previous{};
   brace_before_ = false;
   depth_ = 0;
   type_depth_ = -1;
@@ -255,7 +255,7 @@ void Lexer::ReadQuoted(Token& token, char close, std::size_t body) {
   token.text = text_.substr(body, at - body);
   at_ = at + 1;
   if (doubled && token.kind == TokenKind::kQuotedName) {
-    std::string& name = unescaped_.emplace_back();
+    std::string& name = unescaped_.emplace_front();
     for (std::size_t i = 0; i < token.text.size(); ++i) {
       name += token.text[i];
       if (token.text[i] == close) ++i;
@@ -441,7 +441,7 @@ void Lexer::Remember(const Token& token) {
     if (order_depth_ == depth_) order_depth_ = -1;
   }
   brace_before_ = previous_.symbol == Symbol::kBraceOpen;
-  previous_ = token;
+  previous_ = {token.kind, token.keyword, token.symbol, token.text};
 }
 
 }  // namespace kaunter::sql

@@ -6,7 +6,7 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
+#include <forward_list>
 #include <string>
 #include <string_view>
 
@@ -178,9 +178,16 @@ class Lexer {
 
   std::string_view text_;
   std::size_t at_ = 0;
-  std::deque<std::string> unescaped_;  // names that hold a doubled bracket or quote
+  std::forward_list<std::string> unescaped_;  // names that hold a doubled bracket or quote
 
-  Token previous_;
+  // What is remembered of the token before.
+  struct Previous {
+    TokenKind kind = TokenKind::kEnd;
+    Keyword keyword = Keyword::kNone;
+    Symbol symbol = Symbol::kNone;
+    std::string_view text;
+  };
+  Previous previous_;
   bool brace_before_ = false;  // the token before the previous one was {
   int depth_ = 0;
   int type_depth_ = -1;   // inside the brackets of a type's length, at this depth

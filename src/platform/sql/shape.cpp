@@ -121,9 +121,11 @@ std::vector<Shape> SplitBatch(std::string_view batch, std::vector<std::string>* 
   int depth = 0;
   bool open = false;
   const auto close = [&] {
-    if (open && statements != nullptr)
-      statements->emplace_back(batch.substr(begin, last_end - begin));
+    if (!open) return;
     open = false;
+    shapes.back().begin = begin;
+    shapes.back().end = last_end;
+    if (statements != nullptr) statements->emplace_back(batch.substr(begin, last_end - begin));
   };
   for (;;) {
     const Token token = lexer.Next();

@@ -46,7 +46,7 @@ SqliteConnection::SqliteConnection(std::string name, std::string path, SqliteHan
 }
 
 SqliteConnection::~SqliteConnection() {
-  plans_.clear();
+  ForgetPlans();
   for (SqliteStatement* statement : {&begin_, &commit_, &rollback_, &schema_version_}) {
     statement->reset();
   }
@@ -65,55 +65,81 @@ Recordset SqliteConnection::DoQuery(std::string_view sql) {
 }
 
 void SqliteConnection::RunBatch(std::string_view batch, Outcome* outcome) {
+  const bool looked = look_.Read(batch);
+  if (looked) {
+    const auto found = by_look_.find(look_.key());
+    if (found != by_look_.end()) {
+      RunStatement(batch, 0, look_.literals(), found->second, outcome);
+      return;
+    }
+  }
   const std::vector<Shape> shapes = SplitBatch(batch, nullptr);
-  for (std::size_t i = 0; i < shapes.size(); ++i) RunShape(batch, i, shapes[i], outcome);
+  Plan* kept = nullptr;
+  for (std::size_t i = 0; i < shapes.size(); ++i) {
+    const std::vector<std::string_view> literals(shapes[i].literals.begin(),
+                                                 shapes[i].literals.end());
+    kept = RunStatement(batch, i, literals, nullptr, outcome);
+  }
+  // Where some literal is part of the shape itself (a position, a length), the look is too quick.
+  if (looked && kept != nullptr && shapes.size() == 1 &&
+      shapes.front().literals.size() == look_.literals().size()) {
+    by_look_.emplace(look_.key(), kept);
+  }
 }
 
-void SqliteConnection::RunShape(std::string_view batch, std::size_t number, const Shape& shape,
-                                Outcome* outcome) {
+SqliteConnection::Plan* SqliteConnection::RunStatement(std::string_view batch, std::size_t number,
+                                                       Literals literals, Plan* plan,
+                                                       Outcome* outcome) {
   const bool in_transaction = InTransaction();
   outcome->only_read = false;
   for (bool again = false;; again = true) {
     try {
       Plan own;
-      RunPlan(*FindPlan(batch, number, shape, &own), shape, outcome);
+      if (plan == nullptr) plan = FindPlan(batch, number, &own);
+      RunPlan(*plan, literals, outcome);
       // Another desktop may have changed a table since the shape was kept: what was read may then
       // lack a column. A write needs no second look: SQLite itself holds it to the true columns.
-      if (again || !outcome->only_read || !SchemaMovedByOthers()) return;
+      if (again || !outcome->only_read || !SchemaMovedByOthers()) {
+        return plan == &own ? nullptr : plan;
+      }
     } catch (const SqlError&) {
       if (in_transaction && !InTransaction() && schema_changed_in_transaction_) ForgetSchema();
       // A failed statement has done nothing, so it may be tried once more with a fresh eye, unless
       // its failure took the transaction with it.
       if (again || in_transaction != InTransaction() || !SchemaMoved()) throw;
     }
+    plan = nullptr;
   }
 }
 
 SqliteConnection::Plan* SqliteConnection::FindPlan(std::string_view batch, std::size_t number,
-                                                   const Shape& shape, Plan* own) {
-  const auto found = plans_.find(shape.key);
-  if (found != plans_.end()) return &found->second;
+                                                   Plan* own) {
   std::vector<std::string> statements;
-  SplitBatch(batch, &statements);
+  const std::vector<Shape> shapes = SplitBatch(batch, &statements);
+  const std::string& key = shapes.at(number).key;
+  const auto found = plans_.find(key);
+  if (found != plans_.end()) return &found->second;
   bool keep = true;
   for (Translated& translated : Translate(statements.at(number), catalogue_, Dialect::kSqlite)) {
-    keep = keep && translated.cacheable && !translated.is_ddl;
+    // A rollback may drop what is kept, so it is never among it.
+    keep = keep && translated.cacheable && !translated.is_ddl && !translated.alter_column &&
+           translated.transaction == Translated::Transaction::kNone;
     own->push_back({std::move(translated), nullptr});
   }
   if (!keep) return own;
-  if (plans_.size() >= kMostPlans) plans_.clear();
-  return &plans_.emplace(shape.key, std::move(*own)).first->second;
+  if (plans_.size() >= kMostPlans) ForgetPlans();
+  return &plans_.emplace(key, std::move(*own)).first->second;
 }
 
-void SqliteConnection::RunPlan(Plan& plan, const Shape& shape, Outcome* outcome) {
+void SqliteConnection::RunPlan(Plan& plan, Literals literals, Outcome* outcome) {
   if (plan.size() == 1 && !plan.front().translated.alter_column) {
-    return RunStep(plan.front(), shape, outcome);
+    return RunStep(plan.front(), literals, outcome);
   }
   // One statement of the server that takes several of SQLite's happens whole or not at all.
   const bool own_transaction = !InTransaction();
   RunPlain(db_.get(), own_transaction ? "BEGIN IMMEDIATE" : "SAVEPOINT one_statement", path_);
   try {
-    RunSteps(plan, shape, outcome);
+    RunSteps(plan, literals, outcome);
     RunPlain(db_.get(), own_transaction ? "COMMIT" : "RELEASE one_statement", path_);
   } catch (...) {
     sqlite3_exec(db_.get(),
@@ -125,11 +151,11 @@ void SqliteConnection::RunPlan(Plan& plan, const Shape& shape, Outcome* outcome)
   if (own_transaction) schema_changed_in_transaction_ = false;
 }
 
-void SqliteConnection::RunSteps(Plan& plan, const Shape& shape, Outcome* outcome) {
-  for (Step& step : plan) RunStep(step, shape, outcome);
+void SqliteConnection::RunSteps(Plan& plan, Literals literals, Outcome* outcome) {
+  for (Step& step : plan) RunStep(step, literals, outcome);
 }
 
-void SqliteConnection::RunStep(Step& step, const Shape& shape, Outcome* outcome) {
+void SqliteConnection::RunStep(Step& step, Literals literals, Outcome* outcome) {
   const Translated& translated = step.translated;
   if (translated.is_noop) return;
   if (translated.transaction != Translated::Transaction::kNone) {
@@ -144,7 +170,7 @@ void SqliteConnection::RunStep(Step& step, const Shape& shape, Outcome* outcome)
     clock_.NextStatement();
     for (std::size_t i = 0; i < translated.parameters.size(); ++i) {
       const Parameter& parameter = translated.parameters[i];
-      BindLiteral(step.statement.get(), static_cast<int>(i) + 1, shape.literals[parameter.literal],
+      BindLiteral(step.statement.get(), static_cast<int>(i) + 1, literals[parameter.literal],
                   parameter);
     }
     Fetch(step, outcome);
@@ -252,7 +278,7 @@ bool SqliteConnection::SchemaMoved() {
   if (sqlite3_step(schema_version_.get()) != SQLITE_ROW) return false;
   const std::int64_t version = sqlite3_column_int64(schema_version_.get(), 0);
   if (version == known_schema_) return false;
-  plans_.clear();
+  ForgetPlans();
   catalogue_.Clear();
   known_schema_ = version;
   return true;
@@ -265,6 +291,11 @@ bool SqliteConnection::SchemaMovedByOthers() {
   if (data == known_data_) return false;
   known_data_ = data;
   return SchemaMoved();
+}
+
+void SqliteConnection::ForgetPlans() {
+  by_look_.clear();
+  plans_.clear();
 }
 
 void SqliteConnection::ForgetSchema() {

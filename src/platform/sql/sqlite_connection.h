@@ -8,7 +8,9 @@
 
 #include <sqlite3.h>
 
+#include <span>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -17,6 +19,7 @@
 #include "platform/sql/sqlite_catalogue.h"
 #include "platform/sql/sqlite_functions.h"
 #include "platform/sql/sqlite_statement.h"
+#include "platform/sql/sqlite_statement_key.h"
 #include "platform/sql/translate.h"
 
 namespace kaunter::sql {
@@ -55,12 +58,16 @@ class SqliteConnection final : public Connection {
     Recordset rows;
   };
 
+  using Literals = std::span<const std::string_view>;
+
   void RunBatch(std::string_view batch, Outcome* outcome);
-  void RunShape(std::string_view batch, std::size_t number, const Shape& shape, Outcome* outcome);
-  Plan* FindPlan(std::string_view batch, std::size_t number, const Shape& shape, Plan* own);
-  void RunPlan(Plan& plan, const Shape& shape, Outcome* outcome);
-  void RunSteps(Plan& plan, const Shape& shape, Outcome* outcome);
-  void RunStep(Step& step, const Shape& shape, Outcome* outcome);
+  // Statement `number` of the batch; `plan` is what was kept for it, or null.
+  Plan* RunStatement(std::string_view batch, std::size_t number, Literals literals, Plan* plan,
+                     Outcome* outcome);
+  Plan* FindPlan(std::string_view batch, std::size_t number, Plan* own);
+  void RunPlan(Plan& plan, Literals literals, Outcome* outcome);
+  void RunSteps(Plan& plan, Literals literals, Outcome* outcome);
+  void RunStep(Step& step, Literals literals, Outcome* outcome);
   void Fetch(Step& step, Outcome* outcome);
   void RunTransactionWord(Translated::Transaction word);
   void RunPrepared(SqliteStatement& statement, const char* sql);
@@ -70,12 +77,15 @@ class SqliteConnection final : public Connection {
   // As SchemaMoved, and nearly free while nobody has written to the file.
   bool SchemaMovedByOthers();
   void ForgetSchema();
+  void ForgetPlans();
 
   std::string path_;
   SqliteHandle db_;
   StatementClock clock_;
   SqliteCatalogue catalogue_;
-  std::unordered_map<std::string, Plan> plans_;
+  std::unordered_map<std::string, Plan> plans_;     // by shape
+  std::unordered_map<std::string, Plan*> by_look_;  // by quick look, into plans_
+  StatementKey look_;
   SqliteStatement begin_;
   SqliteStatement commit_;
   SqliteStatement rollback_;

@@ -109,6 +109,8 @@ enum class Dialect { kSqlite };
 struct Shape {
   std::string key;
   std::vector<std::string> literals;  // text literals without quotes, '' undone; numbers as written
+  std::size_t begin = 0;              // where the statement stands in its batch,
+  std::size_t end = 0;                // and one past its end
 };
 
 // Splits a batch into statements by tokens and takes out the literals; cheap, no tree is built.
