@@ -14,7 +14,9 @@ std::string Named(const Parameter& parameter) {
   return parameter.column.empty() ? std::string() : fmt::format(" (column '{}')", parameter.column);
 }
 
-bool IsBlank(const std::string& text) { return text.find_first_not_of(' ') == std::string::npos; }
+bool IsBlank(std::string_view text) {
+  return text.find_first_not_of(' ') == std::string_view::npos;
+}
 
 [[noreturn]] void RefuseOverflow(std::string_view type, const Parameter& parameter) {
   throw SqlError(
@@ -23,12 +25,12 @@ bool IsBlank(const std::string& text) { return text.find_first_not_of(' ') == st
 }
 
 // The bytes of `text` that the column takes; what is cut may only be blanks.
-std::size_t FittingBytes(const std::string& text, const Parameter& parameter) {
+std::size_t FittingBytes(std::string_view text, const Parameter& parameter) {
   const auto width = static_cast<std::size_t>(parameter.width);
   if (width == 0 || text.size() <= width) return text.size();
   std::size_t at = 0;
   for (std::size_t count = 0; count < width && at < text.size(); ++count) NextChar(text, &at);
-  if (text.find_first_not_of(' ', at) != std::string::npos) {
+  if (text.find_first_not_of(' ', at) != std::string_view::npos) {
     throw SqlError(2628,
                    fmt::format("String or binary data would be truncated in column '{}'. It takes "
                                "{} characters. Truncated value: '{}'.",
@@ -37,11 +39,11 @@ std::size_t FittingBytes(const std::string& text, const Parameter& parameter) {
   return at;
 }
 
-int BindDecimal(sqlite3_stmt* statement, int index, const std::string& literal,
+int BindDecimal(sqlite3_stmt* statement, int index, std::string_view literal,
                 const Parameter& parameter) {
   const int scale = std::min(parameter.scale, kMaxScale);
   std::int64_t units = 0;
-  const bool exponent = literal.find_first_of("eE") != std::string::npos;
+  const bool exponent = literal.find_first_of("eE") != std::string_view::npos;
   const DecimalResult result = ParseDecimal(literal, scale, &units, exponent);
   if (result == DecimalResult::kNoNumber) {
     throw SqlError(8114, fmt::format("Error converting data type nvarchar to numeric{}: '{}'.",
@@ -57,7 +59,7 @@ int BindDecimal(sqlite3_stmt* statement, int index, const std::string& literal,
   return sqlite3_bind_double(statement, index, Unscale(units, scale));
 }
 
-int BindInteger(sqlite3_stmt* statement, int index, const std::string& literal,
+int BindInteger(sqlite3_stmt* statement, int index, std::string_view literal,
                 const Parameter& parameter) {
   std::int64_t value = 0;
   if (IsBlank(literal)) return sqlite3_bind_int64(statement, index, 0);
@@ -76,7 +78,7 @@ int BindInteger(sqlite3_stmt* statement, int index, const std::string& literal,
   return sqlite3_bind_int64(statement, index, value);
 }
 
-int BindDouble(sqlite3_stmt* statement, int index, const std::string& literal,
+int BindDouble(sqlite3_stmt* statement, int index, std::string_view literal,
                const Parameter& parameter) {
   double value = 0;
   if (!IsBlank(literal) && !ParseDouble(literal, &value)) {
@@ -86,10 +88,17 @@ int BindDouble(sqlite3_stmt* statement, int index, const std::string& literal,
   return sqlite3_bind_double(statement, index, value);
 }
 
-int BindDate(sqlite3_stmt* statement, int index, const std::string& literal,
+int BindDate(sqlite3_stmt* statement, int index, std::string_view literal,
              const Parameter& parameter) {
   DateTime date;
   DateResult result = ParseDateTime(literal, &date);
+  // The length of "yyyy-mm-dd": nearly every date comes in its canonical text already.
+  constexpr std::size_t kCanonicalLength = 10;
+  if (literal.size() == kCanonicalLength && result == DateResult::kOk && date.year >= 1753 &&
+      literal[4] == '-' && literal[7] == '-') {
+    return sqlite3_bind_text(statement, index, literal.data(), static_cast<int>(literal.size()),
+                             SQLITE_STATIC);
+  }
   const bool with_time = parameter.conversion == Conversion::kAsDateTime;
   if (result == DateResult::kOk && with_time && date.year < 1753) {
     result = DateResult::kOutsideCalendar;
@@ -111,7 +120,7 @@ int BindDate(sqlite3_stmt* statement, int index, const std::string& literal,
 
 }  // namespace
 
-void BindLiteral(sqlite3_stmt* statement, int index, const std::string& literal,
+void BindLiteral(sqlite3_stmt* statement, int index, std::string_view literal,
                  const Parameter& parameter) {
   int code = SQLITE_OK;
   switch (parameter.conversion) {

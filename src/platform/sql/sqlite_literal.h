@@ -4,7 +4,7 @@
 
 #include <sqlite3.h>
 
-#include <string>
+#include <string_view>
 
 #include "platform/sql/translate.h"
 
@@ -13,7 +13,7 @@ namespace kaunter::sql {
 // Binds parameter `index` (from 1). The literal's text must live until the statement is reset.
 // Throws SqlError with the server's number for a literal that does not convert (8114, 245, 241,
 // 242, 2628, 8115), naming the column where it is known.
-void BindLiteral(sqlite3_stmt* statement, int index, const std::string& literal,
+void BindLiteral(sqlite3_stmt* statement, int index, std::string_view literal,
                  const Parameter& parameter);
 
 }  // namespace kaunter::sql
