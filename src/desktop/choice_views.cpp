@@ -22,16 +22,25 @@ class StillComboBox : public QComboBox {
   void wheelEvent(QWheelEvent* event) override { event->ignore(); }
 };
 
-class StillPushButton : public QPushButton {
+// Takes the second press of a double-click for no second order; buttons that only turn pages take
+// as many presses as come.
+class OncePushButton : public QPushButton {
  public:
-  using QPushButton::QPushButton;
+  OncePushButton(QWidget* parent, bool once) : QPushButton(parent), once_(once) {}
 
  protected:
-  // The second press of a double-click is no second order.
-  void mouseDoubleClickEvent(QMouseEvent* event) override { event->accept(); }
+  void mouseDoubleClickEvent(QMouseEvent* event) override {
+    if (once_) {
+      event->accept();
+    } else {
+      QPushButton::mouseDoubleClickEvent(event);
+    }
+  }
+
+ private:
+  bool once_;
 };
 
-// A short list of Yes/No-like choices need not be typed into.
 constexpr int kVisibleEntries = 14;
 
 }  // namespace
@@ -159,7 +168,8 @@ void OptionView::Show() {
 
 ButtonView::ButtonView(ScreenFace& face, Button& button)
     : ControlView(face, button), button_(button) {
-  box_ = new StillPushButton(face.host());
+  const bool stores = button.role() != ButtonRole::plain || button.name() == "SaveCmd";
+  box_ = new OncePushButton(face.host(), stores);
   box_->setAutoDefault(false);
   if (button.role() == ButtonRole::primary) box_->setProperty("role", "primary");
   if (button.role() == ButtonRole::danger) box_->setProperty("role", "danger");

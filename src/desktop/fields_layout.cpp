@@ -72,7 +72,8 @@ int FieldsLayout::ColumnsFor(int width) const {
   if (shown == 0) return 1;
   if (wanted_columns_ > 0) {
     // A table's number of columns holds as long as the boxes stay usable.
-    return std::clamp(std::min(wanted_columns_, (width + kColumnGap) / kNarrowColumn), 1, 4);
+    const int by_width = (width + kColumnGap) / kNarrowColumn;
+    return std::clamp(std::min({wanted_columns_, by_width, shown}), 1, 4);
   }
   const int by_width = (width + kColumnGap) / kComfortableColumn;
   const int by_count = (shown + kRowsWorthAColumn - 1) / kRowsWorthAColumn;

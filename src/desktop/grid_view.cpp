@@ -78,6 +78,13 @@ class CellDelegate : public QStyledItemDelegate {
     return edit;
   }
 
+  // Once: a screen that redraws its grid must not wipe what is being typed.
+  void setEditorData(QWidget* editor, const QModelIndex& index) const override {
+    if (editor->property("filled").toBool()) return;
+    QStyledItemDelegate::setEditorData(editor, index);
+    editor->setProperty("filled", true);
+  }
+
   void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                             const QModelIndex&) const override {
     editor->setGeometry(option.rect);
@@ -353,6 +360,8 @@ bool GridView::UseKey(const QKeyEvent& event) {
     return true;
   }
   if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter) return false;
+  // The Enter that closes an editor comes by here too, and is used up by it.
+  if (QApplication::focusWidget() != table_) return true;
   if (!current.isValid() || grid_.onKey) return false;
   if (current.flags() & Qt::ItemIsEditable) {
     table_->edit(current);

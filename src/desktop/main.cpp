@@ -23,6 +23,8 @@ int RunDesktop(QApplication& qt, DesktopOptions options) {
     options.application.app_path = S(QApplication::applicationDirPath());
   }
   ApplyTheme(qt, options.theme);
+  // Closing the main window ends the program, nothing else does: dialogs open before it, too.
+  QApplication::setQuitOnLastWindowClosed(false);
   const bool pictures = !options.picture_folder.empty();
   if (pictures) SetWindowMemory(false);
   std::unique_ptr<SingleInstance> instance;
@@ -54,8 +56,6 @@ int RunDesktop(QApplication& qt, DesktopOptions options) {
       }
       application.SignInFirst();
     });
-    // Closing the window ends the program, nothing else does: dialogs close above no window, too.
-    QApplication::setQuitOnLastWindowClosed(false);
     if (!application.main().closed()) QApplication::exec();
     desk.SetMainWindow(nullptr);
   }

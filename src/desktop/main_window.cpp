@@ -49,7 +49,11 @@ MainWindow::MainWindow(MainFrm& main) : main_(main), face_(main, this) {
   Refresh();
 }
 
-MainWindow::~MainWindow() { KeepWindow(*this, "MainFrm"); }
+MainWindow::~MainWindow() {
+  KeepWindow(*this, "MainFrm");
+  // The widgets go before the views that they call.
+  delete takeCentralWidget();
+}
 
 void MainWindow::OpenWindow() {
   if (!RestoreWindow(*this, "MainFrm")) FitToScreen(*this, kFirstSize);

@@ -37,7 +37,12 @@ ScreenDialog::ScreenDialog(Screen& screen, QWidget* parent)
   Build();
 }
 
-ScreenDialog::~ScreenDialog() { KeepWindow(*this, Q(screen_.name())); }
+ScreenDialog::~ScreenDialog() {
+  KeepWindow(*this, Q(screen_.name()));
+  // The widgets go before the views that they call.
+  delete scroll_;
+  delete foot_;
+}
 
 void ScreenDialog::Build() {
   const Layout* table = FindLayout(screen_.name());

@@ -93,15 +93,6 @@ TextBoxView::TextBoxView(ScreenFace& face, TextBox& box) : ControlView(face, box
   edit_ = new LineBox(face.host(), figures);
   if (figures) edit_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   if (box.kind() == Kind::password) edit_->setEchoMode(QLineEdit::Password);
-  if (box.kind() == Kind::date) {
-    button_ = edit_->addAction(MakeIcon(Glyph::calendar), QLineEdit::TrailingPosition);
-    QObject::connect(button_, &QAction::triggered, edit_, [this] { OpenCalendar(); });
-  } else if (box.onSearch || !box.picker.empty()) {
-    button_ = edit_->addAction(MakeIcon(Glyph::search), QLineEdit::TrailingPosition);
-    button_->setToolTip("F2");
-    QObject::connect(button_, &QAction::triggered, edit_, [this] { Search(); });
-  }
-  if (box.max_length > 0) edit_->setValidator(new LengthValidator(box.max_length, edit_));
   QObject::connect(edit_, &QLineEdit::textEdited, edit_,
                    [this](const QString& text) { Edited(text); });
   QObject::connect(edit_, &QLineEdit::inputRejected, edit_, [] { QApplication::beep(); });
@@ -111,7 +102,24 @@ bool TextBoxView::IsRightAligned() const {
   return box_.kind() == Kind::money || box_.kind() == Kind::rate || box_.kind() == Kind::integer;
 }
 
+// A screen may give a box its picker or its length as late as in Load.
+void TextBoxView::Equip() {
+  if (box_.max_length > 0 && !edit_->validator()) {
+    edit_->setValidator(new LengthValidator(box_.max_length, edit_));
+  }
+  if (button_) return;
+  if (box_.kind() == Kind::date) {
+    button_ = edit_->addAction(MakeIcon(Glyph::calendar), QLineEdit::TrailingPosition);
+    QObject::connect(button_, &QAction::triggered, edit_, [this] { OpenCalendar(); });
+  } else if (box_.onSearch || !box_.picker.empty()) {
+    button_ = edit_->addAction(MakeIcon(Glyph::search), QLineEdit::TrailingPosition);
+    button_->setToolTip("F2");
+    QObject::connect(button_, &QAction::triggered, edit_, [this] { Search(); });
+  }
+}
+
 void TextBoxView::Show() {
+  Equip();
   edit_->setReadOnly(box_.locked());
   if (button_) button_->setVisible(box_.Editable());
   if (box_.kind() == Kind::date) edit_->setPlaceholderText(box_.Editable() ? "dd-mm-yyyy" : "");

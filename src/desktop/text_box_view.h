@@ -37,6 +37,7 @@ class TextBoxView : public ControlView {
   void Show() override;
 
  private:
+  void Equip();
   void Edited(const QString& text);
   void Put(const QString& text);
   void OpenCalendar();

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "core/menu.h"
+#include "core/popup_frm.h"
 #include "core/session.h"
 #include "core/user_login.h"
 #include "desktop/layout_table.h"
@@ -24,8 +25,9 @@ TEST(LayoutTest, EveryTableFitsItsScreen) {
   MainMenu menu({});
   UserLogin user_login(session, desk, menu);
   LoanCalcfrm calculator(session, desk);
-  const std::map<std::string, const Screen*> screens = {{"UserLogin", &user_login},
-                                                        {"LoanCalcfrm", &calculator}};
+  PopupFrm popup(session, desk);
+  const std::map<std::string, const Screen*> screens = {
+      {"UserLogin", &user_login}, {"LoanCalcfrm", &calculator}, {"PopupFrm", &popup}};
   for (const Layout& layout : AllLayouts()) {
     const auto screen = screens.find(layout.screen);
     // A new table needs its screen here, or nobody holds the two against each other.

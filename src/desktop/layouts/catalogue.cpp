@@ -9,6 +9,7 @@ const std::vector<Layout>& AllLayouts() {
   static const std::vector<Layout> layouts = {
       UserLoginLayout(),
       LoanCalcfrmLayout(),
+      PopupFrmLayout(),
   };
   return layouts;
 }

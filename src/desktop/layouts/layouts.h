@@ -7,5 +7,6 @@ namespace kaunter {
 
 Layout UserLoginLayout();
 Layout LoanCalcfrmLayout();
+Layout PopupFrmLayout();
 
 }  // namespace kaunter
