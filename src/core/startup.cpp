@@ -75,9 +75,11 @@ void CreateMissingFile(const Session& session, const LocalSettings& local) {
   if (!source || source->kind != DataSource::Kind::kEmbedded) return;
   if (!local.creatable.contains(Lower(session.ConnDataSource))) return;
   if (std::filesystem::exists(source->target)) return;
+  // Only the user's own folder is made too: a mistyped one is told by the open that follows.
   const auto folder = std::filesystem::path(source->target).parent_path();
-  std::error_code ignored;  // a folder that cannot be made shows itself in the open that follows
-  if (!folder.empty()) std::filesystem::create_directories(folder, ignored);
+  std::error_code ignored;
+  if (folder == LocalSettings::UserDataFolder())
+    std::filesystem::create_directories(folder, ignored);
   OpenSqlite("MainConn", source->target, true, session.clock);
 }
 
