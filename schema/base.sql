@@ -1046,6 +1046,7 @@ CREATE TABLE SalesmanMast (
 CREATE INDEX IX_LoanMast_CustID ON LoanMast (CustID);
 CREATE INDEX IX_LoanMast_CompCode_OldLoanCode ON LoanMast (CompCode, OldLoanCode);
 CREATE INDEX IX_LoanMast_OldLoanCode ON LoanMast (OldLoanCode);
+CREATE INDEX IX_LoanMast_CompCode_LoanID ON LoanMast (CompCode, LoanID);
 CREATE INDEX IX_LoanMast_CompCode_TrxDate ON LoanMast (CompCode, TrxDate);
 CREATE INDEX IX_LoanMast_NextDueDate ON LoanMast (NextDueDate);
 CREATE INDEX IX_LoanMast_NextCall ON LoanMast (NextCall);
@@ -1057,6 +1058,7 @@ CREATE INDEX IX_SchMast_CustID_DueDate ON SchMast (CustID, DueDate);
 CREATE INDEX IX_PaymentMast_LoanID_PayID ON PaymentMast (LoanID, PayID);
 CREATE INDEX IX_PaymentMast_LoanID_PayDate ON PaymentMast (LoanID, PayDate);
 CREATE INDEX IX_PaymentMast_CompCode_ReceiptNo ON PaymentMast (CompCode, ReceiptNo);
+CREATE INDEX IX_PaymentMast_CompCode_PayID ON PaymentMast (CompCode, PayID);
 CREATE INDEX IX_PaymentMast_CompCode_PayDate ON PaymentMast (CompCode, PayDate);
 CREATE INDEX IX_PaymentMast_CustID ON PaymentMast (CustID);
 CREATE INDEX IX_PaymentMast_DateCreated ON PaymentMast (DateCreated);
