@@ -13,7 +13,7 @@ constexpr int kColumnGap = 28;
 constexpr int kLabelGap = 10;
 constexpr int kComfortableColumn = 340;
 constexpr int kNarrowColumn = 250;
-constexpr int kWidestBox = 360;  // a box wider than this only makes the eye travel
+constexpr int kWidestBox = 440;  // a box wider than this only makes the eye travel
 constexpr int kRowsWorthAColumn = 5;
 
 }  // namespace
@@ -138,9 +138,8 @@ int FieldsLayout::Arrange(const QRect& rect, bool apply) const {
     const int indent = label_width > 0 && !field.from_left ? label_width + kLabelGap : 0;
     const int span = field.wide ? width : column_width;
     int editor_width = span - indent;
-    const auto* widget = field.editor->widget();
-    if (!field.wide && !field.from_left &&
-        widget->sizePolicy().horizontalPolicy() != QSizePolicy::Expanding) {
+    // In a single column boxes stop where the eye would have to travel.
+    if (plan.columns == 1 && !field.wide && !field.from_left) {
       editor_width = std::min(editor_width, kWidestBox);
     }
     const auto row = static_cast<std::size_t>(place.row);

@@ -19,6 +19,8 @@ namespace {
 
 constexpr int kRowHeight = 28;
 constexpr int kCellPadding = 9;
+constexpr int kCellRoom = 2 * kCellPadding + 4;
+constexpr int kLikedText = 180;
 constexpr int kCheckColumnWidth = 36;
 constexpr int kSampleRows = 60;  // enough to see how wide the figures are
 constexpr int kShownRows = 7;
@@ -283,6 +285,7 @@ void GridView::ShareWidth() {
   showing_ = true;
   const QFontMetrics metrics(table_->font());
   std::vector<int> least(static_cast<std::size_t>(columns), 0);
+  std::vector<int> liked(static_cast<std::size_t>(columns), 0);
   std::vector<int> weight(static_cast<std::size_t>(columns), 0);
   int open = table_->viewport()->width();
   int weights = 0;
@@ -300,14 +303,22 @@ void GridView::ShareWidth() {
     weights += column.weight;
     const QString header = model_->headerData(i, Qt::Horizontal, Qt::DisplayRole).toString();
     int width = metrics.horizontalAdvance(header);
+    const int rows = std::min(model_->rowCount(), kSampleRows);
+    int contents = width;
+    for (int row = 0; row < rows; ++row) {
+      const QString text = model_->index(row, i).data(Qt::DisplayRole).toString();
+      contents = std::max(contents, metrics.horizontalAdvance(text));
+    }
     // Figures and dates must never be cut: a cut amount reads as another amount.
     const bool whole = column.kind != Kind::text && column.kind != Kind::memo;
-    const int rows = std::min(model_->rowCount(), kSampleRows);
-    for (int row = 0; row < rows && whole; ++row) {
-      const QString text = model_->index(row, i).data(Qt::DisplayRole).toString();
-      width = std::max(width, metrics.horizontalAdvance(text));
-    }
-    least[at] = width + 2 * kCellPadding + 4;
+    if (whole) width = contents;
+    least[at] = width + kCellRoom;
+    liked[at] = whole ? least[at] : std::max(least[at], std::min(contents + kCellRoom, kLikedText));
+  }
+  // Texts get the width that they like as long as nothing is pushed out of sight.
+  const int wish = std::accumulate(liked.begin(), liked.end(), 0);
+  for (std::size_t i = 0; i < least.size() && wish <= open; ++i) {
+    if (weight[i] > 0) least[i] = liked[i];
   }
   // Columns whose share is too small for their contents take what they need, the rest is shared
   // by those that are left, until all fit.

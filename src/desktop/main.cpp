@@ -79,7 +79,6 @@ int main(int argc, char** argv) {
   }
   QApplication qt(argc, argv);
   QApplication::setApplicationName("kaunter");
-  QApplication::setApplicationDisplayName("Kaunter");
   // Figures are written with a point whatever the machine's language.
   std::setlocale(LC_NUMERIC, "C");
   try {

@@ -87,13 +87,14 @@ void ScreenDialog::AddShortcuts() {
 void ScreenDialog::ShowTitle() { setWindowTitle(Plain(screen_.title().In(screen_.chinese()))); }
 
 QSize ScreenDialog::FirstSize() const {
-  if (!wanted_.isEmpty()) return wanted_;
   const QWidget* page = scroll_->widget();
-  int width = std::max(page->sizeHint().width(), kNarrowest);
+  int width = std::max({page->sizeHint().width(), kNarrowest, wanted_.width()});
   if (foot_) width = std::max(width, foot_->sizeHint().width());
-  const int height =
+  if (!wanted_.isEmpty()) width = wanted_.width();
+  const int contents =
       page->hasHeightForWidth() ? page->heightForWidth(width) : page->sizeHint().height();
-  return {width, height + (foot_ ? foot_->sizeHint().height() : 0) + 2};
+  const int height = contents + (foot_ ? foot_->sizeHint().height() : 0) + 2;
+  return {width, std::max(height, wanted_.height())};
 }
 
 bool ScreenDialog::Open() {

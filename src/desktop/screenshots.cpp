@@ -112,6 +112,9 @@ void Photographer::Fill(QWidget& widget) {
   for (const auto& press : options_.presses) {
     auto* button = dynamic_cast<Button*>(screen.Find(press));
     if (button) screen.Guard([&] { button->Click(); });
+    // Of a box that is searched, the magnifier.
+    auto* box = dynamic_cast<TextBox*>(screen.Find(press));
+    if (box && box->onSearch) screen.Guard([&] { box->onSearch(); });
   }
   dialog.face().RefreshNow();
   QApplication::processEvents();

@@ -43,6 +43,14 @@ class LineBox : public QLineEdit {
   bool fresh_ = false;
 };
 
+// A few lines high; it grows where its layout has room to spare.
+class MemoBox : public QPlainTextEdit {
+ public:
+  using QPlainTextEdit::QPlainTextEdit;
+  QSize sizeHint() const override { return {280, fontMetrics().lineSpacing() * kMemoLines + 18}; }
+  QSize minimumSizeHint() const override { return {160, sizeHint().height()}; }
+};
+
 int DigitsBefore(const QString& text, int position) {
   return static_cast<int>(std::count_if(text.begin(),
                                         text.begin() + std::min<qsizetype>(position, text.size()),
@@ -224,11 +232,10 @@ void TextBoxView::OpenCalendar() {
 // --- memo
 
 MemoView::MemoView(ScreenFace& face, TextBox& box) : ControlView(face, box), box_(box) {
-  edit_ = new QPlainTextEdit(face.host());
+  edit_ = new MemoBox(face.host());
   edit_->setTabChangesFocus(true);
   edit_->setProperty("memo", true);
   edit_->setFrameShape(QFrame::StyledPanel);
-  edit_->setMinimumHeight(edit_->fontMetrics().lineSpacing() * kMemoLines + 18);
   edit_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   QObject::connect(edit_, &QPlainTextEdit::textChanged, edit_, [this] { Edited(); });
 }

@@ -81,7 +81,10 @@ TEST(ScreenDialogTest, SaveLeavesTheBoxFirst) {
 TEST(ScreenDialogTest, DoubleClickIsOneOrder) {
   OpenScreen open;
   QWidget* button = open.View(open.screen.SaveCmd).widget();
+  // What a double-click sends: press, release, the double one, release.
+  QTest::mouseClick(button, Qt::LeftButton);
   QTest::mouseDClick(button, Qt::LeftButton);
+  QTest::mouseRelease(button, Qt::LeftButton);
   OpenScreen::Wait();
   EXPECT_EQ(std::count(open.screen.events.begin(), open.screen.events.end(), "save"), 1);
 }
