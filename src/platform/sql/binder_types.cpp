@@ -197,10 +197,14 @@ void Binder::Assign(ExprPtr& expr, const Type& target, std::string_view column) 
   const Type from = expr->type;
   CheckConvertible(from, target, expr->place);
   Coerce(expr, target);
-  if (expr->kind == ExprKind::kLiteral) {
-    expr->column = column;
-    if (target.kind == TypeKind::kText) expr->width = target.width;
-    return;
+  Expr& literal = expr->kind == ExprKind::kNegate ? *expr->args[0] : *expr;
+  if (literal.kind == ExprKind::kLiteral) {
+    literal.column = column;
+    if (target.kind == TypeKind::kText) literal.width = target.width;
+    if (target.kind == TypeKind::kInteger || target.kind == TypeKind::kDecimal) {
+      literal.width = target.precision;
+    }
+    if (&literal == expr.get()) return;
   }
   if (target.kind != TypeKind::kText || target.width == 0) return;
   constexpr int kLongestNumber = 41;

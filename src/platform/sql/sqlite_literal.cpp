@@ -9,6 +9,8 @@
 namespace kaunter::sql {
 namespace {
 
+constexpr int kMostWholeDigits = 18;
+
 // " (column 'LoanAmt')", where the column is known.
 std::string Named(const Parameter& parameter) {
   return parameter.column.empty() ? std::string() : fmt::format(" (column '{}')", parameter.column);
@@ -51,7 +53,12 @@ int BindDecimal(sqlite3_stmt* statement, int index, std::string_view literal,
   }
   const std::int64_t power = PowerOfTen(scale);
   const std::int64_t whole = units / power;
-  if (result == DecimalResult::kTooLarge ||
+  // A column of 18 digits would take more than a double holds exactly: the smaller limit counts.
+  const int whole_digits = parameter.width - scale;
+  const bool too_wide = parameter.width > 0 && whole_digits >= 0 &&
+                        whole_digits < kMostWholeDigits &&
+                        (whole >= PowerOfTen(whole_digits) || whole <= -PowerOfTen(whole_digits));
+  if (result == DecimalResult::kTooLarge || too_wide ||
       (scale >= 2 && (whole > kLargestAmount || whole < -kLargestAmount))) {
     RefuseOverflow("numeric", parameter);
   }
@@ -59,11 +66,25 @@ int BindDecimal(sqlite3_stmt* statement, int index, std::string_view literal,
   return sqlite3_bind_double(statement, index, Unscale(units, scale));
 }
 
+// What an integer column holds, by the digits of its largest value (tinyint, smallint, int).
+bool FitsInteger(std::int64_t value, int digits) {
+  switch (digits) {
+    case 3:
+      return value >= 0 && value <= 255;
+    case 5:
+      return value == static_cast<std::int16_t>(value);
+    case 10:
+      return value == static_cast<std::int32_t>(value);
+    default:
+      return true;
+  }
+}
+
 int BindInteger(sqlite3_stmt* statement, int index, std::string_view literal,
                 const Parameter& parameter) {
   std::int64_t value = 0;
   if (IsBlank(literal)) return sqlite3_bind_int64(statement, index, 0);
-  switch (ParseInteger(literal, /*cut=*/true, &value)) {
+  switch (ParseInteger(literal, /*cut=*/false, &value)) {
     case DecimalResult::kOk:
       break;
     case DecimalResult::kTooLarge:
@@ -75,6 +96,8 @@ int BindInteger(sqlite3_stmt* statement, int index, std::string_view literal,
                                       "to data type int{}.",
                                       literal, Named(parameter)));
   }
+  if (!FitsInteger(value, parameter.width)) RefuseOverflow("int", parameter);
+  if (parameter.width == 1) value = value != 0;
   return sqlite3_bind_int64(statement, index, value);
 }
 

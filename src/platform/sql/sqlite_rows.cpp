@@ -27,13 +27,13 @@ FieldType FieldTypeOf(const Type& type) {
   }
 }
 
-Value MoneyField(sqlite3_stmt* statement, int i, int scale) {
-  if (sqlite3_column_type(statement, i) == SQLITE_INTEGER) {
+// `held` is how SQLite keeps the field.
+Value MoneyField(sqlite3_stmt* statement, int i, int held, int scale) {
+  if (held == SQLITE_INTEGER) {
     return Money::FromInteger(sqlite3_column_int64(statement, i));
   }
   std::int64_t units = 0;
-  if (sqlite3_column_type(statement, i) == SQLITE_FLOAT &&
-      ScaleDouble(sqlite3_column_double(statement, i), scale, &units)) {
+  if (held == SQLITE_FLOAT && ScaleDouble(sqlite3_column_double(statement, i), scale, &units)) {
     std::int64_t fine = 0;
     if (!__builtin_mul_overflow(units, PowerOfTen(kMoneyScale - scale), &fine)) {
       return Money::FromTenThousandths(fine);
@@ -95,14 +95,15 @@ std::vector<Value> RowOf(sqlite3_stmt* statement, const std::vector<Column>& col
   row.reserve(columns.size());
   for (std::size_t position = 0; position < columns.size(); ++position) {
     const int i = static_cast<int>(position);
-    if (sqlite3_column_type(statement, i) == SQLITE_NULL) {
+    const int held = sqlite3_column_type(statement, i);
+    if (held == SQLITE_NULL) {
       row.emplace_back();
       continue;
     }
     const Column& column = columns[position];
     switch (column.type) {
       case FieldType::kMoney:
-        row.push_back(MoneyField(statement, i, column.scale));
+        row.push_back(MoneyField(statement, i, held, column.scale));
         break;
       case FieldType::kInteger:
         row.push_back(IntegerField(statement, i));

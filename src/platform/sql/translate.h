@@ -66,8 +66,10 @@ enum class Conversion { kAsText, kAsInteger, kAsDecimal, kAsDouble, kAsDate, kAs
 struct Parameter {
   std::size_t literal = 0;  // index into the literals of the statement, in text order
   Conversion conversion = Conversion::kAsText;
-  int scale = 0;       // kAsDecimal: decimals to round to, half away from zero
-  int width = 0;       // kAsText into a column: longest text (8152/2628 beyond), 0 for none
+  int scale = 0;  // kAsDecimal: decimals to round to, half away from zero
+  // Into a column, 0 for none: kAsText the longest text (2628 beyond), kAsInteger and kAsDecimal
+  // the digits it takes (8115 beyond; 1 is a bit, which holds 0 or 1).
+  int width = 0;
   std::string column;  // for messages; may be empty
 };
 

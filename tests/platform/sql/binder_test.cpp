@@ -135,13 +135,13 @@ TEST_F(BinderTest, LiteralsTakeTheTypeTheyMeet) {
        0},
       {"SELECT isnull(Amt, '0') FROM Loan", Conversion::kAsDecimal, 2, 0},
       {"SELECT Due FROM Loan UNION SELECT ''", Conversion::kAsDateTime, 0, 0},
-      {"UPDATE Loan SET Amt = 1.005", Conversion::kAsDecimal, 2, 0},
-      {"UPDATE Loan SET Amt = -1.005", Conversion::kAsDecimal, 2, 0},
-      {"UPDATE Loan SET Rate = '1'", Conversion::kAsDecimal, 4, 0},
+      {"UPDATE Loan SET Amt = 1.005", Conversion::kAsDecimal, 2, 18},
+      {"UPDATE Loan SET Amt = -1.005", Conversion::kAsDecimal, 2, 18},
+      {"UPDATE Loan SET Rate = '1'", Conversion::kAsDecimal, 4, 18},
       {"UPDATE Loan SET LoanID = 'x'", Conversion::kAsText, 0, 10},
       {"UPDATE Loan SET Memo = 'x'", Conversion::kAsText, 0, 0},
       {"UPDATE Loan SET Day = '2024-01-31'", Conversion::kAsDate, 0, 0},
-      {"UPDATE Loan SET Cnt = '12'", Conversion::kAsInteger, 0, 0},
+      {"UPDATE Loan SET Cnt = '12'", Conversion::kAsInteger, 0, 10},
       {"INSERT INTO Loan (LoanID) SELECT 'x'", Conversion::kAsText, 0, 10},
   };
   for (const Case& c : cases) {
