@@ -18,4 +18,7 @@ if(TARGET kaunter-play)
         -DREPORTS=${CMAKE_SOURCE_DIR}/reports
         -P ${CMAKE_CURRENT_SOURCE_DIR}/play/run_script.cmake)
   endforeach()
+  add_test(NAME two-desktops
+    COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play> -DOFFICE=${CMAKE_BINARY_DIR}/play/two-desktops
+      -P ${CMAKE_CURRENT_SOURCE_DIR}/play/two_desktops.cmake)
 endif()
