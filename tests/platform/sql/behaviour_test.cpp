@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -232,6 +233,66 @@ TEST_F(Behaviour, DecimalsHoldExactlyTheirPlaces) {
       Refused(8114, "", "insert into LoanMast (LoanID,LoanAmt) values ('L9','abc')"),
       Refused(8134, "zero", "update LoanMast set LoanAmt=LoanAmt/(LoanAmt-3000) where LoanID='L1'"),
   });
+}
+
+// Thousands of drawn amounts against plain whole numbers.
+TEST_F(Behaviour, RandomAmountsStayExact) {
+  const unsigned seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937_64 random(seed);
+  const auto draw = [&random] {
+    const auto size = static_cast<std::int64_t>(random() % 12);
+    std::int64_t limit = 10;
+    for (std::int64_t i = 0; i < size; ++i) limit *= 10;
+    const auto thousandths =
+        static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(limit));
+    return random() % 2 == 0 ? thousandths : -thousandths;
+  };
+  const auto text = [](std::int64_t thousandths) {
+    const std::int64_t size = thousandths < 0 ? -thousandths : thousandths;
+    return fmt::format("{}{}.{:03}", thousandths < 0 ? "-" : "", size / 1000, size % 1000);
+  };
+  const auto sen = [](std::int64_t thousandths) {
+    return (thousandths + (thousandths < 0 ? -5 : 5)) / 10;
+  };
+  db_->BeginTrans();
+  db_->Execute("delete from SchMast");
+  std::int64_t sum = 0, difference = 0;
+  std::vector<std::pair<std::int64_t, std::int64_t>> rows;
+  for (int i = 0; i < 2000; ++i) {
+    const std::int64_t a = draw(), b = draw();
+    rows.emplace_back(sen(a), sen(b));
+    sum += sen(a);
+    difference += sen(a) - sen(b);
+    // A literal, and the same amount as an expression.
+    db_->Execute(
+        fmt::format("insert into SchMast (SchID,LoanID,PayableAmt,Payment) values "
+                    "({},'L9',{},{}*1)",
+                    i, text(a), text(b)));
+  }
+  const auto units = [](const Value& value) { return value.AsMoney()->ten_thousandths() / 100; };
+  Recordset stored = db_->Query(
+      "select PayableAmt,Payment,PayableAmt-Payment,PayableAmt+Payment from SchMast order by "
+      "SchID");
+  for (const auto& [a, b] : rows) {
+    ASSERT_EQ(units(stored.Field(0)), a);
+    ASSERT_EQ(units(stored.Field(1)), b);
+    ASSERT_EQ(units(stored.Field(2)), a - b);
+    ASSERT_EQ(units(stored.Field(3)), a + b);
+    stored.MoveNext();
+  }
+  const Recordset sums = db_->Query("select sum(PayableAmt),sum(PayableAmt-Payment) from SchMast");
+  EXPECT_EQ(units(sums.Field(0)), sum);
+  EXPECT_EQ(units(sums.Field(1)), difference);
+  // Each row finds itself by its own difference, written as a decimal.
+  for (int i = 0; i < 2000; i += 97) {
+    const auto& [a, b] = rows[static_cast<std::size_t>(i)];
+    EXPECT_EQ(Show(db_->Query(
+                  fmt::format("select SchID from SchMast where SchID={} and PayableAmt-Payment={}",
+                              i, text((a - b) * 10)))),
+              std::to_string(i));
+  }
+  db_->RollbackTrans();
 }
 
 TEST_F(Behaviour, FieldsTakeTheirTypeFromTheColumn) {
