@@ -36,7 +36,7 @@ TEST(SelectionFormula, RefusesWhatItCannotReadAndShowsThePlace) {
     std::string formula;
     std::string place;
   } cases[] = {
-      {"{LoanMast.CompCode} = 'O'Brien'", "position 25"},  // a quote left alone
+      {"{LoanMast.CompCode} = 'O'Brien'", "position 26"},  // a quote left alone
       {"{LoanMast.CompCode} = 'A", "the end of a text"},   //
       {"{LoanMast.CompCode}", "a comparison"},             //
       {"{LoanMast} = 1", "a field {Table.Column}"},        //
