@@ -59,13 +59,15 @@ MainFrm::MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
   LS1.onOpen = [this](int row, int) { OpenListedLoan(LS1.Cell(row, 0)); };
   LS2.onOpen = [this](int row, int) { OpenListedLoan(LS2.Cell(row, 0)); };
   Label1.onClick = [this] { EditSlogan(); };
+  EmptyKeyCmd.onClick = [this] { ShutBuiltInLogon(); };
   for (MenuEntry& entry : menu_.entries()) {
     if (entry.action == MenuAction::screen) entry.enabled = screen_exists_(entry.target);
     if (entry.action == MenuAction::report) entry.enabled = screen_exists_("ReportFrm");
     if (entry.action == MenuAction::own && HasNothingToOpen(entry.name)) entry.enabled = false;
   }
   menu_.HideAll();
-  for (Control* control : {static_cast<Control*>(&Label4), static_cast<Control*>(&Label5)}) {
+  for (Control* control :
+       std::initializer_list<Control*>{&Label4, &Label5, &KeyNotice, &EmptyKeyCmd}) {
     control->SetVisible(false);
   }
 }
@@ -115,6 +117,21 @@ void MainFrm::ApplyMenus() {
   const bool signed_in = !session().CurrentUserID.empty();
   Label4.SetVisible(signed_in);
   Label5.SetVisible(signed_in);
+  const bool notice = session().CurrentLevel == 4 && BuiltInLogonIsOpen();
+  KeyNotice.SetVisible(notice);
+  EmptyKeyCmd.SetVisible(notice);
+  if (observer != nullptr) observer->TitleChanged();
+}
+
+bool MainFrm::BuiltInLogonIsOpen() {
+  const std::string key = ScalarQuery(main(), "SELECT [Value] FROM Systemast WHERE Param='KEY'");
+  return !key.empty() && key == session().ConnAccount;
+}
+
+void MainFrm::ShutBuiltInLogon() {
+  main().Execute("UPDATE Systemast SET [Value]='' WHERE Param='KEY'");
+  KeyNotice.SetVisible(false);
+  EmptyKeyCmd.SetVisible(false);
   if (observer != nullptr) observer->TitleChanged();
 }
 

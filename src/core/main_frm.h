@@ -22,6 +22,13 @@ class MainFrm : public SessionScreen {
   Grid LS1;
   Label Label5{*this, "Label5", {"Sijil Stamp no", "印花证书号码"}};
   Grid LS2;
+  // The built-in logon opens every new office with a password that everybody can read: once the
+  // office has an administrator of its own, its home page offers to shut it. Never a question box.
+  Label KeyNotice{
+      *this,
+      "KeyNotice",
+      {"The built-in logon ADMIN still opens this office.", "内置登录 ADMIN 仍可进入本系统。"}};
+  Button EmptyKeyCmd{*this, "EmptyKeyCmd", {"&Shut it", "关闭它(&S)"}};
 
   MainMenu& menu() { return menu_; }
   // Why an entry is greyed; one text for all whose screen is not built yet.
@@ -62,6 +69,8 @@ class MainFrm : public SessionScreen {
   void OpenListedLoan(const std::string& loan_id);
   void ShowStatus();
   void ApplyMenus();
+  bool BuiltInLogonIsOpen();
+  void ShutBuiltInLogon();
   std::string ReportName(const MenuEntry& entry) const;
 
   MainMenu menu_;

@@ -102,6 +102,8 @@ HomePage::HomePage(ScreenFace& face, MainFrm& main, std::function<void(const std
   auto* desk = new QVBoxLayout(desk_);
   desk->setContentsMargins(0, 0, 0, 0);
   desk->setSpacing(kMargin);
+  notice_ = MakeNotice();
+  desk->addWidget(notice_);
   tiles_ = new QHBoxLayout;
   tiles_->setSpacing(kGap);
   desk->addLayout(tiles_);
@@ -125,6 +127,22 @@ HomePage::HomePage(ScreenFace& face, MainFrm& main, std::function<void(const std
   layout->addWidget(desk_, 1);
   layout->addWidget(welcome_, 1);
   Refresh();
+}
+
+QWidget* HomePage::MakeNotice() {
+  auto* card = new QFrame(desk_);
+  card->setProperty("card", true);
+  auto* inside = new QHBoxLayout(card);
+  inside->setContentsMargins(16, 10, 12, 10);
+  notice_text_ = new QLabel(card);
+  shut_ = new QPushButton(card);
+  connect(shut_, &QPushButton::clicked, this, [this] {
+    face_.Act([this] { main_.EmptyKeyCmd.Click(); });
+    Refresh();
+  });
+  inside->addWidget(notice_text_, 1);
+  inside->addWidget(shut_);
+  return card;
 }
 
 QWidget* HomePage::MakeWelcome() {
@@ -170,6 +188,9 @@ void HomePage::Refresh() {
   welcome_text_->setText(chinese ? "请先进入系统。" : "Nobody is signed in.");
   sign_in_->setText(chinese ? "进入(&S)" : "&Sign in");
   if (!signed_in) return;
+  notice_->setVisible(main_.KeyNotice.visible());
+  notice_text_->setText(Q(main_.KeyNotice.caption().In(chinese)));
+  shut_->setText(Q(main_.EmptyKeyCmd.caption().In(chinese)));
   RefreshTiles();
   due_->Refresh();
   stamps_->Refresh();

@@ -60,12 +60,16 @@ class HomePage : public QWidget {
  private:
   void RefreshTiles();
   QWidget* MakeWelcome();
+  QWidget* MakeNotice();
 
   ScreenFace& face_;
   MainFrm& main_;
   std::function<void(const std::string&)> choose_;
   QLabel* slogan_;
   QLabel* company_;
+  QWidget* notice_;
+  QLabel* notice_text_;
+  QPushButton* shut_;
   QWidget* desk_;     // tiles and lists, for those who are signed in
   QWidget* welcome_;  // for nobody
   QLabel* welcome_text_;

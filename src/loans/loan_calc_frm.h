@@ -21,7 +21,7 @@ class LoanCalcfrm : public SessionScreen {
 
   TextBox LoanID{*this, "LoanID", {"Calculation No", "计算编号"}};
   ComboBox CompCode{*this, "CompCode", {"Company Code", "公司代码"}};
-  TextBox CustName{*this, "CustName", {"Customer Name", "客户姓名"}};
+  TextBox CustName{*this, "CustName", {"Customer Name", "顾客姓名"}};
   TextBox TrxDate{*this, "TrxDate", {"Loan Date", "贷款日期"}, Kind::date};
   ComboBox LoanTypeID{*this, "LoanTypeID", {"Loan Type", "还款方式"}};
   TextBox NextDueDate{*this, "NextDueDate", {"Next Due Date", "下期到期日"}, Kind::date};
