@@ -14,6 +14,11 @@ class NewCustFrm : public SessionScreen {
  public:
   NewCustFrm(Session& session, Desk& desk);
 
+  // The customer at a glance, whatever page is shown.
+  Frame Glance{*this, "Glance"};
+  Picture Photo{*this, "Photo", {"Photo", "照片"}, &Glance};
+  Label GlanceLBL{*this, "GlanceLBL", {}, &Glance};
+  Bar CreditBar{*this, "CreditBar", {"Credit", "信用额"}, &Glance};
   Tab Pages{*this, "Pages"};
   Frame CustomerPage{*this, "CustomerPage", {"Customer", "顾客"}, &Pages};
   TextBox CustID{*this, "CustID", {"Customer ID", "顾客编号"}, Kind::text, &CustomerPage};
@@ -61,7 +66,6 @@ class NewCustFrm : public SessionScreen {
       *this,         "OldCode", {"Bumi / Non Bumi", "土著／非土著"}, {"Bumi", "Non Bumi"},
       &CustomerPage, true};
   ComboBox CompCatCode{*this, "CompCatCode", {"Company Category", "公司类别"}, {}, &CustomerPage};
-  TextBox Remark{*this, "Remark", {"Remark", "备注"}, Kind::memo, &CustomerPage};
   Frame ContactPage{*this, "ContactPage", {"Contact", "联络"}, &Pages};
   TextBox CustAdd1{*this, "CustAdd1", {"Address", "地址"}, Kind::text, &ContactPage};
   TextBox CustAdd2{*this, "CustAdd2", {"Address 2", "地址 2"}, Kind::text, &ContactPage};
@@ -90,6 +94,7 @@ class NewCustFrm : public SessionScreen {
   TextBox CustVehicleNo{*this, "CustVehicleNo", {"Vehicle No", "车牌"}, Kind::text, &ContactPage};
   TextBox CustVehicleModel{
       *this, "CustVehicleModel", {"Vehicle Model", "车型"}, Kind::text, &ContactPage};
+  TextBox Remark{*this, "Remark", {"Remark", "备注"}, Kind::memo, &ContactPage};
   Frame WorkPage{*this, "WorkPage", {"Employment", "职业"}, &Pages};
   ComboBox JobType{*this,
                    "JobType",
@@ -213,12 +218,9 @@ class NewCustFrm : public SessionScreen {
   TextBox Pic4{*this, "Pic4", {"Picture 4", "照片 4"}, Kind::text, &PhotoPage};
   TextBox Pic5{*this, "Pic5", {"Picture 5", "照片 5"}, Kind::text, &PhotoPage};
   TextBox Pic6{*this, "Pic6", {"MyKad Picture", "身份证照片"}, Kind::text, &PhotoPage};
-  Picture Photo{*this, "Photo", {"Photo", "照片"}, &PhotoPage};
   Frame CheckListPage{*this, "CheckListPage", {"Check List", "查核表"}, &Pages};
   Grid CheckListDG;
   Frame LoanPage{*this, "LoanPage", {"Loans", "贷款"}, &Pages};
-  Bar CreditBar{*this, "CreditBar", {"Credit", "信用额"}, &LoanPage};
-  Label CreditLBL{*this, "CreditLBL", {"0.00", "0.00"}, &LoanPage};
   CheckBox OpenLoansChk{*this, "OpenLoansChk", {"Open loans only", "只看未结清"}, &LoanPage};
   Grid LoanDG;
   TextBox SumProfit{*this, "SumProfit", {"Profit", "盈利"}, Kind::money, &LoanPage};
@@ -288,6 +290,7 @@ class NewCustFrm : public SessionScreen {
   void LoadCheckList(const std::string& id);
   void LoadLoans(const std::string& id);
   void ShowCredit(const std::string& id);
+  void ShowGlance();
   void ChoosePhoto(TextBox& box, int number);
   void Import();
   void LinkApplication();

@@ -43,7 +43,23 @@ void NewCustFrm::LoadLists(const std::string& id) {
   LoadLoans(id);
   ShowCredit(id);
   Photo.SetPath(Pic1.empty() || id.empty() ? std::string() : KeptPath(session(), id, Pic1.text()));
+  ShowGlance();
   remembered_lists_ = Lists();
+}
+
+void NewCustFrm::ShowGlance() {
+  Glance.SetVisible(!loaded_id_.empty());
+  if (loaded_id_.empty()) return;
+  const std::string ic = !CustNIC.empty()   ? CustNIC.text()
+                         : !CustOIC.empty() ? CustOIC.text()
+                                            : CustOthIC.text();
+  GlanceLBL.SetText(fmt::format("{}   {}   {}   {} {}   {} {}", CustName.text(), ic,
+                                CustStatus.text(), session().In({"Loans", "贷款"}),
+                                LoanDG.RowCount(), session().In({"Balance", "结余"}),
+                                SumLoanBal.text()));
+  const bool limited = !CreditLimitType.empty() && CreditLimit.text() != "0.00";
+  CreditBar.SetVisible(limited);
+  Photo.SetVisible(!Photo.Text().empty());
 }
 
 void NewCustFrm::LoadReferrers(const std::string& id) {
@@ -230,7 +246,6 @@ void NewCustFrm::ShowCredit(const std::string& id) {
          {{"Available", "可用"}, 1 - bar.share_used, Bar::Part::Tone::good}},
         bar.label);
     this->CreditBar.tip = bar.tip;
-    CreditLBL.SetText(bar.label);
   } catch (const std::exception&) {
     desk().Message(MessageKind::critical, "Credit Limit",
                    "an error occur during checking credit limit");

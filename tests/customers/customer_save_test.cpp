@@ -203,5 +203,54 @@ TEST_F(CustomerSave, TheCreditBarFollowsTheKindOfLimit) {
   EXPECT_TRUE(CheckCreditLimit(office.session, desk, "A", "A-1", money("1000"), &left));
 }
 
+// Chooses a customer in every picker.
+class PickingDesk : public AgreeingDesk {
+ public:
+  explicit PickingDesk(Session& session) : session_(session) {}
+  void Show(std::string_view) override {
+    session_.PickerName.clear();  // as the dialog does when it opens
+    session_.CallerTag = "L1";
+  }
+
+ private:
+  Session& session_;
+};
+
+TEST_F(CustomerSave, ImportsFromALinkedDatabaseOnceOnly) {
+  const std::string linked = office.folder.File("linked.db");
+  {
+    auto other = OpenSqlite("LinkDB", linked, true, office.session.clock);
+    CreateEmptyOffice(*other);
+    other->Execute(
+        "INSERT INTO CustMast (CustID,CustName,CustNIC,CustGender,CustRace,CustCompIncome) VALUES "
+        "('L1','Siti ''Aini''','800131-10-5555','FEMALE','MELAYU',2500.5)");
+  }
+  office.session.data_sources.Add("Linked", {DataSource::Kind::kEmbedded, linked});
+  office.session.LinkDBString = "Provider=SQLOLEDB.1;Data Source=Linked;Initial Catalog=Linked";
+  PickingDesk picking(office.session);
+  const auto import = [&](const std::string& company) {
+    auto screen = std::make_unique<NewCustFrm>(office.session, picking);
+    screen->Load();
+    screen->CompCode.SetText(company);
+    screen->Guard([&] { screen->CmdNew.Click(); });
+    return screen;
+  };
+  EXPECT_TRUE(import("")->CustName.empty());
+  EXPECT_NE(picking.messages.back().find("Company code is require"), std::string::npos);
+  auto screen = import("HQ");
+  ASSERT_NE(picking.messages.back().find("Data import successfully"), std::string::npos)
+      << picking.messages.back();
+  EXPECT_EQ(screen->CustName.text(), "Siti 'Aini'");
+  EXPECT_EQ(screen->CustCompIncome.text(), "2,500.50");
+  EXPECT_EQ(screen->DOB.text(), "31-01-1980");
+  screen->AreaCode.SetText("PERSONAL");
+  Save(*screen);
+  ASSERT_EQ(screen->CustID.text(), "HQ0001") << picking.messages.back();
+  // Linked once more, the identity number stops it.
+  EXPECT_TRUE(import("HQ")->CustName.empty());
+  EXPECT_NE(picking.messages.back().find("Customer New IC exist, no double import allow"),
+            std::string::npos);
+}
+
 }  // namespace
 }  // namespace kaunter
