@@ -13,6 +13,7 @@
 #include "desktop/plain_views.h"
 #include "desktop/text.h"
 #include "desktop/theme.h"
+#include "desktop/window_memory.h"
 
 namespace kaunter {
 namespace {
@@ -278,7 +279,23 @@ void GridView::Moved(const QModelIndex& current) {
   Act([&] { grid_.EnterCell(current.row(), column); });
 }
 
+GridView::~GridView() {
+  if (sized_by_hand_ && table_) KeepColumns(*table_->horizontalHeader(), columns_name_);
+}
+
+void GridView::RecallColumns() {
+  QString name = Q(grid_.screen().name() + "." + grid_.name());
+  for (const GridColumn& column : grid_.columns()) name += "." + Q(column.name);
+  if (name == columns_name_) return;
+  if (sized_by_hand_) KeepColumns(*table_->horizontalHeader(), columns_name_);
+  columns_name_ = name;
+  showing_ = true;
+  sized_by_hand_ = RestoreColumns(*table_->horizontalHeader(), name);
+  showing_ = false;
+}
+
 void GridView::ShareWidth() {
+  RecallColumns();
   empty_->setGeometry(table_->viewport()->geometry());
   const int columns = model_->columnCount();
   if (columns == 0 || sized_by_hand_ || showing_) return;

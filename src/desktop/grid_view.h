@@ -3,6 +3,8 @@
 
 #include <QFrame>
 #include <QLabel>
+#include <QPointer>
+#include <QString>
 #include <QTableView>
 
 #include "desktop/control_view.h"
@@ -13,6 +15,7 @@ namespace kaunter {
 class GridView : public ControlView {
  public:
   GridView(ScreenFace& face, Grid& grid);
+  ~GridView() override;
 
   QWidget* widget() override { return card_; }
   QWidget* focus_widget() override { return table_; }
@@ -30,6 +33,8 @@ class GridView : public ControlView {
 
  private:
   void ShareWidth();
+  // Widths given by hand are kept for each set of columns: a picker's grid has many.
+  void RecallColumns();
   void ShowCurrent();
   void Moved(const QModelIndex& current);
   // To the next cell that can be edited, right and then down.
@@ -39,11 +44,12 @@ class GridView : public ControlView {
   QFrame* card_;
   QLabel* title_;
   QLabel* empty_;
-  QTableView* table_;
+  QPointer<QTableView> table_;
   GridModel* model_;
   Caption empty_text_;
   bool showing_ = false;
   bool sized_by_hand_ = false;
+  QString columns_name_;
 };
 
 }  // namespace kaunter

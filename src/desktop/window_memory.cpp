@@ -1,5 +1,6 @@
 #include "desktop/window_memory.h"
 
+#include <QHeaderView>
 #include <QScreen>
 #include <QSettings>
 #include <QStandardPaths>
@@ -29,6 +30,18 @@ void KeepWindow(const QWidget& window, const QString& name) {
   if (!g_memory) return;
   QSettings file(FilePath(), QSettings::IniFormat);
   file.setValue("geometry/" + name, window.saveGeometry());
+}
+
+bool RestoreColumns(QHeaderView& header, const QString& name) {
+  if (!g_memory) return false;
+  const QSettings file(FilePath(), QSettings::IniFormat);
+  return header.restoreState(file.value("columns/" + name).toByteArray());
+}
+
+void KeepColumns(const QHeaderView& header, const QString& name) {
+  if (!g_memory) return;
+  QSettings file(FilePath(), QSettings::IniFormat);
+  file.setValue("columns/" + name, header.saveState());
 }
 
 void FitToScreen(QWidget& window, QSize wanted) {

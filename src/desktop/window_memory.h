@@ -4,6 +4,7 @@
 #include <QSize>
 #include <QString>
 
+class QHeaderView;
 class QWidget;
 
 namespace kaunter {
@@ -14,6 +15,10 @@ void SetWindowMemory(bool on);
 // False when nothing is known of this window.
 bool RestoreWindow(QWidget& window, const QString& name);
 void KeepWindow(const QWidget& window, const QString& name);
+
+// The widths that the person gave the columns of a table.
+bool RestoreColumns(QHeaderView& header, const QString& name);
+void KeepColumns(const QHeaderView& header, const QString& name);
 
 // A size that fits the screen the window opens on.
 void FitToScreen(QWidget& window, QSize wanted);
