@@ -175,8 +175,8 @@ void CompareStore(const fs::path& folder, int rows) {
       rows, Median(ratios), Median(ours) * 1000);
 }
 
-// How much dearer the last hundred loans are than the first hundred, on both sides: what the plain
-// program pays for its deeper trees is nobody's fault here.
+// Whether a loan costs more as the office grows. The plain program stands beside it in each
+// hundred, since every row waits for the disk and the disk has its moods.
 void Growth(const fs::path& folder) {
   const Clock clock;
   auto main = NewOffice((folder / "growth.db").string(), clock);
