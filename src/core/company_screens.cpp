@@ -10,13 +10,6 @@ namespace {
 
 const Caption kSaveQuestion{"Confirm to save record ?", "确定储存资料？"};
 
-bool MayClose(const Record& record, Screen& screen) {
-  return !record.Changed() ||
-         screen.desk().Ask(screen.title().In(screen.chinese()),
-                           Caption("Close without saving the changes ?", "不储存更改就关闭？")
-                               .In(screen.chinese()));
-}
-
 }  // namespace
 
 CompCodeFrm::CompCodeFrm(Session& session, Desk& desk)
@@ -88,7 +81,7 @@ void CompCodeFrm::Load() {
   record_.Remember();
 }
 
-bool CompCodeFrm::RequestClose() { return MayClose(record_, *this); }
+bool CompCodeFrm::RequestClose() { return MayDiscard(record_.Changed()); }
 
 void CompCodeFrm::LeaveCode() {
   CompCode.SetText(Upper(Trim(CompCode.text())));
@@ -191,7 +184,7 @@ void CompProfileFrm::Load() {
   if (!row.Eof()) record_.Load(row);
 }
 
-bool CompProfileFrm::RequestClose() { return MayClose(record_, *this); }
+bool CompProfileFrm::RequestClose() { return MayDiscard(record_.Changed()); }
 
 void CompProfileFrm::Save() {
   if (!Confirm(kSaveQuestion)) return;

@@ -84,11 +84,7 @@ void OpenAudit(Start& start) {
   Session& session = start.session;
   start.settings().TransLogs = start.value == "1";
   if (!start.settings().TransLogs) return;
-  const std::string text = fmt::format(
-      "Provider=MSDASQL.1;Password={};Persist Security Info=True;User ID={};Data Source={};Initial "
-      "Catalog={}-Logs",
-      DatabasePassword(session.ConnAccount, session.ConnDatabase), session.ConnDatabase,
-      session.ConnDataSource, session.ConnDatabase);
+  const std::string text = OfficeConnectionString(session, session.ConnDatabase + "-Logs");
   // The embedded engine has no administrator who would make the audit database.
   const auto file = EmbeddedFile(text, session.data_sources);
   if (file && !std::filesystem::exists(*file)) {

@@ -38,6 +38,12 @@ bool SessionScreen::Confirm(const Caption& text) {
   return desk().Ask(heading, session_.MsgText);
 }
 
+bool SessionScreen::MayDiscard(bool changed) {
+  return !changed ||
+         desk().Ask(title().In(chinese()),
+                    session_.In({"Close without saving the changes ?", "不储存更改就关闭？"}));
+}
+
 void TellFailure(Session& session, Screen& screen, const std::exception& failure) {
   if (session.MainConn && session.MainConn->InTransaction()) {
     try {

@@ -26,6 +26,9 @@ class SessionScreen : public Screen {
   bool Refuse(Control& control, const Caption& text);
   bool Refuse(const Caption& text);
   bool Confirm(const Caption& text);
+  // Nothing was typed, or the person agrees to lose it: what a record screen answers to
+  // RequestClose.
+  bool MayDiscard(bool changed);
 
  private:
   Session& session_;

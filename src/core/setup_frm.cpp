@@ -111,11 +111,7 @@ bool SetupModifyFrm::Typed() const {
          (mode_ == Mode::add && !SetupModifyCode.empty());
 }
 
-bool SetupModifyFrm::RequestClose() {
-  return !Typed() ||
-         desk().Ask(title().In(chinese()),
-                    session().In({"Close without saving the changes ?", "不储存更改就关闭？"}));
-}
+bool SetupModifyFrm::RequestClose() { return MayDiscard(Typed()); }
 
 bool SetupModifyFrm::CheckNewCode() {
   const std::string code = SetupModifyCode.text();

@@ -16,12 +16,7 @@ constexpr std::string_view kBuiltInPassword = "zebrawindmill";
 const Caption kInvalidUser{"Invalid User ID, Please check", "用户不正确，请检查"};
 const Caption kInvalidPassword{"Invalid Password, Please check", "密码不正确，请检查"};
 
-// A flag column counts as true when it converts to a true value: any number but 0.
-bool IsTrue(const Value& value) {
-  const std::string text = Trim(NullToEmpty(value));
-  if (SameText(text, "True")) return true;
-  return IsNumeric(text) && CDbl(text) != 0;
-}
+bool IsTrue(const Value& value) { return CountsAsTrue(NullToEmpty(value)); }
 
 bool IsOne(const Value& value) { return NullToEmpty(value) == "1"; }
 

@@ -60,14 +60,6 @@ constexpr Announced kTables[] = {
 };
 constexpr int kBarLength = 76;
 
-std::string MainConnectionString(const Session& session, std::string_view catalog) {
-  return fmt::format(
-      "Provider=MSDASQL.1;Password={};Persist Security Info=True;User ID={};Data Source={};Initial "
-      "Catalog={}",
-      DatabasePassword(session.ConnAccount, session.ConnDatabase), session.ConnDatabase,
-      session.ConnDataSource, catalog);
-}
-
 // A new embedded file is made here and nowhere else, so that a mistyped name or a drive that is
 // away never turns into an empty office.
 void CreateMissingFile(const Session& session, const LocalSettings& local) {
@@ -128,14 +120,22 @@ void CheckDateFormat(const std::string& short_date) {
   }
 }
 
-std::string DatabasePassword(std::string_view account, std::string_view) {
+std::string DatabasePassword(std::string_view account) {
   return account == "MainUser" ? fmt::format("VKT{}", kPasswordSuffix) : std::string();
+}
+
+std::string OfficeConnectionString(const Session& session, std::string_view catalog) {
+  return fmt::format(
+      "Provider=MSDASQL.1;Password={};Persist Security Info=True;User ID={};Data Source={};Initial "
+      "Catalog={}",
+      DatabasePassword(session.ConnAccount), session.ConnDatabase, session.ConnDataSource, catalog);
 }
 
 void OpenMainConnection(Session& session, const LocalSettings& local) {
   CreateMissingFile(session, local);
-  session.MainConn = OpenConnection("MainConn", MainConnectionString(session, session.ConnDatabase),
-                                    session.data_sources, session.clock);
+  session.MainConn =
+      OpenConnection("MainConn", OfficeConnectionString(session, session.ConnDatabase),
+                     session.data_sources, session.clock);
   if (session.trace) session.MainConn->SetTrace(session.trace);
   FillNewOffice(session);
 }

@@ -39,7 +39,10 @@ void OpenMainConnection(Session& session, const LocalSettings& local);
 void Connect(Session& session, Desk& desk);
 
 // The database password of an account kind.
-std::string DatabasePassword(std::string_view account, std::string_view database);
+std::string DatabasePassword(std::string_view account);
+
+// The connection string of the office's data source with this catalog: MainConn and LogsConn.
+std::string OfficeConnectionString(const Session& session, std::string_view catalog);
 
 // The version as one number: the fields put together as digits, so 1.10.2 is 1102 and 2.1.3 is 213.
 int VersionNumber(std::string_view dotted);

@@ -119,9 +119,7 @@ void UserFrm::Load() {
 }
 
 bool UserFrm::RequestClose() {
-  return (!record_.Changed() && UserDept.text() == stored_hash_) ||
-         desk().Ask(title().In(chinese()),
-                    session().In({"Close without saving the changes ?", "不储存更改就关闭？"}));
+  return MayDiscard(record_.Changed() || UserDept.text() != stored_hash_);
 }
 
 void UserFrm::LeaveUserID() {

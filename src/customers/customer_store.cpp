@@ -4,6 +4,7 @@
 
 #include "core/record.h"
 #include "core/values.h"
+#include "platform/sql/transaction.h"
 
 namespace kaunter {
 
@@ -50,24 +51,19 @@ DeletedCustomer DeleteCustomer(Connection& main, std::string_view cust_id) {
       main.Query(fmt::format("SELECT COUNT(*),SUM(LoanBal) FROM LoanMast WHERE CustID={}", id));
   deleted.loans = CLng(NullToEmpty(loans.Field(0)));
   if (const Money* balance = loans.Field(1).AsMoney()) deleted.balance = *balance;
-  main.BeginTrans();
-  try {
-    ExecuteOnRow(main, fmt::format("Delete from CustMast where CustID={}", id), cust_id);
-    for (const char* statement :
-         {"Delete from RefererMast where CustID={}", "Delete from DocumentMast where CustID={}",
-          "Delete s from SchMast as s inner join LoanMast as l on s.LoanID=l.LoanID where "
-          "l.CustID={}",
-          "Delete p from PaymentList as p inner join LoanMast as l on p.LoanID=l.LoanID where "
-          "l.CustID={}",
-          "Delete from LoanMast where CustID={}", "Delete from PaymentMast where CustID={}",
-          "DELETE FROM ChargeMast WHERE CustID={}", "DELETE FROM DrawDownMast WHERE CustID={}"}) {
-      main.Execute(fmt::format(fmt::runtime(statement), id));
-    }
-    main.CommitTrans();
-  } catch (...) {
-    main.RollbackTrans();
-    throw;
+  Transaction transaction(main);
+  ExecuteOnRow(main, fmt::format("Delete from CustMast where CustID={}", id), cust_id);
+  for (const char* statement :
+       {"Delete from RefererMast where CustID={}", "Delete from DocumentMast where CustID={}",
+        "Delete s from SchMast as s inner join LoanMast as l on s.LoanID=l.LoanID where "
+        "l.CustID={}",
+        "Delete p from PaymentList as p inner join LoanMast as l on p.LoanID=l.LoanID where "
+        "l.CustID={}",
+        "Delete from LoanMast where CustID={}", "Delete from PaymentMast where CustID={}",
+        "DELETE FROM ChargeMast WHERE CustID={}", "DELETE FROM DrawDownMast WHERE CustID={}"}) {
+    main.Execute(fmt::format(fmt::runtime(statement), id));
   }
+  transaction.Commit();
   return deleted;
 }
 

@@ -1,7 +1,6 @@
 // Where the files of a customer lie: photos and scanned documents, in the Photo folder of this PC.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 

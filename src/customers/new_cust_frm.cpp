@@ -227,9 +227,7 @@ void NewCustFrm::Load() {
 }
 
 bool NewCustFrm::RequestClose() {
-  return (!record_.Changed() && Lists() == remembered_lists_) ||
-         desk().Ask(title().In(chinese()),
-                    session().In({"Close without saving the changes ?", "不储存更改就关闭？"}));
+  return MayDiscard(record_.Changed() || Lists() != remembered_lists_);
 }
 
 void NewCustFrm::ClearAll() {
