@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "core/values.h"
@@ -77,6 +78,35 @@ std::string Converted(const std::string& text, As as) {
   return {};
 }
 
+// How a box travels when nothing else is said.
+As Natural(const Control& control) {
+  if (control.type() == ControlType::check_box) return As::flag;
+  if (control.type() != ControlType::text_box) return As::text;
+  switch (static_cast<const TextBox&>(control).kind()) {
+    case Kind::money:
+      return As::money;
+    case Kind::rate:
+      return As::rate;
+    case Kind::integer:
+      return As::integer;
+    case Kind::date:
+      return As::date;
+    case Kind::text:
+    case Kind::memo:
+    case Kind::password:
+    case Kind::time:
+      return As::text;
+  }
+  return As::text;
+}
+
+bool StandsOn(const Control& control, const Control& container) {
+  for (const Control* at = control.parent(); at != nullptr; at = at->parent()) {
+    if (at == &container) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 Record& Record::Bind(Control& control, As as, std::string column) {
@@ -99,6 +129,22 @@ Record& Record::Add(CheckBox& box, As as, std::string column) {
   return Bind(box, as, std::move(column));
 }
 
+Record& Record::AddPage(const Frame& page, std::initializer_list<const Control*> not_stored) {
+  for (Control* control : page.screen().controls()) {
+    const bool is_box = control->type() == ControlType::text_box ||
+                        control->type() == ControlType::combo_box ||
+                        control->type() == ControlType::check_box;
+    const bool bound = std::any_of(fields_.begin(), fields_.end(), [control](const Field& field) {
+      return field.control == control;
+    });
+    const bool skipped =
+        std::find(not_stored.begin(), not_stored.end(), control) != not_stored.end();
+    if (is_box && !bound && !skipped && StandsOn(*control, page))
+      Bind(*control, Natural(*control), {});
+  }
+  return *this;
+}
+
 Record& Record::AddValue(std::string column, std::function<std::string()> literal) {
   Field field;
   field.column = std::move(column);
@@ -119,15 +165,20 @@ Record& Record::ReadOnly() {
 
 void Record::TakeWidths(Connection& connection) {
   const Recordset shape = connection.Query(fmt::format("SELECT * FROM {} WHERE 1=0", table_));
+  const std::vector<Column>& columns = shape.columns();
   for (Field& field : fields_) {
-    if (field.control == nullptr || field.as != As::text) continue;
-    for (const Column& column : shape.columns()) {
-      if (!SameText(column.name, field.column)) continue;
-      if (field.control->type() == ControlType::text_box) {
-        static_cast<TextBox*>(field.control)->max_length = column.width;
-      } else if (field.control->type() == ControlType::combo_box) {
-        static_cast<ComboBox*>(field.control)->max_length = column.width;
-      }
+    if (field.control == nullptr) continue;
+    const auto column = std::find_if(columns.begin(), columns.end(), [&field](const Column& one) {
+      return SameText(one.name, field.column);
+    });
+    if (column == columns.end()) {
+      throw std::logic_error(fmt::format("{} has no column {}", table_, field.column));
+    }
+    if (field.as != As::text) continue;
+    if (field.control->type() == ControlType::text_box) {
+      static_cast<TextBox*>(field.control)->max_length = column->width;
+    } else if (field.control->type() == ControlType::combo_box) {
+      static_cast<ComboBox*>(field.control)->max_length = column->width;
     }
   }
 }

@@ -2,11 +2,12 @@
 // column included; load, clear, insert, update, "changed" and the width of each box follow from the
 // declaration.
 //
-//   record_.Add(CustName).Add(CustCompIncome, As::money).Add(DOB, As::birth_date);
+//   record_.Add(DOB, As::birth_date).AddPage(CustomerPage, {&SearchText}).AddPage(ContactPage);
 //   record_.AddValue("UserID", [this] { return QuoteStr(session_.CurrentUserID); });
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,6 +39,10 @@ class Record {
   Record& Add(TextBox& box, As as = As::text, std::string column = {});
   Record& Add(ComboBox& box, As as = As::text, std::string column = {});
   Record& Add(CheckBox& box, As as = As::flag, std::string column = {});
+  // Binds every box on the page (frames in it too) to the column of its own name, as its kind of
+  // box travels: money, rate, integer, date, flag or text. What was added before keeps its way;
+  // `not_stored` names the boxes that belong to no column.
+  Record& AddPage(const Frame& page, std::initializer_list<const Control*> not_stored = {});
   // A column without a box: `literal` gives its SQL literal when the row is written.
   Record& AddValue(std::string column, std::function<std::string()> literal);
   // The last column added is written when the row is made and left alone afterwards.
@@ -45,7 +50,8 @@ class Record {
   // The last column added is shown and never written.
   Record& ReadOnly();
 
-  // A box takes no more than its column holds: the widths come from the table itself.
+  // A box takes no more than its column holds: the widths come from the table itself. A box whose
+  // column the table lacks is a fault (std::logic_error): what is typed there would be lost.
   void TakeWidths(Connection& connection);
 
   // Fills the boxes from the current row; no events. A column that the row lacks leaves its box

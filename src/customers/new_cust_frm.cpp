@@ -64,60 +64,18 @@ NewCustFrm::NewCustFrm(Session& session, Desk& desk)
 }
 
 void NewCustFrm::BindRecord() {
-  const auto zero = [] { return std::string("0"); };
-  record_.Add(CustID)
-      .Add(CompCode)
-      .Add(TrxDate, As::date)
-      .Add(CustName)
-      .Add(CustNickName)
-      .Add(CustNIC);
-  record_.Add(CustOIC).Add(CustOthIC).Add(CustGender).Add(CustRace).Add(AreaCode);
+  for (TextBox* date : {&DOB, &CustSpouseDOB, &StartWorkDate, &EndWorkDate}) {
+    record_.Add(*date, As::birth_date);
+  }
+  record_.AddPage(CustomerPage).AddPage(ContactPage).AddPage(WorkPage).AddPage(SpousePage);
+  record_.AddPage(BankPage, {&AppType, &Relationship}).AddPage(PhotoPage);
   // The loan save keeps the totals; a new customer has none.
-  record_.AddValue("TotLoan", zero).InsertOnly().AddValue("TotLoanBal", zero).InsertOnly();
-  record_.Add(CustAdd1).Add(CustAdd2).Add(CustAdd3).Add(CustPostCode).Add(CustState).Add(CustCity);
-  record_.Add(CustTel1).Add(CustTel2).Add(CustFax).Add(CustHP1).Add(CustHP2).Add(CustStatus);
-  record_.Add(CustComp).Add(CustCompBiz).Add(CustCompPos).Add(CustCompIncome, As::money);
-  record_.Add(CustCompAdd1).Add(CustCompAdd2).Add(CustCompAdd3).Add(CustCompPostCode);
-  record_.Add(CustCompTel1).Add(CustCompTel2).Add(CustCompFax).Add(CustCompName2).Add(CustCompPos2);
-  record_.Add(CustCompWork2)
-      .Add(CustSpouseName)
-      .Add(CustSpouseNIC)
-      .Add(CustSpouseOIC)
-      .Add(CustSpouseComp);
-  record_.Add(CustSpouseCompBiz).Add(CustSpouseCompPos).Add(CustSpouseCompIncome, As::money);
-  record_.Add(CustSpouseCompAdd1).Add(CustSpouseCompAdd2).Add(CustSpouseCompAdd3);
-  record_.Add(CustSpouseCompPostCode).Add(CustSpouseCompState).Add(CustSpouseCompCity);
-  record_.Add(CustSpouseCompTel1).Add(CustSpouseCompFax1).Add(CustSpouseHP1).Add(CustSpouseRace);
-  record_.Add(CustSpouseDOB, As::birth_date).Add(CustSpouseGender).Add(CustSpouseemail);
-  record_.Add(Pic1).Add(Pic2).Add(Pic3).Add(Pic4).Add(Pic5).Add(Pic6);
-  record_.Add(CustVehicleNo).Add(CustVehicleModel).Add(CustChild, As::integer);
+  for (const char* total : {"TotLoan", "TotLoanBal", "TotLoanAmt2", "TotTopUpAmt"}) {
+    record_.AddValue(total, [] { return std::string("0"); }).InsertOnly();
+  }
   record_.AddValue("UserID", [this] { return QuoteStr(session().CurrentUserID); }).InsertOnly();
-  record_.Add(Employer).Add(CompCatCode).Add(OldCode).Add(DOB, As::birth_date).Add(HouseStatus);
-  record_.Add(ATMCardNo)
-      .Add(ATMPinNo)
-      .Add(BankAccNo)
-      .Add(BankTransferName)
-      .Add(BankCagaran)
-      .Add(Remark);
-  record_.AddValue("TotLoanAmt2", zero).InsertOnly();
-  record_.Add(JobType)
-      .Add(StartWorkDate, As::birth_date)
-      .Add(EndWorkDate, As::birth_date)
-      .Add(SalaryDate);
-  record_.AddValue("TotTopUpAmt", zero).InsertOnly();
   record_.AddValue("DateCreated", [this] { return SqlDateTime(ServerNow(main(), true)); })
       .InsertOnly();
-  record_.Add(MaritalStatus)
-      .Add(WargaNegara)
-      .Add(MotherName)
-      .Add(CompNo)
-      .Add(email)
-      .Add(PreLanguage);
-  record_.Add(AppID)
-      .Add(Academic)
-      .Add(HouseLiving)
-      .Add(CreditLimit, As::money)
-      .Add(CreditLimitType);
 }
 
 void NewCustFrm::BindEvents() {

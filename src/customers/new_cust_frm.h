@@ -20,225 +20,188 @@ class NewCustFrm : public SessionScreen {
   Label GlanceLBL{*this, "GlanceLBL", {}, &Glance};
   Bar CreditBar{*this, "CreditBar", {"Credit", "信用额"}, &Glance};
   Tab Pages{*this, "Pages"};
-  Frame CustomerPage{*this, "CustomerPage", {"Customer", "顾客"}, &Pages};
-  TextBox CustID{*this, "CustID", {"Customer ID", "顾客编号"}, Kind::text, &CustomerPage};
-  ComboBox CompCode{*this, "CompCode", {"Company Code", "公司"}, {}, &CustomerPage};
-  TextBox TrxDate{*this, "TrxDate", {"Date", "日期"}, Kind::date, &CustomerPage};
-  TextBox CustName{*this, "CustName", {"Customer Name", "顾客姓名"}, Kind::text, &CustomerPage};
-  TextBox CustNickName{*this, "CustNickName", {"Nick Name", "别名"}, Kind::text, &CustomerPage};
-  ComboBox AreaCode{*this, "AreaCode", {"Personal / Company", "个人／公司"}, {}, &CustomerPage};
+  TabPage CustomerPage{*this, "CustomerPage", {"Customer", "顾客"}, Pages};
+  TextBox CustID{*this, "CustID", {"Customer ID", "顾客编号"}};
+  ComboBox CompCode{*this, "CompCode", {"Company Code", "公司"}};
+  TextBox TrxDate{*this, "TrxDate", {"Date", "日期"}, Kind::date};
+  TextBox CustName{*this, "CustName", {"Customer Name", "顾客姓名"}};
+  TextBox CustNickName{*this, "CustNickName", {"Nick Name", "别名"}};
+  ComboBox AreaCode{*this, "AreaCode", {"Personal / Company", "个人／公司"}};
   ComboBox CustStatus{*this,
                       "CustStatus",
                       {"Status", "状态"},
-                      {"ACTIVE", "BAD DEBT", "BLACKLIST", "REJECT", "KIV", "AMLA"},
-                      &CustomerPage};
-  TextBox CustNIC{*this, "CustNIC", {"New IC", "新身份证"}, Kind::text, &CustomerPage};
-  TextBox CustOIC{*this, "CustOIC", {"Old IC", "旧身份证"}, Kind::text, &CustomerPage};
-  TextBox CustOthIC{*this, "CustOthIC", {"Other IC", "其他证件"}, Kind::text, &CustomerPage};
-  TextBox DOB{*this, "DOB", {"Date of Birth", "出生日期"}, Kind::date, &CustomerPage};
-  ComboBox CustGender{*this, "CustGender", {"Gender", "性别"}, {"MALE", "FEMALE"}, &CustomerPage};
-  ComboBox CustRace{*this, "CustRace", {"Race", "种族"}, {}, &CustomerPage};
+                      {"ACTIVE", "BAD DEBT", "BLACKLIST", "REJECT", "KIV", "AMLA"}};
+  TextBox CustNIC{*this, "CustNIC", {"New IC", "新身份证"}};
+  TextBox CustOIC{*this, "CustOIC", {"Old IC", "旧身份证"}};
+  TextBox CustOthIC{*this, "CustOthIC", {"Other IC", "其他证件"}};
+  TextBox DOB{*this, "DOB", {"Date of Birth", "出生日期"}, Kind::date};
+  ComboBox CustGender{*this, "CustGender", {"Gender", "性别"}, {"MALE", "FEMALE"}};
+  ComboBox CustRace{*this, "CustRace", {"Race", "种族"}};
   ComboBox MaritalStatus{*this,
                          "MaritalStatus",
                          {"Marital Status", "婚姻状况"},
                          {"SINGLE", "MARRIED", "DIVORCED", "WIDOWED"},
-                         &CustomerPage,
                          true};
   ComboBox WargaNegara{
-      *this,         "WargaNegara", {"Citizenship", "国籍"}, {"MALAYSIA", "BUKAN WARGANEGARA"},
-      &CustomerPage, true};
-  TextBox CustChild{*this, "CustChild", {"Children", "子女人数"}, Kind::integer, &CustomerPage};
-  TextBox MotherName{*this, "MotherName", {"Mother's Name", "母亲姓名"}, Kind::text, &CustomerPage};
+      *this, "WargaNegara", {"Citizenship", "国籍"}, {"MALAYSIA", "BUKAN WARGANEGARA"}, true};
+  TextBox CustChild{*this, "CustChild", {"Children", "子女人数"}, Kind::integer};
+  TextBox MotherName{*this, "MotherName", {"Mother's Name", "母亲姓名"}};
   ComboBox PreLanguage{*this,
                        "PreLanguage",
                        {"Preferred Language", "惯用语言"},
                        {"MALAY", "ENGLISH", "CHINESE", "TAMIL"},
-                       &CustomerPage,
                        true};
   ComboBox Academic{*this,
                     "Academic",
                     {"Education", "学历"},
                     {"PRIMARY", "SECONDARY", "DIPLOMA", "DEGREE"},
-                    &CustomerPage,
                     true};
-  TextBox CompNo{*this, "CompNo", {"Co. Reg. No", "公司注册号码"}, Kind::text, &CustomerPage};
+  TextBox CompNo{*this, "CompNo", {"Co. Reg. No", "公司注册号码"}};
   ComboBox OldCode{
-      *this,         "OldCode", {"Bumi / Non Bumi", "土著／非土著"}, {"Bumi", "Non Bumi"},
-      &CustomerPage, true};
-  ComboBox CompCatCode{*this, "CompCatCode", {"Company Category", "公司类别"}, {}, &CustomerPage};
-  Frame ContactPage{*this, "ContactPage", {"Contact", "联络"}, &Pages};
-  TextBox CustAdd1{*this, "CustAdd1", {"Address", "地址"}, Kind::text, &ContactPage};
-  TextBox CustAdd2{*this, "CustAdd2", {"Address 2", "地址 2"}, Kind::text, &ContactPage};
-  TextBox CustAdd3{*this, "CustAdd3", {"Address 3", "地址 3"}, Kind::text, &ContactPage};
-  TextBox CustPostCode{*this, "CustPostCode", {"Post Code", "邮区"}, Kind::text, &ContactPage};
-  TextBox CustCity{*this, "CustCity", {"City", "城市"}, Kind::text, &ContactPage};
+      *this, "OldCode", {"Bumi / Non Bumi", "土著／非土著"}, {"Bumi", "Non Bumi"}, true};
+  ComboBox CompCatCode{*this, "CompCatCode", {"Company Category", "公司类别"}};
+  TabPage ContactPage{*this, "ContactPage", {"Contact", "联络"}, Pages};
+  TextBox CustAdd1{*this, "CustAdd1", {"Address", "地址"}};
+  TextBox CustAdd2{*this, "CustAdd2", {"Address 2", "地址 2"}};
+  TextBox CustAdd3{*this, "CustAdd3", {"Address 3", "地址 3"}};
+  TextBox CustPostCode{*this, "CustPostCode", {"Post Code", "邮区"}};
+  TextBox CustCity{*this, "CustCity", {"City", "城市"}};
   ComboBox CustState{*this,
                      "CustState",
                      {"State", "州"},
                      {"JOHOR", "KEDAH", "KELANTAN", "MELAKA", "NEGERI SEMBILAN", "PAHANG", "PERAK",
                       "PERLIS", "PULAU PINANG", "SABAH", "SARAWAK", "SELANGOR", "TERENGGANU",
                       "W.P. KUALA LUMPUR", "W.P. LABUAN", "W.P. PUTRAJAYA"},
-                     &ContactPage,
                      true};
-  TextBox CustHP1{*this, "CustHP1", {"Mobile 1", "手机 1"}, Kind::text, &ContactPage};
-  TextBox CustHP2{*this, "CustHP2", {"Mobile 2", "手机 2"}, Kind::text, &ContactPage};
-  TextBox CustTel1{*this, "CustTel1", {"Tel 1", "电话 1"}, Kind::text, &ContactPage};
-  TextBox CustTel2{*this, "CustTel2", {"Tel 2", "电话 2"}, Kind::text, &ContactPage};
-  TextBox CustFax{*this, "CustFax", {"Fax", "传真"}, Kind::text, &ContactPage};
-  TextBox email{*this, "email", {"E-mail", "电邮"}, Kind::text, &ContactPage};
+  TextBox CustHP1{*this, "CustHP1", {"Mobile 1", "手机 1"}};
+  TextBox CustHP2{*this, "CustHP2", {"Mobile 2", "手机 2"}};
+  TextBox CustTel1{*this, "CustTel1", {"Tel 1", "电话 1"}};
+  TextBox CustTel2{*this, "CustTel2", {"Tel 2", "电话 2"}};
+  TextBox CustFax{*this, "CustFax", {"Fax", "传真"}};
+  TextBox email{*this, "email", {"E-mail", "电邮"}};
   ComboBox HouseStatus{
-      *this,        "HouseStatus", {"House", "房屋"}, {"OWN", "RENTED", "FAMILY", "QUARTERS"},
-      &ContactPage, true};
-  TextBox HouseLiving{
-      *this, "HouseLiving", {"Years Living There", "居住年数"}, Kind::text, &ContactPage};
-  TextBox CustVehicleNo{*this, "CustVehicleNo", {"Vehicle No", "车牌"}, Kind::text, &ContactPage};
-  TextBox CustVehicleModel{
-      *this, "CustVehicleModel", {"Vehicle Model", "车型"}, Kind::text, &ContactPage};
-  TextBox Remark{*this, "Remark", {"Remark", "备注"}, Kind::memo, &ContactPage};
-  Frame WorkPage{*this, "WorkPage", {"Employment", "职业"}, &Pages};
+      *this, "HouseStatus", {"House", "房屋"}, {"OWN", "RENTED", "FAMILY", "QUARTERS"}, true};
+  TextBox HouseLiving{*this, "HouseLiving", {"Years Living There", "居住年数"}};
+  TextBox CustVehicleNo{*this, "CustVehicleNo", {"Vehicle No", "车牌"}};
+  TextBox CustVehicleModel{*this, "CustVehicleModel", {"Vehicle Model", "车型"}};
+  TextBox Remark{*this, "Remark", {"Remark", "备注"}, Kind::memo};
+  TabPage WorkPage{*this, "WorkPage", {"Employment", "职业"}, Pages};
   ComboBox JobType{*this,
                    "JobType",
                    {"Job Type", "职业种类"},
-                   {"NIL", "Government", "Private", "Own Business", "Unemployment", "Student"},
-                   &WorkPage};
+                   {"NIL", "Government", "Private", "Own Business", "Unemployment", "Student"}};
   ComboBox Employer{*this,
                     "Employer",
                     {"Employer", "雇主"},
                     {"Government", "Private", "Own Business", "Unemployment", "Student"},
-                    &WorkPage,
                     true};
-  TextBox CustComp{*this, "CustComp", {"Company", "公司名称"}, Kind::text, &WorkPage};
-  TextBox CustCompBiz{*this, "CustCompBiz", {"Business", "业务"}, Kind::text, &WorkPage};
-  TextBox CustCompPos{*this, "CustCompPos", {"Position", "职位"}, Kind::text, &WorkPage};
-  TextBox CustCompIncome{
-      *this, "CustCompIncome", {"Monthly Income", "月入"}, Kind::money, &WorkPage};
-  TextBox CustCompAdd1{*this, "CustCompAdd1", {"Address", "地址"}, Kind::text, &WorkPage};
-  TextBox CustCompAdd2{*this, "CustCompAdd2", {"Address 2", "地址 2"}, Kind::text, &WorkPage};
-  TextBox CustCompAdd3{*this, "CustCompAdd3", {"Address 3", "地址 3"}, Kind::text, &WorkPage};
-  TextBox CustCompPostCode{*this, "CustCompPostCode", {"Post Code", "邮区"}, Kind::text, &WorkPage};
-  TextBox CustCompTel1{*this, "CustCompTel1", {"Tel 1", "电话 1"}, Kind::text, &WorkPage};
-  TextBox CustCompTel2{*this, "CustCompTel2", {"Tel 2", "电话 2"}, Kind::text, &WorkPage};
-  TextBox CustCompFax{*this, "CustCompFax", {"Fax", "传真"}, Kind::text, &WorkPage};
-  TextBox StartWorkDate{
-      *this, "StartWorkDate", {"Working Since", "入职日期"}, Kind::date, &WorkPage};
-  TextBox EndWorkDate{*this, "EndWorkDate", {"Worked Until", "离职日期"}, Kind::date, &WorkPage};
-  TextBox SalaryDate{*this, "SalaryDate", {"Salary Day", "发薪日"}, Kind::text, &WorkPage};
-  TextBox CustCompName2{
-      *this, "CustCompName2", {"Second Company", "第二公司"}, Kind::text, &WorkPage};
-  TextBox CustCompPos2{
-      *this, "CustCompPos2", {"Second Position", "第二职位"}, Kind::text, &WorkPage};
-  TextBox CustCompWork2{*this, "CustCompWork2", {"Second Work", "第二工作"}, Kind::text, &WorkPage};
-  Frame SpousePage{*this, "SpousePage", {"Spouse", "配偶"}, &Pages};
-  TextBox CustSpouseName{*this, "CustSpouseName", {"Name", "姓名"}, Kind::text, &SpousePage};
-  TextBox CustSpouseNIC{*this, "CustSpouseNIC", {"New IC", "新身份证"}, Kind::text, &SpousePage};
-  TextBox CustSpouseOIC{*this, "CustSpouseOIC", {"Old IC", "旧身份证"}, Kind::text, &SpousePage};
-  TextBox CustSpouseDOB{
-      *this, "CustSpouseDOB", {"Date of Birth", "出生日期"}, Kind::date, &SpousePage};
-  ComboBox CustSpouseGender{
-      *this, "CustSpouseGender", {"Gender", "性别"}, {"MALE", "FEMALE"}, &SpousePage};
-  ComboBox CustSpouseRace{*this, "CustSpouseRace", {"Race", "种族"}, {}, &SpousePage};
-  TextBox CustSpouseHP1{*this, "CustSpouseHP1", {"Mobile", "手机"}, Kind::text, &SpousePage};
-  TextBox CustSpouseemail{*this, "CustSpouseemail", {"E-mail", "电邮"}, Kind::text, &SpousePage};
-  TextBox CustSpouseComp{*this, "CustSpouseComp", {"Company", "公司名称"}, Kind::text, &SpousePage};
-  TextBox CustSpouseCompBiz{
-      *this, "CustSpouseCompBiz", {"Business", "业务"}, Kind::text, &SpousePage};
-  TextBox CustSpouseCompPos{
-      *this, "CustSpouseCompPos", {"Position", "职位"}, Kind::text, &SpousePage};
+  TextBox CustComp{*this, "CustComp", {"Company", "公司名称"}};
+  TextBox CustCompBiz{*this, "CustCompBiz", {"Business", "业务"}};
+  TextBox CustCompPos{*this, "CustCompPos", {"Position", "职位"}};
+  TextBox CustCompIncome{*this, "CustCompIncome", {"Monthly Income", "月入"}, Kind::money};
+  TextBox CustCompAdd1{*this, "CustCompAdd1", {"Address", "地址"}};
+  TextBox CustCompAdd2{*this, "CustCompAdd2", {"Address 2", "地址 2"}};
+  TextBox CustCompAdd3{*this, "CustCompAdd3", {"Address 3", "地址 3"}};
+  TextBox CustCompPostCode{*this, "CustCompPostCode", {"Post Code", "邮区"}};
+  TextBox CustCompTel1{*this, "CustCompTel1", {"Tel 1", "电话 1"}};
+  TextBox CustCompTel2{*this, "CustCompTel2", {"Tel 2", "电话 2"}};
+  TextBox CustCompFax{*this, "CustCompFax", {"Fax", "传真"}};
+  TextBox StartWorkDate{*this, "StartWorkDate", {"Working Since", "入职日期"}, Kind::date};
+  TextBox EndWorkDate{*this, "EndWorkDate", {"Worked Until", "离职日期"}, Kind::date};
+  TextBox SalaryDate{*this, "SalaryDate", {"Salary Day", "发薪日"}};
+  TextBox CustCompName2{*this, "CustCompName2", {"Second Company", "第二公司"}};
+  TextBox CustCompPos2{*this, "CustCompPos2", {"Second Position", "第二职位"}};
+  TextBox CustCompWork2{*this, "CustCompWork2", {"Second Work", "第二工作"}};
+  TabPage SpousePage{*this, "SpousePage", {"Spouse", "配偶"}, Pages};
+  TextBox CustSpouseName{*this, "CustSpouseName", {"Name", "姓名"}};
+  TextBox CustSpouseNIC{*this, "CustSpouseNIC", {"New IC", "新身份证"}};
+  TextBox CustSpouseOIC{*this, "CustSpouseOIC", {"Old IC", "旧身份证"}};
+  TextBox CustSpouseDOB{*this, "CustSpouseDOB", {"Date of Birth", "出生日期"}, Kind::date};
+  ComboBox CustSpouseGender{*this, "CustSpouseGender", {"Gender", "性别"}, {"MALE", "FEMALE"}};
+  ComboBox CustSpouseRace{*this, "CustSpouseRace", {"Race", "种族"}};
+  TextBox CustSpouseHP1{*this, "CustSpouseHP1", {"Mobile", "手机"}};
+  TextBox CustSpouseemail{*this, "CustSpouseemail", {"E-mail", "电邮"}};
+  TextBox CustSpouseComp{*this, "CustSpouseComp", {"Company", "公司名称"}};
+  TextBox CustSpouseCompBiz{*this, "CustSpouseCompBiz", {"Business", "业务"}};
+  TextBox CustSpouseCompPos{*this, "CustSpouseCompPos", {"Position", "职位"}};
   TextBox CustSpouseCompIncome{
-      *this, "CustSpouseCompIncome", {"Monthly Income", "月入"}, Kind::money, &SpousePage};
-  TextBox CustSpouseCompAdd1{
-      *this, "CustSpouseCompAdd1", {"Address", "地址"}, Kind::text, &SpousePage};
-  TextBox CustSpouseCompAdd2{
-      *this, "CustSpouseCompAdd2", {"Address 2", "地址 2"}, Kind::text, &SpousePage};
-  TextBox CustSpouseCompAdd3{
-      *this, "CustSpouseCompAdd3", {"Address 3", "地址 3"}, Kind::text, &SpousePage};
-  TextBox CustSpouseCompPostCode{
-      *this, "CustSpouseCompPostCode", {"Post Code", "邮区"}, Kind::text, &SpousePage};
-  TextBox CustSpouseCompCity{
-      *this, "CustSpouseCompCity", {"City", "城市"}, Kind::text, &SpousePage};
-  TextBox CustSpouseCompState{
-      *this, "CustSpouseCompState", {"State", "州"}, Kind::text, &SpousePage};
-  TextBox CustSpouseCompTel1{*this, "CustSpouseCompTel1", {"Tel", "电话"}, Kind::text, &SpousePage};
-  TextBox CustSpouseCompFax1{*this, "CustSpouseCompFax1", {"Fax", "传真"}, Kind::text, &SpousePage};
-  Frame BankPage{*this, "BankPage", {"Bank", "银行"}, &Pages};
-  TextBox BankAccNo{*this, "BankAccNo", {"Bank Account No", "银行户口"}, Kind::text, &BankPage};
-  TextBox BankTransferName{
-      *this, "BankTransferName", {"Transfer Name", "转账姓名"}, Kind::text, &BankPage};
-  TextBox BankCagaran{*this, "BankCagaran", {"Bank", "银行"}, Kind::text, &BankPage};
-  TextBox ATMCardNo{*this, "ATMCardNo", {"ATM Card No", "提款卡号码"}, Kind::text, &BankPage};
-  TextBox ATMPinNo{*this, "ATMPinNo", {"ATM Pin No", "提款卡密码"}, Kind::password, &BankPage};
-  TextBox CreditLimit{*this, "CreditLimit", {"Credit Limit", "信用额"}, Kind::money, &BankPage};
+      *this, "CustSpouseCompIncome", {"Monthly Income", "月入"}, Kind::money};
+  TextBox CustSpouseCompAdd1{*this, "CustSpouseCompAdd1", {"Address", "地址"}};
+  TextBox CustSpouseCompAdd2{*this, "CustSpouseCompAdd2", {"Address 2", "地址 2"}};
+  TextBox CustSpouseCompAdd3{*this, "CustSpouseCompAdd3", {"Address 3", "地址 3"}};
+  TextBox CustSpouseCompPostCode{*this, "CustSpouseCompPostCode", {"Post Code", "邮区"}};
+  TextBox CustSpouseCompCity{*this, "CustSpouseCompCity", {"City", "城市"}};
+  TextBox CustSpouseCompState{*this, "CustSpouseCompState", {"State", "州"}};
+  TextBox CustSpouseCompTel1{*this, "CustSpouseCompTel1", {"Tel", "电话"}};
+  TextBox CustSpouseCompFax1{*this, "CustSpouseCompFax1", {"Fax", "传真"}};
+  TabPage BankPage{*this, "BankPage", {"Bank", "银行"}, Pages};
+  TextBox BankAccNo{*this, "BankAccNo", {"Bank Account No", "银行户口"}};
+  TextBox BankTransferName{*this, "BankTransferName", {"Transfer Name", "转账姓名"}};
+  TextBox BankCagaran{*this, "BankCagaran", {"Bank", "银行"}};
+  TextBox ATMCardNo{*this, "ATMCardNo", {"ATM Card No", "提款卡号码"}};
+  TextBox ATMPinNo{*this, "ATMPinNo", {"ATM Pin No", "提款卡密码"}, Kind::password};
+  TextBox CreditLimit{*this, "CreditLimit", {"Credit Limit", "信用额"}, Kind::money};
   ComboBox CreditLimitType{*this,
                            "CreditLimitType",
                            {"Credit Limit Type", "信用额种类"},
-                           {"", "Full Settled", "Outstanding"},
-                           &BankPage};
-  TextBox AppID{*this, "AppID", {"Application", "贷款申请"}, Kind::text, &BankPage};
-  TextBox AppType{*this, "AppType", {"Application Role", "申请角色"}, Kind::text, &BankPage};
-  TextBox Relationship{*this, "Relationship", {"Relationship", "关系"}, Kind::text, &BankPage};
-  Button CmdLinkApp{
-      *this, "CmdLinkApp", {"&Link Application", "连接申请(&L)"}, ButtonRole::plain, &BankPage};
-  Frame RefererPage{*this, "RefererPage", {"Referrers", "介绍人"}, &Pages};
-  TextBox RefererName{*this, "RefererName", {"Name", "姓名"}, Kind::text, &RefererPage};
-  TextBox RefererRelationship{
-      *this, "RefererRelationship", {"Relationship", "关系"}, Kind::text, &RefererPage};
-  TextBox RefererNIC{*this, "RefererNIC", {"New IC", "新身份证"}, Kind::text, &RefererPage};
-  TextBox RefererOIC{*this, "RefererOIC", {"Old IC", "旧身份证"}, Kind::text, &RefererPage};
-  TextBox RefererHP1{*this, "RefererHP1", {"Mobile", "手机"}, Kind::text, &RefererPage};
-  TextBox Refereremail{*this, "Refereremail", {"E-mail", "电邮"}, Kind::text, &RefererPage};
-  TextBox RefererComp{*this, "RefererComp", {"Company", "公司名称"}, Kind::text, &RefererPage};
-  TextBox RefererCompBiz{*this, "RefererCompBiz", {"Business", "业务"}, Kind::text, &RefererPage};
-  TextBox RefererCompPos{*this, "RefererCompPos", {"Position", "职位"}, Kind::text, &RefererPage};
-  TextBox RefererCompIncome{
-      *this, "RefererCompIncome", {"Monthly Income", "月入"}, Kind::money, &RefererPage};
-  TextBox RefererCompAdd1{*this, "RefererCompAdd1", {"Address", "地址"}, Kind::text, &RefererPage};
-  TextBox RefererCompAdd2{
-      *this, "RefererCompAdd2", {"Address 2", "地址 2"}, Kind::text, &RefererPage};
-  TextBox RefererCompAdd3{
-      *this, "RefererCompAdd3", {"Address 3", "地址 3"}, Kind::text, &RefererPage};
-  TextBox RefererCompTel1{*this, "RefererCompTel1", {"Tel", "电话"}, Kind::text, &RefererPage};
-  TextBox RefererCompFax1{*this, "RefererCompFax1", {"Fax", "传真"}, Kind::text, &RefererPage};
-  Button AddEditCmd{
-      *this, "AddEditCmd", {"&Add / Edit", "加入／更改(&A)"}, ButtonRole::plain, &RefererPage};
-  Button RemoveRefCmd{
-      *this, "RemoveRefCmd", {"&Remove", "移除(&R)"}, ButtonRole::plain, &RefererPage};
+                           {"", "Full Settled", "Outstanding"}};
+  TextBox AppID{*this, "AppID", {"Application", "贷款申请"}};
+  TextBox AppType{*this, "AppType", {"Application Role", "申请角色"}};
+  TextBox Relationship{*this, "Relationship", {"Relationship", "关系"}};
+  Button CmdLinkApp{*this, "CmdLinkApp", {"&Link Application", "连接申请(&L)"}};
+  TabPage RefererPage{*this, "RefererPage", {"Referrers", "介绍人"}, Pages};
+  TextBox RefererName{*this, "RefererName", {"Name", "姓名"}};
+  TextBox RefererRelationship{*this, "RefererRelationship", {"Relationship", "关系"}};
+  TextBox RefererNIC{*this, "RefererNIC", {"New IC", "新身份证"}};
+  TextBox RefererOIC{*this, "RefererOIC", {"Old IC", "旧身份证"}};
+  TextBox RefererHP1{*this, "RefererHP1", {"Mobile", "手机"}};
+  TextBox Refereremail{*this, "Refereremail", {"E-mail", "电邮"}};
+  TextBox RefererComp{*this, "RefererComp", {"Company", "公司名称"}};
+  TextBox RefererCompBiz{*this, "RefererCompBiz", {"Business", "业务"}};
+  TextBox RefererCompPos{*this, "RefererCompPos", {"Position", "职位"}};
+  TextBox RefererCompIncome{*this, "RefererCompIncome", {"Monthly Income", "月入"}, Kind::money};
+  TextBox RefererCompAdd1{*this, "RefererCompAdd1", {"Address", "地址"}};
+  TextBox RefererCompAdd2{*this, "RefererCompAdd2", {"Address 2", "地址 2"}};
+  TextBox RefererCompAdd3{*this, "RefererCompAdd3", {"Address 3", "地址 3"}};
+  TextBox RefererCompTel1{*this, "RefererCompTel1", {"Tel", "电话"}};
+  TextBox RefererCompFax1{*this, "RefererCompFax1", {"Fax", "传真"}};
+  Button AddEditCmd{*this, "AddEditCmd", {"&Add / Edit", "加入／更改(&A)"}};
+  Button RemoveRefCmd{*this, "RemoveRefCmd", {"&Remove", "移除(&R)"}};
   Grid RefLV;
-  Frame DocumentPage{*this, "DocumentPage", {"Documents", "文件"}, &Pages};
-  TextBox DocDesc{*this, "DocDesc", {"Description", "说明"}, Kind::text, &DocumentPage};
-  Button AddDocCmd{
-      *this, "AddDocCmd", {"&Add Document", "加入文件(&A)"}, ButtonRole::plain, &DocumentPage};
-  Button RemoveDocCmd{
-      *this, "RemoveDocCmd", {"&Remove", "移除(&R)"}, ButtonRole::plain, &DocumentPage};
-  Button OpenDocCmd{*this, "OpenDocCmd", {"&Open", "打开(&O)"}, ButtonRole::plain, &DocumentPage};
+  TabPage DocumentPage{*this, "DocumentPage", {"Documents", "文件"}, Pages};
+  TextBox DocDesc{*this, "DocDesc", {"Description", "说明"}};
+  Button AddDocCmd{*this, "AddDocCmd", {"&Add Document", "加入文件(&A)"}};
+  Button RemoveDocCmd{*this, "RemoveDocCmd", {"&Remove", "移除(&R)"}};
+  Button OpenDocCmd{*this, "OpenDocCmd", {"&Open", "打开(&O)"}};
   Grid DocDG;
-  Frame PhotoPage{*this, "PhotoPage", {"Photos", "照片"}, &Pages};
-  TextBox Pic1{*this, "Pic1", {"Picture 1", "照片 1"}, Kind::text, &PhotoPage};
-  TextBox Pic2{*this, "Pic2", {"Picture 2", "照片 2"}, Kind::text, &PhotoPage};
-  TextBox Pic3{*this, "Pic3", {"Picture 3", "照片 3"}, Kind::text, &PhotoPage};
-  TextBox Pic4{*this, "Pic4", {"Picture 4", "照片 4"}, Kind::text, &PhotoPage};
-  TextBox Pic5{*this, "Pic5", {"Picture 5", "照片 5"}, Kind::text, &PhotoPage};
-  TextBox Pic6{*this, "Pic6", {"MyKad Picture", "身份证照片"}, Kind::text, &PhotoPage};
-  Frame CheckListPage{*this, "CheckListPage", {"Check List", "查核表"}, &Pages};
+  TabPage PhotoPage{*this, "PhotoPage", {"Photos", "照片"}, Pages};
+  TextBox Pic1{*this, "Pic1", {"Picture 1", "照片 1"}};
+  TextBox Pic2{*this, "Pic2", {"Picture 2", "照片 2"}};
+  TextBox Pic3{*this, "Pic3", {"Picture 3", "照片 3"}};
+  TextBox Pic4{*this, "Pic4", {"Picture 4", "照片 4"}};
+  TextBox Pic5{*this, "Pic5", {"Picture 5", "照片 5"}};
+  TextBox Pic6{*this, "Pic6", {"MyKad Picture", "身份证照片"}};
+  TabPage CheckListPage{*this, "CheckListPage", {"Check List", "查核表"}, Pages};
   Grid CheckListDG;
-  Frame LoanPage{*this, "LoanPage", {"Loans", "贷款"}, &Pages};
-  CheckBox OpenLoansChk{*this, "OpenLoansChk", {"Open loans only", "只看未结清"}, &LoanPage};
+  TabPage LoanPage{*this, "LoanPage", {"Loans", "贷款"}, Pages};
+  CheckBox OpenLoansChk{*this, "OpenLoansChk", {"Open loans only", "只看未结清"}};
   Grid LoanDG;
-  TextBox SumProfit{*this, "SumProfit", {"Profit", "盈利"}, Kind::money, &LoanPage};
-  TextBox SumLoanAmt{*this, "SumLoanAmt", {"Total Loan", "贷款总额"}, Kind::money, &LoanPage};
-  TextBox SumLoanBal{*this, "SumLoanBal", {"Total Balance", "结余总额"}, Kind::money, &LoanPage};
-  TextBox SumPayOutAmt{
-      *this, "SumPayOutAmt", {"Total Paid Out", "支出总额"}, Kind::money, &LoanPage};
-  TextBox SumTopUpAmt{*this, "SumTopUpAmt", {"Total Top Up", "加借总额"}, Kind::money, &LoanPage};
+  TextBox SumProfit{*this, "SumProfit", {"Profit", "盈利"}, Kind::money};
+  TextBox SumLoanAmt{*this, "SumLoanAmt", {"Total Loan", "贷款总额"}, Kind::money};
+  TextBox SumLoanBal{*this, "SumLoanBal", {"Total Balance", "结余总额"}, Kind::money};
+  TextBox SumPayOutAmt{*this, "SumPayOutAmt", {"Total Paid Out", "支出总额"}, Kind::money};
+  TextBox SumTopUpAmt{*this, "SumTopUpAmt", {"Total Top Up", "加借总额"}, Kind::money};
+  EndPages pages_end{*this};
   TextBox SearchText{*this, "SearchText", {"Find by old code or IC", "以旧编号或身份证查找"}};
-  Button CmdPrev{*this, "CmdPrev", {"&Previous", "上一个(&P)"}, ButtonRole::plain};
-  Button CmdNext{*this, "CmdNext", {"Ne&xt", "下一个(&X)"}, ButtonRole::plain};
-  Button CmdNew{*this, "CmdNew", {"&Import", "输入(&I)"}, ButtonRole::plain};
-  Button CmdClear{*this, "CmdClear", {"C&lear", "清除(&L)"}, ButtonRole::plain};
-  Button CmdNewLoan{*this, "CmdNewLoan", {"New Loa&n", "新贷款(&N)"}, ButtonRole::plain};
-  Button CmdLoan{*this, "CmdLoan", {"L&oan", "贷款(&O)"}, ButtonRole::plain};
-  Button CmdPay{*this, "CmdPay", {"Pa&yment", "付款(&Y)"}, ButtonRole::plain};
-  Button CmdBuyGold{*this, "CmdBuyGold", {"Buy &Gold", "买入黄金(&G)"}, ButtonRole::plain};
-  Button ECust{*this, "ECust", {"&E-Invoice", "电子发票(&E)"}, ButtonRole::plain};
+  Button CmdPrev{*this, "CmdPrev", {"&Previous", "上一个(&P)"}};
+  Button CmdNext{*this, "CmdNext", {"Ne&xt", "下一个(&X)"}};
+  Button CmdNew{*this, "CmdNew", {"&Import", "输入(&I)"}};
+  Button CmdClear{*this, "CmdClear", {"C&lear", "清除(&L)"}};
+  Button CmdNewLoan{*this, "CmdNewLoan", {"New Loa&n", "新贷款(&N)"}};
+  Button CmdLoan{*this, "CmdLoan", {"L&oan", "贷款(&O)"}};
+  Button CmdPay{*this, "CmdPay", {"Pa&yment", "付款(&Y)"}};
+  Button CmdBuyGold{*this, "CmdBuyGold", {"Buy &Gold", "买入黄金(&G)"}};
+  Button ECust{*this, "ECust", {"&E-Invoice", "电子发票(&E)"}};
   Button CmdDelete{*this, "CmdDelete", {"&Delete", "删除(&D)"}, ButtonRole::danger};
   Button SaveCmd{*this, "SaveCmd", {"&Save", "储存(&S)"}, ButtonRole::primary};
   Button CancelCmd{*this, "CancelCmd", {"&Close", "关闭(&C)"}, ButtonRole::cancel};

@@ -12,7 +12,7 @@ namespace kaunter {
 Control::Control(Screen& screen, Control* parent, ControlType type, std::string name,
                  Caption caption)
     : screen_(screen),
-      parent_(parent),
+      parent_(parent != nullptr ? parent : screen.open_page()),
       type_(type),
       name_(std::move(name)),
       caption_(std::move(caption)) {
@@ -115,6 +115,13 @@ void Tab::SetPage(int page) {
 }
 
 // --- texts
+
+TabPage::TabPage(Screen& screen, std::string name, Caption caption, Tab& tab)
+    : Frame(screen, std::move(name), std::move(caption), &tab) {
+  screen.OpenPage(this);
+}
+
+EndPages::EndPages(Screen& screen) { screen.OpenPage(nullptr); }
 
 Label::Label(Screen& screen, std::string name, Caption caption, Control* parent)
     : Control(screen, parent, ControlType::label, std::move(name), std::move(caption)) {}

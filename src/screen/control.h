@@ -121,6 +121,18 @@ class Tab : public Frame {
   int page_ = 0;
 };
 
+// A page of a tab set that gathers what is declared after it: a control without a container of its
+// own stands on the page declared last, until EndPages.
+class TabPage : public Frame {
+ public:
+  TabPage(Screen& screen, std::string name, Caption caption, Tab& tab);
+};
+
+// Controls declared after it stand on no page again.
+struct EndPages {
+  explicit EndPages(Screen& screen);
+};
+
 class Label : public Control {
  public:
   Label(Screen& screen, std::string name, Caption caption = {}, Control* parent = nullptr);
@@ -167,6 +179,10 @@ class ComboBox : public Control {
  public:
   ComboBox(Screen& screen, std::string name, Caption caption, std::vector<std::string> items = {},
            Control* parent = nullptr, bool editable = false);
+  ComboBox(Screen& screen, std::string name, Caption caption, std::vector<std::string> items,
+           bool editable)
+      : ComboBox(screen, std::move(name), std::move(caption), std::move(items), nullptr, editable) {
+  }
   std::string Text() const override { return text_; }
   const std::string& text() const { return text_; }
   bool empty() const { return text_.empty(); }

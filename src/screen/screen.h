@@ -62,6 +62,9 @@ class Screen {
 
   // Moves the focus, turning the page of a tab that hides the control.
   void FocusOn(Control& control);
+  // The page that gathers controls while they are declared.
+  Control* open_page() const { return open_page_; }
+  void OpenPage(Control* page) { open_page_ = page; }
   Control* focus() const { return focus_; }
   void NoteFocus(Control* control) { focus_ = control; }  // the face's side
 
@@ -87,6 +90,7 @@ class Screen {
   Desk& desk_;
   std::vector<Control*> controls_;
   Control* focus_ = nullptr;
+  Control* open_page_ = nullptr;
   bool chinese_ = false;
   bool closed_ = false;
 };
