@@ -51,14 +51,20 @@ std::string Shown(const Value& value, As as) {
       return ShowDateTime(value);
     case As::text:
     case As::flag:
+    case As::index:
     case As::number_flag:
       return NullToEmpty(value);
   }
   return {};
 }
 
-std::string Converted(const std::string& text, As as) {
+std::string Converted(const Control& control, As as) {
+  const std::string text = control.Text();
   switch (as) {
+    case As::index: {
+      const int index = static_cast<const ComboBox&>(control).index();
+      return QuoteStr(index < 0 ? std::string() : std::to_string(index));
+    }
     case As::money:
     case As::rate:
     case As::integer:
@@ -188,7 +194,14 @@ void Record::Load(const Recordset& row) {
     if (field.control == nullptr) continue;
     for (const Column& column : row.columns()) {
       if (!SameText(column.name, field.column)) continue;
-      SetText(*field.control, Shown(row.Field(column.name), field.as));
+      const std::string text = Shown(row.Field(column.name), field.as);
+      if (field.as == As::index) {
+        auto& list = *static_cast<ComboBox*>(field.control);
+        const int index = IsNumeric(text) ? CInt(text) : -1;
+        list.SetIndex(index < static_cast<int>(list.items().size()) ? index : -1);
+      } else {
+        SetText(*field.control, text);
+      }
       break;
     }
   }
@@ -220,7 +233,7 @@ bool Record::Changed() const {
 std::string Record::Literal(const Field& field) const {
   if (field.control == nullptr) return field.literal();
   try {
-    return Converted(field.control->Text(), field.as);
+    return Converted(*field.control, field.as);
   } catch (const std::invalid_argument& error) {
     Control& control = *field.control;
     control.SetMark(true);

@@ -28,6 +28,7 @@ enum class As {
   birth_date,     // SqlDate; every year but 1900 is shown
   date_time,      // SqlDateTime; ShowDateTime
   flag,           // a check box in a text column: '1' or '0'
+  index,          // a list whose place (0, 1 ...) stands in a text column; '' for no choice
   number_flag,    // a check box in a number column: 1 or 0
 };
 
