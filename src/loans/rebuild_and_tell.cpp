@@ -1,0 +1,38 @@
+#include "loans/rebuild_and_tell.h"
+
+#include "core/session.h"
+#include "loans/rebuild.h"
+#include "platform/sql/transaction.h"
+
+namespace kaunter {
+namespace {
+
+void TellFailure(const Session& session, Desk& desk, const Rebuilt& rebuilt) {
+  if (rebuilt.failure.english.empty()) return;
+  desk.Message(MessageKind::critical, session.In(rebuilt.title), session.In(rebuilt.failure));
+}
+
+Rebuilt RebuildInTransaction(Connection& main, std::string_view loan_id) {
+  Rebuilt rebuilt;
+  try {
+    Transaction transaction(main);
+    rebuilt = RebuildLoan(main, loan_id);
+    transaction.Commit();
+  } catch (const SqlError& error) {
+    // The server may have ended the transaction with the failure that the rebuild tells already.
+    if (rebuilt.failure.english.empty()) {
+      rebuilt = {false, {"Rebuild Loan", "重算贷款"}, {error.what()}};
+    }
+  }
+  return rebuilt;
+}
+
+}  // namespace
+
+void RebuildAndTell(const Session& session, Desk& desk, std::string_view loan_id,
+                    std::string_view cust_id) {
+  TellFailure(session, desk, RebuildInTransaction(session.Main(), loan_id));
+  TellFailure(session, desk, RebuildCustomer(session.Main(), cust_id));
+}
+
+}  // namespace kaunter
