@@ -21,8 +21,11 @@ std::string OptionsHelp() {
          "  --screenshot DIR    signs in, takes a picture of each window and ends\n"
          "  --user ID --password TEXT     who signs in\n"
          "  --screen NAME       also opens this screen; may be repeated\n"
+         "  --menu ENTRY        also opens what this entry of the menu opens; may be repeated\n"
          "  --set CONTROL=TEXT  fills a box of the screens before their picture\n"
          "  --press CONTROL     presses a button of the screens before their picture\n"
+         "                      (SCREEN.CONTROL: on that screen alone)\n"
+         "  --pages yes|no      a picture of each page of a screen\n"
          "  --size WxH          size of the main window\n";
 }
 
@@ -60,6 +63,16 @@ DesktopOptions ParseOptions(const std::vector<std::string>& arguments) {
        [&](const std::string& value) {
          options.screens.push_back(value);
          return !value.empty();
+       }},
+      {"--menu",
+       [&](const std::string& value) {
+         options.screens.push_back("menu:" + value);
+         return !value.empty();
+       }},
+      {"--pages",
+       [&](const std::string& value) {
+         options.pages = value == "yes";
+         return value == "yes" || value == "no";
        }},
       {"--press",
        [&](const std::string& value) {

@@ -19,9 +19,11 @@ struct DesktopOptions {
   std::string picture_folder;
   std::string user = "ADMIN";
   std::string password;
-  std::vector<std::string> screens;
-  std::vector<std::pair<std::string, std::string>> values;  // control, text
+  std::vector<std::string> screens;  // names, or "menu:ENTRY" for what an entry of the menu opens
+  // Control and text; a control written "Screen.Control" is meant on that screen alone.
+  std::vector<std::pair<std::string, std::string>> values;
   std::vector<std::string> presses;
+  bool pages = false;  // a picture of each page of a tab set
   int width = 0;
   int height = 0;
 

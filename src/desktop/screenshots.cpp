@@ -6,7 +6,9 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
+#include <cstdio>
 
+#include "desktop/look_check.h"
 #include "desktop/main_window.h"
 #include "desktop/progress_dialog.h"
 #include "desktop/screen_dialog.h"
@@ -19,9 +21,16 @@ namespace {
 constexpr int kTickMilliseconds = 120;
 constexpr int kTicksToSettle = 3;  // until fonts, columns and focus stand
 
+// The control that "Control" or "Screen.Control" means on this screen; null for none.
+Control* Meant(Screen& screen, const std::string& name) {
+  const auto dot = name.find('.');
+  if (dot == std::string::npos) return screen.Find(name);
+  return SameName(name.substr(0, dot), screen.name()) ? screen.Find(name.substr(dot + 1)) : nullptr;
+}
+
 // What a script would do: enter, put, leave.
 void Put(Screen& screen, const std::string& name, const std::string& text) {
-  Control* control = screen.Find(name);
+  Control* control = Meant(screen, name);
   if (!control) return;
   screen.Guard([&] {
     control->Enter();
@@ -110,16 +119,47 @@ void Photographer::Fill(QWidget& widget) {
   Screen& screen = dialog.screen();
   for (const auto& [control, text] : options_.values) Put(screen, control, text);
   for (const auto& press : options_.presses) {
-    auto* button = dynamic_cast<Button*>(screen.Find(press));
-    if (button) screen.Guard([&] { button->Click(); });
+    Control* control = Meant(screen, press);
+    if (auto* button = dynamic_cast<Button*>(control)) screen.Guard([&] { button->Click(); });
     // Of a box that is searched, the magnifier.
-    auto* box = dynamic_cast<TextBox*>(screen.Find(press));
+    auto* box = dynamic_cast<TextBox*>(control);
     if (box && box->onSearch) screen.Guard([&] { box->onSearch(); });
+    if (screen.closed()) return;
   }
+  if (options_.pages) {
+    TakePages(dialog);
+  } else {
+    TakeNow(dialog, Q(screen.name()));
+  }
+  screen.Close();
+}
+
+// Page by page; a screen without pages as it stands.
+void Photographer::TakePages(ScreenDialog& dialog) {
+  Screen& screen = dialog.screen();
+  bool any = false;
+  for (Control* control : screen.controls()) {
+    auto* tab = dynamic_cast<Tab*>(control);
+    if (!tab) continue;
+    const std::vector<Control*> pages = screen.Children(tab);
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+      if (!pages[i]->visible()) continue;
+      screen.Guard([&] { tab->SetPage(static_cast<int>(i)); });
+      TakeNow(dialog, QString("%1-%2-%3").arg(Q(screen.name())).arg(i).arg(Q(pages[i]->name())));
+      any = true;
+    }
+  }
+  if (!any) TakeNow(dialog, Q(screen.name()));
+}
+
+void Photographer::TakeNow(ScreenDialog& dialog, const QString& name) {
   dialog.face().RefreshNow();
   QApplication::processEvents();
-  Take(dialog, Q(screen.name()));
-  screen.Close();
+  QApplication::processEvents();
+  Take(dialog, name);
+  for (const std::string& problem : LookProblems(dialog)) {
+    std::printf("%s: %s\n", S(name).c_str(), problem.c_str());
+  }
 }
 
 void Photographer::Settle() {
@@ -135,7 +175,12 @@ void Photographer::Walk(MainWindow& window, Application& application, Desk& desk
   Settle();
   Take(window, "MainFrm");
   for (const std::string& screen : options_.screens) {
-    application.main().Guard([&] { desk.Show(screen); });
+    constexpr std::string_view kMenu = "menu:";
+    if (screen.starts_with(kMenu)) {
+      application.main().Guard([&] { application.main().ChooseMenu(screen.substr(kMenu.size())); });
+    } else {
+      application.main().Guard([&] { desk.Show(screen); });
+    }
   }
 }
 

@@ -12,6 +12,7 @@
 namespace kaunter {
 
 class MainWindow;
+class ScreenDialog;
 
 class Photographer : public QObject {
  public:
@@ -28,6 +29,9 @@ class Photographer : public QObject {
   void Settle();
   void SignIn(QWidget& dialog);
   void Fill(QWidget& dialog);
+  void TakePages(ScreenDialog& dialog);
+  // After what has changed is drawn; tells what is wrong with the look of the window.
+  void TakeNow(ScreenDialog& dialog, const QString& name);
 
   const DesktopOptions& options_;
   QPointer<QWidget> seen_;
