@@ -289,8 +289,8 @@ class LoanRebuild {
         paid.ToText(), capital.ToText(), interest.ToText(), balance_.ToText(), loan_.id,
         line.SchID));
     // The rows ahead always show the latest balance.
-    main_.Execute(fmt::format("UPDATE SchMast SET LoanBal='{}' WHERE LoanID={} AND SchID > '{}'",
-                              balance_.ToText(), loan_.id, line.SchID));
+    main_.Execute(fmt::format("UPDATE SchMast SET LoanBal={} WHERE LoanID={} AND SchID > {}",
+                              QuoteStr(balance_.ToText()), loan_.id, QuoteStr(line.SchID)));
   }
 
   // Moves from `amount` to `part` as much as the part lacks.
@@ -369,12 +369,12 @@ class LoanRebuild {
         ShownScalar(main_, "SELECT SUM(InterestAmt) FROM SchMast WHERE LoanID=" + loan_.id);
     const std::string totals = fmt::format(
         "UPDATE LoanMast SET TotPay={},TotInt={},TotCharge={},TotCollectorAmt={},TotDiscAmt={},"
-        "LoanBal={}{},PayExtra={},LastPaymentDate={},LastPaymentNo={},TotLoanInt='{}'{} WHERE "
+        "LoanBal={}{},PayExtra={},LastPaymentDate={},LastPaymentNo={},TotLoanInt={}{} WHERE "
         "LoanID={}",
         totals_.pay.ToText(), totals_.interest.ToText(), totals_.charge.ToText(),
         totals_.memo5.ToText(), totals_.disc.ToText(), new_balance_.ToText(), next_due,
         totals_.extra.ToText(), DateLiteral(totals_.last_pay_date), QuoteStr(totals_.last_pay_id),
-        interest.ToText(), GroupClause(), loan_.id);
+        QuoteStr(interest.ToText()), GroupClause(), loan_.id);
     main_.Execute(totals);
     main_.Execute(totals);  // run twice in a row; the second run changes nothing
     SumCharges("TotCollectorAmt", ">");
