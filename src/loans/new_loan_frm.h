@@ -26,39 +26,64 @@ namespace kaunter {
 // The boxes of one guarantor: a control array, index 0 and 1. The columns of the second carry the
 // suffix 2.
 struct GuarantorBoxes {
-  GuarantorBoxes(Screen& screen, int index);
-  void Bind(Record& record);  // GuarantorName(1) to the column GuarantorName2, and so on
+  GuarantorBoxes(Screen& screen, int index, Frame& frame);
+  // GuarantorName(1) to the column GuarantorName2, and so on; the file name of the photo to Pic1 or
+  // Pic2.
+  void Bind(Record& record);
+  // The boxes with a column "Guarantor...": a TextBox or a ComboBox each.
   std::vector<Control*> All();
+  // The column of a box of the set whose columns carry `suffix` ("" or "2").
+  static std::string Column(const Control& box, const std::string& suffix);
 
+  int index;           // 0, 1
   std::string suffix;  // of the control: "(0)", "(1)"
   std::string column_suffix;
   Screen& screen;
-  TextBox GuarantorName{screen, "GuarantorName" + suffix, {"Name", "姓名"}};
-  TextBox GuarantorNIC{screen, "GuarantorNIC" + suffix, {"New IC", "新身份证"}};
-  TextBox GuarantorOIC{screen, "GuarantorOIC" + suffix, {"Old IC", "旧身份证"}};
-  TextBox GuarantorOthIC{screen, "GuarantorOthIC" + suffix, {"Other IC", "其他证件"}};
-  TextBox GuarantorRelationship{screen, "GuarantorRelationship" + suffix, {"Relationship", "关系"}};
+  Control* frame;
+  TextBox GuarantorName{screen, "GuarantorName" + suffix, {"Name", "姓名"}, Kind::text, frame};
+  TextBox GuarantorNIC{screen, "GuarantorNIC" + suffix, {"New IC", "新身份证"}, Kind::text, frame};
+  TextBox GuarantorOIC{screen, "GuarantorOIC" + suffix, {"Old IC", "旧身份证"}, Kind::text, frame};
+  TextBox GuarantorOthIC{
+      screen, "GuarantorOthIC" + suffix, {"Other IC", "其他证件"}, Kind::text, frame};
+  TextBox GuarantorRelationship{
+      screen, "GuarantorRelationship" + suffix, {"Relationship", "关系"}, Kind::text, frame};
   ComboBox GuarantorGender{
-      screen, "GuarantorGender" + suffix, {"Gender", "性别"}, {"MALE", "FEMALE"}};
-  ComboBox GuarantorRace{screen, "GuarantorRace" + suffix, {"Race", "种族"}};
-  TextBox GuarantorHP1{screen, "GuarantorHP1" + suffix, {"Mobile", "手机"}};
-  TextBox GuarantorMN{screen, "GuarantorMN" + suffix, {"Membership No", "会员号码"}};
-  TextBox GuarantorComp{screen, "GuarantorComp" + suffix, {"Company", "公司名称"}};
-  TextBox GuarantorCompBiz{screen, "GuarantorCompBiz" + suffix, {"Business", "业务"}};
-  TextBox GuarantorCompPos{screen, "GuarantorCompPos" + suffix, {"Position", "职位"}};
+      screen, "GuarantorGender" + suffix, {"Gender", "性别"}, {"MALE", "FEMALE"}, frame};
+  ComboBox GuarantorRace{screen, "GuarantorRace" + suffix, {"Race", "种族"}, {}, frame};
+  TextBox GuarantorHP1{screen, "GuarantorHP1" + suffix, {"Mobile", "手机"}, Kind::text, frame};
+  TextBox GuarantorMN{
+      screen, "GuarantorMN" + suffix, {"Membership No", "会员号码"}, Kind::text, frame};
+  TextBox GuarantorComp{
+      screen, "GuarantorComp" + suffix, {"Company", "公司名称"}, Kind::text, frame};
+  TextBox GuarantorCompBiz{
+      screen, "GuarantorCompBiz" + suffix, {"Business", "业务"}, Kind::text, frame};
+  TextBox GuarantorCompPos{
+      screen, "GuarantorCompPos" + suffix, {"Position", "职位"}, Kind::text, frame};
   TextBox GuarantorCompIncome{
-      screen, "GuarantorCompIncome" + suffix, {"Monthly Income", "月入"}, Kind::money};
-  TextBox GuarantorCompAdd1{screen, "GuarantorCompAdd1" + suffix, {"Address", "地址"}};
-  TextBox GuarantorCompAdd2{screen, "GuarantorCompAdd2" + suffix, {"Address 2", "地址 2"}};
-  TextBox GuarantorCompAdd3{screen, "GuarantorCompAdd3" + suffix, {"Address 3", "地址 3"}};
-  TextBox GuarantorCompPostCode{screen, "GuarantorCompPostCode" + suffix, {"Post Code", "邮区"}};
-  TextBox GuarantorCompCity{screen, "GuarantorCompCity" + suffix, {"City", "城市"}};
-  TextBox GuarantorCompState{screen, "GuarantorCompState" + suffix, {"State", "州"}};
-  TextBox GuarantorCompTel1{screen, "GuarantorCompTel1" + suffix, {"Tel", "电话"}};
-  TextBox GuarantorCompFax1{screen, "GuarantorCompFax1" + suffix, {"Fax", "传真"}};
-  TextBox Pic;  // Pic1, Pic2: file name of the photo
-  Button CmdGetGuarantor{
-      screen, "CmdGetGuarantor" + suffix, {"Get Guarantor &Info", "取担保人资料(&I)"}};
+      screen, "GuarantorCompIncome" + suffix, {"Monthly Income", "月入"}, Kind::money, frame};
+  TextBox GuarantorCompAdd1{
+      screen, "GuarantorCompAdd1" + suffix, {"Address", "地址"}, Kind::text, frame};
+  TextBox GuarantorCompAdd2{
+      screen, "GuarantorCompAdd2" + suffix, {"Address 2", "地址 2"}, Kind::text, frame};
+  TextBox GuarantorCompAdd3{
+      screen, "GuarantorCompAdd3" + suffix, {"Address 3", "地址 3"}, Kind::text, frame};
+  TextBox GuarantorCompPostCode{
+      screen, "GuarantorCompPostCode" + suffix, {"Post Code", "邮区"}, Kind::text, frame};
+  TextBox GuarantorCompCity{
+      screen, "GuarantorCompCity" + suffix, {"City", "城市"}, Kind::text, frame};
+  TextBox GuarantorCompState{
+      screen, "GuarantorCompState" + suffix, {"State", "州"}, Kind::text, frame};
+  TextBox GuarantorCompTel1{
+      screen, "GuarantorCompTel1" + suffix, {"Tel", "电话"}, Kind::text, frame};
+  TextBox GuarantorCompFax1{
+      screen, "GuarantorCompFax1" + suffix, {"Fax", "传真"}, Kind::text, frame};
+  TextBox Pic;    // Pic1, Pic2: file name of the photo
+  Picture Photo;  // GuarantorPhoto(0), (1)
+  Button CmdGetGuarantor{screen,
+                         "CmdGetGuarantor" + suffix,
+                         {"Get Guarantor &Info", "取担保人资料(&I)"},
+                         ButtonRole::plain,
+                         frame};
 };
 
 class NewLoanFrm : public SessionScreen {
@@ -71,12 +96,14 @@ class NewLoanFrm : public SessionScreen {
   TextBox CustID{*this, "CustID", {"Customer Code", "顾客编号"}, Kind::text, &Identity};
   TextBox CustName{*this, "CustName", {"Customer Name", "顾客姓名"}, Kind::text, &Identity};
   ComboBox CompCode{*this, "CompCode", {"Company Code", "公司"}, {}, &Identity};
+  // Of the customer, kept with the loan as it stood when the loan was saved.
+  TextBox CreditLimit{*this, "CreditLimit", {"Credit Limit", "信用额"}, Kind::money, &Identity};
   // The loan at a glance, whatever page is shown.
   Frame Glance{*this, "Glance"};
   Label BalanceLBL{*this, "BalanceLBL", {"Balance", "结余"}, &Glance};
   Label NextDueLBL{*this, "NextDueLBL", {"Next Due", "下期到期"}, &Glance};
   Label ArrearsLBL{*this, "ArrearsLBL", {"Arrears", "拖欠"}, &Glance};
-  Label CreditLBL{*this, "CreditLBL", {"Credit Limit", "信用额"}, &Glance};
+  Label CreditLBL{*this, "CreditLBL", {"Credit", "信用"}, &Glance};
   Bar InstalmentBar{*this, "InstalmentBar", {"Instalments", "分期"}, &Glance};
 
   Tab SSTab1{*this, "SSTab1"};
@@ -94,7 +121,7 @@ class NewLoanFrm : public SessionScreen {
                        {"Interest Payment", "付息方式"},
                        {"Interest Pay First", "Interest Pay Later"}};
   ComboBox IntType{*this, "IntType", {"Interest Type", "利息种类"}, {"%", "$"}};
-  Label Label51{*this, "Label51", {"Loan Amount", "贷款额"}};
+  Label Label51{*this, "Label51"};  // hidden with LoanAmt, which carries its own caption
   TextBox LoanAmt{*this, "LoanAmt", {"Loan Amount", "贷款额"}, Kind::money};
   TextBox LoanAmt2{*this, "LoanAmt2", {"Loan Amount 2", "贷款额 2"}, Kind::money};
   TextBox TopUpAmt{*this, "TopUpAmt", {"Top Up Amount", "加借额"}, Kind::money};
@@ -267,41 +294,79 @@ class NewLoanFrm : public SessionScreen {
   void BindRecord();
   void BindEvents();
   void FillLists();
-  void StartNew();  // CmdNew
+  void ApplySettings();  // what the office's settings and the person's rights show and lock
+  void StartNew();       // CmdNew
   void ClearLoanScreen();
+  void StartAgain();  // a blank screen of the mode in force
   // Fills the screen from the box LoanID; refuses with the told text and clears when it cannot.
   void LoadLoan();
+  void LoadLoan(const std::string& id);
   bool PassesModeGate(const std::string& status);
+  // Also keeps TermsOpen.
   void SetTermsOpen(bool open);
   void ShowMode();
   void ShowGlance();
+  void ShowAml();  // the AML page, by the office's switch and that of the loan's company
+  void ShowNeighbour(bool next);
   bool IsInquiry() const;
   LoanTerms Terms() const;
 
   // --- boxes that are left (new_loan_events.cpp)
   void BindLoanEvents();
-  void CalcPaymentSilently();
+  // Trims the box and takes its mark away. True when something is left in it; blank text never
+  // brings a message.
+  bool Filled(TextBox& box);
+  // The box holds an amount, then shown as "#,##0.00"; else `refusal` is told and it keeps the
+  // focus. False for a blank box too.
+  bool LeaveMoney(TextBox& box, const Caption& refusal);
+  bool LeaveDate(TextBox& box, const Caption& refusal);
+  void LeaveLoanTerm();
+  void LeaveLoanTerm2();
+  void LeaveLoanTerm3();
+  void LeaveFirstPayment();
+  void LeaveInstallmentAmt();
+  void LeaveLastPayment();
+  void LeaveCollateralValue();  // Memo4
+  void PickScheme();            // DragLoan
+  // CalcPayment of the open terms; false when it was refused, told with `prompts` only.
   bool CalculatePayment(bool prompts);
+  void CalculateRate();     // Command5
+  void CalculateLoanAmt();  // Command9
   void AutomaticFees();
-  void StepNextDueDate();
-  void AuthoriseCollateralValue();
+  void StepNextDueDate(const Control& must_be_enabled);
+  bool RefuseWith(const Refusal& refusal);
   bool CheckOldLoanCode();  // false when the code belongs to another; told already
 
   // --- grids (new_loan_lists.cpp)
   void BindGridEvents();
   void LoadGrids();
   void ClearGrids();
+  void LoadSchedule();
+  void LoadPayments();
+  void LoadCharges();
+  void LoadDrawdowns();
+  void LoadCheques();
+  void LoadCheckList();
+  void EditSchedule(int row, int column, const std::string& before);
   void SumSchedule();
   void BuildRepaymentText();
   std::vector<EditedLine> EditedLines() const;
+  void OpenPayment(int row);
   void DeletePayment(int row);
-  void OpenDrawdown(const std::string& sid);
+  void OpenDrawdown(const std::string& sid);  // "" for a new release
+  void EditCheque(int row, int column, const std::string& before);
+  void DeleteCheque(int row);
 
   // --- persons (new_loan_persons.cpp)
   void BindPersonEvents();
-  // Takes CustID; `lenient` only notes a customer who is not ACTIVE. False when no loan can start.
+  // Takes CustID as typed: a customer, an alternate code, a new IC. `lenient`, of a loan that
+  // stands: only notes a customer who is not ACTIVE. False when no loan can start.
   bool LoadCustomer(bool lenient);
-  void TakeGuarantor(int index);
+  void ShowCredit(const std::string& limit_type);
+  void LoadSecondApplicant();
+  void TakeGuarantor(GuarantorBoxes& boxes);
+  void ChoosePhoto(GuarantorBoxes& boxes);
+  void ShowPhotos();
   void TakeApplication();
 
   // --- the save (new_loan_checks.cpp, new_loan_save.cpp)

@@ -61,12 +61,13 @@ void Grid::RemoveRow(int row) {
   Changed();
 }
 
-void Grid::SetRows(std::vector<std::vector<std::string>> rows) {
+void Grid::SetRows(std::vector<std::vector<std::string>> rows, const std::vector<RowTone>& tones) {
   rows_.clear();
   rows_.reserve(rows.size());
   for (std::vector<std::string>& cells : rows) {
     cells.resize(columns_.size());
-    rows_.push_back({std::move(cells), RowTone::plain, false});
+    const RowTone tone = rows_.size() < tones.size() ? tones[rows_.size()] : RowTone::plain;
+    rows_.push_back({std::move(cells), tone, false});
   }
   current_ = -1;
   Changed();

@@ -46,8 +46,8 @@ class Grid : public Control {
   void Clear();
   int AddRow(std::vector<std::string> cells, RowTone tone = RowTone::plain);
   void RemoveRow(int row);
-  // All rows at once: one redraw.
-  void SetRows(std::vector<std::vector<std::string>> rows);
+  // All rows at once: one redraw. Rows past the end of `tones` are plain.
+  void SetRows(std::vector<std::vector<std::string>> rows, const std::vector<RowTone>& tones = {});
   RowTone Tone(int row) const { return rows_.at(static_cast<std::size_t>(row)).tone; }
   void SetTone(int row, RowTone tone);
 
