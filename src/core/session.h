@@ -2,13 +2,14 @@
 // long as the process does and is cleared field by field at sign-out.
 #pragma once
 
-#include <map>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "core/settings.h"
 #include "platform/clock.h"
+#include "platform/money.h"
 #include "platform/sql/connection.h"
 #include "platform/sql/data_source.h"
 #include "screen/caption.h"
@@ -16,6 +17,17 @@
 namespace kaunter {
 
 class LocalSettings;
+
+// The money-laundering rules of one company, under the names of their columns in CompMast. Off as
+// long as none has been loaded.
+struct AMLSettings {
+  bool AMLA = false;         // the company takes part; without it nothing else counts
+  bool AMLACheckIC = false;  // identity numbers are looked up in the watch list
+  Money AMLALoan;            // cash threshold of a loan
+  Money AMLAPayment;         // cash threshold of a payment
+  bool AMLAWarning = false;  // above the threshold: a warning; off: a reason is demanded
+  bool DisableSTR = false;   // a suspicious transaction is not reported from a loan or payment
+};
 
 class Session {
  public:
@@ -59,6 +71,9 @@ class Session {
   // --- settings read at connect
   Settings settings;
 
+  // --- of the company in work; LoadAMLSettings (compliance/aml.h) fills it
+  AMLSettings aml;
+
   // --- named connections; null until opened
   std::unique_ptr<Connection> MainConn;
   std::unique_ptr<Connection> LogsConn;
@@ -71,6 +86,8 @@ class Session {
   DataSources data_sources;
   Clock clock;  // the PC's clock; the embedded server reads the same one
   Connection::TraceSink trace;
+  // Puts a text on the status line of the main window; empty while there is none.
+  std::function<void(std::string_view text)> status;
 
   // The main connection; a fault when it is not open.
   Connection& Main() const;
