@@ -1,0 +1,224 @@
+// The persons of a loan: its customer, the second applicant, the guarantors with their photos, and
+// the application that it comes from.
+#include <fmt/format.h>
+
+#include <filesystem>
+
+#include "core/company_access.h"
+#include "core/identity.h"
+#include "core/picker.h"
+#include "core/values.h"
+#include "customers/credit_limit.h"
+#include "customers/document_store.h"
+#include "loans/new_loan_frm.h"
+
+namespace kaunter {
+
+void NewLoanFrm::BindPersonEvents() {
+  CustID.picker = "CustPop";
+  CustID.onLeave = [this] {
+    CustID.SetText(Upper(Trim(CustID.text())));
+    CustID.SetMark(false);
+    if (!CustID.empty()) LoadCustomer(LoanMode != "New Loan");
+  };
+  CustID.onSearch = [this] {
+    const std::string id = Pick(session(), desk(), "CustPop");
+    if (id.empty()) return;
+    CustID.SetText(id);
+    LoadCustomer(LoanMode != "New Loan");
+  };
+  CustID2.picker = "CustPop";
+  CustID2.onLeave = [this] {
+    CustID2.SetText(Upper(Trim(CustID2.text())));
+    CustID2.SetMark(false);
+    if (!CustID2.empty()) LoadSecondApplicant();
+  };
+  CustID2.onSearch = [this] {
+    const std::string id = Pick(session(), desk(), "CustPop");
+    if (id.empty()) return;
+    CustID2.SetText(id);
+    LoadSecondApplicant();
+  };
+  CustNIC2.mask = kNewIcMask;
+  CustNIC2.onLeave = [this] { CustNIC2.SetText(MaskNewIc(Trim(CustNIC2.text()))); };
+  for (GuarantorBoxes& boxes : guarantors) {
+    boxes.GuarantorNIC.mask = kNewIcMask;
+    boxes.GuarantorNIC.onLeave = [&boxes] {
+      boxes.GuarantorNIC.SetText(MaskNewIc(Trim(boxes.GuarantorNIC.text())));
+    };
+    boxes.GuarantorName.onLeave = [this, &boxes] {
+      boxes.GuarantorName.SetText(ApplyCapLock(session(), boxes.GuarantorName.text()));
+    };
+    boxes.CmdGetGuarantor.onClick = [this, &boxes] { TakeGuarantor(boxes); };
+    boxes.Pic.SetLocked(true);
+    boxes.Pic.picker = "file";
+    boxes.Pic.onSearch = [this, &boxes] { ChoosePhoto(boxes); };
+  }
+  SSCommand3.onClick = [this] { TakeApplication(); };
+}
+
+// --- the customer
+
+bool NewLoanFrm::LoadCustomer(bool lenient) {
+  const std::string company = QuoteStr(CompCode.text());
+  if (!lenient) {
+    for (const std::string& sql :
+         {fmt::format("Select CustID from LoanMast where OldLoanCode = {} and CompCode={}",
+                      QuoteStr(CustID.text()), company),
+          fmt::format("Select CustID from CustMast where CustNIC = {} and CompCode={}",
+                      QuoteStr(CustID.text()), company)}) {
+      const std::string id = ScalarQuery(main(), sql);
+      if (id.empty()) continue;
+      CustID.SetText(id);
+      break;
+    }
+  }
+  const std::string id = CustID.text();
+  const Recordset row = main().Query(fmt::format(
+      "SELECT CustStatus,CustName,CustNIC,ATMCardNo,ATMPinNo,BankAccNo,BankTransferName,"
+      "BankCagaran,CreditLimit,CreditLimitType,CompCode FROM CustMast WHERE CustID={}",
+      QuoteStr(id)));
+  const std::string own_company = row.Eof() ? std::string() : NullToEmpty(row.Field("CompCode"));
+  if (row.Eof() || (!lenient && !MayUseCompany(session(), own_company))) {
+    CustName.Clear();
+    return Refuse(CustID,
+                  {fmt::format("Customer ID {} not found", id), fmt::format("找不到顾客 {}", id)});
+  }
+  const std::string status = NullToEmpty(row.Field("CustStatus"));
+  if (!SameText(status, "ACTIVE")) {
+    if (!lenient) {
+      CustID.Clear();
+      CustName.Clear();
+      return Refuse(CustID, {fmt::format("No loan for {} customer", status),
+                             fmt::format("状态 {} 的顾客不可贷款", status)});
+    }
+    Tell(MessageKind::information, {fmt::format("{} customer, Please take note", status),
+                                    fmt::format("请注意：顾客状态为 {}", status)});
+  }
+  CustName.SetText(NullToEmpty(row.Field("CustName")));
+  // A loan that stands keeps its company and the limit that it was given under.
+  if (!lenient) {
+    CompCode.SetText(own_company);
+    CreditLimit.SetText(ShowMoney(row.Field("CreditLimit")));
+    LoadCheckList();
+    ShowAml();
+  }
+  ShowCredit(NullToEmpty(row.Field("CreditLimitType")));
+  if (!Bank.empty()) return true;
+  const Recordset bank = main().Query(
+      fmt::format("SELECT TOP 1 ATMCardNo,ATMPinNo,Bank,BankBranch FROM LoanMast WHERE CustID={} "
+                  "AND LoanID <>{} ORDER BY LoanID DESC",
+                  QuoteStr(id), QuoteStr(loaded_id_)));
+  if (bank.Eof()) {
+    Bank.SetText("CASH");
+    return true;
+  }
+  ATMCardNo.SetText(NullToEmpty(bank.Field("ATMCardNo")));
+  ATMPinNo.SetText(NullToEmpty(bank.Field("ATMPinNo")));
+  Bank.SetText(NullToEmpty(bank.Field("Bank")));
+  BankBranch.SetText(NullToEmpty(bank.Field("BankBranch")));
+  return true;
+}
+
+void NewLoanFrm::ShowCredit(const std::string& limit_type) {
+  if (limit_type.empty()) {
+    CreditLBL.SetText(session().In({"No credit limit", "没有信用额限制"}));
+    return;
+  }
+  const Money limit = Money::TryText(CreditLimit.text()).value_or(Money());
+  const struct CreditBar credit = MeasureCredit(main(), CustID.text(), limit, limit_type);
+  CreditLBL.SetText(
+      fmt::format("{} {}", session().In({"Credit available", "可用信用额"}), credit.label));
+  CreditLBL.tip = credit.tip;
+}
+
+void NewLoanFrm::LoadSecondApplicant() {
+  const std::string id = CustID2.text();
+  const Recordset row = main().Query(fmt::format(
+      "SELECT CustName,CustNIC,CustAdd1,CompCode FROM CustMast WHERE CustID={}", QuoteStr(id)));
+  if (row.Eof() || !MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
+    Refuse(CustID2,
+           {fmt::format("Customer ID {} not found", id), fmt::format("找不到顾客 {}", id)});
+    return;
+  }
+  CustName2.SetText(NullToEmpty(row.Field("CustName")));
+  CustNIC2.SetText(NullToEmpty(row.Field("CustNIC")));
+  CustAdd12.SetText(NullToEmpty(row.Field("CustAdd1")));
+}
+
+// --- guarantors
+
+// Takes what is known of the person from the latest other loan on which he stands as guarantor,
+// first or second.
+void NewLoanFrm::TakeGuarantor(GuarantorBoxes& boxes) {
+  const std::string nic = Trim(boxes.GuarantorNIC.text());
+  const std::string name = Trim(boxes.GuarantorName.text());
+  const std::string company = CompanyCondition(session(), "CompCode");
+  for (int set = 0; set < 2 && !(nic.empty() && name.empty()); ++set) {
+    const std::string suffix = set == 0 ? "" : "2";
+    std::string columns = "LoanID";
+    for (const Control* box : boxes.All()) columns += "," + GuarantorBoxes::Column(*box, suffix);
+    const Recordset row = main().Query(fmt::format(
+        "SELECT TOP 1 {} FROM LoanMast WHERE {}={}{}{} AND LoanID <> {} ORDER BY LoanID DESC",
+        columns, (nic.empty() ? "GuarantorName" : "GuarantorNIC") + suffix,
+        QuoteStr(nic.empty() ? name : nic), company.empty() ? "" : " AND ", company,
+        QuoteStr(loaded_id_)));
+    if (row.Eof()) continue;
+    for (Control* box : boxes.All()) {
+      const Value& value = row.Field(GuarantorBoxes::Column(*box, suffix));
+      if (box->type() == ControlType::combo_box) {
+        static_cast<ComboBox*>(box)->SetText(NullToEmpty(value));
+      } else {
+        auto& text = *static_cast<TextBox*>(box);
+        text.SetText(text.kind() == Kind::money ? ShowMoney(value) : NullToEmpty(value));
+      }
+    }
+    const std::string photo =
+        KeptPath(session(), NullToEmpty(row.Field("LoanID")), fmt::format("guarantor{}.jpg", set));
+    if (std::filesystem::exists(photo)) {
+      pending_photos_[boxes.index] = photo;
+      boxes.Pic.SetText(fmt::format("guarantor{}.jpg", boxes.index));
+      ShowPhotos();
+    }
+    Tell(MessageKind::information, {"Guarantor Info assigned", "已取得担保人资料"});
+    return;
+  }
+  Tell(MessageKind::information, {"No info found", "没有资料"});
+}
+
+// The file is kept when the loan is saved.
+void NewLoanFrm::ChoosePhoto(GuarantorBoxes& boxes) {
+  const std::string file = desk().PickFile(title().In(chinese()), session().AppPath,
+                                           "Pictures (*.jpg *.jpeg *.gif *.bmp *.png)");
+  if (file.empty()) return;
+  const std::string ending = std::filesystem::path(file).extension().string();
+  if (ending.size() < 2) {
+    Refuse(boxes.Pic, {"Invalid filename", "文件名无效"});
+    return;
+  }
+  pending_photos_[boxes.index] = file;
+  boxes.Pic.SetText(fmt::format("guarantor{}{}", boxes.index, ending));
+  ShowPhotos();
+}
+
+void NewLoanFrm::ShowPhotos() {
+  for (GuarantorBoxes& boxes : guarantors) {
+    const std::string& pending = pending_photos_[boxes.index];
+    std::string path = pending;
+    if (path.empty() && !boxes.Pic.empty() && !loaded_id_.empty()) {
+      path = KeptPath(session(), loaded_id_, boxes.Pic.text());
+    }
+    boxes.Photo.SetPath(path);
+  }
+}
+
+// --- the application
+
+void NewLoanFrm::TakeApplication() {
+  if (CustID.empty()) {
+    Refuse(CustID, {"Customer Code is requried", "请输入顾客编号"});
+    return;
+  }
+}
+
+}  // namespace kaunter
