@@ -7,6 +7,7 @@
 
 #include "app/catalogue.h"
 #include "app/menu_table.h"
+#include "compliance/aml.h"
 #include "core/log.h"
 #include "core/menu_list.h"
 #include "core/regional.h"
@@ -65,6 +66,8 @@ int Application::Start() {
     ReadMenuList(session.AppPath);  // a file that cannot be read ends the start here, with its line
     main_ = std::make_unique<MainFrm>(session, desk_, MenuTable(),
                                       [](std::string_view name) { return ScreenExists(name); });
+    main_->onSignedIn = [&session] { LoadAMLSettings(session, session.CurrentCompCode); };
+    session.status = [this](std::string_view text) { main_->SetPanel(1, std::string(text)); };
     main_->FillAtStart();
     return 0;
   } catch (const StartRefused& refused) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/central_database.h"
 #include "core/data_access.h"
 #include "core/log.h"
 #include "core/session.h"
@@ -15,10 +16,6 @@
 
 namespace kaunter {
 namespace {
-
-constexpr std::string_view kCentralSource = "AMLA";
-constexpr std::string_view kCentralConnection =
-    "Provider=SQLOLEDB.1;Persist Security Info=True;Initial Catalog=AMLA;Data Source=AMLA";
 
 // The endpoint of credit notes is not among them: each office keeps its own.
 constexpr std::string_view kSettingKeys =
@@ -73,9 +70,7 @@ void Replace(Connection& main, Rows& rows) {
 
 void Transfer(Session& session, const EInvoiceTables& tables) {
   Connection& main = session.Main();
-  const auto central =
-      OpenConnection("AMLA", kCentralConnection, session.data_sources, session.clock);
-  if (session.trace) central->SetTrace(session.trace);
+  const auto central = OpenCentralDatabase(session);
   std::vector<Rows> read;
   for (const Copied& copy : Copies()) {
     if (!(tables.*copy.wanted) || !TableExists(main, copy.table)) continue;
@@ -89,7 +84,7 @@ void Transfer(Session& session, const EInvoiceTables& tables) {
 }  // namespace
 
 bool RefreshEInvoiceCodeTables(Session& session, Desk& desk, const EInvoiceTables& tables) {
-  if (!session.data_sources.Find(kCentralSource)) {
+  if (!HasCentralDatabase(session)) {
     WriteLog(session, LogLine(session,
                               "Transfer Setting Code - no data source AMLA on this PC, the "
                               "e-invoicing codes stay as they are"));

@@ -41,6 +41,8 @@ class MainFrm : public SessionScreen {
     return panels_.at(static_cast<std::size_t>(number - 1));
   }
   void SetPanel(int number, std::string text);
+  // Called behind each sign-in, with the person and the home company in the session.
+  std::function<void()> onSignedIn;
 
   // The steps of the start-up that belong to the window: menus hidden, language, status line,
   // slogan.

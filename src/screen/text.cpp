@@ -10,22 +10,28 @@ char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
+// The place behind the character that begins at `at`.
+std::size_t EndOfCharacter(std::string_view utf8, std::size_t at) {
+  const auto byte = static_cast<unsigned char>(utf8[at]);
+  std::size_t rest = byte >= 0xF0U ? 3 : byte >= 0xE0U ? 2 : byte >= 0xC0U ? 1 : 0;
+  for (++at; rest > 0 && at < utf8.size(); --rest, ++at) {
+    if ((static_cast<unsigned char>(utf8[at]) & 0xC0U) != 0x80U) break;
+  }
+  return at;
+}
+
 }  // namespace
 
 std::size_t CharacterCount(std::string_view utf8) {
   std::size_t count = 0;
-  std::size_t rest = 0;  // continuation bytes that still belong to the last character
-  for (const char c : utf8) {
-    const auto byte = static_cast<unsigned char>(c);
-    const bool continuation = (byte & 0xC0U) == 0x80U;
-    if (continuation && rest > 0) {
-      --rest;
-      continue;
-    }
-    ++count;
-    rest = byte >= 0xF0U ? 3 : byte >= 0xE0U ? 2 : byte >= 0xC0U ? 1 : 0;
-  }
+  for (std::size_t at = 0; at < utf8.size(); at = EndOfCharacter(utf8, at)) ++count;
   return count;
+}
+
+std::string_view FirstCharacters(std::string_view utf8, std::size_t count) {
+  std::size_t at = 0;
+  for (; count > 0 && at < utf8.size(); --count) at = EndOfCharacter(utf8, at);
+  return utf8.substr(0, at);
 }
 
 bool SameName(std::string_view a, std::string_view b) {

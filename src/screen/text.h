@@ -9,6 +9,8 @@ namespace kaunter {
 
 // Characters (not bytes) of a UTF-8 text; a stray byte counts as one.
 std::size_t CharacterCount(std::string_view utf8);
+// No more than the first `count` characters; never a part of one.
+std::string_view FirstCharacters(std::string_view utf8, std::size_t count);
 
 // Equal without regard to ASCII case: names of controls and screens, entries of a list.
 bool SameName(std::string_view a, std::string_view b);

@@ -1,0 +1,20 @@
+// The central database, a server of its own outside the office: the AML watch list, statements for
+// exports, e-invoicing settings and codes. It is opened when needed and closed afterwards.
+//
+// Server, account and password stand in the settings of the PC, as the data source "AMLA".
+#pragma once
+
+#include <memory>
+
+#include "platform/sql/connection.h"
+
+namespace kaunter {
+
+class Session;
+
+// This PC names a central database.
+bool HasCentralDatabase(const Session& session);
+// Throws SqlError when it is away.
+std::unique_ptr<Connection> OpenCentralDatabase(const Session& session);
+
+}  // namespace kaunter
