@@ -144,6 +144,7 @@ void MainFrm::SignIn() {
   ApplyMenus();
   ShowStatus();
   if (session().CurrentUserID.empty()) return;
+  if (onSignedIn) onSignedIn();
   RefreshMainLists();
   const MenuEntry* follow_up = menu_.Find("FolloUpMnu");
   if (session().FollowUpFlag && follow_up != nullptr && follow_up->visible && follow_up->enabled) {
