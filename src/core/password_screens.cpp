@@ -58,8 +58,9 @@ void ChangePasswordfrm::Save() {
   }
 }
 
-frmUserSignIn::frmUserSignIn(Session& session, Desk& desk)
-    : SessionScreen("frmUserSignIn", {"Manager Sign In", "经理进入"}, session, desk) {
+frmUserSignIn::frmUserSignIn(Session& session, Desk& desk, std::string comp_code)
+    : SessionScreen("frmUserSignIn", {"Manager Sign In", "经理进入"}, session, desk),
+      comp_code_(std::move(comp_code)) {
   UserID.max_length = kLongestUserID;
   UserID.onLeave = [this] { UserID.SetText(Upper(Trim(UserID.text()))); };
   OKCmd.onClick = [this] { Approve(); };
@@ -68,7 +69,7 @@ frmUserSignIn::frmUserSignIn(Session& session, Desk& desk)
 
 void frmUserSignIn::Load() {
   session().OverrideOK = false;
-  Company.SetText(session().CurrentCompCode);
+  Company.SetText(comp_code_.empty() ? session().CurrentCompCode : comp_code_);
 }
 
 void frmUserSignIn::Approve() {
@@ -94,9 +95,9 @@ AccessPasswordFrm::AccessPasswordFrm(Session& session, Desk& desk)
   CancelCmd.onClick = [this] { Close(); };
 }
 
-bool ManagerOverride(Session& session, Desk& desk) {
+bool ManagerOverride(Session& session, Desk& desk, std::string_view comp_code) {
   session.OverrideOK = false;
-  frmUserSignIn dialog(session, desk);
+  frmUserSignIn dialog(session, desk, std::string(comp_code));
   desk.ShowModal(dialog);
   return session.OverrideOK;
 }

@@ -2,6 +2,9 @@
 // again before something dangerous.
 #pragma once
 
+#include <string>
+#include <string_view>
+
 #include "core/session_screen.h"
 
 namespace kaunter {
@@ -28,7 +31,8 @@ class ChangePasswordfrm : public SessionScreen {
 // A manager approves one action for a clerk. The approver is not recorded.
 class frmUserSignIn : public SessionScreen {
  public:
-  frmUserSignIn(Session& session, Desk& desk);
+  // Shows the company it is called for; the one in work when that is "".
+  frmUserSignIn(Session& session, Desk& desk, std::string comp_code = {});
 
   Label Company{*this, "Company"};
   TextBox UserID{*this, "UserID", {"User ID", "用户编号"}};
@@ -40,6 +44,8 @@ class frmUserSignIn : public SessionScreen {
 
  private:
   void Approve();
+
+  std::string comp_code_;
 };
 
 // The signed-in user types the own password again.
@@ -57,8 +63,8 @@ class AccessPasswordFrm : public SessionScreen {
   bool passed_ = false;
 };
 
-// Shows frmUserSignIn; true when a manager has approved.
-bool ManagerOverride(Session& session, Desk& desk);
+// Shows frmUserSignIn; true when a manager has approved. `comp_code` is only shown.
+bool ManagerOverride(Session& session, Desk& desk, std::string_view comp_code = {});
 // Shows AccessPasswordFrm; true when the own password was typed.
 bool ConfirmOwnPassword(Session& session, Desk& desk);
 

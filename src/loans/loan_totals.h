@@ -23,6 +23,7 @@ struct LoanFigures {
   Money PayOutAmt;  // in no total; what the audit shows as the old value
   Money SalesmanComm;
   std::string SalesmanID;
+  bool operator==(const LoanFigures&) const = default;
 };
 
 // From the current row of a query of LoanMast that holds these columns.

@@ -306,7 +306,8 @@ class NewLoanFrm : public SessionScreen {
   void SetTermsOpen(bool open);
   void ShowMode();
   void ShowGlance();
-  void ShowAml();  // the AML page, by the office's switch and that of the loan's company
+  void ReportSuspicion();  // SSCommand5
+  void ShowAml();          // the AML page, by the office's switch and that of the loan's company
   void ShowNeighbour(bool next);
   bool IsInquiry() const;
   LoanTerms Terms() const;
@@ -369,14 +370,45 @@ class NewLoanFrm : public SessionScreen {
   void ShowPhotos();
   void TakeApplication();
 
-  // --- the save (new_loan_checks.cpp, new_loan_save.cpp)
+  // --- the checks of a save (new_loan_checks.cpp); each tells its own refusal
+  bool CheckAll();  // all of them in their order
+  // Marks the control and leaves the focus where it is.
+  bool RefuseInPlace(Control& control, const Caption& text);
+  bool MayAmend();
+  bool CheckRequired();
+  bool CheckFirstInstalment();
+  bool CheckCollateral();
+  bool CheckLateCharge();
+  bool CheckGuarantorIncome();
+  bool CheckScheme();
+  bool CheckAlternateCode();
+  bool CheckFigures();
+  bool CheckOpenTerms();
+  bool CheckLowestRate();
+  bool CheckInstalmentTotal();
+  bool CheckLinkAccounts();
+  bool CheckCredit();
+  bool CheckEditedSchedule();
+  bool CheckTotalRate();
+  bool CheckAmlThreshold();
+
+  // --- the save (new_loan_save.cpp)
   void SaveLoan();
-  bool CheckAll();  // the checks in their order; each tells its own refusal
   bool WriteLoanRecord();
+  void StoreLoan(bool is_new);  // the statements of the transaction
+  // Throws when another desktop has changed the figures that the totals hold since the loan was
+  // loaded: the save would put its old balance and drawdowns back.
+  void RefuseStaleFigures();
+  void TakeSaved(bool is_new);  // the loan stands: the screen edits it from here on
+  void KeepGuarantorPhotos();
+  LoanFigures Figures() const;  // of the boxes
   void LinkLoanDocuments();
-  void WriteSchedule();
+  void WriteSchedule(bool is_new);
+  void ReloadAfterSave(const std::string& mode);
   void CloseOrOpen(bool close);
   void Delete();
+  // The failure of a close, open or delete: log line and message. Its transaction is rolled back.
+  void TellRolledBack(const std::exception& failure, const Caption& text);
 
   Record record_;
   std::string LoanMode;
