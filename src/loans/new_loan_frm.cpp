@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "compliance/aml.h"
 #include "core/company_access.h"
 #include "core/picker.h"
 #include "core/values.h"
@@ -214,6 +215,12 @@ void NewLoanFrm::BindEvents() {
   CmdNext.onClick = [this] { ShowNeighbour(true); };
   CmdNew.onClick = [this] { StartNew(); };
   CmdClear.onClick = [this] { StartAgain(); };
+  AMLACode.onLeave = [this] {
+    if (!session().settings.LockAMLAReasonCode || AMLACode.empty() || AMLACode.index() >= 0) return;
+    AMLACode.Clear();
+    Refuse(AMLACode, {"Choose the Loan Purpose from the list", "请从表中选择贷款用途"});
+  };
+  SSCommand5.onClick = [this] { ReportSuspicion(); };
   SSCommand6.onClick = [this] {
     ReportJob job;
     job.ReportFileName = session().AppPath + "/CDD.rpt";
@@ -267,6 +274,7 @@ void NewLoanFrm::FillLists() {
   };
   for (const auto& list : lists) FillItems(*list.box, main(), list.sql);
   guarantors[1].GuarantorRace.SetItems(guarantors[0].GuarantorRace.items());
+  if (session().settings.AMLA) FillReasonCodes(AMLACode, main(), "LoanMast", "LOAN", true);
 }
 
 void NewLoanFrm::ApplySettings() {
@@ -471,7 +479,23 @@ void NewLoanFrm::ShowGlance() {
                                 glance.open)}));
 }
 
-void NewLoanFrm::ShowAml() { AmlPage.SetVisible(false); }
+void NewLoanFrm::ReportSuspicion() {
+  if (loaded_id_.empty() || !Confirm({"Confirm to report AML/CFT STR to Bank Negara ?",
+                                      "确定向国家银行呈报可疑交易？"})) {
+    return;
+  }
+  session().HandOverCustID = CustID.text();
+  session().HandOverLoanID = loaded_id_;
+  desk().Show("AMLAFrm");
+  session().HandOverCustID.clear();
+  session().HandOverLoanID.clear();
+}
+
+void NewLoanFrm::ShowAml() {
+  const bool on = session().settings.AMLA && LoadAMLSettings(session(), CompCode.text());
+  AmlPage.SetVisible(on);
+  SSCommand5.SetEnabled(!session().aml.DisableSTR);
+}
 
 LoanTerms NewLoanFrm::Terms() const {
   LoanTerms terms;
