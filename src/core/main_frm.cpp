@@ -303,36 +303,32 @@ void MainFrm::OpenListedLoan(const std::string& loan_id) {
 void MainFrm::RefreshMainLists() {
   const std::string company = And(CompanyCondition(session(), "l.CompCode"));
   const std::string today = SqlDate(ServerNow(session().Main(), false));
-  std::vector<std::vector<std::string>> rows;
-  Recordset due = session().Main().Query(fmt::format(
-      "SELECT a.LoanID,a.nextduedate,a.custname,a.custhp1,sum(a.TotDue) as TotDue,a.LoanGroupID "
-      "FROM ("
-      "SELECT l.LoanID,l.NextDueDate,c.CustName,c.CustHP1,0 as TotDue,l.LoanGroupID FROM LoanMast "
-      "as l "
-      "INNER JOIN CustMast as c on l.CustID=c.CustID {2} AND l.NextDueDate<={1} AND l.LoanBal > 0 "
-      "union select l.loanid,l.NextDueDate,c.CustName,c.CustHP1,sum(payableamt-payment) as "
-      "[TotDue],l.LoanGroupID from schmast as s inner join Loanmast as l on s.loanid=l.loanid "
-      "inner join "
-      "custmast as c on l.custid=c.custid where s.DueDate<={1} and s.payableamt-s.payment > 0{0} "
-      "group by "
-      "l.Loanid,l.NextDueDate,c.CustName,c.CustHP1,l.LoanGroupID) as a group by "
-      "a.LoanID,a.nextduedate,a.custname,a.custhp1,a.LoanGroupID",
-      company, today, CompanyFilter(session(), "l.CompCode")));
-  for (; !due.Eof(); due.MoveNext()) {
-    rows.push_back({NullToEmpty(due.Field(0)), ShowDate(due.Field(1)), NullToEmpty(due.Field(2)),
-                    NullToEmpty(due.Field(3)), ShowMoney(due.Field(4)), NullToEmpty(due.Field(5))});
-  }
-  LS1.SetRows(std::move(rows));
-  rows.clear();
-  Recordset stamps = session().Main().Query(fmt::format(
-      "SELECT l.LoanID,l.TrxDate,c.CustName,LoanGroupID FROM LoanMast as l INNER JOIN CustMast "
-      "as c on l.CustID=c.CustID {} AND l.AgreementNo='' order by l.TrxDate",
-      CompanyFilter(session(), "l.CompCode")));
-  for (; !stamps.Eof(); stamps.MoveNext()) {
-    rows.push_back({NullToEmpty(stamps.Field(0)), ShowDate(stamps.Field(1)),
-                    NullToEmpty(stamps.Field(2)), NullToEmpty(stamps.Field(3))});
-  }
-  LS2.SetRows(std::move(rows));
+  FillGrid(
+      LS1,
+      session().Main().Query(fmt::format(
+          "SELECT a.LoanID,a.nextduedate,a.custname,a.custhp1,sum(a.TotDue) as "
+          "TotDue,a.LoanGroupID "
+          "FROM ("
+          "SELECT l.LoanID,l.NextDueDate,c.CustName,c.CustHP1,0 as TotDue,l.LoanGroupID FROM "
+          "LoanMast "
+          "as l "
+          "INNER JOIN CustMast as c on l.CustID=c.CustID {2} AND l.NextDueDate<={1} AND l.LoanBal "
+          "> 0 "
+          "union select l.loanid,l.NextDueDate,c.CustName,c.CustHP1,sum(payableamt-payment) as "
+          "[TotDue],l.LoanGroupID from schmast as s inner join Loanmast as l on s.loanid=l.loanid "
+          "inner join "
+          "custmast as c on l.custid=c.custid where s.DueDate<={1} and s.payableamt-s.payment > "
+          "0{0} "
+          "group by "
+          "l.Loanid,l.NextDueDate,c.CustName,c.CustHP1,l.LoanGroupID) as a group by "
+          "a.LoanID,a.nextduedate,a.custname,a.custhp1,a.LoanGroupID",
+          company, today, CompanyFilter(session(), "l.CompCode"))));
+  FillGrid(
+      LS2,
+      session().Main().Query(fmt::format(
+          "SELECT l.LoanID,l.TrxDate,c.CustName,LoanGroupID FROM LoanMast as l INNER JOIN CustMast "
+          "as c on l.CustID=c.CustID {} AND l.AgreementNo='' order by l.TrxDate",
+          CompanyFilter(session(), "l.CompCode"))));
 }
 
 }  // namespace kaunter

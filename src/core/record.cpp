@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <unordered_map>
 
 #include "core/values.h"
 #include "screen/screen.h"
@@ -56,6 +57,17 @@ std::string Shown(const Value& value, As as) {
       return NullToEmpty(value);
   }
   return {};
+}
+
+void Show(Control& control, const Value& value, As as) {
+  const std::string text = Shown(value, as);
+  if (as != As::index) {
+    SetText(control, text);
+    return;
+  }
+  auto& list = static_cast<ComboBox&>(control);
+  const int index = IsNumeric(text) ? CInt(text) : -1;
+  list.SetIndex(index < static_cast<int>(list.items().size()) ? index : -1);
 }
 
 std::string Converted(const Control& control, As as) {
@@ -190,20 +202,14 @@ void Record::TakeWidths(Connection& connection) {
 }
 
 void Record::Load(const Recordset& row) {
+  std::unordered_map<std::string, std::size_t> places;
+  for (std::size_t i = 0; i < row.columns().size(); ++i) {
+    places.emplace(Lower(row.columns()[i].name), i);
+  }
   for (Field& field : fields_) {
     if (field.control == nullptr) continue;
-    for (const Column& column : row.columns()) {
-      if (!SameText(column.name, field.column)) continue;
-      const std::string text = Shown(row.Field(column.name), field.as);
-      if (field.as == As::index) {
-        auto& list = *static_cast<ComboBox*>(field.control);
-        const int index = IsNumeric(text) ? CInt(text) : -1;
-        list.SetIndex(index < static_cast<int>(list.items().size()) ? index : -1);
-      } else {
-        SetText(*field.control, text);
-      }
-      break;
-    }
+    const auto place = places.find(Lower(field.column));
+    if (place != places.end()) Show(*field.control, row.Field(place->second), field.as);
   }
   Remember();
 }

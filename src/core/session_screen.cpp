@@ -71,6 +71,33 @@ void FillItems(ComboBox& box, Connection& connection, const std::string& sql) {
   box.SetItems(std::move(items));
 }
 
+std::vector<std::string> ShownRow(const Grid& grid, const Recordset& row) {
+  const std::size_t count = std::min(grid.columns().size(), row.columns().size());
+  std::vector<std::string> cells;
+  cells.reserve(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    const Value& value = row.Field(i);
+    switch (grid.columns()[i].kind) {
+      case Kind::money:
+        cells.push_back(ShowMoney(value));
+        break;
+      case Kind::date:
+        cells.push_back(ShowDate(value));
+        break;
+      default:
+        cells.push_back(NullToEmpty(value));
+        break;
+    }
+  }
+  return cells;
+}
+
+void FillGrid(Grid& grid, Recordset rows) {
+  std::vector<std::vector<std::string>> shown;
+  for (; !rows.Eof(); rows.MoveNext()) shown.push_back(ShownRow(grid, rows));
+  grid.SetRows(std::move(shown));
+}
+
 void FillCompanies(ComboBox& box, Session& session) {
   std::vector<std::string> items;
   for (Recordset rows = session.Main().Query("SELECT CompCode FROM CompMast ORDER BY CompCode");

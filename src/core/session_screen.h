@@ -40,6 +40,11 @@ void TellFailure(Session& session, Screen& screen, const std::exception& failure
 
 // Items of a list from the first column of a query.
 void FillItems(ComboBox& box, Connection& connection, const std::string& sql);
+// The rows of a query, a field a column in its order, money and dates as the grid's columns show
+// them. Fields past the last column are left out; one redraw.
+void FillGrid(Grid& grid, Recordset rows);
+// One such row, for a grid that is put together from several queries.
+std::vector<std::string> ShownRow(const Grid& grid, const Recordset& row);
 // The companies that the signed-in user may use.
 void FillCompanies(ComboBox& box, Session& session);
 

@@ -40,16 +40,8 @@ void SetupFrm::Load() {
 void SetupFrm::List() {
   std::string columns = table_->code + "," + table_->description;
   for (const std::string& column : table_->more) columns += "," + column;
-  std::vector<std::vector<std::string>> rows;
-  for (Recordset all = main().Query(
-           fmt::format("SELECT {} FROM {} ORDER BY {}", columns, table_->table, table_->code));
-       !all.Eof(); all.MoveNext()) {
-    std::vector<std::string> cells;
-    for (std::size_t i = 0; i < all.columns().size(); ++i)
-      cells.push_back(NullToEmpty(all.Field(i)));
-    rows.push_back(std::move(cells));
-  }
-  DG.SetRows(std::move(rows));
+  FillGrid(DG, main().Query(fmt::format("SELECT {} FROM {} ORDER BY {}", columns, table_->table,
+                                        table_->code)));
 }
 
 void SetupFrm::Edit(int row) {

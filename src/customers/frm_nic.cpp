@@ -68,17 +68,15 @@ std::string frmNIC::NameOf(const std::string& quoted_ic) {
 
 void frmNIC::AddRows(const std::string& condition, const std::string& relation) {
   Recordset rows = main().Query(fmt::format(
-      "SELECT "
-      "c.CustName,l.CompCode,l.LoanID,l.OldLoanCode,l.TrxDate,l.NextDueDate,l.LoanAmt,l.LoanBal,"
+      "SELECT {} as "
+      "[Relation],c.CustName,l.CompCode,l.LoanID,l.OldLoanCode,l.TrxDate,l.NextDueDate,l.LoanAmt,l."
+      "LoanBal,"
       "l.LoanGroupID FROM LoanMast as l INNER JOIN CustMast as c ON l.CustID=c.CustID WHERE "
       "l.CompCode={} AND "
       "{}",
-      QuoteStr(session().CurrentCompCode), condition));
+      QuoteStr(relation), QuoteStr(session().CurrentCompCode), condition));
   for (; !rows.Eof(); rows.MoveNext()) {
-    DG.AddRow({relation, NullToEmpty(rows.Field(0)), NullToEmpty(rows.Field(1)),
-               NullToEmpty(rows.Field(2)), NullToEmpty(rows.Field(3)), ShowDate(rows.Field(4)),
-               ShowDate(rows.Field(5)), ShowMoney(rows.Field(6)), ShowMoney(rows.Field(7)),
-               NullToEmpty(rows.Field(8))});
+    DG.AddRow(ShownRow(DG, rows));
   }
 }
 

@@ -53,7 +53,7 @@ void NewCustFrm::ShowGlance() {
   const std::string ic = !CustNIC.empty()   ? CustNIC.text()
                          : !CustOIC.empty() ? CustOIC.text()
                                             : CustOthIC.text();
-  GlanceLBL.SetText(fmt::format("{}   {}   {}   {} {}   {} {}", CustName.text(), ic,
+  GlanceLBL.SetText(fmt::format("{}\n{}   {}   {} {}   {} {}", CustName.text(), ic,
                                 CustStatus.text(), session().In({"Loans", "贷款"}),
                                 LoanDG.RowCount(), session().In({"Balance", "结余"}),
                                 SumLoanBal.text()));
@@ -176,7 +176,6 @@ void NewCustFrm::OpenDocument() {
 }
 
 void NewCustFrm::LoadCheckList(const std::string& id) {
-  CheckListDG.Clear();
   Recordset rows;
   if (!id.empty()) {
     rows =
@@ -191,10 +190,7 @@ void NewCustFrm::LoadCheckList(const std::string& id) {
         "WHERE "
         "CheckListType = 'CL' ORDER BY CheckListSeq");
   }
-  for (; !rows.Eof(); rows.MoveNext()) {
-    CheckListDG.AddRow({NullToEmpty(rows.Field(0)), NullToEmpty(rows.Field(1)),
-                        NullToEmpty(rows.Field(2)), NullToEmpty(rows.Field(3))});
-  }
+  FillGrid(CheckListDG, std::move(rows));
 }
 
 void NewCustFrm::LoadLoans(const std::string& id) {
