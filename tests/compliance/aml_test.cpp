@@ -1,0 +1,207 @@
+// Screening against a real second database, and what a save decides about the cash threshold.
+#include "compliance/aml.h"
+
+#include <gtest/gtest.h>
+
+#include "core/schema_text.h"
+#include "screen/control.h"
+#include "screen/screen.h"
+#include "tests/core/office.h"
+
+namespace kaunter {
+namespace {
+
+class Aml : public ::testing::Test {
+ protected:
+  Aml() : office(Office::State::patched) {
+    office.session.settings.AMLA = true;
+    office.Run(
+        "UPDATE CompMast SET AMLA='1',AMLACheckIC='1',AMLALoan=50000,AMLAPayment=25000.5,"
+        "AMLAWarning='0',DisableSTR='1' WHERE CompCode='HQ'");
+    office.session.status = [this](std::string_view text) { status = text; };
+  }
+
+  // The central database, with one person under a new IC and one under a passport.
+  void MakeCentral() {
+    const std::string file = office.folder.File("central.db");
+    auto central = OpenSqlite("AMLA", file, true, office.session.clock);
+    RunScript(*central, SchemaText("central"));
+    central->Execute(
+        "INSERT INTO AMLAMast (RefNo,Name,NRIC,PassportNo,OtherInformation) VALUES "
+        "('UN-7','ALI ''THE'' HAND','700101-10-1111','','Order of 2014');"
+        "INSERT INTO AMLAMast (RefNo,Name,NRIC,PassportNo) VALUES ('UN-8','IVAN','','A1234567')");
+    Central(file);
+  }
+  void Central(const std::string& file) {
+    office.session.data_sources.Add("AMLA", {DataSource::Kind::kEmbedded, file});
+  }
+  Screening Screen(const char* ic, const char* passport1 = "", const char* passport2 = "") {
+    return ScreenIdentity(office.session, office.desk, ic, passport1, passport2);
+  }
+
+  Office office;
+  std::string status;
+};
+
+TEST_F(Aml, TheRulesOfACompanyAreReadAndAnUnknownOneLeavesThem) {
+  EXPECT_TRUE(LoadAMLSettings(office.session, "HQ"));
+  EXPECT_TRUE(office.session.aml.AMLACheckIC && office.session.aml.DisableSTR);
+  EXPECT_FALSE(office.session.aml.AMLAWarning);
+  EXPECT_EQ(office.session.aml.AMLAPayment, Money::FromText("25000.50"));
+  EXPECT_FALSE(LoadAMLSettings(office.session, "GONE"));
+  EXPECT_TRUE(office.session.aml.AMLA);
+  office.Run(
+      "INSERT INTO CompMast (CompCode,AMLA,AMLALoan) VALUES ('AB','0',NULL);"
+      "UPDATE CompMast SET AMLALoan=NULL WHERE CompCode='AB'");
+  EXPECT_FALSE(LoadAMLSettings(office.session, "AB"));
+  EXPECT_FALSE(office.session.aml.AMLA);
+  EXPECT_EQ(office.session.aml.AMLALoan, Money());
+}
+
+// Its columns were never made.
+TEST_F(Aml, AnOfficeThatNeverHadTheFeatureIsNotAsked) {
+  Office bare(Office::State::base);
+  EXPECT_FALSE(LoadAMLSettings(bare.session, "HQ"));
+}
+
+TEST_F(Aml, OneNumberIsLookedUpTheFirstThatIsNotEmpty) {
+  MakeCentral();
+  LoadAMLSettings(office.session, "HQ");
+  EXPECT_EQ(Screen("700101-10-1111"), Screening::hit);
+  ASSERT_EQ(office.desk.messages.size(), 1u);
+  EXPECT_EQ(office.desk.messages[0],
+            "AML/CFT Screening: AML/CFT detected on IC: 700101-10-1111\n\nRef. No.: UN-7\n\n"
+            "Name: ALI 'THE' HAND\n\nOrder of 2014");
+  EXPECT_EQ(Screen("", "A1234567"), Screening::hit);
+  EXPECT_NE(office.desk.messages[1].find("AML/CFT detected on Passport No: A1234567\n\nRef. No.: "
+                                         "UN-8"),
+            std::string::npos);
+  EXPECT_EQ(Screen("", "", "A1234567"), Screening::hit);
+  EXPECT_EQ(Screen("800131-10-5555", "A1234567"), Screening::clear);  // hidden by the IC
+  EXPECT_EQ(Screen("", "B1", "A1234567"), Screening::clear);
+  EXPECT_EQ(Screen("A1234567"), Screening::clear);  // a passport is no IC
+  EXPECT_EQ(Screen("' OR 1=1 --"), Screening::clear);
+  EXPECT_EQ(office.desk.messages.size(), 3u);
+}
+
+TEST_F(Aml, NothingIsOpenedWhereNothingIsToBeScreened) {
+  Central(office.folder.File("missing.db"));  // would be told as away
+  LoadAMLSettings(office.session, "HQ");
+  EXPECT_EQ(Screen("", "", ""), Screening::clear);
+  for (bool AMLSettings::*off : {&AMLSettings::AMLA, &AMLSettings::AMLACheckIC}) {
+    LoadAMLSettings(office.session, "HQ");
+    office.session.aml.*off = false;
+    EXPECT_EQ(Screen("700101-10-1111"), Screening::clear);
+  }
+  EXPECT_TRUE(office.Log().empty());
+}
+
+TEST_F(Aml, AServerThatIsAwayIsNotedAndDoesNotStopTheCounter) {
+  LoadAMLSettings(office.session, "HQ");
+  EXPECT_EQ(Screen("700101-10-1111"), Screening::away);  // this PC names no central database
+  Central(office.folder.File("missing.db"));
+  EXPECT_EQ(Screen("700101-10-1111"), Screening::away);
+  { auto empty = OpenSqlite("AMLA", office.folder.File("empty.db"), true, office.session.clock); }
+  Central(office.folder.File("empty.db"));
+  EXPECT_EQ(Screen("700101-10-1111"), Screening::away);  // it answers, without a list
+  ASSERT_EQ(office.Log().size(), 3u);
+  for (const std::string& line : office.Log()) {
+    EXPECT_NE(line.find("AML/CFT screening of 700101-10-1111 not done: "), std::string::npos);
+  }
+  EXPECT_EQ(status, "AML/CFT screening not done: the central database is away");
+  EXPECT_TRUE(office.desk.messages.empty());
+  // No log folder and no main window either.
+  std::filesystem::remove_all(office.folder.File("logs"));
+  office.session.status = nullptr;
+  EXPECT_EQ(Screen("700101-10-1111"), Screening::away);
+}
+
+TEST(AmlText, NamesStandAsTheListPrintsThem) {
+  const std::pair<const char*, const char*> kCases[] = {{"", ""},
+                                                        {"   ", ""},
+                                                        {" ALI  BIN     ABU ", "ALI BIN ABU"},
+                                                        {"陈  亚九", "陈 亚九"},
+                                                        {"A B", "A B"}};
+  for (const auto& [text, tidy] : kCases) EXPECT_EQ(TidyText(text), tidy) << text;
+}
+
+TEST_F(Aml, ReasonsTypedOnceAreOfferedWithThoseSetUp) {
+  office.Run(
+      "INSERT INTO AMLADesc (SID,AMLADesc) VALUES ('LOAN','House'),('LOAN','Car'),"
+      "('PAYMENT','Salary');"
+      "INSERT INTO LoanMast (LoanID,AMLACode) VALUES ('L1','Car'),('L2','Boat'),('L3','Boat'),"
+      "('L4','')");
+  class Host : public kaunter::Screen {
+   public:
+    explicit Host(Desk& desk) : kaunter::Screen("Host", {}, desk) {}
+    ComboBox AMLACode{*this, "AMLACode", {}, {}, true};
+  } host(office.desk);
+  host.AMLACode.SetText("Shop");
+  const auto fill = [&](const char* table, const char* sid, bool blank) {
+    FillReasonCodes(host.AMLACode, office.session.Main(), table, sid, blank);
+    auto items = host.AMLACode.items();
+    std::sort(items.begin() + (blank ? 1 : 0), items.end());
+    return items;
+  };
+  EXPECT_EQ(fill("LoanMast", "LOAN", true), (std::vector<std::string>{"", "Boat", "Car", "House"}));
+  EXPECT_EQ(fill("PaymentMast", "PAYMENT", false), std::vector<std::string>{"Salary"});
+  EXPECT_EQ(host.AMLACode.text(), "Shop");
+}
+
+TEST(AmlThreshold, WhatASaveHasToDo) {
+  using Act = ThresholdDecision::Act;
+  const struct {
+    bool company;
+    bool warning;
+    const char* threshold;
+    const char* amount;
+    const char* reason;
+    const char* default_reason;
+    Act act;
+  } kCases[] = {
+      {true, true, "50000", "50000", "", "", Act::nothing},  // exactly the threshold
+      {true, false, "50000", "50000", "", "", Act::nothing},
+      {true, true, "50000", "50000.01", "", "", Act::warn},
+      {true, true, "50000", "50000.01", "House", "House", Act::warn},  // whatever the reason
+      {true, false, "50000", "50000.01", "", "", Act::demand_reason},
+      {true, false, "50000", "50000.01", "House", "", Act::nothing},
+      {true, false, "50000", "50000.01", "House", "Car", Act::nothing},  // never overwritten
+      {true, false, "50000", "50000.01", "", "Car", Act::take_default},
+      {true, true, "0", "0.01", "", "", Act::warn},  // no threshold: every amount
+      {true, true, "0", "0", "", "", Act::nothing},
+      {false, true, "50000", "90000", "", "", Act::nothing},
+      {false, false, "50000", "90000", "", "", Act::nothing},
+  };
+  for (const auto& c : kCases) {
+    AMLSettings aml;
+    aml.AMLA = c.company;
+    aml.AMLAWarning = c.warning;
+    aml.AMLALoan = Money::FromText(c.threshold);
+    const auto decision = JudgeLoan(aml, Money::FromText(c.amount), c.reason, c.default_reason);
+    EXPECT_EQ(decision.act, c.act) << c.amount << c.reason << c.default_reason;
+    const bool told = c.act == Act::warn || c.act == Act::demand_reason;
+    EXPECT_EQ(decision.text.empty(), !told);
+  }
+}
+
+TEST(AmlThreshold, TheAlertNamesAmountAndThreshold) {
+  AMLSettings aml;
+  aml.AMLA = aml.AMLAWarning = true;
+  aml.AMLALoan = Money::FromText("50000");
+  aml.AMLAPayment = Money::FromText("25000");
+  const Money amount = Money::FromText("1234567.5");
+  EXPECT_EQ(JudgeLoan(aml, amount, "", "").text,
+            "AML/CFT Alert!\nLoan Amount RM1,234,567.50 more than BNM Cash Threshold Amount "
+            "RM50,000.00\nPlease fill CDD Manually");
+  EXPECT_EQ(JudgePayment(aml, amount, "").text,
+            "AML/CFT Alert!\nPayment Amount RM1,234,567.50 more than BNM Cash Threshold Amount "
+            "RM25,000.00\nPlease fill CDD Form Manually");
+  aml.AMLAWarning = false;
+  EXPECT_TRUE(
+      JudgeLoan(aml, amount, "", "").text.ends_with("\nPlease fill in the the Loan Purpose"));
+  EXPECT_TRUE(JudgePayment(aml, amount, "")
+                  .text.ends_with("\nPlease fill in the Source of Fund Explaination"));
+}
+
+}  // namespace
+}  // namespace kaunter
