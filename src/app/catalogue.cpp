@@ -10,6 +10,7 @@
 #include "customers/frm_nic.h"
 #include "customers/new_cust_frm.h"
 #include "loans/loan_calc_frm.h"
+#include "loans/new_loan_frm.h"
 #include "screen/screen.h"
 
 namespace kaunter {
@@ -33,6 +34,7 @@ constexpr Entry kScreens[] = {
     {"PopupFrm", Make<PopupFrm>},
     {"SetupFrm", Make<SetupFrm>},
     {"NewCustFrm", Make<NewCustFrm>},
+    {"NewLoanFrm", Make<NewLoanFrm>},
     {"UserFrm", Make<UserFrm>},
     {"frmNIC", Make<frmNIC>},
 };
