@@ -230,6 +230,7 @@ class NewCustFrm : public SessionScreen {
   bool CheckIdealBoxes();
   void Write();
   void WriteLists(const std::string& id);
+  void SendToAccounts(const std::string& id);
   void DeleteAfterPassword();
   void Delete();
 
@@ -239,6 +240,13 @@ class NewCustFrm : public SessionScreen {
   void LeaveDate(TextBox& box);
   void LeaveMoney(TextBox& box);
   void LeaveArea();
+
+  // new_cust_screening.cpp: the watch list
+  void FollowCompany();
+  void TidyBox(TextBox& box);
+  void ScreenOnLeave(const std::string& ic, const std::string& passport);
+  void ScreenSaved();
+  void ShowListed();
 
   // new_cust_lists.cpp: referrers, documents, check list, loans, photos, import
   void LoadLists(const std::string& id);
