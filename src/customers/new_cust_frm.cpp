@@ -99,14 +99,19 @@ void NewCustFrm::BindEvents() {
       CompCode.Clear();
       FocusOn(CompCode);
     }
+    FollowCompany();
   };
   AreaCode.onPick = [this] { LeaveArea(); };
   CustNIC.mask = CustSpouseNIC.mask = RefererNIC.mask = kNewIcMask;
   CustNIC.onLeave = [this] {
     LeaveNewIc(CustNIC, DOB);
     CheckDuplicate(CustNIC, "CustNIC", {"New IC", "新身份证"});
+    if (!CustNIC.marked()) ScreenOnLeave(CustNIC.text(), {});
   };
-  CustOIC.onLeave = [this] { CheckDuplicate(CustOIC, "CustOIC", {"Old IC", "旧身份证"}); };
+  CustOIC.onLeave = [this] {
+    CheckDuplicate(CustOIC, "CustOIC", {"Old IC", "旧身份证"});
+    ScreenOnLeave({}, CustOIC.text());
+  };
   CustOthIC.onLeave = [this] { CheckDuplicate(CustOthIC, "CustOthIC", {"Other IC", "其他证件"}); };
   CustSpouseNIC.onLeave = [this] { LeaveNewIc(CustSpouseNIC, CustSpouseDOB); };
   for (TextBox* box : {&TrxDate, &DOB, &CustSpouseDOB, &StartWorkDate, &EndWorkDate}) {
@@ -115,10 +120,17 @@ void NewCustFrm::BindEvents() {
   for (TextBox* box : {&CustCompIncome, &CustSpouseCompIncome, &CreditLimit, &RefererCompIncome}) {
     box->onLeave = [this, box] { LeaveMoney(*box); };
   }
-  for (TextBox* box : {&CustName, &CustNickName, &MotherName, &CustSpouseName, &RefererName,
-                       &CustAdd1, &CustAdd2, &CustAdd3, &CustCity, &CustComp}) {
+  for (TextBox* box : {&CustNickName, &MotherName, &CustSpouseName, &RefererName, &CustAdd2,
+                       &CustAdd3, &CustCity, &CustComp}) {
     box->onLeave = [this, box] { box->SetText(ApplyCapLock(session(), box->text())); };
   }
+  for (TextBox* box : {&CustName, &CustAdd1}) {
+    box->onLeave = [this, box] {
+      TidyBox(*box);
+      box->SetText(ApplyCapLock(session(), box->text()));
+    };
+  }
+  CustCompPos.onLeave = [this] { TidyBox(CustCompPos); };
   JobType.onPick = [this] {
     // The yearly return counts persons by their employer: a blank one takes the kind of job.
     if (AreaCode.text() == "PERSONAL" && Employer.empty()) Employer.SetText(JobType.text());
@@ -156,10 +168,6 @@ void NewCustFrm::BindEvents() {
   ECust.onClick = [this] { OpenFor("ECustMast", "E-Invoice"); };
   CmdDelete.onClick = [this] { DeleteAfterPassword(); };
   SaveCmd.onClick = [this] { Save(); };
-  SaveCmd.shortcut = "Ctrl+S";
-  CancelCmd.onClick = [this] {
-    if (RequestClose()) Close();
-  };
 }
 
 void NewCustFrm::Load() {
@@ -193,6 +201,7 @@ void NewCustFrm::ClearAll() {
   loaded_id_.clear();
   loaded_values_.clear();
   edit_approved_ = false;
+  CustStatus.SetEnabled(true);
   SearchText.Clear();
   LoadLists({});
 }
@@ -229,6 +238,7 @@ void NewCustFrm::LoadCustomer(const std::string& id) {
     loaded_values_.push_back(row.Field(column));
   }
   CustID.SetMark(false);
+  CustStatus.SetMark(CustStatus.text() == "AMLA");
   LoadLists(loaded_id_);
 }
 

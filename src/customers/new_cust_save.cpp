@@ -9,6 +9,7 @@
 #include "core/values.h"
 #include "customers/customer_store.h"
 #include "customers/new_cust_frm.h"
+#include "links/accounting_link.h"
 
 namespace kaunter {
 namespace {
@@ -38,6 +39,8 @@ void NewCustFrm::Save() {
   }
   if (!AddTypedReferrer() || !CheckBoxes() || !CheckNumbers() || !CheckIdealBoxes()) return;
   if (!Confirm({"Confirm to save ?", "确定储存？"})) return;
+  // A new customer has no number yet; Write sends it once it is stored.
+  if (!CustID.empty()) SendToAccounts(CustID.text());
   Write();
 }
 
@@ -130,11 +133,33 @@ void NewCustFrm::Write() {
   WriteAudit(session(), is_new ? "Create" : "Modify", "Customer", CompCode.text(), id,
              loaded_values_);
   WriteLog(session(), LogLine(session(), fmt::format(" - Customer ID {}", id)));
+  if (is_new) SendToAccounts(id);
   const bool approved = edit_approved_;
   LoadCustomer(id);
   edit_approved_ = approved;
+  ScreenSaved();
   Tell(MessageKind::information,
        {fmt::format("Customer ID {} saved", id), fmt::format("顾客编号 {} 已储存", id)});
+}
+
+// A failure is told and leaves the record as it is.
+void NewCustFrm::SendToAccounts(const std::string& id) {
+  const LinkedParty debtor = {.AccNo = id,
+                              .CompanyName = CustName.text(),
+                              .Desc2 = CustNickName.text(),
+                              .IC = CustNIC.text(),
+                              .Address1 = CustAdd1.text(),
+                              .Address2 = CustAdd2.text(),
+                              .Address3 = CustAdd3.text(),
+                              .Address4 = CustCity.text(),
+                              .Phone1 = CustTel1.text(),
+                              .Phone2 = CustHP1.text(),
+                              .Fax1 = CustFax.text(),
+                              .EmailAddress = email.text()};
+  if (LinkDebtor(session(), desk(), debtor)) return;
+  desk().Message(MessageKind::warning, "Alert !!",
+                 session().In({fmt::format("Debtor Code {} not linked", id),
+                               fmt::format("顾客编号 {} 没有连接到会计系统", id)}));
 }
 
 void NewCustFrm::WriteLists(const std::string& id) {
