@@ -9,7 +9,9 @@
 #include "core/connect_sequence.h"
 #include "core/new_office.h"
 #include "core/regional.h"
+#include "core/schema_text.h"
 #include "core/values.h"
+#include "platform/sql/transaction.h"
 #include "screen/desk.h"
 
 namespace kaunter {
@@ -84,6 +86,27 @@ void FillNewOffice(Session& session) {
   if (IsEmptyDatabase(main)) CreateEmptyOffice(main, session.ConnAccount);
 }
 
+// Databases that other programs keep. Where none of these runs, in training or for a
+// demonstration, an embedded file stands in for it.
+struct StandIn {
+  std::string_view source;
+  std::string_view tables;  // name of the script
+};
+constexpr StandIn kStandIns[] = {{"AEDMTS", "accounting"}, {"AMLA", "central"}};
+
+void MakeStandIns(const Session& session, const LocalSettings& local) {
+  for (const StandIn& stand_in : kStandIns) {
+    const auto source = session.data_sources.Find(stand_in.source);
+    if (!source || source->kind != DataSource::Kind::kEmbedded) continue;
+    if (!local.creatable.contains(Lower(stand_in.source))) continue;
+    const auto database = OpenSqlite(stand_in.source, source->target, true, session.clock);
+    if (!IsEmptyDatabase(*database)) continue;
+    Transaction transaction(*database);
+    RunScript(*database, SchemaText(stand_in.tables));
+    transaction.Commit();
+  }
+}
+
 void OpenTables(Session& session, ProgressBar& bar, const std::string& heading) {
   for (const Announced& announced : kTables) {
     bar.SetText(fmt::format("{}\nConnecting {}", heading, announced.name));
@@ -138,6 +161,7 @@ void OpenMainConnection(Session& session, const LocalSettings& local) {
                      session.data_sources, session.clock);
   if (session.trace) session.MainConn->SetTrace(session.trace);
   FillNewOffice(session);
+  MakeStandIns(session, local);
 }
 
 void Connect(Session& session, Desk& desk) {

@@ -31,7 +31,8 @@ void ApplyLocalSettings(Session& session, const LocalSettings& local);
 void CheckDateFormat(const std::string& short_date);
 
 // Opens MainConn; a new embedded office gets its tables, the company HQ and the KEY that opens the
-// built-in logon. Throws SqlError.
+// built-in logon. Embedded stand-ins of the accounting bridge (AEDMTS) and of the central database
+// (AMLA) are made too where the settings of the PC let them be. Throws SqlError.
 void OpenMainConnection(Session& session, const LocalSettings& local);
 
 // The connect step behind an open MainConn: version check, table recordsets, settings and patches,

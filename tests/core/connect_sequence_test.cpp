@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <set>
 
+#include "core/local_settings.h"
 #include "core/schema_patches.h"
+#include "core/startup.h"
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
 #include "tests/core/office.h"
@@ -199,6 +201,30 @@ TEST(ConnectSequenceTest, AConnectionThatDoesNotOpenNamesItselfAndItsSetting) {
     EXPECT_THAT(error.what(), HasSubstr("connection AED, see the setting LinkAcc"));
   }
   EXPECT_FALSE(std::filesystem::exists(office.folder.File("missing.db")));
+}
+
+TEST(ConnectSequenceTest, StandInsOfForeignDatabasesAreMadeWhereThePcAsksForThem) {
+  Office office(Office::State::patched);
+  const std::string bridge = office.folder.File("bridge.db");
+  const std::string central = office.folder.File("central.db");
+  const std::string settings =
+      "ConnAccount = MainUser\nConnDataSource = Office\nConnLinkAcc = 1\n[Office]\nfile = " +
+      office.folder.File("office.db") + "\n[AEDMTS]\nfile = " + bridge +
+      "\ncreate = yes\n[AMLA]\nfile = " + central + "\n";
+  office.Run("INSERT INTO Systemast (Param,Value) VALUES ('LinkAcc','1')");
+  for (int start = 1; start <= 2; ++start) {
+    const LocalSettings local = LocalSettings::Parse(settings, "settings.ini");
+    ApplyLocalSettings(office.session, local);
+    OpenMainConnection(office.session, local);
+    office.session.AED.reset();
+    office.Connect();
+    ASSERT_NE(office.session.AED, nullptr);
+    // What was handed over before stays.
+    EXPECT_EQ(ScalarQuery(*office.session.AED, "SELECT COUNT(*) FROM TM_Debtor"),
+              std::to_string(start - 1));
+    office.session.AED->Execute("INSERT INTO TM_Debtor (AccNo) VALUES ('C1')");
+  }
+  EXPECT_FALSE(std::filesystem::exists(central));
 }
 
 TEST(ConnectSequenceTest, TheAuditDatabaseOfAnEmbeddedOfficeIsMadeBesideIt) {
