@@ -1,0 +1,274 @@
+#include "loans/drawdown.h"
+
+#include <utility>
+
+#include "core/audit.h"
+#include "core/company_access.h"
+#include "core/log.h"
+#include "core/sequences.h"
+#include "core/values.h"
+#include "fmt/format.h"
+#include "links/accounting_link.h"
+#include "loans/loan_lifecycle.h"
+#include "platform/sql/transaction.h"
+#include "screen/hourglass.h"
+
+namespace kaunter {
+namespace {
+
+constexpr int kDateLength = 10;
+constexpr int kAmountLength = 20;
+
+Money Amount(const TextBox& box) { return Money::FromText(StripCommaOrZero(box.text())); }
+// As its column keeps it.
+Money Sen(const TextBox& box) { return Money::FromText(ShowMoney(box.text())); }
+
+// Short numbers are a key, and each company counts for itself.
+std::string DrawNumber(Connection& main, const std::string& company) {
+  return NextSeries(main, "DL", company, false, [&main](const std::string& number) {
+    return !main.Query("SELECT SID FROM DrawDownMast WHERE SID=" + QuoteStr(number)).Eof();
+  });
+}
+
+}  // namespace
+
+Drawdown::Drawdown(Session& session, Desk& desk)
+    : SessionScreen("Drawdown", {"Loan Progressive Drawdown"}, session, desk),
+      record_("DrawDownMast", "SID") {
+  for (TextBox* box : {&SID, &LoanID, &CompCode, &CustID, &CustName, &LoanAmt, &LoanDate}) {
+    box->SetLocked(true);
+  }
+  record_.Add(SID).InsertOnly().Add(LoanID).InsertOnly().Add(CustID).InsertOnly();
+  record_.Add(TrxDate, As::date).Add(CompCode).InsertOnly().Add(DrawDownAmt, As::money);
+  record_.Add(Payee).Add(Bank).Add(ChqNo).Add(Remarks);
+  record_.AddValue("UserID", [this] { return QuoteStr(this->session().CurrentUserID); })
+      .InsertOnly();
+  record_.AddValue("DateCreated", [this] { return SqlDateTime(ServerTime(main())); }).InsertOnly();
+  TrxDate.onLeave = [this] { LeaveDate(); };
+  DrawDownAmt.onLeave = [this] { LeaveAmount(); };
+  Payee.onLeave = [this] { Payee.SetText(ApplyCapLock(this->session(), Payee.text())); };
+  SaveCmd.onClick = [this] { Save(); };
+  SaveCmd.shortcut = "Ctrl+S";
+  CmdDelete.onClick = [this] { Delete(); };
+  CancelCmd.onClick = [this] {
+    if (RequestClose()) Close();
+  };
+}
+
+void Drawdown::Load() {
+  record_.TakeWidths(main());
+  TrxDate.max_length = kDateLength;
+  DrawDownAmt.max_length = kAmountLength;
+  FillItems(Bank, main(), "SELECT BankCode FROM BankMast ORDER BY BankCode");
+  SaveCmd.SetEnabled(false);
+  CmdDelete.SetEnabled(false);
+  const std::string sid = std::exchange(session().CallerTag, {});
+  LoanID.SetText(session().HandOverLoanID);
+  if (!sid.empty()) {
+    LoadRelease(sid);
+  } else if (ShowLoan(LoanID.text())) {
+    ProposeRelease();
+  }
+}
+
+void Drawdown::LoadRelease(const std::string& sid) {
+  const Recordset row = main().Query(
+      "SELECT LoanID,TrxDate,DrawDownAmt,Bank,ChqNo,Remarks,Payee FROM DrawDownMast WHERE SID=" +
+      QuoteStr(sid));
+  if (row.Eof()) {
+    Refuse({fmt::format("Loan {} not found", sid)});
+    return;
+  }
+  record_.Load(row);
+  if (!ShowLoan(LoanID.text())) return;
+  SID.SetText(sid);
+  CmdDelete.SetEnabled(true);
+  loaded_values_ = {row.Field("TrxDate"), row.Field("DrawDownAmt"), row.Field("Payee")};
+  record_.Remember();
+}
+
+bool Drawdown::ShowLoan(const std::string& asked_for) {
+  const Recordset row = main().Query(
+      "SELECT "
+      "l.CustID,l.LoanAmt,l.TrxDate,l.TotPay,l.CompCode,l.DragLoan,c.CustName,l.StampingDate FROM "
+      "LoanMast as l inner join CustMast as c on l.CustID=c.CustID WHERE l.LoanID=" +
+      QuoteStr(LoanID.text()));
+  if (row.Eof() || !MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
+    record_.Clear();
+    return Refuse({fmt::format("Loan {} not found", asked_for)});
+  }
+  CustID.SetText(NullToEmpty(row.Field("CustID")));
+  CustName.SetText(NullToEmpty(row.Field("CustName")));
+  CompCode.SetText(NullToEmpty(row.Field("CompCode")));
+  LoanAmt.SetText(ShowMoney(row.Field("LoanAmt")));
+  LoanDate.SetText(ShowDate(row.Field("TrxDate")));
+  DragLoan_ = NullToEmpty(row.Field("DragLoan"));
+  if (IsNew() && TrxDate.empty()) {
+    const std::string stamped = ShowDate(row.Field("StampingDate"));
+    TrxDate.SetText(stamped.empty() ? LoanDate.text() : stamped);
+  }
+  SaveCmd.SetEnabled(true);
+  return true;
+}
+
+void Drawdown::ProposeRelease() {
+  DrawDownAmt.SetText(ShowMoney(Sen(LoanAmt) - SumOfOthers()));
+  Payee.SetText(CustName.text());
+  record_.Remember();
+}
+
+bool Drawdown::RequestClose() { return MayDiscard(SaveCmd.enabled() && record_.Changed()); }
+
+void Drawdown::LeaveDate() {
+  TrxDate.SetText(Trim(TrxDate.text()));
+  if (TrxDate.empty()) return;
+  if (!IsDate(TrxDate.text())) {
+    Refuse(TrxDate, {"Invalid Date"});
+    return;
+  }
+  TrxDate.SetMark(false);
+}
+
+void Drawdown::LeaveAmount() {
+  DrawDownAmt.SetText(Trim(DrawDownAmt.text()));
+  if (DrawDownAmt.empty()) return;
+  if (!Money::TryText(DrawDownAmt.text())) {
+    Refuse(DrawDownAmt, {"Invalid Amount"});
+    return;
+  }
+  DrawDownAmt.SetText(ShowMoney(DrawDownAmt.text()));
+  DrawDownAmt.SetMark(false);
+}
+
+// --- the save
+
+Money Drawdown::SumOfOthers() {
+  std::string sql =
+      "SELECT SUM(DrawDownAmt) FROM DrawDownMast WHERE LoanID=" + QuoteStr(LoanID.text());
+  if (!IsNew()) sql += " AND SID <> " + QuoteStr(SID.text());
+  return Money::FromText(ShowMoney(main().Query(sql).Field(0)));
+}
+
+bool Drawdown::ExceedsLoan() { return SumOfOthers() + Sen(DrawDownAmt) > Amount(LoanAmt); }
+
+bool Drawdown::Check() {
+  if (TrxDate.empty()) return Refuse(TrxDate, {"Date is required"});
+  if (!IsDate(TrxDate.text())) return Refuse(TrxDate, {"Invalid Date"});
+  if (DrawDownAmt.empty()) return Refuse(DrawDownAmt, {"Drawdown amount is requured"});
+  if (!Money::TryText(DrawDownAmt.text())) return Refuse(DrawDownAmt, {"Invalid Amount"});
+  // Nothing is taken back here either.
+  if (Sen(DrawDownAmt) <= Money()) return Refuse(DrawDownAmt, {"Drawdown amount is requured"});
+  if (ExceedsLoan()) {
+    return Refuse(DrawDownAmt, {"Drawdown amount cannot more than loan amount"});
+  }
+  return true;
+}
+
+void Drawdown::Save() {
+  if (!Check() || !Confirm({"Confirm to save record ?"})) return;
+  const bool is_new = IsNew();
+  try {
+    const Hourglass busy(desk());
+    Store();
+  } catch (const std::exception& failure) {
+    // A new release's number went back with the rollback: the box must not go on showing it.
+    if (is_new) SID.Clear();
+    Failed(failure);
+    return;
+  }
+  TellLinkedAccounts();
+  record_.Remember();
+  Tell(MessageKind::information, {"Record saved"});
+  Close();
+}
+
+void Drawdown::Store() {
+  const bool is_new = IsNew();
+  Transaction transaction(main());
+  // Another desktop may have released the rest while the question stood.
+  if (ExceedsLoan()) throw std::runtime_error("Drawdown amount cannot more than loan amount");
+  if (is_new) {
+    SID.SetText(DrawNumber(main(), CompCode.text()));
+    main().Execute(record_.InsertStatement());
+  } else {
+    ExecuteOnRow(main(), record_.UpdateStatement(SID.text()), SID.text());
+  }
+  WriteAudit(session(), is_new ? "Create" : "Modify", "Drawdown", CompCode.text(), SID.text(),
+             loaded_values_);
+  WriteLoan();
+  transaction.Commit();
+}
+
+void Drawdown::WriteLoan() {
+  const std::string id = QuoteStr(LoanID.text());
+  ExecuteOnRow(main(),
+               fmt::format("UPDATE LoanMast SET PayOutAmt=(SELECT SUM(DrawDownAmt) FROM "
+                           "DrawDownMast WHERE LoanID={0}) WHERE LoanID={0}",
+                           id),
+               LoanID.text());
+  main().Execute(
+      fmt::format("UPDATE LoanMast SET LastDownDate=(SELECT MAX(TrxDate) FROM DrawDownMast WHERE "
+                  "LoanID={0}) WHERE LoanID={0}",
+                  id));
+}
+
+bool Drawdown::Failed(const std::exception& failure) {
+  LogRollback(session(), fmt::format("Drawdown - Loan ID {}", LoanID.text()), failure);
+  return Refuse({"an error occur during saving record"});
+}
+
+// The release stands whatever becomes of its invoice.
+void Drawdown::TellLinkedAccounts() {
+  if (!LinkIsOn(session())) return;
+  const Money amount = Sen(DrawDownAmt);
+  if (!LinkARInvoice(session(), desk(), {SID.text(), TrxDate.text(), CustID.text(), amount})) {
+    Tell(MessageKind::plain,
+         {fmt::format("Alert !!\nInvoice {} to {} not linked", SID.text(), CustName.text())});
+    return;
+  }
+  const std::string account = LinkAccount(main(), DragLoan_ == "0" ? "HP" : "TL");
+  LinkARInvoiceLine(session(), desk(), {SID.text(), account, "Invoice for loan drawdown", amount});
+}
+
+// --- the delete
+
+void Drawdown::Delete() {
+  const std::string shown_amount = ShowMoney(loaded_values_[1]);
+  const std::string shown_date = ShowDate(loaded_values_[0]);
+  if (!Confirm({fmt::format("Confirm to delete drawdown amount {} dated {} ?", shown_amount,
+                            shown_date)})) {
+    return;
+  }
+  const int payments = CountPayments(main(), LoanID.text());
+  if (payments > 0 &&
+      !Confirm(
+          {fmt::format("Warning! The loan has {} payment record(s)\n Proceed on ?", payments)})) {
+    return;
+  }
+  try {
+    const Hourglass busy(desk());
+    const std::string id = QuoteStr(LoanID.text());
+    Transaction transaction(main());
+    ExecuteOnRow(main(), "DELETE FROM DrawDownMast WHERE SID=" + QuoteStr(SID.text()), SID.text());
+    WriteLoan();
+    // No release left: the sum of no rows is null, and 0 opens the loan's terms again.
+    main().Execute("UPDATE LoanMast SET PayOutAmt=0 WHERE PayOutAmt is null and LoanID=" + id);
+    WriteAudit(session(), "Delete", "Drawdown", CompCode.text(), SID.text(), loaded_values_);
+    transaction.Commit();
+  } catch (const std::exception& failure) {
+    Failed(failure);
+    return;
+  }
+  Tell(MessageKind::information, {"Record deleted "});
+  ClearScreen();
+}
+
+void Drawdown::ClearScreen() {
+  record_.Clear();
+  for (TextBox* box : {&CustName, &LoanAmt, &LoanDate}) box->Clear();
+  loaded_values_.clear();
+  SaveCmd.SetEnabled(false);
+  CmdDelete.SetEnabled(false);
+}
+
+}  // namespace kaunter
