@@ -13,6 +13,12 @@ if(KAUNTER_SANITIZE)
     -fno-sanitize-recover=undefined)
   target_link_options(kaunter_flags INTERFACE -fsanitize=address,undefined)
 endif()
+if(KAUNTER_FUZZ)
+  # Warnings are GCC's here: clang's own do not stop a fuzz target.
+  target_compile_options(kaunter_flags INTERFACE -Wno-error -fsanitize=fuzzer-no-link,address,undefined
+    -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  target_link_options(kaunter_flags INTERFACE -fsanitize=address,undefined)
+endif()
 
 # kaunter_room(NAME [QT] LINK libraries...): a static library kaunter_NAME of all files in src/NAME,
 # main.cpp excepted. A room without a source file is an interface library.

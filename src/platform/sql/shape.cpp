@@ -1,5 +1,6 @@
 // Cutting a batch into statements and taking the literals out of each.
 #include "platform/sql/lexer.h"
+#include "platform/sql/sql_error.h"
 #include "platform/sql/translate.h"
 
 namespace kaunter::sql {
@@ -112,6 +113,10 @@ void AppendLiteral(const Token& token, Shape& shape) {
 }  // namespace
 
 std::vector<Shape> SplitBatch(std::string_view batch, std::vector<std::string>* statements) {
+  // SQLite would read a statement up to it only.
+  if (batch.find('\0') != std::string_view::npos) {
+    throw SqlError(102, "Incorrect syntax: the statement holds a character of the value zero.");
+  }
   std::vector<Shape> shapes;
   Lexer lexer(batch);
   Boundary boundary;

@@ -51,6 +51,7 @@ bool StatementKey::Read(std::string_view text) {
   key_.clear();
   literals_.clear();
   undoubled_.clear();
+  if (text.find('\0') != std::string_view::npos) return false;
   std::size_t copied = 0;  // what stands before is in the key
   std::size_t at = 0;
   const auto copy = [&](std::size_t end) { key_.append(text, copied, end - copied); };
