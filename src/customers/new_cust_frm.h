@@ -60,7 +60,6 @@ class NewCustFrm : public SessionScreen {
   ComboBox OldCode{
       *this, "OldCode", {"Bumi / Non Bumi", "土著／非土著"}, {"Bumi", "Non Bumi"}, true};
   ComboBox CompCatCode{*this, "CompCatCode", {"Company Category", "公司类别"}};
-  TabPage ContactPage{*this, "ContactPage", {"Contact", "联络"}, Pages};
   TextBox CustAdd1{*this, "CustAdd1", {"Address", "地址"}};
   TextBox CustAdd2{*this, "CustAdd2", {"Address 2", "地址 2"}};
   TextBox CustAdd3{*this, "CustAdd3", {"Address 3", "地址 3"}};
@@ -79,6 +78,7 @@ class NewCustFrm : public SessionScreen {
   TextBox CustTel2{*this, "CustTel2", {"Tel 2", "电话 2"}};
   TextBox CustFax{*this, "CustFax", {"Fax", "传真"}};
   TextBox email{*this, "email", {"E-mail", "电邮"}};
+  TabPage ContactPage{*this, "ContactPage", {"Home", "住家"}, Pages};
   ComboBox HouseStatus{
       *this, "HouseStatus", {"House", "房屋"}, {"OWN", "RENTED", "FAMILY", "QUARTERS"}, true};
   TextBox HouseLiving{*this, "HouseLiving", {"Years Living There", "居住年数"}};

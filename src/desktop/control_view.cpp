@@ -8,6 +8,7 @@
 #include "desktop/plain_views.h"
 #include "desktop/text.h"
 #include "desktop/text_box_view.h"
+#include "desktop/theme.h"
 
 namespace kaunter {
 
@@ -41,6 +42,11 @@ void ControlView::Refresh() {
 
 void ControlView::TakeFocus() {
   if (QWidget* target = focus_widget()) target->setFocus(Qt::OtherFocusReason);
+}
+
+void ControlView::DrawAsFigure() {
+  widget()->setProperty("figure", true);
+  widget()->setFont(ScaledFont(1.25, true));
 }
 
 void ControlView::Flag(QWidget* widget, const char* property, bool on) {

@@ -28,6 +28,7 @@ class ControlView {
   // The caption before the box, made when first asked for; null for controls that carry their own.
   QLabel* label();
   virtual bool has_label() const { return false; }
+  QLabel* made_label() const { return label_; }  // null when nobody asked for it
   // A stop on the road of Enter.
   virtual bool is_box() const { return false; }
 
@@ -39,7 +40,8 @@ class ControlView {
   virtual void TakeFocus();
   // A key that this kind of control uses itself. True when it is used up.
   virtual bool UseKey(const QKeyEvent&) { return false; }
-  virtual void Shown() {}
+  // As a figure to be looked at: larger, and while it is locked without a frame.
+  virtual void DrawAsFigure();
 
  protected:
   // Contents and state from the control into the widget; never fires an act.

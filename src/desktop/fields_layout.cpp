@@ -8,7 +8,7 @@
 namespace kaunter {
 namespace {
 
-constexpr int kRowGap = 8;
+constexpr int kRowGap = 6;
 constexpr int kColumnGap = 28;
 constexpr int kLabelGap = 10;
 constexpr int kComfortableColumn = 340;
@@ -18,8 +18,15 @@ constexpr int kRowsWorthAColumn = 5;
 
 }  // namespace
 
+// A row of several boxes is there as long as one of them is.
 bool FieldsLayout::Field::Shown() const {
-  return editor->widget() && !editor->widget()->isHidden();
+  const QWidget* widget = editor->widget();
+  if (!widget || widget->isHidden()) return false;
+  if (!widget->property("row").toBool()) return true;
+  const QObjectList& parts = widget->children();
+  return std::any_of(parts.begin(), parts.end(), [](const QObject* part) {
+    return part->isWidgetType() && !static_cast<const QWidget*>(part)->isHidden();
+  });
 }
 
 FieldsLayout::FieldsLayout(int columns) : wanted_columns_(columns) {
@@ -197,8 +204,10 @@ QSize FieldsLayout::sizeHint() const {
 
 QSize FieldsLayout::minimumSize() const {
   const QMargins margins = contentsMargins();
-  int height = kBoxHeight;
-  if (geometry().width() > 0) height = heightForWidth(geometry().width());
+  // A page that is not shown yet has a width that says nothing.
+  const QWidget* panel = parentWidget();
+  const bool placed = panel && panel->isVisible() && geometry().width() > 0;
+  const int height = heightForWidth(placed ? geometry().width() : sizeHint().width());
   return {kNarrowColumn + margins.left() + margins.right(), height};
 }
 

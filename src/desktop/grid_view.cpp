@@ -239,7 +239,7 @@ void GridView::Show() {
   const QString title = Plain(grid_.caption().In(face().chinese()));
   const bool bare = !card_->property("card").toBool();
   title_->setText(title);
-  title_->setVisible(!title.isEmpty() && !bare);
+  title_->setVisible(!title.isEmpty() && !bare && !title_hidden_);
   const int scroll = table_->verticalScrollBar()->value();
   if (model_->Sync(face().chinese())) {
     table_->verticalScrollBar()->setValue(scroll);

@@ -25,6 +25,7 @@ class GridView : public ControlView {
   GridModel& model() { return *model_; }
   // What an empty grid says in its middle; nothing by default.
   void SetEmptyText(const Caption& text);
+  void HideTitle() { title_hidden_ = true; }
   // Without a card of its own, where it stands in one already.
   void SetBare();
 
@@ -47,6 +48,7 @@ class GridView : public ControlView {
   QPointer<QTableView> table_;
   GridModel* model_;
   Caption empty_text_;
+  bool title_hidden_ = false;
   bool showing_ = false;
   bool sized_by_hand_ = false;
   QString columns_name_;

@@ -37,6 +37,10 @@ void DrawBox(QPainter& painter, const QStyleOption& option, const QWidget* widge
   painter.save();
   const bool enabled = option.state & QStyle::State_Enabled;
   const bool locked = !enabled || Flag(widget, "locked");
+  if (locked && Flag(widget, "figure") && !Flag(widget, "marked")) {
+    painter.restore();
+    return;
+  }
   const bool focus = enabled && (option.state & QStyle::State_HasFocus);
   const bool hover = enabled && (option.state & QStyle::State_MouseOver);
   QColor edge = locked ? t.line : t.border;
@@ -216,7 +220,9 @@ QRect HouseStyle::subElementRect(SubElement element, const QStyleOption* option,
                                  const QWidget* widget) const {
   if (element == SE_LineEditContents) {
     const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
-    const int side = frame && frame->lineWidth > 0 ? 6 : 5;
+    // A figure without its frame begins under its caption.
+    const bool bare = Flag(widget, "figure") && Flag(widget, "locked");
+    const int side = bare ? -2 : frame && frame->lineWidth > 0 ? 6 : 5;
     return option->rect.adjusted(side, 1, -side, -1);
   }
   return QProxyStyle::subElementRect(element, option, widget);

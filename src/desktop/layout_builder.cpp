@@ -2,9 +2,11 @@
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "desktop/control_view.h"
 #include "desktop/fields_layout.h"
+#include "desktop/grid_view.h"
 #include "desktop/layout_table.h"
 #include "desktop/plain_views.h"
 #include "desktop/text.h"
@@ -13,6 +15,9 @@
 
 namespace kaunter {
 namespace {
+
+constexpr int kSectionGap = 32;
+constexpr int kThumbnail = 76;
 
 class Builder {
  public:
@@ -28,7 +33,14 @@ class Builder {
         return Group(node);
       case LayoutNode::Kind::fill: {
         Control* control = face_.screen().Find(node.control);
-        return control ? face_.View(*control).widget() : nullptr;
+        if (!control) return nullptr;
+        ControlView& view = face_.View(*control);
+        // The tab above says it already.
+        if (auto* grid = dynamic_cast<GridView*>(&view);
+            grid && control->caption().english == page_caption_) {
+          grid->HideTitle();
+        }
+        return view.widget();
       }
       case LayoutNode::Kind::tabs:
         return Tabs(node);
@@ -40,6 +52,12 @@ class Builder {
         return Buttons(node);
       case LayoutNode::Kind::heading:
         return Heading(node);
+      case LayoutNode::Kind::title:
+        return Title(node);
+      case LayoutNode::Kind::thumbnail:
+        return Thumbnail(node);
+      case LayoutNode::Kind::figures:
+        return Figures(node);
     }
     return nullptr;
   }
@@ -90,7 +108,8 @@ class Builder {
     auto* layout =
         new QBoxLayout(across ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom, widget);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(kGap);
+    // Sections beside each other have no frames: more room keeps them apart.
+    layout->setSpacing(across && in_card_ ? kSectionGap : kGap);
     for (std::size_t i = 0; i < node.children.size(); ++i) {
       const LayoutNode& child = node.children[i];
       QWidget* part = Build(child);
@@ -106,10 +125,16 @@ class Builder {
   QWidget* Group(const LayoutNode& node) {
     if (!node.card) return Fields(node);
     auto* card = new QFrame(face_.host());
-    card->setProperty("card", true);
     auto* layout = new QVBoxLayout(card);
-    layout->setContentsMargins(kMargin, kGap, kMargin, kMargin);
-    layout->setSpacing(kGap);
+    // A card within a card would be a frame too many: there a title is enough.
+    if (in_card_) {
+      layout->setContentsMargins(0, 0, 0, 0);
+      layout->setSpacing(6);
+    } else {
+      card->setProperty("card", true);
+      layout->setContentsMargins(kMargin, kGap, kMargin, kMargin);
+      layout->setSpacing(kGap);
+    }
     const QString title = Plain(node.caption.In(face_.chinese()));
     if (!title.isEmpty()) {
       QLabel* label = CardTitle(card);
@@ -128,6 +153,8 @@ class Builder {
     for (const FieldPlace& place : node.fields) {
       if (place.controls.size() == 1) {
         AddOne(*fields, place);
+      } else if (place.stacked) {
+        AddStack(*fields, place);
       } else {
         AddLine(*fields, place);
       }
@@ -145,9 +172,34 @@ class Builder {
                     control->type() == ControlType::label && !place.wide);
   }
 
+  // What a box wants of its line: a post code little, a name much.
+  static int ShareOfLine(const Control& control) {
+    const auto* box = dynamic_cast<const TextBox*>(&control);
+    if (!box || box->kind() != Kind::text || box->max_length == 0) return 14;
+    return std::clamp(box->max_length, 6, 24);
+  }
+
+  void AddStack(FieldsLayout& fields, const FieldPlace& place) {
+    auto* stack = new QWidget(face_.host());
+    stack->setProperty("row", true);
+    auto* column = new QVBoxLayout(stack);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(4);
+    QLabel* label = nullptr;
+    for (const std::string& name : place.controls) {
+      Control* control = face_.screen().Find(name);
+      if (!control) continue;
+      ControlView& view = face_.View(*control);
+      if (!label) label = view.label();
+      column->addWidget(view.widget());
+    }
+    fields.AddField(label, stack, place.wide, false);
+  }
+
   // Several controls in one line; what follows the first carries its caption before it.
   void AddLine(FieldsLayout& fields, const FieldPlace& place) {
     auto* line = new QWidget(face_.host());
+    line->setProperty("row", true);
     auto* row = new QHBoxLayout(line);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(10);
@@ -168,7 +220,8 @@ class Builder {
       const bool choice =
           control->type() == ControlType::check_box || control->type() == ControlType::option;
       choices |= choice;
-      row->addWidget(view.widget(), choice || control->type() == ControlType::button ? 0 : 1);
+      const bool fixed = choice || control->type() == ControlType::button;
+      row->addWidget(view.widget(), fixed ? 0 : ShareOfLine(*control));
       first = false;
     }
     if (choices) row->addStretch(1);
@@ -178,9 +231,12 @@ class Builder {
   QWidget* Tabs(const LayoutNode& node) {
     auto* tab = dynamic_cast<Tab*>(face_.screen().Find(node.control));
     if (!tab) return nullptr;
+    const InCard in_card(*this);
     auto& view = static_cast<TabView&>(face_.View(*tab));
+    const std::vector<Control*> declared = face_.screen().Children(tab);
     for (const LayoutNode& child : node.children) {
       auto* frame = dynamic_cast<Frame*>(face_.screen().Find(child.control));
+      page_caption_ = frame ? frame->caption().english : std::string();
       QWidget* contents = Build(child);
       if (!frame || !contents) continue;
       auto* page = new QWidget(face_.host());
@@ -188,7 +244,8 @@ class Builder {
       layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
       layout->addWidget(contents, 1);
       if (!Grows(child)) layout->addStretch(0);
-      view.AddPage(*frame, page);
+      const auto at = std::find(declared.begin(), declared.end(), frame);
+      view.AddPage(*frame, static_cast<int>(at - declared.begin()), page);
     }
     return view.widget();
   }
@@ -197,6 +254,11 @@ class Builder {
     auto* frame = dynamic_cast<Frame*>(face_.screen().Find(node.control));
     if (!frame || node.children.empty()) return nullptr;
     auto& view = static_cast<FrameView&>(face_.View(*frame));
+    const bool in_card = in_card_ > 0;
+    if (in_card) view.SetBare();
+    const InCard inside(*this);
+    // A frame without a title is a strip above the rest: it stays low.
+    if (!in_card && frame->caption().english.empty()) view.SetLow();
     auto* layout = new QVBoxLayout(view.body());
     layout->setContentsMargins(0, 0, 0, 0);
     if (QWidget* contents = Build(node.children.front())) layout->addWidget(contents, 1);
@@ -217,6 +279,36 @@ class Builder {
     return widget;
   }
 
+  QWidget* Title(const LayoutNode& node) {
+    Control* control = face_.screen().Find(node.control);
+    if (!control) return nullptr;
+    QWidget* widget = face_.View(*control).widget();
+    widget->setProperty("title", true);
+    return widget;
+  }
+
+  QWidget* Figures(const LayoutNode& node) {
+    auto* strip = new QWidget(face_.host());
+    auto* row = new QHBoxLayout(strip);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(kMargin);
+    for (const FieldPlace& place : node.fields) {
+      Control* control = face_.screen().Find(place.controls.front());
+      if (!control) continue;
+      ControlView& view = face_.View(*control);
+      view.DrawAsFigure();
+      auto* figure = new QVBoxLayout;
+      figure->setSpacing(0);
+      if (QLabel* label = view.label()) {
+        label->setWordWrap(false);
+        figure->addWidget(label);
+      }
+      figure->addWidget(view.widget());
+      row->addLayout(figure, 1);
+    }
+    return strip;
+  }
+
   QWidget* Heading(const LayoutNode& node) {
     auto* label = new QLabel(Plain(node.caption.In(face_.chinese())), face_.host());
     label->setFont(ScaledFont(1.5, true));
@@ -224,7 +316,26 @@ class Builder {
     return label;
   }
 
+  QWidget* Thumbnail(const LayoutNode& node) {
+    Control* control = face_.screen().Find(node.control);
+    if (!control) return nullptr;
+    QWidget* widget = face_.View(*control).widget();
+    widget->setFixedSize(kThumbnail, kThumbnail);
+    return widget;
+  }
+
+  // While it lives, what is built stands in a card.
+  struct InCard {
+    explicit InCard(Builder& of) : builder(of) { ++builder.in_card_; }
+    ~InCard() { --builder.in_card_; }
+    InCard(const InCard&) = delete;
+    InCard& operator=(const InCard&) = delete;
+    Builder& builder;
+  };
+
   ScreenFace& face_;
+  int in_card_ = 0;
+  std::string page_caption_;  // of the page that is being built
 };
 
 }  // namespace

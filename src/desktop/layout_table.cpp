@@ -15,7 +15,16 @@ FieldPlace Line(std::vector<std::string> controls) {
   return place;
 }
 
-FieldPlace Wide(std::string control) { return {std::move(control), true}; }
+FieldPlace Stacked(std::vector<std::string> controls) {
+  FieldPlace place = Line(std::move(controls));
+  place.stacked = true;
+  return place;
+}
+
+FieldPlace Wide(FieldPlace place) {
+  place.wide = true;
+  return place;
+}
 
 namespace {
 
@@ -79,6 +88,20 @@ LayoutNode Inside(std::string control, LayoutNode child) {
 LayoutNode ButtonsHere(std::vector<std::string> controls) {
   LayoutNode node = Node(LayoutNode::Kind::buttons);
   for (auto& control : controls) node.fields.emplace_back(std::move(control));
+  return node;
+}
+
+LayoutNode Title(std::string label) {
+  return Holding(LayoutNode::Kind::title, std::move(label), {});
+}
+
+LayoutNode Thumbnail(std::string picture) {
+  return Holding(LayoutNode::Kind::thumbnail, std::move(picture), {});
+}
+
+LayoutNode Figures(std::vector<std::string> controls) {
+  LayoutNode node = ButtonsHere(std::move(controls));
+  node.kind = LayoutNode::Kind::figures;
   return node;
 }
 

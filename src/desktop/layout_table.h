@@ -28,25 +28,31 @@ class Screen;
 // "LoanTerm2"); the first one's caption stands before them.
 struct FieldPlace {
   std::vector<std::string> controls;
-  bool wide = false;  // crosses all columns of its group
+  bool wide = false;     // crosses all columns of its group
+  bool stacked = false;  // its controls stand below each other, under the first one's caption
   FieldPlace(const char* control) : controls{control} {}
   FieldPlace(std::string control, bool is_wide = false)
       : controls{std::move(control)}, wide(is_wide) {}
 };
 FieldPlace Line(std::vector<std::string> controls);
-FieldPlace Wide(std::string control);
+FieldPlace Wide(FieldPlace place);
+// Boxes below each other that share one caption: the lines of an address.
+FieldPlace Stacked(std::vector<std::string> controls);
 
 struct LayoutNode {
   enum class Kind {
-    down,     // children below each other
-    across,   // children beside each other
-    group,    // fields in aligned columns; a card when it has a caption or `card`
-    fill,     // one control that takes the space that is left (grid, picture, memo)
-    tabs,     // a Tab control; children are pages
-    page,     // a page of a tab set
-    inside,   // a frame control drawn as a card around its child
-    buttons,  // buttons in a row, there where they act
-    heading,  // a line of large text
+    down,       // children below each other
+    across,     // children beside each other
+    group,      // fields in aligned columns; a card when it has a caption or `card`
+    fill,       // one control that takes the space that is left (grid, picture, memo)
+    tabs,       // a Tab control; children are pages
+    page,       // a page of a tab set
+    inside,     // a frame control drawn as a card around its child
+    buttons,    // buttons in a row, there where they act
+    heading,    // a line of large text
+    title,      // a label of the screen in large text: who or what is shown
+    thumbnail,  // a picture, small
+    figures,    // what is looked at first: captions above large values, boxes drawn without a frame
   };
   Kind kind = Kind::down;
   Caption caption;
@@ -68,6 +74,10 @@ LayoutNode Page(std::string control, LayoutNode child);
 LayoutNode Inside(std::string control, LayoutNode child);
 LayoutNode ButtonsHere(std::vector<std::string> controls);
 LayoutNode Heading(Caption text);
+LayoutNode Title(std::string label);
+LayoutNode Thumbnail(std::string picture);
+// Locked boxes as large plain figures in one row; one that can be typed in keeps its frame.
+LayoutNode Figures(std::vector<std::string> controls);
 
 struct Layout {
   std::string screen;

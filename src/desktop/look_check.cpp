@@ -43,7 +43,8 @@ void CheckControl(ControlView& view, std::vector<std::string>& problems) {
   const auto tell = [&](const char* what) {
     problems.push_back(fmt::format("{} {}", control.name(), what));
   };
-  if (view.has_label() && view.label()->isVisible() && LabelIsCut(*view.label())) {
+  const QLabel* caption = view.made_label();
+  if (caption && caption->isVisible() && LabelIsCut(*caption)) {
     tell("has a caption that is cut");
   }
   if (const auto* label = qobject_cast<QLabel*>(widget); label && LabelIsCut(*label)) {

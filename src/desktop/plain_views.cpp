@@ -1,10 +1,12 @@
 #include "desktop/plain_views.h"
 
+#include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QTabBar>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "desktop/text.h"
 #include "desktop/theme.h"
@@ -14,15 +16,53 @@ namespace {
 
 constexpr int kBarHeight = 12;
 
+// Tells its clicks. As a title its first line stands out and what does not fit is elided.
 class ClickableLabel : public QLabel {
  public:
   using QLabel::QLabel;
   std::function<void()> clicked;
 
+  QSize sizeHint() const override { return Titled() ? TitleSize() : QLabel::sizeHint(); }
+  QSize minimumSizeHint() const override {
+    return Titled() ? QSize(160, TitleSize().height()) : QLabel::minimumSizeHint();
+  }
+  bool hasHeightForWidth() const override { return !Titled() && QLabel::hasHeightForWidth(); }
+
  protected:
+  void paintEvent(QPaintEvent* event) override {
+    if (!Titled()) return QLabel::paintEvent(event);
+    QPainter painter(this);
+    int y = (height() - TitleSize().height()) / 2;
+    const QStringList lines = text().split('\n');
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+      painter.setFont(LineFont(i));
+      painter.setPen(i ? Look().muted : property("marked").toBool() ? Look().bad : Look().text);
+      const QFontMetrics metrics(LineFont(i));
+      painter.drawText(0, y + metrics.ascent(),
+                       metrics.elidedText(lines[i], Qt::ElideRight, width()));
+      y += metrics.height() + kTitleGap;
+    }
+  }
   void mouseReleaseEvent(QMouseEvent* event) override {
     QLabel::mouseReleaseEvent(event);
     if (clicked) clicked();
+  }
+
+ private:
+  static constexpr int kTitleGap = 2;
+  bool Titled() const { return property("title").toBool(); }
+  static QFont LineFont(qsizetype line) {
+    return line ? QApplication::font() : ScaledFont(1.3, true);
+  }
+  QSize TitleSize() const {
+    QSize size(0, 0);
+    const QStringList lines = text().split('\n');
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+      const QFontMetrics metrics(LineFont(i));
+      size.setWidth(std::max(size.width(), metrics.horizontalAdvance(lines[i])));
+      size.rheight() += metrics.height() + (i ? kTitleGap : 0);
+    }
+    return size;
   }
 };
 
@@ -63,7 +103,12 @@ LabelView::LabelView(ScreenFace& face, Label& label)
 
 void LabelView::Show() {
   const QString text = Q(label_control_.Text());
-  if (text_->text() != text) text_->setText(text);
+  // A label that says nothing takes no room.
+  text_->setVisible(label_control_.Reachable() && !text.isEmpty());
+  text_->setProperty("marked", label_control_.marked());
+  if (text_->text() == text) return;
+  text_->setText(text);
+  text_->setToolTip(text_->property("title").toBool() ? text : QString());
 }
 
 void PictureWidget::SetPath(const QString& path) {
@@ -160,6 +205,14 @@ FrameView::FrameView(ScreenFace& face, Frame& frame) : ControlView(face, frame),
   layout->addWidget(body_, 1);
 }
 
+void FrameView::SetBare() {
+  card_->setProperty("card", false);
+  card_->layout()->setContentsMargins(0, 0, 0, 0);
+  card_->layout()->setSpacing(6);
+}
+
+void FrameView::SetLow() { card_->layout()->setContentsMargins(kMargin, 8, kMargin, 8); }
+
 void FrameView::Show() {
   const QString title = Plain(frame_.caption().In(face().chinese()));
   title_->setText(title);
@@ -169,17 +222,20 @@ void FrameView::Show() {
 TabView::TabView(ScreenFace& face, Tab& tab) : ControlView(face, tab), tab_(tab) {
   tabs_ = new QTabWidget(face.host());
   tabs_->setDocumentMode(false);
-  QObject::connect(tabs_, &QTabWidget::currentChanged, tabs_, [this](int page) {
-    if (page < 0 || page == tab_.page()) return;
+  QObject::connect(tabs_, &QTabWidget::currentChanged, tabs_, [this](int shown) {
+    if (shown < 0) return;
+    const int page = declared_[static_cast<std::size_t>(shown)];
+    if (page == tab_.page()) return;
     this->face().Settle();
     Act([&] { tab_.SetPage(page); });
     Refresh();
   });
 }
 
-void TabView::AddPage(Frame& page, QWidget* contents) {
+void TabView::AddPage(Frame& page, int declared, QWidget* contents) {
   const QSignalBlocker blocker(tabs_);
   pages_.push_back(&page);
+  declared_.push_back(declared);
   tabs_->addTab(contents, QString());
 }
 
@@ -191,7 +247,9 @@ void TabView::Show() {
     tabs_->setTabVisible(i, page.visible());
     tabs_->setTabEnabled(i, page.enabled());
   }
-  if (tabs_->currentIndex() != tab_.page()) tabs_->setCurrentIndex(tab_.page());
+  const auto at = std::find(declared_.begin(), declared_.end(), tab_.page());
+  const int shown = static_cast<int>(at - declared_.begin());
+  if (at != declared_.end() && tabs_->currentIndex() != shown) tabs_->setCurrentIndex(shown);
 }
 
 }  // namespace kaunter

@@ -89,6 +89,9 @@ class FrameView : public ControlView {
   QWidget* widget() override { return card_; }
   QWidget* focus_widget() override { return nullptr; }
   QWidget* body() { return body_; }
+  // Without a frame of its own, where it stands in a card already.
+  void SetBare();
+  void SetLow();
 
  protected:
   void Show() override;
@@ -105,7 +108,8 @@ class TabView : public ControlView {
   TabView(ScreenFace& face, Tab& tab);
   QWidget* widget() override { return tabs_; }
   QWidget* focus_widget() override { return nullptr; }
-  void AddPage(Frame& page, QWidget* contents);
+  // `declared` is its number among the pages of the screen: the order shown may be another one.
+  void AddPage(Frame& page, int declared, QWidget* contents);
 
  protected:
   void Show() override;
@@ -114,6 +118,7 @@ class TabView : public ControlView {
   Tab& tab_;
   QTabWidget* tabs_;
   std::vector<Frame*> pages_;
+  std::vector<int> declared_;
 };
 
 // A title for a card: bold, a little larger than the text.

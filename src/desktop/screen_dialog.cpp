@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QScrollArea>
 #include <QShortcut>
+#include <QTabWidget>
 #include <QVBoxLayout>
 
 #include "desktop/layout_builder.h"
@@ -76,11 +77,25 @@ void ScreenDialog::AddShortcuts() {
   connect(new QShortcut(QKeySequence("Ctrl+S"), this), &QShortcut::activated, this, [this] {
     if (Button* save = face_.SaveButton()) face_.Press(*save);
   });
+  for (const auto& [keys, step] : {std::pair("Ctrl+PgDown", 1), std::pair("Ctrl+PgUp", -1)}) {
+    connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, this,
+            [this, step = step] { TurnPage(step); });
+  }
   for (Control* control : screen_.controls()) {
     auto* button = dynamic_cast<Button*>(control);
     if (!button || button->shortcut.empty() || button->shortcut == "Ctrl+S") continue;
     connect(new QShortcut(QKeySequence(Q(button->shortcut)), this), &QShortcut::activated, this,
             [this, button] { face_.Press(*button); });
+  }
+}
+
+void ScreenDialog::TurnPage(int step) {
+  auto* tabs = findChild<QTabWidget*>();
+  if (!tabs) return;
+  for (int page = tabs->currentIndex() + step; page >= 0 && page < tabs->count(); page += step) {
+    if (!tabs->isTabVisible(page) || !tabs->isTabEnabled(page)) continue;
+    tabs->setCurrentIndex(page);
+    return;
   }
 }
 

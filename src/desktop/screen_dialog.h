@@ -36,6 +36,7 @@ class ScreenDialog : public QDialog {
   void Build();
   void ShowTitle();
   void AddShortcuts();
+  void TurnPage(int step);
   QSize FirstSize() const;
   // Long work in Load: the window shows with its first moving bar.
   void ShowEarly(const Control& control);

@@ -175,6 +175,12 @@ void TextBoxView::TakeFocus() {
   edit_->selectAll();
 }
 
+// A figure stands under its caption, not at the far end of its place.
+void TextBoxView::DrawAsFigure() {
+  ControlView::DrawAsFigure();
+  edit_->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+}
+
 bool TextBoxView::UseKey(const QKeyEvent& event) {
   const bool opens = event.key() == Qt::Key_Down && (event.modifiers() & Qt::AltModifier);
   if (!button_ || !box_.Editable()) return false;

@@ -30,6 +30,7 @@ class TextBoxView : public ControlView {
   bool is_box() const override { return true; }
   void TakeFocus() override;
   bool UseKey(const QKeyEvent& event) override;
+  void DrawAsFigure() override;
 
   QLineEdit& edit() { return *edit_; }
 

@@ -7,9 +7,9 @@ namespace kaunter {
 
 const std::vector<Layout>& AllLayouts() {
   static const std::vector<Layout> layouts = {
-      UserLoginLayout(),
-      LoanCalcfrmLayout(),
-      PopupFrmLayout(),
+      UserLoginLayout(), LoanCalcfrmLayout(), PopupFrmLayout(),       NewCustFrmLayout(),
+      UserFrmLayout(),   CompCodeFrmLayout(), CompProfileFrmLayout(), SetupFrmLayout(),
+      FrmNicLayout(),    NewLoanFrmLayout(),
   };
   return layouts;
 }

@@ -8,5 +8,12 @@ namespace kaunter {
 Layout UserLoginLayout();
 Layout LoanCalcfrmLayout();
 Layout PopupFrmLayout();
+Layout NewCustFrmLayout();
+Layout NewLoanFrmLayout();
+Layout UserFrmLayout();
+Layout CompCodeFrmLayout();
+Layout CompProfileFrmLayout();
+Layout SetupFrmLayout();
+Layout FrmNicLayout();
 
 }  // namespace kaunter
