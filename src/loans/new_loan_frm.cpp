@@ -316,6 +316,7 @@ void NewLoanFrm::StartAgain() {
   }
   ClearLoanScreen();
   SetTermsOpen(false);
+  CompCode.SetEnabled(session().CurrentLevel >= 4);  // an alternate code is searched in it
   ShowMode();
   FocusOn(LoanID);
 }
@@ -379,10 +380,15 @@ void NewLoanFrm::LoadLoan(const std::string& id) {
 }
 
 void NewLoanFrm::LoadLoan() {
-  // Both keys of a loan work in the one box.
-  const std::string by_alternate_code = ScalarQuery(
-      main(), fmt::format("SELECT LoanID FROM LoanMast WHERE OldLoanCode={} AND CompCode={}",
-                          QuoteStr(LoanID.text()), QuoteStr(CompCode.text())));
+  // Both keys of a loan work in the one box. Who belongs to no company searches all of them until
+  // one is chosen.
+  std::string by_alternate_code;
+  if (!LoanID.empty()) {
+    by_alternate_code = ScalarQuery(
+        main(),
+        fmt::format("SELECT LoanID FROM LoanMast WHERE OldLoanCode={}{}", QuoteStr(LoanID.text()),
+                    CompCode.empty() ? "" : " AND CompCode=" + QuoteStr(CompCode.text())));
+  }
   const std::string id = by_alternate_code.empty() ? LoanID.text() : by_alternate_code;
   const Recordset row =
       main().Query(fmt::format("SELECT * FROM LoanMast WHERE LoanID={}", QuoteStr(id)));

@@ -249,19 +249,12 @@ void NewLoanFrm::DeletePayment(int row) {
 // --- charges
 
 void NewLoanFrm::LoadCharges() {
-  Lines lines;
   const std::string id = QuoteStr(loaded_id_);
-  for (Recordset rows = main().Query(fmt::format(
-           "SELECT ChargeID,TrxDate,ChargeAmt,ChargeDesc,PType,DueDate FROM ChargeMast where PType "
-           "<> 'Batch' AND LoanID={} ORDER BY TrxDate,ChargeID",
-           id));
-       !rows.Eof(); rows.MoveNext()) {
-    lines.push_back({NullToEmpty(rows.Field("ChargeID")), ShowDate(rows.Field("TrxDate")),
-                     ShowMoney(rows.Field("ChargeAmt")), NullToEmpty(rows.Field("ChargeDesc")),
-                     NullToEmpty(rows.Field("PType")), ShowDate(rows.Field("DueDate"))});
-  }
-  ChargesDG.SetRows(std::move(lines));
-
+  FillGrid(ChargesDG,
+           main().Query(fmt::format(
+               "SELECT ChargeID,TrxDate,ChargeAmt,ChargeDesc,PType,DueDate FROM ChargeMast where "
+               "PType <> 'Batch' AND LoanID={} ORDER BY TrxDate,ChargeID",
+               id)));
   Lines months;
   for (Recordset rows = main().Query(fmt::format(
            "SELECT year(TrxDate) as [Y],month(TrxDate) as [M],SUM(ChargeAmt) as ChargeAmt,'Late "
@@ -278,23 +271,12 @@ void NewLoanFrm::LoadCharges() {
 
 // --- drawdowns
 
+// Their sum is the loan's own PayOutAmt, which each release and its delete keep true.
 void NewLoanFrm::LoadDrawdowns() {
-  Lines lines;
-  for (Recordset rows = main().Query(
-           fmt::format("SELECT SID,TrxDate,DrawDownAmt,UserID,Payee,Remarks FROM DrawDownMast "
-                       "WHERE LoanID={} ORDER BY TrxDate",
-                       QuoteStr(loaded_id_)));
-       !rows.Eof(); rows.MoveNext()) {
-    lines.push_back({NullToEmpty(rows.Field("SID")), ShowDate(rows.Field("TrxDate")),
-                     ShowMoney(rows.Field("DrawDownAmt")), NullToEmpty(rows.Field("UserID")),
-                     NullToEmpty(rows.Field("Payee")), NullToEmpty(rows.Field("Remarks"))});
-  }
-  DrawDownDG.SetRows(std::move(lines));
-  PayOutAmt.SetText(
-      ShowMoney(main()
-                    .Query(fmt::format("SELECT SUM(DrawDownAmt) FROM DrawDownMast WHERE LoanID={}",
-                                       QuoteStr(loaded_id_)))
-                    .Field(0)));
+  FillGrid(DrawDownDG, main().Query(fmt::format(
+                           "SELECT SID,TrxDate,DrawDownAmt,UserID,Payee,Remarks FROM DrawDownMast "
+                           "WHERE LoanID={} ORDER BY TrxDate",
+                           QuoteStr(loaded_id_))));
 }
 
 void NewLoanFrm::OpenDrawdown(const std::string& sid) {
@@ -383,12 +365,7 @@ void NewLoanFrm::LoadCheckList() {
         "SELECT CheckListDesc,'' as [Detail],'2' as [Checked],'' as [Remarks] FROM CheckListMast "
         "WHERE CheckListType = 'CL' ORDER BY CheckListSeq");
   }
-  Lines lines;
-  for (; !rows.Eof(); rows.MoveNext()) {
-    lines.push_back({NullToEmpty(rows.Field(0)), NullToEmpty(rows.Field(1)),
-                     NullToEmpty(rows.Field(2)), NullToEmpty(rows.Field(3))});
-  }
-  Vsd2.SetRows(std::move(lines));
+  FillGrid(Vsd2, std::move(rows));
 }
 
 }  // namespace kaunter
