@@ -14,6 +14,8 @@ class Clock {
   DateTime Now() const;
   void Set(DateTime now) { fixed_ = now; }
   void Reset() { fixed_.reset(); }
+  // The set time; nothing when the clock runs.
+  const std::optional<DateTime>& Fixed() const { return fixed_; }
 
  private:
   std::optional<DateTime> fixed_;

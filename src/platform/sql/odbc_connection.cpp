@@ -7,8 +7,10 @@
 namespace kaunter {
 namespace sql {
 
-OdbcConnection::OdbcConnection(std::string name, const std::string& odbc_string)
-    : Connection(name), session_(std::move(name), odbc_string), dialect_(DialectFor(session_)) {}
+OdbcConnection::OdbcConnection(std::string name, const std::string& odbc_string, const Clock& clock)
+    : Connection(name),
+      session_(std::move(name), odbc_string),
+      dialect_(DialectFor(session_, clock)) {}
 
 std::int64_t OdbcConnection::DoExecute(std::string_view sql) {
   return dialect_->Run(session_, sql, /*want_rows=*/false).affected;
@@ -26,10 +28,9 @@ void OdbcConnection::DoRollback() {
 
 }  // namespace sql
 
-// The server's clock is its own; a set clock reaches embedded engines only.
 std::unique_ptr<Connection> OpenOdbc(std::string_view name, const std::string& odbc_string,
-                                     const Clock&) {
-  return std::make_unique<sql::OdbcConnection>(std::string(name), odbc_string);
+                                     const Clock& clock) {
+  return std::make_unique<sql::OdbcConnection>(std::string(name), odbc_string, clock);
 }
 
 }  // namespace kaunter

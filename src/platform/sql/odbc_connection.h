@@ -14,8 +14,8 @@ namespace kaunter::sql {
 
 class OdbcConnection : public Connection {
  public:
-  // Throws SqlError as OdbcSession does.
-  OdbcConnection(std::string name, const std::string& odbc_string);
+  // `clock` must live as long; see DialectFor. Throws SqlError as OdbcSession does.
+  OdbcConnection(std::string name, const std::string& odbc_string, const Clock& clock);
 
   bool InTransaction() const override { return session_.InTransaction(); }
   std::string EngineName() const override { return session_.dbms(); }
@@ -25,7 +25,7 @@ class OdbcConnection : public Connection {
  protected:
   std::int64_t DoExecute(std::string_view sql) override;
   Recordset DoQuery(std::string_view sql) override;
-  void DoBegin() override { session_.Begin(); }
+  void DoBegin() override { dialect_->Begin(session_); }
   void DoCommit() override { session_.Commit(); }
   void DoRollback() override;
 

@@ -1,5 +1,6 @@
 #include "platform/sql/odbc_dialect.h"
 
+#include "platform/sql/odbc_postgresql_dialect.h"
 #include "platform/sql/odbc_sqlite_dialect.h"
 #include "platform/sql/odbc_text.h"
 
@@ -22,9 +23,44 @@ class SqlServerDialect : public OdbcDialect {
 
 }  // namespace
 
-std::unique_ptr<OdbcDialect> DialectFor(const OdbcSession& session) {
+void TranslatingDialect::RunTransactionWord(OdbcSession& session, Translated::Transaction word) {
+  switch (word) {
+    case Translated::Transaction::kBegin:
+      if (session.InTransaction()) {
+        ++nested_;
+        return;
+      }
+      Begin(session);
+      break;
+    case Translated::Transaction::kCommit:
+      if (!session.InTransaction()) {
+        throw SqlError(3902,
+                       "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
+      }
+      if (nested_ > 0) {
+        --nested_;
+        return;
+      }
+      session.Commit();
+      break;
+    case Translated::Transaction::kRollback:
+      if (!session.InTransaction()) {
+        throw SqlError(3903,
+                       "The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION.");
+      }
+      session.Rollback();
+      Forget();
+      break;
+    case Translated::Transaction::kNone:
+      break;
+  }
+  nested_ = 0;
+}
+
+std::unique_ptr<OdbcDialect> DialectFor(OdbcSession& session, const Clock& clock) {
   if (session.IsSqlServer()) return std::make_unique<SqlServerDialect>();
   if (session.dbms() == "SQLite") return std::make_unique<OdbcSqliteDialect>();
+  if (session.dbms() == "PostgreSQL") return std::make_unique<PostgresDialect>(session, clock);
   return std::make_unique<UntouchedDialect>();
 }
 

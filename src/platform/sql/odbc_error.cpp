@@ -19,6 +19,8 @@ constexpr StateNumber kStates[] = {
     {"22007", 241},   // text that is no date
     {"22008", 242},   // a day outside the calendar
     {"22012", 8134},  // division by zero
+    {"2201F", 3623},  // root of a negative number, and the like
+    {"2201E", 3623},  //
     {"22018", 245},   // text that is no number
     {"22P02", 245},   //
     {"23502", 515},   // null in a column that takes none
@@ -50,6 +52,17 @@ constexpr StateNumber kStates[] = {
 // context", "changed language".
 bool IsCompanion(int native) { return native == 3621 || native == 5701 || native == 5703; }
 
+// "K0245": raised by a function of our own for the server's error 245. 0 for any other state.
+int RaisedNumber(const std::string& state) {
+  if (state.size() != 5 || state[0] != 'K') return 0;
+  int number = 0;
+  for (const char c : state.substr(1)) {
+    if (c < '0' || c > '9') return 0;
+    number = number * 10 + (c - '0');
+  }
+  return number;
+}
+
 }  // namespace
 
 SqlError ToSqlError(const std::vector<OdbcDiagnostic>& records, bool server_numbers) {
@@ -58,6 +71,10 @@ SqlError ToSqlError(const std::vector<OdbcDiagnostic>& records, bool server_numb
     if (IsCompanion(record.native) || number != 0) continue;
     const auto* known = std::find_if(std::begin(kStates), std::end(kStates),
                                      [&](const auto& row) { return row.state == record.state; });
+    if (const int raised = RaisedNumber(record.state)) {
+      number = raised;
+      continue;
+    }
     const bool trust_native = server_numbers && record.native != 0;
     number = trust_native || known == std::end(kStates) ? record.native : known->number;
   }

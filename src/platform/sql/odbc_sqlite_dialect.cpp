@@ -270,38 +270,4 @@ void OdbcSqliteDialect::RunStep(OdbcSession& session, const Translated& step, co
   if (step.is_ddl) catalogue_ = std::make_unique<OdbcSqliteCatalogue>(session);
 }
 
-void OdbcSqliteDialect::RunTransactionWord(OdbcSession& session, Translated::Transaction word) {
-  switch (word) {
-    case Translated::Transaction::kBegin:
-      if (session.InTransaction()) {
-        ++nested_;
-        return;
-      }
-      session.Begin();
-      break;
-    case Translated::Transaction::kCommit:
-      if (!session.InTransaction()) {
-        throw SqlError(3902,
-                       "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
-      }
-      if (nested_ > 0) {
-        --nested_;
-        return;
-      }
-      session.Commit();
-      break;
-    case Translated::Transaction::kRollback:
-      if (!session.InTransaction()) {
-        throw SqlError(3903,
-                       "The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION.");
-      }
-      session.Rollback();
-      Forget();
-      break;
-    case Translated::Transaction::kNone:
-      break;
-  }
-  nested_ = 0;
-}
-
 }  // namespace kaunter::sql

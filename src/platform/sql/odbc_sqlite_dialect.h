@@ -24,12 +24,12 @@ class OdbcSqliteCatalogue : public Catalogue {
   mutable std::map<std::string, std::unique_ptr<CatalogueTable>> tables_;  // names in lower case
 };
 
-class OdbcSqliteDialect : public OdbcDialect {
+class OdbcSqliteDialect : public TranslatingDialect {
  public:
   OdbcOutcome Run(OdbcSession& session, std::string_view batch, bool want_rows) override;
   void Forget() override {
     catalogue_.reset();
-    nested_ = 0;
+    TranslatingDialect::Forget();
   }
 
  private:
@@ -39,10 +39,8 @@ class OdbcSqliteDialect : public OdbcDialect {
                 bool want_rows, OdbcOutcome* outcome);
   void RunStep(OdbcSession& session, const Translated& step, const Shape& shape, bool want_rows,
                OdbcOutcome* outcome);
-  void RunTransactionWord(OdbcSession& session, Translated::Transaction word);
 
   std::unique_ptr<OdbcSqliteCatalogue> catalogue_;
-  int nested_ = 0;  // BEGIN TRAN inside a transaction
 };
 
 // `text` with each ?N replaced by the literal that belongs to it, converted by the rules of the

@@ -4,6 +4,7 @@
 
 #include "platform/sql/binder.h"
 #include "platform/sql/parser.h"
+#include "platform/sql/writer_postgresql.h"
 #include "platform/sql/writer_sqlite.h"
 
 namespace kaunter::sql {
@@ -28,6 +29,9 @@ std::vector<Translated> Translate(std::string_view statement, const Catalogue& c
   switch (dialect) {
     case Dialect::kSqlite:
       translated = SqliteWriter(tree).Write();
+      break;
+    case Dialect::kPostgresql:
+      translated = PostgresWriter(tree).Write();
       break;
   }
   if (!AllBound(translated, parser.literal_count())) {

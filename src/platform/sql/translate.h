@@ -88,7 +88,7 @@ struct AlterColumn {
 
 // One statement for the engine.
 struct Translated {
-  std::string text;  // with ?1, ?2 ... for the parameters, in order
+  std::string text;  // with ?1, ?2 ... ($1, $2 ... on PostgreSQL) for the parameters, in order
   std::vector<Parameter> parameters;
   std::vector<ResultColumn> columns;  // of a SELECT; empty otherwise
   bool is_query = false;
@@ -103,7 +103,7 @@ struct Translated {
   bool is_noop = false;                     // SET NOCOUNT ON and the like; text is empty
 };
 
-enum class Dialect { kSqlite };
+enum class Dialect { kSqlite, kPostgresql };
 
 // A statement cut out of a batch with its literals taken out: the key of the shape cache. Two
 // statements of the same shape differ only in literals. The number of decimals of a numeric literal

@@ -4,430 +4,40 @@
 
 #include <algorithm>
 #include <iterator>
-#include <utility>
 
 #include "platform/sql/functions.h"
-#include "platform/sql/sql_error.h"
 
 namespace kaunter::sql {
 namespace {
 
-void CollectTables(const TableRef& table, std::vector<const TableRef*>& tables,
-                   std::vector<const Expr*>& conditions, bool& inner) {
-  if (table.kind != TableRef::Kind::kJoin) {
-    tables.push_back(&table);
-    return;
+bool UsesOneOf(const Expr& expr, const std::vector<const Source*>& sources) {
+  if (expr.kind == ExprKind::kColumn) {
+    return std::find(sources.begin(), sources.end(), expr.source) != sources.end();
   }
-  inner = inner && (table.join == JoinKind::kInner || table.join == JoinKind::kCross);
-  CollectTables(*table.left, tables, conditions, inner);
-  CollectTables(*table.right, tables, conditions, inner);
-  if (table.on != nullptr) conditions.push_back(table.on.get());
-}
-
-bool IsColumnOf(const Expr& expr, const Source& source) {
-  return expr.kind == ExprKind::kColumn && expr.source == &source;
-}
-
-bool IsKeyColumn(const Expr& expr, const std::vector<std::string>& key) {
-  return std::any_of(key.begin(), key.end(),
-                     [&](const std::string& name) { return SameName(name, expr.text); });
-}
-
-// The whole primary key of the source's table is among the grouped columns.
-bool GroupedByKey(const SelectCore& core, const Source& source) {
-  if (source.table == nullptr || source.system || source.table->primary_key.empty()) return false;
-  const std::vector<std::string>& key = source.table->primary_key;
-  return std::all_of(key.begin(), key.end(), [&](const std::string& name) {
-    return std::any_of(core.group_by.begin(), core.group_by.end(), [&](const ExprPtr& expr) {
-      return IsColumnOf(*expr, source) && SameName(expr->text, name);
-    });
-  });
-}
-
-// What the groups really depend on. T-SQL wants every column of the select list grouped; beside the
-// key of their table the others part no group, and without them the groups come out of the key's
-// index one by one instead of out of a sort of the whole table.
-std::vector<const Expr*> GroupColumns(const SelectCore& core) {
-  std::vector<const Source*> keyed;
-  for (const Source* source : core.sources) {
-    if (GroupedByKey(core, *source)) keyed.push_back(source);
-  }
-  std::vector<const Expr*> columns;
-  for (const ExprPtr& expr : core.group_by) {
-    const bool follows = std::any_of(keyed.begin(), keyed.end(), [&](const Source* source) {
-      return IsColumnOf(*expr, *source) && !IsKeyColumn(*expr, source->table->primary_key);
-    });
-    if (!follows) columns.push_back(expr.get());
-  }
-  return columns;
-}
-
-// A * lists the tables' columns in the order of the tables.
-bool ListsAll(const SelectCore& core) {
-  return std::any_of(core.items.begin(), core.items.end(), [](const SelectItem& item) {
-    return item.expr == nullptr && item.star_qualifier.empty();
-  });
+  return std::any_of(expr.args.begin(), expr.args.end(),
+                     [&](const ExprPtr& argument) { return UsesOneOf(*argument, sources); });
 }
 
 }  // namespace
 
-void SqliteWriter::Name(std::string_view name) {
-  out_ += '"';
-  for (const char c : name) {
-    if (c == '"') out_ += '"';
-    out_ += c;
-  }
-  out_ += '"';
+void SqliteWriter::Mark(std::size_t number, const Parameter&) {
+  fmt::format_to(std::back_inserter(out_), "?{}", number);
 }
 
-Translated SqliteWriter::Take() {
-  Translated translated;
-  translated.text = std::move(out_);
-  translated.parameters = std::move(parameters_);
-  translated.cacheable = statement_.cacheable;
-  out_.clear();
-  parameters_.clear();
-  return translated;
-}
-
-std::vector<Translated> SqliteWriter::Write() {
-  std::vector<Translated> statements;
-  out_.reserve(2 * statement_.text.size() + 64);
-  switch (statement_.kind) {
-    case StatementKind::kSelect: {
-      WriteSelect(*statement_.select, nullptr, false);
-      Translated& query = statements.emplace_back(Take());
-      query.is_query = true;
-      query.columns = statement_.select->cores.front().columns;
-      return statements;
-    }
-    case StatementKind::kInsert:
-      WriteInsert();
-      break;
-    case StatementKind::kUpdate:
-      WriteUpdate();
-      break;
-    case StatementKind::kDelete:
-      WriteDelete();
-      break;
-    case StatementKind::kTruncate: {
-      out_ = "DELETE FROM ";
-      Name(statement_.target->name);
-      statements.push_back(Take());
-      const auto& columns = statement_.target->columns;
-      if (std::any_of(columns.begin(), columns.end(),
-                      [](const CatalogueColumn& column) { return column.identity; })) {
-        out_ = "DELETE FROM sqlite_sequence WHERE name = ";
-        Text(statement_.target->name);
-        statements.push_back(Take());
-      }
-      return statements;
-    }
-    case StatementKind::kBegin:
-    case StatementKind::kCommit:
-    case StatementKind::kRollback: {
-      Translated& transaction = statements.emplace_back();
-      transaction.transaction =
-          statement_.kind == StatementKind::kBegin    ? Translated::Transaction::kBegin
-          : statement_.kind == StatementKind::kCommit ? Translated::Transaction::kCommit
-                                                      : Translated::Transaction::kRollback;
-      return statements;
-    }
-    case StatementKind::kNoop:
-      statements.emplace_back().is_noop = true;
-      return statements;
-    default:
-      return WriteDdl();
-  }
-  statements.push_back(Take());
-  return statements;
-}
-
-void SqliteWriter::WriteInsert() {
-  out_ += "INSERT INTO ";
-  Name(statement_.target->name);
-  if (statement_.default_values) {
-    out_ += " DEFAULT VALUES";
-    return;
-  }
-  const char* separator = " (";
-  for (const std::string_view column : statement_.insert_columns) {
-    out_ += separator;
-    separator = ", ";
-    Name(column);
-  }
-  out_ += ") ";
-  if (statement_.select != nullptr) {
-    WriteSelect(*statement_.select, nullptr, false);
-    return;
-  }
-  separator = "VALUES (";
-  for (const std::vector<ExprPtr>& row : statement_.rows) {
-    out_ += separator;
-    separator = ", (";
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      if (i > 0) out_ += ", ";
-      Value(*row[i]);
-    }
-    out_ += ')';
-  }
-}
-
-void SqliteWriter::WriteConditions(const std::vector<const Expr*>& conditions) {
-  const char* separator = " WHERE ";
-  for (const Expr* condition : conditions) {
-    if (condition == nullptr) continue;
-    out_ += separator;
-    separator = " AND ";
-    Condition(*condition);
-  }
-}
-
-void SqliteWriter::WriteUpdate() {
-  std::vector<const TableRef*> tables;
-  std::vector<const Expr*> conditions;
-  bool inner = true;
-  for (const TableRefPtr& table : statement_.from) {
-    CollectTables(*table, tables, conditions, inner);
-  }
-  const TableRef* own = statement_.target_source == nullptr ? &statement_.own : nullptr;
-  if (!inner) {
-    WriteUpdateByRow(statement_.from.empty() ? nullptr : own);
-    return;
-  }
-  const TableRef* target = own;
-  for (const TableRef* table : tables) {
-    if (&table->source == statement_.target_source) target = table;
-  }
-  out_ += "UPDATE ";
-  Name(statement_.target->name);
-  if (!SameName(target->source.alias, statement_.target->name)) {
-    out_ += " AS ";
-    Name(target->source.alias);
-  }
-  const char* separator = " SET ";
-  for (const Assignment& assignment : statement_.assignments) {
-    out_ += separator;
-    separator = ", ";
-    Name(assignment.canonical);
-    out_ += " = ";
-    Value(*assignment.value);
-  }
-  separator = " FROM ";
-  for (const TableRef* table : tables) {
-    if (table == target) continue;
-    out_ += separator;
-    separator = ", ";
-    WriteTable(*table);
-  }
-  conditions.push_back(statement_.where.get());
-  WriteConditions(conditions);
-}
-
-// With outer joins the new values are worked out in a query of their own, row by row.
-void SqliteWriter::WriteUpdateByRow(const TableRef* own) {
-  const Source& target =
-      statement_.target_source != nullptr ? *statement_.target_source : statement_.own.source;
-  out_ += "UPDATE ";
-  Name(statement_.target->name);
-  const char* separator = " SET ";
-  for (std::size_t i = 0; i < statement_.assignments.size(); ++i) {
-    out_ += separator;
-    separator = ", ";
-    Name(statement_.assignments[i].canonical);
-    fmt::format_to(std::back_inserter(out_), " = \"k_rows\".\"k_{}\"", i);
-  }
-  out_ += " FROM (SELECT ";
-  Name(target.alias);
-  out_ += ".rowid AS \"k_row\"";
-  for (std::size_t i = 0; i < statement_.assignments.size(); ++i) {
-    out_ += ", ";
-    Value(*statement_.assignments[i].value);
-    fmt::format_to(std::back_inserter(out_), " AS \"k_{}\"", i);
-  }
-  WriteFrom(statement_.from, own);
-  WriteConditions({statement_.where.get()});
-  out_ += ") AS \"k_rows\" WHERE ";
-  Name(statement_.target->name);
-  out_ += ".rowid = \"k_rows\".\"k_row\"";
-}
-
-void SqliteWriter::WriteDelete() {
-  out_ += "DELETE FROM ";
-  Name(statement_.target->name);
-  if (statement_.from.empty()) {
-    WriteConditions({statement_.where.get()});
-    return;
-  }
-  const bool joined = statement_.target_source != nullptr;
-  const Source& target = joined ? *statement_.target_source : statement_.own.source;
-  out_ += " WHERE rowid IN (SELECT ";
-  Name(target.alias);
-  out_ += ".rowid";
-  WriteFrom(statement_.from, joined ? nullptr : &statement_.own);
-  WriteConditions({statement_.where.get()});
-  out_ += ')';
-}
-
-void SqliteWriter::WriteSelect(const Select& select, const std::vector<std::string_view>* names,
-                               bool derived, bool single) {
-  const char* separator = "WITH ";
-  for (const CommonTable& table : select.with) {
-    out_ += separator;
-    separator = ", ";
-    Name(table.name);
-    out_ += " AS (";
-    WriteSelect(*table.select, table.columns.empty() ? nullptr : &table.columns, true);
-    out_ += ')';
-  }
-  if (!select.with.empty()) out_ += ' ';
-  const bool compound = select.cores.size() > 1;
-  for (std::size_t i = 0; i < select.cores.size(); ++i) {
-    const SelectCore& core = select.cores[i];
-    if (i > 0) {
-      switch (select.ops[i - 1]) {
-        case SetOp::kUnion:
-          out_ += " UNION ";
-          break;
-        case SetOp::kUnionAll:
-          out_ += " UNION ALL ";
-          break;
-        case SetOp::kExcept:
-          out_ += " EXCEPT ";
-          break;
-        case SetOp::kIntersect:
-          out_ += " INTERSECT ";
-          break;
-      }
-    }
-    const std::vector<std::string_view>* core_names = i == 0 ? names : nullptr;
-    if (core.nested != nullptr) {
-      out_ += "SELECT * FROM (";
-      WriteSelect(*core.nested, core_names, true);
-      out_ += ')';
-    } else if (compound && core.top != nullptr) {
-      out_ += "SELECT * FROM (";
-      WriteCore(core, core_names, true, true, false);
-      WriteLimit(core);
-      out_ += ')';
-    } else {
-      // The first select decides how a UNION compares.
-      const bool collate = derived || core.distinct || (compound && i == 0);
-      WriteCore(core, core_names, derived, collate, single);
-    }
-  }
-  if (!select.order_by.empty()) WriteOrder(select);
-  if (!compound && select.cores[0].nested == nullptr) WriteLimit(select.cores[0]);
-}
-
-void SqliteWriter::WriteCore(const SelectCore& core, const std::vector<std::string_view>* names,
-                             bool derived, bool collate, bool single) {
-  out_ += core.distinct ? "SELECT DISTINCT " : "SELECT ";
-  std::size_t column = 0;
-  for (std::size_t i = 0; i < core.items.size(); ++i) {
-    if (i > 0) out_ += ", ";
-    const SelectItem& item = core.items[i];
-    if (item.expr == nullptr && names != nullptr) {
-      // a.* under other names
-      for (bool first = true; column < core.columns.size() && core.item_of[column] == i;
-           ++column, first = false) {
-        if (!first) out_ += ", ";
-        Name(core.columns[column].name);
-        out_ += " AS ";
-        Name((*names)[column]);
-      }
-      continue;
-    }
-    const std::string_view name =
-        names != nullptr ? (*names)[column] : std::string_view(core.columns[column].name);
-    WriteItem(item, name, derived, collate, single);
-    while (column < core.columns.size() && core.item_of[column] == i) ++column;
-  }
-  const bool keep = std::exchange(keep_table_order_, ListsAll(core));
-  if (!core.from.empty()) WriteFrom(core.from, nullptr);
-  keep_table_order_ = keep;
-  if (core.where != nullptr) WriteConditions({core.where.get()});
-  const char* separator = " GROUP BY ";
-  for (const Expr* expr : GroupColumns(core)) {
-    out_ += separator;
-    separator = ", ";
-    Collated(*expr, expr->type.kind == TypeKind::kText && !expr->base_column);
-  }
-  if (core.having != nullptr) {
-    out_ += " HAVING ";
-    Condition(*core.having);
-  }
-}
-
-void SqliteWriter::WriteItem(const SelectItem& item, std::string_view name, bool derived,
-                             bool collate, bool single) {
-  if (item.expr == nullptr) {
-    if (!item.star_qualifier.empty()) {
-      Name(item.star_qualifier);
-      out_ += '.';
-    }
-    out_ += '*';
-    return;
-  }
-  if (single) out_ += "k_one(";
-  Collated(*item.expr, collate && !single && item.expr->type.kind == TypeKind::kText &&
-                           !item.expr->base_column);
-  if (single) out_ += ')';
-  if (derived || !item.alias.empty()) {
-    if (name.empty()) return;
-    out_ += " AS ";
-    Name(name);
-  }
-}
-
-void SqliteWriter::WriteOrder(const Select& select) {
-  const SelectCore& core = select.cores.front();
-  const char* separator = " ORDER BY ";
-  for (const OrderItem& item : select.order_by) {
-    out_ += separator;
-    separator = ", ";
-    bool collate = false;
-    if (item.position > 0) {
-      const std::size_t column = static_cast<std::size_t>(item.position) - 1;
-      const SelectItem* chosen =
-          core.nested == nullptr ? &core.items[core.item_of[column]] : nullptr;
-      fmt::format_to(std::back_inserter(out_), "{}", item.position);
-      const bool plain = chosen != nullptr && chosen->expr != nullptr && chosen->expr->base_column;
-      collate = core.columns[column].type.kind == TypeKind::kText && !plain;
-    } else {
-      Value(*item.expr);
-      collate = item.expr->type.kind == TypeKind::kText && !item.expr->base_column;
-    }
-    if (collate) {
-      out_ += " COLLATE ";
-      out_ += kCollation;
-    }
-    if (item.descending) out_ += " DESC";
-  }
-}
-
-void SqliteWriter::WriteLimit(const SelectCore& core) {
-  if (core.top == nullptr || core.top_percent) return;
-  out_ += " LIMIT ";
-  Value(*core.top);
-}
-
-void SqliteWriter::WriteFrom(const std::vector<TableRefPtr>& from, const TableRef* own) {
-  const char* separator = " FROM ";
-  if (own != nullptr) {
-    out_ += separator;
-    WriteTable(*own);
-    separator = ", ";
-  }
-  const bool several = from.size() + (own != nullptr ? 1 : 0) > 1;
-  for (const TableRefPtr& table : from) {
-    out_ += separator;
-    separator = ", ";
-    // A comma binds no looser than JOIN in SQLite.
-    const bool bracket = several && table->kind == TableRef::Kind::kJoin;
-    if (bracket) out_ += '(';
-    WriteTable(*table);
-    if (bracket) out_ += ')';
+void SqliteWriter::Constant(const Expr& expr) {
+  if (expr.literal_kind == TokenKind::kBinary) {
+    std::string_view digits = expr.text.substr(2);
+    out_ += "X'";
+    if (digits.size() % 2 != 0) out_ += '0';
+    out_ += digits;
+    out_ += '\'';
+  } else if (expr.literal_kind == TokenKind::kText) {
+    // The quotes of a text are still doubled.
+    out_ += '\'';
+    out_ += expr.text;
+    out_ += '\'';
+  } else {
+    out_ += expr.text;
   }
 }
 
@@ -448,59 +58,188 @@ void SqliteWriter::WriteSystemTable(const TableRef& table) {
       "LIKE 'sqlite[_]%')";
 }
 
-void SqliteWriter::WriteTable(const TableRef& table) {
-  switch (table.kind) {
-    case TableRef::Kind::kTable:
-      if (table.source.system) {
-        WriteSystemTable(table);
-      } else {
-        Name(table.common_table != nullptr ? table.name
-                                           : std::string_view(table.source.table->name));
-        if (table.common_table == nullptr && table.source.alias == table.source.table->name) return;
-      }
-      out_ += " AS ";
-      Name(table.source.alias);
-      return;
-    case TableRef::Kind::kDerived:
+std::vector<Translated> SqliteWriter::WriteTruncate() {
+  std::vector<Translated> statements;
+  out_ = "DELETE FROM ";
+  Name(statement_.target->name);
+  statements.push_back(Take());
+  const auto& columns = statement_.target->columns;
+  if (std::any_of(columns.begin(), columns.end(),
+                  [](const CatalogueColumn& column) { return column.identity; })) {
+    out_ = "DELETE FROM sqlite_sequence WHERE name = ";
+    Text(statement_.target->name);
+    statements.push_back(Take());
+  }
+  return statements;
+}
+
+void SqliteWriter::Collated(const Expr& expr, bool collate) {
+  Value(expr);
+  if (!collate) return;
+  out_ += " COLLATE ";
+  out_ += kCollation;
+}
+
+void SqliteWriter::OrderDirection(const Expr* key, bool text_position, bool descending) {
+  const bool plain = key != nullptr && key->base_column;
+  if (text_position && !plain) {
+    out_ += " COLLATE ";
+    out_ += kCollation;
+  }
+  if (descending) out_ += " DESC";
+}
+
+void SqliteWriter::OpenRound() { out_ += "k_round("; }
+
+void SqliteWriter::CloseRound(int scale) {
+  fmt::format_to(std::back_inserter(out_), ", {})", scale);
+}
+
+// Decimals without a fraction are stored as integers, and SQLite would divide them so.
+void SqliteWriter::DivideBy(const Expr& divisor, bool integer) {
+  out_ += integer ? " / k_divisor(" : " * 1.0 / k_divisor(";
+  Value(divisor);
+  out_ += ')';
+}
+
+void SqliteWriter::Modulo(const Expr& expr) {
+  const bool integer = expr.type.kind == TypeKind::kInteger;
+  out_ += integer ? "(" : "k_mod(";
+  Value(*expr.args[0]);
+  out_ += integer ? " % k_divisor(" : ", ";
+  Value(*expr.args[1]);
+  out_ += integer ? "))" : ")";
+}
+
+void SqliteWriter::Concatenation(const Expr& expr) {
+  out_ += '(';
+  Value(*expr.args[0]);
+  out_ += " || ";
+  Value(*expr.args[1]);
+  out_ += ')';
+}
+
+void SqliteWriter::Like(const Expr& expr) {
+  Value(*expr.args[0]);
+  Negated(expr);
+  out_ += " LIKE ";
+  Value(*expr.args[1]);
+  if (expr.args.size() > 2) {
+    out_ += " ESCAPE ";
+    Value(*expr.args[2]);
+  }
+}
+
+// What SQLite has itself.
+void SqliteWriter::FunctionCall(const Expr& expr) {
+  switch (expr.function) {
+    case Function::kChar:
+      return Call("char", expr);
+    case Function::kConcat:  // takes null for an empty text
       out_ += '(';
-      WriteSelect(*table.select, table.column_aliases.empty() ? nullptr : &table.column_aliases,
-                  true);
-      out_ += ") AS ";
-      Name(table.source.alias);
+      for (std::size_t i = 0; i < expr.args.size(); ++i) {
+        out_ += i > 0 ? " || ifnull(" : "ifnull(";
+        Value(*expr.args[i]);
+        out_ += ", '')";
+      }
+      out_ += ')';
       return;
-    case TableRef::Kind::kJoin:
-      break;
+    case Function::kIdentity:
+      out_ += "last_insert_rowid()";
+      return;
+    case Function::kLtrim:
+      return Call("ltrim", expr);
+    case Function::kRowCount:
+      out_ += "changes()";
+      return;
+    case Function::kRtrim:
+      return Call("rtrim", expr);
+    case Function::kUnicode:
+      return Call("unicode", expr);
+    default:
+      return Writer::FunctionCall(expr);
   }
-  // A right join turned round can be driven from the index of the table that all rows come from.
-  const bool turned = table.join == JoinKind::kRight && !keep_table_order_;
-  const TableRef& first = turned ? *table.right : *table.left;
-  const TableRef& second = turned ? *table.left : *table.right;
-  WriteTable(first);
-  switch (turned ? JoinKind::kLeft : table.join) {
-    case JoinKind::kInner:
-      out_ += " INNER JOIN ";
-      break;
-    case JoinKind::kLeft:
-      out_ += " LEFT JOIN ";
-      break;
-    case JoinKind::kRight:
-      out_ += " RIGHT JOIN ";
-      break;
-    case JoinKind::kFull:
-      out_ += " FULL JOIN ";
-      break;
-    case JoinKind::kCross:
-      out_ += " CROSS JOIN ";
-      break;
+}
+
+void SqliteWriter::Sum(const Expr& expr) {
+  const Expr& value = *expr.args[0];
+  const std::string_view distinct = expr.distinct ? "DISTINCT " : "";
+  if (!IsDecimal(value)) {
+    const bool integer = expr.type.kind == TypeKind::kInteger;
+    fmt::format_to(std::back_inserter(out_), "{}({}",
+                   integer && expr.text == "avg" ? "k_avg_int" : expr.text, distinct);
+    Value(value);
+    out_ += ')';
+  } else if (expr.distinct) {
+    // An aggregate of two arguments takes no DISTINCT.
+    fmt::format_to(std::back_inserter(out_), "k_round({}(DISTINCT ", expr.text);
+    Value(value);
+    fmt::format_to(std::back_inserter(out_), "), {})", expr.type.scale);
+  } else {
+    fmt::format_to(std::back_inserter(out_), "k_{}(", expr.text);
+    Operand(value);
+    fmt::format_to(std::back_inserter(out_), ", {})", expr.type.scale);
   }
-  const bool bracket = second.kind == TableRef::Kind::kJoin;
-  if (bracket) out_ += '(';
-  WriteTable(second);
-  if (bracket) out_ += ')';
-  if (table.on != nullptr) {
-    out_ += " ON ";
-    Condition(*table.on);
+}
+
+void SqliteWriter::TextOf(const Expr& value) {
+  std::string code;
+  switch (value.type.kind) {
+    case TypeKind::kInteger:
+      code = "i";
+      break;
+    case TypeKind::kDecimal:
+      code = fmt::format("d{}", value.type.scale);
+      break;
+    case TypeKind::kDouble:
+      code = "f";
+      break;
+    case TypeKind::kDate:
+      code = "da";
+      break;
+    case TypeKind::kDateTime:
+      code = "dt";
+      break;
+    default:
+      Value(value);
+      return;
   }
+  out_ += "k_text(";
+  Value(value);
+  out_ += ", '" + code + "')";
+}
+
+void SqliteWriter::ToDouble(const Expr& value) {
+  out_ += "(1.0 * ";
+  Value(value);
+  out_ += ')';
+}
+
+// A subquery that stands for one value is error 512 when it has more rows; SQLite would take the
+// first in silence.
+void SqliteWriter::Subquery(const Expr& expr) {
+  const Select& select = *expr.select;
+  out_ += '(';
+  if (select.single_row) {
+    WriteSelect(select, nullptr, false);
+  } else {
+    const SelectCore& core = select.cores.front();
+    const bool simple = select.cores.size() == 1 && core.nested == nullptr && !core.distinct &&
+                        core.top == nullptr && !core.aggregated && select.with.empty() &&
+                        core.items.size() == 1 && core.items[0].expr != nullptr &&
+                        core.items[0].expr->kind != ExprKind::kWindow &&
+                        // An aggregate of outer columns only would belong to the outer query.
+                        UsesOneOf(*core.items[0].expr, core.sources);
+    if (simple) {
+      WriteSelect(select, nullptr, false, true);
+    } else {
+      const std::vector<std::string_view> names = {"k_value"};
+      out_ += "SELECT k_one(\"k_value\") FROM (";
+      WriteSelect(select, &names, true);
+      out_ += ')';
+    }
+  }
+  out_ += ')';
 }
 
 }  // namespace kaunter::sql

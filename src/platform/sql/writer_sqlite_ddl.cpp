@@ -73,25 +73,7 @@ void SqliteWriter::WriteColumn(const ColumnDefinition& column, bool key) {
     // It is declared as what it is made from, so that the catalogue knows its type.
     ColumnDefinition declared;
     declared.type = column.computed->type;
-    switch (declared.type.kind) {
-      case TypeKind::kText:
-        declared.declared = declared.type.width > 0
-                                ? "nvarchar(" + std::to_string(declared.type.width) + ")"
-                                : "nvarchar";
-        break;
-      case TypeKind::kDecimal:
-        declared.declared = "decimal(38, " + std::to_string(declared.type.scale) + ")";
-        break;
-      case TypeKind::kInteger:
-        declared.declared = "int";
-        break;
-      case TypeKind::kDouble:
-        declared.declared = "float";
-        break;
-      default:
-        declared.declared = "datetime";
-        break;
-    }
+    declared.declared = DeclaredAs(declared.type);
     out_ += Declaration(declared) + " GENERATED ALWAYS AS (";
     bare_columns_ = true;
     Value(*column.computed);
@@ -117,73 +99,15 @@ void SqliteWriter::WriteColumn(const ColumnDefinition& column, bool key) {
 void SqliteWriter::WriteKey(const KeyConstraint& key, const ColumnDefinition* identity) {
   if (key.primary && identity != nullptr) {
     if (key.columns.size() == 1 && SameName(key.columns[0], identity->name)) return;
-    out_ += ", UNIQUE (";
+    out_ += ", UNIQUE";
   } else {
-    out_ += key.primary ? ", PRIMARY KEY (" : ", UNIQUE (";
+    out_ += key.primary ? ", PRIMARY KEY" : ", UNIQUE";
   }
-  const char* separator = "";
-  for (const std::string_view name : key.columns) {
-    out_ += separator;
-    separator = ", ";
-    Name(name);
-  }
-  out_ += ')';
+  WriteNames(key.columns);
 }
 
-void SqliteWriter::WriteCreateTable() {
-  const ColumnDefinition* identity = nullptr;
-  KeyConstraint inline_key;
-  inline_key.primary = true;
-  for (const ColumnDefinition& column : statement_.definitions) {
-    if (column.identity) identity = &column;
-    if (column.primary_key) inline_key.columns.push_back(column.name);
-  }
-  const auto in_key = [&](std::string_view name) {
-    return std::any_of(statement_.keys.begin(), statement_.keys.end(),
-                       [&](const KeyConstraint& key) {
-                         return key.primary && std::any_of(key.columns.begin(), key.columns.end(),
-                                                           [&](std::string_view column) {
-                                                             return SameName(column, name);
-                                                           });
-                       }) ||
-           std::any_of(inline_key.columns.begin(), inline_key.columns.end(),
-                       [&](std::string_view column) { return SameName(column, name); });
-  };
-  out_ = "CREATE TABLE ";
-  Name(statement_.table);
-  const char* separator = " (";
-  for (const ColumnDefinition& column : statement_.definitions) {
-    out_ += separator;
-    separator = ", ";
-    WriteColumn(column, in_key(column.name));
-  }
-  if (!inline_key.columns.empty()) WriteKey(inline_key, identity);
-  for (const KeyConstraint& key : statement_.keys) WriteKey(key, identity);
-  out_ += ')';
-}
-
-// SQLite's indexes share one set of names with each other and with the tables; the server's are
-// named within their table.
-void SqliteWriter::WriteIndexName(std::string_view table, std::string_view index) {
-  std::string name(table);
-  name += '.';
-  name += index;
-  Name(name);
-}
-
-void SqliteWriter::WriteCreateIndex() {
-  out_ = statement_.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ";
-  WriteIndexName(statement_.target->name, statement_.index);
-  out_ += " ON ";
-  Name(statement_.target->name);
-  const char* separator = " (";
-  for (const IndexColumn& column : statement_.index_columns) {
-    out_ += separator;
-    separator = ", ";
-    Name(column.name);
-    if (column.descending) out_ += " DESC";
-  }
-  out_ += ')';
+void SqliteWriter::IndexDirection(const IndexColumn& column) {
+  if (column.descending) out_ += " DESC";
 }
 
 std::vector<Translated> SqliteWriter::WriteAlterAdd() {
@@ -210,13 +134,7 @@ std::vector<Translated> SqliteWriter::WriteAlterAdd() {
     WriteIndexName(table, key.name.empty() ? std::string_view("key") : key.name);
     out_ += " ON ";
     Name(table);
-    const char* separator = " (";
-    for (const std::string_view name : key.columns) {
-      out_ += separator;
-      separator = ", ";
-      Name(name);
-    }
-    out_ += ')';
+    WriteNames(key.columns);
     statements.push_back(Take());
   }
   for (Translated& statement : statements) {

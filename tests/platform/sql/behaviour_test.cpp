@@ -1,20 +1,19 @@
-// The embedded engine behaves as SQL Server does wherever statements can see it. The expected rows
+// Each engine behaves as SQL Server does wherever statements can see it. The expected rows
 // and numbers are that server's documented rules.
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "platform/sql/data_source.h"
+#include "tests/platform/support/test_engine.h"
 
 namespace kaunter {
 namespace {
 
+using testing::Engine;
 using ::testing::HasSubstr;
 
 constexpr const char* kTables = R"(
@@ -79,23 +78,18 @@ Case RefusedQuery(int number, const char* piece, const char* ask) {
   return {"", ask, "", number, piece};
 }
 
-class Behaviour : public ::testing::Test {
+class Behaviour : public ::testing::TestWithParam<Engine> {
  protected:
   Behaviour() {
     clock_.Set({2024, 3, 15, 14, 5, 9});
-    folder_ =
-        std::filesystem::temp_directory_path() / fmt::format("kaunter-behaviour-{}", getpid());
-    std::filesystem::create_directories(folder_);
-    db_ = OpenSqlite("MainConn", Path(), true, clock_);
+    db_ = Open("MainConn");
     db_->BeginTrans();
     db_->Execute(kTables);
     db_->CommitTrans();
   }
-  ~Behaviour() override {
-    db_.reset();
-    std::filesystem::remove_all(folder_);
+  std::unique_ptr<Connection> Open(const std::string& name) {
+    return databases_.Open("office", clock_, name);
   }
-  std::string Path() const { return (folder_ / "office.db").string(); }
 
   // Each case stands alone: its changes are rolled back.
   void Check(const std::vector<Case>& cases) {
@@ -129,12 +123,12 @@ class Behaviour : public ::testing::Test {
     }
   }
 
-  std::filesystem::path folder_;
   Clock clock_;
+  testing::TestDatabases databases_{GetParam()};
   std::unique_ptr<Connection> db_;
 };
 
-TEST_F(Behaviour, TextIgnoresCaseAndTrailingBlanks) {
+TEST_P(Behaviour, TextIgnoresCaseAndTrailingBlanks) {
   Check({
       {"", "select LoanID from LOANMAST where loanid='l1 '", "L1"},
       {"", "select count(*) from CustMast where CustName='TAN AH KOW'", "1"},
@@ -169,7 +163,7 @@ TEST_F(Behaviour, TextIgnoresCaseAndTrailingBlanks) {
   });
 }
 
-TEST_F(Behaviour, TextThatDoesNotFitIsRefused) {
+TEST_P(Behaviour, TextThatDoesNotFitIsRefused) {
   Check({
       Refused(2628, "CustName",
               "insert into CustMast (CustID,CustName) values ('C9','12345678901')"),
@@ -184,7 +178,7 @@ TEST_F(Behaviour, TextThatDoesNotFitIsRefused) {
   });
 }
 
-TEST_F(Behaviour, DecimalsHoldExactlyTheirPlaces) {
+TEST_P(Behaviour, DecimalsHoldExactlyTheirPlaces) {
   Check({
       {"update LoanMast set LoanAmt=1234.565 where LoanID='L1'",
        "select LoanAmt from LoanMast where LoanID='L1'", "1234.57"},
@@ -236,7 +230,7 @@ TEST_F(Behaviour, DecimalsHoldExactlyTheirPlaces) {
 }
 
 // Thousands of drawn amounts against plain whole numbers.
-TEST_F(Behaviour, RandomAmountsStayExact) {
+TEST_P(Behaviour, RandomAmountsStayExact) {
   const unsigned seed = std::random_device{}();
   SCOPED_TRACE("seed " + std::to_string(seed));
   std::mt19937_64 random(seed);
@@ -295,7 +289,7 @@ TEST_F(Behaviour, RandomAmountsStayExact) {
   db_->RollbackTrans();
 }
 
-TEST_F(Behaviour, FieldsTakeTheirTypeFromTheColumn) {
+TEST_P(Behaviour, FieldsTakeTheirTypeFromTheColumn) {
   const Recordset rows = db_->Query(
       "select LoanAmt, PayOutAmt, TrxDate, LoanTerm, (select count(*) from SchMast) as N, "
       "LoanAmt-PayOutAmt as Diff from LoanMast where LoanID='L1'");
@@ -312,7 +306,7 @@ TEST_F(Behaviour, FieldsTakeTheirTypeFromTheColumn) {
   EXPECT_TRUE(db_->Query("select LoanID from LoanMast where LoanID='none'").Eof());
 }
 
-TEST_F(Behaviour, NumbersMeetTexts) {
+TEST_P(Behaviour, NumbersMeetTexts) {
   Check({
       {"", "select SchID from SchMast where LoanID='L1' and SchID > '5' order by SchID", "9\n10"},
       {"", "select SchID from SchMast where LoanID='L1' and SchID <= 9 order by SchID desc",
@@ -337,7 +331,7 @@ TEST_F(Behaviour, NumbersMeetTexts) {
   });
 }
 
-TEST_F(Behaviour, Dates) {
+TEST_P(Behaviour, Dates) {
   Check({
       {"", "select getdate()", "2024-03-15 14:05:09"},
       {"", "select DateCreated from UserMast", "2024-03-15 14:05:09"},
@@ -377,7 +371,7 @@ TEST_F(Behaviour, Dates) {
   });
 }
 
-TEST_F(Behaviour, ShapesOfStatements) {
+TEST_P(Behaviour, ShapesOfStatements) {
   Check({
       {"", "select top 1 LoanID from LoanMast order by LoanID desc", "L2"},
       {"",
@@ -446,7 +440,7 @@ TEST_F(Behaviour, ShapesOfStatements) {
   });
 }
 
-TEST_F(Behaviour, IdentityCountsOnAndNeverGoesBack) {
+TEST_P(Behaviour, IdentityCountsOnAndNeverGoesBack) {
   for (int i = 0; i < 3; ++i)
     db_->Execute("insert into CashBook (CompCode,TranAmt) values ('HQ',1)");
   EXPECT_EQ(Ask("select DocID from CashBook order by DocID"), "1\n2\n3");
@@ -456,13 +450,13 @@ TEST_F(Behaviour, IdentityCountsOnAndNeverGoesBack) {
   EXPECT_EQ(NumberOf(*db_, "insert into CashBook (DocID,CompCode) values (9,'HQ')"), 544);
 }
 
-TEST_F(Behaviour, RowsTouchedAreTold) {
+TEST_P(Behaviour, RowsTouchedAreTold) {
   EXPECT_EQ(db_->Execute("update SchMast set Payment=0 where LoanID='L1'"), 4);
   EXPECT_EQ(db_->Execute("update SchMast set Payment=0 where LoanID='none'"), 0);
   EXPECT_EQ(db_->Execute("delete from SchMast where LoanID='L1';delete from NumberMast"), 1);
 }
 
-TEST_F(Behaviour, TheSchemaGoesBackWithTheTransaction) {
+TEST_P(Behaviour, TheSchemaGoesBackWithTheTransaction) {
   db_->BeginTrans();
   db_->Execute("alter table LoanMast add AMLACode nvarchar(100), AMLAAmt decimal(18, 2)");
   db_->Execute("update LoanMast set AMLACode='', AMLAAmt=1.005 where AMLACode is null");
@@ -477,7 +471,7 @@ TEST_F(Behaviour, TheSchemaGoesBackWithTheTransaction) {
   EXPECT_EQ(Ask("select count(*) from LoanMast"), "2");
 }
 
-TEST_F(Behaviour, AlterColumnKeepsTheRowsAndTheRules) {
+TEST_P(Behaviour, AlterColumnKeepsTheRowsAndTheRules) {
   db_->Execute("create index CustName on CustMast (CustName)");
   EXPECT_EQ(NumberOf(*db_, "update CustMast set CustName='12345678901' where CustID='C1'"), 2628);
   db_->Execute("alter table CustMast alter column CustName nvarchar(20)");
@@ -500,7 +494,7 @@ TEST_F(Behaviour, AlterColumnKeepsTheRowsAndTheRules) {
   EXPECT_EQ(Ask("select Payment from SchMast where SchID=77"), "0");
 }
 
-TEST_F(Behaviour, AStaleTransactionIsRolledBackAndTold) {
+TEST_P(Behaviour, AStaleTransactionIsRolledBackAndTold) {
   std::vector<std::string> trace;
   int stale = 0;
   db_->SetTrace([&](std::string_view, std::string_view sql) { trace.emplace_back(sql); });
@@ -521,8 +515,8 @@ TEST_F(Behaviour, AStaleTransactionIsRolledBackAndTold) {
   EXPECT_EQ(trace[2], "ROLLBACK");
 }
 
-TEST_F(Behaviour, AFailureLeavesNoLockBehind) {
-  const auto other = OpenSqlite("Other", Path(), false, clock_);
+TEST_P(Behaviour, AFailureLeavesNoLockBehind) {
+  const auto other = Open("Other");
   db_->SetFaultHook([](std::string_view sql) {
     if (sql.starts_with("update") || sql == "ROLLBACK") throw SqlError(1205, "played");
   });
@@ -533,8 +527,8 @@ TEST_F(Behaviour, AFailureLeavesNoLockBehind) {
   EXPECT_EQ(other->Execute("update NumberMast set PaymentNo=8"), 1);
 }
 
-TEST_F(Behaviour, TwoDesktopsSeeEachOther) {
-  const auto other = OpenSqlite("Other", Path(), false, clock_);
+TEST_P(Behaviour, TwoDesktopsSeeEachOther) {
+  const auto other = Open("Other");
   const std::string all = "select * from NumberMast";
   EXPECT_EQ(Show(other->Query(all)), "C1|005|7");
   db_->Execute("alter table NumberMast add Extra nvarchar(5)");
@@ -554,7 +548,7 @@ TEST_F(Behaviour, TwoDesktopsSeeEachOther) {
   EXPECT_EQ(Show(other->Query("select PaymentNo from NumberMast")), "50");
 }
 
-TEST_F(Behaviour, ABatchStopsAtItsFirstFailure) {
+TEST_P(Behaviour, ABatchStopsAtItsFirstFailure) {
   EXPECT_EQ(
       NumberOf(*db_,
                "update NumberMast set PaymentNo=1;insert into LoanMast (LoanID) values ('L1');"
@@ -562,6 +556,10 @@ TEST_F(Behaviour, ABatchStopsAtItsFirstFailure) {
       2627);
   EXPECT_EQ(Ask("select PaymentNo from NumberMast"), "1");
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, Behaviour,
+                         ::testing::Values(Engine::kEmbedded, Engine::kPostgresql),
+                         [](const auto& engine) { return testing::EngineName(engine.param); });
 
 }  // namespace
 }  // namespace kaunter

@@ -9,15 +9,13 @@
 #include <functional>
 
 #include "platform/sql/data_source.h"
-#include "tests/platform/sql/crash_vfs.h"
+#include "tests/support/crash_vfs.h"
+#include "tests/support/pulled_plug.h"
 
 namespace kaunter {
 namespace {
 
-using test::CrashPlan;
 using test::kCrashStatus;
-
-constexpr unsigned kSeeds = 4;
 
 class PulledPlug : public ::testing::Test {
  protected:
@@ -47,89 +45,16 @@ class PulledPlug : public ::testing::Test {
     std::filesystem::copy_file(Base(), File());
   }
 
-  struct Run {
-    bool died = false;
-    bool told_committed = false;  // the save had been told to the user before the plug was pulled
-  };
-
-  // Runs `save` in a process that loses power as planned.
-  Run RunAndCrash(const CrashPlan& plan, const std::function<void(Connection&)>& save) {
-    int ends[2];
-    EXPECT_EQ(pipe(ends), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-      close(ends[0]);
-      test::InstallCrashVfs(plan);
-      try {
-        const auto db = OpenSqlite("x", File(), false, clock_);
-        save(*db);
-        if (write(ends[1], "C", 1) != 1) _exit(4);
-      } catch (const std::exception& error) {
-        fprintf(stderr, "%s\n", error.what());
-        _exit(5);
-      }
-      _exit(0);
-    }
-    close(ends[1]);
-    Run run;
-    char told = 0;
-    run.told_committed = read(ends[0], &told, 1) == 1;
-    close(ends[0]);
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status));
-    run.died = WEXITSTATUS(status) == kCrashStatus;
-    EXPECT_TRUE(run.died || WEXITSTATUS(status) == 0) << WEXITSTATUS(status);
-    return run;
-  }
-
-  std::string Integrity() {
-    sqlite3* raw = nullptr;
-    sqlite3_open(File().c_str(), &raw);
-    std::string answer = "unreadable";
-    sqlite3_create_collation(
-        raw, "KAUNTER1", SQLITE_UTF8, nullptr,
-        [](void*, int a_size, const void* a, int b_size, const void* b) {
-          return std::string(static_cast<const char*>(a), static_cast<std::size_t>(a_size))
-              .compare(std::string(static_cast<const char*>(b), static_cast<std::size_t>(b_size)));
-        });
-    sqlite3_exec(
-        raw, "PRAGMA integrity_check",
-        [](void* to, int, char** fields, char**) {
-          *static_cast<std::string*>(to) = fields[0];
-          return 0;
-        },
-        &answer, nullptr);
-    sqlite3_close(raw);
-    return answer;
-  }
-
-  // Dies at every step of the save in turn; `state` gives a text of what the file holds.
+  // `state` gives a text of what the file holds.
   void DieEverywhere(const std::function<void(Connection&)>& save,
                      const std::function<std::string(Connection&)>& state,
                      const std::string& before, const std::string& after) {
-    long step = 1;
-    int before_seen = 0, after_seen = 0;
-    for (bool died = true; died; ++step) {
-      ASSERT_LT(step, 2000);
-      for (unsigned seed = 0; seed < kSeeds && died; ++seed) {
-        FreshCopy();
-        const Run run = RunAndCrash({step, seed}, save);
-        died = run.died;
-        ASSERT_EQ(Integrity(), "ok") << "step " << step << " seed " << seed;
-        const std::string found = state(*OpenSqlite("x", File(), false, clock_));
-        if (run.told_committed || !run.died) {
-          ASSERT_EQ(found, after) << "step " << step << " seed " << seed;
-        } else {
-          ASSERT_TRUE(found == before || found == after)
-              << "step " << step << " seed " << seed << ": " << found;
-        }
-        ++(found == after ? after_seen : before_seen);
-      }
-    }
-    EXPECT_GT(step, 5);
-    EXPECT_GT(before_seen, 0);
-    EXPECT_GT(after_seen, 0);
+    test::DieEverywhere({.file = File(),
+                         .fresh = [&] { FreshCopy(); },
+                         .save = [&] { save(*OpenSqlite("x", File(), false, clock_)); },
+                         .state = [&] { return state(*OpenSqlite("x", File(), false, clock_)); },
+                         .before = before,
+                         .after = after});
   }
 
   std::filesystem::path folder_;

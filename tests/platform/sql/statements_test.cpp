@@ -1,7 +1,6 @@
-// Every statement of the business, as statements/*.sql holds them, runs on the embedded engine: on
-// a fresh office that has the base tables and then takes the patches.
+// Every statement of the business, as statements/*.sql holds them, runs on each engine: on a fresh
+// office that has the base tables and then takes the patches.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -15,13 +14,14 @@
 #include <vector>
 
 #include "platform/clock.h"
-#include "platform/sql/data_source.h"
 #include "platform/sql/translate.h"
+#include "tests/platform/support/test_engine.h"
 
 namespace kaunter {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::Engine;
 
 struct Block {
   std::string label;
@@ -61,24 +61,13 @@ std::vector<Block> ReadBlocks(const fs::path& path) {
   return blocks;
 }
 
-class Statements : public ::testing::Test {
+class Statements : public ::testing::TestWithParam<Engine> {
  protected:
-  void SetUp() override {
-    folder_ = fs::temp_directory_path() / ("kaunter_statements_" + std::to_string(::getpid()));
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
-    clock_.Set({2024, 1, 31, 10, 20, 30});
-  }
-  void TearDown() override {
-    connections_.clear();
-    fs::remove_all(folder_);
-  }
+  void SetUp() override { clock_.Set({2024, 1, 31, 10, 20, 30}); }
 
   Connection& On(const std::string& name) {
     std::unique_ptr<Connection>& connection = connections_[name];
-    if (connection == nullptr) {
-      connection = OpenSqlite(name, (folder_ / (name + ".db")).string(), true, clock_);
-    }
+    if (connection == nullptr) connection = databases_.Open(name, clock_);
     return *connection;
   }
 
@@ -105,13 +94,13 @@ class Statements : public ::testing::Test {
 
   const fs::path source_ = KAUNTER_SOURCE_DIR;
   const fs::path statements_ = source_ / "tests" / "platform" / "sql" / "statements";
-  fs::path folder_;
   Clock clock_;
+  testing::TestDatabases databases_{GetParam()};
   std::map<std::string, std::unique_ptr<Connection>> connections_;
   int ran_ = 0;
 };
 
-TEST_F(Statements, AllRun) {
+TEST_P(Statements, AllRun) {
   MakeOffice();
   std::vector<fs::path> files;
   for (const fs::directory_entry& entry : fs::directory_iterator(statements_)) {
@@ -129,6 +118,10 @@ TEST_F(Statements, AllRun) {
   }
   std::cout << ran_ << " statements\n";
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, Statements,
+                         ::testing::Values(Engine::kEmbedded, Engine::kPostgresql),
+                         [](const auto& engine) { return testing::EngineName(engine.param); });
 
 }  // namespace
 }  // namespace kaunter

@@ -82,7 +82,7 @@ void PostgresServer::Start() {
   if (server_ > 0) return;
   server_ = Spawn({programs_ + "/postgres", "-D", folder_.File("data"), "-p", std::to_string(port_),
                    "-k", folder_.path().string(), "-c", "listen_addresses=127.0.0.1", "-c",
-                   "fsync=off", "-c", "max_connections=20"});
+                   "fsync=off", "-c", "max_connections=40"});
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
   while (!RunToEnd({programs_ + "/pg_isready", "-q", "-h", "127.0.0.1", "-p", std::to_string(port_),
                     "-d", "postgres"})) {
@@ -102,9 +102,9 @@ void PostgresServer::Stop() {
   server_ = -1;
 }
 
-std::string PostgresServer::OdbcText() const {
+std::string PostgresServer::OdbcText(const std::string& database) const {
   return "Driver=" + PostgresDriver() + ";Server=127.0.0.1;Port=" + std::to_string(port_) +
-         ";UID=kaunter;Database=postgres";
+         ";UID=kaunter;Database=" + database;
 }
 
 pid_t PostgresServer::Spawn(const std::vector<std::string>& command) const {

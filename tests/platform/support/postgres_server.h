@@ -21,8 +21,8 @@ class PostgresServer {
   // Stops at once, as a pulled plug would; Start brings it up again on the same port.
   void Stop();
   void Start();
-  // What the ODBC driver takes; the database is "postgres".
-  std::string OdbcText() const;
+  // What the ODBC driver takes.
+  std::string OdbcText(const std::string& database = "postgres") const;
   int port() const { return port_; }
 
  private:

@@ -1,15 +1,13 @@
-// SQLite's expressions.
+// Expressions, as far as the dialects share them.
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <iterator>
 
-#include "platform/sql/functions.h"
 #include "platform/sql/sql_error.h"
-#include "platform/sql/writer_sqlite.h"
+#include "platform/sql/writer.h"
 
 namespace kaunter::sql {
-namespace {
 
 bool IsText(const Expr& expr) { return expr.type.kind == TypeKind::kText; }
 bool IsDecimal(const Expr& expr) { return expr.type.kind == TypeKind::kDecimal; }
@@ -20,6 +18,8 @@ bool IsNumber(const Type& type) {
   return type.kind == TypeKind::kInteger || type.kind == TypeKind::kDecimal ||
          type.kind == TypeKind::kDouble;
 }
+
+namespace {
 
 bool IsChain(const Expr& expr) {
   return expr.kind == ExprKind::kBinary && IsDecimal(expr) &&
@@ -50,20 +50,12 @@ std::string_view OpText(Op op) {
   }
 }
 
-bool UsesOneOf(const Expr& expr, const std::vector<const Source*>& sources) {
-  if (expr.kind == ExprKind::kColumn) {
-    return std::find(sources.begin(), sources.end(), expr.source) != sources.end();
-  }
-  return std::any_of(expr.args.begin(), expr.args.end(),
-                     [&](const ExprPtr& argument) { return UsesOneOf(*argument, sources); });
-}
-
 // A plain column has the collation of its declaration; anything else has lost it.
 bool LacksCollation(const Expr& expr) { return IsText(expr) && !expr.base_column; }
 
 }  // namespace
 
-void SqliteWriter::Text(std::string_view text) {
+void Writer::Text(std::string_view text) {
   out_ += '\'';
   for (const char c : text) {
     if (c == '\'') out_ += '\'';
@@ -72,24 +64,9 @@ void SqliteWriter::Text(std::string_view text) {
   out_ += '\'';
 }
 
-void SqliteWriter::Literal(const Expr& expr) {
-  if (expr.literal_kind == TokenKind::kBinary) {
-    std::string_view digits = expr.text.substr(2);
-    out_ += "X'";
-    if (digits.size() % 2 != 0) out_ += '0';
-    out_ += digits;
-    out_ += '\'';
-    return;
-  }
-  if (expr.literal < 0 || constants_) {
-    // The quotes of a text are still doubled.
-    if (expr.literal_kind == TokenKind::kText) {
-      out_ += '\'';
-      out_ += expr.text;
-      out_ += '\'';
-    } else {
-      out_ += expr.text;
-    }
+void Writer::Literal(const Expr& expr) {
+  if (expr.literal_kind == TokenKind::kBinary || expr.literal < 0 || constants_) {
+    Constant(expr);
     return;
   }
   Parameter parameter;
@@ -103,12 +80,12 @@ void SqliteWriter::Literal(const Expr& expr) {
         return other.literal == parameter.literal && other.conversion == parameter.conversion &&
                other.scale == parameter.scale && other.width == parameter.width;
       });
-  const std::ptrdiff_t number = known - parameters_.begin() + 1;
+  const auto number = static_cast<std::size_t>(known - parameters_.begin());
   if (known == parameters_.end()) parameters_.push_back(std::move(parameter));
-  fmt::format_to(std::back_inserter(out_), "?{}", number);
+  Mark(number + 1, parameters_[number]);
 }
 
-void SqliteWriter::Value(const Expr& expr) {
+void Writer::Value(const Expr& expr) {
   switch (expr.kind) {
     case ExprKind::kLiteral:
       Literal(expr);
@@ -168,61 +145,36 @@ void SqliteWriter::Value(const Expr& expr) {
   }
 }
 
-void SqliteWriter::Collated(const Expr& expr, bool collate) {
-  Value(expr);
-  if (!collate) return;
-  out_ += " COLLATE ";
-  out_ += kCollation;
-}
-
 // One rounding around the outermost + - * / of decimals is enough, since the binary residue of a
 // chain stays far below the last place.
-void SqliteWriter::Binary(const Expr& expr) {
+void Writer::Binary(const Expr& expr) {
   if (IsChain(expr)) {
-    out_ += "k_round(";
+    OpenRound();
     Chain(expr);
-    fmt::format_to(std::back_inserter(out_), ", {})", expr.type.scale);
+    CloseRound(expr.type.scale);
     return;
   }
   const Expr& left = *expr.args[0];
   const Expr& right = *expr.args[1];
-  const bool integer = expr.type.kind == TypeKind::kInteger;
   switch (expr.op) {
     case Op::kConcat:
-      out_ += '(';
-      Value(left);
-      out_ += " || ";
-      Value(right);
-      out_ += ')';
+      Concatenation(expr);
       return;
     case Op::kDatePlus:
       out_ += "k_date_plus(";
-      Value(left);
+      Argument(left);
       out_ += expr.negated ? ", 0 - " : ", ";
-      Value(right);
+      Argument(right);
       out_ += ')';
       return;
     case Op::kDivide:
       out_ += '(';
       Value(left);
-      out_ += integer ? " / k_divisor(" : " * 1.0 / k_divisor(";
-      Value(right);
-      out_ += "))";
+      DivideBy(right, expr.type.kind == TypeKind::kInteger);
+      out_ += ')';
       return;
     case Op::kModulo:
-      if (integer) {
-        out_ += '(';
-        Value(left);
-        out_ += " % k_divisor(";
-        Value(right);
-        out_ += "))";
-      } else {
-        out_ += "k_mod(";
-        Value(left);
-        out_ += ", ";
-        Value(right);
-        out_ += ')';
-      }
+      Modulo(expr);
       return;
     default:
       out_ += '(';
@@ -234,14 +186,11 @@ void SqliteWriter::Binary(const Expr& expr) {
   }
 }
 
-void SqliteWriter::Chain(const Expr& expr) {
+void Writer::Chain(const Expr& expr) {
   out_ += '(';
   Operand(*expr.args[0]);
   if (expr.op == Op::kDivide) {
-    // Decimals without a fraction are stored as integers, and SQLite would divide them so.
-    out_ += " * 1.0 / k_divisor(";
-    Value(*expr.args[1]);
-    out_ += ')';
+    DivideBy(*expr.args[1], false);
   } else {
     out_ += OpText(expr.op);
     Operand(*expr.args[1]);
@@ -250,7 +199,7 @@ void SqliteWriter::Chain(const Expr& expr) {
 }
 
 // A part of a chain, or what is rounded anyway: not rounded by itself.
-void SqliteWriter::Operand(const Expr& expr) {
+void Writer::Operand(const Expr& expr) {
   if (IsChain(expr)) {
     Chain(expr);
   } else {
@@ -258,11 +207,11 @@ void SqliteWriter::Operand(const Expr& expr) {
   }
 }
 
-void SqliteWriter::Negated(const Expr& expr) {
+void Writer::Negated(const Expr& expr) {
   if (expr.negated) out_ += " NOT";
 }
 
-void SqliteWriter::Comparison(const Expr& left, std::string_view op, const Expr& right) {
+void Writer::Comparison(const Expr& left, std::string_view op, const Expr& right) {
   const bool text = IsText(left) || IsText(right);
   const bool collate = text && !left.base_column && !right.base_column;
   Collated(left, collate);
@@ -270,7 +219,7 @@ void SqliteWriter::Comparison(const Expr& left, std::string_view op, const Expr&
   Value(right);
 }
 
-void SqliteWriter::Condition(const Expr& expr) {
+void Writer::Condition(const Expr& expr) {
   out_ += '(';
   switch (expr.kind) {
     case ExprKind::kAnd:
@@ -296,14 +245,7 @@ void SqliteWriter::Condition(const Expr& expr) {
       Value(*expr.args[2]);
       break;
     case ExprKind::kLike:
-      Value(*expr.args[0]);
-      Negated(expr);
-      out_ += " LIKE ";
-      Value(*expr.args[1]);
-      if (expr.args.size() > 2) {
-        out_ += " ESCAPE ";
-        Value(*expr.args[2]);
-      }
+      Like(expr);
       break;
     case ExprKind::kInList:
       Collated(*expr.args[0], LacksCollation(*expr.args[0]));
@@ -338,7 +280,7 @@ void SqliteWriter::Condition(const Expr& expr) {
   out_ += ')';
 }
 
-void SqliteWriter::Case(const Expr& expr) {
+void Writer::Case(const Expr& expr) {
   out_ += "CASE";
   std::size_t at = 0;
   if (expr.has_operand) {
@@ -364,17 +306,29 @@ void SqliteWriter::Case(const Expr& expr) {
   out_ += " END";
 }
 
-void SqliteWriter::Call(std::string_view function, const Expr& expr) {
+void Writer::Call(std::string_view function, const Expr& expr) {
   out_ += function;
   out_ += '(';
   for (std::size_t i = 0; i < expr.args.size(); ++i) {
     if (i > 0) out_ += ", ";
-    Value(*expr.args[i]);
+    Argument(*expr.args[i]);
   }
   out_ += ')';
 }
 
-void SqliteWriter::DatePart(std::string_view part, const Expr& date) {
+// The first argument of the date functions is the name of a part.
+void Writer::CallWithPart(std::string_view function, const Expr& expr) {
+  out_ += function;
+  out_ += '(';
+  Text(expr.args[0]->text);
+  for (std::size_t i = 1; i < expr.args.size(); ++i) {
+    out_ += ", ";
+    Argument(*expr.args[i]);
+  }
+  out_ += ')';
+}
+
+void Writer::DatePart(std::string_view part, const Expr& date) {
   out_ += "k_datepart('";
   out_ += part;
   out_ += "', ";
@@ -382,29 +336,7 @@ void SqliteWriter::DatePart(std::string_view part, const Expr& date) {
   out_ += ')';
 }
 
-// CONCAT takes null for an empty text.
-void SqliteWriter::Concat(const Expr& expr) {
-  out_ += '(';
-  for (std::size_t i = 0; i < expr.args.size(); ++i) {
-    out_ += i > 0 ? " || ifnull(" : "ifnull(";
-    Value(*expr.args[i]);
-    out_ += ", '')";
-  }
-  out_ += ')';
-}
-
-void SqliteWriter::FunctionCall(const Expr& expr) {
-  // The first argument of the date functions is the name of a part.
-  const auto with_part = [&](std::string_view function) {
-    out_ += function;
-    out_ += '(';
-    Text(expr.args[0]->text);
-    for (std::size_t i = 1; i < expr.args.size(); ++i) {
-      out_ += ", ";
-      Value(*expr.args[i]);
-    }
-    out_ += ')';
-  };
+void Writer::FunctionCall(const Expr& expr) {
   switch (expr.function) {
     case Function::kNone:
       return;
@@ -415,21 +347,21 @@ void SqliteWriter::FunctionCall(const Expr& expr) {
     case Function::kCeiling:
       return Call("k_ceiling", expr);
     case Function::kChar:
-      return Call("char", expr);
+      return Call("k_char", expr);
     case Function::kCharIndex:
       return Call("k_charindex", expr);
     case Function::kCoalesce:
       return Call("coalesce", expr);
     case Function::kConcat:
-      return Concat(expr);
+      return;  // a dialect's own
     case Function::kDateAdd:
-      return with_part("k_dateadd");
+      return CallWithPart("k_dateadd", expr);
     case Function::kDateDiff:
-      return with_part("k_datediff");
+      return CallWithPart("k_datediff", expr);
     case Function::kDateName:
-      return with_part("k_datename");
+      return CallWithPart("k_datename", expr);
     case Function::kDatePart:
-      return with_part("k_datepart");
+      return CallWithPart("k_datepart", expr);
     case Function::kDay:
       return DatePart("day", *expr.args[0]);
     case Function::kMonth:
@@ -450,7 +382,7 @@ void SqliteWriter::FunctionCall(const Expr& expr) {
     case Function::kFloor:
       return Call("k_floor", expr);
     case Function::kIdentity:
-      out_ += "last_insert_rowid()";
+      out_ += "k_identity()";
       return;
     case Function::kIif:
       out_ += "CASE WHEN ";
@@ -464,7 +396,7 @@ void SqliteWriter::FunctionCall(const Expr& expr) {
     case Function::kIsDate:
       return Call("k_isdate", expr);
     case Function::kIsNull:
-      return Call("ifnull", expr);
+      return Call("coalesce", expr);
     case Function::kIsNumeric:
       return Call("k_isnumeric", expr);
     case Function::kLeft:
@@ -474,7 +406,7 @@ void SqliteWriter::FunctionCall(const Expr& expr) {
     case Function::kLower:
       return Call("k_lower", expr);
     case Function::kLtrim:
-      return Call("ltrim", expr);
+      return Call("k_ltrim", expr);
     case Function::kNewId:
       out_ += "k_newid()";
       return;
@@ -491,9 +423,9 @@ void SqliteWriter::FunctionCall(const Expr& expr) {
     case Function::kPatIndex:
       return Call("k_patindex", expr);
     case Function::kPower:
-      if (IsDecimal(expr)) out_ += "k_round(";
+      if (IsDecimal(expr)) OpenRound();
       Call("k_power", expr);
-      if (IsDecimal(expr)) fmt::format_to(std::back_inserter(out_), ", {})", expr.type.scale);
+      if (IsDecimal(expr)) CloseRound(expr.type.scale);
       return;
     case Function::kReplace:
       return Call("k_replace", expr);
@@ -506,10 +438,10 @@ void SqliteWriter::FunctionCall(const Expr& expr) {
     case Function::kRound:
       return Call("k_round_tsql", expr);
     case Function::kRowCount:
-      out_ += "changes()";
+      out_ += "k_rowcount()";
       return;
     case Function::kRtrim:
-      return Call("rtrim", expr);
+      return Call("k_rtrim", expr);
     case Function::kSign:
       return Call("k_sign", expr);
     case Function::kSpace:
@@ -538,49 +470,30 @@ void SqliteWriter::FunctionCall(const Expr& expr) {
     case Function::kSubstring:
       return Call("k_substring", expr);
     case Function::kUnicode:
-      return Call("unicode", expr);
+      return Call("k_unicode", expr);
     case Function::kUpper:
       return Call("k_upper", expr);
   }
 }
 
-void SqliteWriter::Aggregate(const Expr& expr) {
+void Writer::Aggregate(const Expr& expr) {
   if (expr.args.empty()) {
     out_ += "count(*)";
     return;
   }
   const Expr& value = *expr.args[0];
-  const bool adds = expr.text == "sum" || expr.text == "avg";
-  const std::string_view distinct = expr.distinct ? "DISTINCT " : "";
-  if (!adds) {
-    fmt::format_to(std::back_inserter(out_), "{}({}", expr.text, distinct);
-    Collated(value, LacksCollation(value));
-    out_ += ')';
+  if (expr.text == "sum" || expr.text == "avg") {
+    Sum(expr);
     return;
   }
-  if (IsDecimal(value)) {
-    // An aggregate of two arguments takes no DISTINCT.
-    if (expr.distinct) {
-      fmt::format_to(std::back_inserter(out_), "k_round({}(DISTINCT ", expr.text);
-      Value(value);
-      fmt::format_to(std::back_inserter(out_), "), {})", expr.type.scale);
-    } else {
-      fmt::format_to(std::back_inserter(out_), "k_{}(", expr.text);
-      Operand(value);
-      fmt::format_to(std::back_inserter(out_), ", {})", expr.type.scale);
-    }
-    return;
-  }
-  const bool integer = expr.type.kind == TypeKind::kInteger;
-  fmt::format_to(std::back_inserter(out_), "{}({}",
-                 integer && expr.text == "avg" ? "k_avg_int" : expr.text, distinct);
-  Value(value);
+  fmt::format_to(std::back_inserter(out_), "{}({}", expr.text, expr.distinct ? "DISTINCT " : "");
+  Collated(value, LacksCollation(value));
   out_ += ')';
 }
 
-void SqliteWriter::Window(const Expr& expr) {
+void Writer::Window(const Expr& expr) {
   const bool rounded = IsDecimal(expr) && (expr.text == "sum" || expr.text == "avg");
-  if (rounded) out_ += "k_round(";
+  if (rounded) OpenRound();
   for (const char c : expr.text) {
     out_ += c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
   }
@@ -603,42 +516,15 @@ void SqliteWriter::Window(const Expr& expr) {
          at < expr.args.size(); ++at) {
       out_ += separator;
       separator = ", ";
-      Collated(*expr.args[at], LacksCollation(*expr.args[at]));
-      if (expr.descending[at - order]) out_ += " DESC";
+      Value(*expr.args[at]);
+      OrderDirection(expr.args[at].get(), IsText(*expr.args[at]), expr.descending[at - order]);
     }
   }
   out_ += ')';
-  if (rounded) fmt::format_to(std::back_inserter(out_), ", {})", expr.type.scale);
+  if (rounded) CloseRound(expr.type.scale);
 }
 
-void SqliteWriter::TextOf(const Expr& value) {
-  std::string code;
-  switch (value.type.kind) {
-    case TypeKind::kInteger:
-      code = "i";
-      break;
-    case TypeKind::kDecimal:
-      code = fmt::format("d{}", value.type.scale);
-      break;
-    case TypeKind::kDouble:
-      code = "f";
-      break;
-    case TypeKind::kDate:
-      code = "da";
-      break;
-    case TypeKind::kDateTime:
-      code = "dt";
-      break;
-    default:
-      Value(value);
-      return;
-  }
-  out_ += "k_text(";
-  Value(value);
-  out_ += ", '" + code + "')";
-}
-
-void SqliteWriter::Coercion(const Expr& value, const Type& target) {
+void Writer::Coercion(const Expr& value, const Type& target) {
   const bool text = IsText(value);
   switch (target.kind) {
     case TypeKind::kText:
@@ -650,14 +536,24 @@ void SqliteWriter::Coercion(const Expr& value, const Type& target) {
       out_ += ')';
       return;
     case TypeKind::kDecimal:
-      out_ += text ? "k_to_dec(" : "k_round(";
-      Operand(value);
-      fmt::format_to(std::back_inserter(out_), ", {})", target.scale);
+      if (text) {
+        out_ += "k_to_dec(";
+        Value(value);
+        fmt::format_to(std::back_inserter(out_), ", {})", target.scale);
+      } else {
+        OpenRound();
+        Operand(value);
+        CloseRound(target.scale);
+      }
       return;
     case TypeKind::kDouble:
-      out_ += text ? "k_to_float(" : "(1.0 * ";
-      Value(value);
-      out_ += ')';
+      if (text) {
+        out_ += "k_to_float(";
+        Value(value);
+        out_ += ')';
+      } else {
+        ToDouble(value);
+      }
       return;
     case TypeKind::kDate:
       out_ += "k_to_date(";
@@ -666,7 +562,7 @@ void SqliteWriter::Coercion(const Expr& value, const Type& target) {
       return;
     case TypeKind::kDateTime:
       out_ += "k_to_datetime(";
-      Value(value);
+      Argument(value);
       out_ += ')';
       return;
     default:
@@ -675,7 +571,7 @@ void SqliteWriter::Coercion(const Expr& value, const Type& target) {
   }
 }
 
-void SqliteWriter::Converted(const Expr& expr) {
+void Writer::Converted(const Expr& expr) {
   constexpr int kLongestNumber = 30;
   const Expr& value = *expr.args[0];
   const Expr* style = expr.args.size() > 1 ? expr.args[1].get() : nullptr;
@@ -731,33 +627,6 @@ void SqliteWriter::Converted(const Expr& expr) {
   } else {
     Coercion(value, target);
   }
-}
-
-// A subquery that stands for one value is error 512 when it has more rows; SQLite would take the
-// first in silence.
-void SqliteWriter::Subquery(const Expr& expr) {
-  const Select& select = *expr.select;
-  out_ += '(';
-  if (select.single_row) {
-    WriteSelect(select, nullptr, false);
-  } else {
-    const SelectCore& core = select.cores.front();
-    const bool simple = select.cores.size() == 1 && core.nested == nullptr && !core.distinct &&
-                        core.top == nullptr && !core.aggregated && select.with.empty() &&
-                        core.items.size() == 1 && core.items[0].expr != nullptr &&
-                        core.items[0].expr->kind != ExprKind::kWindow &&
-                        // An aggregate of outer columns only would belong to the outer query.
-                        UsesOneOf(*core.items[0].expr, core.sources);
-    if (simple) {
-      WriteSelect(select, nullptr, false, true);
-    } else {
-      const std::vector<std::string_view> names = {"k_value"};
-      out_ += "SELECT k_one(\"k_value\") FROM (";
-      WriteSelect(select, &names, true);
-      out_ += ')';
-    }
-  }
-  out_ += ')';
 }
 
 }  // namespace kaunter::sql
