@@ -206,6 +206,8 @@ void PopupFrm::OnGridKey(std::string_view key) {
     NextPage();
   } else if (key == "PgUp") {
     PreviousPage();
+  } else if (key == "Type" && SearchString.Reachable()) {
+    FocusOn(SearchString);
   }
 }
 
