@@ -66,12 +66,8 @@ CompCodeFrm::CompCodeFrm(Session& session, Desk& desk)
   AMLALoan.onLeave = [this] { CheckAmount(AMLALoan); };
   AMLAPayment.onLeave = [this] { CheckAmount(AMLAPayment); };
   SaveCmd.onClick = [this] { Save(); };
-  SaveCmd.shortcut = "Ctrl+S";
   CmdClear.onClick = [this] { ClearAll(); };
   CmdDelete.onClick = [this] { Delete(); };
-  CancelCmd.onClick = [this] {
-    if (RequestClose()) Close();
-  };
 }
 
 void CompCodeFrm::Load() {
@@ -172,10 +168,6 @@ CompProfileFrm::CompProfileFrm(Session& session, Desk& desk)
     if (!file.empty()) LogoFile.SetText(file);
   };
   SaveCmd.onClick = [this] { Save(); };
-  SaveCmd.shortcut = "Ctrl+S";
-  CancelCmd.onClick = [this] {
-    if (RequestClose()) Close();
-  };
 }
 
 void CompProfileFrm::Load() {

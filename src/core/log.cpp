@@ -49,9 +49,13 @@ void WriteLog(const Session& session, std::string_view line) {
 
 void LogRollback(const Session& session, std::string_view identifier, const std::exception& error) {
   const auto* sql = dynamic_cast<const SqlError*>(&error);
-  WriteLog(session,
-           LogLine(session, fmt::format("{} - error Rollback {} - {}", identifier,
-                                        sql != nullptr ? sql->number() : 0, error.what())));
+  try {
+    WriteLog(session,
+             LogLine(session, fmt::format("{} - error Rollback {} - {}", identifier,
+                                          sql != nullptr ? sql->number() : 0, error.what())));
+  } catch (const std::exception&) {
+    // The caller tells the failure itself all the same.
+  }
 }
 
 }  // namespace kaunter

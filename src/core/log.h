@@ -22,7 +22,8 @@ std::string LogLine(const Session& session, std::string_view text);
 void WriteLog(const Session& session, std::string_view line);
 
 // The line of a save that failed: "<stamp> <identifier> - error Rollback <number> - <description>".
-// The number is 0 for an error that is not the database's.
+// The number is 0 for an error that is not the database's. Never throws: a full disk must not hide
+// the failure itself.
 void LogRollback(const Session& session, std::string_view identifier, const std::exception& error);
 
 }  // namespace kaunter

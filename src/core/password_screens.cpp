@@ -19,8 +19,6 @@ ChangePasswordfrm::ChangePasswordfrm(Session& session, Desk& desk)
   UserID.SetLocked(true);
   UserName.SetLocked(true);
   SaveCmd.onClick = [this] { Save(); };
-  SaveCmd.shortcut = "Ctrl+S";
-  CancelCmd.onClick = [this] { Close(); };
 }
 
 void ChangePasswordfrm::Load() {
@@ -64,7 +62,6 @@ frmUserSignIn::frmUserSignIn(Session& session, Desk& desk, std::string comp_code
   UserID.max_length = kLongestUserID;
   UserID.onLeave = [this] { UserID.SetText(Upper(Trim(UserID.text()))); };
   OKCmd.onClick = [this] { Approve(); };
-  CancelCmd.onClick = [this] { Close(); };
 }
 
 void frmUserSignIn::Load() {
@@ -92,7 +89,6 @@ AccessPasswordFrm::AccessPasswordFrm(Session& session, Desk& desk)
     passed_ = CheckUserPassword(this->session(), PasswordHash(Password.text()));
     Close();
   };
-  CancelCmd.onClick = [this] { Close(); };
 }
 
 bool ManagerOverride(Session& session, Desk& desk, std::string_view comp_code) {

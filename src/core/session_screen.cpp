@@ -3,6 +3,7 @@
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/values.h"
+#include "platform/sql/transaction.h"
 
 namespace kaunter {
 
@@ -38,6 +39,20 @@ bool SessionScreen::Confirm(const Caption& text) {
   return desk().Ask(heading, session_.MsgText);
 }
 
+bool SessionScreen::Attempt(std::string_view what, const Caption& text,
+                            const std::function<void()>& write) {
+  try {
+    Transaction transaction(main());
+    write();
+    transaction.Commit();
+    return true;
+  } catch (const std::exception& failure) {
+    LogRollback(session_, what, failure);
+    Tell(MessageKind::critical, text);
+    return false;
+  }
+}
+
 bool SessionScreen::MayDiscard(bool changed) {
   return !changed ||
          desk().Ask(title().In(chinese()),
@@ -52,11 +67,7 @@ void TellFailure(Session& session, Screen& screen, const std::exception& failure
       // The connection is gone; the first failure is the one to tell.
     }
   }
-  try {
-    LogRollback(session, screen.name(), failure);
-  } catch (const std::exception&) {
-    // A full disk must not hide the failure itself.
-  }
+  LogRollback(session, screen.name(), failure);
   screen.desk().Hourglass(false);
   screen.desk().Message(MessageKind::critical,
                         session.MsgTitle.empty() ? session.ProgramTitle : session.MsgTitle,

@@ -2,7 +2,9 @@
 // in use.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "core/session.h"
@@ -26,6 +28,9 @@ class SessionScreen : public Screen {
   bool Refuse(Control& control, const Caption& text);
   bool Refuse(const Caption& text);
   bool Confirm(const Caption& text);
+  // Runs a write in a transaction of the main connection and commits. A failure rolls back, is
+  // logged under `what` with its description, told as `text` (critical), and gives false.
+  bool Attempt(std::string_view what, const Caption& text, const std::function<void()>& write);
   // Nothing was typed, or the person agrees to lose it: what a record screen answers to
   // RequestClose.
   bool MayDiscard(bool changed);

@@ -20,7 +20,6 @@ SetupFrm::SetupFrm(Session& session, Desk& desk)
     List();
   };
   Command1.onClick = [this] { Edit(DG.current_row()); };
-  CancelCmd.onClick = [this] { Close(); };
 }
 
 void SetupFrm::Load() {
@@ -70,11 +69,7 @@ SetupModifyFrm::SetupModifyFrm(Session& session, Desk& desk, const CodeTable& ta
     if (mode_ == Mode::add && !SetupModifyCode.empty()) CheckNewCode();
   };
   SaveCmd.onClick = [this] { Save(); };
-  SaveCmd.shortcut = "Ctrl+S";
   Command2.onClick = [this] { Delete(); };
-  CancelCmd.onClick = [this] {
-    if (RequestClose()) Close();
-  };
 }
 
 void SetupModifyFrm::Load() {

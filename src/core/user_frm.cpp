@@ -99,12 +99,8 @@ UserFrm::UserFrm(Session& session, Desk& desk)
   SelectAllCmd.onClick = [this] { TickAll(true); };
   SelectNoneCmd.onClick = [this] { TickAll(false); };
   SaveCmd.onClick = [this] { Save(); };
-  SaveCmd.shortcut = "Ctrl+S";
   CmdClear.onClick = [this] { ClearAll(); };
   CmdDelete.onClick = [this] { Delete(); };
-  CancelCmd.onClick = [this] {
-    if (RequestClose()) Close();
-  };
 }
 
 void UserFrm::Load() {

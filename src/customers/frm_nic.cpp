@@ -28,7 +28,6 @@ frmNIC::frmNIC(Session& session, Desk& desk)
   CustIC.max_length = kLongestIc;
   CustIC.onLeave = [this] { CustIC.SetText(MaskNewIc(Trim(CustIC.text()))); };
   CmdGo.onClick = [this] { Go(); };
-  CancelCmd.onClick = [this] { Close(); };
 }
 
 void frmNIC::Go() {

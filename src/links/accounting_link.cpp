@@ -33,11 +33,7 @@ bool Send(Session& session, Desk& desk, std::string_view title, std::string_view
     transaction.Commit();
     return true;
   } catch (const std::exception& failure) {
-    try {
-      LogRollback(session, fmt::format("{} {}", title, key), failure);
-    } catch (const std::exception&) {
-      // The failure itself is told all the same.
-    }
+    LogRollback(session, fmt::format("{} {}", title, key), failure);
     desk.Message(MessageKind::critical, title, "an error occur on linkage to accounting system");
     return false;
   }

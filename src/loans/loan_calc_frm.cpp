@@ -62,7 +62,6 @@ LoanCalcfrm::LoanCalcfrm(Session& session, Desk& desk)
   Command3.onClick = [this] { Calculate(); };
   SaveCmd.onClick = [this] { Print(); };
   SaveCmd.shortcut = "Ctrl+P";
-  CancelCmd.onClick = [this] { Close(); };
 }
 
 void LoanCalcfrm::Load() {

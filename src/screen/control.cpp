@@ -252,10 +252,17 @@ void Option::Choose() {
 
 Button::Button(Screen& screen, std::string name, Caption caption, ButtonRole role, Control* parent)
     : Control(screen, parent, ControlType::button, std::move(name), std::move(caption)),
-      role_(role) {}
+      role_(role) {
+  if (this->name() == "SaveCmd") shortcut = "Ctrl+S";
+}
 
 void Button::Click() {
-  if (Reachable() && Active() && onClick) onClick();
+  if (!Reachable() || !Active()) return;
+  if (onClick) {
+    onClick();
+  } else if (role_ == ButtonRole::cancel) {
+    screen().TryClose();
+  }
 }
 
 Picture::Picture(Screen& screen, std::string name, Caption caption, Control* parent)

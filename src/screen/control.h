@@ -237,6 +237,7 @@ class Option : public Control {
 
 enum class ButtonRole { plain, primary, cancel, danger };
 
+// A cancel button without onClick closes its screen as its cross does. "SaveCmd" answers to Ctrl+S.
 class Button : public Control {
  public:
   Button(Screen& screen, std::string name, Caption caption, ButtonRole role = ButtonRole::plain,
