@@ -1,5 +1,6 @@
 #include "app/catalogue.h"
 
+#include "compliance/aml_desc_frm.h"
 #include "core/company_screens.h"
 #include "core/password_screens.h"
 #include "core/popup_frm.h"
@@ -9,8 +10,13 @@
 #include "core/values.h"
 #include "customers/frm_nic.h"
 #include "customers/new_cust_frm.h"
+#include "links/link_acc_setup_frm.h"
+#include "links/link_db_frm.h"
+#include "loans/drawdown.h"
 #include "loans/loan_calc_frm.h"
+#include "loans/loan_extend_frm.h"
 #include "loans/new_loan_frm.h"
+#include "loans/update_sch.h"
 #include "screen/screen.h"
 
 namespace kaunter {
@@ -27,6 +33,12 @@ struct Entry {
 };
 
 constexpr Entry kScreens[] = {
+    {"Drawdown", Make<Drawdown>},
+    {"LoanExtendfrm", Make<LoanExtendfrm>},
+    {"UpdateSch", Make<UpdateSch>},
+    {"AMLADescFrm", Make<AMLADescFrm>},
+    {"LinkAccSetupfrm", Make<LinkAccSetupfrm>},
+    {"LinkDBfrm", Make<LinkDBfrm>},
     {"ChangePasswordfrm", Make<ChangePasswordfrm>},
     {"CompCodeFrm", Make<CompCodeFrm>},
     {"CompProfileFrm", Make<CompProfileFrm>},

@@ -36,6 +36,12 @@ bool GridModel::Exists(const QModelIndex& index) const {
          GridColumnOf(index.column()) < static_cast<int>(grid_.columns().size());
 }
 
+const std::vector<std::string>& GridModel::ItemsOf(int column) const {
+  static const std::vector<std::string> kNone;
+  const auto at = static_cast<std::size_t>(GridColumnOf(column));
+  return IsCheckColumn(column) || at >= grid_.columns().size() ? kNone : grid_.columns()[at].items;
+}
+
 bool GridModel::Right(int column) const {
   if (IsCheckColumn(column)) return false;
   const auto at = static_cast<std::size_t>(GridColumnOf(column));

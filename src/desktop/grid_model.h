@@ -34,6 +34,7 @@ class GridModel : public QAbstractTableModel {
   int GridColumnOf(int column) const { return column - (checks_ ? 1 : 0); }
   int ViewColumnOf(int grid_column) const { return grid_column + (checks_ ? 1 : 0); }
   bool Right(int column) const;
+  const std::vector<std::string>& ItemsOf(int column) const;  // empty for any text
   RowTone ToneOf(int row) const;
 
  private:

@@ -1,6 +1,7 @@
 #include "desktop/grid_view.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -76,6 +77,13 @@ class CellDelegate : public QStyledItemDelegate {
 
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&,
                         const QModelIndex& index) const override {
+    const std::vector<std::string>& items = model_.ItemsOf(index.column());
+    if (!items.empty()) {
+      auto* list = new QComboBox(parent);
+      list->addItem(QString());
+      for (const std::string& item : items) list->addItem(Q(item));
+      return list;
+    }
     auto* edit = new QLineEdit(parent);
     if (model_.Right(index.column())) edit->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     return edit;

@@ -1,5 +1,7 @@
 #include "screen/grid.h"
 
+#include <algorithm>
+
 #include <utility>
 
 #include "screen/text.h"
@@ -20,6 +22,10 @@ void Grid::SetColumns(std::vector<GridColumn> columns) {
 void Grid::SetColumnEditable(int column, bool on) {
   columns_.at(static_cast<std::size_t>(column)).editable = on;
   Changed();
+}
+
+void Grid::SetColumnItems(int column, std::vector<std::string> items) {
+  columns_.at(static_cast<std::size_t>(column)).items = std::move(items);
 }
 
 int Grid::ColumnIndex(std::string_view header) const {
@@ -134,6 +140,11 @@ bool Grid::CellEditable(int row, int column) const {
 bool Grid::Edit(int row, int column, std::string text) {
   if (!CellEditable(row, column)) return false;
   const std::string before = Cell(row, column);
+  const auto& items = columns_[static_cast<std::size_t>(column)].items;
+  if (!items.empty() && !text.empty() && text != before &&
+      std::find(items.begin(), items.end(), text) == items.end()) {
+    return false;
+  }
   SetCell(row, column, std::move(text));
   if (onCellLeave) onCellLeave(row, column, before);
   return true;

@@ -16,6 +16,8 @@ struct GridColumn {
   Kind kind = Kind::text;
   bool editable = false;
   int weight = 10;  // share of the width; 0 hides the column
+  // What an editable column takes besides a blank; empty for any text.
+  std::vector<std::string> items;
   GridColumn(Caption header_caption, Kind column_kind = Kind::text, int column_weight = 10,
              bool is_editable = false)
       : name(header_caption.english),
@@ -35,6 +37,7 @@ class Grid : public Control {
   const std::vector<GridColumn>& columns() const { return columns_; }
   void SetColumns(std::vector<GridColumn> columns);
   void SetColumnEditable(int column, bool on);
+  void SetColumnItems(int column, std::vector<std::string> items);
   int ColumnIndex(std::string_view header) const;  // -1 when there is none
 
   int RowCount() const { return static_cast<int>(rows_.size()); }
@@ -77,7 +80,7 @@ class Grid : public Control {
   void EnterCell(int row, int column);
   bool CellEditable(int row, int column) const;
   // Puts the text and fires onCellLeave, for an unchanged text too. False when the cell is not
-  // editable.
+  // editable or its column takes only its items.
   bool Edit(int row, int column, std::string text);
 
  private:
