@@ -398,9 +398,11 @@ bool GridView::UseKey(const QKeyEvent& event) {
   if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter) return false;
   // The Enter that closes an editor comes by here too, and is used up by it.
   if (QApplication::focusWidget() != table_) return true;
-  if (!current.isValid() || grid_.onKey) return false;
+  if (!current.isValid()) return false;
   if (current.flags() & Qt::ItemIsEditable) {
     table_->edit(current);
+  } else if (grid_.onKey) {
+    return false;  // the screen's own Enter
   } else if (grid_.onOpen) {
     Act([&] { grid_.Open(current.row(), std::max(model_->GridColumnOf(current.column()), 0)); });
   } else {

@@ -249,6 +249,15 @@ void NewLoanFrm::Load() {
     CustID.SetText(customer);
     LoadCustomer(false);
   }
+  // For a customer without a word on which loan: the latest that runs, and from there to the
+  // others.
+  if (LoanMode == "Edit Loan" && loan.empty() && !customer.empty()) {
+    const std::string latest = ScalarQuery(
+        main(), fmt::format("SELECT TOP 1 LoanID FROM LoanMast WHERE CustID={} AND LoanStatus <> "
+                            "'CLOSED' ORDER BY LoanID DESC",
+                            QuoteStr(customer)));
+    if (!latest.empty()) LoadLoan(latest);
+  }
 }
 
 bool NewLoanFrm::RequestClose() { return IsInquiry() || MayDiscard(record_.Changed()); }
@@ -347,7 +356,7 @@ void NewLoanFrm::ShowMode() {
   CmdNew.SetVisible(!IsInquiry());
   const bool may_edit = LoanMode == "Edit Loan";
   CmdDrawDown.SetEnabled(may_edit && !loaded_id_.empty());
-  SSCommand3.SetEnabled(is_new || may_edit);
+  SSCommand3.SetEnabled(is_new);  // an application is marked by the loan that it becomes
   for (GuarantorBoxes& boxes : guarantors) boxes.CmdGetGuarantor.SetEnabled(!IsInquiry());
   vsd.SetLocked(!may_edit);
   if (!IsInquiry()) return;
@@ -361,11 +370,11 @@ void NewLoanFrm::ShowMode() {
 
 void NewLoanFrm::SetTermsOpen(bool open) {
   TermsOpen = open;
-  const std::vector<Control*> terms = {&LoanTerm,       &LoanTerm3,   &LoanTerm2, &FirstPayment,
-                                       &InstallmentAmt, &LastPayment, &LoanAmt,   &TopUpAmt,
-                                       &DepositAmt2,    &TermInt,     &OathsAmt,  &LegalFee,
-                                       &MiscAmt,        &PayOutAmt2,  &InsRate,   &LoanTypeID,
-                                       &SchChanged,     &Command3,    &Command5,  &Command9};
+  const std::vector<Control*> terms = {
+      &LoanTerm, &LoanTerm3,  &LoanTerm2,   &FirstPayment, &InstallmentAmt, &LastPayment,
+      &LoanAmt,  &TopUpAmt,   &DepositAmt2, &TermInt,      &OathsAmt,       &LegalFee,
+      &MiscAmt,  &PayOutAmt2, &InsRate,     &LoanTypeID,   &SchChanged,     &Command3,
+      &Command5, &Command9,   &SSCommand3};
   for (Control* control : terms) control->SetEnabled(open);
   SpecialSch.SetEnabled(open && DragLoan.index() == 1);
   // Below level 4 a loan stays with the company of its customer.

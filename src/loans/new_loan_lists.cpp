@@ -46,7 +46,10 @@ void NewLoanFrm::BindGridEvents() {
   };
   vsd4.onOpen = [this](int row, int) { OpenPayment(row); };
   vsd4.onKey = [this](std::string_view key) {
-    if (key == "Delete" && vsd4.current_row() >= 0) DeletePayment(vsd4.current_row());
+    const int row = vsd4.current_row();
+    if (row < 0) return;
+    if (key == "Enter") OpenPayment(row);
+    if (key == "Delete") DeletePayment(row);
   };
   DrawDownDG.onOpen = [this](int row, int) { OpenDrawdown(DrawDownDG.Cell(row, 0)); };
   CmdDrawDown.onClick = [this] { OpenDrawdown({}); };

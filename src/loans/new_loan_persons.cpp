@@ -10,6 +10,7 @@
 #include "core/values.h"
 #include "customers/credit_limit.h"
 #include "customers/document_store.h"
+#include "loans/application.h"
 #include "loans/new_loan_frm.h"
 
 namespace kaunter {
@@ -219,6 +220,27 @@ void NewLoanFrm::TakeApplication() {
     Refuse(CustID, {"Customer Code is requried", "请输入顾客编号"});
     return;
   }
+  const std::string id = Pick(session(), desk(), "AppPop", {}, "LOAN");
+  const auto application = id.empty() ? std::nullopt : ReadApplication(main(), id, CustID.text());
+  if (!application) return;
+  Record terms("AppMast", "AppID");
+  terms.Add(NextDueDate, As::date).Add(DragLoan, As::index).Add(InsRate, As::rate);
+  for (TextBox* box : {&LoanAmt, &LoanAmt2, &TopUpAmt, &TermInt}) terms.Add(*box, As::money);
+  terms.Add(LoanTypeID).Add(LoanType).Add(LoanPurpose).Add(LoanTerm).Add(LoanTerm3);
+  terms.AddPage(PropertyPage);
+  terms.Load(application->row);
+  if (LoanTerm3.empty()) LoanTerm3.SetText("0");
+  // The application keeps its interest-only instalments in LoanTerm3, a loan in LoanTerm2.
+  LoanTerm2.SetText(LoanTerm3.text());
+  SpecialSch.SetEnabled(TermsOpen && DragLoan.index() == 1);
+  LoanTerm3.SetEnabled(TermsOpen && DragLoan.index() == 1);
+  AgreementNo.SetText(id);
+  taken_application_ = id;
+  CustID2.SetText(application->second_applicant);
+  if (!CustID2.empty()) LoadSecondApplicant();
+  if (LateChargePerDay.empty()) LateChargePerDay.SetText(InsRate.text());
+  AutomaticFees();
+  CalculatePayment(false);
 }
 
 }  // namespace kaunter
