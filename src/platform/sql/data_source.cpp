@@ -2,8 +2,11 @@
 
 #include <fmt/format.h>
 
+#include <charconv>
+#include <memory>
 #include <stdexcept>
 
+#include "platform/sql/odbc_connection.h"
 #include "platform/sql/odbc_string.h"
 
 namespace kaunter {
@@ -72,6 +75,16 @@ std::string ReadValue(std::string_view text, std::size_t* at) {
   throw std::invalid_argument(
       fmt::format("connection string: the value that begins at character {} has no closing {}",
                   start + 1, close));
+}
+
+// "Connect Timeout" of the connection text, in seconds.
+int LoginSeconds(const ConnectionString& asked) {
+  const std::string text = asked.Get("connect timeout");
+  int seconds = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+  return error == std::errc() && end == text.data() + text.size() && seconds > 0
+             ? seconds
+             : sql::kLoginSeconds;
 }
 
 }  // namespace
@@ -143,7 +156,7 @@ std::unique_ptr<Connection> OpenConnection(std::string_view name,
     throw SqlError(4060, fmt::format("Cannot open {}: the local data source {}: {}.", name,
                                      asked.Get("Data Source"), error.what()));
   }
-  return OpenOdbc(name, text, clock);
+  return std::make_unique<sql::OdbcConnection>(std::string(name), text, clock, LoginSeconds(asked));
 }
 
 }  // namespace kaunter

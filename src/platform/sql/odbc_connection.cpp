@@ -7,9 +7,10 @@
 namespace kaunter {
 namespace sql {
 
-OdbcConnection::OdbcConnection(std::string name, const std::string& odbc_string, const Clock& clock)
+OdbcConnection::OdbcConnection(std::string name, const std::string& odbc_string, const Clock& clock,
+                               int login_seconds)
     : Connection(name),
-      session_(std::move(name), odbc_string),
+      session_(std::move(name), odbc_string, login_seconds),
       dialect_(DialectFor(session_, clock)) {}
 
 std::int64_t OdbcConnection::DoExecute(std::string_view sql) {

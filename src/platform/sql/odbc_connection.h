@@ -15,7 +15,8 @@ namespace kaunter::sql {
 class OdbcConnection : public Connection {
  public:
   // `clock` must live as long; see DialectFor. Throws SqlError as OdbcSession does.
-  OdbcConnection(std::string name, const std::string& odbc_string, const Clock& clock);
+  OdbcConnection(std::string name, const std::string& odbc_string, const Clock& clock,
+                 int login_seconds = kLoginSeconds);
 
   bool InTransaction() const override { return session_.InTransaction(); }
   std::string EngineName() const override { return session_.dbms(); }

@@ -12,7 +12,6 @@
 namespace kaunter::sql {
 namespace {
 
-constexpr std::uintptr_t kLoginSeconds = 15;
 // With a character of two UTF-16 units: under some locales the driver manager carries the first
 // through an ANSI driver, and breaks the second. A server that knows no such characters may do.
 constexpr std::string_view kProbes[] = {"陈😀", "陈"};
@@ -38,12 +37,12 @@ SQLRETURN ConnectWide(SQLHANDLE link, std::u16string text) {
 
 }  // namespace
 
-OdbcSession::OdbcSession(std::string name, const std::string& odbc_string)
+OdbcSession::OdbcSession(std::string name, const std::string& odbc_string, int login_seconds)
     : name_(std::move(name)),
       source_(OdbcSourceName(odbc_string)),
       environment_(OdbcHandle::Environment()),
       link_(SQL_HANDLE_DBC, environment_) {
-  Connect(odbc_string);
+  Connect(odbc_string, login_seconds);
   try {
     ReadDbms();
     ProbeTexts();
@@ -62,8 +61,9 @@ OdbcSession::~OdbcSession() {
   GiveUp();
 }
 
-void OdbcSession::Connect(const std::string& odbc_string) {
-  SQLSetConnectAttr(link_.get(), SQL_ATTR_LOGIN_TIMEOUT, AsPointer(kLoginSeconds), SQL_IS_UINTEGER);
+void OdbcSession::Connect(const std::string& odbc_string, int login_seconds) {
+  SQLSetConnectAttr(link_.get(), SQL_ATTR_LOGIN_TIMEOUT,
+                    AsPointer(static_cast<std::uintptr_t>(login_seconds)), SQL_IS_UINTEGER);
   // Which calls the driver understands is not known yet. Narrow goes first: an ANSI driver that is
   // asked through wide calls would open, or make, a file with a garbled name.
   SQLRETURN result = ConnectNarrow(link_.get(), odbc_string);

@@ -20,12 +20,14 @@ struct OdbcOutcome {
   std::optional<Recordset> rows;  // of the last statement that gives rows, when they were wanted
 };
 
+inline constexpr int kLoginSeconds = 15;  // where the connection text names no time of its own
+
 class OdbcSession {
  public:
-  // Connects within a bounded time. Throws SqlError 4060 (18456 for a refused account) that names
+  // Connects within `login_seconds`. Throws SqlError 4060 (18456 for a refused account) that names
   // connection and source, never the password; also when the driver passes Chinese neither through
   // wide nor through narrow calls.
-  OdbcSession(std::string name, const std::string& odbc_string);
+  OdbcSession(std::string name, const std::string& odbc_string, int login_seconds = kLoginSeconds);
   ~OdbcSession();
   OdbcSession(const OdbcSession&) = delete;
   OdbcSession& operator=(const OdbcSession&) = delete;
@@ -49,7 +51,7 @@ class OdbcSession {
   bool IsSqlServer() const;
 
  private:
-  void Connect(const std::string& odbc_string);
+  void Connect(const std::string& odbc_string, int login_seconds);
   void ReadDbms();
   void ProbeTexts();
   bool ComesBack(std::string_view probe);

@@ -1,6 +1,9 @@
 // The ODBC engine through two real drivers: SQLite's (ANSI, one statement a call, loosely typed)
 // and PostgreSQL's (Unicode, batches, true types) with a server of the tests' own.
+#include <arpa/inet.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -418,6 +421,31 @@ TEST(OdbcSources, AnSqlServerThatIsNotThereIsTold) {
     EXPECT_EQ(words.find("hush"), std::string::npos) << words;
   }
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+}
+
+// A server that takes the call and never speaks: the connection text says how long a counter waits.
+TEST(OdbcSources, AServerThatNeverAnswersIsGivenUpAfterTheTimeThatTheTextNames) {
+  const int ear = socket(AF_INET, SOCK_STREAM, 0);
+  ASSERT_GE(ear, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t length = sizeof address;
+  ASSERT_EQ(bind(ear, reinterpret_cast<sockaddr*>(&address), length), 0);
+  ASSERT_EQ(listen(ear, 4), 0);
+  ASSERT_EQ(getsockname(ear, reinterpret_cast<sockaddr*>(&address), &length), 0);
+  DataSources sources;
+  sources.Add("AMLA", {DataSource::Kind::kOdbc, "Driver=" + testing::FreeTdsDriver() +
+                                                    ";TDS_Version=7.4;Server=127.0.0.1;Port=" +
+                                                    std::to_string(ntohs(address.sin_port))});
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_THROW(OpenConnection("AMLA", "Data Source=AMLA;Initial Catalog=AMLA;Connect Timeout=2",
+                              sources, Clock()),
+               SqlError);
+  const auto waited = std::chrono::steady_clock::now() - begin;
+  close(ear);
+  EXPECT_GE(waited, std::chrono::seconds(1)) << "it was given no time at all";
+  EXPECT_LT(waited, std::chrono::seconds(8));
 }
 
 }  // namespace
