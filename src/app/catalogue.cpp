@@ -13,6 +13,7 @@
 #include "links/link_acc_setup_frm.h"
 #include "links/link_db_frm.h"
 #include "loans/drawdown.h"
+#include "loans/loan_app_frm.h"
 #include "loans/loan_calc_frm.h"
 #include "loans/loan_extend_frm.h"
 #include "loans/new_loan_frm.h"
@@ -42,6 +43,7 @@ constexpr Entry kScreens[] = {
     {"ChangePasswordfrm", Make<ChangePasswordfrm>},
     {"CompCodeFrm", Make<CompCodeFrm>},
     {"CompProfileFrm", Make<CompProfileFrm>},
+    {"LoanAppFrm", Make<LoanAppFrm>},
     {"LoanCalcfrm", Make<LoanCalcfrm>},
     {"PopupFrm", Make<PopupFrm>},
     {"SetupFrm", Make<SetupFrm>},
