@@ -1,16 +1,15 @@
 #include "loans/drawdown.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include "core/audit.h"
 #include "core/company_access.h"
-#include "core/log.h"
 #include "core/sequences.h"
 #include "core/values.h"
 #include "fmt/format.h"
 #include "links/accounting_link.h"
 #include "loans/loan_lifecycle.h"
-#include "platform/sql/transaction.h"
 #include "screen/hourglass.h"
 
 namespace kaunter {
@@ -48,11 +47,7 @@ Drawdown::Drawdown(Session& session, Desk& desk)
   DrawDownAmt.onLeave = [this] { LeaveAmount(); };
   Payee.onLeave = [this] { Payee.SetText(ApplyCapLock(this->session(), Payee.text())); };
   SaveCmd.onClick = [this] { Save(); };
-  SaveCmd.shortcut = "Ctrl+S";
   CmdDelete.onClick = [this] { Delete(); };
-  CancelCmd.onClick = [this] {
-    if (RequestClose()) Close();
-  };
 }
 
 void Drawdown::Load() {
@@ -66,7 +61,7 @@ void Drawdown::Load() {
   LoanID.SetText(session().HandOverLoanID);
   if (!sid.empty()) {
     LoadRelease(sid);
-  } else if (ShowLoan(LoanID.text())) {
+  } else if (ShowLoan()) {
     ProposeRelease();
   }
 }
@@ -80,22 +75,23 @@ void Drawdown::LoadRelease(const std::string& sid) {
     return;
   }
   record_.Load(row);
-  if (!ShowLoan(LoanID.text())) return;
+  if (!ShowLoan()) return;
   SID.SetText(sid);
   CmdDelete.SetEnabled(true);
   loaded_values_ = {row.Field("TrxDate"), row.Field("DrawDownAmt"), row.Field("Payee")};
   record_.Remember();
 }
 
-bool Drawdown::ShowLoan(const std::string& asked_for) {
+bool Drawdown::ShowLoan() {
+  const std::string id = LoanID.text();
   const Recordset row = main().Query(
       "SELECT "
       "l.CustID,l.LoanAmt,l.TrxDate,l.TotPay,l.CompCode,l.DragLoan,c.CustName,l.StampingDate FROM "
       "LoanMast as l inner join CustMast as c on l.CustID=c.CustID WHERE l.LoanID=" +
-      QuoteStr(LoanID.text()));
+      QuoteStr(id));
   if (row.Eof() || !MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
     record_.Clear();
-    return Refuse({fmt::format("Loan {} not found", asked_for)});
+    return Refuse({fmt::format("Loan {} not found", id)});
   }
   CustID.SetText(NullToEmpty(row.Field("CustID")));
   CustName.SetText(NullToEmpty(row.Field("CustName")));
@@ -167,13 +163,9 @@ bool Drawdown::Check() {
 void Drawdown::Save() {
   if (!Check() || !Confirm({"Confirm to save record ?"})) return;
   const bool is_new = IsNew();
-  try {
-    const Hourglass busy(desk());
-    Store();
-  } catch (const std::exception& failure) {
+  if (!Write([this] { Store(); })) {
     // A new release's number went back with the rollback: the box must not go on showing it.
     if (is_new) SID.Clear();
-    Failed(failure);
     return;
   }
   TellLinkedAccounts();
@@ -184,7 +176,6 @@ void Drawdown::Save() {
 
 void Drawdown::Store() {
   const bool is_new = IsNew();
-  Transaction transaction(main());
   // Another desktop may have released the rest while the question stood.
   if (ExceedsLoan()) throw std::runtime_error("Drawdown amount cannot more than loan amount");
   if (is_new) {
@@ -196,7 +187,6 @@ void Drawdown::Store() {
   WriteAudit(session(), is_new ? "Create" : "Modify", "Drawdown", CompCode.text(), SID.text(),
              loaded_values_);
   WriteLoan();
-  transaction.Commit();
 }
 
 void Drawdown::WriteLoan() {
@@ -212,9 +202,12 @@ void Drawdown::WriteLoan() {
                   id));
 }
 
-bool Drawdown::Failed(const std::exception& failure) {
-  LogRollback(session(), fmt::format("Drawdown - Loan ID {}", LoanID.text()), failure);
-  return Refuse({"an error occur during saving record"});
+bool Drawdown::Write(const std::function<void()>& write) {
+  return Attempt(fmt::format("Drawdown - Loan ID {}", LoanID.text()),
+                 {"an error occur during saving record"}, [this, &write] {
+                   const Hourglass busy(desk());
+                   write();
+                 });
 }
 
 // The release stands whatever becomes of its invoice.
@@ -245,20 +238,15 @@ void Drawdown::Delete() {
           {fmt::format("Warning! The loan has {} payment record(s)\n Proceed on ?", payments)})) {
     return;
   }
-  try {
-    const Hourglass busy(desk());
-    const std::string id = QuoteStr(LoanID.text());
-    Transaction transaction(main());
+  const bool deleted = Write([this] {
     ExecuteOnRow(main(), "DELETE FROM DrawDownMast WHERE SID=" + QuoteStr(SID.text()), SID.text());
     WriteLoan();
     // No release left: the sum of no rows is null, and 0 opens the loan's terms again.
-    main().Execute("UPDATE LoanMast SET PayOutAmt=0 WHERE PayOutAmt is null and LoanID=" + id);
+    main().Execute("UPDATE LoanMast SET PayOutAmt=0 WHERE PayOutAmt is null and LoanID=" +
+                   QuoteStr(LoanID.text()));
     WriteAudit(session(), "Delete", "Drawdown", CompCode.text(), SID.text(), loaded_values_);
-    transaction.Commit();
-  } catch (const std::exception& failure) {
-    Failed(failure);
-    return;
-  }
+  });
+  if (!deleted) return;
   Tell(MessageKind::information, {"Record deleted "});
   ClearScreen();
 }

@@ -6,6 +6,7 @@
 // document number in CallerTag.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -43,14 +44,13 @@ class Drawdown : public SessionScreen {
   bool IsNew() const { return SID.empty(); }
   void LoadRelease(const std::string& sid);
   void ProposeRelease();
-  // Shows the loan of LoanID. False when there is none that the person may see; told as
-  // `asked_for`.
-  bool ShowLoan(const std::string& asked_for);
+  // Shows the loan of LoanID. False when there is none that the person may see.
+  bool ShowLoan();
   void LeaveDate();
   void LeaveAmount();
 
   bool Check();
-  // Its other releases and this one come to more than the loan.
+  // This release and the others come to more than the loan.
   bool ExceedsLoan();
   Money SumOfOthers();
   void Save();
@@ -60,7 +60,8 @@ class Drawdown : public SessionScreen {
   void ClearScreen();
   // PayOutAmt and LastDownDate of the loan follow its releases.
   void WriteLoan();
-  bool Failed(const std::exception& failure);
+  // Runs a write; false when it failed, which has then been told.
+  bool Write(const std::function<void()>& write);
 
   Record record_;
   std::string DragLoan_;

@@ -1,16 +1,14 @@
 #include "loans/loan_extend_frm.h"
 
 #include <stdexcept>
-#include <vector>
+#include <utility>
 
 #include "core/company_access.h"
-#include "core/log.h"
 #include "core/picker.h"
 #include "core/record.h"
 #include "core/values.h"
 #include "fmt/format.h"
 #include "loans/step_date.h"
-#include "platform/sql/transaction.h"
 #include "screen/hourglass.h"
 
 namespace kaunter {
@@ -45,10 +43,9 @@ LoanExtendfrm::LoanExtendfrm(Session& session, Desk& desk)
   };
   SaveCmd.onClick = [this] { Shift(false); };
   Command2.onClick = [this] { Shift(true); };
-  CancelCmd.onClick = [this] { Close(); };
 }
 
-void LoanExtendfrm::LoadLoan(const std::string& id) {
+void LoanExtendfrm::LoadLoan(std::string id) {
   ClearScreen();
   const Recordset row = main().Query(
       "SELECT a.CompCode,b.CustName,a.LoanTerm,a.LoanTypeID FROM LoanMast as a inner join CustMast "
@@ -74,17 +71,10 @@ void LoanExtendfrm::LoadLoan(const std::string& id) {
 }
 
 void LoanExtendfrm::List() {
-  std::vector<std::vector<std::string>> lines;
-  for (Recordset rows =
+  FillGrid(SchDG,
            main().Query("SELECT SchID,DueDate,PayableAmt,Payment,PayableAmt-Payment as 'Balance' "
                         "FROM SchMast WHERE LoanID=" +
-                        QuoteStr(loaded_id_) + " ORDER BY SchID");
-       !rows.Eof(); rows.MoveNext()) {
-    lines.push_back({ShowInt(rows.Field("SchID")), ShowDate(rows.Field("DueDate")),
-                     ShowMoney(rows.Field("PayableAmt")), ShowMoney(rows.Field("Payment")),
-                     ShowMoney(rows.Field("Balance"))});
-  }
-  SchDG.SetRows(std::move(lines));
+                        QuoteStr(loaded_id_) + " ORDER BY SchID"));
 }
 
 void LoanExtendfrm::ClearScreen() {
@@ -112,10 +102,9 @@ void LoanExtendfrm::Shift(bool backwards) {
 }
 
 bool LoanExtendfrm::Write(bool backwards) {
-  const Hourglass busy(desk());
-  const std::string id = QuoteStr(loaded_id_);
-  try {
-    Transaction transaction(main());
+  const auto write = [this, backwards] {
+    const Hourglass busy(desk());
+    const std::string id = QuoteStr(loaded_id_);
     bool first = true;
     for (int row = 0; row < SchDG.RowCount(); ++row) {
       if (Money::FromText(SchDG.Cell(row, kBalance)).IsZero()) continue;
@@ -126,21 +115,15 @@ bool LoanExtendfrm::Write(bool backwards) {
                    fmt::format("UPDATE SchMast SET DueDate={} WHERE LoanID={} AND SchID={}", date,
                                id, StripCommaOrZero(sch_id)),
                    fmt::format("{} - {}", loaded_id_, sch_id));
-      if (first) {
-        ExecuteOnRow(
-            main(),
-            fmt::format("UPDATE LoanMast SET NextDueDate={0},NextCall={0} WHERE LoanID={1}", date,
-                        id),
-            loaded_id_);
-        first = false;
-      }
+      if (!std::exchange(first, false)) continue;
+      ExecuteOnRow(main(),
+                   fmt::format("UPDATE LoanMast SET NextDueDate={0},NextCall={0} WHERE LoanID={1}",
+                               date, id),
+                   loaded_id_);
     }
-    transaction.Commit();
-    return true;
-  } catch (const std::exception& failure) {
-    LogRollback(session(), fmt::format("Extend Schedule - Loan ID {}", loaded_id_), failure);
-    return Refuse({"an error occur during updating record", "更新记录时发生错误"});
-  }
+  };
+  return Attempt(fmt::format("Extend Schedule - Loan ID {}", loaded_id_),
+                 {"an error occur during updating record", "更新记录时发生错误"}, write);
 }
 
 }  // namespace kaunter

@@ -31,7 +31,7 @@ class LoanExtendfrm : public SessionScreen {
   Button CancelCmd{*this, "CancelCmd", {"&Close", "关闭(&C)"}, ButtonRole::cancel};
 
  private:
-  void LoadLoan(const std::string& id);
+  void LoadLoan(std::string id);  // by value: the box it may come from is cleared
   void List();
   void ClearScreen();
   void Shift(bool backwards);

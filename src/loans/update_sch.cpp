@@ -9,7 +9,6 @@
 #include "core/record.h"
 #include "core/values.h"
 #include "fmt/format.h"
-#include "platform/sql/transaction.h"
 #include "screen/hourglass.h"
 
 namespace kaunter {
@@ -103,10 +102,6 @@ UpdateSch::UpdateSch(Session& session, Desk& desk)
   SchLV.onRow = [this](int row) { PickRow(row); };
   Command2.onClick = [this] { TakeRow(); };
   SaveCmd.onClick = [this] { Save(); };
-  SaveCmd.shortcut = "Ctrl+S";
-  CancelCmd.onClick = [this] {
-    if (RequestClose()) Close();
-  };
 }
 
 void UpdateSch::Load() { ClearScreen(); }
@@ -127,7 +122,7 @@ void UpdateSch::LeaveLoanID() {
   }
 }
 
-void UpdateSch::LoadLoan(const std::string& id) {
+void UpdateSch::LoadLoan(std::string id) {
   ClearScreen();
   if (!FindCustomer(id)) {
     Refuse(LoanID, {fmt::format("Loan {} not found", id), fmt::format("找不到贷款 {}", id)});
@@ -285,10 +280,9 @@ void UpdateSch::Save() {
 }
 
 bool UpdateSch::Write() {
-  const Hourglass busy(desk());
-  const std::string id = QuoteStr(loaded_.LoanID);
-  try {
-    Transaction transaction(main());
+  const auto write = [this] {
+    const Hourglass busy(desk());
+    const std::string id = QuoteStr(loaded_.LoanID);
     // Another desktop may have taken one since the list was filled.
     if (HasPayments()) throw std::runtime_error(kPaymentsExist.english);
     const Recordset loan = main().Query("Select LoanBal from LoanMast where LoanID = " + id);
@@ -307,12 +301,9 @@ bool UpdateSch::Write() {
                              balance.ToText(), id),
                  loaded_.LoanID);
     MoveCustomerBalance(main(), loaded_.CustID, balance - old_balance);
-    transaction.Commit();
-    return true;
-  } catch (const std::exception& failure) {
-    LogRollback(session(), fmt::format("Update Schedule - Loan ID {}", loaded_.LoanID), failure);
-    return Refuse({"an error occur during saving schedule", "储存还款表时发生错误"});
-  }
+  };
+  return Attempt(fmt::format("Update Schedule - Loan ID {}", loaded_.LoanID),
+                 {"an error occur during saving schedule", "储存还款表时发生错误"}, write);
 }
 
 }  // namespace kaunter

@@ -40,7 +40,7 @@ class UpdateSch : public SessionScreen {
 
  private:
   void LeaveLoanID();
-  void LoadLoan(const std::string& id);
+  void LoadLoan(std::string id);  // by value: the box it may come from is cleared
   bool FindCustomer(const std::string& id);
   void List();
   void ClearScreen();
