@@ -91,7 +91,7 @@ void OpenAudit(Start& start) {
     OpenSqlite("LogsConn", *file, /*create=*/true, session.clock);
   }
   session.LogsConn = OpenNamed(session, "LogsConn", "TransLogs", text);
-  if (file) CreateMissingAuditTables(*session.LogsConn);
+  if (file || session.MayCreateTables) CreateMissingAuditTables(*session.LogsConn);
 }
 
 void ReadFtpHost(Start& start) {

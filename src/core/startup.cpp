@@ -81,7 +81,8 @@ void CreateMissingFile(const Session& session, const LocalSettings& local) {
 // start.
 void FillNewOffice(Session& session) {
   const auto source = session.data_sources.Find(session.ConnDataSource);
-  if (!source || source->kind != DataSource::Kind::kEmbedded) return;
+  const bool embedded = source && source->kind == DataSource::Kind::kEmbedded;
+  if (!embedded && !session.MayCreateTables) return;
   Connection& main = session.Main();
   if (IsEmptyDatabase(main)) CreateEmptyOffice(main, session.ConnAccount);
 }
@@ -135,6 +136,7 @@ void ApplyLocalSettings(Session& session, const LocalSettings& local) {
   session.ConnDatabase = local.ConnDatabase.empty() ? local.ConnDataSource : local.ConnDatabase;
   session.ConnLinkAcc = local.ConnLinkAcc;
   session.data_sources = local.sources;
+  session.MayCreateTables = local.creatable.contains(Lower(session.ConnDataSource));
 }
 
 void CheckDateFormat(const std::string& short_date) {
