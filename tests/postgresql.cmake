@@ -1,0 +1,35 @@
+# The play scripts, and eight desktops at once, on a PostgreSQL server: script/test --engine postgresql starts one. Where
+# there is none they are skipped.
+if(TARGET kaunter-play)
+  get_property(all DIRECTORY PROPERTY TESTS)
+  foreach(name ${all})
+    if(NOT name MATCHES "^play-")
+      continue()
+    endif()
+    string(REGEX REPLACE "^play-" "" script ${name})
+    set(files ${CMAKE_CURRENT_SOURCE_DIR}/play/${script}.play)
+    if(script STREQUAL "demo")
+      set(files "${demo}")
+    endif()
+    string(REPLACE "-" "_" database ${script})
+    add_test(NAME postgresql-${script}
+      COMMAND ${CMAKE_COMMAND}
+        -DPROGRAM=$<TARGET_FILE:kaunter-play>
+        "-DSCRIPT=${files}"
+        -DOFFICE=${CMAKE_BINARY_DIR}/play-postgresql/${script}
+        -DNAME=play_${database}
+        -DREPORTS=${CMAKE_SOURCE_DIR}/reports
+        -P ${CMAKE_CURRENT_SOURCE_DIR}/play/run_script.cmake)
+    list(APPEND on_server postgresql-${script})
+  endforeach()
+  add_test(NAME postgresql-eight-desktops
+    COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play>
+      -DOFFICE=${CMAKE_BINARY_DIR}/play-postgresql/eight-desktops -DNAME=eight_desktops
+      -P ${CMAKE_CURRENT_SOURCE_DIR}/play/eight_desktops.cmake)
+  list(APPEND on_server postgresql-eight-desktops)
+  set_tests_properties(${on_server} PROPERTIES LABELS "postgresql;only-postgresql"
+    SKIP_REGULAR_EXPRESSION "no PostgreSQL server to play on")
+endif()
+if(TEST platform)
+  set_tests_properties(platform PROPERTIES LABELS postgresql)
+endif()
