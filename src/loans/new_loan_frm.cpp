@@ -481,17 +481,14 @@ void NewLoanFrm::ShowGlance() {
   const std::string arrears = ShowMoney(glance.arrears);
   ArrearsLBL.SetText(session().In(
       glance.days_in_arrears > 0
-          ? Caption{fmt::format("In arrears {} for {} days", arrears, glance.days_in_arrears),
+          ? Caption{fmt::format("Arrears {}, {} days", arrears, glance.days_in_arrears),
                     fmt::format("拖欠 {}，{} 天", arrears, glance.days_in_arrears)}
-          : Caption{"Not in arrears", "没有拖欠"}));
+          : Caption{"No arrears", "没有拖欠"}));
   const double all = std::max(1, glance.paid + glance.due + glance.open);
-  InstalmentBar.Set(
-      {{{"Paid", "已还"}, glance.paid / all, Bar::Part::Tone::good},
-       {{"Due", "逾期"}, glance.due / all, Bar::Part::Tone::bad},
-       {{"Open", "未到期"}, glance.open / all, Bar::Part::Tone::quiet}},
-      session().In({fmt::format("{} paid, {} due, {} open", glance.paid, glance.due, glance.open),
-                    fmt::format("已还 {} 期，逾期 {} 期，未到期 {} 期", glance.paid, glance.due,
-                                glance.open)}));
+  InstalmentBar.Set({{{"Paid", "已还"}, glance.paid / all, Bar::Part::Tone::good},
+                     {{"Due", "逾期"}, glance.due / all, Bar::Part::Tone::bad},
+                     {{"Open", "未到期"}, glance.open / all, Bar::Part::Tone::quiet}},
+                    fmt::format("{} / {} / {}", glance.paid, glance.due, glance.open));
 }
 
 void NewLoanFrm::ReportSuspicion() {

@@ -363,7 +363,7 @@ class NewLoanFrm : public SessionScreen {
   // Takes CustID as typed: a customer, an alternate code, a new IC. `lenient`, of a loan that
   // stands: only notes a customer who is not ACTIVE. False when no loan can start.
   bool LoadCustomer(bool lenient);
-  void ShowCredit(const std::string& limit_type);
+  void ShowCredit(Money limit, const std::string& limit_type);
   void LoadSecondApplicant();
   void TakeGuarantor(GuarantorBoxes& boxes);
   void ChoosePhoto(GuarantorBoxes& boxes);

@@ -2,13 +2,13 @@
 // fills from one query, in one redraw.
 #include <fmt/format.h>
 
+#include <stdexcept>
+
 #include "core/audit.h"
 #include "core/company_access.h"
-#include "core/log.h"
 #include "core/values.h"
 #include "loans/new_loan_frm.h"
 #include "loans/rebuild_and_tell.h"
-#include "platform/sql/transaction.h"
 
 namespace kaunter {
 namespace {
@@ -220,30 +220,27 @@ void NewLoanFrm::DeletePayment(int row) {
     return;
   }
   if (!Confirm({"Confirm to delete payment ?", "确定删除付款？"})) return;
-  const std::string pay_id = QuoteStr(id);
-  try {
-    Transaction transaction(main());
-    const Recordset payment = main().Query(fmt::format(
-        "SELECT CompCode,ChqNo,PayAmt,CollectorAmt,IntAmt,DiscAmt,PayDate,Settlement FROM "
-        "PaymentMast WHERE PayID={}",
-        pay_id));
-    // Another desktop may have settled the loan, or deleted the payment, since the grid was filled.
-    if (!payment.Eof() && NullToEmpty(payment.Field("Settlement")) == "1") {
-      throw std::runtime_error(fmt::format("{} is a settlement", id));
-    }
-    ExecuteOnRow(main(), fmt::format("DELETE PaymentMast WHERE PayID={}", pay_id), id);
-    main().Execute(
-        fmt::format("UPDATE ChqMast SET PayID='',PayDate=null WHERE LoanID={} AND PayID={}",
-                    QuoteStr(loaded_id_), pay_id));
-    WriteAudit(session(), "Delete", "Payment", NullToEmpty(payment.Field("CompCode")), id,
-               {payment.Field("PayAmt"), payment.Field("CollectorAmt"), payment.Field("IntAmt"),
-                payment.Field("DiscAmt"), payment.Field("PayDate")});
-    transaction.Commit();
-  } catch (const std::exception& failure) {
-    LogRollback(session(), fmt::format("Delete Payment - {}", id), failure);
-    Tell(MessageKind::critical, {"an error occur during delete payment", "删除付款时发生错误"});
-    return;
-  }
+  const bool deleted = Attempt(
+      fmt::format("Delete Payment - {}", id),
+      {"an error occur during delete payment", "删除付款时发生错误"}, [&] {
+        const std::string pay_id = QuoteStr(id);
+        const Recordset payment = main().Query(fmt::format(
+            "SELECT CompCode,PayAmt,CollectorAmt,IntAmt,DiscAmt,PayDate,Settlement FROM "
+            "PaymentMast WHERE PayID={}",
+            pay_id));
+        // Another desktop may have settled the loan with it since the grid was filled.
+        if (!payment.Eof() && NullToEmpty(payment.Field("Settlement")) == "1") {
+          throw std::runtime_error(fmt::format("{} is a settlement", id));
+        }
+        ExecuteOnRow(main(), fmt::format("DELETE PaymentMast WHERE PayID={}", pay_id), id);
+        main().Execute(
+            fmt::format("UPDATE ChqMast SET PayID='',PayDate=null WHERE LoanID={} AND PayID={}",
+                        QuoteStr(loaded_id_), pay_id));
+        WriteAudit(session(), "Delete", "Payment", NullToEmpty(payment.Field("CompCode")), id,
+                   {payment.Field("PayAmt"), payment.Field("CollectorAmt"), payment.Field("IntAmt"),
+                    payment.Field("DiscAmt"), payment.Field("PayDate")});
+      });
+  if (!deleted) return;
   RebuildAndTell(session(), desk(), loaded_id_, CustID.text());
   Tell(MessageKind::information, {"Payment deleted successfull", "付款已删除"});
   LoadLoan(std::string(loaded_id_));

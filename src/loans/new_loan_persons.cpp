@@ -51,8 +51,11 @@ void NewLoanFrm::BindPersonEvents() {
       boxes.GuarantorName.SetText(ApplyCapLock(session(), boxes.GuarantorName.text()));
     };
     boxes.CmdGetGuarantor.onClick = [this, &boxes] { TakeGuarantor(boxes); };
-    boxes.Pic.SetLocked(true);
     boxes.Pic.picker = "file";
+    boxes.Pic.onLeave = [this, &boxes] {
+      if (boxes.Pic.empty()) pending_photos_[boxes.index].clear();
+      ShowPhotos();
+    };
     boxes.Pic.onSearch = [this, &boxes] { ChoosePhoto(boxes); };
   }
   SSCommand3.onClick = [this] { TakeApplication(); };
@@ -104,7 +107,8 @@ bool NewLoanFrm::LoadCustomer(bool lenient) {
     LoadCheckList();
     ShowAml();
   }
-  ShowCredit(NullToEmpty(row.Field("CreditLimitType")));
+  ShowCredit(Money::FromText(ShowMoney(row.Field("CreditLimit"))),
+             NullToEmpty(row.Field("CreditLimitType")));
   if (!Bank.empty()) return true;
   const Recordset bank = main().Query(
       fmt::format("SELECT TOP 1 ATMCardNo,ATMPinNo,Bank,BankBranch FROM LoanMast WHERE CustID={} "
@@ -121,15 +125,14 @@ bool NewLoanFrm::LoadCustomer(bool lenient) {
   return true;
 }
 
-void NewLoanFrm::ShowCredit(const std::string& limit_type) {
+// What the customer may still borrow today, whatever the limit was when the loan was made.
+void NewLoanFrm::ShowCredit(Money limit, const std::string& limit_type) {
   if (limit_type.empty()) {
     CreditLBL.SetText(session().In({"No credit limit", "没有信用额限制"}));
     return;
   }
-  const Money limit = Money::TryText(CreditLimit.text()).value_or(Money());
   const struct CreditBar credit = MeasureCredit(main(), CustID.text(), limit, limit_type);
-  CreditLBL.SetText(
-      fmt::format("{} {}", session().In({"Credit available", "可用信用额"}), credit.label));
+  CreditLBL.SetText(fmt::format("{} {}", session().In({"Credit", "可用信用额"}), credit.label));
   CreditLBL.tip = credit.tip;
 }
 
@@ -210,6 +213,7 @@ void NewLoanFrm::ShowPhotos() {
       path = KeptPath(session(), loaded_id_, boxes.Pic.text());
     }
     boxes.Photo.SetPath(path);
+    boxes.Photo.SetVisible(!path.empty());
   }
 }
 

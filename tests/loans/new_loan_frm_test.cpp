@@ -24,11 +24,15 @@ class Clerk : public SilentDesk {
     return answer;
   }
   bool CanShow(std::string_view) const override { return true; }
-  void Show(std::string_view screen) override { shown.emplace_back(screen); }
+  void Show(std::string_view screen) override {
+    shown.emplace_back(screen);
+    if (on_show) on_show();
+  }
 
   bool answer = false;
   std::vector<std::string> asked;
   std::vector<std::string> shown;
+  std::function<void()> on_show;
 };
 
 using Texts = std::map<std::string, std::string>;
@@ -805,6 +809,86 @@ TEST_F(LoanScreen, OneQueryAGridWhateverItsRows) {
   EXPECT_EQ(screen->vsd4.RowCount(), 500);
   EXPECT_EQ(statements[0], statements[1]);
   EXPECT_LE(statements[0], 20u);
+}
+
+// --- other screens
+
+TEST_F(LoanScreen, ADrawdownIsOpenedForTheStoredLoanAndLocksItOnReturn) {
+  Loan("HQ0001-001");
+  Open("Edit Loan", "HQ0001-001");
+  Set("Memo1", "typed");
+  screen->CmdDrawDown.Click();
+  EXPECT_EQ(Told(), Lines{"Please save the changes of the loan first"});
+  EXPECT_EQ(desk.shown, Lines());
+  EXPECT_EQ(Text("Memo1"), "typed");
+  Open("Edit Loan", "HQ0001-001");
+  Lines handed;
+  desk.on_show = [&] {
+    handed = {office.session.CallerTag, office.session.HandOverLoanID};
+    office.Run(
+        "INSERT INTO DrawDownMast (SID,LoanID,TrxDate,DrawDownAmt) VALUES "
+        "('DL0001','HQ0001-001','2024-01-31',4000);UPDATE LoanMast SET PayOutAmt=4000");
+  };
+  screen->CmdDrawDown.Click();
+  EXPECT_EQ(handed, (Lines{"", "HQ0001-001"}));
+  EXPECT_EQ(Text("PayOutAmt"), "4,000.00");
+  EXPECT_FALSE(screen->LoanAmt.enabled());
+  desk.on_show = [&] { handed = {office.session.CallerTag, office.session.HandOverLoanID}; };
+  screen->DrawDownDG.Open(0, 0);
+  EXPECT_EQ(handed, (Lines{"DL0001", ""}));
+  EXPECT_EQ(office.session.CallerTag, "Edit Loan");  // the screen's own command is back
+}
+
+TEST_F(LoanScreen, APaymentIsOpenedByRightOnly) {
+  Loan("HQ0001-001", "10000");
+  office.Run("INSERT INTO PaymentMast (PayID,LoanID,PayAmt) VALUES ('P1','HQ0001-001',100)");
+  Open("Edit Loan", "HQ0001-001");
+  for (const char* right : {"0", "2", "1"}) {
+    office.Run(fmt::format("UPDATE UserMast SET AccessPayment={}", right));
+    screen->vsd4.Open(0, 0);
+    EXPECT_EQ(desk.shown.size(), std::string(right) == "1" ? 1u : 0u) << right;
+  }
+}
+
+TEST_F(LoanScreen, AnApplicationFillsTheLoan) {
+  Customer("HQ0002", "HQ", "Wong", "ACTIVE");
+  office.Run(
+      "INSERT INTO AppMast (AppID,CompCode,CustID,NextDueDate,LoanAmt2,TopUpAmt,LoanAmt,LoanTypeID,"
+      "LoanType,DragLoan,LoanPurpose,InsRate,LoanTerm,LoanTerm3,TermInt,TitleNo,Memo4) VALUES "
+      "('AP0001','HQ','HQ0001','2024-02-29',50000,100,10000,'MONTH','Secured','0','FLAT',18,'6',"
+      "'2',75,'GM 12',60000);"
+      "INSERT INTO AppMastLink (AppID,CustID,AppType) VALUES ('AP0001','HQ0001','Applicant');"
+      "INSERT INTO AppMastLink (AppID,CustID,AppType) VALUES ('AP0001','HQ0002','Applicant')");
+  Open("New Loan");
+  screen->SSCommand3.Click();
+  EXPECT_EQ(Told(), Lines{"Customer Code is requried"});
+  Set("CustID", "HQ0001");
+  desk.on_show = [&] {
+    EXPECT_EQ(office.session.PickerName, "AppPop");
+    EXPECT_EQ(office.session.PickerExtra, "LOAN");  // ready for a loan
+    office.session.PickerName.clear();
+    office.session.CallerTag = "AP0001";
+  };
+  screen->SSCommand3.Click();
+  // 10,000 x 18 % / 12 x 6 = 900 for the repaying instalments, 300 for two of interest only.
+  const Texts after = {{"AgreementNo", "AP0001"},
+                       {"NextDueDate", "29-02-2024"},
+                       {"LoanAmt", "10,000.00"},
+                       {"LoanAmt2", "50,000.00"},
+                       {"TopUpAmt", "100.00"},
+                       {"LoanType", "Secured"},
+                       {"DragLoan", "Personal Loan"},
+                       {"LoanTerm", "6"},
+                       {"LoanTerm2", "2"},
+                       {"LoanTerm3", "2"},
+                       {"TermInt", "75.00"},
+                       {"TitleNo", "GM 12"},
+                       {"Memo4", "60,000.00"},
+                       {"CustID2", "HQ0002"},
+                       {"CustName2", "Wong"},
+                       {"InstallmentAmt", "1816.67"},
+                       {"LoanBal", "11,200.00"}};
+  for (const auto& [box, text] : after) EXPECT_EQ(Text(box), text) << box;
 }
 
 // --- at a glance
