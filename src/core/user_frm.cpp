@@ -12,6 +12,7 @@
 #include "core/picker.h"
 #include "core/sign_in.h"
 #include "core/values.h"
+#include "platform/sql/transaction.h"
 
 namespace kaunter {
 namespace {
@@ -265,7 +266,7 @@ void UserFrm::Write() {
            .empty();
   const std::string statement = exists ? record_.UpdateStatement(id) : record_.InsertStatement();
   // From here on the user and the rights are stored whole or not at all.
-  main().BeginTrans();
+  Transaction transaction(main());
   ExecuteOnRow(main(), statement, id);
   main().Execute(fmt::format("Delete from UserAccess where UserID = {}", quoted));
   for (int row = 0; row < LS1.RowCount(); ++row) {
@@ -273,7 +274,7 @@ void UserFrm::Write() {
     main().Execute(fmt::format("INSERT INTO UserAccess (UserID,MenuList,MenuNo) VALUES ({},{},{})",
                                quoted, QuoteStr(LS1.Cell(row, 0)), LS1.Cell(row, 2)));
   }
-  main().CommitTrans();
+  transaction.Commit();
   WriteLog(session(), LogLine(session(), fmt::format(" - User ID {} saved", id)));
   LoadUser(id);
   if (exists) {
@@ -293,10 +294,10 @@ void UserFrm::Delete() {
   if (!Confirm({fmt::format("Confirm to delete {} ?", id), fmt::format("确定刪除 {} ？", id)}))
     return;
   const std::string quoted = QuoteStr(id);
-  main().BeginTrans();
+  Transaction transaction(main());
   ExecuteOnRow(main(), fmt::format("Delete from UserMast where UserID={}", quoted), id);
   main().Execute(fmt::format("Delete from UserAccess where UserID = {}", quoted));
-  main().CommitTrans();
+  transaction.Commit();
   ClearAll();
   Tell(MessageKind::information,
        {fmt::format("User ID {} deleted", id), fmt::format("用户 {} 已删除", id)});

@@ -319,17 +319,14 @@ void NewCustFrm::LinkApplication() {
   }
   const std::string app = QuoteStr(AppID.text());
   const std::string id = QuoteStr(loaded_id_);
-  try {
-    main().BeginTrans();
-    main().Execute(fmt::format("DELETE FROM AppMastLink WHERE AppID={} AND CustID={}", app, id));
-    main().Execute(fmt::format(
-        "Insert INTO AppMastLink (AppID,CustID,AppType,Relationship) VALUES ({},{},{},{})", app, id,
-        QuoteStr(AppType.text()), QuoteStr(Relationship.text())));
-    main().CommitTrans();
-  } catch (const std::exception&) {
-    main().RollbackTrans();
-    Tell(MessageKind::critical, {"an error occur during update application", "更新申请时发生错误"});
-  }
+  Attempt("Link Application", {"an error occur during update application", "更新申请时发生错误"},
+          [&] {
+            main().Execute(
+                fmt::format("DELETE FROM AppMastLink WHERE AppID={} AND CustID={}", app, id));
+            main().Execute(fmt::format(
+                "Insert INTO AppMastLink (AppID,CustID,AppType,Relationship) VALUES ({},{},{},{})",
+                app, id, QuoteStr(AppType.text()), QuoteStr(Relationship.text())));
+          });
 }
 
 }  // namespace kaunter

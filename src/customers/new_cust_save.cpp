@@ -10,6 +10,7 @@
 #include "customers/customer_store.h"
 #include "customers/new_cust_frm.h"
 #include "links/accounting_link.h"
+#include "platform/sql/transaction.h"
 
 namespace kaunter {
 namespace {
@@ -108,8 +109,8 @@ void NewCustFrm::Write() {
   const bool is_new = CustID.empty();
   std::string id = CustID.text();
   // From here on the customer is stored whole or not at all, the number included.
-  main().BeginTrans();
   try {
+    Transaction transaction(main());
     if (is_new) {
       const std::string& prefix = session().settings.CompCode2;
       id = NextCustomerNumber(main(), prefix.empty() ? CompCode.text() : prefix);
@@ -119,11 +120,10 @@ void NewCustFrm::Write() {
       ExecuteOnRow(main(), record_.UpdateStatement(id), id);
     }
     WriteLists(id);
-    main().CommitTrans();
+    transaction.Commit();
   } catch (const std::exception& failure) {
     // A new customer's number went back with the rollback: the box must not go on showing it.
     if (is_new) CustID.Clear();
-    main().RollbackTrans();
     LogRollback(session(), is_new ? std::string("New Customer") : id, failure);
     Tell(MessageKind::critical,
          {fmt::format("An error occurs during saving customer\n{}", failure.what()),
