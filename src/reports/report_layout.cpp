@@ -128,7 +128,12 @@ class Layout {
     if (name == "count") return std::to_string(rows_.RowCount());
     if (name == "group") return "{group}";
     if (rows_.RowCount() == 0) return {};
-    return NullToEmpty(rows_.rows()[0][FieldOf(name)]);
+    const Value& value = rows_.rows()[0][FieldOf(name)];
+    if (value.AsDate() != nullptr) return ShowDate(value);
+    // A rate keeps the decimals past the second, an amount has none.
+    const Money* amount = value.AsMoney();
+    const bool whole_sen = amount != nullptr && Round2(*amount) == *amount;
+    return whole_sen ? ShowMoney(value) : NullToEmpty(value);
   }
 
   ReportPage& page() { return document_.pages.back(); }
