@@ -1,0 +1,145 @@
+// An office with a customer, a salesman and loans in it, a desk that agrees to everything, and the
+// means to let the database fail at each statement in turn.
+#pragma once
+
+#include <fmt/format.h>
+
+#include <functional>
+#include <string>
+
+#include "loans/calc_payment.h"
+#include "loans/loan_totals.h"
+#include "loans/schedule_store.h"
+#include "tests/core/office.h"
+
+namespace kaunter {
+
+// Says yes, until told otherwise, and keeps what it was asked.
+class AgreeingDesk : public SilentDesk {
+ public:
+  bool Ask(std::string_view, std::string_view text) override {
+    questions.push_back(std::string(text));
+    return agrees;
+  }
+  bool agrees = true;
+  std::vector<std::string> questions;
+};
+
+struct LoanOffice {
+  LoanOffice() {
+    office.session.CurrentLevel = 4;
+    office.session.CurrentCompCode = "HQ";
+    office.session.settings.TransLogs = false;
+    office.Run(
+        "INSERT INTO CustMast (CustID,CompCode,CustName,CustStatus,TotLoan,TotLoanBal,TotLoanAmt2,"
+        "TotTopUpAmt) VALUES ('HQ0001','HQ','Tan ''Ah'' Kow','ACTIVE',0,0,0,0);"
+        "INSERT INTO NumberMast (CustID,LoanNo,PaymentNo) VALUES ('HQ0001','000','000');"
+        "INSERT INTO SalesmanMast (SalesmanID,TotAccComm,TotPayComm) VALUES ('SAM',0,0)");
+  }
+
+  Connection& main() { return office.session.Main(); }
+  std::string Scalar(const std::string& sql) { return office.Scalar(sql); }
+
+  // A stored loan of 12 per cent with its schedule, first due on 31-01-2024, in no total yet.
+  void MakeLoan(const std::string& id, LoanScheme scheme, const std::string& amount,
+                const std::string& term, const std::string& code = "MONTH") {
+    LoanTerms terms;
+    terms.DragLoan = scheme;
+    terms.LoanTypeID = code;
+    terms.NextDueDate = {2024, 1, 31};
+    terms.LoanAmt = amount;
+    terms.InsRate = "12";
+    terms.LoanTerm = terms.LoanTerm3 = term;
+    terms.LoanTerm2 = "0";
+    const auto result = CalcPayment(terms, 2);
+    const auto& figures = std::get<PaymentFigures>(result);
+    terms.FirstPayment = figures.FirstPayment.value_or(figures.InstallmentAmt);
+    terms.InstallmentAmt = terms.InstallmentAmt2 = figures.InstallmentAmt;
+    terms.LastPayment = figures.LastPayment;
+    terms.LoanBal = figures.LoanBal;
+    terms.PayOutAmt2 = figures.PayOutAmt2;
+    main().Execute(fmt::format(
+        "INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanStatus,LoanGroupID,DragLoan,LoanTypeID,"
+        "LoanTerm,TrxDate,NextDueDate,LoanAmt,LoanAmt2,TopUpAmt,InsRate,InstallmentAmt,"
+        "InstallmentAmt2,FirstPayment,LastPayment,LoanBal,SalesmanID,SalesmanComm) VALUES "
+        "({},'HQ0001','HQ','ACTIVE','PINJAMAN SEMASA',{},{},{},'2024-01-05','2024-01-31',{},{},5,"
+        "12,{},{},{},{},{},'SAM',7.5)",
+        QuoteStr(id), scheme == LoanScheme::kFlexi ? "'1'" : "'0'", QuoteStr(code), QuoteStr(term),
+        amount, amount, terms.InstallmentAmt, terms.InstallmentAmt2,
+        StripCommaOrZero(terms.FirstPayment), StripCommaOrZero(terms.LastPayment),
+        StripCommaOrZero(terms.LoanBal)));
+    main().Execute(fmt::format("Insert into NumberMast values ({},'001','001')", QuoteStr(id)));
+    GenerateSchedule(main(), {id, "HQ0001"}, terms, false);
+  }
+
+  void Pay(const std::string& pay_id, const std::string& loan_id, const std::string& date,
+           const std::string& instalment, const std::string& extra = "0") {
+    main().Execute(fmt::format(
+        "INSERT INTO PaymentMast (PayID,LoanID,CustID,CompCode,PayDate,InstalAmt,PayExtra,PayAmt) "
+        "VALUES ({},{},'HQ0001','HQ',{},{},{},{}+{})",
+        QuoteStr(pay_id), QuoteStr(loan_id), QuoteStr(date), instalment, extra, instalment, extra));
+  }
+
+  LoanFigures Figures(const std::string& id) {
+    return ReadLoanFigures(main().Query("SELECT * FROM LoanMast WHERE LoanID=" + QuoteStr(id)));
+  }
+
+  // Rows of a query, a row a line.
+  std::string Lines(const std::string& sql) {
+    std::string text;
+    const Recordset rows = main().Query(sql);
+    for (const auto& row : rows.rows()) {
+      for (const Value& field : row) text += (&field == &row.front() ? "" : " ") + field.ToText();
+      text += "\n";
+    }
+    return text;
+  }
+
+  // Everything that a loan touches.
+  std::string Stored() {
+    std::string all;
+    for (const char* table : {"LoanMast", "SchMast", "SchMast2", "PaymentList", "PaymentMast",
+                              "ChargeMast", "DrawDownMast", "ChqMast", "FollowUpMast", "AppMast",
+                              "CustMast", "SalesmanMast", "NumberMast"}) {
+      all +=
+          fmt::format("{}\n{}", table, Lines(fmt::format("SELECT * FROM {} ORDER BY 1,2", table)));
+    }
+    return all;
+  }
+
+  // Runs the act with the database failing at its statement `at`; true when that was reached. A
+  // rollback never fails.
+  bool FailAt(int at, const std::function<void()>& act) {
+    int count = 0;
+    committed = false;
+    main().SetFaultHook([&](std::string_view sql) {
+      if (sql.starts_with("ROLLBACK")) return;
+      if (++count == at) throw SqlError(1105, "the disk is full");
+      committed = committed || sql.starts_with("COMMIT");
+    });
+    act();
+    main().SetFaultHook({});
+    return count >= at;
+  }
+
+  // The act fails at each of its statements in turn and leaves everything as it was, with no
+  // transaction open; then it runs through, at the latest when what fails lies behind its commit.
+  // Gives the number of statements up to there; 0 when a failure left a trace.
+  int FailEverywhere(const std::function<void()>& act) {
+    const std::string before = Stored();
+    for (int at = 1; at < 500; ++at) {
+      if (!FailAt(at, act) || committed) return at - 1;
+      if (main().InTransaction() || Stored() != before) {
+        ADD_FAILURE() << "a failure at statement " << at << " left a trace";
+        return 0;
+      }
+    }
+    return 0;
+  }
+
+  bool committed = false;  // the act of FailAt had come past its commit
+  Office office{Office::State::patched};
+  AgreeingDesk desk;
+};
+
+}  // namespace kaunter
