@@ -40,6 +40,8 @@ class Writer {
   virtual void Collated(const Expr& expr, bool collate) = 0;
   // Behind a sort key; `key` is null for a column of a UNION.
   virtual void OrderDirection(const Expr* key, bool text_position, bool descending) = 0;
+  // Where a select says nothing about the order of its rows.
+  virtual void OwnOrder(const Select&) {}
   // Around a number that is brought to the scale of a decimal.
   virtual void OpenRound() = 0;
   virtual void CloseRound(int scale) = 0;

@@ -74,6 +74,29 @@ void PostgresWriter::OrderDirection(const Expr* key, bool, bool descending) {
   if (outer_joins_ || !NeverNull(key)) out_ += descending ? " NULLS LAST" : " NULLS FIRST";
 }
 
+// SQL Server keeps the rows of a table in the order of its primary key, and statements that name no
+// order (or take the TOP of none) show that one. Here a row moves with each change of it.
+void PostgresWriter::OwnOrder(const Select& select) {
+  const SelectCore& core = select.cores.front();
+  const bool whole =
+      statement_.kind == StatementKind::kSelect && &select == statement_.select.get();
+  if (!whole && core.top == nullptr) return;
+  if (select.cores.size() > 1 || core.nested != nullptr || core.aggregated || core.distinct ||
+      core.sources.empty()) {
+    return;
+  }
+  const Source& first = *core.sources.front();
+  if (first.table == nullptr || first.system) return;
+  const char* separator = " ORDER BY ";
+  for (const std::string& key : first.table->primary_key) {
+    out_ += separator;
+    separator = ", ";
+    Name(first.alias);
+    out_ += '.';
+    Name(key);
+  }
+}
+
 void PostgresWriter::CloseRound(int scale) {
   fmt::format_to(std::back_inserter(out_), ")::numeric, {})", scale);
 }

@@ -3,8 +3,8 @@
 // Texts are of the type bpchar, whose comparisons ignore trailing blanks, under a collation of our
 // own that ignores case: a column has it by its declaration, a literal by its mark, and functions
 // hand it on, so nothing need be said where texts meet. Decimals are numeric and exact by
-// themselves. What the server's functions do in their own way stands in the schema "kaunter_sql" of the
-// database (postgresql_functions.cpp).
+// themselves. What the server's functions do in their own way stands in the schema "kaunter_sql" of
+// the database (postgresql_functions.cpp).
 #pragma once
 
 #include <string>
@@ -27,6 +27,7 @@ class PostgresWriter : public Writer {
   std::vector<Translated> WriteTruncate() override;
   void Collated(const Expr& expr, bool) override { Value(expr); }
   void OrderDirection(const Expr* key, bool text_position, bool descending) override;
+  void OwnOrder(const Select& select) override;
   void OpenRound() override { out_ += "round(("; }
   void CloseRound(int scale) override;
   void DivideBy(const Expr& divisor, bool integer) override;
