@@ -3,7 +3,8 @@
 if(TARGET kaunter-play)
   file(GLOB scripts CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/play/*.play)
   # The demo office and the day that is played on it are one test.
-  set(demo ${CMAKE_SOURCE_DIR}/demo/office.play ${CMAKE_SOURCE_DIR}/demo/first-day.play)
+  set(demo ${CMAKE_SOURCE_DIR}/demo/office.play ${CMAKE_SOURCE_DIR}/demo/applications.play ${CMAKE_SOURCE_DIR}/demo/loans.play
+    ${CMAKE_SOURCE_DIR}/demo/first-day.play)
   foreach(script ${scripts} demo)
     get_filename_component(name ${script} NAME_WE)
     if(script STREQUAL "demo")
@@ -18,7 +19,10 @@ if(TARGET kaunter-play)
         -DREPORTS=${CMAKE_SOURCE_DIR}/reports
         -P ${CMAKE_CURRENT_SOURCE_DIR}/play/run_script.cmake)
   endforeach()
-  add_test(NAME two-desktops
-    COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play> -DOFFICE=${CMAKE_BINARY_DIR}/play/two-desktops
-      -P ${CMAKE_CURRENT_SOURCE_DIR}/play/two_desktops.cmake)
+  foreach(what two_desktops two_desktops_loans)
+    string(REPLACE "_" "-" name ${what})
+    add_test(NAME ${name}
+      COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play> -DOFFICE=${CMAKE_BINARY_DIR}/play/${name}
+        -P ${CMAKE_CURRENT_SOURCE_DIR}/play/${what}.cmake)
+  endforeach()
 endif()

@@ -10,6 +10,7 @@
 #include "core/values.h"
 #include "customers/document_store.h"
 #include "links/accounting_link.h"
+#include "loans/application.h"
 #include "loans/loan_lifecycle.h"
 #include "loans/new_loan_frm.h"
 #include "loans/rebuild_and_tell.h"
@@ -112,10 +113,7 @@ void NewLoanFrm::StoreLoan(bool is_new) {
   if (is_new) {
     added.LoanBal = NewLoanBalance(Amount(FirstPayment), Amount(InstallmentAmt),
                                    Amount(LastPayment), LoanTerm.text());
-    if (!taken_application_.empty()) {
-      main().Execute(fmt::format("UPDATE AppMast SET LoanID={} WHERE AppID={} AND LoanID=''",
-                                 QuoteStr(id), QuoteStr(taken_application_)));
-    }
+    if (!taken_application_.empty()) MarkTakenUp(main(), id, taken_application_);
   }
   AddLoanTotals(main(), CustID.text(), added);
   transaction.Commit();
