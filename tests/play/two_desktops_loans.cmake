@@ -21,7 +21,7 @@ set(check "signin ADMIN zebrawindmill\n"
   "expect sql \"SELECT COUNT(*) FROM SchMast\" 720\n"
   "expect sql \"SELECT TotLoan FROM CustMast\" 600000.00\n"
   "expect sql \"SELECT TotLoanBal FROM CustMast\" 708000.00\n"
-  "expect sql \"SELECT TotAccComm FROM SalesmanMast\" 60.00\n")
+  "expect sql \"SELECT TotAccComm FROM SalesmanMast WHERE SalesmanID='SLM1'\" 60.00\n")
 string(JOIN "" make ${make})
 string(JOIN "" check ${check})
 foreach(name make enter check)
