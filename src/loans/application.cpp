@@ -6,11 +6,11 @@
 
 namespace kaunter {
 
-std::optional<Application> ReadApplication(Connection& main, std::string_view app_id,
-                                           std::string_view cust_id) {
+std::optional<LoanApplication> ReadApplication(Connection& main, std::string_view app_id,
+                                               std::string_view cust_id) {
   Recordset row = main.Query(fmt::format("SELECT * FROM AppMast WHERE AppID={}", QuoteStr(app_id)));
   if (row.Eof()) return std::nullopt;
-  return Application{
+  return LoanApplication{
       std::move(row),
       ScalarQuery(main, fmt::format("SELECT CustID FROM AppMastLink WHERE AppID={} AND CustID <> "
                                     "{} AND AppType='Applicant' ORDER BY CustID",

@@ -10,15 +10,16 @@
 
 namespace kaunter {
 
-struct Application {
+// Not "Application": that is the program.
+struct LoanApplication {
   Recordset row;                 // of AppMast, standing on it
   std::string second_applicant;  // CustID, the first of them by key; "" for none
 };
 
 // Nothing when there is no such application. `cust_id` is the customer of the loan: the second
 // applicant is another one.
-std::optional<Application> ReadApplication(Connection& main, std::string_view app_id,
-                                           std::string_view cust_id);
+std::optional<LoanApplication> ReadApplication(Connection& main, std::string_view app_id,
+                                               std::string_view cust_id);
 
 // Inside the transaction that makes the loan: the picker then leaves the application out and its
 // screen is locked. An application that another loan has taken meanwhile stays with that loan;
