@@ -89,8 +89,11 @@ Payment DrawPayment(Random& random, const StoredLoan& loan, const Day& first, in
   if (random.OneIn(loan.scheme == "0" ? 40 : 3)) {
     payment.extra = random.Between(1, loan.amount / 3 + 1);
   }
-  if (random.OneIn(20)) payment.top = random.Between(1, loan.amount / 5 + 1);
-  if (random.OneIn(15)) payment.top_term = static_cast<int>(random.Between(1, 3));
+  // A top-up needs both; one of them alone is none.
+  if (random.OneIn(10)) payment.top = random.Between(1, loan.amount / 5 + 1);
+  if (random.OneIn(payment.top != 0 ? 2 : 20)) {
+    payment.top_term = static_cast<int>(random.Between(1, 3));
+  }
   return payment;
 }
 
