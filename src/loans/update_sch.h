@@ -22,7 +22,7 @@ class UpdateSch : public SessionScreen {
              "SchLV",
              {"Schedule", "还款时间表"},
              {{{"Sch", "期数"}, Kind::integer, 5},
-              {{"Loan ID", "贷款编号"}, Kind::text, 14},
+              {{"Loan ID", "贷款编号"}, Kind::text, 20},
               {{"Customer", "顾客"}, Kind::text, 11},
               {{"Due Date", "到期日"}, Kind::date, 11},
               {{"Payable Amount", "应还金额"}, Kind::money, 13},
