@@ -3,8 +3,6 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <iterator>
 
 #include "core/connect_sequence.h"
@@ -30,35 +28,19 @@ const char* Nth(const char* const (&list)[N], int i) {
   return list[static_cast<std::size_t>(i) % N];
 }
 
-class QuietBar : public ProgressBar {
- public:
-  void SetRange(int) override {}
-  void SetText(std::string_view) override {}
-  void Step(int) override {}
-  void SetPosition(int) override {}
-};
-
 std::string Date(int i) {
   return fmt::format("'{}-{:02}-{:02}'", 2010 + i % 14, i % 12 + 1, i % 28 + 1);
 }
 
 }  // namespace
 
-void QuietDesk::Message(MessageKind, std::string_view title, std::string_view text) {
-  std::fprintf(stderr, "%s: %s\n", std::string(title).c_str(), std::string(text).c_str());
-  std::exit(2);
-}
-
-std::unique_ptr<ProgressBar> QuietDesk::Progress(std::string_view) {
-  return std::make_unique<QuietBar>();
-}
-
 // Beside the program: the system's temporary folder may lie in memory.
-LargeOffice::LargeOffice(int customers, int loans)
+LargeOffice::LargeOffice(int customers, int loans, int schedule_rows)
     : folder_(std::filesystem::current_path() /
               fmt::format("bench_office-{}-{}", getpid(), customers)) {
   std::filesystem::create_directories(folder_);
   session.AppPath = folder_.string();
+  session.clock.Set({2024, 1, 31, 9, 0, 0});
   session.CurrentUserID = "AMY";
   session.CurrentLevel = 4;
   session.CurrentCompCode = "HQ";
@@ -73,6 +55,7 @@ LargeOffice::LargeOffice(int customers, int loans)
   }
   AddCustomers(customers);
   AddLoans(customers, loans);
+  AddSchedules(schedule_rows);
   session.Main().CommitTrans();
 }
 
@@ -106,6 +89,23 @@ void LargeOffice::AddLoans(int customers, int count) {
         customer, i / customers + 1, Nth(kCompanies, i % 10 == 0 ? customer + 1 : customer),
         Date(i), 400 + i % 300, i % 3 == 0 ? 0 : 1200, Nth(kStatus, i), i));
   }
+}
+
+void LargeOffice::AddSchedules(int rows) {
+  Connection& main = session.Main();
+  for (int row = 1; row <= rows; ++row) {
+    const int months = row - rows + 1;
+    main.Execute(fmt::format(
+        "INSERT INTO SchMast (SchID,LoanID,CustID,DueDate,PayableAmt,CapitalAmt,Payment) SELECT "
+        "{0},LoanID,CustID,DATEADD(month,{1},'2024-01-15'),430.30,400,CASE WHEN LoanBal=0 OR "
+        "({1}<=0 AND NOT OldLoanCode LIKE '%[05]7') THEN 430.30 ELSE 0 END FROM LoanMast",
+        row, months));
+  }
+  if (rows == 0) return;
+  main.Execute(
+      "UPDATE LoanMast SET AgreementNo='S'+OldLoanCode,NextDueDate=CASE WHEN OldLoanCode LIKE "
+      "'%[05]7' THEN '2024-01-15' ELSE '2024-02-15' END");
+  main.Execute("UPDATE LoanMast SET AgreementNo='' WHERE LoanID<'C000501'");
 }
 
 }  // namespace kaunter

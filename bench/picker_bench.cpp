@@ -2,59 +2,19 @@
 // the same rows read by a plain program over SQLite that sends the statement as SQLite likes it
 // best; and how the first page grows with the office.
 #include <fmt/format.h>
-#include <sqlite3.h>
 
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "bench/large_office.h"
+#include "bench/plain.h"
+#include "bench/ratio.h"
 #include "core/picker_statement.h"
 #include "core/popup_frm.h"
-#include "platform/sql/sqlite_functions.h"
 
 namespace kaunter {
 namespace {
-
-constexpr int kRuns = 15;
-
-// The plain program: the page as texts.
-class Plain {
- public:
-  explicit Plain(const std::string& file) {
-    if (sqlite3_open(file.c_str(), &db_) != SQLITE_OK) throw std::runtime_error("cannot open");
-    sqlite3_exec(db_, "PRAGMA cache_size = -16000", nullptr, nullptr, nullptr);
-    sql::RegisterSqliteFunctions(db_, clock_);  // the tables name the collation
-  }
-  ~Plain() { sqlite3_close_v2(db_); }
-  Plain(const Plain&) = delete;
-  Plain& operator=(const Plain&) = delete;
-
-  std::vector<std::vector<std::string>> Query(const std::string& sql) {
-    sqlite3_stmt* prepared = nullptr;
-    if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &prepared, nullptr) != SQLITE_OK) {
-      throw std::runtime_error(sqlite3_errmsg(db_));
-    }
-    std::vector<std::vector<std::string>> rows;
-    while (sqlite3_step(prepared) == SQLITE_ROW) {
-      std::vector<std::string>& row = rows.emplace_back();
-      for (int i = 0; i < sqlite3_column_count(prepared); ++i) {
-        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(prepared, i));
-        row.emplace_back(text == nullptr ? "" : text);
-      }
-    }
-    sqlite3_finalize(prepared);
-    return rows;
-  }
-
- private:
-  Clock clock_;
-  sqlite3* db_ = nullptr;
-};
 
 std::string PlainPage(const std::string& rows, const std::string& key, int limit_from) {
   return fmt::format(
@@ -90,34 +50,6 @@ std::string LikeAny(const std::vector<const char*>& columns, const std::string& 
     condition += fmt::format("{}{} LIKE '%{}%'", condition.empty() ? "" : " OR ", column, text);
   }
   return "WHERE (" + condition + ")";
-}
-
-double Milliseconds(const std::function<void()>& work) {
-  const auto begin = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
-      .count();
-}
-
-// Of the fastest run: what others do on the machine only makes a run slower.
-double Best(const std::vector<double>& times) {
-  return *std::min_element(times.begin(), times.end());
-}
-
-// Both in turn, so that a busy machine is busy for both; one round each before the clock runs.
-bool Compare(const std::string& what, double limit, const std::function<void()>& ours,
-             const std::function<void()>& theirs) {
-  ours();
-  theirs();
-  std::vector<double> our_times, their_times;
-  for (int run = 0; run < kRuns; ++run) {
-    our_times.push_back(Milliseconds(ours));
-    their_times.push_back(Milliseconds(theirs));
-  }
-  const double ratio = Best(our_times) / Best(their_times);
-  fmt::print("{:<48} {:6.2f}  (limit {:.1f}; {:.2f} ms against {:.2f} ms){}\n", what, ratio, limit,
-             Best(our_times), Best(their_times), ratio <= limit ? "" : "  TOO SLOW");
-  return ratio <= limit;
 }
 
 struct Case {
@@ -193,7 +125,7 @@ bool Measure(LargeOffice& office, const Case& c) {
   }
   const auto read_plain = [&] { plain.Query(c.plain); };
   bool good = Compare(
-      c.what, 1.5, [&] { session.Main().Query(sql); }, read_plain);
+      {c.what, 1.5}, [&] { session.Main().Query(sql); }, read_plain);
   if (c.limit_from == 100 && !rows.empty()) {
     const auto open = [&] {
       session.PickerName = c.picker;
@@ -201,13 +133,13 @@ bool Measure(LargeOffice& office, const Case& c) {
       PopupFrm popup(session, office.desk);
       popup.Load();
     };
-    good &= Compare("  opened as a screen", 2.0, open, read_plain);
+    good &= Compare({"  opened as a screen", 2.0}, open, read_plain);
   }
   session.CurrentLevel = 4;
   return good;
 }
 
-int Main() {
+bool Bench() {
   LargeOffice small(1'000, 2'000);
   LargeOffice large(100'000, 200'000);
   fmt::print("100,000 customers and 200,000 loans; ratio to a plain program\n");
@@ -217,20 +149,13 @@ int Main() {
   for (const char* picker : {"CustPop", "LoanPop"}) {
     const std::string sql = PickerStatement(large.session, FindPicker(picker), {}, 100, 100);
     good &= Compare(
-        picker, 2.0, [&] { large.session.Main().Query(sql); },
+        {picker, 2.0}, [&] { large.session.Main().Query(sql); },
         [&] { small.session.Main().Query(sql); });
   }
-  return good ? 0 : 1;
+  return good;
 }
 
 }  // namespace
 }  // namespace kaunter
 
-int main() {
-  try {
-    return kaunter::Main();
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 2;
-  }
-}
+int main() { return kaunter::RunBench(kaunter::Bench); }

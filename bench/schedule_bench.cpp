@@ -4,27 +4,25 @@
 // is stored already.
 #include <fmt/format.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "bench/plain.h"
+#include "bench/ratio.h"
 #include "core/new_office.h"
 #include "loans/calc_payment.h"
 #include "loans/schedule_store.h"
 #include "platform/sql/data_source.h"
-#include "platform/sql/sqlite_functions.h"
 
 namespace kaunter {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kRuns = 15;
 constexpr int kGrowthLoans = 1000;
 constexpr int kGrowthRows = 60;
 
@@ -42,26 +40,10 @@ LoanTerms Terms(int rows) {
   return terms;
 }
 
-double Seconds(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-void Fail(const std::string& what) {
-  std::fprintf(stderr, "%s\n", what.c_str());
-  std::exit(1);
-}
-
 // The plain program: statements prepared once, values bound.
 class Bare {
  public:
-  Bare(const std::string& path, const Clock& clock) : clock_(clock) {
-    if (sqlite3_open(path.c_str(), &db_) != SQLITE_OK) Fail("cannot open " + path);
-    sql::RegisterSqliteFunctions(db_, clock_);
-    for (const char* pragma : {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL"}) {
-      sqlite3_exec(db_, pragma, nullptr, nullptr, nullptr);
-    }
+  explicit Bare(const std::string& path) : plain_(path) {
     insert_ =
         Prepare("INSERT INTO SchMast VALUES (?1,?2,?3,?4,?5,?6,?7,0,0,0,0,0,0,0,0,?8,0,?4,?9)");
     total_ = Prepare("UPDATE LoanMast SET TotLoanInt=?2 WHERE LoanID=?1");
@@ -76,10 +58,6 @@ class Bare {
         "INSERT INTO PaymentList (LoanID,SeqNo,DueDate,PayDate,PayAmt,PayID,DateCreated,UserID) "
         "SELECT "
         "LoanID,SchID,DueDate,DueDate,PayableAmt,'',NULL,'' FROM SchMast WHERE LoanID=?1");
-  }
-  ~Bare() {
-    for (sqlite3_stmt* statement : all_) sqlite3_finalize(statement);
-    sqlite3_close(db_);
   }
 
   void Store(const std::string& loan, const Schedule& schedule) {
@@ -105,24 +83,17 @@ class Bare {
 
  private:
   sqlite3_stmt* Prepare(const char* text) {
-    sqlite3_stmt* statement = nullptr;
-    if (sqlite3_prepare_v2(db_, text, -1, &statement, nullptr) != SQLITE_OK)
-      Fail(sqlite3_errmsg(db_));
-    all_.push_back(statement);
-    return statement;
+    kept_.push_back(std::move(plain_.Prepare({text}).front()));
+    return kept_.back().get();
   }
   static void Text(sqlite3_stmt* statement, int place, const std::string& text) {
     sqlite3_bind_text(statement, place, text.data(), static_cast<int>(text.size()),
                       SQLITE_TRANSIENT);
   }
-  void Run(sqlite3_stmt* statement) {
-    if (sqlite3_step(statement) != SQLITE_DONE) Fail(sqlite3_errmsg(db_));
-    sqlite3_reset(statement);
-  }
+  void Run(sqlite3_stmt* statement) { plain_.Query(statement); }
 
-  const Clock& clock_;
-  sqlite3* db_ = nullptr;
-  std::vector<sqlite3_stmt*> all_;
+  Plain plain_;
+  std::vector<sql::SqliteStatement> kept_;
   sqlite3_stmt* insert_ = nullptr;
   sqlite3_stmt* total_ = nullptr;
   sqlite3_stmt* due_ = nullptr;
@@ -144,74 +115,73 @@ void AddLoan(Connection& main, const std::string& loan) {
       fmt::format("INSERT INTO LoanMast (LoanID,CustID,CompCode) VALUES ('{}','C','HQ')", loan));
 }
 
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
-// Both sides in turn, a new loan each time; the median of the ratios.
-void CompareStore(const fs::path& folder, int rows) {
+// A new loan each time, on both sides.
+bool CompareStore(const fs::path& folder, int rows) {
   const Clock clock;
   auto main = NewOffice((folder / fmt::format("ours{}.db", rows)).string(), clock);
   const std::string bare_path = (folder / fmt::format("bare{}.db", rows)).string();
   auto bare_office = NewOffice(bare_path, clock);
-  Bare bare(bare_path, clock);
+  Bare bare(bare_path);
   const LoanTerms terms = Terms(rows);
   const Schedule schedule = ComputeSchedule(terms);
-  std::vector<double> ratios;
-  std::vector<double> ours;
-  for (int run = 0; run < kRuns + 2; ++run) {
-    const std::string loan = fmt::format("C-{:03}", run);
+  int number = 0;
+  std::string loan;
+  const auto next_loan = [&] {
+    loan = fmt::format("C-{:03}", ++number);
     AddLoan(*main, loan);
     AddLoan(*bare_office, loan);
-    const double layer = Seconds([&] { GenerateSchedule(*main, {loan, "C"}, terms, false); });
-    const double plain = Seconds([&] { bare.Store(loan, schedule); });
-    if (run < 2) continue;  // warm-up
-    ratios.push_back(layer / plain);
-    ours.push_back(layer);
-  }
-  std::printf(
-      "GenerateSchedule, %3d rows: %.2f times the plain program (wanted: at most 1.5); %.1f ms\n",
-      rows, Median(ratios), Median(ours) * 1000);
+  };
+  return Compare(
+      {fmt::format("GenerateSchedule, {} rows / plain", rows), 1.5, 15, next_loan},
+      [&] {
+        GenerateSchedule(*main, {loan, "C"}, terms, false);
+      },
+      [&] { bare.Store(loan, schedule); });
 }
 
-// Whether a loan costs more as the office grows. The plain program stands beside it in each
-// hundred, since every row waits for the disk and the disk has its moods.
-void Growth(const fs::path& folder) {
+// Whether a loan costs more as the office grows.
+bool Growth(const fs::path& folder) {
   const Clock clock;
-  auto main = NewOffice((folder / "growth.db").string(), clock);
-  const std::string bare_path = (folder / "bare-growth.db").string();
-  auto bare_office = NewOffice(bare_path, clock);
-  Bare bare(bare_path, clock);
+  auto grown = NewOffice((folder / "grown.db").string(), clock);
+  auto fresh = NewOffice((folder / "fresh.db").string(), clock);
   const LoanTerms terms = Terms(kGrowthRows);
-  const Schedule schedule = ComputeSchedule(terms);
-  std::vector<double> hundred[2];
-  std::printf(
-      "growth, a hundred loans of %d rows at a time, ms a loan (ours / the plain program):\n",
-      kGrowthRows);
+  grown->BeginTrans();
   for (int n = 0; n < kGrowthLoans; ++n) {
-    const std::string loan = fmt::format("C-{:05}", n);
-    AddLoan(*main, loan);
-    AddLoan(*bare_office, loan);
-    hundred[0].push_back(Seconds([&] { GenerateSchedule(*main, {loan, "C"}, terms, false); }));
-    hundred[1].push_back(Seconds([&] { bare.Store(loan, schedule); }));
-    if ((n + 1) % 100 != 0) continue;
-    std::printf("  %4d loans: %.1f / %.1f\n", n + 1, Median(hundred[0]) * 1000,
-                Median(hundred[1]) * 1000);
-    hundred[0].clear();
-    hundred[1].clear();
+    const std::string loan = fmt::format("B-{:05}", n);
+    AddLoan(*grown, loan);
+    GenerateSchedule(*grown, {loan, "C"}, terms, false);
   }
+  grown->CommitTrans();
+  int number = 0;
+  std::string loan;
+  const auto next_loan = [&] {
+    loan = fmt::format("C-{:03}", ++number);
+    AddLoan(*grown, loan);
+    AddLoan(*fresh, loan);
+  };
+  return Compare(
+      {fmt::format("the same, {} loans of {} rows stored / none", kGrowthLoans, kGrowthRows), 1.2,
+       15, next_loan},
+      [&] {
+        GenerateSchedule(*grown, {loan, "C"}, terms, false);
+      },
+      [&] {
+        GenerateSchedule(*fresh, {loan, "C"}, terms, false);
+      });
+}
+
+// Beside the program: the system's temporary folder may lie in memory, where a sync is free.
+bool Bench() {
+  const fs::path folder = fs::current_path() / fmt::format("bench_schedule-{}", getpid());
+  fs::create_directories(folder);
+  bool good = CompareStore(folder, 12);
+  good &= CompareStore(folder, 360);
+  good &= Growth(folder);
+  fs::remove_all(folder);
+  return good;
 }
 
 }  // namespace
 }  // namespace kaunter
 
-int main() {
-  std::string folder = (std::filesystem::temp_directory_path() / "kaunter-bench-XXXXXX").string();
-  if (mkdtemp(folder.data()) == nullptr) return 1;
-  kaunter::CompareStore(folder, 12);
-  kaunter::CompareStore(folder, 360);
-  kaunter::Growth(folder);
-  std::filesystem::remove_all(folder);
-  return 0;
-}
+int main() { return kaunter::RunBench(kaunter::Bench); }
