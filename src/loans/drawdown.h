@@ -23,22 +23,22 @@ class Drawdown : public SessionScreen {
   void Load() override;
   bool RequestClose() override;
 
-  TextBox SID{*this, "SID", {"Document No"}};
-  TextBox LoanID{*this, "LoanID", {"Loan Code"}};
-  TextBox CompCode{*this, "CompCode", {"Company Code"}};
-  TextBox CustID{*this, "CustID", {"Customer Code"}};
-  TextBox CustName{*this, "CustName", {"Customer Name"}};
-  TextBox LoanAmt{*this, "LoanAmt", {"Loan Amount"}, Kind::money};
-  TextBox LoanDate{*this, "LoanDate", {"Loan Date"}, Kind::date};
-  TextBox TrxDate{*this, "TrxDate", {"Date"}, Kind::date};
-  TextBox DrawDownAmt{*this, "DrawDownAmt", {"Drawdown Amount"}, Kind::money};
-  TextBox Payee{*this, "Payee", {"Payee"}};
-  ComboBox Bank{*this, "Bank", {"Bank"}};
-  TextBox ChqNo{*this, "ChqNo", {"Cheque No"}};
-  TextBox Remarks{*this, "Remarks", {"Remarks"}, Kind::memo};
-  Button SaveCmd{*this, "SaveCmd", {"&Save"}, ButtonRole::primary};
-  Button CmdDelete{*this, "CmdDelete", {"&Delete"}, ButtonRole::danger};
-  Button CancelCmd{*this, "CancelCmd", {"&Close"}, ButtonRole::cancel};
+  TextBox SID{*this, "SID", {"Document No", "单据编号"}};
+  TextBox LoanID{*this, "LoanID", {"Loan Code", "贷款编号"}};
+  TextBox CompCode{*this, "CompCode", {"Company Code", "公司"}};
+  TextBox CustID{*this, "CustID", {"Customer Code", "顾客编号"}};
+  TextBox CustName{*this, "CustName", {"Customer Name", "顾客姓名"}};
+  TextBox LoanAmt{*this, "LoanAmt", {"Loan Amount", "贷款额"}, Kind::money};
+  TextBox LoanDate{*this, "LoanDate", {"Loan Date", "贷款日期"}, Kind::date};
+  TextBox TrxDate{*this, "TrxDate", {"Date", "日期"}, Kind::date};
+  TextBox DrawDownAmt{*this, "DrawDownAmt", {"Drawdown Amount", "放款额"}, Kind::money};
+  TextBox Payee{*this, "Payee", {"Payee", "收款人"}};
+  ComboBox Bank{*this, "Bank", {"Bank", "银行"}};
+  TextBox ChqNo{*this, "ChqNo", {"Cheque No", "支票号码"}};
+  TextBox Remarks{*this, "Remarks", {"Remarks", "备注"}, Kind::memo};
+  Button SaveCmd{*this, "SaveCmd", {"&Save", "储存(&S)"}, ButtonRole::primary};
+  Button CmdDelete{*this, "CmdDelete", {"&Delete", "删除(&D)"}, ButtonRole::danger};
+  Button CancelCmd{*this, "CancelCmd", {"&Close", "关闭(&C)"}, ButtonRole::cancel};
 
  private:
   bool IsNew() const { return SID.empty(); }
