@@ -10,7 +10,6 @@
 
 namespace kaunter {
 
-// Not "Application": that is the program.
 struct LoanApplication {
   Recordset row;                 // of AppMast, standing on it
   std::string second_applicant;  // CustID, the first of them by key; "" for none
