@@ -98,6 +98,8 @@ void NewLoanFrm::BindLoanEvents() {
     if (Filled(OldLoanCode)) CheckOldLoanCode();
   };
   Command3.onClick = [this] {
+    // What was edited in the grid is given up for the terms.
+    if (SchChanged.checked() && !loaded_id_.empty()) LoadSchedule();
     SchChanged.SetChecked(false);
     CalculatePayment(true);
   };

@@ -619,6 +619,10 @@ TEST_F(LoanScreen, AnInstalmentIsChangedInItsPlace) {
             "balance 11,900.01");
   EXPECT_FALSE(grid.Edit(0, 3, "1"));
   EXPECT_FALSE(screen->RequestClose());  // it counts as a change
+  screen->Command3.Click();              // the terms anew: the edit is given up, to be seen
+  EXPECT_EQ(Told(), Lines());
+  EXPECT_EQ(grid.Cell(0, 2), "983.33");
+  EXPECT_FALSE(screen->SchChanged.checked());
 }
 
 TEST_F(LoanScreen, TheRepaymentTextIsBuiltOnce) {
