@@ -3,8 +3,8 @@
 if(TARGET kaunter-play)
   file(GLOB scripts CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/play/*.play)
   # The demo office and the day that is played on it are one test.
-  set(demo ${CMAKE_SOURCE_DIR}/demo/office.play ${CMAKE_SOURCE_DIR}/demo/applications.play ${CMAKE_SOURCE_DIR}/demo/loans.play
-    ${CMAKE_SOURCE_DIR}/demo/first-day.play)
+  set(demo ${CMAKE_SOURCE_DIR}/demo/office.play ${CMAKE_SOURCE_DIR}/demo/loans.play
+    ${CMAKE_SOURCE_DIR}/demo/applications.play ${CMAKE_SOURCE_DIR}/demo/first-day.play)
   foreach(script ${scripts} demo)
     get_filename_component(name ${script} NAME_WE)
     if(script STREQUAL "demo")
