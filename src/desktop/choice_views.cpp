@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QWheelEvent>
 
+#include "desktop/accelerators.h"
 #include "desktop/text.h"
 #include "desktop/text_box_view.h"
 
@@ -52,7 +53,7 @@ ComboBoxView::ComboBoxView(ScreenFace& face, ComboBox& combo)
   box_->setInsertPolicy(QComboBox::NoInsert);
   box_->setMaxVisibleItems(kVisibleEntries);
   box_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  box_->setMinimumContentsLength(8);
+  box_->setMinimumContentsLength(3);
   box_->completer()->setCompletionMode(QCompleter::PopupCompletion);
   box_->completer()->setFilterMode(Qt::MatchContains);
   box_->completer()->setCaseSensitivity(Qt::CaseInsensitive);
@@ -177,7 +178,7 @@ ButtonView::ButtonView(ScreenFace& face, Button& button)
 }
 
 void ButtonView::Show() {
-  const QString caption = Q(button_.caption().In(face().chinese()));
+  const QString caption = Q(ButtonText(button_, face().chinese()));
   if (box_->text() != caption) box_->setText(caption);
 }
 

@@ -12,7 +12,8 @@ constexpr int kRowGap = 6;
 constexpr int kColumnGap = 28;
 constexpr int kLabelGap = 10;
 constexpr int kComfortableColumn = 340;
-constexpr int kNarrowColumn = 250;
+constexpr int kNarrowColumn = 250;  // of several
+constexpr int kNarrowest = 200;
 constexpr int kWidestBox = 440;  // a box wider than this only makes the eye travel
 constexpr int kRowsWorthAColumn = 5;
 
@@ -208,7 +209,7 @@ QSize FieldsLayout::minimumSize() const {
   const QWidget* panel = parentWidget();
   const bool placed = panel && panel->isVisible() && geometry().width() > 0;
   const int height = heightForWidth(placed ? geometry().width() : sizeHint().width());
-  return {kNarrowColumn + margins.left() + margins.right(), height};
+  return {kNarrowest + margins.left() + margins.right(), height};
 }
 
 bool FieldsLayout::HasWideStretch() const {

@@ -149,7 +149,7 @@ class Table : public QTableView {
   std::function<void()> resized;
 
   QSize sizeHint() const override { return {560, (kShownRows + 1) * kRowHeight + 8}; }
-  QSize minimumSizeHint() const override { return {240, 4 * kRowHeight}; }
+  QSize minimumSizeHint() const override { return {240, 3 * kRowHeight + 12}; }
 
  protected:
   void resizeEvent(QResizeEvent* event) override {

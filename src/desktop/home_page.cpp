@@ -5,7 +5,9 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
+#include "core/shown.h"
 #include "desktop/control_view.h"
 #include "desktop/grid_view.h"
 #include "desktop/plain_views.h"
@@ -73,6 +75,9 @@ ListCard::ListCard(ScreenFace& face, Label& title, Grid& grid, Caption empty, QW
   head->addWidget(title_label_);
   head->addWidget(count_);
   head->addStretch(1);
+  sum_ = new QLabel(card);
+  sum_->setFont(ScaledFont(1.05, true));
+  head->addWidget(sum_);
   layout->addLayout(head);
   auto& view = static_cast<GridView&>(face.View(grid));
   view.SetBare();
@@ -83,7 +88,23 @@ ListCard::ListCard(ScreenFace& face, Label& title, Grid& grid, Caption empty, QW
 void ListCard::Refresh() {
   title_label_->setText(Q(title_.Text()));
   count_->setText(grid_.RowCount() ? QString::number(grid_.RowCount()) : QString());
+  sum_->setText(Sum());
   face_.View(grid_).Refresh();
+}
+
+// Of the first column of amounts; a list without one has no sum.
+QString ListCard::Sum() const {
+  const auto& columns = grid_.columns();
+  const auto amounts = std::find_if(columns.begin(), columns.end(), [](const GridColumn& column) {
+    return column.kind == Kind::money;
+  });
+  if (amounts == columns.end() || grid_.RowCount() == 0) return {};
+  Money sum;
+  for (int row = 0; row < grid_.RowCount(); ++row) {
+    const std::string& cell = grid_.Cell(row, static_cast<int>(amounts - columns.begin()));
+    sum += Money::TryText(cell).value_or(Money());
+  }
+  return QString("%1 %2").arg(Q(amounts->header.In(face_.chinese())), Q(ShowMoney(sum)));
 }
 
 HomePage::HomePage(ScreenFace& face, MainFrm& main, std::function<void(const std::string&)> choose,

@@ -40,11 +40,14 @@ class ListCard : public QWidget {
   void Refresh();
 
  private:
+  QString Sum() const;
+
   ScreenFace& face_;
   Label& title_;
   Grid& grid_;
   QLabel* title_label_;
   QLabel* count_;
+  QLabel* sum_;
 };
 
 class HomePage : public QWidget {

@@ -16,8 +16,9 @@
 namespace kaunter {
 namespace {
 
-constexpr int kSectionGap = 32;
-constexpr int kThumbnail = 76;
+constexpr int kSectionGap = 28;
+constexpr int kThumbnail = 54;
+constexpr int kLeastInLine = 30;
 
 class Builder {
  public:
@@ -109,7 +110,7 @@ class Builder {
         new QBoxLayout(across ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom, widget);
     layout->setContentsMargins(0, 0, 0, 0);
     // Sections beside each other have no frames: more room keeps them apart.
-    layout->setSpacing(across && in_card_ ? kSectionGap : kGap);
+    layout->setSpacing(in_card_ == 0 ? 8 : across ? kSectionGap : kGap);
     for (std::size_t i = 0; i < node.children.size(); ++i) {
       const LayoutNode& child = node.children[i];
       QWidget* part = Build(child);
@@ -118,7 +119,7 @@ class Builder {
       if (i < node.weights.size()) stretch = node.weights[i];
       layout->addWidget(part, stretch);
     }
-    if (!across && !Grows(node)) layout->addStretch(0);
+    if (!across && !Grows(node)) layout->addStretch(1);
     return widget;
   }
 
@@ -184,7 +185,7 @@ class Builder {
     stack->setProperty("row", true);
     auto* column = new QVBoxLayout(stack);
     column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(4);
+    column->setSpacing(2);
     QLabel* label = nullptr;
     for (const std::string& name : place.controls) {
       Control* control = face_.screen().Find(name);
@@ -210,7 +211,8 @@ class Builder {
       Control* control = face_.screen().Find(name);
       if (!control) continue;
       ControlView& view = face_.View(*control);
-      QLabel* label = control->caption().english.empty() ? nullptr : view.label();
+      const bool silent = control->caption().english.empty() || (place.bare && !first);
+      QLabel* label = silent ? nullptr : view.label();
       if (first) {
         first_label = label;
       } else if (label) {
@@ -221,6 +223,7 @@ class Builder {
           control->type() == ControlType::check_box || control->type() == ControlType::option;
       choices |= choice;
       const bool fixed = choice || control->type() == ControlType::button;
+      if (control->type() == ControlType::text_box) view.widget()->setMinimumWidth(kLeastInLine);
       row->addWidget(view.widget(), fixed ? 0 : ShareOfLine(*control));
       first = false;
     }
@@ -241,7 +244,7 @@ class Builder {
       if (!frame || !contents) continue;
       auto* page = new QWidget(face_.host());
       auto* layout = new QVBoxLayout(page);
-      layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+      layout->setContentsMargins(kMargin, kGap, kMargin, kGap);
       layout->addWidget(contents, 1);
       if (!Grows(child)) layout->addStretch(0);
       const auto at = std::find(declared.begin(), declared.end(), frame);

@@ -15,6 +15,12 @@ FieldPlace Line(std::vector<std::string> controls) {
   return place;
 }
 
+FieldPlace Beside(std::vector<std::string> controls) {
+  FieldPlace place = Line(std::move(controls));
+  place.bare = true;
+  return place;
+}
+
 FieldPlace Stacked(std::vector<std::string> controls) {
   FieldPlace place = Line(std::move(controls));
   place.stacked = true;

@@ -29,13 +29,16 @@ class Screen;
 struct FieldPlace {
   std::vector<std::string> controls;
   bool wide = false;     // crosses all columns of its group
-  bool stacked = false;  // its controls stand below each other, under the first one's caption
+  bool stacked = false;  // its controls stand below each other
+  bool bare = false;     // the first one's caption is the only one
   FieldPlace(const char* control) : controls{control} {}
   FieldPlace(std::string control, bool is_wide = false)
       : controls{std::move(control)}, wide(is_wide) {}
 };
 FieldPlace Line(std::vector<std::string> controls);
 FieldPlace Wide(FieldPlace place);
+// A line in which only the first has a caption: an amount and its unit.
+FieldPlace Beside(std::vector<std::string> controls);
 // Boxes below each other that share one caption: the lines of an address.
 FieldPlace Stacked(std::vector<std::string> controls);
 

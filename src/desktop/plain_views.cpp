@@ -52,7 +52,7 @@ class ClickableLabel : public QLabel {
   static constexpr int kTitleGap = 2;
   bool Titled() const { return property("title").toBool(); }
   static QFont LineFont(qsizetype line) {
-    return line ? QApplication::font() : ScaledFont(1.3, true);
+    return line ? QApplication::font() : ScaledFont(1.2, true);
   }
   QSize TitleSize() const {
     QSize size(0, 0);
@@ -150,6 +150,19 @@ QSize BarWidget::sizeHint() const {
   return {320, kBarHeight + 8 + (legend ? fontMetrics().height() + 4 : 0)};
 }
 
+int BarWidget::PartWidth(const QString& caption) const {
+  return 14 + fontMetrics().horizontalAdvance(caption) + 18;
+}
+
+int BarWidget::LegendWidth() const {
+  int width = 0;
+  for (const auto& part : parts_) {
+    const QString caption = Plain(part.caption.In(chinese_));
+    if (!caption.isEmpty()) width += PartWidth(caption);
+  }
+  return width;
+}
+
 void BarWidget::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
@@ -170,16 +183,19 @@ void BarWidget::paintEvent(QPaintEvent*) {
   const int base = kBarHeight + 10;
   int left = 0;
   const int height_of_text = fontMetrics().height();
+  // In a narrow place the text stands alone: it tells more than the captions do.
+  const int text_width = fontMetrics().horizontalAdvance(text_);
+  const bool alone = text_width > 0 && LegendWidth() + text_width > width();
   for (const auto& part : parts_) {
     const QString caption = Plain(part.caption.In(chinese_));
-    if (caption.isEmpty()) continue;
+    if (caption.isEmpty() || alone) continue;
     painter.setPen(Qt::NoPen);
     painter.setBrush(PartColor(part.tone));
     painter.drawEllipse(QPointF(left + 5, base + height_of_text / 2.0), 4, 4);
     painter.setPen(Look().muted);
     painter.drawText(left + 14, base, width(), height_of_text, Qt::AlignLeft | Qt::AlignVCenter,
                      caption);
-    left += 14 + fontMetrics().horizontalAdvance(caption) + 18;
+    left += PartWidth(caption);
   }
   painter.setPen(Look().text);
   painter.drawText(left, base, width() - left, height_of_text,

@@ -62,6 +62,9 @@ class BarWidget : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  int PartWidth(const QString& caption) const;  // with its dot and the gap behind it
+  int LegendWidth() const;
+
   std::vector<Bar::Part> parts_;
   QString text_;
   bool chinese_ = false;

@@ -39,6 +39,17 @@ QString Proposed(const ReportDocument& document, const char* ending) {
   return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + "/" + name + ending;
 }
 
+// The name with its ending: it is added before the question whether a file may be replaced. Empty
+// when the person thought better of it.
+QString AskSaveName(QWidget* parent, const QString& title, const QString& proposed,
+                    const QString& ending) {
+  QFileDialog dialog(parent, title, proposed, ending.toUpper() + " (*." + ending + ")");
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(ending);
+  if (dialog.exec() != QDialog::Accepted) return {};
+  return dialog.selectedFiles().value(0);
+}
+
 }  // namespace
 
 PagesView::PagesView(const ReportDocument& document, QWidget* parent)
@@ -231,8 +242,8 @@ void PreviewDialog::SavePdf() {
 
 void PreviewDialog::SaveCsv() {
   Try([this] {
-    const QString path = QFileDialog::getSaveFileName(this, In("Save CSV", "存CSV"),
-                                                      Proposed(document_, ".csv"), "CSV (*.csv)");
+    const QString path =
+        AskSaveName(this, In("Save CSV", "存CSV"), Proposed(document_, ".csv"), "csv");
     if (path.isEmpty()) return;
     const std::string text = save_csv_();
     QSaveFile file(path);
@@ -270,10 +281,9 @@ bool PrintDocument(const ReportDocument& document, QWidget* parent) {
 }
 
 bool SaveDocumentAsPdf(const ReportDocument& document, QWidget* parent, bool chinese) {
-  QString path = QFileDialog::getSaveFileName(parent, chinese ? "存PDF" : "Save PDF",
-                                              Proposed(document, ".pdf"), "PDF (*.pdf)");
+  const QString path =
+      AskSaveName(parent, chinese ? "存PDF" : "Save PDF", Proposed(document, ".pdf"), "pdf");
   if (path.isEmpty()) return false;
-  if (!path.endsWith(".pdf", Qt::CaseInsensitive)) path += ".pdf";
   WritePdf(document, S(path));
   return true;
 }

@@ -22,6 +22,9 @@ class ScreenDialog : public QDialog {
   // The two halves of Run, for those who do not wait: false when the screen closed itself already.
   bool Open();
 
+  // What it opens with on a screen that is large enough.
+  QSize FirstSize() const;
+
   ScreenFace& face() { return face_; }
   Screen& screen() { return screen_; }
 
@@ -37,7 +40,6 @@ class ScreenDialog : public QDialog {
   void ShowTitle();
   void AddShortcuts();
   void TurnPage(int step);
-  QSize FirstSize() const;
   // Long work in Load: the window shows with its first moving bar.
   void ShowEarly(const Control& control);
 

@@ -186,7 +186,7 @@ void ScreenFace::Press(Button& button) {
 bool ScreenFace::OnKey(ControlView& view, const QKeyEvent& event) {
   if (view.UseKey(event)) return true;
   const std::string name = KeyName(event);
-  if (name.empty()) return false;
+  if (name.empty()) return TypeOnwards(view, event);
   Control& control = view.control();
   if (IsEnter(event)) view.Commit();
   const unsigned before = heard_ + talks_;
@@ -205,6 +205,26 @@ bool ScreenFace::OnKey(ControlView& view, const QKeyEvent& event) {
     }
   }
   return false;
+}
+
+// Text typed over a table is "Type" for its screen, which may send the focus to a box: there the
+// text goes on.
+bool ScreenFace::TypeOnwards(ControlView& view, const QKeyEvent& event) {
+  Control& control = view.control();
+  const QString text = event.text();
+  const bool command = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier);
+  if (control.type() != ControlType::grid || !control.onKey || command || text.isEmpty() ||
+      !text[0].isPrint() || text[0].isSpace()) {
+    return false;
+  }
+  Act([&] { control.Key("Type"); });
+  if (!Alive() || pending_ == &view || !pending_) return false;
+  Settle();
+  QKeyEvent again(event.type(), event.key(), event.modifiers(), text);
+  if (QWidget* target = pending_ ? pending_->focus_widget() : nullptr) {
+    QApplication::sendEvent(target, &again);
+  }
+  return true;
 }
 
 bool ScreenFace::eventFilter(QObject* watched, QEvent* event) {

@@ -13,6 +13,7 @@
 #include "desktop/icons.h"
 #include "desktop/text.h"
 #include "desktop/theme.h"
+#include "desktop/typed_sum.h"
 
 namespace kaunter {
 namespace {
@@ -48,7 +49,7 @@ class MemoBox : public QPlainTextEdit {
  public:
   using QPlainTextEdit::QPlainTextEdit;
   QSize sizeHint() const override { return {280, fontMetrics().lineSpacing() * kMemoLines + 18}; }
-  QSize minimumSizeHint() const override { return {160, sizeHint().height()}; }
+  QSize minimumSizeHint() const override { return {160, fontMetrics().lineSpacing() * 2 + 18}; }
 };
 
 int DigitsBefore(const QString& text, int position) {
@@ -181,9 +182,31 @@ void TextBoxView::DrawAsFigure() {
   edit_->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
+void TextBoxView::Commit() {
+  if (box_.kind() != Kind::money || !box_.Editable()) return;
+  try {
+    if (const auto sum = TypedSum(box_.text())) Act([&] { box_.Type(sum->ToText()); });
+  } catch (const std::overflow_error&) {
+    // Too large to be reckoned: it stays as typed, and its screen refuses it.
+  }
+}
+
+// On a whole date that would be typed over anyway, + and - are the next and the last day.
+bool TextBoxView::StepDate(const QKeyEvent& event) {
+  const bool on = event.key() == Qt::Key_Plus || event.key() == Qt::Key_Equal;
+  if (!on && event.key() != Qt::Key_Minus) return false;
+  const QDate date = QDate::fromString(edit_->text(), kDateFormat);
+  if (!date.isValid() || edit_->selectedText() != edit_->text()) return false;
+  Act([&] { box_.Type(S(date.addDays(on ? 1 : -1).toString(kDateFormat))); });
+  Refresh();
+  edit_->selectAll();
+  return true;
+}
+
 bool TextBoxView::UseKey(const QKeyEvent& event) {
   const bool opens = event.key() == Qt::Key_Down && (event.modifiers() & Qt::AltModifier);
   if (!button_ || !box_.Editable()) return false;
+  if (box_.kind() == Kind::date && StepDate(event)) return true;
   if (box_.kind() == Kind::date && (opens || event.key() == Qt::Key_F4)) {
     OpenCalendar();
     return true;

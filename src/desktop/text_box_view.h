@@ -31,6 +31,8 @@ class TextBoxView : public ControlView {
   void TakeFocus() override;
   bool UseKey(const QKeyEvent& event) override;
   void DrawAsFigure() override;
+  // What was reckoned in an amount box becomes its result.
+  void Commit() override;
 
   QLineEdit& edit() { return *edit_; }
 
@@ -42,6 +44,7 @@ class TextBoxView : public ControlView {
   void Edited(const QString& text);
   void Put(const QString& text);
   void OpenCalendar();
+  bool StepDate(const QKeyEvent& event);
   void Search();
   bool IsRightAligned() const;
 

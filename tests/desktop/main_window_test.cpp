@@ -102,6 +102,15 @@ TEST_F(MainWindowTest, ChoosingAnEntryOpensItsScreen) {
   EXPECT_THAT(desk.shown, ElementsAre("LoanCalcfrm"));
 }
 
+TEST_F(MainWindowTest, AListOfAmountsTellsTheirSum) {
+  main.LS1.SetRows({{"L1", "31-01-2024", "Ah Beng", "", "1,200.50", ""},
+                    {"L2", "31-01-2024", "Siti", "", "99.50", ""}});
+  OpenScreen::Wait();
+  QStringList texts;
+  for (const auto* label : window.findChildren<QLabel*>()) texts << label->text();
+  EXPECT_TRUE(texts.contains("Total Due 1,300.00")) << texts.join("|").toStdString();
+}
+
 TEST_F(MainWindowTest, AnOpenMenuOutlivesTheClock) {
   const QAction* before = window.menuBar()->actions().at(0);
   main.SetPanel(5, "Monday, 2 March 2026");

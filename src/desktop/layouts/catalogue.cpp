@@ -9,7 +9,7 @@ const std::vector<Layout>& AllLayouts() {
   static const std::vector<Layout> layouts = {
       UserLoginLayout(), LoanCalcfrmLayout(), PopupFrmLayout(),       NewCustFrmLayout(),
       UserFrmLayout(),   CompCodeFrmLayout(), CompProfileFrmLayout(), SetupFrmLayout(),
-      FrmNicLayout(),    NewLoanFrmLayout(),
+      FrmNicLayout(),    NewLoanFrmLayout(),  LoanAppFrmLayout(),
   };
   return layouts;
 }

@@ -39,12 +39,12 @@ Layout NewCustFrmLayout() {
        Group({"Work Address", "工作地址"}, 1,
              {Stacked({"CustSpouseCompAdd1", "CustSpouseCompAdd2", "CustSpouseCompAdd3"}),
               Line({"CustSpouseCompPostCode", "CustSpouseCompCity"}), "CustSpouseCompState"})});
-  const LayoutNode bank = Across(
-      {Group({"Bank", "银行"}, 1,
-             {"BankCagaran", "BankAccNo", "BankTransferName", "ATMCardNo", "ATMPinNo"}),
-       Group({"Credit", "信用额"}, 1, {"CreditLimit", "CreditLimitType"}),
-       Down({Group({"Loan Application", "贷款申请"}, 1, {"AppID", "AppType", "Relationship"}),
-             ButtonsHere({"CmdLinkApp"})})});
+  const LayoutNode bank =
+      Across({Group({"Bank", "银行"}, 1,
+                    {"BankCagaran", "BankAccNo", "BankTransferName", "ATMCardNo", "ATMPinNo"}),
+              Group({"Credit", "信用额"}, 1, {"CreditLimit", "CreditLimitType"}),
+              Group({"Loan Application", "贷款申请"}, 1,
+                    {"AppID", "AppType", "Relationship", "CmdLinkApp"})});
   const LayoutNode referrers =
       Down({Across({Fields(1, {"RefererName", "RefererRelationship", "RefererNIC", "RefererOIC",
                                "RefererHP1"}),
@@ -58,7 +58,7 @@ Layout NewCustFrmLayout() {
        Fill("DocDG")});
   return {
       "NewCustFrm",
-      {1340, 716},
+      {1342, 720},
       Down({Across({Inside("Glance", Across({Thumbnail("Photo"), Title("GlanceLBL"),
                                              Fields(1, {"CreditBar"})},
                                             {0, 3, 2})),

@@ -3,27 +3,31 @@
 namespace kaunter {
 namespace {
 
-LayoutNode Terms() {
-  return Down(
-      {Across(
-           {Group({"Loan", "贷款"}, 1,
-                  {"TrxDate", "OldLoanCode", "LoanTypeID", "LoanType", "DragLoan", "LoanPurpose",
-                   "DragIntType", "LoanGroupID", "LoanStatus", "LoanDuration"}),
-            Group({"Terms", "条件"}, 1,
-                  {"LoanAmt", "LoanAmt2", "Label51", "TopUpAmt", Line({"InsRate", "IntType"}),
-                   "InsRate2", "LoanTerm", "LoanTerm2", "LoanTerm3", "NextDueDate", "FirstPayment",
-                   "InstallmentAmt", "LastPayment", "InstallmentAmt2", "LastPayment2"}),
-            Group({"Fees", "费用"}, 1,
-                  {"ProcessFee", "DepositAmt", "LegalFee", "TermInt", "OathsAmt", "DepositAmt2",
-                   "MiscAmt", "PayOutAmt2", "SpecialSch"}),
-            Down({Group({"Late Interest", "逾期利息"}, 1,
-                        {"LateChargePerDay", "OfferDays", "StopInt", "EndTermIntDate"}),
-                  Group({"Sales", "销售"}, 1,
-                        {"SalesmanID", "SalesmanComm", "AdvertiseID", "Introducer",
-                         "IntroducerAmt"})}),
-            Group({"Follow Up", "跟进"}, 1, {"NextCall", "Memo1"})},
-           {5, 5, 5, 5, 4}),
-       ButtonsHere({"Command3", "Command5", "Command9", "Command8", "SSCommand3"})});
+LayoutNode LoanPage() {
+  const LayoutNode loan =
+      Group({"Loan", "贷款"}, 1,
+            {"TrxDate", "OldLoanCode", "LoanTypeID", "LoanType", "DragLoan", "LoanPurpose",
+             "DragIntType", "LoanGroupID", "LoanStatus", "LoanDuration"});
+  const LayoutNode terms =
+      Group({"Terms", "条件"}, 1,
+            {"LoanAmt", "LoanAmt2", "Label51", "TopUpAmt", Beside({"InsRate", "IntType"}),
+             "InsRate2", "LoanTerm", Line({"LoanTerm2", "LoanTerm3"}), "NextDueDate",
+             "FirstPayment", "InstallmentAmt", "LastPayment", "InstallmentAmt2", "LastPayment2"});
+  const LayoutNode fees = Group({"Fees", "费用"}, 1,
+                                {"ProcessFee", "DepositAmt", "LegalFee", "TermInt", "OathsAmt",
+                                 "DepositAmt2", "MiscAmt", "PayOutAmt2", "NextCall", "Memo1"});
+  const LayoutNode late =
+      Group({"Late Interest", "逾期利息"}, 1,
+            {"LateChargePerDay", "OfferDays", "StopInt", "EndTermIntDate", "SpecialSch"});
+  const LayoutNode sales =
+      Group({"Sales", "销售"}, 1,
+            {"SalesmanID", "SalesmanComm", "AdvertiseID", "Introducer", "IntroducerAmt"});
+  // What reckons the terms stands under them.
+  return Across(
+      {Down({Across({loan, terms}, {11, 10}),
+             ButtonsHere({"Command3", "Command5", "Command9", "Command8", "SSCommand3"})}),
+       Across({fees, Down({late, sales})})},
+      {11, 10});
 }
 
 LayoutNode Payments() {
@@ -35,9 +39,9 @@ LayoutNode Payments() {
 
 LayoutNode Guarantor(const std::string& suffix, const std::string& pic) {
   const auto of = [&](const char* box) { return "Guarantor" + (box + suffix); };
-  return Across({Down({Fields(1, {of("Name"), of("NIC"), of("OIC"), of("OthIC"), of("Relationship"),
-                                  Line({of("Gender"), of("Race")}), of("HP1"), of("MN"), pic}),
-                       ButtonsHere({"CmdGetGuarantor" + suffix})}),
+  return Across({Fields(1, {of("Name"), of("NIC"), of("OIC"), of("OthIC"), of("Relationship"),
+                            Line({of("Gender"), of("Race")}), of("HP1"), of("MN"),
+                            Line({pic, "CmdGetGuarantor" + suffix})}),
                  Fields(1, {of("Comp"), of("CompBiz"), of("CompPos"), of("CompIncome"),
                             Stacked({of("CompAdd1"), of("CompAdd2"), of("CompAdd3")}),
                             Line({of("CompPostCode"), of("CompCity")}), of("CompState"),
@@ -87,10 +91,10 @@ Layout NewLoanFrmLayout() {
                                                              "CompCode", "CreditLimit"}))}))},
                    {0, 1}),
             Inside("Glance", Across({Title("BalanceLBL"), Title("NextDueLBL"), Title("ArrearsLBL"),
-                                     Title("CreditLBL"), Fields(1, {"InstalmentBar"})},
-                                    {2, 2, 3, 2, 5})),
+                                     Title("CreditLBL"), Fill("InstalmentBar")},
+                                    {8, 8, 12, 10, 15})),
             Tabs("SSTab1",
-                 {Page("LoanPage", Terms()),
+                 {Page("LoanPage", LoanPage()),
                   Page("SchedulePage",
                        Down({Fields(1, {"SchChanged"}), Fill("vsd3"), Title("ScheduleTotalLBL")})),
                   Page("PaymentPage", Payments()),
