@@ -20,16 +20,17 @@ LayoutNode Terms() {
 LayoutNode Property() {
   return Inside(
       "F2", Across({Group({"Collateral", "抵押品"}, 1,
-                          {"CollateralID", "Memo2", "Memo4", "ForceSalesAmt", "ValuerName",
-                           "ValuerFrom", "ValuationDate", "PurchasePrice", "BumiPrice",
-                           "ReminderDate", "ReminderDate2"}),
+                          {"CollateralID", "Memo2", "Memo4", "ForceSalesAmt", "PurchasePrice",
+                           "BumiPrice", "ReminderDate", "ReminderDate2"}),
                     Group({"Property", "产业"}, 1,
                           {"PropertyAdd1", "PropertyType", "PropertyStatus", "BuiltUpArea",
-                           "LandArea", "LandStatus", "LeaseHoldExpDate", "ExpectRental",
-                           "PropertyLand", "Construction"}),
-                    Group({"Title and Insurance", "地契与保险"}, 1,
+                           "LandArea", "PropertyLand", "Construction", "ExpectRental"}),
+                    Group({"Title", "地契"}, 1,
                           {"TitleType", "TitleNo", "LotNoPTNo", "SectionNo", "Mukim", "District",
-                           "State", "InsuranceComp", "SumInsured", "MRTA"})}));
+                           "State", "LandStatus"}),
+                    Group({"Valuation and Insurance", "估价与保险"}, 1,
+                          {"LeaseHoldExpDate", "ValuerName", "ValuerFrom", "ValuationDate",
+                           "InsuranceComp", "SumInsured", "MRTA"})}));
 }
 
 }  // namespace
@@ -48,12 +49,13 @@ Layout LoanAppFrmLayout() {
   return {
       "LoanAppFrm",
       {1342, 720},
-      Down({Across({Inside("Identity", Fields(2, {"AppID", "LoanID", "CustID", "CustName"})),
-                    Down({Title("StateLBL"),
-                          Inside("Decision",
-                                 Fields(3, {"AppStatus", "ApprovedUser", "ApprovalDate",
-                                            "AppStatus2", "ApprovedUser2", "ApprovalDate2"}))})},
-                   {4, 5}),
+      Down({Across({Title("StateLBL"),
+                    Inside("Identity",
+                           Fields(1, {Wide(Line({"AppID", "LoanID", "CustID", "CustName"}))}))},
+                   {1, 4}),
+            Inside("Decision",
+                   Fields(1, {Wide(Line({"AppStatus", "ApprovedUser", "ApprovalDate"})),
+                              Wide(Line({"AppStatus2", "ApprovedUser2", "ApprovalDate2"}))})),
             Tabs("SSTab1", {Page("TermsPage", Terms()), Page("PropertyPage", Property()),
                             Page("PersonPage", persons), Page("ConditionPage", conditions),
                             Page("HistoryPage", Fill("vsd")), Page("MrtaPage", Fill("vsdd"))})}),
