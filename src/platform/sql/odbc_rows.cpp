@@ -115,13 +115,12 @@ class Reader {
     check_(SQLNumResultCols(statement_.get(), &count));
     std::vector<Plan> plans;
     for (SQLSMALLINT i = 1; i <= count; ++i) {
-      Plan plan = Describe(static_cast<SQLUSMALLINT>(i));
-      if (known.size() == static_cast<std::size_t>(count)) {
-        const ResultColumn& column = known[static_cast<std::size_t>(i - 1)];
-        if (std::optional<Plan> decided = TranslatorPlan(column.type)) plan = *decided;
-        plan.column.name = column.name;
-      }
-      plans.push_back(std::move(plan));
+      const bool decided = known.size() == static_cast<std::size_t>(count);
+      const ResultColumn* column = decided ? &known[static_cast<std::size_t>(i - 1)] : nullptr;
+      std::optional<Plan> plan = decided ? TranslatorPlan(column->type) : std::nullopt;
+      if (!plan) plan = Describe(static_cast<SQLUSMALLINT>(i));
+      if (decided) plan->column.name = column->name;
+      plans.push_back(std::move(*plan));
     }
     return plans;
   }

@@ -145,8 +145,12 @@ OdbcOutcome OdbcSession::Run(std::string_view sql, bool want_rows,
   if (sql.find('\0') != std::string_view::npos) {
     throw SqlError(102, "The statement holds a zero byte; the rest of it would not be run.");
   }
-  const OdbcHandle statement(SQL_HANDLE_STMT, link_);
-  return Drain(statement, ExecDirect(statement, sql), want_rows, known);
+  // A handle serves again while nothing fails on it: a new one costs as much as a short query.
+  OdbcHandle statement =
+      spare_.get() != SQL_NULL_HANDLE ? std::move(spare_) : OdbcHandle(SQL_HANDLE_STMT, link_);
+  OdbcOutcome outcome = Drain(statement, ExecDirect(statement, sql), want_rows, known);
+  if (SQL_SUCCEEDED(SQLFreeStmt(statement.get(), SQL_CLOSE))) spare_ = std::move(statement);
+  return outcome;
 }
 
 OdbcOutcome OdbcSession::Drain(const OdbcHandle& statement, SQLRETURN result, bool want_rows,
@@ -244,6 +248,7 @@ void OdbcSession::GiveUp() {
   lost_ = true;
   in_transaction_ = false;
   ended_by_ = 0;
+  spare_ = OdbcHandle();
   // The driver manager does not let go of a connection inside a transaction.
   if (connected_ && !SQL_SUCCEEDED(SQLDisconnect(link_.get()))) {
     SQLEndTran(SQL_HANDLE_DBC, link_.get(), SQL_ROLLBACK);

@@ -70,6 +70,7 @@ class OdbcSession {
   std::string source_;  // for messages
   OdbcHandle environment_;
   OdbcHandle link_;
+  OdbcHandle spare_;  // a statement between two runs; none at first and behind a failure
   std::string dbms_;
   bool connected_ = false;
   bool wide_ = true;

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/sql/sqlite_statement.h"
 #include "platform/sql/translate.h"
 
 namespace kaunter::sql {
@@ -25,6 +26,9 @@ class SqliteCatalogue : public Catalogue {
 
   sqlite3* db_;
   std::string path_;
+  // Kept prepared: a start of the program asks for some forty tables.
+  mutable SqliteStatement find_;
+  mutable SqliteStatement columns_;
   mutable std::map<std::string, std::unique_ptr<CatalogueTable>> tables_;  // names in lower case
 };
 
