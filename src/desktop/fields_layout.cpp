@@ -225,6 +225,11 @@ Qt::Orientations FieldsLayout::expandingDirections() const {
 void FieldsLayout::setGeometry(const QRect& rect) {
   QLayout::setGeometry(rect);
   Arrange(rect, true);
+  // Another width may take other rows: who holds the panel must ask for its least height again.
+  const int height = heightForWidth(rect.width());
+  if (height == height_) return;
+  height_ = height;
+  if (QWidget* panel = parentWidget()) panel->updateGeometry();
 }
 
 }  // namespace kaunter

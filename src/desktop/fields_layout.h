@@ -61,6 +61,7 @@ class FieldsLayout : public QLayout {
   int Arrange(const QRect& rect, bool apply) const;
 
   int wanted_columns_;
+  int height_ = 0;  // that it took at its last width
   QList<Field> fields_;
   QList<QLayoutItem*> items_;
 };

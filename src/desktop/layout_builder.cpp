@@ -244,7 +244,7 @@ class Builder {
       if (!frame || !contents) continue;
       auto* page = new QWidget(face_.host());
       auto* layout = new QVBoxLayout(page);
-      layout->setContentsMargins(kMargin, kGap, kMargin, kGap);
+      layout->setContentsMargins(kMargin, 8, kMargin, 8);
       layout->addWidget(contents, 1);
       if (!Grows(child)) layout->addStretch(0);
       const auto at = std::find(declared.begin(), declared.end(), frame);

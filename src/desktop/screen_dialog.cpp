@@ -54,7 +54,7 @@ void ScreenDialog::Build() {
 
   auto* page = new QWidget(this);
   auto* page_layout = new QVBoxLayout(page);
-  page_layout->setContentsMargins(kMargin, kGap, kMargin, kGap);
+  page_layout->setContentsMargins(kMargin, 10, kMargin, 8);
   if (built.body) page_layout->addWidget(built.body, 1);
   scroll_ = new QScrollArea(this);
   scroll_->setFrameShape(QFrame::NoFrame);
