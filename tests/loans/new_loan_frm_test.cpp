@@ -815,6 +815,36 @@ TEST_F(LoanScreen, OneQueryAGridWhateverItsRows) {
   EXPECT_LE(statements[0], 20u);
 }
 
+TEST_F(LoanScreen, TheAmlPageFollowsTheOfficeAndTheCompany) {
+  Customer("AB0001", "AB", "Chong", "ACTIVE");
+  office.Run(
+      "UPDATE CompMast SET AMLA='1' WHERE CompCode='AB';"
+      "INSERT INTO AMLADesc (SID,AMLADesc) VALUES ('LOAN','House');"
+      "INSERT INTO AMLADesc (SID,AMLADesc) VALUES ('PAYMENT','Sale of land')");
+  const struct {
+    bool office_on;
+    const char* customer;
+    bool shown;
+  } rows[] = {{true, "HQ0001", false}, {true, "AB0001", true}, {false, "AB0001", false}};
+  for (const auto& row : rows) {
+    office.session.settings.AMLA = row.office_on;
+    Open("New Loan");
+    Set("CustID", row.customer);
+    EXPECT_EQ(screen->AmlPage.visible(), row.shown) << row.customer << row.office_on;
+  }
+  // Free text, until the office allows its own list alone.
+  office.session.settings.AMLA = true;
+  for (const bool locked : {false, true}) {
+    office.session.settings.LockAMLAReasonCode = locked;
+    Open("New Loan");
+    Set("CustID", "AB0001");
+    Set("AMLACode", "House");
+    Set("AMLACode", "Sale of land");
+    EXPECT_EQ(Told(), locked ? Lines{"Choose the Loan Purpose from the list"} : Lines());
+    EXPECT_EQ(Text("AMLACode"), locked ? "" : "Sale of land");
+  }
+}
+
 // --- other screens
 
 TEST_F(LoanScreen, ADrawdownIsOpenedForTheStoredLoanAndLocksItOnReturn) {
