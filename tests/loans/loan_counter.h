@@ -30,6 +30,11 @@ class TalkingDesk : public SilentDesk {
     if (said.size() > 100) throw std::runtime_error("asked without end");
     return answer && text != refused_question;
   }
+  // A picker closes with what is picked.
+  void Show(std::string_view) override {
+    session_.PickerName.clear();
+    session_.CallerTag = picked;
+  }
   void ShowModal(Screen&) override {
     ++approvals_asked;
     session_.OverrideOK = manager_agrees;
@@ -40,6 +45,7 @@ class TalkingDesk : public SilentDesk {
   std::vector<std::string> titles;
   bool answer = true;
   std::string refused_question;
+  std::string picked;
   bool manager_agrees = false;
   int approvals_asked = 0;
 

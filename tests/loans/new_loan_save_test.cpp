@@ -107,6 +107,35 @@ TEST_F(LoanSave, ALetterInANumberNobodyChecksIsToldUnderItsName) {
   EXPECT_EQ(office.Scalar("SELECT SIBankAmt FROM LoanMast"), "1000.5");
 }
 
+TEST_F(LoanSave, AnApplicationIsTakenUpWithItsLoanAndFreeAgainWithout) {
+  office.Run(
+      "INSERT INTO AppMast (AppID,CompCode,CustID,NextDueDate,LoanAmt,LoanAmt2,TopUpAmt,LoanTypeID,"
+      "LoanType,DragLoan,LoanPurpose,InsRate,LoanTerm,LoanTerm3,TermInt,LoanID) VALUES ('AP0001',"
+      "'HQ','HQ0001','2024-02-29',10000,10000,0,'MONTH','Unsecured','0','FLAT',18,'12','0',0,'')");
+  const auto taken_by = [&] { return office.Scalar("SELECT LoanID FROM AppMast"); };
+  auto screen = Open("New Loan");
+  Fill(*screen);
+  desk.picked = "AP0001";
+  screen->SSCommand3.Click();
+  office.session.Main().SetFaultHook([](std::string_view sql) {
+    if (sql.starts_with("COMMIT")) throw SqlError(1105, "the disk is full");
+  });
+  Save(*screen);
+  office.session.Main().SetFaultHook({});
+  EXPECT_EQ(desk.last(), "An error occurs during saving loan\nthe disk is full\n");
+  EXPECT_EQ(taken_by(), "");
+  Save(*screen);
+  EXPECT_EQ(desk.last(), "Loan ID HQ0001-001 saved");
+  EXPECT_EQ(taken_by(), kLoan);
+  // The next loan from the same screen has nothing to do with it.
+  screen->CmdNew.Click();
+  Fill(*screen);
+  Save(*screen);
+  EXPECT_EQ(taken_by(), kLoan);
+  Save(*Open("Delete Loan", kLoan));
+  EXPECT_EQ(taken_by(), "");
+}
+
 // --- the schedule that follows
 
 TEST_F(LoanSave, OpenTermsAreGeneratedAnewAndTakeTheLinesEditedByHand) {
