@@ -1,12 +1,21 @@
 // A desk nobody sits at: it notes the messages and says no to everything.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "screen/desk.h"
 
 namespace kaunter {
+
+class SilentBar : public ProgressBar {
+ public:
+  void SetRange(int) override {}
+  void SetText(std::string_view) override {}
+  void Step(int) override {}
+  void SetPosition(int) override {}
+};
 
 class SilentDesk : public Desk {
  public:
@@ -19,7 +28,9 @@ class SilentDesk : public Desk {
   std::string PickFolder(std::string_view, std::string_view) override { return {}; }
   void Show(std::string_view) override {}
   void ShowModal(Screen&) override {}
-  std::unique_ptr<ProgressBar> Progress(std::string_view) override { return nullptr; }
+  std::unique_ptr<ProgressBar> Progress(std::string_view) override {
+    return std::make_unique<SilentBar>();
+  }
   void Hourglass(bool) override {}
   void Beep() override {}
   void Print(const ReportJob&) override {}
