@@ -253,7 +253,8 @@ CREATE OR REPLACE FUNCTION kaunter_sql.k_unicode(x bpchar) RETURNS bigint
   LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS
   'SELECT nullif(ascii(kaunter_sql.k_raw(x)), 0)::bigint';
 CREATE OR REPLACE FUNCTION kaunter_sql.k_char(x bigint) RETURNS bpchar
-  LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS 'SELECT chr(x::int)::bpchar';
+  LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS
+  'SELECT CASE WHEN x BETWEEN 1 AND 55295 THEN chr(x::int)::bpchar END';
 
 -- A LIKE pattern as a regular expression over folded text. A set that is never closed, like an
 -- empty one, matches nothing.
