@@ -377,7 +377,7 @@ void PostgresDialect::RunPlan(OdbcSession& session, Plan& plan, const Shape& sha
       // Sent together they happen whole or not at all; they are of DDL and have no parameters.
       for (const Translated& step : plan.steps) text += step.text + "; ";
     }
-    if (text.find("k_rowcount()") != std::string::npos) {
+    if (first.text.find("k_rowcount()") != std::string::npos) {
       session.Run(fmt::format("SELECT set_config('kaunter.rowcount', '{}', false)", touched_),
                   false);
     }

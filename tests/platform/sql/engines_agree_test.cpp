@@ -131,6 +131,9 @@ constexpr int kStyles[] = {0,   1,   2,   3,   4,   5,   6,   7,   8,   10,  11,
 // code.
 constexpr const char* kStatements[] = {
     "select K from T",
+    "update T set N=N where K<3;select @@rowcount",
+    "update T set N=N where K<4;select @@rowcount",
+    "update T set N=N where K<5;select @@rowcount",
     "select top 2 K from T",
     "select K from T order by Amt",
     "select K from T order by Due desc",
