@@ -1053,7 +1053,7 @@ CREATE INDEX IX_LoanMast_NextCall ON LoanMast (NextCall);
 CREATE INDEX IX_LoanMast_AgreementNo_CompCode ON LoanMast (AgreementNo, CompCode);
 CREATE INDEX IX_LoanMast_GuarantorNIC ON LoanMast (GuarantorNIC);
 CREATE INDEX IX_LoanMast_GuarantorNIC2 ON LoanMast (GuarantorNIC2);
-CREATE INDEX IX_SchMast_DueDate ON SchMast (DueDate, LoanID, PayableAmt, Payment);
+CREATE INDEX IX_SchMast_DueDate_LoanID_PayableAmt_Payment ON SchMast (DueDate, LoanID, PayableAmt, Payment);
 CREATE INDEX IX_SchMast_CustID_DueDate ON SchMast (CustID, DueDate);
 CREATE INDEX IX_PaymentMast_LoanID_PayID ON PaymentMast (LoanID, PayID);
 CREATE INDEX IX_PaymentMast_LoanID_PayDate ON PaymentMast (LoanID, PayDate);

@@ -59,6 +59,12 @@ bool SessionScreen::MayDiscard(bool changed) {
                     session_.In({"Close without saving the changes ?", "不储存更改就关闭？"}));
 }
 
+bool SessionScreen::MayLeaveRecord(bool changed) {
+  return !changed || desk().Ask(title().In(chinese()),
+                                session_.In({"Leave this record without saving the changes ?",
+                                             "不储存更改就离开此资料？"}));
+}
+
 void TellFailure(Session& session, Screen& screen, const std::exception& failure) {
   if (session.MainConn && session.MainConn->InTransaction()) {
     try {

@@ -34,6 +34,8 @@ class SessionScreen : public Screen {
   // Nothing was typed, or the person agrees to lose it: what a record screen answers to
   // RequestClose.
   bool MayDiscard(bool changed);
+  // The same before another record takes the place of the one shown.
+  bool MayLeaveRecord(bool changed);
 
  private:
   Session& session_;

@@ -157,10 +157,16 @@ void NewCustFrm::BindEvents() {
   };
   OpenLoansChk.onClick = [this] { LoadLoans(loaded_id_); };
   CmdLinkApp.onClick = [this] { LinkApplication(); };
-  CmdPrev.onClick = [this] { ShowNeighbour(PreviousCustomer(main(), CustID.text())); };
-  CmdNext.onClick = [this] { ShowNeighbour(NextCustomer(main(), CustID.text())); };
+  CmdPrev.onClick = [this] {
+    if (MayLeaveRecord(Changed())) ShowNeighbour(PreviousCustomer(main(), CustID.text()));
+  };
+  CmdNext.onClick = [this] {
+    if (MayLeaveRecord(Changed())) ShowNeighbour(NextCustomer(main(), CustID.text()));
+  };
   CmdNew.onClick = [this] { Import(); };
-  CmdClear.onClick = [this] { StartNew(); };
+  CmdClear.onClick = [this] {
+    if (MayLeaveRecord(Changed())) StartNew();
+  };
   CmdNewLoan.onClick = [this] { OpenFor("NewLoanFrm", "New Loan"); };
   CmdLoan.onClick = [this] { OpenFor("NewLoanFrm", "Edit Loan"); };
   CmdPay.onClick = [this] { OpenFor("PaymentFrm", "New Payment"); };
@@ -192,9 +198,9 @@ void NewCustFrm::Load() {
   if (!session().HandOverCustID.empty()) LoadCustomer(session().HandOverCustID);
 }
 
-bool NewCustFrm::RequestClose() {
-  return MayDiscard(record_.Changed() || Lists() != remembered_lists_);
-}
+bool NewCustFrm::Changed() const { return record_.Changed() || Lists() != remembered_lists_; }
+
+bool NewCustFrm::RequestClose() { return MayDiscard(Changed()); }
 
 void NewCustFrm::ClearAll() {
   record_.Clear();

@@ -265,6 +265,7 @@ class NewCustFrm : public SessionScreen {
   void ChoosePhoto(TextBox& box, int number);
   void Import();
   void LinkApplication();
+  bool Changed() const;
   std::string Lists() const;  // all rows as one text: tells whether something was changed
 
   Record record_;

@@ -211,10 +211,15 @@ void NewLoanFrm::BindEvents() {
   BindLoanEvents();
   BindGridEvents();
   BindPersonEvents();
-  CmdPrev.onClick = [this] { ShowNeighbour(false); };
-  CmdNext.onClick = [this] { ShowNeighbour(true); };
-  CmdNew.onClick = [this] { StartNew(); };
-  CmdClear.onClick = [this] { StartAgain(); };
+  const auto unless_unsaved = [this](auto act) {
+    return [this, act] {
+      if (IsInquiry() || MayLeaveRecord(record_.Changed())) act();
+    };
+  };
+  CmdPrev.onClick = unless_unsaved([this] { ShowNeighbour(false); });
+  CmdNext.onClick = unless_unsaved([this] { ShowNeighbour(true); });
+  CmdNew.onClick = unless_unsaved([this] { StartNew(); });
+  CmdClear.onClick = unless_unsaved([this] { StartAgain(); });
   AMLACode.onLeave = [this] {
     if (!session().settings.LockAMLAReasonCode || AMLACode.empty() || AMLACode.index() >= 0) return;
     AMLACode.Clear();
@@ -231,9 +236,6 @@ void NewLoanFrm::BindEvents() {
   };
   SaveCmd.onClick = [this] { SaveLoan(); };
   SaveCmd.shortcut = "Ctrl+S";
-  CancelCmd.onClick = [this] {
-    if (RequestClose()) Close();
-  };
 }
 
 void NewLoanFrm::Load() {
