@@ -2,10 +2,10 @@
 
 #include <stdexcept>
 
-#include "platform/sql/sqlite_alter.h"
-#include "platform/sql/sqlite_catalogue.h"
-#include "platform/sql/sqlite_literal.h"
-#include "platform/sql/translate.h"
+#include "platform/sql/sqlite/sqlite_alter.h"
+#include "platform/sql/sqlite/sqlite_catalogue.h"
+#include "platform/sql/sqlite/sqlite_literal.h"
+#include "platform/sql/translator/translate.h"
 
 namespace kaunter {
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "platform/clock.h"
-#include "platform/sql/sqlite_functions.h"
-#include "platform/sql/sqlite_statement.h"
+#include "platform/sql/sqlite/sqlite_functions.h"
+#include "platform/sql/sqlite/sqlite_statement.h"
 
 namespace kaunter {
 

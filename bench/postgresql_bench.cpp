@@ -14,7 +14,7 @@
 
 #include "bench/ratio.h"
 #include "platform/sql/data_source.h"
-#include "platform/sql/odbc_text.h"
+#include "platform/sql/odbc/odbc_text.h"
 
 namespace kaunter {
 namespace {

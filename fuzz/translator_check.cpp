@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "platform/sql/sql_error.h"
-#include "platform/sql/sqlite_literal.h"
-#include "platform/sql/sqlite_statement_key.h"
-#include "platform/sql/translate.h"
+#include "platform/sql/sqlite/sqlite_literal.h"
+#include "platform/sql/sqlite/sqlite_statement_key.h"
+#include "platform/sql/translator/translate.h"
 
 namespace kaunter {
 namespace {

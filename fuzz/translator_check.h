@@ -10,9 +10,9 @@
 #include <string_view>
 
 #include "platform/clock.h"
-#include "platform/sql/sqlite_catalogue.h"
-#include "platform/sql/sqlite_functions.h"
-#include "platform/sql/sqlite_statement.h"
+#include "platform/sql/sqlite/sqlite_catalogue.h"
+#include "platform/sql/sqlite/sqlite_functions.h"
+#include "platform/sql/sqlite/sqlite_statement.h"
 
 namespace kaunter {
 

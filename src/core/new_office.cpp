@@ -9,7 +9,7 @@
 #include "core/schema_text.h"
 #include "core/sql_literals.h"
 #include "platform/sql/transaction.h"
-#include "platform/sql/translate.h"
+#include "platform/sql/translator/translate.h"
 
 namespace kaunter {
 

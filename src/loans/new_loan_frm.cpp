@@ -486,6 +486,7 @@ void NewLoanFrm::ShowGlance() {
           ? Caption{fmt::format("Arrears {}, {} days", arrears, glance.days_in_arrears),
                     fmt::format("拖欠 {}，{} 天", arrears, glance.days_in_arrears)}
           : Caption{"No arrears", "没有拖欠"}));
+  ArrearsLBL.SetMark(glance.days_in_arrears > 0);
   const double all = std::max(1, glance.paid + glance.due + glance.open);
   InstalmentBar.Set({{{"Paid", "已还"}, glance.paid / all, Bar::Part::Tone::good},
                      {{"Due", "逾期"}, glance.due / all, Bar::Part::Tone::bad},

@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <exception>
 
-#include "platform/sql/sqlite_functions.h"
+#include "platform/sql/sqlite/sqlite_functions.h"
 
 namespace kaunter::test {
 

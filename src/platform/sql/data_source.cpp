@@ -6,8 +6,8 @@
 #include <memory>
 #include <stdexcept>
 
-#include "platform/sql/odbc_connection.h"
-#include "platform/sql/odbc_string.h"
+#include "platform/sql/odbc/odbc_connection.h"
+#include "platform/sql/odbc/odbc_string.h"
 
 namespace kaunter {
 namespace {

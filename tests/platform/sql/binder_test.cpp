@@ -1,6 +1,6 @@
 // What the server refuses is refused with its number and the place; what it converts by itself gets
 // the right converter.
-#include "platform/sql/binder.h"
+#include "platform/sql/translator/binder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

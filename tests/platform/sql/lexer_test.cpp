@@ -1,5 +1,5 @@
 // Batches cut into statements, and statements into shapes and literals.
-#include "platform/sql/lexer.h"
+#include "platform/sql/translator/lexer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/sql/connection.h"
-#include "platform/sql/translate.h"
+#include "platform/sql/translator/translate.h"
 
 namespace kaunter::sql {
 namespace {

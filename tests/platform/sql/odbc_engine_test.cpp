@@ -10,7 +10,7 @@
 #include <fstream>
 
 #include "platform/sql/data_source.h"
-#include "platform/sql/odbc_connection.h"
+#include "platform/sql/odbc/odbc_connection.h"
 #include "tests/platform/support/odbc_driver.h"
 #include "tests/platform/support/test_engine.h"
 

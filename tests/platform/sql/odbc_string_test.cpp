@@ -1,8 +1,8 @@
-#include "platform/sql/odbc_string.h"
+#include "platform/sql/odbc/odbc_string.h"
 
 #include <gtest/gtest.h>
 
-#include "platform/sql/odbc_text.h"
+#include "platform/sql/odbc/odbc_text.h"
 
 namespace kaunter::sql {
 namespace {

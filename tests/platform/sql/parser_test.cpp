@@ -1,5 +1,5 @@
 // The grammar: what it takes, what it refuses and where, and that no text harms it.
-#include "platform/sql/parser.h"
+#include "platform/sql/translator/parser.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,14 +1,14 @@
 // The functions and the collation of the embedded engine on a bare handle. Expected values are the
 // server's documented behaviour.
-#include "platform/sql/sqlite_functions.h"
+#include "platform/sql/sqlite/sqlite_functions.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "platform/sql/functions.h"
-#include "platform/sql/sqlite_text.h"
+#include "platform/sql/text.h"
+#include "platform/sql/translator/functions.h"
 
 namespace kaunter::sql {
 namespace {

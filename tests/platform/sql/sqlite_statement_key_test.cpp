@@ -1,6 +1,6 @@
 // The quick look must never take two different shapes for one: checked against the true splitter on
 // all statements of the business, with their literals drawn anew.
-#include "platform/sql/sqlite_statement_key.h"
+#include "platform/sql/sqlite/sqlite_statement_key.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/sql/translate.h"
+#include "platform/sql/translator/translate.h"
 
 namespace kaunter::sql {
 namespace {

@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "platform/clock.h"
-#include "platform/sql/translate.h"
+#include "platform/sql/translator/translate.h"
 #include "tests/platform/support/test_engine.h"
 
 namespace kaunter {

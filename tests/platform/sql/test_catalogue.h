@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/sql/lexer.h"
-#include "platform/sql/parser.h"
-#include "platform/sql/translate.h"
+#include "platform/sql/translator/lexer.h"
+#include "platform/sql/translator/parser.h"
+#include "platform/sql/translator/translate.h"
 
 namespace kaunter::sql {
 

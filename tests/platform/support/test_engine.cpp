@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "platform/sql/data_source.h"
-#include "platform/sql/odbc_session.h"
+#include "platform/sql/odbc/odbc_session.h"
 
 namespace kaunter::testing {
 

@@ -5,7 +5,7 @@
 #include <exception>
 
 #include "platform/clock.h"
-#include "platform/sql/sqlite_functions.h"
+#include "platform/sql/sqlite/sqlite_functions.h"
 
 #ifdef _WIN32
 #define KAUNTER_EXPORT __declspec(dllexport)

@@ -1,0 +1,67 @@
+#include "platform/sql/odbc/odbc_dialect.h"
+
+#include "platform/sql/odbc/odbc_postgresql_dialect.h"
+#include "platform/sql/odbc/odbc_sqlite_dialect.h"
+#include "platform/sql/odbc/odbc_text.h"
+
+namespace kaunter::sql {
+namespace {
+
+class UntouchedDialect : public OdbcDialect {
+ public:
+  OdbcOutcome Run(OdbcSession& session, std::string_view batch, bool want_rows) override {
+    return session.Run(batch, want_rows);
+  }
+};
+
+class SqlServerDialect : public OdbcDialect {
+ public:
+  OdbcOutcome Run(OdbcSession& session, std::string_view batch, bool want_rows) override {
+    return session.Run(MarkUnicodeTexts(batch), want_rows);
+  }
+};
+
+}  // namespace
+
+void TranslatingDialect::RunTransactionWord(OdbcSession& session, Translated::Transaction word) {
+  switch (word) {
+    case Translated::Transaction::kBegin:
+      if (session.InTransaction()) {
+        ++nested_;
+        return;
+      }
+      Begin(session);
+      break;
+    case Translated::Transaction::kCommit:
+      if (!session.InTransaction()) {
+        throw SqlError(3902,
+                       "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
+      }
+      if (nested_ > 0) {
+        --nested_;
+        return;
+      }
+      session.Commit();
+      break;
+    case Translated::Transaction::kRollback:
+      if (!session.InTransaction()) {
+        throw SqlError(3903,
+                       "The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION.");
+      }
+      session.Rollback();
+      Forget();
+      break;
+    case Translated::Transaction::kNone:
+      break;
+  }
+  nested_ = 0;
+}
+
+std::unique_ptr<OdbcDialect> DialectFor(OdbcSession& session, const Clock& clock) {
+  if (session.IsSqlServer()) return std::make_unique<SqlServerDialect>();
+  if (session.dbms() == "SQLite") return std::make_unique<OdbcSqliteDialect>();
+  if (session.dbms() == "PostgreSQL") return std::make_unique<PostgresDialect>(session, clock);
+  return std::make_unique<UntouchedDialect>();
+}
+
+}  // namespace kaunter::sql

@@ -1,0 +1,41 @@
+// What stands between the T-SQL of the screens and the text that a driver is given.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "platform/clock.h"
+#include "platform/sql/odbc/odbc_session.h"
+#include "platform/sql/translator/translate.h"
+
+namespace kaunter::sql {
+
+class OdbcDialect {
+ public:
+  virtual ~OdbcDialect() = default;
+  // Runs a batch of T-SQL on `session`, to the first failure.
+  virtual OdbcOutcome Run(OdbcSession& session, std::string_view batch, bool want_rows) = 0;
+  virtual void Begin(OdbcSession& session) { session.Begin(); }
+  // Called behind a rollback: what the dialect remembers of the tables may be undone.
+  virtual void Forget() {}
+};
+
+// A dialect that translates, and so meets BEGIN, COMMIT and ROLLBACK TRAN among the statements.
+class TranslatingDialect : public OdbcDialect {
+ public:
+  void Forget() override { nested_ = 0; }
+
+ protected:
+  // Inside a transaction BEGIN only counts up, and its COMMIT down again.
+  void RunTransactionWord(OdbcSession& session, Translated::Transaction word);
+
+ private:
+  int nested_ = 0;
+};
+
+// By the DBMS name that the driver reports: SQL Server's text stays as it is but for the N before
+// non-ASCII texts; SQLite's and PostgreSQL's is translated; any other server gets the text
+// untouched. `clock` is kept; a set clock is what getdate() gives where the dialect can have it so.
+std::unique_ptr<OdbcDialect> DialectFor(OdbcSession& session, const Clock& clock);
+
+}  // namespace kaunter::sql

@@ -1,0 +1,277 @@
+#include "platform/sql/odbc/odbc_session.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/sql/odbc/odbc_rows.h"
+#include "platform/sql/odbc/odbc_string.h"
+#include "platform/sql/odbc/odbc_text.h"
+
+namespace kaunter::sql {
+namespace {
+
+// With a character of two UTF-16 units: under some locales the driver manager carries the first
+// through an ANSI driver, and breaks the second. A server that knows no such characters may do.
+constexpr std::string_view kProbes[] = {"陈😀", "陈"};
+
+SQLPOINTER AsPointer(std::uintptr_t number) { return reinterpret_cast<SQLPOINTER>(number); }
+
+bool IsAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+SQLRETURN ConnectNarrow(SQLHANDLE link, std::string text) {
+  SQLSMALLINT length = 0;
+  return SQLDriverConnect(link, nullptr, AsNarrow(text.data()), SQL_NTS, nullptr, 0, &length,
+                          SQL_DRIVER_NOPROMPT);
+}
+
+SQLRETURN ConnectWide(SQLHANDLE link, std::u16string text) {
+  SQLSMALLINT length = 0;
+  return SQLDriverConnectW(link, nullptr, AsWide(text.data()), SQL_NTS, nullptr, 0, &length,
+                           SQL_DRIVER_NOPROMPT);
+}
+
+}  // namespace
+
+OdbcSession::OdbcSession(std::string name, const std::string& odbc_string, int login_seconds)
+    : name_(std::move(name)),
+      source_(OdbcSourceName(odbc_string)),
+      environment_(OdbcHandle::Environment()),
+      link_(SQL_HANDLE_DBC, environment_) {
+  Connect(odbc_string, login_seconds);
+  try {
+    ReadDbms();
+    ProbeTexts();
+    if (IsSqlServer()) {
+      // Dates are written year first and month names in English, whatever the account's language.
+      Run("SET LANGUAGE us_english; SET DATEFORMAT ymd", false);
+    }
+  } catch (...) {
+    GiveUp();
+    throw;
+  }
+}
+
+OdbcSession::~OdbcSession() {
+  if (in_transaction_) SQLEndTran(SQL_HANDLE_DBC, link_.get(), SQL_ROLLBACK);
+  GiveUp();
+}
+
+void OdbcSession::Connect(const std::string& odbc_string, int login_seconds) {
+  SQLSetConnectAttr(link_.get(), SQL_ATTR_LOGIN_TIMEOUT,
+                    AsPointer(static_cast<std::uintptr_t>(login_seconds)), SQL_IS_UINTEGER);
+  // Which calls the driver understands is not known yet. Narrow goes first: an ANSI driver that is
+  // asked through wide calls would open, or make, a file with a garbled name.
+  SQLRETURN result = ConnectNarrow(link_.get(), odbc_string);
+  if (!SQL_SUCCEEDED(result) && !IsAscii(odbc_string)) {
+    result = ConnectWide(link_.get(), ToUtf16(odbc_string));
+  }
+  if (SQL_SUCCEEDED(result)) {
+    connected_ = true;
+    return;
+  }
+  const std::vector<OdbcDiagnostic> records = ReadDiagnostics(link_, true);
+  const SqlError error = ToSqlError(records, true);
+  const bool refused = error.number() == kLoginRefusedNumber ||
+                       std::any_of(records.begin(), records.end(), [](const auto& record) {
+                         return record.state.starts_with("28");
+                       });
+  throw SqlError(
+      refused ? kLoginRefusedNumber : kCannotOpenNumber,
+      fmt::format("Cannot open {} ({}): {}. Check the data source in the local settings, and that "
+                  "the server runs and is reached from this PC.",
+                  name_, source_, error.what()));
+}
+
+void OdbcSession::ReadDbms() {
+  char dbms[256] = {};
+  SQLSMALLINT length = 0;
+  Check(SQLGetInfo(link_.get(), SQL_DBMS_NAME, dbms, sizeof dbms, &length), link_);
+  dbms_ = dbms;
+}
+
+bool OdbcSession::IsSqlServer() const { return dbms_ == "Microsoft SQL Server"; }
+
+// The driver manager widens bytes blindly between an ANSI driver and wide calls, and back: nothing
+// fails, but Chinese is garbled. So what comes back right is kept.
+void OdbcSession::ProbeTexts() {
+  for (const std::string_view probe : kProbes) {
+    for (const bool wide : {true, false}) {
+      wide_ = wide;
+      if (ComesBack(probe)) return;
+    }
+  }
+  throw SqlError(kCannotOpenNumber,
+                 fmt::format("Cannot use {} ({}): its driver or its character set loses Chinese "
+                             "texts. Use the driver's Unicode variant, or set its character set to "
+                             "UTF-8.",
+                             name_, source_));
+}
+
+bool OdbcSession::ComesBack(std::string_view probe) {
+  try {
+    const OdbcOutcome outcome =
+        Run(fmt::format("SELECT {}'{}'", IsSqlServer() ? "N" : "", probe), true);
+    if (!outcome.rows || outcome.rows->Eof()) return false;
+    const std::string* text = outcome.rows->Field(0).AsText();
+    return text != nullptr && *text == probe;
+  } catch (const SqlError&) {
+    if (lost_) throw;
+    return false;  // the driver cannot read its own garbled text
+  }
+}
+
+SQLRETURN OdbcSession::ExecDirect(const OdbcHandle& statement, std::string_view sql) const {
+  if (wide_) {
+    std::u16string text = ToUtf16(sql);
+    return SQLExecDirectW(statement.get(), AsWide(text.data()), SQL_NTS);
+  }
+  std::string text(sql);
+  return SQLExecDirect(statement.get(), AsNarrow(text.data()), SQL_NTS);
+}
+
+OdbcOutcome OdbcSession::Run(std::string_view sql, bool want_rows,
+                             const std::vector<ResultColumn>& known) {
+  RequireAlive();
+  if (ended_by_ != 0) {
+    throw SqlError(3930, fmt::format("The transaction on {} was ended by error {} and cannot be "
+                                     "carried on; it has to be rolled back.",
+                                     name_, ended_by_));
+  }
+  if (sql.find('\0') != std::string_view::npos) {
+    throw SqlError(102, "The statement holds a zero byte; the rest of it would not be run.");
+  }
+  // A handle serves again while nothing fails on it: a new one costs as much as a short query.
+  OdbcHandle statement =
+      spare_.get() != SQL_NULL_HANDLE ? std::move(spare_) : OdbcHandle(SQL_HANDLE_STMT, link_);
+  OdbcOutcome outcome = Drain(statement, ExecDirect(statement, sql), want_rows, known);
+  if (SQL_SUCCEEDED(SQLFreeStmt(statement.get(), SQL_CLOSE))) spare_ = std::move(statement);
+  return outcome;
+}
+
+OdbcOutcome OdbcSession::Drain(const OdbcHandle& statement, SQLRETURN result, bool want_rows,
+                               const std::vector<ResultColumn>& known) {
+  const OdbcCheck check = [&](SQLRETURN code) { Check(code, statement); };
+  OdbcOutcome outcome;
+  for (;;) {
+    // SQL_NO_DATA of an execution: an update that touched nothing.
+    if (result != SQL_NO_DATA) check(result);
+    SQLSMALLINT columns = 0;
+    check(SQLNumResultCols(statement.get(), &columns));
+    if (columns == 0) {
+      SQLLEN rows = 0;
+      check(SQLRowCount(statement.get(), &rows));
+      outcome.affected = std::max<std::int64_t>(rows, 0);
+    } else if (want_rows) {
+      outcome.rows = ReadRows(statement, wide_, known, check);
+    } else {
+      SkipRows(statement, check);
+    }
+    result = SQLMoreResults(statement.get());
+    if (result == SQL_NO_DATA) return outcome;
+  }
+}
+
+SQLRETURN OdbcSession::SetAutocommit(bool on) {
+  return SQLSetConnectAttr(link_.get(), SQL_ATTR_AUTOCOMMIT,
+                           AsPointer(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER);
+}
+
+void OdbcSession::Begin() {
+  RequireAlive();
+  Check(SetAutocommit(false), link_);
+  in_transaction_ = true;
+  ended_by_ = 0;
+}
+
+void OdbcSession::Commit() {
+  RequireAlive();
+  if (ended_by_ != 0) {
+    throw SqlError(3930, fmt::format("The transaction on {} was ended by error {} and cannot be "
+                                     "committed; it has to be rolled back.",
+                                     name_, ended_by_));
+  }
+  if (const SQLRETURN result = SQLEndTran(SQL_HANDLE_DBC, link_.get(), SQL_COMMIT);
+      !SQL_SUCCEEDED(result)) {
+    const std::vector<OdbcDiagnostic> records = ReadDiagnostics(link_, wide_);
+    if (IsDead(records)) {
+      ThrowLost(
+          "while the save was being committed. Whether it was stored is not known: look "
+          "before it is entered again",
+          JoinDiagnostics(records));
+    }
+    throw ToSqlError(records, IsSqlServer());
+  }
+  in_transaction_ = false;
+  // The save is stored. If the connection has died since, the next call tells.
+  if (!SQL_SUCCEEDED(SetAutocommit(true))) GiveUp();
+}
+
+void OdbcSession::Rollback() {
+  if (!in_transaction_) return;
+  in_transaction_ = false;
+  ended_by_ = 0;
+  const SQLRETURN result = SQLEndTran(SQL_HANDLE_DBC, link_.get(), SQL_ROLLBACK);
+  if (!SQL_SUCCEEDED(result)) {
+    constexpr int kNothingToRollBack = 3903;
+    const SqlError error = ToSqlError(ReadDiagnostics(link_, wide_), IsSqlServer());
+    if (error.number() != kNothingToRollBack) {
+      // Turning autocommit on now would commit what is still open; the end of the connection rolls
+      // it back.
+      GiveUp();
+      return;
+    }
+  }
+  if (!SQL_SUCCEEDED(SetAutocommit(true))) GiveUp();
+}
+
+void OdbcSession::RequireAlive() const {
+  if (!lost_) return;
+  throw SqlError(kLostNumber, fmt::format("The connection {} to {} is lost. End the program and "
+                                          "start it again when the server is reached.",
+                                          name_, source_));
+}
+
+bool OdbcSession::IsDead(const std::vector<OdbcDiagnostic>& records) const {
+  if (TellsLost(records)) return true;
+  SQLUINTEGER dead = SQL_CD_FALSE;
+  const SQLRETURN result =
+      SQLGetConnectAttr(link_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, SQL_IS_UINTEGER, nullptr);
+  return SQL_SUCCEEDED(result) && dead == SQL_CD_TRUE;
+}
+
+void OdbcSession::GiveUp() {
+  lost_ = true;
+  in_transaction_ = false;
+  ended_by_ = 0;
+  spare_ = OdbcHandle();
+  // The driver manager does not let go of a connection inside a transaction.
+  if (connected_ && !SQL_SUCCEEDED(SQLDisconnect(link_.get()))) {
+    SQLEndTran(SQL_HANDLE_DBC, link_.get(), SQL_ROLLBACK);
+    SQLDisconnect(link_.get());
+  }
+  connected_ = false;
+}
+
+void OdbcSession::ThrowLost(std::string_view doing, const std::string& reason) {
+  lost_ = true;
+  in_transaction_ = false;
+  ended_by_ = 0;
+  throw SqlError(kLostNumber, fmt::format("The connection {} to {} was lost {}: {}", name_, source_,
+                                          doing, reason));
+}
+
+void OdbcSession::Check(SQLRETURN result, const OdbcHandle& handle) {
+  if (SQL_SUCCEEDED(result)) return;
+  const std::vector<OdbcDiagnostic> records = ReadDiagnostics(handle, wide_);
+  if (IsDead(records)) ThrowLost("at a statement", JoinDiagnostics(records));
+  SqlError error = ToSqlError(records, IsSqlServer());
+  if (in_transaction_ && EndsTransaction(error.number())) ended_by_ = error.number();
+  throw error;
+}
+
+}  // namespace kaunter::sql
