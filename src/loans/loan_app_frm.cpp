@@ -224,9 +224,9 @@ void LoanAppFrm::ShowState() {
       : !LoanID.empty()  ? Caption{fmt::format("Taken up by loan {}", LoanID.text()),
                                   fmt::format("已成为贷款 {}", LoanID.text())}
       : closed           ? Caption{"Closed without a loan", "已结束，不贷款"}
-      : recommended && approved ? Caption{"Approved, ready to become a loan", "已批准，可成为贷款"}
-      : recommended ? Caption{"Recommended, waiting for approval", "已推荐，等待批准"}
-                    : Caption{"Open, waiting for recommendation", "等待推荐"};
+      : recommended && approved ? Caption{"Ready for a loan", "已批准，可成为贷款"}
+      : recommended ? Caption{"Waiting for approval", "已推荐，等待批准"}
+                    : Caption{"Open", "等待推荐"};
   StateLBL.SetText(session().In(state));
 }
 
