@@ -85,7 +85,7 @@ class Session {
 
   DataSources data_sources;
   bool MayCreateTables = false;  // the local settings let this PC fill an empty database
-  Clock clock;  // the PC's clock; the embedded server reads the same one
+  Clock clock;                   // the PC's clock; the embedded server reads the same one
   Connection::TraceSink trace;
   // Puts a text on the status line of the main window; empty while there is none.
   std::function<void(std::string_view text)> status;
