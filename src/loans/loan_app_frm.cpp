@@ -99,7 +99,6 @@ void LoanAppFrm::BindEvents() {
   CmdPrint.onClick = [this] { PrintApplication(); };
   SSCommand1.onClick = [this] { PrintLetterOffer(); };
   SaveCmd.onClick = [this] { Save(); };
-  SaveCmd.shortcut = "Ctrl+S";
 }
 
 void LoanAppFrm::Load() {

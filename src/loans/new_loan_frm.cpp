@@ -235,7 +235,6 @@ void NewLoanFrm::BindEvents() {
     desk().Print(job);
   };
   SaveCmd.onClick = [this] { SaveLoan(); };
-  SaveCmd.shortcut = "Ctrl+S";
 }
 
 void NewLoanFrm::Load() {
