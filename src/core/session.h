@@ -29,6 +29,18 @@ struct AMLSettings {
   bool DisableSTR = false;   // a suspicious transaction is not reported from a loan or payment
 };
 
+// A settlement quotation on its way to the payment screen, as its boxes show it. Empty when nothing
+// is handed over.
+struct SettlementQuote {
+  std::string DragLoan;  // "0" personal loan, "1" flexi loan; "" when there is no quotation
+  std::string SettledDate;
+  std::string PayAmt;    // SettledAmt less OPayment
+  std::string NPayment;  // towards the schedule
+  std::string EPayment;  // personal: the discount; flexi: the extra capital
+  std::string OPayment;  // late interest
+  std::string ChargeAmt;
+};
+
 class Session {
  public:
   // --- the program and this PC
@@ -67,6 +79,9 @@ class Session {
   std::string PickerExtra;
   std::string HandOverCustID;
   std::string HandOverLoanID;
+  std::string HandOverSelection;  // the SELECT whose rows a list screen shows
+  SettlementQuote HandOverQuote;
+  bool PaymentsChanged = false;  // a payment was saved or deleted: an open loan screen reloads
 
   // --- settings read at connect
   Settings settings;
