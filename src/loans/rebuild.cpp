@@ -6,6 +6,7 @@
 
 #include "core/values.h"
 #include "fmt/format.h"
+#include "loans/charge_totals.h"
 #include "loans/schedule_store.h"
 #include "platform/sql/transaction.h"
 
@@ -134,6 +135,7 @@ class LoanRebuild {
 
  private:
   bool ReadLoan(std::string_view loan_id) {
+    loan_id_ = loan_id;
     loan_.id = QuoteStr(loan_id);
     const Recordset row = main_.Query(
         "SELECT DragLoan,InsRate,InstallmentAmt2,CustID,CompCode,LateChargePerDay,SpecialSch,"
@@ -376,9 +378,8 @@ class LoanRebuild {
         totals_.extra.ToText(), DateLiteral(totals_.last_pay_date), QuoteStr(totals_.last_pay_id),
         QuoteStr(interest.ToText()), GroupClause(), loan_.id);
     main_.Execute(totals);
-    main_.Execute(totals);  // run twice in a row; the second run changes nothing
-    SumCharges("TotCollectorAmt", ">");
-    SumCharges("TotInt", "<");
+    main_.Execute(totals);                 // run twice in a row; the second run changes nothing
+    RefreshChargeTotals(main_, loan_id_);  // over the totals written before
     main_.Execute(
         "UPDATE LoanMast SET TotLoanInt=(SELECT SUM(InterestAmt) FROM SchMast WHERE "
         "LoanMast.LoanID=SchMast.LoanID) WHERE LoanID=" +
@@ -390,16 +391,8 @@ class LoanRebuild {
         loan_.id));
   }
 
-  // What was charged (above zero), or what was paid of it (below): over the totals written before.
-  void SumCharges(std::string_view column, std::string_view side) {
-    main_.Execute(fmt::format(
-        "UPDATE LoanMast SET {}=(SELECT (CASE WHEN SUM(ChargeAmt) is null then 0 else "
-        "SUM(ChargeAmt) END) FROM ChargeMast WHERE LoanMast.LoanID=ChargeMast.LoanID AND "
-        "ChargeMast.ChargeAmt {} 0 AND PType <> 'Batch Loan Interest') WHERE LoanID={}",
-        column, side, loan_.id));
-  }
-
   Connection& main_;
+  std::string loan_id_;
   Loan loan_;
   Money opening_;
   Money balance_;      // as the walk lowers it

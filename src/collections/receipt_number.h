@@ -1,0 +1,30 @@
+// The number on a receipt, unique within its company.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "core/session.h"
+
+namespace kaunter {
+
+enum class ReceiptStyle {
+  dated,    // "240131-0001": the setting ORYYMMDD is "1"; counter "OR<company>#yyMMdd-"
+  serial,   // "R0001": the company's SerialReceiptNo is "1"; counter "<company>#R"
+  monthly,  // "202401-0001": else; counter "<company>#yyyyMM-"
+};
+// The style in force for the company. Throws SqlError.
+ReceiptStyle ReceiptStyleOf(const Session& session, std::string_view comp_code);
+
+// The next number of the series in force on `pay_date` (dd-mm-yyyy). With `skip_used` a number that
+// a payment of the company bears is passed over in silence; without it every number is taken as it
+// comes, for a renumbering. Runs inside the caller's transaction, so that a rollback gives the
+// number back. Throws SqlError; std::invalid_argument for a text that is no date.
+std::string NextReceiptNo(Session& session, std::string_view comp_code, std::string_view pay_date,
+                          bool skip_used = true);
+
+// Another payment of the company bears the number.
+bool ReceiptTaken(Connection& main, std::string_view comp_code, std::string_view pay_id,
+                  std::string_view receipt_no);
+
+}  // namespace kaunter
