@@ -28,12 +28,12 @@ struct Payment {
   std::string PayDate;
   std::string CollectInfoID = "CASH";
   Money TopUpAmt;
-  Money PayAmt;      // money towards the loan
-  Money InstalAmt;   // part of PayAmt that pays schedule rows
-  Money PayExtra;    // part of PayAmt that is extra capital (flexi)
-  Money IntAmt;      // late interest paid
-  Money ChargeAmt;   // deposit refunded
-  Money DiscAmt;     // discount given
+  Money PayAmt;     // money towards the loan
+  Money InstalAmt;  // part of PayAmt that pays schedule rows
+  Money PayExtra;   // part of PayAmt that is extra capital (flexi)
+  Money IntAmt;     // late interest paid
+  Money ChargeAmt;  // deposit refunded
+  Money DiscAmt;    // discount given
   Money CollectorAmt;
   std::string Bank = "CASH";
   std::string ChqNo;
@@ -72,8 +72,12 @@ struct ReceiptConflict : std::runtime_error {
 };
 
 // Draws PayID and, when ReceiptNo is blank, the receipt number; inserts the row, ties the cheque to
-// it, writes the audit row. Throws ReceiptConflict, SqlError.
+// it, writes the audit row. The payment is left as it was when it throws, so that the next attempt
+// draws anew. Throws ReceiptConflict, SqlError ("<LoanID> not found" when the loan is gone).
 void CreatePayment(Session& session, Payment& payment);
+
+// The payment's values in the order in which the audit takes them.
+std::vector<Value> AuditValues(const Payment& payment);
 
 // Rewrites the row of PayID; SalesmanComm, RepaymentAmt, UserID and DateCreated keep what they
 // hold. A blank ReceiptNo is kept blank. `before` are the audit's old values. Throws

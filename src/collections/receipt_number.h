@@ -16,6 +16,16 @@ enum class ReceiptStyle {
 // The style in force for the company. Throws SqlError.
 ReceiptStyle ReceiptStyleOf(const Session& session, std::string_view comp_code);
 
+// A series of receipts: its numbers are "<prefix>0001" and on, its counter "<owner>#<prefix>".
+struct ReceiptSeries {
+  std::string prefix;
+  std::string owner;
+};
+// The series of the style that a payment of the day (dd-mm-yyyy) belongs to. Throws
+// std::invalid_argument for a text that is no date where the style needs one.
+ReceiptSeries ReceiptSeriesOn(ReceiptStyle style, std::string_view comp_code,
+                              std::string_view pay_date);
+
 // The next number of the series in force on `pay_date` (dd-mm-yyyy). With `skip_used` a number that
 // a payment of the company bears is passed over in silence; without it every number is taken as it
 // comes, for a renumbering. Runs inside the caller's transaction, so that a rollback gives the

@@ -1,0 +1,120 @@
+// Receipt numbers: style, digits, numbers in use, and numbers that are given back.
+#include "collections/receipt_number.h"
+
+#include "tests/collections/payment_office.h"
+
+namespace kaunter {
+namespace {
+
+class ReceiptNumber : public PaymentTest {
+ protected:
+  std::string Next(const std::string& date = "31-01-2024", const std::string& company = "HQ") {
+    return NextReceiptNo(office.session, company, date);
+  }
+  // The numbers of payments on these days, drawn one behind the other.
+  std::string NumbersOn(std::initializer_list<const char*> dates) {
+    std::string numbers;
+    for (const char* date : dates) numbers += Next(date) + " ";
+    return numbers;
+  }
+  void SetCounter(const std::string& key, const std::string& number) {
+    office.Run(
+        fmt::format("DELETE FROM NumberMast WHERE CustID={0};INSERT INTO NumberMast "
+                    "(CustID,LoanNo,PaymentNo) VALUES ({0},{1},'0')",
+                    QuoteStr(key), QuoteStr(number)));
+  }
+  std::string Counters() {
+    return Lines("SELECT CustID,LoanNo FROM NumberMast WHERE CustID LIKE '%#%' ORDER BY CustID");
+  }
+  void Serial() { office.Run("UPDATE CompMast SET SerialReceiptNo='1' WHERE CompCode='HQ'"); }
+};
+
+TEST_F(ReceiptNumber, TheStyleInForceNamesItsSeries) {
+  EXPECT_EQ(NumbersOn({"31-01-2024", "01-02-2024", "02-02-2024"}),
+            "202401-0001 202402-0001 202402-0002 ");
+  Serial();
+  EXPECT_EQ(NumbersOn({"31-01-2024", "29-02-2024"}), "R0001 R0002 ");
+  // Another company counts for itself and in its own style.
+  EXPECT_EQ(Next("31-01-2024", "AB"), "202401-0001");
+  office.session.settings.ORYYMMDD = true;  // before the company's own style
+  EXPECT_EQ(NumbersOn({"31-01-2024", "31-01-2024", "01-12-2009"}),
+            "240131-0001 240131-0002 091201-0001 ");
+  EXPECT_EQ(Counters(),
+            "AB#202401- 1\nHQ#202401- 1\nHQ#202402- 2\nHQ#R 2\nORHQ#091201- 1\nORHQ#240131- 2\n");
+}
+
+TEST_F(ReceiptNumber, FourDigitsAndThenFive) {
+  Serial();
+  for (const auto& [last, number] : std::vector<std::pair<std::string, std::string>>{
+           {"998", "R0999"}, {"9998", "R9999"}, {"9999", "R10000"}, {"99999", "R100000"}}) {
+    SetCounter("HQ#R", last);
+    EXPECT_EQ(Next(), number);
+  }
+}
+
+TEST_F(ReceiptNumber, NumbersInUseArePassedOverButNotInARenumbering) {
+  MakeLoan(kLoan, LoanScheme::kPersonal, "1200", "12");
+  Pay("P1", kLoan, "2024-01-31", "1");
+  Pay("P2", kLoan, "2024-01-31", "1");
+  Pay("P3", kLoan, "2024-01-31", "1");
+  office.Run(
+      "UPDATE PaymentMast SET ReceiptNo='202401-0001' WHERE PayID='P1';"
+      "UPDATE PaymentMast SET ReceiptNo='202401-0002' WHERE PayID='P2';"
+      "UPDATE PaymentMast SET ReceiptNo='202401-0003',CompCode='AB' WHERE PayID='P3'");
+  EXPECT_EQ(Next(), "202401-0003");
+  SetCounter("HQ#202401-", "0");
+  EXPECT_EQ(NextReceiptNo(office.session, "HQ", "31-01-2024", false), "202401-0001");
+}
+
+TEST_F(ReceiptNumber, ATextThatIsNoDateDrawsNothing) {
+  EXPECT_THROW(Next("31-02-2024"), std::invalid_argument);
+  EXPECT_THROW(Next(""), std::invalid_argument);
+  EXPECT_EQ(Counters(), "");
+}
+
+TEST_F(ReceiptNumber, ATypedNumberInUseRefusesTheWholeSave) {
+  MakeLoan(kLoan, LoanScheme::kPersonal, "1200", "12");
+  const Payment first = Store(Of("10"));
+  EXPECT_EQ(first.ReceiptNo, "202401-0001");
+  const std::string before = Stored();
+  Payment second = Of("20");
+  second.ReceiptNo = "202401-0001";
+  EXPECT_THROW(Whole([&] { CreatePayment(office.session, second); }), ReceiptConflict);
+  EXPECT_EQ(second.PayID, "");
+  EXPECT_EQ(Stored(), before);
+  // The same number is free for another company, and a typed one moves no counter.
+  second.CompCode = "AB";
+  EXPECT_EQ(Store(second).ReceiptNo, "202401-0001");
+  second = Of("20");
+  second.ReceiptNo = "OLD BOOK 7";
+  EXPECT_EQ(Store(second).ReceiptNo, "OLD BOOK 7");
+  EXPECT_EQ(Counters(), "HQ#202401- 1\n");
+
+  // A change: its own number is no conflict, another's is, and a blank one asks nobody.
+  Payment changed = Read(second.LoanID + "-003");
+  Whole([&] { UpdatePayment(office.session, changed, {}); });
+  changed.ReceiptNo = "202401-0001";
+  EXPECT_THROW(Whole([&] { UpdatePayment(office.session, changed, {}); }), ReceiptConflict);
+  changed.ReceiptNo = "";
+  office.Run("UPDATE PaymentMast SET ReceiptNo='' WHERE PayID='HQ0001-001-001'");
+  Whole([&] { UpdatePayment(office.session, changed, {}); });
+  EXPECT_EQ(Read(changed.PayID).ReceiptNo, "");
+}
+
+TEST_F(ReceiptNumber, ARolledBackSaveGivesItsNumberBackAndAChangedDateKeepsIt) {
+  MakeLoan(kLoan, LoanScheme::kPersonal, "1200", "12");
+  Payment lost = Of("10");
+  {
+    Transaction transaction(main());
+    CreatePayment(office.session, lost);
+    EXPECT_EQ(lost.ReceiptNo, "202401-0001");
+  }
+  Payment kept = Store(Of("10"));
+  EXPECT_EQ(kept.PayID + " " + kept.ReceiptNo, "HQ0001-001-001 202401-0001");
+  kept.PayDate = "15-03-2024";
+  Whole([&] { UpdatePayment(office.session, kept, {}); });
+  EXPECT_EQ(Read(kept.PayID).ReceiptNo, "202401-0001");
+}
+
+}  // namespace
+}  // namespace kaunter
