@@ -1,5 +1,6 @@
 #include "app/catalogue.h"
 
+#include "collections/invoice_frm.h"
 #include "compliance/aml_desc_frm.h"
 #include "core/company_screens.h"
 #include "core/password_screens.h"
@@ -34,23 +35,15 @@ struct Entry {
 };
 
 constexpr Entry kScreens[] = {
-    {"Drawdown", Make<Drawdown>},
-    {"LoanExtendfrm", Make<LoanExtendfrm>},
-    {"UpdateSch", Make<UpdateSch>},
-    {"AMLADescFrm", Make<AMLADescFrm>},
-    {"LinkAccSetupfrm", Make<LinkAccSetupfrm>},
-    {"LinkDBfrm", Make<LinkDBfrm>},
-    {"ChangePasswordfrm", Make<ChangePasswordfrm>},
-    {"CompCodeFrm", Make<CompCodeFrm>},
-    {"CompProfileFrm", Make<CompProfileFrm>},
-    {"LoanAppFrm", Make<LoanAppFrm>},
-    {"LoanCalcfrm", Make<LoanCalcfrm>},
-    {"PopupFrm", Make<PopupFrm>},
-    {"SetupFrm", Make<SetupFrm>},
-    {"NewCustFrm", Make<NewCustFrm>},
-    {"NewLoanFrm", Make<NewLoanFrm>},
-    {"UserFrm", Make<UserFrm>},
-    {"frmNIC", Make<frmNIC>},
+    {"Drawdown", Make<Drawdown>},       {"LoanExtendfrm", Make<LoanExtendfrm>},
+    {"UpdateSch", Make<UpdateSch>},     {"AMLADescFrm", Make<AMLADescFrm>},
+    {"Invoicefrm", Make<Invoicefrm>},   {"LinkAccSetupfrm", Make<LinkAccSetupfrm>},
+    {"LinkDBfrm", Make<LinkDBfrm>},     {"ChangePasswordfrm", Make<ChangePasswordfrm>},
+    {"CompCodeFrm", Make<CompCodeFrm>}, {"CompProfileFrm", Make<CompProfileFrm>},
+    {"LoanAppFrm", Make<LoanAppFrm>},   {"LoanCalcfrm", Make<LoanCalcfrm>},
+    {"PopupFrm", Make<PopupFrm>},       {"SetupFrm", Make<SetupFrm>},
+    {"NewCustFrm", Make<NewCustFrm>},   {"NewLoanFrm", Make<NewLoanFrm>},
+    {"UserFrm", Make<UserFrm>},         {"frmNIC", Make<frmNIC>},
 };
 
 const Entry* FindEntry(std::string_view name) {

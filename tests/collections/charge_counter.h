@@ -1,0 +1,74 @@
+// An office with two loans, and a counter at which charges are written, changed and taken back.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "core/password_screens.h"
+#include "core/schema_text.h"
+#include "tests/loans/loan_office.h"
+
+namespace kaunter {
+
+// Says yes to all but one question, lets a manager sign in when told to, and keeps what was opened
+// and printed.
+class ChargeDesk : public AgreeingDesk {
+ public:
+  bool Ask(std::string_view title, std::string_view text) override {
+    AgreeingDesk::Ask(title, text);
+    return text != refused;
+  }
+  void ShowModal(Screen& screen) override {
+    if (dynamic_cast<frmUserSignIn*>(&screen) != nullptr) {
+      ++asked_manager;
+      if (manager != nullptr) manager->OverrideOK = true;
+    }
+  }
+  void Show(std::string_view screen) override { shown.emplace_back(screen); }
+  std::string refused;          // the question that gets a no
+  Session* manager = nullptr;   // set: a manager approves
+  int asked_manager = 0;
+  std::vector<std::string> shown;
+};
+
+class ChargeCounter : public ::testing::Test, protected LoanOffice {
+ protected:
+  ChargeCounter() {
+    MakeLoan(kLoan, LoanScheme::kPersonal, "1200", "12");
+    MakeLoan(kOther, LoanScheme::kPersonal, "600", "6");
+    office.session.AllowEdit = office.session.AllowDelete = true;
+    office.session.MsgTitle = "Title";
+  }
+
+  static void Put(TextBox& box, const std::string& text) {
+    box.Enter();
+    ASSERT_TRUE(box.Type(text)) << box.name();
+    box.Leave();
+  }
+  std::string LastMessage() { return counter.messages.empty() ? "" : counter.messages.back(); }
+  std::string LastQuestion() { return counter.questions.empty() ? "" : counter.questions.back(); }
+  std::function<void()> Click(Screen& screen, Button& button) {
+    return [&] { screen.Guard([&] { button.Click(); }); };
+  }
+
+  void AddCharge(const std::string& id, const std::string& kind, const std::string& date,
+                 const std::string& amount, const std::string& loan = kLoan) {
+    office.Run(fmt::format(
+        "INSERT INTO ChargeMast (ChargeID,TrxDate,DueDate,LoanID,CustID,CompCode,ChargeAmt,OrgAmt,"
+        "LateInt,PType) VALUES ('{}','{}','2024-01-31','{}','HQ0001','HQ',{},0,18,'{}')",
+        id, date, loan, amount, kind));
+  }
+  // What the loan says that was charged and paid.
+  std::string Totals(const std::string& loan = kLoan) {
+    return Lines("SELECT TotCollectorAmt,TotInt FROM LoanMast WHERE LoanID='" + loan + "'");
+  }
+
+  static inline const std::string kLoan = "HQ0001-001";
+  static inline const std::string kOther = "HQ0001-002";
+  ChargeDesk counter;
+};
+
+}  // namespace kaunter
