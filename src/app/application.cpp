@@ -8,6 +8,7 @@
 #include "app/catalogue.h"
 #include "app/menu_table.h"
 #include "compliance/aml.h"
+#include "core/companion.h"
 #include "core/log.h"
 #include "core/menu_list.h"
 #include "core/regional.h"
@@ -42,11 +43,9 @@ int Application::Start() {
     session.AppPath = std::filesystem::absolute(options_.app_path).lexically_normal().string();
     while (session.AppPath.size() > 1 && session.AppPath.back() == '/') session.AppPath.pop_back();
     if (!options_.now.empty()) session.clock.Set(ParseNow(options_.now));
-    LocalSettings local = options_.database.empty() || !options_.settings.empty()
-                              ? LocalSettings::Read(options_.settings)
-                              : LocalSettings();
+    HandOn({session.AppPath, options_.database, options_.settings, options_.now});
+    LocalSettings local = LocalSettings::Read(options_.settings, options_.database);
     if (!options_.database.empty()) {
-      local.sources.Add(local.ConnDataSource, {DataSource::Kind::kEmbedded, options_.database});
       local.creatable.insert("kaunter");
       local.creatable.insert(Lower(local.ConnDataSource));
     }

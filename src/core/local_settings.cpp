@@ -157,4 +157,11 @@ LocalSettings LocalSettings::Read(const std::string& path) {
   return Parse(text.str(), file);
 }
 
+LocalSettings LocalSettings::Read(const std::string& path, const std::string& database) {
+  if (database.empty()) return Read(path);
+  LocalSettings local = path.empty() ? LocalSettings() : Read(path);
+  local.sources.Add(local.ConnDataSource, {DataSource::Kind::kEmbedded, database});
+  return local;
+}
+
 }  // namespace kaunter

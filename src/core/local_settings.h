@@ -42,6 +42,9 @@ struct LocalSettings {
   // database in the user's data folder, made at the first start. A named file that cannot be read
   // is an error.
   static LocalSettings Read(const std::string& path);
+  // The same, with an embedded database file in the place of the data source when `database` is not
+  // empty. The user's own file then does not count.
+  static LocalSettings Read(const std::string& path, const std::string& database);
   static std::string UserFile();
   static std::string UserDataFolder();
 };

@@ -1,0 +1,302 @@
+#include "collections/daily_batch.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "collections/late_interest.h"
+#include "core/settings.h"
+#include "core/values.h"
+#include "loans/charge_totals.h"
+#include "platform/sql/transaction.h"
+
+namespace kaunter {
+namespace {
+
+constexpr std::string_view kLastDay = "DailyBatchDate";
+// Charges of one transaction. A loan is never parted.
+constexpr std::int64_t kRowsAtOnce = 1000;
+constexpr int kAttempts = 5;
+
+constexpr int kDuplicateKey = 2627;
+constexpr int kDeadlock = 1205;
+constexpr int kBusy = 1222;
+
+std::string DayOfKey(const DateTime& day) {
+  return fmt::format("{:04}{:02}{:02}", day.year, day.month, day.day);
+}
+
+// --- which rows and loans take a charge on a day
+
+// A date column counts from 2000 on; an earlier one is how an unset date hides.
+std::string Reached(std::string_view column, const std::string& day) {
+  return fmt::format("({0} >= '2000-01-01' AND {0} <= {1})", column, day);
+}
+std::string NotReached(std::string_view column, const std::string& day) {
+  return fmt::format("({0} is null OR {0} < '2000-01-01' OR {0} > {1})", column, day);
+}
+
+std::string ChargeableLoan(const std::string& day) {
+  return "l.LoanStatus='ACTIVE' AND l.PayOutAmt > 0 AND " + NotReached("l.StopInt", day);
+}
+
+// Overdue rows without a charge of the day. The days of grace are never charged later on.
+std::string OverdueRows(const DateTime& date) {
+  const std::string day = SqlDate(date);
+  return fmt::format(
+      " FROM SchMast as s INNER JOIN LoanMast as l on s.LoanID=l.LoanID WHERE l.LateChargePerDay > "
+      "0 AND s.PayableAmt-s.Payment > 0 AND s.DueDate <= {0} AND "
+      "DATEADD(day,isnull(l.OfferDays,0),s.DueDate) <= {0} AND {1} AND {2} AND NOT EXISTS (SELECT "
+      "c.ChargeID FROM ChargeMast as c WHERE c.ChargeID=s.LoanID + '-' + "
+      "CONVERT(nvarchar(20),s.SchID) + {3})",
+      day, ChargeableLoan(day), NotReached("l.EndTermIntDate", day),
+      QuoteStr("-B" + DayOfKey(date)));
+}
+
+// Loans past the start of their term end interest, without that day's charge.
+std::string TermEndLoans(const DateTime& date) {
+  const std::string day = SqlDate(date);
+  return fmt::format(
+      " FROM LoanMast as l WHERE l.LoanBal > 0 AND l.InsRate > 0 AND {} AND {} AND NOT EXISTS "
+      "(SELECT c.ChargeID FROM ChargeMast as c WHERE c.ChargeID=l.LoanID + {})",
+      ChargeableLoan(day), Reached("l.EndTermIntDate", day), QuoteStr("-T" + DayOfKey(date)));
+}
+
+// --- one charge
+
+struct Charge {
+  std::string ChargeID;
+  std::string LoanID;
+  std::string CustID;
+  std::string CompCode;
+  Value DueDate;
+  Money LateAmt;  // what it is worked out from
+  Value LateInt;  // the rate
+  Money ChargeAmt;
+};
+
+class DailyBatch {
+ public:
+  DailyBatch(Connection& main, std::string_view user,
+             const std::function<void(const BatchProgress&)>& progress)
+      : main_(main), user_(QuoteStr(user)), progress_(progress) {}
+
+  BatchOutcome Run(const DateTime& date) {
+    if (date > ServerTime(main_).DateOnly()) {
+      throw BatchRefused(
+          fmt::format("{} lies in the future: late interest is posted up to today at the latest",
+                      ShowDate(date)));
+    }
+    const DateTime first = FirstDay(date);
+    outcome_ = {.first_day = first, .last_day = date, .posted = 0, .amount = {}};
+    days_ = date.DayNumber() - first.DayNumber() + 1;
+    for (days_done_ = 0; days_done_ < days_; ++days_done_) {
+      day_ = first.AddDays(days_done_);
+      PostOverdueRows();
+      PostTermEnds();
+      MarkDone();
+      Tell(1);
+    }
+    return outcome_;
+  }
+
+ private:
+  DateTime FirstDay(const DateTime& date) {
+    const std::string stored(Trim(ReadSetting(main_, kLastDay)));
+    if (stored.empty()) return date;
+    const auto last = DateTime::FromCanonical(stored);
+    if (!last) {
+      throw BatchRefused(
+          fmt::format("The setting {} holds \"{}\", which is no date: put the last day that was "
+                      "posted there (yyyy-mm-dd), or empty it to begin anew",
+                      kLastDay, stored));
+    }
+    return std::min(date, last->DateOnly().AddDays(1));
+  }
+
+  // --- a day in portions
+
+  struct Portion {
+    std::string first_loan;
+    std::string last_loan;
+    std::int64_t rows = 0;
+  };
+
+  // `counts` gives loans in their order, with the number of charges that each waits for.
+  static std::vector<Portion> Portions(Recordset counts) {
+    std::vector<Portion> portions;
+    for (; !counts.Eof(); counts.MoveNext()) {
+      const std::string loan = counts.Field(0).ToText();
+      const std::int64_t rows = CLng(counts.Field(1).ToText());
+      if (portions.empty() || portions.back().rows + rows > kRowsAtOnce) {
+        portions.push_back({loan, loan, 0});
+      }
+      portions.back().last_loan = loan;
+      portions.back().rows += rows;
+    }
+    return portions;
+  }
+
+  static std::string Within(std::string_view column, const Portion& portion) {
+    return fmt::format(" AND {0} >= {1} AND {0} <= {2}", column, QuoteStr(portion.first_loan),
+                       QuoteStr(portion.last_loan));
+  }
+
+  void PostOverdueRows() {
+    const std::string rows = OverdueRows(day_);
+    const auto portions = Portions(main_.Query(
+        fmt::format("SELECT s.LoanID,COUNT(*){} GROUP BY s.LoanID ORDER BY s.LoanID", rows)));
+    std::int64_t total = 0;
+    for (const Portion& portion : portions) total += portion.rows;
+    std::int64_t done = 0;
+    for (const Portion& portion : portions) {
+      PostPortion("Batch", "Late Interest", [&] {
+        std::vector<Charge> charges;
+        Recordset row = main_.Query(
+            "SELECT s.LoanID,s.SchID,s.DueDate,s.PayableAmt-s.Payment as BalDue,"
+            "l.LateChargePerDay,l.CustID,l.CompCode" +
+            rows + Within("l.LoanID", portion) + " ORDER BY s.LoanID,s.SchID");
+        for (; !row.Eof(); row.MoveNext()) charges.push_back(OverdueCharge(row));
+        return charges;
+      });
+      done += portion.rows;
+      Tell(static_cast<double>(done) / static_cast<double>(total));
+    }
+  }
+
+  Charge OverdueCharge(const Recordset& row) const {
+    const std::string loan = row.Field(0).ToText();
+    const Money due = Amount(row.Field(3));
+    return {.ChargeID = BatchChargeID(loan, row.Field(1).ToText(), day_),
+            .LoanID = loan,
+            .CustID = NullToEmpty(row.Field(5)),
+            .CompCode = NullToEmpty(row.Field(6)),
+            .DueDate = row.Field(2),
+            .LateAmt = due,
+            .LateInt = row.Field(4),
+            .ChargeAmt = DayCharge(due, CDbl(row.Field(4).ToText()))};
+  }
+
+  void PostTermEnds() {
+    const std::string loans = TermEndLoans(day_);
+    for (const Portion& portion :
+         Portions(main_.Query("SELECT l.LoanID,1" + loans + " ORDER BY l.LoanID"))) {
+      PostPortion("Batch Term End Interest", "Term End Interest", [&] {
+        std::vector<Charge> charges;
+        Recordset row = main_.Query(
+            "SELECT l.LoanID,l.EndTermIntDate,l.LoanBal,l.InsRate,l.CustID,l.CompCode" + loans +
+            Within("l.LoanID", portion) + " ORDER BY l.LoanID");
+        for (; !row.Eof(); row.MoveNext()) charges.push_back(TermEndCharge(row));
+        return charges;
+      });
+    }
+  }
+
+  Charge TermEndCharge(const Recordset& row) const {
+    const std::string loan = row.Field(0).ToText();
+    const Money balance = Amount(row.Field(2));
+    return {.ChargeID = TermEndChargeID(loan, day_),
+            .LoanID = loan,
+            .CustID = NullToEmpty(row.Field(4)),
+            .CompCode = NullToEmpty(row.Field(5)),
+            .DueDate = row.Field(1),
+            .LateAmt = balance,
+            .LateInt = row.Field(3),
+            .ChargeAmt = DayCharge(balance, CDbl(row.Field(3).ToText()))};
+  }
+
+  static Money Amount(const Value& value) { return Money::FromText(value.ToText()); }
+
+  // --- one portion, one transaction
+
+  // `read` asks inside the transaction, for what is still open and not yet charged. Where a second
+  // batch got in between, the key stops one of the two; that one looks again.
+  void PostPortion(std::string_view kind, std::string_view text,
+                   const std::function<std::vector<Charge>()>& read) {
+    for (int attempt = 1;; ++attempt) {
+      try {
+        Transaction transaction(main_);
+        const std::vector<Charge> charges = read();
+        Write(kind, text, charges);
+        transaction.Commit();
+        outcome_.posted += static_cast<std::int64_t>(charges.size());
+        for (const Charge& charge : charges) outcome_.amount += charge.ChargeAmt;
+        return;
+      } catch (const SqlError& error) {
+        const bool passing = error.number() == kDuplicateKey || error.number() == kDeadlock ||
+                             error.number() == kBusy;
+        if (!passing || attempt == kAttempts) throw;
+      }
+    }
+  }
+
+  void Write(std::string_view kind, std::string_view text, const std::vector<Charge>& charges) {
+    const std::string day = SqlDate(day_);
+    for (const Charge& charge : charges) {
+      main_.Execute(fmt::format(
+          "INSERT INTO ChargeMast (ChargeID,TrxDate,BatchDate,LoanID,CustID,CompCode,DueDate,"
+          "LateAmt,LateInt,ChargeAmt,OrgAmt,ChargeDesc,UserID,DateCreated,PType) VALUES "
+          "({},{},{},{},{},{},{},{},{},{},0,{},{},getdate(),{})",
+          QuoteStr(charge.ChargeID), day, day, QuoteStr(charge.LoanID), QuoteStr(charge.CustID),
+          QuoteStr(charge.CompCode), SqlDateTime(*charge.DueDate.AsDate()),
+          charge.LateAmt.ToText(), charge.LateInt.ToText(), charge.ChargeAmt.ToText(),
+          QuoteStr(text), user_, QuoteStr(kind)));
+    }
+    for (std::size_t i = 0; i < charges.size(); ++i) {
+      const bool last_of_loan =
+          i + 1 == charges.size() || !SameText(charges[i].LoanID, charges[i + 1].LoanID);
+      if (last_of_loan) RefreshChargeTotals(main_, charges[i].LoanID);
+    }
+  }
+
+  // --- the end of a day
+
+  // Only ever raised: another batch may be further on.
+  void MarkDone() {
+    const std::string value = QuoteStr(day_.ToCanonical());
+    const std::string key = QuoteStr(kLastDay);
+    main_.Execute(
+        fmt::format("INSERT INTO Systemast (Param,Value) SELECT {0},'' WHERE NOT EXISTS (SELECT "
+                    "Param FROM Systemast WHERE Param={0})",
+                    key));
+    main_.Execute(fmt::format(
+        "UPDATE Systemast SET [Value]={0} WHERE Param={1} AND ([Value] is null OR [Value] < {0})",
+        value, key));
+  }
+
+  // `part` of the day in work.
+  void Tell(double part) const {
+    if (progress_) {
+      progress_({.day = day_,
+                 .percent = static_cast<int>((days_done_ + part) * 100 / days_),
+                 .posted = outcome_.posted});
+    }
+  }
+
+  Connection& main_;
+  std::string user_;  // as a literal
+  const std::function<void(const BatchProgress&)>& progress_;
+  DateTime day_;
+  int days_ = 0;
+  int days_done_ = 0;
+  BatchOutcome outcome_;
+};
+
+}  // namespace
+
+std::string BatchChargeID(std::string_view loan_id, std::string_view sch_id, const DateTime& day) {
+  return fmt::format("{}-{}-B{}", loan_id, sch_id, DayOfKey(day));
+}
+
+std::string TermEndChargeID(std::string_view loan_id, const DateTime& day) {
+  return fmt::format("{}-T{}", loan_id, DayOfKey(day));
+}
+
+BatchOutcome RunDailyBatch(Connection& main, const DateTime& date, std::string_view user,
+                           const std::function<void(const BatchProgress&)>& progress) {
+  return DailyBatch(main, user, progress).Run(date.DateOnly());
+}
+
+}  // namespace kaunter
