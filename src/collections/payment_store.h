@@ -64,6 +64,8 @@ struct Payment {
   std::string AMLACode;  // written only while the money-laundering module is on
   std::string AMLADesc;
   std::string AMLAID;
+
+  bool operator==(const Payment&) const = default;
 };
 
 // The receipt number typed belongs to another payment of the company. what() is the number.
