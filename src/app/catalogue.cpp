@@ -1,6 +1,8 @@
 #include "app/catalogue.h"
 
 #include "collections/invoice_frm.h"
+#include "collections/loan_settlement_frm.h"
+#include "collections/settlement_frm.h"
 #include "compliance/aml_desc_frm.h"
 #include "core/company_screens.h"
 #include "core/password_screens.h"
@@ -35,15 +37,26 @@ struct Entry {
 };
 
 constexpr Entry kScreens[] = {
-    {"Drawdown", Make<Drawdown>},       {"LoanExtendfrm", Make<LoanExtendfrm>},
-    {"UpdateSch", Make<UpdateSch>},     {"AMLADescFrm", Make<AMLADescFrm>},
-    {"Invoicefrm", Make<Invoicefrm>},   {"LinkAccSetupfrm", Make<LinkAccSetupfrm>},
-    {"LinkDBfrm", Make<LinkDBfrm>},     {"ChangePasswordfrm", Make<ChangePasswordfrm>},
-    {"CompCodeFrm", Make<CompCodeFrm>}, {"CompProfileFrm", Make<CompProfileFrm>},
-    {"LoanAppFrm", Make<LoanAppFrm>},   {"LoanCalcfrm", Make<LoanCalcfrm>},
-    {"PopupFrm", Make<PopupFrm>},       {"SetupFrm", Make<SetupFrm>},
-    {"NewCustFrm", Make<NewCustFrm>},   {"NewLoanFrm", Make<NewLoanFrm>},
-    {"UserFrm", Make<UserFrm>},         {"frmNIC", Make<frmNIC>},
+    {"LoanSettlementfrm", Make<LoanSettlementfrm>},
+    {"Settlementfrm", Make<Settlementfrm>},
+    {"Drawdown", Make<Drawdown>},
+    {"LoanExtendfrm", Make<LoanExtendfrm>},
+    {"UpdateSch", Make<UpdateSch>},
+    {"AMLADescFrm", Make<AMLADescFrm>},
+    {"Invoicefrm", Make<Invoicefrm>},
+    {"LinkAccSetupfrm", Make<LinkAccSetupfrm>},
+    {"LinkDBfrm", Make<LinkDBfrm>},
+    {"ChangePasswordfrm", Make<ChangePasswordfrm>},
+    {"CompCodeFrm", Make<CompCodeFrm>},
+    {"CompProfileFrm", Make<CompProfileFrm>},
+    {"LoanAppFrm", Make<LoanAppFrm>},
+    {"LoanCalcfrm", Make<LoanCalcfrm>},
+    {"PopupFrm", Make<PopupFrm>},
+    {"SetupFrm", Make<SetupFrm>},
+    {"NewCustFrm", Make<NewCustFrm>},
+    {"NewLoanFrm", Make<NewLoanFrm>},
+    {"UserFrm", Make<UserFrm>},
+    {"frmNIC", Make<frmNIC>},
 };
 
 const Entry* FindEntry(std::string_view name) {

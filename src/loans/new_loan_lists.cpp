@@ -6,6 +6,7 @@
 
 #include "core/audit.h"
 #include "core/company_access.h"
+#include "core/open_for.h"
 #include "core/values.h"
 #include "loans/new_loan_frm.h"
 #include "loans/rebuild_and_tell.h"
@@ -22,20 +23,6 @@ using Lines = std::vector<std::vector<std::string>>;
 
 Money Cell(const Grid& grid, int row, int column) {
   return Money::TryText(grid.Cell(row, column)).value_or(Money());
-}
-
-// Opens a screen for one record; the caller's command and keys are back afterwards.
-void OpenFor(Session& session, Desk& desk, std::string_view screen, std::string_view command,
-             std::string_view loan_id) {
-  const std::string own_tag = session.CallerTag;
-  const std::string own_loan = session.HandOverLoanID;
-  const std::string own_title = session.MsgTitle;
-  session.CallerTag = command;
-  session.HandOverLoanID = loan_id;
-  desk.Show(screen);
-  session.CallerTag = own_tag;
-  session.HandOverLoanID = own_loan;
-  session.MsgTitle = own_title;
 }
 
 }  // namespace

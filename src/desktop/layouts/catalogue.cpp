@@ -7,9 +7,11 @@ namespace kaunter {
 
 const std::vector<Layout>& AllLayouts() {
   static const std::vector<Layout> layouts = {
-      UserLoginLayout(), LoanCalcfrmLayout(), PopupFrmLayout(),       NewCustFrmLayout(),
-      UserFrmLayout(),   CompCodeFrmLayout(), CompProfileFrmLayout(), SetupFrmLayout(),
-      FrmNicLayout(),    NewLoanFrmLayout(),  LoanAppFrmLayout(),
+      UserLoginLayout(),         LoanCalcfrmLayout(), PopupFrmLayout(),
+      NewCustFrmLayout(),        UserFrmLayout(),     CompCodeFrmLayout(),
+      CompProfileFrmLayout(),    SetupFrmLayout(),    FrmNicLayout(),
+      NewLoanFrmLayout(),        LoanAppFrmLayout(),  SettlementfrmLayout(),
+      LoanSettlementfrmLayout(),
   };
   return layouts;
 }

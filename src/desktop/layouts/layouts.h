@@ -16,5 +16,7 @@ Layout CompCodeFrmLayout();
 Layout CompProfileFrmLayout();
 Layout SetupFrmLayout();
 Layout FrmNicLayout();
+Layout SettlementfrmLayout();
+Layout LoanSettlementfrmLayout();
 
 }  // namespace kaunter

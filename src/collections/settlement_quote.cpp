@@ -1,0 +1,51 @@
+#include "collections/settlement_quote.h"
+
+#include "core/values.h"
+#include "fmt/format.h"
+
+namespace kaunter {
+namespace {
+
+// A sum over no rows is Null and counts as 0.
+Money Sum(const Value& value) { return Money::FromText(ShowMoney(value)); }
+
+Money Abs(Money amount) { return amount < Money() ? -amount : amount; }
+
+}  // namespace
+
+QuoteColumn QuotePersonal(const OwedLoan& loan, Money interest_not_due) {
+  QuoteColumn column;
+  column.NPayment = loan.LoanBal;
+  column.SettledAmt = loan.TotalBal() - interest_not_due;
+  column.OPayment = loan.OthBal;
+  column.EPayment = Abs(column.NPayment - column.SettledAmt);
+  return column;
+}
+
+QuoteColumn QuoteFlexi(const OwedLoan& loan, Money interest_due, Money capital_due) {
+  QuoteColumn column;
+  column.NPayment = interest_due + capital_due;
+  column.EPayment = loan.LoanBal - capital_due;
+  column.OPayment = loan.OthBal;
+  column.SettledAmt = loan.TotalBal() + interest_due;
+  return column;
+}
+
+QuoteColumn QuoteOn(Connection& main, const OwedLoan& loan, std::string_view date) {
+  const std::string id = QuoteStr(loan.LoanID);
+  const std::string day = SqlDate(date);
+  if (loan.personal) {
+    return QuotePersonal(
+        loan, Sum(main.Query(fmt::format("SELECT SUM(InterestAmt-InterestPayment) FROM SchMast "
+                                         "WHERE LoanID={} And DueDate > {}",
+                                         id, day))
+                      .Field(0)));
+  }
+  const Recordset due = main.Query(
+      fmt::format("SELECT SUM((InterestAmt)-(InterestPayment)),SUM((CapitalAmt)-(CapitalPayment)) "
+                  "FROM SchMast WHERE LoanID={} And DueDate <= {}",
+                  id, day));
+  return QuoteFlexi(loan, Sum(due.Field(0)), Sum(due.Field(1)));
+}
+
+}  // namespace kaunter
