@@ -278,13 +278,25 @@ TEST_P(Behaviour, RandomAmountsStayExact) {
   const Recordset sums = db_->Query("select sum(PayableAmt),sum(PayableAmt-Payment) from SchMast");
   EXPECT_EQ(units(sums.Field(0)), sum);
   EXPECT_EQ(units(sums.Field(1)), difference);
-  // Each row finds itself by its own difference, written as a decimal.
+  // Each row finds itself by its own difference, written as a decimal, and a sen beside it parts
+  // smaller from greater.
   for (int i = 0; i < 2000; i += 97) {
     const auto& [a, b] = rows[static_cast<std::size_t>(i)];
-    EXPECT_EQ(Show(db_->Query(
-                  fmt::format("select SchID from SchMast where SchID={} and PayableAmt-Payment={}",
-                              i, text((a - b) * 10)))),
-              std::to_string(i));
+    for (const int beside : {-1, 0, 1}) {
+      const std::string bound = text((a - b + beside) * 10);
+      const Recordset row = db_->Query(fmt::format(
+          "select case when PayableAmt-Payment={0} then 1 else 0 end,"
+          "case when PayableAmt-Payment<>{0} then 1 else 0 end,"
+          "case when PayableAmt-Payment<{0} then 1 else 0 end,"
+          "case when PayableAmt-Payment<={0} then 1 else 0 end,"
+          "case when PayableAmt-Payment>{0} then 1 else 0 end,"
+          "case when {0}<=PayableAmt-Payment then 1 else 0 end from SchMast where SchID={1}",
+          bound, i));
+      EXPECT_EQ(Show(row), beside == 0   ? "1|0|0|1|0|1"
+                           : beside == 1 ? "0|1|1|1|0|0"
+                                         : "0|1|0|0|1|1")
+          << a << " - " << b << " against " << bound;
+    }
   }
   db_->RollbackTrans();
 }

@@ -43,6 +43,8 @@ class Writer {
   // Where a select says nothing about the order of its rows.
   virtual void OwnOrder(const Select&) {}
   // Around a number that is brought to the scale of a decimal.
+  // Writes a comparison with a sum or difference in a way of its own; false: it has none.
+  virtual bool SumComparison(const Expr&) { return false; }
   virtual void OpenRound() = 0;
   virtual void CloseRound(int scale) = 0;
   virtual void DivideBy(const Expr& divisor, bool integer) = 0;

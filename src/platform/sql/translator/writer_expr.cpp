@@ -234,7 +234,7 @@ void Writer::Condition(const Expr& expr) {
       Condition(*expr.args[0]);
       break;
     case ExprKind::kCompare:
-      Comparison(*expr.args[0], OpText(expr.op), *expr.args[1]);
+      if (!SumComparison(expr)) Comparison(*expr.args[0], OpText(expr.op), *expr.args[1]);
       break;
     case ExprKind::kBetween:
       Collated(*expr.args[0], LacksCollation(*expr.args[0]));

@@ -22,6 +22,7 @@ class SqliteWriter : public Writer {
   std::vector<Translated> WriteTruncate() override;
   void Collated(const Expr& expr, bool collate) override;
   void OrderDirection(const Expr* key, bool text_position, bool descending) override;
+  bool SumComparison(const Expr& expr) override;
   void OpenRound() override;
   void CloseRound(int scale) override;
   void DivideBy(const Expr& divisor, bool integer) override;
