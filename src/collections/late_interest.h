@@ -10,8 +10,8 @@
 
 namespace kaunter {
 
-// Balance x (percent a year / 100) / 365, in double, half to even. 0 for a rate or a balance that is
-// not above 0.
+// Balance x (percent a year / 100) / 365, in double, half to even. 0 for a rate or a balance that
+// is not above 0.
 Money DayCharge(Money balance_due, double percent_a_year);
 
 // The "Batch" charges of a loan for days after `pay_date` up to `next_due_date` (dd-mm-yyyy), still

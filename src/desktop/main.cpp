@@ -7,6 +7,7 @@
 
 #include "app/application.h"
 #include "desktop/desktop_desk.h"
+#include "desktop/long_wait.h"
 #include "desktop/main_window.h"
 #include "desktop/options.h"
 #include "desktop/screenshots.h"
@@ -27,6 +28,7 @@ int RunDesktop(QApplication& qt, DesktopOptions options) {
   QApplication::setQuitOnLastWindowClosed(false);
   const bool pictures = !options.picture_folder.empty();
   if (pictures) SetWindowMemory(false);
+  PaintDuringStatements();
   std::unique_ptr<SingleInstance> instance;
   if (!pictures) {
     instance = std::make_unique<SingleInstance>(options.application.app_path);

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "platform/sql/waiting.h"
+
 namespace kaunter {
 namespace {
 
@@ -37,6 +39,7 @@ const Value& Recordset::Field(std::size_t position) const {
 }
 
 void Connection::Announce(std::string_view sql) {
+  if (IsWaiting()) throw std::logic_error(fmt::format("sent inside another statement: {}", sql));
   if (trace_) trace_(name_, sql);
   if (fault_) fault_(sql);
 }

@@ -6,6 +6,7 @@
 #include "platform/sql/sqlite/sqlite_error.h"
 #include "platform/sql/sqlite/sqlite_literal.h"
 #include "platform/sql/sqlite/sqlite_rows.h"
+#include "platform/sql/waiting.h"
 
 namespace kaunter::sql {
 namespace {
@@ -13,6 +14,9 @@ namespace {
 // The statements of the program have some hundreds of shapes; far more can only come from texts
 // that are made anew each time, and keeping those helps nobody.
 constexpr std::size_t kMostPlans = 2000;
+
+// About a millisecond of a search.
+constexpr int kStepsBetweenActs = 20000;
 
 // The first word, for messages: "INSERT fails."
 std::string VerbOf(const std::string& text) {
@@ -42,6 +46,13 @@ SqliteConnection::SqliteConnection(std::string name, std::string path, SqliteHan
       clock_(clock),
       catalogue_(db_.get(), path_) {
   RegisterSqliteFunctions(db_.get(), &clock_);
+  sqlite3_progress_handler(
+      db_.get(), kStepsBetweenActs,
+      [](void*) {
+        ActWhileWaiting();
+        return 0;
+      },
+      nullptr);
   SchemaMoved();
 }
 

@@ -1,0 +1,21 @@
+#include "desktop/long_wait.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include "platform/sql/waiting.h"
+
+namespace kaunter {
+
+void PaintDuringStatements() {
+  SetWhileWaiting([since = QElapsedTimer()]() mutable {
+    constexpr int kBetweenPaints = 40;  // milliseconds
+    if (since.isValid() && since.elapsed() < kBetweenPaints) return;
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
+                                    QEventLoop::ExcludeSocketNotifiers |
+                                    QEventLoop::X11ExcludeTimers);
+    since.start();
+  });
+}
+
+}  // namespace kaunter

@@ -1,0 +1,10 @@
+// The windows stay painted while a long statement runs.
+#pragma once
+
+namespace kaunter {
+
+// From here on, for the life of the program. Keys and clicks wait until the statement is done, and
+// so do timers.
+void PaintDuringStatements();
+
+}  // namespace kaunter

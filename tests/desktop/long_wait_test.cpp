@@ -1,0 +1,74 @@
+// A window lives on while a long statement runs; clocks and other statements wait.
+#include "desktop/long_wait.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QPaintEvent>
+#include <QTimer>
+#include <QWidget>
+
+#include "platform/clock.h"
+#include "platform/sql/connection.h"
+#include "platform/sql/waiting.h"
+#include "tests/core/office.h"
+
+namespace kaunter {
+namespace {
+
+// Asks to be painted again each time it has been.
+class Restless : public QWidget {
+ public:
+  int paints = 0;
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    ++paints;
+    update();
+  }
+};
+
+TEST(LongWait, PaintsAndLetsTimersWait) {
+  Office office(Office::State::patched);
+  Connection& main = office.session.Main();
+  main.BeginTrans();
+  for (int i = 0; i < 300; ++i) {
+    main.Execute("INSERT INTO NumberMast VALUES ('L" + std::to_string(i) + "','001','001')");
+  }
+  main.CommitTrans();
+  Restless window;
+  window.show();
+  QCoreApplication::processEvents();
+  PaintDuringStatements();
+  QTimer timer;
+  int ticks = 0;
+  QObject::connect(&timer, &QTimer::timeout, [&ticks] { ++ticks; });
+  timer.start(1);
+  const int before = window.paints;
+  const Recordset rows = main.Query(
+      "SELECT COUNT(*) FROM NumberMast AS a, NumberMast AS b, NumberMast AS c WHERE "
+      "a.LoanNo<>b.CustID AND b.LoanNo<>c.CustID AND a.CustID=c.CustID");
+  SetWhileWaiting({});
+  EXPECT_EQ(rows.Field(0).ToText(), "90000");
+  EXPECT_GT(window.paints, before);
+  EXPECT_EQ(ticks, 0);
+}
+
+TEST(LongWait, AStatementFromWithinIsRefused) {
+  Office office(Office::State::patched);
+  Connection& main = office.session.Main();
+  std::string refusal;
+  SetWhileWaiting([&] {
+    try {
+      main.Query("SELECT COUNT(*) FROM CustMast");
+    } catch (const std::logic_error& fault) {
+      refusal = fault.what();
+    }
+  });
+  main.Query("SELECT COUNT(*) FROM Systemast AS a, Systemast AS b, Systemast AS c, Systemast AS d");
+  SetWhileWaiting({});
+  EXPECT_NE(refusal.find("CustMast"), std::string::npos) << refusal;
+}
+
+}  // namespace
+}  // namespace kaunter
