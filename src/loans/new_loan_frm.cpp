@@ -294,6 +294,7 @@ void NewLoanFrm::ApplySettings() {
   Command9.SetVisible(settings.CalcAmt);
   Command8.SetVisible(settings.PaymentReader && desk().CanShow("PaymentReaderfrm"));
   CmdDrawDown.SetVisible(desk().CanShow("Drawdown"));
+  CmdSettle.SetVisible(desk().CanShow("Settlementfrm"));
   CmdPrint.SetVisible(desk().CanShow("frmPrinting"));
   SSCommand5.SetVisible(desk().CanShow("AMLAFrm"));
   SSCommand6.SetVisible(std::filesystem::exists(session().AppPath + "/CDD.rpt"));
@@ -357,6 +358,7 @@ void NewLoanFrm::ShowMode() {
   CmdNew.SetVisible(!IsInquiry());
   const bool may_edit = LoanMode == "Edit Loan";
   CmdDrawDown.SetEnabled(may_edit && !loaded_id_.empty());
+  CmdSettle.SetEnabled(may_edit && !loaded_id_.empty());
   SSCommand3.SetEnabled(is_new);  // an application is marked by the loan that it becomes
   for (GuarantorBoxes& boxes : guarantors) boxes.CmdGetGuarantor.SetEnabled(!IsInquiry());
   vsd.SetLocked(!may_edit);

@@ -190,6 +190,7 @@ class NewLoanFrm : public SessionScreen {
   TextBox LastPaymentNo{*this, "LastPaymentNo", {"Last Payment No", "最后付款编号"}};
   TextBox TotLoanInt{*this, "TotLoanInt", {"Total Loan Interest", "贷款利息总额"}, Kind::money};
   TextBox OrgDueDate{*this, "OrgDueDate", {"Original Due Date", "原定到期日"}, Kind::date};
+  Button CmdSettle{*this, "CmdSettle", {"Settlement &Quotation", "结清报价(&Q)"}};
 
   TabPage ChargesPage{*this, "ChargesPage", {"Charges", "收费"}, SSTab1};
   Grid ChargesDG;
@@ -355,6 +356,7 @@ class NewLoanFrm : public SessionScreen {
   void OpenPayment(int row);
   void DeletePayment(int row);
   void OpenDrawdown(const std::string& sid);  // "" for a new release
+  void OpenSettlement();
   void EditCheque(int row, int column, const std::string& before);
   void DeleteCheque(int row);
 

@@ -14,6 +14,8 @@
 namespace kaunter {
 namespace {
 
+constexpr int kBuiltInLevel = 5;
+
 // Places in the grids.
 constexpr int kSchID = 0, kPayable = 2, kCapital = 3, kInterest = 4, kPaid = 7, kUnpaid = 8;
 constexpr int kPayID = 0, kSettlement = 11;
@@ -40,6 +42,7 @@ void NewLoanFrm::BindGridEvents() {
   };
   DrawDownDG.onOpen = [this](int row, int) { OpenDrawdown(DrawDownDG.Cell(row, 0)); };
   CmdDrawDown.onClick = [this] { OpenDrawdown({}); };
+  CmdSettle.onClick = [this] { OpenSettlement(); };
   vsd.onCellLeave = [this](int row, int column, const std::string& before) {
     EditCheque(row, column, before);
   };
@@ -274,6 +277,21 @@ void NewLoanFrm::OpenDrawdown(const std::string& sid) {
   }
   const std::string id = loaded_id_;
   OpenFor(session(), desk(), "Drawdown", sid, sid.empty() ? id : std::string());
+  LoadLoan(id);
+}
+
+void NewLoanFrm::OpenSettlement() {
+  // A quotation ends in a payment. The built-in logon has no row that could hold the right.
+  if (session().CurrentLevel < kBuiltInLevel && !UserFlag(session(), "AccessPayment")) {
+    Refuse({"You are not allow to make payment", "您不可付款"});
+    return;
+  }
+  if (record_.Changed()) {
+    Refuse({"Please save the changes of the loan first", "请先储存贷款的更改"});
+    return;
+  }
+  const std::string id = loaded_id_;
+  OpenFor(session(), desk(), "Settlementfrm", "", id);
   LoadLoan(id);
 }
 

@@ -34,7 +34,8 @@ LayoutNode Payments() {
   return Down({Fill("vsd4"),
                Figures({"LoanBal", "CloseBal", "IntBal", "TotPay", "TotInt", "TotDiscAmt"}),
                Figures({"TotCharge", "TotCollectorAmt", "TotLoanInt", "LastPaymentDate",
-                        "LastPaymentNo", "OrgDueDate"})});
+                        "LastPaymentNo", "OrgDueDate"}),
+               ButtonsHere({"CmdSettle"})});
 }
 
 LayoutNode Guarantor(const std::string& suffix, const std::string& pic) {
