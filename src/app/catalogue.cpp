@@ -2,6 +2,7 @@
 
 #include "collections/invoice_frm.h"
 #include "collections/loan_settlement_frm.h"
+#include "collections/payment_frm.h"
 #include "collections/settlement_frm.h"
 #include "compliance/aml_desc_frm.h"
 #include "core/company_screens.h"
@@ -39,6 +40,7 @@ struct Entry {
 constexpr Entry kScreens[] = {
     {"LoanSettlementfrm", Make<LoanSettlementfrm>},
     {"Settlementfrm", Make<Settlementfrm>},
+    {"PaymentFrm", Make<PaymentFrm>},
     {"Drawdown", Make<Drawdown>},
     {"LoanExtendfrm", Make<LoanExtendfrm>},
     {"UpdateSch", Make<UpdateSch>},

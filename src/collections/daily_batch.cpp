@@ -185,9 +185,9 @@ class DailyBatch {
          Portions(main_.Query("SELECT l.LoanID,1" + loans + " ORDER BY l.LoanID"))) {
       PostPortion("Batch Term End Interest", "Term End Interest", [&] {
         std::vector<Charge> charges;
-        Recordset row = main_.Query(
-            "SELECT l.LoanID,l.EndTermIntDate,l.LoanBal,l.InsRate,l.CustID,l.CompCode" + loans +
-            Within("l.LoanID", portion) + " ORDER BY l.LoanID");
+        Recordset row =
+            main_.Query("SELECT l.LoanID,l.EndTermIntDate,l.LoanBal,l.InsRate,l.CustID,l.CompCode" +
+                        loans + Within("l.LoanID", portion) + " ORDER BY l.LoanID");
         for (; !row.Eof(); row.MoveNext()) charges.push_back(TermEndCharge(row));
         return charges;
       });
@@ -240,9 +240,9 @@ class DailyBatch {
           "LateAmt,LateInt,ChargeAmt,OrgAmt,ChargeDesc,UserID,DateCreated,PType) VALUES "
           "({},{},{},{},{},{},{},{},{},{},0,{},{},getdate(),{})",
           QuoteStr(charge.ChargeID), day, day, QuoteStr(charge.LoanID), QuoteStr(charge.CustID),
-          QuoteStr(charge.CompCode), SqlDateTime(*charge.DueDate.AsDate()),
-          charge.LateAmt.ToText(), charge.LateInt.ToText(), charge.ChargeAmt.ToText(),
-          QuoteStr(text), user_, QuoteStr(kind)));
+          QuoteStr(charge.CompCode), SqlDateTime(*charge.DueDate.AsDate()), charge.LateAmt.ToText(),
+          charge.LateInt.ToText(), charge.ChargeAmt.ToText(), QuoteStr(text), user_,
+          QuoteStr(kind)));
     }
     for (std::size_t i = 0; i < charges.size(); ++i) {
       const bool last_of_loan =

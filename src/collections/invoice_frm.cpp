@@ -32,12 +32,12 @@ Money Sen(const TextBox& box) { return Money::FromText(ShowMoney(box.text())); }
 
 // Short numbers are a key, and each company counts for itself.
 std::string DrawNumber(Connection& main, std::string_view kind, const std::string& company) {
-  return NextSeries(main, SameText(kind, kCreditNote) ? "CN" : "INV", company, false,
-                    [&main](const std::string& number) {
-                      return !main.Query("SELECT ChargeID FROM ChargeMast WHERE ChargeID=" +
-                                         QuoteStr(number))
-                                  .Eof();
-                    });
+  return NextSeries(
+      main, SameText(kind, kCreditNote) ? "CN" : "INV", company, false,
+      [&main](const std::string& number) {
+        return !main.Query("SELECT ChargeID FROM ChargeMast WHERE ChargeID=" + QuoteStr(number))
+                    .Eof();
+      });
 }
 
 }  // namespace
@@ -147,8 +147,7 @@ void Invoicefrm::LeaveChargeID() {
 }
 
 void Invoicefrm::LoadCharge(std::string id) {
-  const Recordset row =
-      main().Query("SELECT * FROM ChargeMast WHERE ChargeID=" + QuoteStr(id));
+  const Recordset row = main().Query("SELECT * FROM ChargeMast WHERE ChargeID=" + QuoteStr(id));
   if (row.Eof() || !MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
     Refuse(ChargeID, {"Invoice not found", "找不到发票"});
     return;
@@ -184,7 +183,8 @@ bool Invoicefrm::ShowLoan() {
   shown_loan_.clear();
   if (LoanID.empty()) return true;
   const std::string key = QuoteStr(LoanID.text());
-  const std::string customer = ScalarQuery(main(), "SELECT CustID FROM LoanMast WHERE LoanID=" + key);
+  const std::string customer =
+      ScalarQuery(main(), "SELECT CustID FROM LoanMast WHERE LoanID=" + key);
   const Recordset row = main().Query(
       "SELECT l.LoanID,l.CompCode,c.CustName FROM LoanMast as l INNER JOIN CustMast as c on "
       "l.CustID=c.CustID WHERE l.LoanID=" +
@@ -334,16 +334,17 @@ void Invoicefrm::TellLinkedAccounts() {
                       {id, TrxDate.text(), CustID.text(), "Credit Note - " + ChargeDesc.text(),
                        account, "", Sen(ChargeAmt)});
   } else {
-    linked = LinkARInvoice(session(), desk(), {id, TrxDate.text(), CustID.text(), Sen(ChargeAmt)}) &&
-             LinkARInvoiceLine(session(), desk(),
-                               {id, account, "Invoice for " + CustName.text(), Sen(ChargeAmt)});
+    linked =
+        LinkARInvoice(session(), desk(), {id, TrxDate.text(), CustID.text(), Sen(ChargeAmt)}) &&
+        LinkARInvoiceLine(session(), desk(),
+                          {id, account, "Invoice for " + CustName.text(), Sen(ChargeAmt)});
   }
   if (linked) return;
-  desk().Message(MessageKind::warning, "Alert !!",
-                 session().In({fmt::format("{} {} to {} not linked", PType.text(), id,
-                                           CustName.text()),
-                               fmt::format("{} {}（{}）未能连接会计系统",
-                                           credit ? "贷项通知" : "发票", id, CustName.text())}));
+  desk().Message(
+      MessageKind::warning, "Alert !!",
+      session().In({fmt::format("{} {} to {} not linked", PType.text(), id, CustName.text()),
+                    fmt::format("{} {}（{}）未能连接会计系统", credit ? "贷项通知" : "发票", id,
+                                CustName.text())}));
 }
 
 // --- the delete

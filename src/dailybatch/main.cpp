@@ -1,5 +1,5 @@
-// DailyBatch: posts late interest up to a date. The main menu starts it, or the machine's scheduler;
-// docs/daily-batch.md tells both.
+// DailyBatch: posts late interest up to a date. The main menu starts it, or the machine's
+// scheduler; docs/daily-batch.md tells both.
 #include <fmt/format.h>
 
 #include <csignal>
@@ -40,8 +40,7 @@ void Say(std::FILE* stream, const std::string& text) {
 }
 
 void OpenOffice(Session& session, const BatchOptions& options) {
-  const LocalSettings local =
-      LocalSettings::Read(options.office.settings, options.office.database);
+  const LocalSettings local = LocalSettings::Read(options.office.settings, options.office.database);
   ApplyLocalSettings(session, local);
   // The trace that the settings name belongs to the desktop, which may be running.
   if (!options.trace.empty()) session.trace = OpenTrace(options.trace);
@@ -107,8 +106,9 @@ int Run(const BatchOptions& options, Session& session) {
   } catch (const BatchRefused& error) {
     return Refused(session, error.what());
   } catch (const std::exception& error) {
-    Say(stderr, fmt::format("DailyBatch: {}\nWhat was posted stays; once this is mended, run it again.",
-                            error.what()));
+    Say(stderr,
+        fmt::format("DailyBatch: {}\nWhat was posted stays; once this is mended, run it again.",
+                    error.what()));
     LogRollback(session, fmt::format("Daily batch {}", options.date), error);
     return kFailed;
   }

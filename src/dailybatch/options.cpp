@@ -10,8 +10,10 @@ BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments,
                                const CompanionOptions& handed_on) {
   BatchOptions options{.office = handed_on, .trace = {}, .date = {}, .help = false};
   const std::map<std::string, std::string*> with_value = {
-      {"--app", &options.office.app},           {"--database", &options.office.database},
-      {"--settings", &options.office.settings}, {"--now", &options.office.now},
+      {"--app", &options.office.app},
+      {"--database", &options.office.database},
+      {"--settings", &options.office.settings},
+      {"--now", &options.office.now},
       {"--trace", &options.trace},
   };
   for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -26,8 +28,7 @@ BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments,
     } else if (argument.starts_with("-")) {
       throw BatchUsageError("unknown option " + argument);
     } else if (!options.date.empty()) {
-      throw BatchUsageError(
-          fmt::format("one date at a time: {} or {}", options.date, argument));
+      throw BatchUsageError(fmt::format("one date at a time: {} or {}", options.date, argument));
     } else {
       options.date = argument;
     }

@@ -28,8 +28,8 @@ class ChargeDesk : public AgreeingDesk {
     }
   }
   void Show(std::string_view screen) override { shown.emplace_back(screen); }
-  std::string refused;          // the question that gets a no
-  Session* manager = nullptr;   // set: a manager approves
+  std::string refused;         // the question that gets a no
+  Session* manager = nullptr;  // set: a manager approves
   int asked_manager = 0;
   std::vector<std::string> shown;
 };

@@ -54,15 +54,15 @@ class DailyBatchTest : public ::testing::Test {
   // Five loans of three rows each, due on 29, 30 and 31 January.
   void AddLoans() {
     for (int loan = 1; loan <= 5; ++loan) {
-      office.Run(fmt::format(
-          "INSERT INTO LoanMast (LoanID,LoanStatus,PayOutAmt,LateChargePerDay) VALUES "
-          "('M{}','ACTIVE',1,18)",
-          loan));
+      office.Run(
+          fmt::format("INSERT INTO LoanMast (LoanID,LoanStatus,PayOutAmt,LateChargePerDay) VALUES "
+                      "('M{}','ACTIVE',1,18)",
+                      loan));
       for (int row = 1; row <= 3; ++row) {
-        office.Run(fmt::format(
-            "INSERT INTO SchMast (SchID,LoanID,DueDate,PayableAmt,Payment) VALUES "
-            "({},'M{}','2024-01-{}',{},0)",
-            row, loan, 28 + row, 1000 * loan));
+        office.Run(
+            fmt::format("INSERT INTO SchMast (SchID,LoanID,DueDate,PayableAmt,Payment) VALUES "
+                        "({},'M{}','2024-01-{}',{},0)",
+                        row, loan, 28 + row, 1000 * loan));
       }
     }
   }
@@ -188,16 +188,16 @@ TEST_F(DailyBatchTest, ARefusalChangesNothing) {
 TEST_F(DailyBatchTest, ALoanIsNeverPartedAndEachHasItsTotal) {
   // 700 rows a loan: two of them are more than one transaction takes.
   for (const char* loan : {"A", "b", "C"}) {
-    office.Run(fmt::format(
-        "INSERT INTO LoanMast (LoanID,LoanStatus,PayOutAmt,LateChargePerDay) VALUES "
-        "('{}','ACTIVE',1,18)",
-        loan));
+    office.Run(
+        fmt::format("INSERT INTO LoanMast (LoanID,LoanStatus,PayOutAmt,LateChargePerDay) VALUES "
+                    "('{}','ACTIVE',1,18)",
+                    loan));
     main().BeginTrans();
     for (int row = 1; row <= 700; ++row) {
-      office.Run(fmt::format(
-          "INSERT INTO SchMast (SchID,LoanID,DueDate,PayableAmt,Payment) VALUES "
-          "({},'{}','2024-01-02',1000,0)",
-          row, loan));
+      office.Run(
+          fmt::format("INSERT INTO SchMast (SchID,LoanID,DueDate,PayableAmt,Payment) VALUES "
+                      "({},'{}','2024-01-02',1000,0)",
+                      row, loan));
     }
     main().CommitTrans();
   }
@@ -208,15 +208,17 @@ TEST_F(DailyBatchTest, ALoanIsNeverPartedAndEachHasItsTotal) {
 
 TEST_F(DailyBatchTest, AFailureAtAnyStatementIsMadeGoodByAnotherRun) {
   AddLoans();
-  office.Run("UPDATE LoanMast SET EndTermIntDate='2024-01-30',LoanBal=800,InsRate=12 WHERE "
-             "LoanID='M5'");
+  office.Run(
+      "UPDATE LoanMast SET EndTermIntDate='2024-01-30',LoanBal=800,InsRate=12 WHERE "
+      "LoanID='M5'");
   SetLast("2024-01-28");
   Post(main(), kToday);
   const std::string undisturbed = State(main());
   int at = 1;
   for (bool reached = true; reached && at < 500; ++at) {
-    office.Run("DELETE FROM ChargeMast;UPDATE LoanMast SET TotCollectorAmt=0;UPDATE Systemast SET "
-               "Value='2024-01-28' WHERE Param='DailyBatchDate'");
+    office.Run(
+        "DELETE FROM ChargeMast;UPDATE LoanMast SET TotCollectorAmt=0;UPDATE Systemast SET "
+        "Value='2024-01-28' WHERE Param='DailyBatchDate'");
     int count = 0;
     reached = false;
     main().SetFaultHook([&](std::string_view sql) {
@@ -286,8 +288,12 @@ TEST_F(DailyBatchTest, PowerIsLostAtEveryWrite) {
     }
     std::filesystem::copy_file(kept, file);
   };
-  const auto post = [&] { Post(*OpenSqlite("MainConn", file, false, office.session.clock), kToday); };
-  const auto state = [&] { return State(*OpenSqlite("MainConn", file, false, office.session.clock)); };
+  const auto post = [&] {
+    Post(*OpenSqlite("MainConn", file, false, office.session.clock), kToday);
+  };
+  const auto state = [&] {
+    return State(*OpenSqlite("MainConn", file, false, office.session.clock));
+  };
   post();
   const std::string undisturbed = state();
   bool died = true;

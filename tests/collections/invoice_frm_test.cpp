@@ -163,8 +163,8 @@ TEST_F(InvoiceTest, WhatMayBeDeletedDependsOnItsKind) {
     EXPECT_EQ(screen->PType.text(), one.kind);
     EXPECT_EQ(screen->LateInt.text() + screen->DueDate.text(), "18.0031-01-2024");
     screen->SaveCmd.Click();
-    EXPECT_EQ(LastMessage(), one.saved ? "Title: Record saved"
-                                       : "Title: You are not allow to edit record")
+    EXPECT_EQ(LastMessage(),
+              one.saved ? "Title: Record saved" : "Title: You are not allow to edit record")
         << one.kind;
     screen->CmdDelete.Click();
     EXPECT_EQ(LastMessage(),

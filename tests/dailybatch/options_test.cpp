@@ -40,8 +40,8 @@ TEST(BatchOptionsTest, Dates) {
   EXPECT_EQ(BatchDate("29-02-2024", today), (DateTime{2024, 2, 29}));
   EXPECT_EQ(BatchDate("2024-02-29", today), (DateTime{2024, 2, 29}));
   EXPECT_EQ(BatchDate("today", today), (DateTime{2024, 1, 31}));
-  for (const char* text : {"30-02-2024", "31/01/2024", "01-31-2024", "1-1-24", "letters", "",
-                           "31-01-2024 10:00:00"}) {
+  for (const char* text :
+       {"30-02-2024", "31/01/2024", "01-31-2024", "1-1-24", "letters", "", "31-01-2024 10:00:00"}) {
     EXPECT_THROW(BatchDate(text, today), BatchUsageError) << text;
   }
 }

@@ -71,15 +71,15 @@ class DailyBatchProgramTest : public ::testing::Test {
     Connection& main = office.session.Main();
     main.BeginTrans();
     for (int loan = 1; loan <= 150; ++loan) {
-      main.Execute(fmt::format(
-          "INSERT INTO LoanMast (LoanID,LoanStatus,PayOutAmt,LateChargePerDay) VALUES "
-          "('L{:04}','ACTIVE',1,{})",
-          loan, 5 + loan % 20));
+      main.Execute(
+          fmt::format("INSERT INTO LoanMast (LoanID,LoanStatus,PayOutAmt,LateChargePerDay) VALUES "
+                      "('L{:04}','ACTIVE',1,{})",
+                      loan, 5 + loan % 20));
       for (int row = 1; row <= 10; ++row) {
-        main.Execute(fmt::format(
-            "INSERT INTO SchMast (SchID,LoanID,DueDate,PayableAmt,Payment) VALUES "
-            "({},'L{:04}','2023-{:02}-15',{},0)",
-            row, loan, row, 100 + 7 * loan + row));
+        main.Execute(
+            fmt::format("INSERT INTO SchMast (SchID,LoanID,DueDate,PayableAmt,Payment) VALUES "
+                        "({},'L{:04}','2023-{:02}-15',{},0)",
+                        row, loan, row, 100 + 7 * loan + row));
       }
     }
     main.Execute("INSERT INTO Systemast (Param,Value) VALUES ('DailyBatchDate','2024-01-28')");

@@ -11,7 +11,7 @@ const std::vector<Layout>& AllLayouts() {
       NewCustFrmLayout(),        UserFrmLayout(),     CompCodeFrmLayout(),
       CompProfileFrmLayout(),    SetupFrmLayout(),    FrmNicLayout(),
       NewLoanFrmLayout(),        LoanAppFrmLayout(),  SettlementfrmLayout(),
-      LoanSettlementfrmLayout(),
+      LoanSettlementfrmLayout(), PaymentFrmLayout(),
   };
   return layouts;
 }

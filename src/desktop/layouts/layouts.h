@@ -10,6 +10,7 @@ Layout LoanCalcfrmLayout();
 Layout PopupFrmLayout();
 Layout NewCustFrmLayout();
 Layout NewLoanFrmLayout();
+Layout PaymentFrmLayout();
 Layout LoanAppFrmLayout();
 Layout UserFrmLayout();
 Layout CompCodeFrmLayout();

@@ -1,0 +1,121 @@
+// What a save asks before it writes, in the order in which the clerk meets it. A delete runs the
+// same checks, but for those of figures that it does not use.
+#include <fmt/format.h>
+
+#include "collections/payment_frm.h"
+#include "compliance/aml.h"
+#include "core/password_screens.h"
+#include "core/values.h"
+
+namespace kaunter {
+namespace {
+
+template <typename Box>
+void FillBlank(Box& box, const std::string& text) {
+  if (box.empty()) box.SetText(text);
+}
+
+}  // namespace
+
+bool PaymentFrm::CheckAll() {
+  if (LoanID.empty()) return Refuse(LoanID, {"Loan ID required", "请输入贷款编号"});
+  if (!CheckDrawn() || !CheckDiscountRight() || !MayEdit()) return false;
+  if (!SameText(LoanID.text(), loaded_loan_)) {
+    return Refuse(LoanID, {"Loan ID is required", "请输入贷款编号"});
+  }
+  FillBlanks();
+  return (IsDelete() || CheckFigures()) && CheckBalance() && CheckTally() && CheckDate() &&
+         CheckNotNothing() && (IsDelete() || CheckLeftBoxes()) && CheckAmlThreshold();
+}
+
+bool PaymentFrm::CheckDrawn() {
+  if (AmountIn(PayAmt) <= Money() || !AmountIn(PayOutAmt).IsZero()) return true;
+  return Refuse({"Loan not fully drawdown cannot make payment", "贷款尚未放款，不可付款"});
+}
+
+bool PaymentFrm::CheckDiscountRight() {
+  if (AmountIn(DiscAmt) <= Money() || session().AllowDisc) return true;
+  const std::string& user = session().CurrentUserID;
+  return Refuse(DiscAmt, {fmt::format("User {} are not allow to save discount payment", user),
+                          fmt::format("用户 {} 不可储存有折扣的付款", user)});
+}
+
+bool PaymentFrm::MayEdit() {
+  if (!IsEdit() || session().AllowEdit || SignedIn) return true;
+  SignedIn = ManagerOverride(session(), desk(), CompCode.text());
+  if (SignedIn) return true;
+  const std::string& user = session().CurrentUserID;
+  return Refuse({fmt::format("User {} Level not allow to edit or delete payment record", user),
+                 fmt::format("用户 {} 不可更改或删除付款记录", user)});
+}
+
+void PaymentFrm::FillBlanks() {
+  FillBlank(Bank, "CASH");
+  FillBlank(LampiranStatus,
+            AmountIn(NewLoanBal) > Money() ? "PINJAMAN SEMASA" : "PINJAMAN SELESAI");
+  for (TextBox* box : {&PayAmt, &IntAmt, &DiscAmt, &IntChargeAmt, &CollectorAmt, &SalesmanComm,
+                       &ChargeAmt, &MPayment, &PayableAmt}) {
+    FillBlank(*box, "0");
+  }
+  FillBlank(SalesmanID, "NIL");
+  FillBlank(TopUpAmt, "0.00");
+  FillBlank(TopAmt, "0.00");
+  FillBlank(TopTerm, "0");
+}
+
+bool PaymentFrm::CheckBalance() {
+  if (IsDelete() || AmountIn(PayAmt) <= AmountIn(OldLoanBal)) return true;
+  if (IsFlexi()) return CheckFlexiLimit();
+  return Refuse(PayAmt,
+                {"Payment amount cannot more than loan balance amount", "付款额不可多过贷款结余"});
+}
+
+// Less than the payment passes: the difference reaches no row of the schedule, and that is wanted.
+bool PaymentFrm::CheckTally() {
+  if (AmountIn(InstalAmt) + AmountIn(PayExtra) <= AmountIn(PayAmt)) return true;
+  return Refuse(IsFlexi() ? InstalAmt : PayAmt, {"Instalment & Extra not tally with Payment Amount",
+                                                 "分期付款与额外本金不符付款额"});
+}
+
+bool PaymentFrm::CheckDate() {
+  if (!IsDate(PayDate.text())) return Refuse(PayDate, {"Date is required", "请输入付款日"});
+  FillBlank(CollectInfoID, "CASH");
+  return true;
+}
+
+bool PaymentFrm::CheckNotNothing() {
+  for (const TextBox* box :
+       {&IntAmt, &CollectorAmt, &PayAmt, &ChargeAmt, &TopAmt, &PayExtra, &InstalAmt}) {
+    if (!AmountIn(*box).IsZero()) return true;
+  }
+  return Refuse(TotPay.locked() ? PayAmt : TotPay, {"No payment", "没有付款"});
+}
+
+bool PaymentFrm::CheckLeftBoxes() {
+  if (!LeaveRefund() || !LeaveMultiple() || !CheckTopTerm()) return false;
+  // What the cheque brings with it changes the amounts: they are looked at once more.
+  if (ChqNo.text() != checked_cheque_ &&
+      (!LeaveCheque() || !CheckDrawn() || !CheckBalance() || !CheckTally())) {
+    return false;
+  }
+  return LeavePayDate();
+}
+
+bool PaymentFrm::CheckAmlThreshold() {
+  if (!session().settings.AMLA || IsDelete() || !AmlPage.visible() ||
+      !LoadAMLSettings(session(), CompCode.text())) {
+    return true;
+  }
+  const Money amount = AmountIn(PayAmt) + AmountIn(IntAmt) + AmountIn(CollectorAmt) +
+                       AmountIn(ChargeAmt) - AmountIn(DiscAmt);
+  const ThresholdDecision decision = JudgePayment(session().aml, amount, AMLACode.text());
+  using Act = ThresholdDecision::Act;
+  if (decision.act == Act::nothing) return true;
+  desk().Message(MessageKind::warning, kThresholdTitle, decision.text);
+  if (decision.act == Act::warn) return true;
+  AMLACode.SetMark(true);
+  FocusOn(AMLACode);
+  return false;
+}
+
+}  // namespace kaunter

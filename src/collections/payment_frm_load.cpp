@@ -1,0 +1,260 @@
+// How a loan or a stored payment comes on the payment screen.
+#include <fmt/format.h>
+
+#include "collections/payment_frm.h"
+#include "core/company_access.h"
+#include "core/values.h"
+#include "loans/step_date.h"
+
+namespace kaunter {
+namespace {
+
+constexpr const char* kSpecialRate = "18.00";  // what the special user sees of every rate
+
+Money AmountOf(const Recordset& row, std::string_view column) {
+  return Money::FromText(ShowMoney(row.Field(column)));
+}
+
+// Both keys of a loan work in the one box. Who belongs to no company searches all of them.
+std::string RealLoanID(const Session& session, const std::string& code) {
+  const std::string by_alternate_code =
+      ScalarQuery(session.Main(),
+                  fmt::format("SELECT LoanID FROM LoanMast WHERE OldLoanCode={}{}", QuoteStr(code),
+                              session.CurrentCompCode.empty()
+                                  ? ""
+                                  : " AND CompCode=" + QuoteStr(session.CurrentCompCode)));
+  return by_alternate_code.empty() ? code : by_alternate_code;
+}
+
+}  // namespace
+
+// --- a loan
+
+bool PaymentFrm::OpenLoan(const std::string& code) {
+  const std::string id = RealLoanID(session(), code);
+  const Recordset loan = ReadLoan(id);
+  if (loan.Eof()) {
+    ClearScreen();
+    return Refuse(LoanID,
+                  {fmt::format("Loan ID {} not found", id), fmt::format("找不到贷款编号 {}", id)});
+  }
+  if (!MayUseCompany(session(), NullToEmpty(loan.Field("CompCode")))) {
+    ClearScreen();
+    return Refuse(LoanID, {"Loan ID not found", "找不到贷款编号"});
+  }
+  // A date or a receipt number typed before the first loan stays.
+  if (!loaded_loan_.empty() || !loaded_payment_.empty()) ClearScreen();
+  LoanID.SetText(id);
+  LoanID.SetMark(false);
+  loaded_loan_ = id;
+  if (!MayTakePayment(loan)) return false;
+  FillFromLoan(loan);
+  StartAmounts();
+  const std::string row = FirstOpenRow(main(), id);
+  SchID.SetText(row);
+  ShowInstalment();
+  LoadPayments();
+  ApplyLocks();
+  record_.Remember();
+  if (!IsNew()) return true;
+  if (AmountIn(OldLoanBal) <= Money()) {
+    Refuse({"Loan settled, cannot make payment", "贷款已结清，不可付款"});
+    return false;
+  }
+  SaveCmd.SetEnabled(true);
+  return true;
+}
+
+Recordset PaymentFrm::ReadLoan(const std::string& id) {
+  return main().Query(fmt::format(
+      "SELECT CustID,CompCode,LoanBal,LoanTypeID,OfferDays,IntType,FirstPayment,InstallmentAmt,"
+      "LoanAmt,LoanAmt2,LateChargePerDay,LoanStatus,DragLoan,OldLoanCode,NextDueDate,InsRate,"
+      "LoanTerm,oldloancode,Memo5,PayOutAmt,TotCollectorAmt,TotInt FROM LoanMast WHERE LoanID={}",
+      QuoteStr(id)));
+}
+
+bool PaymentFrm::MayTakePayment(const Recordset& loan) {
+  const std::string status = NullToEmpty(loan.Field("LoanStatus"));
+  if (SameText(status, "ACTIVE")) return true;
+  SaveCmd.SetEnabled(false);
+  LoadPayments();
+  SSTab1.SetPage(2);
+  return Refuse({fmt::format("No payment for {} loan", status),
+                 fmt::format("状态 {} 的贷款不可付款", status)});
+}
+
+void PaymentFrm::FillFromLoan(const Recordset& loan) {
+  CustID.SetText(NullToEmpty(loan.Field("CustID")));
+  CustName.SetText(
+      ScalarQuery(main(), "SELECT CustName FROM CustMast WHERE CustID=" + QuoteStr(CustID.text())));
+  CompCode.SetText(NullToEmpty(loan.Field("CompCode")));
+  AltCode.SetText(NullToEmpty(loan.Field("OldLoanCode")));
+  OldLoanBal.SetText(ShowMoney(loan.Field("LoanBal")));
+  NewLoanBal.SetText(OldLoanBal.text());
+  DragIntType.SetText(ShowMoney(AmountOf(loan, "TotCollectorAmt") + AmountOf(loan, "TotInt")));
+  LoanType.SetText(NullToEmpty(loan.Field("LoanTypeID")));
+  OfferDays.SetText(ShowInt(loan.Field("OfferDays")));
+  LateChargePerDay.SetText(Show2dp(loan.Field("LateChargePerDay")));
+  LoanTerm.SetText(fmt::format("{} X {} {}", ShowMoney(loan.Field("FirstPayment")),
+                               NullToEmpty(loan.Field("LoanTerm")), LoanType.text()));
+  const std::string scheme = NullToEmpty(loan.Field("DragLoan"));
+  DragLoan.SetIndex(scheme.empty() || scheme == "0" ? 0 : 1);
+  if (session().Special) {
+    LoanAmt.SetText(ShowMoney(loan.Field("LoanAmt2")));
+    InsRate.SetText(kSpecialRate);
+    PayOutAmt.Clear();  // counts as nothing drawn: a special user takes no payment
+  } else {
+    LoanAmt.SetText(ShowMoney(loan.Field("LoanAmt")));
+    InsRate.SetText(Show2dp(loan.Field("InsRate")));
+    PayOutAmt.SetText(ShowMoney(loan.Field("PayOutAmt")));
+  }
+  // Those not yet taken.
+  FillItems(ChqNo, main(),
+            fmt::format("SELECT ChqNo FROM ChqMast WHERE LoanID={} AND PayID='' ORDER BY SeqNo",
+                        QuoteStr(LoanID.text())));
+  ShowAml();
+}
+
+void PaymentFrm::StartAmounts() {
+  for (TextBox* box : {&TotPay, &PayAmt, &InstalAmt, &PayExtra, &IntAmt, &ChargeAmt, &CollectorAmt,
+                       &DiscAmt, &Memo5, &SalesmanComm, &TopUpAmt, &TopAmt}) {
+    box->SetText("0.00");
+  }
+  for (TextBox* box : {&MPayment, &TopTerm}) box->SetText("0");
+  CollectInfoID.SetText("CASH");
+  Bank.SetText("CASH");
+  SalesmanID.SetText("NIL");
+  PaymentStatus.SetText("ACTIVE");
+  UserID.SetText(session().CurrentUserID);
+}
+
+void PaymentFrm::ShowInstalment() {
+  const Recordset row = main().Query(fmt::format(
+      "SELECT DueDate,PayableAmt,CapitalAmt,InterestAmt,Payment,CapitalPayment,InterestPayment,"
+      "IntDate FROM SchMast WHERE SchID={} AND LoanID={}",
+      StripCommaOrZero(SchID.text()), QuoteStr(LoanID.text())));
+  if (row.Eof()) return;
+  LastDueDate.SetText(ShowDate(row.Field("DueDate")));
+  PayableAmt.SetText(ShowMoney(row.Field("PayableAmt")));
+  ActPayable.SetText(
+      ShowMoney(AmountIn(PayAmt) + (AmountOf(row, "PayableAmt") - AmountOf(row, "Payment"))));
+  OutDragAmt.SetText(ShowMoney(row.Field("CapitalAmt")));
+  OutIntAmt.SetText(ShowMoney(row.Field("InterestAmt")));
+  DragInt.SetText(ShowMoney(AmountOf(row, "CapitalAmt") - AmountOf(row, "CapitalPayment")));
+  IntChargeAmt.SetText(ShowMoney(AmountOf(row, "InterestAmt") - AmountOf(row, "InterestPayment")));
+  IntDate.SetText(ShowDate(row.Field("IntDate")));
+  const Recordset following =
+      main().Query(fmt::format("SELECT DueDate FROM SchMast WHERE LoanID={} AND SchID={}",
+                               QuoteStr(LoanID.text()), CLng(SchID.text()) + 1));
+  const std::string next = following.Eof() ? "" : ShowDate(following.Field("DueDate"));
+  NextDueDate.SetText(next.empty() ? LastDueDate.text() : next);
+  const auto due = DateTime::FromDisplay(LastDueDate.text());
+  if (IsFlexi() && IsNew() && due && IsRepaymentCode(LoanType.text())) {
+    NextDueDate.SetText(ShowDate(StepDate(LoanType.text(), *due, false)));
+  }
+}
+
+void PaymentFrm::ShowStoredInstalment() {
+  TextBox* const stored[] = {&LastDueDate, &NextDueDate, &PayableAmt, &DragInt, &IntChargeAmt};
+  std::vector<std::string> as_stored;
+  for (TextBox* box : stored) as_stored.push_back(box->text());
+  ShowInstalment();
+  auto text = as_stored.begin();
+  for (TextBox* box : stored) box->SetText(*text++);
+}
+
+void PaymentFrm::LoadPayments() {
+  FillGrid(DG, main().Query(fmt::format(
+                   "Select PayID,SchID,PayDate,PayAmt,IntAmt,Memo5,DiscAmt,TopUpAmt,NewLoanBal,"
+                   "Memo1,ChargeAmt,ReceiptNo,CapPay,IntPay from PaymentMast where LoanID = {} "
+                   "order by PayID",
+                   QuoteStr(LoanID.text()))));
+}
+
+// --- a stored payment
+
+void PaymentFrm::LoadPayment(const std::string& id) {
+  const Recordset row = main().Query("SELECT * FROM PaymentMast WHERE PayID=" + QuoteStr(id));
+  if (row.Eof()) {
+    ClearScreen();
+    Refuse(PayID,
+           {fmt::format("Payment ID {} not found", id), fmt::format("找不到付款编号 {}", id)});
+    return;
+  }
+  if (!MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
+    ClearScreen();
+    Refuse(PayID, {"Payment ID not found", "找不到付款编号"});
+    return;
+  }
+  ClearScreen();
+  record_.Load(row);
+  loaded_payment_ = PayID.text();
+  loaded_loan_ = LoanID.text();
+  bool may_save = !IsNew();
+  if (!SameText(PaymentStatus.text(), "ACTIVE")) {
+    may_save = Refuse({fmt::format("No Edit for {} record", PaymentStatus.text()),
+                       fmt::format("状态 {} 的记录不可更改", PaymentStatus.text())});
+  }
+  if (NullToEmpty(row.Field("Settlement")) == "1") {
+    Tell(MessageKind::information, {"Settlement Payment cannot be edit", "结清付款不可更改"});
+    may_save = false;
+  }
+  TotPay.SetText((AmountIn(PayAmt) + AmountIn(IntAmt)).ToText());
+  split_total_ = TotPay.text();
+  MPayment.SetText("0");
+  if (!ShowLoanOfPayment()) may_save = false;
+  if (LampiranStatus.empty()) LampiranStatus.SetText("PINJAMAN SEMASA");
+  if (IsEdit()) {
+    OldLoanBal.SetText(ShowMoney(row.Field("OldLoanBal")));
+    NewLoanBal.SetText(ShowMoney(row.Field("NewLoanBal")));
+  }
+  if (IsDelete()) NewLoanBal.SetText(ShowMoney(AmountIn(OldLoanBal) - AmountIn(PayAmt)));
+  checked_date_ = PayDate.text();
+  checked_cheque_ = ChqNo.text();
+  snapshot_ = Collected();
+  SaveCmd.SetEnabled(may_save);
+  ApplyLocks();
+  ShowAml();
+  record_.Remember();
+}
+
+bool PaymentFrm::ShowLoanOfPayment() {
+  const Recordset loan = ReadLoan(LoanID.text());
+  if (loan.Eof()) {
+    return Refuse({fmt::format("Loan ID {} not found", LoanID.text()),
+                   fmt::format("找不到贷款编号 {}", LoanID.text())});
+  }
+  if (!MayUseCompany(session(), NullToEmpty(loan.Field("CompCode")))) {
+    return Refuse({"Loan ID not found", "找不到贷款编号"});
+  }
+  if (!MayTakePayment(loan)) return false;
+  FillFromLoan(loan);
+  // What the row asked for at entry stays; the rest is as it is today.
+  ShowStoredInstalment();
+  LoadPayments();
+  return true;
+}
+
+// --- a settlement quotation
+
+void PaymentFrm::ApplyQuote(const SettlementQuote& quote) {
+  PayDate.SetText(quote.SettledDate);
+  IntAmt.SetText(quote.OPayment);
+  ChargeAmt.SetText(quote.ChargeAmt);
+  if (quote.DragLoan == "1") {
+    PayAmt.SetText(quote.PayAmt);
+    InstalAmt.SetText(quote.NPayment);
+    PayExtra.SetText(quote.EPayment);
+    DiscAmt.SetText("0");
+    ShowTotal();
+  } else {
+    PayAmt.SetText(quote.NPayment);
+    InstalAmt.SetText(quote.NPayment);
+    PayExtra.SetText("0");
+    DiscAmt.SetText(quote.EPayment);
+    SpreadPayAmt();
+  }
+  FindLateCharges();
+}
+
+}  // namespace kaunter

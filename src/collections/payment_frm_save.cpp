@@ -1,0 +1,231 @@
+// The save of a payment and what follows its commit: obsolete late charges, the rebuild, the
+// accounting link. And the delete, which the same button serves.
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+#include "collections/payment_frm.h"
+#include "core/log.h"
+#include "core/values.h"
+#include "links/accounting_link.h"
+#include "loans/rebuild_and_tell.h"
+#include "platform/sql/transaction.h"
+#include "screen/hourglass.h"
+
+namespace kaunter {
+namespace {
+
+std::optional<Money> OptionalAmount(const TextBox& box) {
+  if (box.empty()) return std::nullopt;
+  return AmountIn(box);
+}
+
+// "1105 - the disk is full"
+std::string Numbered(const std::exception& failure) {
+  const auto* error = dynamic_cast<const SqlError*>(&failure);
+  return fmt::format("{} - {}", error ? error->number() : 0, failure.what());
+}
+
+}  // namespace
+
+Payment PaymentFrm::Collected() const {
+  Payment p;
+  p.PayID = loaded_payment_;
+  p.LoanID = LoanID.text();
+  p.CustID = CustID.text();
+  p.CompCode = CompCode.text();
+  p.SchID = SchID.text();
+  p.PayDate = PayDate.text();
+  p.CollectInfoID = CollectInfoID.text();
+  p.TopUpAmt = AmountIn(TopUpAmt);
+  p.PayAmt = AmountIn(PayAmt);
+  p.InstalAmt = AmountIn(InstalAmt);
+  p.PayExtra = AmountIn(PayExtra);
+  p.IntAmt = AmountIn(IntAmt);
+  p.ChargeAmt = AmountIn(ChargeAmt);
+  p.DiscAmt = AmountIn(DiscAmt);
+  p.CollectorAmt = AmountIn(CollectorAmt);
+  p.Bank = Bank.text();
+  p.ChqNo = ChqNo.text();
+  p.SalesmanID = SalesmanID.text();
+  p.SalesmanComm = AmountIn(SalesmanComm);
+  p.LastDueDate = LastDueDate.text();
+  p.NextDueDate = NextDueDate.text();
+  p.PaymentStatus = PaymentStatus.text();
+  p.PayableAmt = AmountIn(PayableAmt);
+  p.IntChargeAmt = AmountIn(IntChargeAmt);
+  p.DragInt = AmountIn(DragInt);
+  p.Memo1 = Memo1.text();
+  p.Memo2 = Memo2.text();
+  p.Memo3 = Memo3.text();
+  p.Memo5 = AmountIn(Memo5);
+  p.OldLoanBal = AmountIn(OldLoanBal);
+  p.NewLoanBal = AmountIn(NewLoanBal);
+  p.WithdrawDate = WithdrawDate.text();
+  p.BankOpenBal = OptionalAmount(BankOpenBal);
+  p.WithdrawAmt = OptionalAmount(WithdrawAmt);
+  p.RepaymentAmt = OptionalAmount(RepaymentAmt);
+  p.BankinReturn = OptionalAmount(BankinReturn);
+  p.BankCloseBal = OptionalAmount(BankCloseBal);
+  p.TopTerm = TopTerm.empty() ? 0 : CLng(TopTerm.text());
+  p.TopAmt = AmountIn(TopAmt);
+  p.ReceiptNo = Trim(ReceiptNo.text());
+  p.LampiranStatus = LampiranStatus.text();
+  p.AMLACode = AMLACode.text();
+  p.AMLADesc = AMLADesc.text();
+  p.AMLAID = AMLAID.text();
+  return p;
+}
+
+void PaymentFrm::Save() {
+  if (!CheckAll()) return;
+  desk().Beep();
+  if (IsDelete()) {
+    RemovePayment();
+  } else {
+    SavePayment();
+  }
+}
+
+void PaymentFrm::SavePayment() {
+  const bool is_new = IsNew();
+  if (!Confirm(is_new ? Caption{"Confirm to save ?", "确定储存？"}
+                      : Caption{fmt::format("confirm to Save Loan ID {} ?", loaded_payment_),
+                                fmt::format("确定储存付款 {} ？", loaded_payment_)})) {
+    return;
+  }
+  Payment payment = Collected();
+  if (!WritePayment(payment)) return;
+  // Whatever fails from here on, a second press must not store it again.
+  SaveCmd.SetEnabled(false);
+  session().PaymentsChanged = true;
+  loaded_payment_ = payment.PayID;
+  PayID.SetText(payment.PayID);
+  ReceiptNo.SetText(payment.ReceiptNo);
+  // A changed date waives nothing.
+  if (is_new) WaiveLateCharges();
+  RebuildAndTell(session(), desk(), payment.LoanID, payment.CustID);
+  if (LinkIsOn(session())) TellLinkedAccounts(payment);
+  const std::string& id = payment.PayID;
+  Tell(MessageKind::information,
+       is_new ? Caption{fmt::format("Payment ID {} Saved", id), fmt::format("付款 {} 已储存", id)}
+              : Caption{fmt::format("Loan ID {} Saved", id), fmt::format("付款 {} 已储存", id)});
+  LogDone(id, "Saved");
+  LoadPayment(id);  // clears first
+  SaveCmd.SetEnabled(false);
+  SSTab1.SetPage(0);
+}
+
+bool PaymentFrm::WritePayment(Payment& payment) {
+  try {
+    const Hourglass busy(desk());
+    Transaction transaction(main());
+    if (IsNew()) {
+      RefuseStaleBalance(payment);
+      CreatePayment(session(), payment);
+    } else {
+      UpdatePayment(session(), payment,
+                    {Value(snapshot_.PayAmt), Value(snapshot_.CollectorAmt),
+                     Value(snapshot_.IntAmt), Value(snapshot_.DiscAmt), Value(snapshot_.PayDate)});
+    }
+    transaction.Commit();
+    return true;
+  } catch (const ReceiptConflict& conflict) {
+    const std::string number = conflict.what();
+    Guard([&] {
+      WriteLog(session(),
+               LogLine(session(), fmt::format("{} - error Rollback - Same Receipt No - {}",
+                                              PaymentMode, number)));
+    });
+    return Refuse(ReceiptNo, {fmt::format("Same Receipt No detected - {}", number),
+                              fmt::format("收据号码 {} 已用过", number)});
+  } catch (const std::exception& failure) {
+    LogRollback(session(), PaymentMode, failure);
+    return Refuse({fmt::format("An error occurs during saving payment\n{}", Numbered(failure)),
+                   fmt::format("储存付款时发生错误\n{}", Numbered(failure))});
+  }
+}
+
+// Another desktop may have taken a payment of the same loan while this one was typed.
+void PaymentFrm::RefuseStaleBalance(const Payment& payment) {
+  if (IsFlexi()) return;  // its limit was read with the checks
+  const Money balance = Money::FromText(ShowMoney(ScalarQuery(
+      main(), "SELECT LoanBal FROM LoanMast WHERE LoanID=" + QuoteStr(payment.LoanID))));
+  if (payment.PayAmt <= balance) return;
+  throw std::runtime_error(session().In(
+      {"Payment amount cannot more than loan balance amount", "付款额不可多过贷款结余"}));
+}
+
+void PaymentFrm::WaiveLateCharges() {
+  if (PendingChargeUpdate.empty()) return;
+  try {
+    main().Execute(PendingChargeUpdate);
+  } catch (const std::exception& failure) {
+    // The payment stands, and its loan must still be rebuilt.
+    LogRollback(session(), PaymentMode, failure);
+    Refuse({fmt::format("an error occur during waive late charges\n{}", Numbered(failure)),
+            fmt::format("豁免逾期收费时发生错误\n{}", Numbered(failure))});
+  }
+}
+
+void PaymentFrm::TellLinkedAccounts(const Payment& payment) {
+  const std::string& customer = CustName.text();
+  const Money received = payment.PayAmt + payment.IntAmt + payment.CollectorAmt + payment.ChargeAmt;
+  if (!LinkARPayment(session(), desk(),
+                     {payment.PayID, payment.PayDate, payment.CustID,
+                      fmt::format("Installment Payment From {}", customer), payment.Bank,
+                      payment.ChqNo, received})) {
+    desk().Message(
+        MessageKind::warning, "Alert !!",
+        session().In({fmt::format("Payment ID {} from {} not linked", payment.PayID, customer),
+                      fmt::format("{1} 的付款 {0} 没有传到会计系统", payment.PayID, customer)}));
+    return;
+  }
+  // A changed payment sends its discount whatever it is, so that one taken away is taken away
+  // there.
+  if (IsNew() && payment.DiscAmt <= Money()) return;
+  LinkARCN(session(), desk(),
+           {payment.PayID, payment.PayDate, payment.CustID, "Discount on Interest",
+            LinkAccount(main(), "PD"), "", payment.DiscAmt});
+}
+
+// --- the delete
+
+void PaymentFrm::RemovePayment() {
+  const std::string id = loaded_payment_;
+  if (!Confirm({fmt::format("Confirm to delete Loan ID {} ?", id),
+                fmt::format("确定删除付款 {} ？", id)})) {
+    return;
+  }
+  const Payment stored = snapshot_;
+  bool deleted = false;
+  try {
+    const Hourglass busy(desk());
+    main().BeginTrans();
+    DeletePayment(session(), stored);
+    main().CommitTrans();
+    deleted = true;
+  } catch (const std::exception& failure) {
+    // No rollback of its own: the rebuild's transaction ends what is still open, and logs it.
+    Refuse({fmt::format("an error occurs during deleting payment\n{}", failure.what()),
+            fmt::format("删除付款时发生错误\n{}", failure.what())});
+  }
+  if (deleted) {
+    SaveCmd.SetEnabled(false);
+    session().PaymentsChanged = true;
+  }
+  RebuildAndTell(session(), desk(), stored.LoanID, stored.CustID);
+  if (main().InTransaction()) main().RollbackTrans();
+  if (!deleted) return;
+  Tell(MessageKind::information,
+       {fmt::format("Loan ID {} Deleted", id), fmt::format("付款 {} 已删除", id)});
+  LogDone(id, "Deleted");
+  StartAgain();
+}
+
+void PaymentFrm::LogDone(const std::string& id, const char* what) {
+  WriteLog(session(),
+           LogLine(session(), fmt::format("{} - Collection ID {} {}", PaymentMode, id, what)));
+}
+
+}  // namespace kaunter

@@ -1,0 +1,53 @@
+#include "desktop/layouts/layouts.h"
+
+namespace kaunter {
+namespace {
+
+LayoutNode MoneyPage() {
+  const LayoutNode money = Group({"Money", "款项"}, 1,
+                                 {"PayAmt", "InstalAmt", "PayExtra", "IntAmt", "ChargeAmt",
+                                  "CollectorAmt", Beside({"Memo5", "DiscAmt"}), "MPayment"});
+  const LayoutNode how =
+      Group({"How Paid", "付款方式"}, 1,
+            {"CollectInfoID", "Bank", "ChqNo", "ReceiptNo", "LampiranStatus",
+             Line({"SalesmanID", "SalesmanComm"}), Line({"TopAmt", "TopTerm"}), "TopUpAmt"});
+  const LayoutNode instalment =
+      Group({"Instalment", "分期"}, 1,
+            {Line({"SchID", "IntDate"}), Line({"LastDueDate", "NextDueDate"}), "PayableAmt",
+             Beside({"OutIntAmt", "IntChargeAmt"}), Beside({"OutDragAmt", "DragInt"})});
+  const LayoutNode loan =
+      Group({"Loan", "贷款"}, 1,
+            {Line({"DragLoan", "LoanType"}), "LoanTerm", Line({"LoanAmt", "PayOutAmt"}),
+             Line({"InsRate", "LateChargePerDay", "OfferDays"})});
+  return Down({Across({money, how, Down({instalment, loan})}, {4, 5, 6}),
+               Fields(1, {Wide(Line({"Memo1", "Memo2", "Memo3"}))})});
+}
+
+}  // namespace
+
+// Which loan, which day, how much: what the clerk types first stands above all pages, and beside it
+// what the customer asks: how much is owed and what will be left.
+Layout PaymentFrmLayout() {
+  return {"PaymentFrm",
+          {1342, 720},
+          Down({Across({Title("ModeLBL"),
+                        Inside("Identity", Fields(1, {Wide(Line({"LoanID", "PayDate", "TotPay",
+                                                                 "PayID", "PaymentStatus"})),
+                                                      Wide(Line({"CustName", "CustID", "AltCode",
+                                                                 "CompCode", "UserID"}))}))},
+                       {0, 1}),
+                Inside("Glance",
+                       Across({Figures({"OldLoanBal", "DragIntType", "ActPayable", "NewLoanBal"}),
+                               ButtonsHere({"ListCmd"})},
+                              {5, 1})),
+                Tabs("SSTab1",
+                     {Page("PaymentPage", MoneyPage()),
+                      Page("BankPage", Fields(1, {"WithdrawDate", "BankOpenBal", "WithdrawAmt",
+                                                  "RepaymentAmt", "BankinReturn", "BankCloseBal"})),
+                      Page("ListPage", Fill("DG")),
+                      Page("AmlPage", Down({Fields(1, {"AMLACode", "AMLAID", "AMLADesc"}),
+                                            ButtonsHere({"SSCommand5", "SSCommand6"})}))})}),
+          {"CmdPrev", "CmdNext", "CmdClear", "CmdPrint", "SaveCmd", "CancelCmd"}};
+}
+
+}  // namespace kaunter
