@@ -1,6 +1,10 @@
 #include "app/catalogue.h"
 
+#include "collections/batch_link_frm.h"
+#include "collections/batch_list_frm.h"
 #include "collections/invoice_frm.h"
+#include "collections/late_int_frm.h"
+#include "collections/loan_late_charge_frm.h"
 #include "collections/loan_settlement_frm.h"
 #include "collections/payment_frm.h"
 #include "collections/settlement_frm.h"
@@ -45,7 +49,10 @@ constexpr Entry kScreens[] = {
     {"LoanExtendfrm", Make<LoanExtendfrm>},
     {"UpdateSch", Make<UpdateSch>},
     {"AMLADescFrm", Make<AMLADescFrm>},
+    {"BatchLinkfrm", Make<BatchLinkfrm>},
+    {"BatchListfrm", Make<BatchListfrm>},
     {"Invoicefrm", Make<Invoicefrm>},
+    {"LateIntfrm", Make<LateIntfrm>},
     {"LinkAccSetupfrm", Make<LinkAccSetupfrm>},
     {"LinkDBfrm", Make<LinkDBfrm>},
     {"ChangePasswordfrm", Make<ChangePasswordfrm>},
@@ -55,6 +62,7 @@ constexpr Entry kScreens[] = {
     {"LoanCalcfrm", Make<LoanCalcfrm>},
     {"PopupFrm", Make<PopupFrm>},
     {"SetupFrm", Make<SetupFrm>},
+    {"LoanLateChargefrm", Make<LoanLateChargefrm>},
     {"NewCustFrm", Make<NewCustFrm>},
     {"NewLoanFrm", Make<NewLoanFrm>},
     {"UserFrm", Make<UserFrm>},

@@ -40,6 +40,10 @@ void NewLoanFrm::BindGridEvents() {
     if (key == "Enter") OpenPayment(row);
     if (key == "Delete") DeletePayment(row);
   };
+  ChargesDG2.onOpen = [this](int row, int) {
+    if (!desk().CanShow("LoanLateChargefrm")) return;
+    OpenFor(session(), desk(), "LoanLateChargefrm", ChargesDG2.Cell(row, 0), loaded_id_);
+  };
   DrawDownDG.onOpen = [this](int row, int) { OpenDrawdown(DrawDownDG.Cell(row, 0)); };
   CmdDrawDown.onClick = [this] { OpenDrawdown({}); };
   CmdSettle.onClick = [this] { OpenSettlement(); };
