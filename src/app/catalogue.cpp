@@ -2,11 +2,13 @@
 
 #include "collections/batch_link_frm.h"
 #include "collections/batch_list_frm.h"
+#include "collections/holiday_frm.h"
 #include "collections/invoice_frm.h"
 #include "collections/late_int_frm.h"
 #include "collections/loan_late_charge_frm.h"
 #include "collections/loan_settlement_frm.h"
 #include "collections/payment_frm.h"
+#include "collections/receipt_screens.h"
 #include "collections/settlement_frm.h"
 #include "compliance/aml_desc_frm.h"
 #include "core/company_screens.h"
@@ -41,33 +43,39 @@ struct Entry {
   std::unique_ptr<Screen> (*make)(Session&, Desk&);
 };
 
+// One a line, in alphabetical order.
+// clang-format off
 constexpr Entry kScreens[] = {
-    {"LoanSettlementfrm", Make<LoanSettlementfrm>},
-    {"Settlementfrm", Make<Settlementfrm>},
-    {"PaymentFrm", Make<PaymentFrm>},
-    {"Drawdown", Make<Drawdown>},
-    {"LoanExtendfrm", Make<LoanExtendfrm>},
-    {"UpdateSch", Make<UpdateSch>},
     {"AMLADescFrm", Make<AMLADescFrm>},
     {"BatchLinkfrm", Make<BatchLinkfrm>},
     {"BatchListfrm", Make<BatchListfrm>},
+    {"ChangePasswordfrm", Make<ChangePasswordfrm>},
+    {"CompCodeFrm", Make<CompCodeFrm>},
+    {"CompProfileFrm", Make<CompProfileFrm>},
+    {"Drawdown", Make<Drawdown>},
+    {"frmNIC", Make<frmNIC>},
+    {"HolidayFrm", Make<HolidayFrm>},
     {"Invoicefrm", Make<Invoicefrm>},
     {"LateIntfrm", Make<LateIntfrm>},
     {"LinkAccSetupfrm", Make<LinkAccSetupfrm>},
     {"LinkDBfrm", Make<LinkDBfrm>},
-    {"ChangePasswordfrm", Make<ChangePasswordfrm>},
-    {"CompCodeFrm", Make<CompCodeFrm>},
-    {"CompProfileFrm", Make<CompProfileFrm>},
     {"LoanAppFrm", Make<LoanAppFrm>},
     {"LoanCalcfrm", Make<LoanCalcfrm>},
-    {"PopupFrm", Make<PopupFrm>},
-    {"SetupFrm", Make<SetupFrm>},
+    {"LoanExtendfrm", Make<LoanExtendfrm>},
     {"LoanLateChargefrm", Make<LoanLateChargefrm>},
+    {"LoanSettlementfrm", Make<LoanSettlementfrm>},
     {"NewCustFrm", Make<NewCustFrm>},
     {"NewLoanFrm", Make<NewLoanFrm>},
+    {"PaymentFrm", Make<PaymentFrm>},
+    {"PopupFrm", Make<PopupFrm>},
+    {"RecalcReceiptNo", Make<RecalcReceiptNo>},
+    {"ReceiptNoFrm", Make<ReceiptNoFrm>},
+    {"Settlementfrm", Make<Settlementfrm>},
+    {"SetupFrm", Make<SetupFrm>},
+    {"UpdateSch", Make<UpdateSch>},
     {"UserFrm", Make<UserFrm>},
-    {"frmNIC", Make<frmNIC>},
 };
+// clang-format on
 
 const Entry* FindEntry(std::string_view name) {
   for (const Entry& entry : kScreens) {
