@@ -12,23 +12,24 @@
 namespace kaunter {
 namespace {
 
-std::vector<std::string> Words(std::string_view line, bool& closed) {
-  std::vector<std::string> words;
+std::vector<ReportWord> Words(std::string_view line, bool& closed) {
+  std::vector<ReportWord> words;
   closed = true;
   for (std::size_t i = 0; i < line.size();) {
     if (line[i] == ' ' || line[i] == '\t') {
       ++i;
       continue;
     }
-    std::string word;
+    ReportWord word;
     if (line[i] == '"') {
       const auto end = line.find('"', i + 1);
       if (end == std::string_view::npos) closed = false;
-      word = line.substr(i + 1, end == std::string_view::npos ? end : end - i - 1);
+      word = {std::string(line.substr(i + 1, end == std::string_view::npos ? end : end - i - 1)),
+              true};
       i = end == std::string_view::npos ? line.size() : end + 1;
     } else {
       const auto end = line.find_first_of(" \t", i);
-      word = line.substr(i, end == std::string_view::npos ? end : end - i);
+      word.text = line.substr(i, end == std::string_view::npos ? end : end - i);
       i = end == std::string_view::npos ? line.size() : end;
     }
     words.push_back(std::move(word));
@@ -61,7 +62,8 @@ class FileParser {
       if (!text.empty() && text[0] != '#') Line(text);
     }
     if (file_.query.empty()) Refuse("the report has no query");
-    if (file_.columns.empty()) Refuse("the report has no column");
+    FinishLetter();
+    if (file_.columns.empty() && !file_.IsLetter()) Refuse("the report has no column");
     if (file_.query.find("{selection}") == std::string::npos) {
       Refuse("the query has no {selection} where the condition goes");
     }
@@ -80,19 +82,45 @@ class FileParser {
     return true;
   }
 
+  void FinishLetter() {
+    if (!letter_.seen()) {
+      if (letter_.first_item_line() == 0) return;
+      line_number_ = letter_.first_item_line();
+      Refuse("this line belongs to a letter; a line \"letter\" and a column must say of what");
+    }
+    if (list_line_ > 0) {
+      line_number_ = list_line_;
+      Refuse("\"field\", \"group\" and \"note\" belong to a list, and this is a letter");
+    }
+    try {
+      file_.letter = letter_.Finish(!file_.columns.empty());
+    } catch (const std::invalid_argument& fault) {
+      Refuse(fault.what());
+    }
+  }
+
+  bool LetterLine() {
+    try {
+      return letter_.Take(words_, line_number_);
+    } catch (const std::invalid_argument& fault) {
+      Refuse(fault.what());
+    }
+  }
+
   void Line(const std::string& text) {
     bool closed = true;
     words_ = Words(text, closed);
     if (!closed) Refuse("a text is not closed with \"");
-    const std::string& key = words_[0];
+    const std::string& key = words_[0].text;
+    if (key == "field" || key == "group" || key == "note") list_line_ = line_number_;
     if (key == "paper") {
       Paper();
     } else if (key == "title") {
       Need(1);
-      file_.title = words_[1];
+      file_.title = Word(1);
     } else if (key == "field") {
       Need(2);
-      file_.fields.push_back({words_[1], words_[2]});
+      file_.fields.push_back({Word(1), Word(2)});
     } else if (key == "query") {
       Query();
     } else if (key == "order") {
@@ -104,37 +132,39 @@ class FileParser {
       Group();
     } else if (key == "total") {
       Need(1);
-      file_.total_label = words_[1];
+      file_.total_label = Word(1);
     } else if (key == "note") {
       Need(1);
-      file_.note = words_[1];
-    } else {
+      file_.note = Word(1);
+    } else if (!LetterLine()) {
       Refuse(fmt::format(
           "\"{}\" is not known; a line begins with paper, title, field, query, order, column, "
-          "group, total or note",
-          key));
+          "group, total or note, in a letter with {}",
+          key, LetterWords()));
     }
   }
 
+  const std::string& Word(std::size_t at) const { return words_[at].text; }
+
   void Need(std::size_t count) const {
     if (words_.size() <= count)
-      Refuse(fmt::format("\"{}\" needs {} words behind it", words_[0], count));
+      Refuse(fmt::format("\"{}\" needs {} words behind it", Word(0), count));
   }
 
   void Paper() {
     Need(2);
-    if (words_[1] == "A4") {
+    if (Word(1) == "A4") {
       file_.width_mm = 210;
       file_.height_mm = 297;
-    } else if (words_[1] == "A5") {
+    } else if (Word(1) == "A5") {
       file_.width_mm = 148;
       file_.height_mm = 210;
     } else {
       Refuse("paper is A4 or A5");
     }
-    if (words_[2] == "landscape") {
+    if (Word(2) == "landscape") {
       std::swap(file_.width_mm, file_.height_mm);
-    } else if (words_[2] != "portrait") {
+    } else if (Word(2) != "portrait") {
       Refuse("paper is portrait or landscape");
     }
   }
@@ -150,39 +180,41 @@ class FileParser {
 
   void Column() {
     Need(4);
-    const auto kind = KindOf(words_[3]);
+    const auto kind = KindOf(Word(3));
     if (!kind)
       Refuse(
-          fmt::format("\"{}\" is no kind of column (text, integer, money, rate, date)", words_[3]));
-    if (!IsNumeric(words_[4]) || CDbl(words_[4]) <= 0)
+          fmt::format("\"{}\" is no kind of column (text, integer, money, rate, date)", Word(3)));
+    if (!IsNumeric(Word(4)) || CDbl(Word(4)) <= 0)
       Refuse("the width of a column is a number above 0");
     file_.columns.push_back(
-        {words_[1], words_[2], *kind, CDbl(words_[4]), words_.size() > 5 && words_[5] == "sum"});
+        {Word(1), Word(2), *kind, CDbl(Word(4)), words_.size() > 5 && Word(5) == "sum"});
   }
 
   void Group() {
     Need(3);
     ReportGroup group;
-    group.field = words_[1];
+    group.field = Word(1);
     std::size_t label = 2;
-    if (words_[2] == "by") {
+    if (Word(2) == "by") {
       Need(4);
-      if (words_[3] == "year") {
+      if (Word(3) == "year") {
         group.by = ReportGroup::By::year;
-      } else if (words_[3] == "month") {
+      } else if (Word(3) == "month") {
         group.by = ReportGroup::By::month;
       } else {
         Refuse("a group goes by year or by month");
       }
       label = 4;
     }
-    group.label = words_[label];
+    group.label = Word(label);
     file_.groups.push_back(group);
   }
 
   std::istringstream lines_;
   int line_number_ = 0;
-  std::vector<std::string> words_;
+  std::vector<ReportWord> words_;
+  LetterParser letter_;
+  int list_line_ = 0;  // a line that only a list has
   ReportFile file_;
 };
 

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "reports/letter_file.h"
+
 namespace kaunter {
 
 enum class CellKind { text, integer, money, rate, date };
@@ -44,6 +46,9 @@ struct ReportFile {
       groups;               // outermost first; subtotals show when a group has more than one value
   std::string total_label;  // "" for no grand total
   std::string note;         // a closing sentence under the table
+  LetterFile letter;        // its key is empty in a list
+
+  bool IsLetter() const { return !letter.key.empty(); }
 
   // Throws std::runtime_error naming file, line and what is wrong.
   static ReportFile Parse(std::string_view text, const std::string& path);

@@ -2,37 +2,28 @@
 
 #include <fmt/format.h>
 
-#include <functional>
-#include <stdexcept>
-
 #include "core/values.h"
+#include "reports/letter_layout.h"
+#include "reports/report_table.h"
 
 namespace kaunter {
 namespace {
 
 constexpr double kMargin = 15;
-constexpr double kRowHeight = 5.4;
-constexpr double kHeadHeight = 7;
+constexpr double kRowHeight = ReportTable::kRowHeight;
 constexpr double kFootHeight = 8;
-constexpr double kCellPad = 1.2;
-
-Money ToMoney(const Value& value) {
-  if (const Money* money = value.AsMoney()) return *money;
-  if (const std::int64_t* integer = value.AsInteger()) return Money::FromInteger(*integer);
-  if (const double* number = value.AsDouble()) return Money::FromDouble(*number);
-  return {};
-}
-
-bool IsNumber(CellKind kind) { return kind != CellKind::text && kind != CellKind::date; }
 
 class Layout {
  public:
   Layout(const ReportFile& file, const ReportHeading& heading, const Recordset& rows)
-      : file_(file), heading_(heading), rows_(rows) {
+      : file_(file),
+        heading_(heading),
+        rows_(rows),
+        texts_(file.path, heading, rows),
+        table_(file, texts_, rows, kMargin, file.width_mm - 2 * kMargin) {
     document_.title = Fill(file.title);
     document_.width_mm = file.width_mm;
     document_.height_mm = file.height_mm;
-    FindColumns();
     FindGroups();
   }
 
@@ -40,7 +31,7 @@ class Layout {
     NewPage();
     Heading();
     TableHead();
-    sums_.assign(groups_.size() + 1, std::vector<Money>(file_.columns.size()));
+    sums_.assign(groups_.size() + 1, table_.NoSums());
     for (std::size_t row = 0; row < rows_.RowCount(); ++row) {
       CloseGroups(row);
       TableRow(row);
@@ -54,41 +45,15 @@ class Layout {
   }
 
  private:
-  struct Place {
-    std::size_t field = 0;
-    double x = 0;
-    double width = 0;
-  };
   struct GroupPlace {
     const ReportGroup* group;
     std::size_t field;
     bool several = false;  // one value alone needs no subtotal: the total says it
   };
 
-  std::size_t FieldOf(const std::string& name) const {
-    const auto& columns = rows_.columns();
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      if (SameText(columns[i].name, name)) return i;
-    }
-    throw std::runtime_error(
-        fmt::format("Report file {}: the query gives no column \"{}\".", file_.path, name));
-  }
-
-  void FindColumns() {
-    double weights = 0;
-    for (const ReportColumn& column : file_.columns) weights += column.weight;
-    const double width = file_.width_mm - 2 * kMargin;
-    double x = kMargin;
-    for (const ReportColumn& column : file_.columns) {
-      const double share = width * column.weight / weights;
-      places_.push_back({FieldOf(column.field), x, share});
-      x += share;
-    }
-  }
-
   void FindGroups() {
     for (const ReportGroup& group : file_.groups) {
-      GroupPlace place{&group, FieldOf(group.field)};
+      GroupPlace place{&group, texts_.ColumnOf(group.field)};
       for (std::size_t row = 1; row < rows_.RowCount(); ++row) {
         place.several = place.several || GroupValue(place, row) != GroupValue(place, 0);
       }
@@ -107,33 +72,8 @@ class Layout {
     return date != nullptr ? ShowCell(value, CellKind::date) : NullToEmpty(value);
   }
 
-  // {?Name} is a parameter; {count} the number of rows; {Field} a field of the first row.
   std::string Fill(const std::string& text) const {
-    std::string filled;
-    for (std::size_t i = 0; i < text.size();) {
-      const auto open = text.find('{', i);
-      const auto close = open == std::string::npos ? open : text.find('}', open);
-      if (close == std::string::npos) return filled + text.substr(i);
-      filled += text.substr(i, open - i) + Place_(text.substr(open + 1, close - open - 1));
-      i = close + 1;
-    }
-    return filled;
-  }
-
-  std::string Place_(const std::string& name) const {
-    if (!name.empty() && name[0] == '?') {
-      const auto found = heading_.parameters.find(Lower(name.substr(1)));
-      return found == heading_.parameters.end() ? std::string() : found->second;
-    }
-    if (name == "count") return std::to_string(rows_.RowCount());
-    if (name == "group") return "{group}";
-    if (rows_.RowCount() == 0) return {};
-    const Value& value = rows_.rows()[0][FieldOf(name)];
-    if (value.AsDate() != nullptr) return ShowDate(value);
-    // A rate keeps the decimals past the second, an amount has none.
-    const Money* amount = value.AsMoney();
-    const bool whole_sen = amount != nullptr && Round2(*amount) == *amount;
-    return whole_sen ? ShowMoney(value) : NullToEmpty(value);
+    return texts_.Fill(text, {0, rows_.RowCount()});
   }
 
   ReportPage& page() { return document_.pages.back(); }
@@ -173,13 +113,8 @@ class Layout {
   }
 
   void TableHead() {
-    page().areas.push_back({kMargin, y_, file_.width_mm - 2 * kMargin, kHeadHeight, Tone::accent});
-    for (std::size_t i = 0; i < places_.size(); ++i) {
-      const TextAlign align = IsNumber(file_.columns[i].kind) ? TextAlign::right : TextAlign::left;
-      page().texts.push_back({places_[i].x + kCellPad, y_, places_[i].width - 2 * kCellPad,
-                              kHeadHeight, file_.columns[i].heading, 9, true, align, Tone::shade});
-    }
-    y_ += kHeadHeight;
+    table_.Head(page(), y_);
+    y_ += ReportTable::kHeadHeight;
   }
 
   void Room(double height) {
@@ -190,25 +125,10 @@ class Layout {
 
   void TableRow(std::size_t row) {
     Room(kRowHeight);
-    if (striped_) {
-      page().areas.push_back({kMargin, y_, file_.width_mm - 2 * kMargin, kRowHeight, Tone::shade});
-    }
+    table_.Row(page(), y_, row, striped_);
     striped_ = !striped_;
-    for (std::size_t i = 0; i < places_.size(); ++i) {
-      const ReportColumn& column = file_.columns[i];
-      const Value& value = rows_.rows()[row][places_[i].field];
-      Cell(i, ShowCell(value, column.kind), false);
-      if (!column.sum) continue;
-      for (auto& level : sums_) level[i] += ToMoney(value);
-    }
+    for (auto& level : sums_) table_.AddTo(level, row);
     y_ += kRowHeight;
-  }
-
-  void Cell(std::size_t column, std::string text, bool bold) {
-    const TextAlign align =
-        IsNumber(file_.columns[column].kind) ? TextAlign::right : TextAlign::left;
-    Text(places_[column].x + kCellPad, places_[column].width - 2 * kCellPad, std::move(text), 9,
-         bold, align);
   }
 
   // Prints the subtotals of the groups that end before this row, innermost first.
@@ -229,26 +149,14 @@ class Layout {
         if (place != std::string::npos) label.replace(place, 7, GroupValue(groups_[g], row - 1));
         TotalRow(label, sums_[g + 1], false);
       }
-      sums_[g + 1].assign(file_.columns.size(), Money());
+      sums_[g + 1] = table_.NoSums();
     }
   }
 
-  void TotalRow(const std::string& label, const std::vector<Money>& sums, bool grand) {
+  void TotalRow(const std::string& label, const ReportTable::Sums& sums, bool grand) {
     Room(kRowHeight + 2);
-    const double right = file_.width_mm - kMargin;
-    page().lines.push_back({kMargin, y_ + 0.4, right, y_ + 0.4, grand ? 0.5 : 0.25,
-                            grand ? Tone::accent : Tone::rule});
-    y_ += 0.8;
-    // The label takes all columns before the first sum.
-    double label_width = right - kMargin;
-    for (std::size_t i = file_.columns.size(); i-- > 0;) {
-      if (file_.columns[i].sum) label_width = places_[i].x - kMargin;
-    }
-    Text(kMargin + kCellPad, label_width - 2 * kCellPad, label, 9, true);
-    for (std::size_t i = 0; i < places_.size(); ++i) {
-      if (file_.columns[i].sum) Cell(i, ShowCell(sums[i], file_.columns[i].kind), true);
-    }
-    y_ += kRowHeight + (grand ? 0 : 1);
+    table_.Total(page(), y_, label, sums, grand);
+    y_ += ReportTable::TotalHeight(grand);
     striped_ = false;
   }
 
@@ -276,35 +184,19 @@ class Layout {
   const ReportFile& file_;
   const ReportHeading& heading_;
   const Recordset& rows_;
+  ReportTexts texts_;
+  ReportTable table_;
   ReportDocument document_;
-  std::vector<Place> places_;
   std::vector<GroupPlace> groups_;
-  std::vector<std::vector<Money>> sums_;  // [0] the whole report, then one a group
+  std::vector<ReportTable::Sums> sums_;  // [0] the whole report, then one a group
   double y_ = 0;
   bool striped_ = false;
 };
 
 }  // namespace
 
-std::string ShowCell(const Value& value, CellKind kind) {
-  if (value.IsNull()) return {};
-  switch (kind) {
-    case CellKind::integer:
-      return ShowInt(value);
-    case CellKind::money:
-      return ShowMoney(value);
-    case CellKind::rate:
-      return Show4dp(value);
-    case CellKind::date:
-      return ShowDate(value);
-    case CellKind::text:
-      return NullToEmpty(value);
-  }
-  return {};
-}
-
 ReportDocument LayOut(const ReportFile& file, const ReportHeading& heading, const Recordset& rows) {
-  return Layout(file, heading, rows).Run();
+  return file.IsLetter() ? LayOutLetter(file, heading, rows) : Layout(file, heading, rows).Run();
 }
 
 }  // namespace kaunter

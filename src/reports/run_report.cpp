@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <stdexcept>
+#include <vector>
 
 #include "core/values.h"
 #include "platform/sql/connection.h"
@@ -32,6 +33,7 @@ ReportHeading HeadingOf(const ReportJob& job) {
   heading.subtitle = job.ReportTitle;
   heading.company = ScalarQuery(*job.Connect, "SELECT CompanyName FROM CompanyProfile");
   heading.printed_at = "Printed " + ServerNow(*job.Connect, true);
+  heading.today = ServerNow(*job.Connect, false);
   for (const auto& [number, field] : job.ParameterFields) {
     const auto [name, value] = SplitParameter(field);
     heading.parameters[Lower(name)] = value;
@@ -44,6 +46,14 @@ std::string CsvCell(const std::string& text) {
   std::string cell = "\"";
   for (char c : text) cell += c == '"' ? std::string("\"\"") : std::string(1, c);
   return cell + "\"";
+}
+
+ReportColumn CsvColumn(const Column& column) {
+  ReportColumn shown;
+  shown.heading = shown.field = column.name;
+  if (column.type == FieldType::kMoney) shown.kind = CellKind::money;
+  if (column.type == FieldType::kDate) shown.kind = CellKind::date;
+  return shown;
 }
 
 }  // namespace
@@ -66,17 +76,21 @@ ReportDocument RunReport(const ReportJob& job) {
 std::string ReportToCsv(const ReportJob& job) {
   const ReportFile file = ReportFile::Read(job.ReportFileName);
   Recordset rows = ReadRows(file, job);
+  std::vector<ReportColumn> columns = file.columns;
+  // A letter without a table still has its rows: all that the query gives.
+  if (columns.empty()) {
+    for (const Column& column : rows.columns()) columns.push_back(CsvColumn(column));
+  }
   std::string csv;
-  for (std::size_t i = 0; i < file.columns.size(); ++i) {
-    csv += (i == 0 ? "" : ",") + CsvCell(file.columns[i].heading);
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    csv += (i == 0 ? "" : ",") + CsvCell(columns[i].heading);
   }
   csv += "\r\n";
   for (; !rows.Eof(); rows.MoveNext()) {
-    for (std::size_t i = 0; i < file.columns.size(); ++i) {
-      const Value& value = rows.Field(file.columns[i].field);
-      const std::string cell = file.columns[i].kind == CellKind::money
-                                   ? Show2dp(value)
-                                   : ShowCell(value, file.columns[i].kind);
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      const Value& value = rows.Field(columns[i].field);
+      const std::string cell =
+          columns[i].kind == CellKind::money ? Show2dp(value) : ShowCell(value, columns[i].kind);
       csv += (i == 0 ? "" : ",") + CsvCell(cell);
     }
     csv += "\r\n";

@@ -1,0 +1,80 @@
+// The lines of a report file that make a letter: a page of text with places, one letter a record.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "reports/report_document.h"
+
+namespace kaunter {
+
+enum class LetterKind {
+  head,     // the company
+  heading,  // what the paper is
+  text,
+  space,
+  rule,
+  cut,  // where scissors go
+  pair,
+  amount,  // a label and a figure at the right edge
+  box,     // a large figure in a frame
+  items,   // the table of the record's rows
+  sign,
+  labels,  // how wide the labels of pairs are
+  columns,
+  beside,
+  across,
+  page
+};
+
+struct LetterItem {
+  LetterKind kind;
+  int line = 0;  // of the file
+  std::vector<std::string> texts;
+  std::vector<double> numbers;
+  double size = 0;  // of the letters, in points; 0 takes what is usual for the kind
+  bool bold = false;
+  bool quiet = false;
+  bool always = false;  // stands even when its figure is 0
+  TextAlign align = TextAlign::left;
+};
+
+struct LetterFile {
+  std::string key;  // one letter for each value of this column; "" in a list
+  std::vector<LetterItem> items;
+  std::vector<std::string> copies;
+  std::string foot;
+  int foot_line = 0;
+  double margin = 15;
+};
+
+// A line of a report file taken apart at its blanks.
+struct ReportWord {
+  std::string text;
+  bool quoted = false;
+};
+
+// Takes the lines of a letter one by one. What it refuses is thrown as std::invalid_argument that
+// says what is wrong; file and line are the caller's.
+class LetterParser {
+ public:
+  // False when no line of a letter begins with this word.
+  bool Take(const std::vector<ReportWord>& words, int line);
+  // The file is at its end: what is still open is refused. `columns` tells whether it has a table.
+  LetterFile Finish(bool has_columns);
+  bool seen() const { return !letter_.key.empty(); }
+  int first_item_line() const { return letter_.items.empty() ? 0 : letter_.items.front().line; }
+
+ private:
+  bool TakeSetting(const std::vector<ReportWord>& words, int line);
+  void TakeMore(const std::vector<ReportWord>& words);
+  void CheckOrder(const LetterItem& item);
+
+  LetterFile letter_;
+  LetterKind open_ = LetterKind::across;  // columns, beside, or across when none is open
+};
+
+// The words that begin a line of a letter, for a message.
+std::string LetterWords();
+
+}  // namespace kaunter

@@ -1,0 +1,182 @@
+#include "reports/letter_layout.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "core/values.h"
+#include "reports/letter_blocks.h"
+#include "reports/report_table.h"
+
+namespace kaunter {
+namespace {
+
+constexpr double kFootHeight = 6;
+constexpr double kFootPoints = 7.5;
+
+class LetterLayout {
+ public:
+  LetterLayout(const ReportFile& file, const ReportHeading& heading, const Recordset& rows)
+      : file_(file),
+        rows_(rows),
+        texts_(file.path, heading, rows),
+        table_(file, texts_, rows, file.letter.margin, file.width_mm - 2 * file.letter.margin) {
+    document_.title = texts_.Fill(file.title, {0, rows.RowCount()});
+    document_.width_mm = file.width_mm;
+    document_.height_mm = file.height_mm;
+  }
+
+  ReportDocument Run() {
+    const std::size_t key = texts_.ColumnOf(file_.letter.key);
+    for (std::size_t first = 0; first < rows_.RowCount();) {
+      std::size_t end = first + 1;
+      while (end < rows_.RowCount() && SameRecord(key, first, end)) ++end;
+      Letter({first, end - first});
+      first = end;
+    }
+    if (rows_.RowCount() == 0) SayEmpty();
+    return std::move(document_);
+  }
+
+ private:
+  bool SameRecord(std::size_t key, std::size_t a, std::size_t b) const {
+    return SameText(NullToEmpty(rows_.rows()[a][key]), NullToEmpty(rows_.rows()[b][key]));
+  }
+
+  void Letter(RowSpan span) {
+    std::vector<std::vector<LetterBlock>> copies;
+    if (file_.letter.copies.empty()) copies.push_back(ComposeLetter(file_, texts_, table_, span));
+    for (const std::string& name : file_.letter.copies) {
+      texts_.copy = name;
+      copies.push_back(ComposeLetter(file_, texts_, table_, span));
+    }
+    if (copies.size() > 1 && FitBelowEachOther(copies)) {
+      ShareASheet(copies, span);
+      return;
+    }
+    for (std::size_t i = 0; i < copies.size(); ++i) {
+      if (!file_.letter.copies.empty()) texts_.copy = file_.letter.copies[i];
+      Flow(copies[i], span);
+    }
+  }
+
+  // --- several copies on one sheet
+
+  double Slot(std::size_t copies) const {
+    return file_.height_mm / static_cast<double>(copies);
+  }
+
+  bool FitBelowEachOther(const std::vector<std::vector<LetterBlock>>& copies) const {
+    const double room = Slot(copies.size()) - 2 * file_.letter.margin - kFootHeight;
+    for (const auto& copy : copies) {
+      double height = 0;
+      for (const LetterBlock& block : copy) {
+        if (block.new_page) return false;
+        height += block.height;
+      }
+      if (height > room) return false;
+    }
+    return true;
+  }
+
+  void ShareASheet(const std::vector<std::vector<LetterBlock>>& copies, RowSpan span) {
+    NewPage();
+    const double slot = Slot(copies.size());
+    for (std::size_t i = 0; i < copies.size(); ++i) {
+      const double top = slot * static_cast<double>(i);
+      if (i > 0) CutLine(page(), top, file_.width_mm);
+      y_ = top + file_.letter.margin;
+      for (const LetterBlock& block : copies[i]) Place(block);
+      texts_.copy = file_.letter.copies[i];
+      Foot(page(), top + slot, span, "");
+    }
+  }
+
+  // --- one after the other
+
+  void Flow(const std::vector<LetterBlock>& blocks, RowSpan span) {
+    const std::size_t first = document_.pages.size();
+    NewPage();
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+      const LetterBlock& block = blocks[i];
+      // The head of a table does not stay behind alone.
+      const bool heads_next = i + 1 < blocks.size() && blocks[i + 1].head == static_cast<int>(i);
+      const double needed = block.height + (heads_next ? blocks[i + 1].height : 0);
+      if (block.new_page || y_ + needed > Bottom()) BreakBefore(block, blocks);
+      Place(block);
+    }
+    const std::size_t count = document_.pages.size() - first;
+    for (std::size_t i = 0; i < count; ++i) {
+      Foot(document_.pages[first + i], file_.height_mm, span,
+           count > 1 ? fmt::format("Page {} of {}", i + 1, count) : "");
+    }
+  }
+
+  void BreakBefore(const LetterBlock& block, const std::vector<LetterBlock>& blocks) {
+    // What is empty needs no page: a gap at the foot of one is simply dropped.
+    if (!block.new_page && block.marks.texts.empty() && block.marks.lines.empty()) {
+      y_ = Bottom() - block.height;
+      return;
+    }
+    NewPage();
+    if (block.head >= 0) Place(blocks[static_cast<std::size_t>(block.head)]);
+    if (y_ + block.height > Bottom()) {
+      throw std::runtime_error(fmt::format(
+          "Report file {}, line {}: what stands side by side up to here is higher than the page.",
+          file_.path, block.line));
+    }
+  }
+
+  double Bottom() const { return file_.height_mm - file_.letter.margin - kFootHeight; }
+
+  ReportPage& page() { return document_.pages.back(); }
+
+  void NewPage() {
+    document_.pages.emplace_back();
+    y_ = file_.letter.margin;
+  }
+
+  void Place(const LetterBlock& block) {
+    PutMarks(block.marks, y_, page());
+    y_ += block.height;
+  }
+
+  void Foot(ReportPage& at, double edge, RowSpan span, const std::string& page_of) {
+    const double width = file_.width_mm - 2 * file_.letter.margin;
+    const double y = edge - file_.letter.margin - 4;
+    const std::string foot =
+        texts_.FillLetter(file_.letter.foot, span, file_.letter.foot_line);
+    if (!foot.empty()) {
+      at.texts.push_back({file_.letter.margin, y, width * 0.8, 4, foot, kFootPoints, false,
+                          TextAlign::left, Tone::quiet});
+    }
+    if (!page_of.empty()) {
+      at.texts.push_back({file_.letter.margin + width * 0.8, y, width * 0.2, 4, page_of,
+                          kFootPoints, false, TextAlign::right, Tone::quiet});
+    }
+  }
+
+  void SayEmpty() {
+    NewPage();
+    page().texts.push_back({file_.letter.margin, y_, file_.width_mm - 2 * file_.letter.margin, 6,
+                            "No rows for this selection.", 9, false, TextAlign::left,
+                            Tone::quiet});
+  }
+
+  const ReportFile& file_;
+  const Recordset& rows_;
+  ReportTexts texts_;
+  ReportTable table_;
+  ReportDocument document_;
+  double y_ = 0;
+};
+
+}  // namespace
+
+ReportDocument LayOutLetter(const ReportFile& file, const ReportHeading& heading,
+                            const Recordset& rows) {
+  return LetterLayout(file, heading, rows).Run();
+}
+
+}  // namespace kaunter

@@ -1,0 +1,49 @@
+// The table of a report, drawn row by row: a list puts it on its pages, a letter between its
+// paragraphs.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "reports/report_document.h"
+#include "reports/report_file.h"
+#include "reports/report_texts.h"
+
+namespace kaunter {
+
+class ReportTable {
+ public:
+  static constexpr double kRowHeight = 5.4;
+  static constexpr double kHeadHeight = 7;
+  static constexpr double kPad = 1.2;
+
+  // Throws std::runtime_error when a column of the file is not among the rows' columns.
+  ReportTable(const ReportFile& file, const ReportTexts& texts, const Recordset& rows, double x,
+              double width);
+
+  using Sums = std::vector<Money>;  // one a column
+  Sums NoSums() const { return Sums(file_.columns.size()); }
+  void AddTo(Sums& sums, std::size_t row) const;
+
+  void Head(ReportPage& page, double y) const;
+  void Row(ReportPage& page, double y, std::size_t row, bool striped) const;
+  void Total(ReportPage& page, double y, const std::string& label, const Sums& sums,
+             bool grand) const;
+  static double TotalHeight(bool grand) { return kRowHeight + (grand ? 0.8 : 1.8); }
+
+ private:
+  struct Place {
+    std::size_t field = 0;
+    double x = 0;
+    double width = 0;
+  };
+  void Cell(ReportPage& page, double y, std::size_t column, std::string text, bool bold) const;
+
+  const ReportFile& file_;
+  const Recordset& rows_;
+  double x_;
+  double width_;
+  std::vector<Place> places_;
+};
+
+}  // namespace kaunter

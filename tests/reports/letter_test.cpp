@@ -1,0 +1,304 @@
+// Letters: what a file may say, amounts in words, how paragraphs break into lines and letters into
+// pages.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+#include "reports/amount_in_words.h"
+#include "reports/report_file.h"
+#include "reports/report_layout.h"
+#include "reports/text_width.h"
+
+namespace kaunter {
+namespace {
+
+const std::string kTop = "query\nSELECT * FROM LoanMast WHERE {selection}\nend\nletter LoanID\n";
+
+ReportFile Letter(const std::string& lines) { return ReportFile::Parse(kTop + lines, "t.rpt"); }
+
+struct Loan {
+  std::string id;
+  std::string name;
+  std::string amount;
+};
+
+Recordset Rows(const std::vector<Loan>& loans) {
+  std::vector<std::vector<Value>> rows;
+  for (const Loan& loan : loans) {
+    rows.push_back({Value(loan.id), Value(loan.name), Value(Money::FromText(loan.amount)),
+                    Value(DateTime{2024, 2, 29})});
+  }
+  return Recordset({{"LoanID", FieldType::kText},
+                    {"CustName", FieldType::kText},
+                    {"Amt", FieldType::kMoney, 0, 2},
+                    {"DueDate", FieldType::kDate}},
+                   std::move(rows));
+}
+
+std::string TextsOf(const ReportPage& page) {
+  std::string all;
+  for (const PageText& text : page.texts) all += text.text + "|";
+  return all;
+}
+
+std::string FirstPage(const std::string& lines, const std::vector<Loan>& loans,
+                      const ReportHeading& heading = {}) {
+  return TextsOf(LayOut(Letter(lines), heading, Rows(loans)).pages.at(0));
+}
+
+void ExpectInside(const ReportDocument& document) {
+  for (const ReportPage& page : document.pages) {
+    for (const PageText& text : page.texts) {
+      EXPECT_GE(text.x, 0) << text.text;
+      EXPECT_LE(text.x + text.width, document.width_mm + 0.001) << text.text;
+      EXPECT_LE(text.y + text.height, document.height_mm) << text.text;
+      EXPECT_LE(TextWidth(text.text, text.points, text.bold), text.width) << text.text;
+    }
+  }
+}
+
+TEST(AmountInWords, SpellsRinggitAndSen) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"0", "ZERO ONLY"},
+      {"0.05", "ZERO AND SEN FIVE ONLY"},
+      {"1", "ONE ONLY"},
+      {"10", "TEN ONLY"},
+      {"19.99", "NINETEEN AND SEN NINETY NINE ONLY"},
+      {"21", "TWENTY ONE ONLY"},
+      {"100", "ONE HUNDRED ONLY"},
+      {"119", "ONE HUNDRED NINETEEN ONLY"},
+      {"1000.50", "ONE THOUSAND AND SEN FIFTY ONLY"},
+      {"10011", "TEN THOUSAND ELEVEN ONLY"},
+      {"340600.40", "THREE HUNDRED FORTY THOUSAND SIX HUNDRED AND SEN FORTY ONLY"},
+      {"1000000.10", "ONE MILLION AND SEN TEN ONLY"},
+      {"999999999.995", "ONE BILLION ONLY"},
+      {"-12.30", "MINUS TWELVE AND SEN THIRTY ONLY"},
+      {"-0.004", "ZERO ONLY"},
+      {"922337203685477.5807",
+       "NINE HUNDRED TWENTY TWO TRILLION THREE HUNDRED THIRTY SEVEN BILLION TWO HUNDRED THREE "
+       "MILLION SIX HUNDRED EIGHTY FIVE THOUSAND FOUR HUNDRED SEVENTY SEVEN AND SEN FIFTY EIGHT "
+       "ONLY"},
+  };
+  for (const auto& [amount, words] : cases) {
+    EXPECT_EQ(AmountInWords(Money::FromText(amount)), std::string("RINGGIT MALAYSIA ") + words);
+  }
+}
+
+TEST(WrapText, LosesNoSignAndKeepsTheWidth) {
+  const std::string cases[] = {
+      "The quick settlement of an overdue account saves everybody a letter like this one.",
+      "HQ0001-001-B20240131HQ0001-001-B20240131HQ0001-001-B20240131HQ0001-001-B20240131 and more",
+      "尊敬的顾客您的贷款分期付款已经逾期请于十四天内付清全部欠款以免产生更多的逾期利息",
+      "Encik Müller-Ñandú, 收据 No. 7, RM 1,234,567.89",
+  };
+  const auto without_blanks = [](std::string text) {
+    std::erase(text, ' ');
+    return text;
+  };
+  for (const std::string& text : cases) {
+    for (double width : {12.0, 30.0, 75.0}) {
+      std::string joined;
+      for (const std::string& line : WrapText(text, width, 9, true)) {
+        EXPECT_LE(TextWidth(line, 9, true), width) << line;
+        joined += line;
+      }
+      EXPECT_EQ(without_blanks(joined), without_blanks(text));
+    }
+  }
+  EXPECT_TRUE(WrapText("", 50, 9, false).empty());
+  EXPECT_EQ(WrapText("No. 12, Jalan Raja\r\n\r\n50050  Kuala Lumpur", 90, 9, false),
+            (std::vector<std::string>{"No. 12, Jalan Raja", "", "50050 Kuala Lumpur"}));
+}
+
+TEST(Letter, FillsItsPlaces) {
+  ReportHeading heading;
+  heading.parameters["settleamt"] = "1,234.50";
+  heading.parameters["settledate"] = "05-02-2024";
+  heading.parameters["note"] = "as agreed";
+  heading.today = "31-01-2024";
+  const std::vector<Loan> loans = {{"L1", "Tan & 'Sons'", "100.10"}, {"L1", "", "0.90"}};
+  const std::pair<const char*, const char*> cases[] = {
+      {"{CustName:upper}, {DueDate:long}", "TAN & 'SONS', 29 February 2024"},
+      {"RM {Amt}, in all RM {Amt:sum} of {count}", "RM 100.10, in all RM 101.00 of 2"},
+      {"{Amt:sum:words}", "RINGGIT MALAYSIA ONE HUNDRED ONE ONLY"},
+      {"{?SettleAmt:words}",
+       "RINGGIT MALAYSIA ONE THOUSAND TWO HUNDRED THIRTY FOUR AND SEN FIFTY ONLY"},
+      {"On {?SettleDate:long}[, {?Nothing:long}][, {?Note:words}]", "On 5 February 2024, as agreed"},
+      {"[{?Nothing}] · {today}[ · tel. {?Nothing}]", "31-01-2024"},
+  };
+  for (const auto& [text, filled] : cases) {
+    EXPECT_EQ(FirstPage(std::string("text \"") + text + "\"", loans, heading),
+              std::string(filled) + "|");
+  }
+}
+
+TEST(Letter, LeavesOutWhatIsEmpty) {
+  const std::string lines = R"(head "{CustName}" "[Tel. {?Tel}]"
+text "[Remarks: {?Memo}]"
+pair "Name" "{CustName}" "Phone" "{?Tel}"
+pair "Fax" "{?Fax}"
+amount "Late interest" "{?Late}"
+amount "Discount" "{?Zero}"
+amount "Fee" "{?Zero}" always
+box "Paid" "{?Fax}"
+text "End"
+)";
+  ReportHeading heading;
+  heading.parameters["zero"] = "0.00";
+  EXPECT_EQ(FirstPage(lines, {{"L1", "Tan", "1"}}, heading), "Tan|Name|Tan|Fee|0.00|End|");
+}
+
+TEST(Letter, EachRecordBeginsItsOwnPage) {
+  const ReportFile file = Letter(
+      "title \"{LoanID}\"\ncolumn \"Due\" DueDate date 10\ncolumn \"Amount\" Amt money 10 sum\n"
+      "total \"Sum of {count}\"\ntext \"Loan {LoanID}\"\nitems\nfoot \"Ours\"\n");
+  const ReportDocument document =
+      LayOut(file, {}, Rows({{"L1", "A", "1.10"}, {"l1", "A", "2.20"}, {"L2", "B", "5"}}));
+  ASSERT_EQ(document.pages.size(), 2u);
+  EXPECT_EQ(TextsOf(document.pages[0]),
+            "Loan L1|Due|Amount|29-02-2024|1.10|29-02-2024|2.20|Sum of 2|3.30|Ours|");
+  EXPECT_EQ(TextsOf(document.pages[1]), "Loan L2|Due|Amount|29-02-2024|5.00|Sum of 1|5.00|Ours|");
+  EXPECT_EQ(TextsOf(LayOut(file, {}, Rows({})).pages.at(0)), "No rows for this selection.|");
+}
+
+TEST(Letter, ALongOneGoesOnWithItsTableHead) {
+  const ReportFile file = Letter(
+      "column \"Due\" DueDate date 10\ncolumn \"Amount\" Amt money 10 sum\ntotal \"Sum\"\n"
+      "text \"Loan {LoanID}\"\nitems\nsign \"Manager\" \"Customer\"\n");
+  std::vector<Loan> loans(120, {"L1", "A", "1.10"});
+  loans.push_back({"L2", "B", "7"});
+  const ReportDocument document = LayOut(file, {}, Rows(loans));
+  ASSERT_EQ(document.pages.size(), 4u);
+  std::string all;
+  for (const ReportPage& page : document.pages) {
+    all += TextsOf(page);
+    EXPECT_EQ(std::count_if(page.texts.begin(), page.texts.end(),
+                            [](const PageText& text) { return text.text == "Amount"; }),
+              1);
+  }
+  std::size_t rows = 0;
+  for (auto at = all.find("1.10|"); at != std::string::npos; at = all.find("1.10|", at + 1)) ++rows;
+  EXPECT_EQ(rows, 120u);
+  EXPECT_NE(all.find("Sum|132.00|"), std::string::npos);
+  EXPECT_NE(all.find("Page 3 of 3|Loan L2|"), std::string::npos);  // a letter counts its own pages
+  ExpectInside(document);
+}
+
+// Whatever the height of what stands before it, a head with its first row, a signature and a box
+// stay whole.
+TEST(Letter, NothingIsCutAtTheFootOfAPage) {
+  for (int space = 200; space <= 262; ++space) {
+    const ReportFile file = Letter("space " + std::to_string(space) +
+                                   "\ncolumn \"Amount\" Amt money 10\ntext \"{CustName}\"\n"
+                                   "columns 1 1\nbox \"Paid\" \"{Amt}\"\nbeside\nsign \"Us\"\n"
+                                   "across\nitems\n");
+    const ReportDocument document =
+        LayOut(file, {}, Rows({{"L1", "A name that is long enough for a line", "1.10"}}));
+    ExpectInside(document);
+    for (const ReportPage& page : document.pages) {
+      const std::string texts = TextsOf(page);
+      const auto has = [&](const char* text) { return texts.find(text) != std::string::npos; };
+      EXPECT_EQ(has("Paid|"), has("Us|")) << space;
+      EXPECT_EQ(texts.ends_with("Amount|"), false) << space << texts;
+    }
+  }
+}
+
+TEST(Letter, CopiesShareASheetWhileTheyFit) {
+  const std::string lines = "copies \"Customer\" \"Office\"\ntext \"{copy} {LoanID}\"\n";
+  const std::vector<Loan> loans = {{"L1", "A", "1"}, {"L2", "B", "1"}};
+  const ReportDocument two = LayOut(Letter(lines), {}, Rows(loans));
+  ASSERT_EQ(two.pages.size(), 2u);
+  EXPECT_EQ(TextsOf(two.pages[0]), "Customer L1|Office L1|");
+  EXPECT_GT(two.pages[0].texts[1].y, 148.5);  // on the lower half
+  const ReportDocument four = LayOut(Letter(lines + "space 140\n"), {}, Rows(loans));
+  ASSERT_EQ(four.pages.size(), 4u);
+  EXPECT_EQ(TextsOf(four.pages[3]), "Office L2|");
+}
+
+TEST(Letter, RefusesWithFileAndLine) {
+  // kTop is four lines long.
+  const struct {
+    std::string text;
+    std::string place;
+  } cases[] = {
+      {"text", "line 5: \"text\" takes 1 text(s)"},
+      {"text \"a\" \"b\"", "line 5: \"text\" takes 1 text(s)"},
+      {"text \"a\" fat", "line 5: \"fat\" is not known behind text"},
+      {"rule \"a\"", "line 5: \"rule\" takes no text"},
+      {"text \"a\" size big", "line 5: \"size\" needs a number"},
+      {"space", "line 5: \"space\" needs 1 number"},
+      {"columns 5", "line 5: \"columns\" needs 2 number"},
+      {"pair \"a\" \"b\" \"c\"", "line 5: \"pair\" takes a label and a text"},
+      {"text \"{Name\"", "line 5: a { is not closed"},
+      {"text \"Name}\"", "line 5: a } stands without"},
+      {"text \"[tel {Tel}\"", "line 5: a [ is not closed"},
+      {"text \"a] b\"", "line 5: a ] stands without"},
+      {"foot \"{Amt:wrods}\"", "line 5: \"wrods\" is no form"},
+      {"text \"{Amt:words:sum}\"", "line 5: \"sum\" is no form"},
+      {"text \"{}\"", "line 5: a place { } has no name"},
+      {"rule\nmore \"a\"", "line 6: \"more\" goes on"},
+      {"text \"a\"\nbeside", "line 6: \"beside\" stands without"},
+      {"columns 1 1\nacross", "line 6: \"across\" stands without"},
+      {"columns 1 1\nbeside\ncolumns 1 1", "line 7: \"columns\" stands within"},
+      {"columns 1 1\nitems", "line 6: a table, a cut and a new page"},
+      {"columns 1 1\nbeside\ntext \"a\"", "not closed with \"across\""},
+      {"text \"a\"\nfield \"a\" \"b\"", "line 6: \"field\", \"group\" and \"note\""},
+      {"items", "\"items\" needs a line \"column\""},
+      {"column \"A\" Amt money 5\ntext \"a\"", "a line \"items\" must say"},
+      {"", "the letter has no text"},
+      {"margin 90", "line 5: the margin is at most"},
+      {"paragraph \"a\"", "line 5: \"paragraph\" is not known"},
+  };
+  for (const auto& c : cases) {
+    try {
+      Letter(c.text);
+      ADD_FAILURE() << c.text;
+    } catch (const std::runtime_error& error) {
+      EXPECT_NE(std::string(error.what()).find(c.place), std::string::npos) << error.what();
+    }
+  }
+  try {
+    ReportFile::Parse("query\n{selection}\nend\ncolumn \"A\" a text 5\ntext \"a\"\n", "t.rpt");
+    ADD_FAILURE() << "a list with a letter's line";
+  } catch (const std::runtime_error& error) {
+    EXPECT_NE(std::string(error.what()).find("t.rpt, line 5: this line belongs to a letter"),
+              std::string::npos)
+        << error.what();
+  }
+}
+
+TEST(Letter, TellsWhatOnlyTheRowsShow) {
+  const struct {
+    std::string text;
+    std::string place;
+  } cases[] = {
+      {"text \"{CustNmae}\"", "line 5: the query gives no column \"CustNmae\""},
+      {"text \"a\"\nfoot \"{CustNmae}\"", "line 6: the query gives no column"},
+      {"columns 1 1\nbox \"a\" \"{Amt}\" size 900\nbeside\nacross", "line 8: what stands side by side"},
+  };
+  for (const auto& c : cases) {
+    try {
+      LayOut(Letter(c.text), {}, Rows({{"L1", "A", "1"}}));
+      ADD_FAILURE() << c.text;
+    } catch (const std::runtime_error& error) {
+      EXPECT_NE(std::string(error.what()).find(c.place), std::string::npos) << error.what();
+    }
+  }
+}
+
+// Every report file that is shipped can be read.
+TEST(ReportFile, AllShippedFilesParse) {
+  int files = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(KAUNTER_SOURCE_DIR "/reports")) {
+    if (entry.path().extension() != ".rpt") continue;
+    ++files;
+    EXPECT_NO_THROW(ReportFile::Read(entry.path().string())) << entry.path();
+  }
+  EXPECT_GE(files, 6);
+}
+
+}  // namespace
+}  // namespace kaunter
