@@ -10,6 +10,7 @@
 #include "collections/payment_frm.h"
 #include "collections/receipt_screens.h"
 #include "collections/settlement_frm.h"
+#include "collections/special_rpt.h"
 #include "compliance/aml_desc_frm.h"
 #include "core/company_screens.h"
 #include "core/password_screens.h"
@@ -73,6 +74,7 @@ constexpr Entry kScreens[] = {
     {"Settlementfrm", Make<Settlementfrm>},
     {"SetupFrm", Make<SetupFrm>},
     {"UpdateSch", Make<UpdateSch>},
+    {"SpecialRpt", Make<SpecialRpt>},
     {"UserFrm", Make<UserFrm>},
 };
 // clang-format on

@@ -27,11 +27,16 @@ class ChargeDesk : public AgreeingDesk {
       if (manager != nullptr) manager->OverrideOK = true;
     }
   }
-  void Show(std::string_view screen) override { shown.emplace_back(screen); }
+  void Show(std::string_view screen) override {
+    shown.emplace_back(screen);
+    if (meanwhile) meanwhile();
+  }
+  bool CanShow(std::string_view) const override { return true; }
   std::string refused;         // the question that gets a no
   Session* manager = nullptr;  // set: a manager approves
   int asked_manager = 0;
   std::vector<std::string> shown;
+  std::function<void()> meanwhile;  // what is done on the screen that was opened
 };
 
 class ChargeCounter : public ::testing::Test, protected LoanOffice {
