@@ -48,7 +48,7 @@ TEST(LayoutTest, EveryTableFitsItsScreen) {
   EXPECT_EQ(functions, static_cast<int>(AllLayouts().size())) << all;
 }
 
-TEST(LayoutTest, EveryScreenIsDrawnWithEachControlOnceAndInBothLanguages) {
+TEST(LayoutTest, EveryScreenIsDrawnWithEachControlOnceAndInItsLanguages) {
   Session session;
   QuietDesk desk;
   for (const std::string& name : ScreenNames()) {
@@ -56,6 +56,8 @@ TEST(LayoutTest, EveryScreenIsDrawnWithEachControlOnceAndInBothLanguages) {
     const Layout* table = FindLayout(name);
     EXPECT_THAT(LayoutProblems(table ? *table : GenericLayout(*screen), *screen), IsEmpty())
         << name;
+    // A screen that speaks English alone has no Chinese title.
+    if (screen->title().chinese.empty()) continue;
     for (const Control* control : screen->controls()) {
       const Caption& caption = control->caption();
       EXPECT_EQ(caption.english.empty(), caption.chinese.empty()) << name << " " << control->name();
