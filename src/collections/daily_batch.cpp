@@ -42,26 +42,34 @@ std::string ChargeableLoan(const std::string& day) {
   return "l.LoanStatus='ACTIVE' AND l.PayOutAmt > 0 AND " + NotReached("l.StopInt", day);
 }
 
-// Overdue rows without a charge of the day. The days of grace are never charged later on.
+// Overdue rows. The days of grace are never charged later on.
 std::string OverdueRows(const DateTime& date) {
   const std::string day = SqlDate(date);
   return fmt::format(
       " FROM SchMast as s INNER JOIN LoanMast as l on s.LoanID=l.LoanID WHERE l.LateChargePerDay > "
       "0 AND s.PayableAmt-s.Payment > 0 AND s.DueDate <= {0} AND "
-      "DATEADD(day,isnull(l.OfferDays,0),s.DueDate) <= {0} AND {1} AND {2} AND NOT EXISTS (SELECT "
-      "c.ChargeID FROM ChargeMast as c WHERE c.ChargeID=s.LoanID + '-' + "
-      "CONVERT(nvarchar(20),s.SchID) + {3})",
-      day, ChargeableLoan(day), NotReached("l.EndTermIntDate", day),
-      QuoteStr("-B" + DayOfKey(date)));
+      "DATEADD(day,isnull(l.OfferDays,0),s.DueDate) <= {0} AND {1} AND {2}",
+      day, ChargeableLoan(day), NotReached("l.EndTermIntDate", day));
 }
 
-// Loans past the start of their term end interest, without that day's charge.
+// Loans past the start of their term end interest.
 std::string TermEndLoans(const DateTime& date) {
   const std::string day = SqlDate(date);
-  return fmt::format(
-      " FROM LoanMast as l WHERE l.LoanBal > 0 AND l.InsRate > 0 AND {} AND {} AND NOT EXISTS "
-      "(SELECT c.ChargeID FROM ChargeMast as c WHERE c.ChargeID=l.LoanID + {})",
-      ChargeableLoan(day), Reached("l.EndTermIntDate", day), QuoteStr("-T" + DayOfKey(date)));
+  return fmt::format(" FROM LoanMast as l WHERE l.LoanBal > 0 AND l.InsRate > 0 AND {} AND {}",
+                     ChargeableLoan(day), Reached("l.EndTermIntDate", day));
+}
+
+// The charge of this key is not there yet.
+std::string NotCharged(const std::string& key) {
+  return fmt::format(" AND NOT EXISTS (SELECT c.ChargeID FROM ChargeMast as c WHERE c.ChargeID={})",
+                     key);
+}
+std::string NoBatchCharge(const DateTime& day) {
+  return NotCharged("s.LoanID + '-' + CONVERT(nvarchar(20),s.SchID) + " +
+                    QuoteStr("-B" + DayOfKey(day)));
+}
+std::string NoTermEndCharge(const DateTime& day) {
+  return NotCharged("l.LoanID + " + QuoteStr("-T" + DayOfKey(day)));
 }
 
 // --- one charge
@@ -121,10 +129,10 @@ class DailyBatch {
   struct Portion {
     std::string first_loan;
     std::string last_loan;
-    std::int64_t rows = 0;
+    std::int64_t rows = 0;  // at the most
   };
 
-  // `counts` gives loans in their order, with the number of charges that each waits for.
+  // `counts` gives loans in their order, with the number of charges that each may take.
   static std::vector<Portion> Portions(Recordset counts) {
     std::vector<Portion> portions;
     for (; !counts.Eof(); counts.MoveNext()) {
@@ -157,7 +165,8 @@ class DailyBatch {
         Recordset row = main_.Query(
             "SELECT s.LoanID,s.SchID,s.DueDate,s.PayableAmt-s.Payment as BalDue,"
             "l.LateChargePerDay,l.CustID,l.CompCode" +
-            rows + Within("l.LoanID", portion) + " ORDER BY s.LoanID,s.SchID");
+            rows + Within("l.LoanID", portion) + NoBatchCharge(day_) +
+            " ORDER BY s.LoanID,s.SchID");
         for (; !row.Eof(); row.MoveNext()) charges.push_back(OverdueCharge(row));
         return charges;
       });
@@ -185,9 +194,9 @@ class DailyBatch {
          Portions(main_.Query("SELECT l.LoanID,1" + loans + " ORDER BY l.LoanID"))) {
       PostPortion("Batch Term End Interest", "Term End Interest", [&] {
         std::vector<Charge> charges;
-        Recordset row =
-            main_.Query("SELECT l.LoanID,l.EndTermIntDate,l.LoanBal,l.InsRate,l.CustID,l.CompCode" +
-                        loans + Within("l.LoanID", portion) + " ORDER BY l.LoanID");
+        Recordset row = main_.Query(
+            "SELECT l.LoanID,l.EndTermIntDate,l.LoanBal,l.InsRate,l.CustID,l.CompCode" + loans +
+            Within("l.LoanID", portion) + NoTermEndCharge(day_) + " ORDER BY l.LoanID");
         for (; !row.Eof(); row.MoveNext()) charges.push_back(TermEndCharge(row));
         return charges;
       });
