@@ -30,9 +30,7 @@ LateIntfrm::LateIntfrm(Session& session, Desk& desk)
 
 void LateIntfrm::Load() { ShowLastDate(); }
 
-void LateIntfrm::ShowLastDate() {
-  LateIntDate.SetText(ShowDate(LastDate(main())));
-}
+void LateIntfrm::ShowLastDate() { LateIntDate.SetText(ShowDate(LastDate(main()))); }
 
 bool LateIntfrm::CheckDate() {
   if (TrxDate.empty()) return Refuse(TrxDate, {"Date is required"});

@@ -6,10 +6,10 @@
 namespace kaunter {
 namespace {
 
-constexpr const char* kSmall[] = {
-    "ZERO",    "ONE",     "TWO",       "THREE",    "FOUR",     "FIVE",    "SIX",
-    "SEVEN",   "EIGHT",   "NINE",      "TEN",      "ELEVEN",   "TWELVE",  "THIRTEEN",
-    "FOURTEEN", "FIFTEEN", "SIXTEEN",  "SEVENTEEN", "EIGHTEEN", "NINETEEN"};
+constexpr const char* kSmall[] = {"ZERO",    "ONE",     "TWO",       "THREE",    "FOUR",
+                                  "FIVE",    "SIX",     "SEVEN",     "EIGHT",    "NINE",
+                                  "TEN",     "ELEVEN",  "TWELVE",    "THIRTEEN", "FOURTEEN",
+                                  "FIFTEEN", "SIXTEEN", "SEVENTEEN", "EIGHTEEN", "NINETEEN"};
 constexpr const char* kTens[] = {"",      "",      "TWENTY",  "THIRTY", "FORTY",
                                  "FIFTY", "SIXTY", "SEVENTY", "EIGHTY", "NINETY"};
 constexpr std::pair<std::uint64_t, const char*> kScales[] = {{1'000'000'000'000, "TRILLION"},

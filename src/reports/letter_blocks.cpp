@@ -91,12 +91,15 @@ class Composer {
       case LetterKind::head:
         return Head(item);
       case LetterKind::heading:
-        return Paragraph({item.size > 0 ? item.size : kHeadingPoints, true, item.align,
-                          Tone::accent},
-                         kHeadingGap);
+        return Paragraph(
+            {item.size > 0 ? item.size : kHeadingPoints, true, item.align, Tone::accent},
+            kHeadingGap);
       case LetterKind::text:
         return Paragraph({item.size > 0 ? item.size : kTextPoints, item.bold, item.align,
-                          item.quiet ? Tone::quiet : Tone::ink}, kParagraphGap);
+                          item.quiet ? Tone::quiet : Tone::ink},
+                         kParagraphGap);
+      case LetterKind::lines:
+        return Lines(item);
       case LetterKind::space:
         return Gap(item.numbers[0]);
       case LetterKind::rule:
@@ -135,8 +138,7 @@ class Composer {
       look = {kLabelPoints, false, item.align, Tone::quiet};
     }
     block.height += 1.5;
-    block.marks.lines.push_back(
-        {x_, block.height, x_ + width_, block.height, 0.5, Tone::accent});
+    block.marks.lines.push_back({x_, block.height, x_ + width_, block.height, 0.5, Tone::accent});
     block.height += 3;
     Put(std::move(block));
   }
@@ -152,6 +154,18 @@ class Composer {
       Put(std::move(block));
     }
     if (!lines.empty()) Gap(gap);
+  }
+
+  void Lines(const LetterItem& item) {
+    LetterBlock block;
+    const Look look{item.size > 0 ? item.size : kTextPoints, item.bold, item.align,
+                    item.quiet ? Tone::quiet : Tone::ink};
+    for (std::size_t i = 0; i < item.texts.size(); ++i) {
+      block.height += Lines(block, Filled(i), x_, block.height, width_, look);
+    }
+    if (block.height == 0) return;
+    block.height += kParagraphGap;
+    Put(std::move(block));
   }
 
   void Rule() {
@@ -239,8 +253,7 @@ class Composer {
     for (std::size_t i = 0; i < span_.count; ++i) {
       LetterBlock block;
       block.head = head;
-      block.height = ReportTable::kRowHeight;
-      table_.Row(block.marks, 0, span_.first + i, i % 2 == 1);
+      block.height = table_.Row(block.marks, 0, span_.first + i, i % 2 == 1, true);
       table_.AddTo(sums, span_.first + i);
       Put(std::move(block));
     }

@@ -24,6 +24,7 @@ constexpr Shape kShapes[] = {
     {"head", LetterKind::head, 1, 8, 0, "left center"},
     {"heading", LetterKind::heading, 1, 1, 0, "size left center right"},
     {"text", LetterKind::text, 1, 1, 0, "size bold quiet left center right"},
+    {"lines", LetterKind::lines, 1, 10, 0, "size bold quiet left center right"},
     {"space", LetterKind::space, 0, 0, 1, ""},
     {"rule", LetterKind::rule, 0, 0, 0, ""},
     {"cut", LetterKind::cut, 0, 0, 0, ""},
@@ -86,12 +87,11 @@ LetterItem ItemOf(const Shape& shape, const std::vector<ReportWord>& words) {
     }
   }
   if (item.texts.size() < shape.least_texts || item.texts.size() > shape.most_texts) {
-    Refuse(shape.most_texts == 0
-               ? fmt::format("\"{}\" takes no text", shape.word)
+    Refuse(shape.most_texts == 0 ? fmt::format("\"{}\" takes no text", shape.word)
            : shape.least_texts == shape.most_texts
                ? fmt::format("\"{}\" takes {} text(s) in quotes", shape.word, shape.least_texts)
-               : fmt::format("\"{}\" takes {} to {} texts in quotes", shape.word,
-                             shape.least_texts, shape.most_texts));
+               : fmt::format("\"{}\" takes {} to {} texts in quotes", shape.word, shape.least_texts,
+                             shape.most_texts));
   }
   if (item.numbers.size() < shape.numbers) {
     Refuse(fmt::format("\"{}\" needs {} number(s) behind it", shape.word, shape.numbers));
@@ -179,7 +179,8 @@ LetterFile LetterParser::Finish(bool has_columns) {
   for (const LetterItem& item : letter_.items) {
     has_items = has_items || item.kind == LetterKind::items;
   }
-  if (has_items && !has_columns) Refuse("\"items\" needs a line \"column\" for each of its columns");
+  if (has_items && !has_columns)
+    Refuse("\"items\" needs a line \"column\" for each of its columns");
   if (!has_items && has_columns) Refuse("a line \"items\" must say where the table stands");
   if (letter_.items.empty()) Refuse("the letter has no text");
   return std::move(letter_);

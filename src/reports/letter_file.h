@@ -12,6 +12,7 @@ enum class LetterKind {
   head,     // the company
   heading,  // what the paper is
   text,
+  lines,  // an address
   space,
   rule,
   cut,  // where scissors go

@@ -63,9 +63,7 @@ class LetterLayout {
 
   // --- several copies on one sheet
 
-  double Slot(std::size_t copies) const {
-    return file_.height_mm / static_cast<double>(copies);
-  }
+  double Slot(std::size_t copies) const { return file_.height_mm / static_cast<double>(copies); }
 
   bool FitBelowEachOther(const std::vector<std::vector<LetterBlock>>& copies) const {
     const double room = Slot(copies.size()) - 2 * file_.letter.margin - kFootHeight;
@@ -145,8 +143,7 @@ class LetterLayout {
   void Foot(ReportPage& at, double edge, RowSpan span, const std::string& page_of) {
     const double width = file_.width_mm - 2 * file_.letter.margin;
     const double y = edge - file_.letter.margin - 4;
-    const std::string foot =
-        texts_.FillLetter(file_.letter.foot, span, file_.letter.foot_line);
+    const std::string foot = texts_.FillLetter(file_.letter.foot, span, file_.letter.foot_line);
     if (!foot.empty()) {
       at.texts.push_back({file_.letter.margin, y, width * 0.8, 4, foot, kFootPoints, false,
                           TextAlign::left, Tone::quiet});
@@ -160,8 +157,7 @@ class LetterLayout {
   void SayEmpty() {
     NewPage();
     page().texts.push_back({file_.letter.margin, y_, file_.width_mm - 2 * file_.letter.margin, 6,
-                            "No rows for this selection.", 9, false, TextAlign::left,
-                            Tone::quiet});
+                            "No rows for this selection.", 9, false, TextAlign::left, Tone::quiet});
   }
 
   const ReportFile& file_;

@@ -1,5 +1,5 @@
-// From the rows of a letter file to its pages: each record begins a page of its own, and the rows of
-// a record are the items of its letter.
+// From the rows of a letter file to its pages: each record begins a page of its own, and the rows
+// of a record are the items of its letter.
 #pragma once
 
 #include "reports/report_document.h"

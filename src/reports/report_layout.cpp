@@ -125,7 +125,7 @@ class Layout {
 
   void TableRow(std::size_t row) {
     Room(kRowHeight);
-    table_.Row(page(), y_, row, striped_);
+    table_.Row(page(), y_, row, striped_, false);
     striped_ = !striped_;
     for (auto& level : sums_) table_.AddTo(level, row);
     y_ += kRowHeight;

@@ -26,7 +26,9 @@ class ReportTable {
   void AddTo(Sums& sums, std::size_t row) const;
 
   void Head(ReportPage& page, double y) const;
-  void Row(ReportPage& page, double y, std::size_t row, bool striped) const;
+  // Gives the row's height. A text that is wider than its column is shortened, or, where the row
+  // may grow, broken into lines.
+  double Row(ReportPage& page, double y, std::size_t row, bool striped, bool may_grow) const;
   void Total(ReportPage& page, double y, const std::string& label, const Sums& sums,
              bool grand) const;
   static double TotalHeight(bool grand) { return kRowHeight + (grand ? 0.8 : 1.8); }
@@ -38,6 +40,8 @@ class ReportTable {
     double width = 0;
   };
   void Cell(ReportPage& page, double y, std::size_t column, std::string text, bool bold) const;
+  std::vector<std::string> LinesOf(std::size_t column, const std::string& text,
+                                   bool may_grow) const;
 
   const ReportFile& file_;
   const Recordset& rows_;

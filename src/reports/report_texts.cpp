@@ -150,9 +150,9 @@ std::string PlaceFault(std::string_view text) {
       const std::vector<std::string> parts = Parts(text.substr(i + 1, close - i - 1));
       if (parts[0].empty()) return "a place { } has no name";
       for (std::size_t form = 1; form < parts.size(); ++form) {
-        const bool known = std::find(std::begin(kForms), std::end(kForms), parts[form]) !=
-                               std::end(kForms) ||
-                           (form == 1 && parts[form] == "sum");
+        const bool known =
+            std::find(std::begin(kForms), std::end(kForms), parts[form]) != std::end(kForms) ||
+            (form == 1 && parts[form] == "sum");
         if (!known) {
           return fmt::format("\"{}\" is no form of a place (sum, words, long, upper)", parts[form]);
         }

@@ -125,7 +125,8 @@ TEST(Letter, FillsItsPlaces) {
       {"{Amt:sum:words}", "RINGGIT MALAYSIA ONE HUNDRED ONE ONLY"},
       {"{?SettleAmt:words}",
        "RINGGIT MALAYSIA ONE THOUSAND TWO HUNDRED THIRTY FOUR AND SEN FIFTY ONLY"},
-      {"On {?SettleDate:long}[, {?Nothing:long}][, {?Note:words}]", "On 5 February 2024, as agreed"},
+      {"On {?SettleDate:long}[, {?Nothing:long}][, {?Note:words}]",
+       "On 5 February 2024, as agreed"},
       {"[{?Nothing}] · {today}[ · tel. {?Nothing}]", "31-01-2024"},
   };
   for (const auto& [text, filled] : cases) {
@@ -137,6 +138,7 @@ TEST(Letter, FillsItsPlaces) {
 TEST(Letter, LeavesOutWhatIsEmpty) {
   const std::string lines = R"(head "{CustName}" "[Tel. {?Tel}]"
 text "[Remarks: {?Memo}]"
+lines "{?Fax}" "[ {?Tel} ]"
 pair "Name" "{CustName}" "Phone" "{?Tel}"
 pair "Fax" "{?Fax}"
 amount "Late interest" "{?Late}"
@@ -204,6 +206,22 @@ TEST(Letter, NothingIsCutAtTheFootOfAPage) {
       EXPECT_EQ(texts.ends_with("Amount|"), false) << space << texts;
     }
   }
+}
+
+// A word too many in one cell must not hide a figure or run into the next row.
+TEST(Letter, ALongCellGrowsItsRow) {
+  const ReportFile file =
+      Letter("column \"Name\" CustName text 10\ncolumn \"Amount\" Amt money 90\nitems\n");
+  const ReportDocument document =
+      LayOut(file, {}, Rows({{"L1", "Legal fee of the second letter", "1"}, {"L1", "B", "2"}}));
+  ExpectInside(document);
+  const std::vector<PageText>& texts = document.pages.at(0).texts;
+  const auto last = std::find_if(texts.begin(), texts.end(),
+                                 [](const PageText& text) { return text.text == "letter"; });
+  const auto next = std::find_if(texts.begin(), texts.end(),
+                                 [](const PageText& text) { return text.text == "B"; });
+  ASSERT_TRUE(last != texts.end() && next != texts.end()) << TextsOf(document.pages[0]);
+  EXPECT_GE(next->y, last->y + 4);
 }
 
 TEST(Letter, CopiesShareASheetWhileTheyFit) {
@@ -277,7 +295,8 @@ TEST(Letter, TellsWhatOnlyTheRowsShow) {
   } cases[] = {
       {"text \"{CustNmae}\"", "line 5: the query gives no column \"CustNmae\""},
       {"text \"a\"\nfoot \"{CustNmae}\"", "line 6: the query gives no column"},
-      {"columns 1 1\nbox \"a\" \"{Amt}\" size 900\nbeside\nacross", "line 8: what stands side by side"},
+      {"columns 1 1\nbox \"a\" \"{Amt}\" size 900\nbeside\nacross",
+       "line 8: what stands side by side"},
   };
   for (const auto& c : cases) {
     try {
