@@ -51,6 +51,27 @@ class Collector {
   bool too_large_ = false;
 };
 
+// The amounts of the business: digits and a point that fit as they stand. False sends all else on.
+bool ParsePlain(std::string_view text, int scale, std::int64_t* units) {
+  if (scale < 0 || text.size() + static_cast<std::size_t>(scale) > 18) return false;
+  std::int64_t value = 0;
+  std::size_t point = text.size();
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (IsDigit(text[i])) {
+      value = value * 10 + (text[i] - '0');
+    } else if (text[i] == '.' && point == text.size()) {
+      point = i;
+    } else {
+      return false;
+    }
+  }
+  const std::size_t decimals = point == text.size() ? 0 : text.size() - point - 1;
+  if (text.size() == (point == text.size() ? 0U : 1U)) return false;  // not a digit
+  if (decimals > static_cast<std::size_t>(scale)) return false;
+  *units = value * PowerOfTen(scale - static_cast<int>(decimals));
+  return true;
+}
+
 // Rounds `x` by the 15 significant digits of its decimal text.
 bool ScaleByDigits(double x, int scale, std::int64_t* units) {
   char text[400];
@@ -103,6 +124,7 @@ double Unscale(std::int64_t units, int scale) {
 }
 
 DecimalResult ParseDecimal(std::string_view text, int scale, std::int64_t* units, bool exponent) {
+  if (ParsePlain(text, scale, units)) return DecimalResult::kOk;
   text = Trimmed(text);
   const bool negative = TakeSign(&text);
   int shift = 0;
