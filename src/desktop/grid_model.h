@@ -6,6 +6,7 @@
 
 #include <QAbstractTableModel>
 #include <functional>
+#include <vector>
 
 #include "screen/grid.h"
 
@@ -36,8 +37,16 @@ class GridModel : public QAbstractTableModel {
   bool Right(int column) const;
   const std::vector<std::string>& ItemsOf(int column) const;  // empty for any text
   RowTone ToneOf(int row) const;
+  // A table may be sorted: its rows are then others than the grid's.
+  int GridRowOf(int row) const;
+  int ViewRowOf(int grid_row) const;
+  // Sorts by a column of the grid; -1 shows the rows as the screen gave them.
+  void SortBy(int grid_column, bool descending);
+  int sorted_by() const { return sorted_by_; }
+  bool descending() const { return descending_; }
 
  private:
+  void Arrange();
   bool Exists(const QModelIndex& index) const;
 
   Grid& grid_;
@@ -47,6 +56,9 @@ class GridModel : public QAbstractTableModel {
   int columns_ = 0;
   bool checks_ = false;
   bool chinese_ = false;
+  int sorted_by_ = -1;
+  bool descending_ = false;
+  std::vector<int> order_;  // row of the grid by row of the table; empty while not sorted
 };
 
 }  // namespace kaunter

@@ -12,6 +12,7 @@
 #include <numeric>
 
 #include "desktop/plain_views.h"
+#include "desktop/row_order.h"
 #include "desktop/text.h"
 #include "desktop/theme.h"
 #include "desktop/window_memory.h"
@@ -201,7 +202,7 @@ GridView::GridView(ScreenFace& face, Grid& grid) : ControlView(face, grid), grid
   table_->verticalHeader()->setMinimumSectionSize(kRowHeight);
   QHeaderView* header = table_->horizontalHeader();
   header->setHighlightSections(false);
-  header->setSectionsClickable(false);
+  header->setSectionsClickable(true);
   header->setMinimumSectionSize(24);
   header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   empty_ = new QLabel(table_);
@@ -214,17 +215,22 @@ GridView::GridView(ScreenFace& face, Grid& grid) : ControlView(face, grid), grid
   QObject::connect(header, &QHeaderView::sectionResized, table_, [this](int, int, int) {
     if (!showing_) sized_by_hand_ = true;
   });
+  QObject::connect(header, &QHeaderView::sectionClicked, table_,
+                   [this](int column) { Sort(column); });
   QItemSelectionModel* selection = table_->selectionModel();
   QObject::connect(selection, &QItemSelectionModel::currentChanged, table_,
                    [this](const QModelIndex& current) { Moved(current); });
   QObject::connect(selection, &QItemSelectionModel::selectionChanged, table_, [this] {
     // A click on the row that is current already, but was not selected yet.
     const QModelIndex current = table_->currentIndex();
-    if (current.isValid() && current.row() != grid_.current_row()) Moved(current);
+    if (current.isValid() && model_->GridRowOf(current.row()) != grid_.current_row()) {
+      Moved(current);
+    }
   });
   QObject::connect(table_, &QTableView::doubleClicked, table_, [this](const QModelIndex& index) {
     if (index.flags() & Qt::ItemIsEditable || model_->IsCheckColumn(index.column())) return;
-    Act([&] { grid_.Open(index.row(), model_->GridColumnOf(index.column())); });
+    const int row = model_->GridRowOf(index.row());
+    Act([&] { grid_.Open(row, model_->GridColumnOf(index.column())); });
   });
   // When the editor closes by Enter, the next cell to be edited becomes current.
   QObject::connect(table_->itemDelegate(), &QAbstractItemDelegate::closeEditor, table_,
@@ -254,14 +260,38 @@ void GridView::Show() {
     sized_by_hand_ = false;
   }
   showing_ = false;
+  ShowSort();
   ShareWidth();
   ShowCurrent();
   empty_->setText(Q(empty_text_.In(face().chinese())));
   empty_->setVisible(grid_.RowCount() == 0 && !empty_->text().isEmpty());
 }
 
+// A click on a heading sorts by it, a second one the other way, a third one no more.
+void GridView::Sort(int column) {
+  if (model_->IsCheckColumn(column) || !MaySort(grid_)) return;
+  const int by = model_->GridColumnOf(column);
+  const bool again = model_->sorted_by() == by;
+  if (again && model_->descending()) {
+    model_->SortBy(-1, false);
+  } else {
+    model_->SortBy(by, again);
+  }
+  ShowSort();
+  ShowCurrent();
+}
+
+void GridView::ShowSort() {
+  QHeaderView& header = *table_->horizontalHeader();
+  const bool sorted = model_->sorted_by() >= 0 && MaySort(grid_);
+  header.setSortIndicatorShown(sorted);
+  if (!sorted) return;
+  header.setSortIndicator(model_->ViewColumnOf(model_->sorted_by()),
+                          model_->descending() ? Qt::DescendingOrder : Qt::AscendingOrder);
+}
+
 void GridView::ShowCurrent() {
-  const int row = grid_.current_row();
+  const int row = grid_.current_row() < 0 ? -1 : model_->ViewRowOf(grid_.current_row());
   const QModelIndex current = table_->currentIndex();
   if (row < 0) {
     if (table_->selectionModel()->hasSelection()) {
@@ -284,7 +314,8 @@ void GridView::Moved(const QModelIndex& current) {
   if (showing_ || !current.isValid()) return;
   if (!table_->selectionModel()->isRowSelected(current.row())) return;
   const int column = std::max(model_->GridColumnOf(current.column()), 0);
-  Act([&] { grid_.EnterCell(current.row(), column); });
+  const int row = model_->GridRowOf(current.row());
+  Act([&] { grid_.EnterCell(row, column); });
 }
 
 GridView::~GridView() {
@@ -391,7 +422,7 @@ void GridView::NextEditable(const QModelIndex& from) {
 bool GridView::UseKey(const QKeyEvent& event) {
   const QModelIndex current = table_->currentIndex();
   if (event.key() == Qt::Key_Space && grid_.has_checks() && current.isValid()) {
-    const int row = current.row();
+    const int row = model_->GridRowOf(current.row());
     if (grid_.Editable()) Act([&] { grid_.Tick(row, !grid_.Ticked(row)); });
     return true;
   }
@@ -404,7 +435,8 @@ bool GridView::UseKey(const QKeyEvent& event) {
   } else if (grid_.onKey) {
     return false;  // the screen's own Enter
   } else if (grid_.onOpen) {
-    Act([&] { grid_.Open(current.row(), std::max(model_->GridColumnOf(current.column()), 0)); });
+    const int row = model_->GridRowOf(current.row());
+    Act([&] { grid_.Open(row, std::max(model_->GridColumnOf(current.column()), 0)); });
   } else {
     face().MoveOn(*this);
   }

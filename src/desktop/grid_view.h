@@ -36,6 +36,8 @@ class GridView : public ControlView {
   void ShareWidth();
   // Widths given by hand are kept for each set of columns: a picker's grid has many.
   void RecallColumns();
+  void Sort(int column);
+  void ShowSort();
   void ShowCurrent();
   void Moved(const QModelIndex& current);
   // To the next cell that can be edited, right and then down.

@@ -3,8 +3,7 @@
 
 namespace kaunter {
 
-// From here on, for the life of the program. Keys and clicks wait until the statement is done, and
-// so do timers.
+// From here on, for the life of the program. Keys and clicks wait until the statement is done.
 void PaintDuringStatements();
 
 }  // namespace kaunter

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QHeaderView>
+
 #include "test_screen.h"
 
 namespace kaunter {
@@ -123,6 +125,62 @@ TEST_F(GridViewTest, ManyChangesAreOneRedraw) {
   OpenScreen::Wait();
   EXPECT_EQ(told, 1);
   EXPECT_EQ(Cell(0, 0), "99");
+}
+
+TEST_F(GridViewTest, AClickOnAHeadingSortsWhatIsOnlyRead) {
+  QTableView& table = open.Table();
+  QHeaderView& header = *table.horizontalHeader();
+  const auto click = [&](int column) {
+    QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
+                      {header.sectionViewportPosition(column) + 5, header.height() / 2});
+    OpenScreen::Wait();
+  };
+  const auto column = [&](int at) {
+    std::string all;
+    for (int row = 0; row < model().rowCount(); ++row) {
+      all += Cell(row, at).toStdString() + ";";
+    }
+    return all;
+  };
+  // What is typed in keeps its place.
+  click(1);
+  EXPECT_EQ(column(0), "1;2;3;");
+
+  grid().SetColumns({{{"Loan"}}, {{"Amount"}, Kind::money}, {{"Due"}, Kind::date}});
+  grid().SetRows({{"AB1-9", "100.00", "31-01-2024"},
+                  {"AB1-10", "1,200.50", "01-02-2024"},
+                  {"ab1-2", "", "15-12-2023"},
+                  {"AB1-1", "99.90", "01-02-2024"},
+                  {"Total", "1,400.40", ""}},
+                 {RowTone::plain, RowTone::plain, RowTone::plain, RowTone::plain, RowTone::total});
+  OpenScreen::Wait();
+  click(0);
+  EXPECT_EQ(column(0), "AB1-1;ab1-2;AB1-9;AB1-10;Total;");
+  click(2);
+  EXPECT_EQ(column(2), "15-12-2023;31-01-2024;01-02-2024;01-02-2024;;");
+  EXPECT_EQ(column(0), "ab1-2;AB1-9;AB1-10;AB1-1;Total;");
+  click(1);
+  EXPECT_EQ(column(1), ";99.90;100.00;1,200.50;1,400.40;");
+  click(1);
+  EXPECT_EQ(column(1), "1,200.50;100.00;99.90;;1,400.40;");
+
+  // The screen hears of its own rows, and its choice is shown where the row stands now.
+  open.screen.events.clear();
+  table.setCurrentIndex(model().index(1, 0));
+  EXPECT_EQ(grid().current_row(), 0);
+  grid().SetCurrentRow(3);
+  OpenScreen::Wait();
+  EXPECT_EQ(table.currentIndex().row(), 2);
+  open.Go(grid());
+  QTest::keyClick(&table, Qt::Key_Return);
+  EXPECT_THAT(open.screen.events, ElementsAre("row 0", "open 3"));
+
+  // Rows that come are sorted in; the third click gives the screen's own order back.
+  grid().SetRows({{"X", "5.00", ""}, {"Y", "7.00", ""}, {"Z", "6.00", ""}});
+  OpenScreen::Wait();
+  EXPECT_EQ(column(0), "Y;Z;X;");
+  click(1);
+  EXPECT_EQ(column(0), "X;Y;Z;");
 }
 
 }  // namespace

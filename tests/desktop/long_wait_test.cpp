@@ -1,14 +1,13 @@
-// A window lives on while a long statement runs; clocks and other statements wait.
+// A window lives on while a long statement runs; other statements wait.
 #include "desktop/long_wait.h"
 
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QPaintEvent>
-#include <QTimer>
 #include <QWidget>
 
-#include "platform/clock.h"
 #include "platform/sql/connection.h"
 #include "platform/sql/waiting.h"
 #include "tests/core/office.h"
@@ -28,7 +27,11 @@ class Restless : public QWidget {
   }
 };
 
-TEST(LongWait, PaintsAndLetsTimersWait) {
+constexpr char kLong[] =
+    "SELECT COUNT(*) FROM NumberMast AS a, NumberMast AS b, NumberMast AS c WHERE "
+    "a.LoanNo<>b.CustID AND b.LoanNo<>c.CustID AND a.CustID=c.CustID";
+
+TEST(LongWait, TheWindowIsPainted) {
   Office office(Office::State::patched);
   Connection& main = office.session.Main();
   main.BeginTrans();
@@ -40,18 +43,13 @@ TEST(LongWait, PaintsAndLetsTimersWait) {
   window.show();
   QCoreApplication::processEvents();
   PaintDuringStatements();
-  QTimer timer;
-  int ticks = 0;
-  QObject::connect(&timer, &QTimer::timeout, [&ticks] { ++ticks; });
-  timer.start(1);
   const int before = window.paints;
-  const Recordset rows = main.Query(
-      "SELECT COUNT(*) FROM NumberMast AS a, NumberMast AS b, NumberMast AS c WHERE "
-      "a.LoanNo<>b.CustID AND b.LoanNo<>c.CustID AND a.CustID=c.CustID");
+  QElapsedTimer clock;
+  for (clock.start(); clock.elapsed() < 400;) {
+    EXPECT_EQ(main.Query(kLong).Field(0).ToText(), "90000");
+  }
   SetWhileWaiting({});
-  EXPECT_EQ(rows.Field(0).ToText(), "90000");
-  EXPECT_GT(window.paints, before);
-  EXPECT_EQ(ticks, 0);
+  EXPECT_GE(window.paints - before, 3);
 }
 
 TEST(LongWait, AStatementFromWithinIsRefused) {
