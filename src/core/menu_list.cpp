@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <stdexcept>
 
 #include "core/values.h"
@@ -18,6 +19,15 @@ std::string FileName(const std::string& folder, int number) {
   return fmt::format("{}/MenuList{}.ini", folder, number == 1 ? "" : std::to_string(number));
 }
 
+// Nothing for what is no number, or none that fits.
+std::optional<int> NumberIn(const std::string& digits) {
+  try {
+    return CLng(std::string_view(digits));
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
 void ReadFile(const std::string& path, std::vector<MenuListEntry>& entries) {
   std::ifstream file(path);
   std::string line;
@@ -30,12 +40,12 @@ void ReadFile(const std::string& path, std::vector<MenuListEntry>& entries) {
     const std::string digits = second == std::string::npos
                                    ? std::string()
                                    : Trim(line.substr(first + 1, second - first - 1));
-    if (second == std::string::npos || !IsNumeric(digits)) {
+    const std::optional<int> entry = NumberIn(digits);
+    if (second == std::string::npos || !entry) {
       throw std::runtime_error(fmt::format(
           "{}, line {}: a line is name, number and caption, parted by commas.", path, number));
     }
-    entries.push_back({Trim(line.substr(0, first)), CLng(std::string_view(digits)),
-                       Trim(line.substr(second + 1))});
+    entries.push_back({Trim(line.substr(0, first)), *entry, Trim(line.substr(second + 1))});
   }
   throw std::runtime_error(fmt::format(
       "{}: there is no line [end] within {} lines. Remove the MenuList files to have them made "

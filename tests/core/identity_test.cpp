@@ -52,7 +52,8 @@ TEST(MenuList, AFileEndsWithItsMarkOrIsRefusedWithItsName) {
   EXPECT_EQ(read[149].number, 150);
   EXPECT_EQ(read[149].caption, "Caption, with a comma 149");
   for (const char* broken :
-       {"NewCustMnu,1,New\nEditCustMnu,2\n[end],,\n", "NewCustMnu,1,New Customer\n", ""}) {
+       {"NewCustMnu,1,New\nEditCustMnu,2\n[end],,\n", "NewCustMnu,1,New Customer\n",
+        "NewCustMnu,-19999999999999999999999,New\n[end],,\n", ""}) {
     std::ofstream(folder.File("MenuList2.ini")) << broken;
     try {
       ReadMenuList(folder.path());
