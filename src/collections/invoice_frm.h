@@ -33,7 +33,7 @@ class Invoicefrm : public SessionScreen {
   TextBox ChargeAmt{*this, "ChargeAmt", {"Amount", "金额"}, Kind::money};
   TextBox ChargeDesc{*this, "ChargeDesc", {"Description", "说明"}, Kind::memo};
   TextBox DueDate{*this, "DueDate", {"Due Date", "到期日"}, Kind::date};
-  TextBox LateAmt{*this, "LateAmt", {"Based on Amount", "计算基数"}, Kind::money};
+  TextBox LateAmt{*this, "LateAmt", {"Base Amount", "计算基数"}, Kind::money};
   TextBox LateInt{*this, "LateInt", {"Late Interest", "逾期利息"}, Kind::money};
   Button CmdNew{*this, "CmdNew", {"&New", "新增(&N)"}};
   Button CmdPrint{*this, "CmdPrint", {"&Print", "打印(&P)"}};

@@ -31,18 +31,18 @@ class SpecialRpt : public SessionScreen {
           "DG",
           {"Instalments Due", "到期分期"},
           {{{"Loan Code", "贷款编号"}, Kind::text, 13},
-           {{"Alternate Code", "另编号"}, Kind::text, 12},
-           {{"Customer Name", "顾客姓名"}, Kind::text, 22},
-           {{"Customer No", "顾客旧编号"}, Kind::text, 10},
+           {{"Alternate Code", "另编号"}, Kind::text, 10},
+           {{"Customer Name", "顾客姓名"}, Kind::text, 18},
+           {{"Customer No", "顾客旧编号"}, Kind::text, 9},
            {{"Loan Type", "还款方式"}, Kind::text, 9},
-           {{"Grace Days", "宽限日"}, Kind::integer, 8},
-           {{"Late Int %", "逾期年利率"}, Kind::rate, 8},
+           {{"Grace Days", "宽限日"}, Kind::integer, 6},
+           {{"Late Int %", "逾期年利率"}, Kind::rate, 6},
            {{"Due Date", "到期日"}, Kind::date, 10},
            {{"Balance", "未还"}, Kind::money, 10},
            {{"Loan Balance", "贷款结余"}, Kind::money, 11},
-           {{"Amount", "付款额"}, Kind::money, 10, true},
+           {{"Amount", "付款额"}, Kind::money, 12, true},
            {{"Payment Code", "付款编号"}, Kind::text, 15},
-           {{"Remarks", "备注"}, Kind::text, 20}}};
+           {{"Remarks", "备注"}, Kind::text, 34}}};
   Label TotalLBL{*this, "TotalLBL"};
   Button SaveCmd{*this, "SaveCmd", {"&Save Payments", "储存付款(&S)"}, ButtonRole::primary};
   Button CancelCmd{*this, "CancelCmd", {"&Close", "关闭(&C)"}, ButtonRole::cancel};

@@ -11,7 +11,8 @@ const std::vector<Layout>& AllLayouts() {
       NewCustFrmLayout(),        UserFrmLayout(),     CompCodeFrmLayout(),
       CompProfileFrmLayout(),    SetupFrmLayout(),    FrmNicLayout(),
       NewLoanFrmLayout(),        LoanAppFrmLayout(),  SettlementfrmLayout(),
-      LoanSettlementfrmLayout(), PaymentFrmLayout(),
+      LoanSettlementfrmLayout(), PaymentFrmLayout(),  InvoicefrmLayout(),
+      BatchLinkfrmLayout(),      SpecialRptLayout(),
   };
   return layouts;
 }

@@ -19,5 +19,8 @@ Layout SetupFrmLayout();
 Layout FrmNicLayout();
 Layout SettlementfrmLayout();
 Layout LoanSettlementfrmLayout();
+Layout InvoicefrmLayout();
+Layout BatchLinkfrmLayout();
+Layout SpecialRptLayout();
 
 }  // namespace kaunter

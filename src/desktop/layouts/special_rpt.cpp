@@ -1,0 +1,16 @@
+#include "desktop/layouts/layouts.h"
+
+namespace kaunter {
+
+Layout SpecialRptLayout() {
+  return {
+      "SpecialRpt",
+      {1342, 700},
+      Down({Across({Fields(3, {"CompCode", "Bank", "LoanGroupID", "DateFrom", "DateTo", "SortBy"}),
+                    ButtonsHere({"Command1"})},
+                   {1, 0}),
+            Fill("DG"), Across({Title("TotalLBL"), Fields(1, {"PayDate"})}, {3, 1})}),
+      {"SaveCmd", "CancelCmd"}};
+}
+
+}  // namespace kaunter
