@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "collections/reading.h"
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/open_for.h"
@@ -106,19 +107,9 @@ void LoanSettlementfrm::LeaveKey(TextBox& box, const std::string& shown,
   }
 }
 
-bool LoanSettlementfrm::Reading(const std::function<bool()>& read) {
-  try {
-    return read();
-  } catch (const std::exception& failure) {
-    LogRollback(session(), "Loan Settlement", failure);
-    Tell(MessageKind::critical, {"An error occur during reading the record", "读取资料时发生错误"});
-    return false;
-  }
-}
-
 void LoanSettlementfrm::LoadLoan(std::string id) {
   ClearScreen();
-  if (Reading([&] { return ShowLoan(id); })) return;
+  if (ReadOrTell(session(), desk(), title().english, [&] { return ShowLoan(id); })) return;
   ClearScreen();
   LoanID.SetText(id);
 }
@@ -160,7 +151,7 @@ bool LoanSettlementfrm::ShowLoan(const std::string& id) {
 
 void LoanSettlementfrm::LoadSettlement(std::string id) {
   ClearScreen();
-  if (Reading([&] { return ShowSettlement(id); })) return;
+  if (ReadOrTell(session(), desk(), title().english, [&] { return ShowSettlement(id); })) return;
   ClearScreen();
   PayID.SetText(id);
 }

@@ -55,8 +55,6 @@ class LoanSettlementfrm : public SessionScreen {
   // Before another record is shown or the screen closes.
   bool Typed() const;
   void ClearScreen();
-  // Shows what `read` finds; false when it failed, which has then been told.
-  bool Reading(const std::function<bool()>& read);
   void LeaveKey(TextBox& box, const std::string& shown,
                 void (LoanSettlementfrm::*load)(std::string));
   void LoadLoan(std::string id);  // by value: the box it may come from is cleared

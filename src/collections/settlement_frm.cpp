@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "collections/reading.h"
 #include "core/company_access.h"
 #include "core/open_for.h"
 #include "core/picker.h"
@@ -66,7 +67,12 @@ void Settlementfrm::LeaveLoanID() {
 
 void Settlementfrm::LoadLoan(std::string id) {
   ClearScreen();
+  if (ReadOrTell(session(), desk(), title().english, [&] { return FindLoan(id); })) return;
+  ClearScreen();
   LoanID.SetText(id);
+}
+
+bool Settlementfrm::FindLoan(const std::string& id) {
   const Recordset row = main().Query(
       "SELECT "
       "l.LoanID,c.CustName,l.DragLoan,l.LoanAmt,l.TrxDate,l.InsRate,l.LoanTerm,l.InstallmentAmt,"
@@ -77,11 +83,11 @@ void Settlementfrm::LoadLoan(std::string id) {
   if (row.Eof() ||
       !MayUseCompany(session(), ScalarQuery(main(), "SELECT CompCode FROM LoanMast WHERE LoanID=" +
                                                         QuoteStr(id)))) {
-    Refuse(LoanID, {fmt::format("Loan ID {} not found", id)});
-    return;
+    return Refuse(LoanID, {fmt::format("Loan ID {} not found", id)});
   }
   LoanID.SetMark(false);
   ShowLoan(row);
+  return true;
 }
 
 void Settlementfrm::ShowLoan(const Recordset& row) {

@@ -57,6 +57,7 @@ class Settlementfrm : public SessionScreen {
  private:
   void LeaveLoanID();
   void LoadLoan(std::string id);  // by value: the box it may come from is cleared
+  bool FindLoan(const std::string& id);
   void ShowLoan(const Recordset& row);
   void ClearScreen();
   void LeaveDate(Column& left);

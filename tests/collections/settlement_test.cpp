@@ -269,6 +269,20 @@ TEST_F(SettlementTest, TheLetterTakesTheThreeDates) {
             "6 SettleDate3;;True\n");
 }
 
+TEST_F(SettlementTest, ALoanThatIsReadHalfIsNotShown) {
+  MakeSmallLoan("0", "319.08");
+  for (int at = 1; at <= 3; ++at) {
+    auto screen = Open<Settlementfrm>();
+    screen->columns[0].SettledDate.SetText("31-01-2024");
+    ASSERT_TRUE(FailAt(at, [&] { Put(screen->LoanID, kId); })) << at;
+    EXPECT_EQ(LastMessage(), "Settlement: An error occur during reading the record");
+    EXPECT_EQ(screen->LoanID.text() + screen->CustName.text(), kId);
+    EXPECT_EQ(Figures(*screen, 0), "31-01-2024 |    ");
+    Put(screen->LoanID, kId);
+    EXPECT_EQ(Figures(*screen, 0), "31-01-2024 | 319.08 9.03 0.00 310.05");
+  }
+}
+
 TEST_F(SettlementTest, AnotherCompanysLoanIsNotShown) {
   MakeSmallLoan("0", "319.08");
   office.Run("UPDATE LoanMast SET CompCode='AB'");
