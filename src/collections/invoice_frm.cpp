@@ -109,6 +109,9 @@ bool Invoicefrm::IsDocument() const {
   return SameText(PType.text(), kInvoice) || SameText(PType.text(), kCreditNote);
 }
 
+bool Invoicefrm::MayBeDeleted() const { return IsDocument() || SameText(PType.text(), kBatch); }
+bool Invoicefrm::HasPaper() const { return MayBeDeleted(); }
+
 // --- showing a charge
 
 void Invoicefrm::StartNew() {
@@ -172,7 +175,7 @@ void Invoicefrm::KeepAsStored(std::vector<Value> values) {
   PType.SetLocked(true);
   LoanID.SetLocked(true);
   CmdDelete.SetEnabled(true);
-  CmdPrint.SetEnabled(true);
+  CmdPrint.SetEnabled(HasPaper());
   record_.Remember();
 }
 
@@ -322,7 +325,8 @@ bool Invoicefrm::Write(const std::function<void()>& write) {
                  });
 }
 
-// The charge stands whatever becomes of it in the accounts.
+// The charge stands whatever becomes of it in the accounts. There a credit note is the amount by
+// which the debt falls, so what reduces the charges here is positive.
 void Invoicefrm::TellLinkedAccounts() {
   if (!LinkIsOn(session()) || !IsDocument()) return;
   const std::string& id = ChargeID.text();
@@ -332,7 +336,7 @@ void Invoicefrm::TellLinkedAccounts() {
   if (credit) {
     linked = LinkARCN(session(), desk(),
                       {id, TrxDate.text(), CustID.text(), "Credit Note - " + ChargeDesc.text(),
-                       account, "", Sen(ChargeAmt)});
+                       account, "", -Sen(ChargeAmt)});
   } else {
     linked =
         LinkARInvoice(session(), desk(), {id, TrxDate.text(), CustID.text(), Sen(ChargeAmt)}) &&
@@ -352,7 +356,7 @@ void Invoicefrm::TellLinkedAccounts() {
 void Invoicefrm::Delete() {
   if (IsNew()) return;
   const std::string kind = PType.text();
-  if (!IsDocument() && !SameText(kind, kBatch)) {
+  if (!MayBeDeleted()) {
     Refuse({"You are not allow to delete record", "您不可删除记录"});
     return;
   }

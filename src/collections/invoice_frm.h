@@ -45,6 +45,9 @@ class Invoicefrm : public SessionScreen {
   bool IsNew() const { return loaded_id_.empty(); }
   // An invoice or credit note, which the accounts are told of.
   bool IsDocument() const;
+  // A document, or the late interest of one day.
+  bool MayBeDeleted() const;
+  bool HasPaper() const;
   void BindRecord();
 
   void StartNew();

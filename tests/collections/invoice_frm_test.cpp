@@ -261,6 +261,7 @@ TEST_F(InvoiceTest, TheAccountsAreToldAndTheirFailureUndoesNothing) {
             "INV0001|500-1|Invoice for Tan 'Ah' Kow");
   EXPECT_EQ(line("SELECT DocNo+'|'+DebitAccNo+'|'+Description FROM TM_ARCN"),
             "CN0001|500-2|Credit Note - Legal 'letter'");
+  EXPECT_EQ(line("SELECT Amount FROM TM_ARCN"), "30");  // what the debt falls by
   aed.SetFaultHook([](std::string_view) { throw SqlError(1105, "away"); });
   for (const char* kind : {"Invoice", "Credit Note"}) {
     counter.messages.clear();
