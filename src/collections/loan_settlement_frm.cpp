@@ -239,6 +239,7 @@ void LoanSettlementfrm::LeavePayment() {
     DiscAmt.SetText("0.00");
     return;
   }
+  DiscAmt.Clear();  // no rebate of another amount beside one that is refused
   if (!CheckPayment()) return;
   Payment.SetText(ShowMoney(Payment.text()));
   if (IsAmount(IntAmt)) IntAmt.SetText(ShowMoney(IntAmt.text()));
