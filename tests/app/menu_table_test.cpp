@@ -35,7 +35,8 @@ TEST(MenuTable, NobodyIsUnableToSignOutOrExit) {
 }
 
 TEST(Catalogue, EveryScreenOfItIsOpenedByTheMenuOrByOtherScreens) {
-  std::set<std::string> targets = {"PopupFrm", "Drawdown"};  // opened by other screens only
+  // Those that other screens open.
+  std::set<std::string> targets = {"PopupFrm", "Drawdown", "BatchListfrm", "LoanLateChargefrm"};
   for (const MenuEntry& entry : MenuTable()) targets.insert(entry.target);
   for (const std::string& name : ScreenNames()) EXPECT_TRUE(targets.contains(name)) << name;
 }
