@@ -16,7 +16,8 @@ namespace kaunter {
 namespace {
 
 constexpr int kDateLength = 10;
-constexpr int kAmountLength = 18;
+constexpr int kAmountLength = 14;  // so that a few of them are summed without overflow
+constexpr int kCountLength = 4;
 
 struct Mode {
   const char* name;
@@ -136,7 +137,10 @@ void PaymentFrm::Load() {
   const SettlementQuote quote = session().HandOverQuote;
   session().MsgTitle = PaymentMode;
   record_.TakeWidths(main());
-  for (const AmountBox& amount : amounts_) amount.box->max_length = kAmountLength;
+  TotPay.max_length = kAmountLength;
+  for (const AmountBox& amount : amounts_) {
+    amount.box->max_length = amount.box->kind() == Kind::integer ? kCountLength : kAmountLength;
+  }
   for (TextBox* date : {&PayDate, &WithdrawDate}) date->max_length = kDateLength;
   FillLists();
   SSCommand5.SetVisible(desk().CanShow("AMLAFrm"));

@@ -188,6 +188,7 @@ class PaymentFrm : public SessionScreen {
   void LeaveInstalment();
   void LeaveExtra();
   bool LeaveRefund();
+  Money FlexiLimit();
   bool CheckFlexiLimit();  // false when told
   bool LeaveMultiple();
   void LeaveTopUp(TextBox& box);

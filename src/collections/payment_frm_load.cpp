@@ -199,8 +199,7 @@ void PaymentFrm::LoadPayment(const std::string& id) {
     Tell(MessageKind::information, {"Settlement Payment cannot be edit", "结清付款不可更改"});
     may_save = false;
   }
-  TotPay.SetText((AmountIn(PayAmt) + AmountIn(IntAmt)).ToText());
-  split_total_ = TotPay.text();
+  ShowTotal();
   MPayment.SetText("0");
   if (!ShowLoanOfPayment()) may_save = false;
   if (LampiranStatus.empty()) LampiranStatus.SetText("PINJAMAN SEMASA");

@@ -148,10 +148,9 @@ bool PaymentFrm::WritePayment(Payment& payment) {
 
 // Another desktop may have taken a payment of the same loan while this one was typed.
 void PaymentFrm::RefuseStaleBalance(const Payment& payment) {
-  if (IsFlexi()) return;  // its limit was read with the checks
   const Money balance = Money::FromText(ShowMoney(ScalarQuery(
       main(), "SELECT LoanBal FROM LoanMast WHERE LoanID=" + QuoteStr(payment.LoanID))));
-  if (payment.PayAmt <= balance) return;
+  if (payment.PayAmt <= balance || (IsFlexi() && payment.PayAmt <= FlexiLimit())) return;
   throw std::runtime_error(session().In(
       {"Payment amount cannot more than loan balance amount", "付款额不可多过贷款结余"}));
 }

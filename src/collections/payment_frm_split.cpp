@@ -161,7 +161,7 @@ void PaymentFrm::ShowNewBalance() {
 }
 
 void PaymentFrm::ShowTotal() {
-  TotPay.SetText((AmountIn(PayAmt) + AmountIn(IntAmt)).ToText());
+  TotPay.SetText(ShowMoney(AmountIn(PayAmt) + AmountIn(IntAmt)));
   split_total_ = TotPay.text();
 }
 
@@ -185,13 +185,16 @@ void PaymentFrm::LeaveExtra() {
   InstalAmt.SetMark(false);
 }
 
-bool PaymentFrm::CheckFlexiLimit() {
+Money PaymentFrm::FlexiLimit() {
   const Money open =
       Scalar(main(), fmt::format("SELECT SUM(CapitalAmt+InterestAmt) - SUM(CapitalPayment+"
                                  "InterestPayment) FROM SchMast WHERE LoanID={}",
                                  QuoteStr(LoanID.text())));
-  // What this payment has paid before may be paid again.
-  const Money limit = open + snapshot_.PayAmt;
+  return open + snapshot_.PayAmt;  // what this payment has paid before may be paid again
+}
+
+bool PaymentFrm::CheckFlexiLimit() {
+  const Money limit = FlexiLimit();
   if (AmountIn(PayAmt) <= limit) return true;
   const std::string shown = Format(limit, "#,##0.00");
   return Refuse(PayAmt, {fmt::format("Total payment cannot more than {}", shown),
@@ -199,7 +202,8 @@ bool PaymentFrm::CheckFlexiLimit() {
 }
 
 bool PaymentFrm::LeaveRefund() {
-  if (ChargeAmt.locked() || !LeaveAmount(ChargeAmt)) return false;
+  if (ChargeAmt.locked()) return true;
+  if (!LeaveAmount(ChargeAmt)) return false;
   const Money refund = AmountIn(ChargeAmt);
   if (refund.IsZero() || LoanID.empty()) return true;
   const Money deposit =
@@ -237,7 +241,7 @@ void PaymentFrm::LeaveTopUp(TextBox& box) {
 }
 
 bool PaymentFrm::CheckTopTerm() {
-  if (!IsFlexi() || TopTerm.empty() || CDbl(TopTerm.text()) <= 1) return true;
+  if (!IsFlexi() || AmountIn(TopTerm) <= Money::FromInteger(1)) return true;
   return Refuse(TopTerm,
                 {"Flexi Loan not allow to Topup more than 1 term", "弹性贷款不可加借超过一期"});
 }

@@ -7,18 +7,18 @@ LayoutNode MoneyPage() {
   const LayoutNode money = Group({"Money", "款项"}, 1,
                                  {"PayAmt", "InstalAmt", "PayExtra", "IntAmt", "ChargeAmt",
                                   "CollectorAmt", Beside({"Memo5", "DiscAmt"}), "MPayment"});
-  const LayoutNode how =
-      Group({"How Paid", "付款方式"}, 1,
-            {"CollectInfoID", "Bank", "ChqNo", "ReceiptNo", "LampiranStatus",
-             Line({"SalesmanID", "SalesmanComm"}), Line({"TopAmt", "TopTerm"}), "TopUpAmt"});
+  const LayoutNode how = Group(
+      {"How Paid", "付款方式"}, 1,
+      {"CollectInfoID", "Bank", "ChqNo", "ReceiptNo", "LampiranStatus",
+       Line({"SalesmanID", "SalesmanComm"}), Line({"TopAmt", "TopTerm"}), "TopUpAmt", "UserID"});
   const LayoutNode instalment =
       Group({"Instalment", "分期"}, 1,
             {Line({"SchID", "IntDate"}), Line({"LastDueDate", "NextDueDate"}), "PayableAmt",
              Beside({"OutIntAmt", "IntChargeAmt"}), Beside({"OutDragAmt", "DragInt"})});
   const LayoutNode loan =
       Group({"Loan", "贷款"}, 1,
-            {Line({"DragLoan", "LoanType"}), "LoanTerm", Line({"LoanAmt", "PayOutAmt"}),
-             Line({"InsRate", "LateChargePerDay", "OfferDays"})});
+            {Line({"DragLoan", "LoanType"}), Line({"LoanTerm", "AltCode"}),
+             Line({"LoanAmt", "PayOutAmt"}), Line({"InsRate", "LateChargePerDay", "OfferDays"})});
   return Down({Across({money, how, Down({instalment, loan})}, {4, 5, 6}),
                Fields(1, {Wide(Line({"Memo1", "Memo2", "Memo3"}))})});
 }
@@ -31,10 +31,10 @@ Layout PaymentFrmLayout() {
   return {"PaymentFrm",
           {1342, 720},
           Down({Across({Title("ModeLBL"),
-                        Inside("Identity", Fields(1, {Wide(Line({"LoanID", "PayDate", "TotPay",
-                                                                 "PayID", "PaymentStatus"})),
-                                                      Wide(Line({"CustName", "CustID", "AltCode",
-                                                                 "CompCode", "UserID"}))}))},
+                        Inside("Identity",
+                               Fields(1, {Wide(Line({"LoanID", "PayDate", "TotPay", "PayID"})),
+                                          Wide(Line({"CustName", "CustID", "CompCode",
+                                                     "PaymentStatus"}))}))},
                        {0, 1}),
                 Inside("Glance",
                        Across({Figures({"OldLoanBal", "DragIntType", "ActPayable", "NewLoanBal"}),
