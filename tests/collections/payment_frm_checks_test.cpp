@@ -1,0 +1,252 @@
+// What the payment screen refuses, and in which order.
+#include "tests/collections/payment_counter.h"
+
+namespace kaunter {
+namespace {
+
+class PaymentChecks : public PaymentCounter {
+ protected:
+  void TurnAmlOn(const std::string& threshold, bool only_warn) {
+    office.session.settings.AMLA = true;
+    office.Run(fmt::format("UPDATE CompMast SET AMLA='1',AMLAPayment={},AMLAWarning='{}'",
+                           threshold, only_warn ? 1 : 0));
+  }
+};
+
+// At first everything is wrong; each row mends what the row before was refused for, and meets the
+// next check.
+TEST_F(PaymentChecks, StandInTheirOrder) {
+  const std::string id = Store("112");
+  TurnAmlOn("99.99", false);
+  office.session.AllowEdit = office.session.AllowDisc = false;
+  auto screen = Open("Edit Payment", {}, id);
+  PaymentFrm& s = *screen;
+  s.LoanID.SetText("");
+  s.PayOutAmt.SetText("0.00");
+  s.DiscAmt.SetText("1");
+  s.IntAmt.SetText("soon");
+  s.WithdrawDate.SetText("31-02-2024");
+  s.PayAmt.SetText("1344.01");
+  s.InstalAmt.SetText("2000");
+  s.PayDate.SetText("");
+  s.ChargeAmt.SetText("51");  // of a deposit of 50
+  s.MPayment.SetText("12");   // of 11 rows ahead
+  struct Step {
+    std::function<void()> mend;
+    const char* told;
+  };
+  const Step steps[] = {
+      {[] {}, "Loan ID required"},
+      {[&] { s.LoanID.SetText(kPersonal); },
+       "Loan not fully drawdown cannot make payment"},
+      {[&] { s.PayOutAmt.SetText("1,200.00"); },
+       "User AMY are not allow to save discount payment"},
+      {[&] { office.session.AllowDisc = true; },
+       "User AMY Level not allow to edit or delete payment record"},
+      {[&] { counter.manager = true; }, "Invalid Interest Payment, Please check"},
+      {[&] { s.IntAmt.SetText("-1"); }, "Invalid Withdraw Date, Please check"},
+      {[&] { s.WithdrawDate.SetText(""); },
+       "Payment amount cannot more than loan balance amount"},
+      {[&] { s.PayAmt.SetText("1344"); }, "Instalment & Extra not tally with Payment Amount"},
+      {[&] { s.InstalAmt.SetText("1344"); }, "Date is required"},
+      {[&] {
+         s.PayDate.SetText("04-01-2024");
+         for (TextBox* box : {&s.PayAmt, &s.InstalAmt, &s.IntAmt, &s.ChargeAmt}) box->SetText("0");
+       },
+       "No payment"},
+      {[&] {
+         s.PayAmt.SetText("100");
+         s.InstalAmt.SetText("60");  // less than the payment passes
+         s.ChargeAmt.SetText("51");
+       },
+       "Refund Deposit cannot more than 50.00 Deposit Amount, Please check"},
+      {[&] { s.ChargeAmt.SetText("0"); }, "Cannot exceed 11 payment"},
+      {[&] { s.MPayment.SetText("11"); }, "Payment date cannot eariler than loan date"},
+  };
+  for (const Step& step : steps) {
+    step.mend();
+    Save(s);
+    EXPECT_EQ(Said(), std::string("Edit Payment: ") + step.told + "|");
+  }
+  s.PayDate.SetText("05-01-2024");
+  s.IntAmt.SetText("1.50");
+  Save(s);
+  EXPECT_EQ(Said(),
+            "AML/CFT Alert: AML/CFT Alert!\nPayment Amount RM100.50 more than BNM Cash Threshold "
+            "Amount RM99.99\nPlease fill in the Source of Fund Explaination|");
+  EXPECT_EQ(s.focus(), &s.AMLACode);
+  s.AMLACode.SetText("SALARY");
+  Save(s);
+  EXPECT_EQ(Said(), "?confirm to Save Loan ID " + id + " ?|Edit Payment: Loan ID " + id +
+                        " Saved|");
+  // The manager was asked until he signed in, and then no more.
+  EXPECT_EQ(counter.asked_manager, 2);
+  EXPECT_EQ(Lines("SELECT PayAmt,InstalAmt,IntAmt,DiscAmt,AMLACode FROM PaymentMast"),
+            "100 60 1.5 1 SALARY\n");
+  // A screen that was cleared asks anew; and a payment that is deleted is not asked for.
+  s.Guard([&] { s.CmdClear.Click(); });
+  Put(s.PayID, id);
+  counter.manager = false;
+  Save(s);
+  EXPECT_EQ(counter.asked_manager, 3);
+  Save(*Open("Delete Payment", {}, id));
+  EXPECT_EQ(counter.asked_manager, 3);
+  EXPECT_EQ(Payments(), "");
+}
+
+TEST_F(PaymentChecks, LettersAndAmountsBelowZeroAreToldByTheirBox) {
+  struct Case {
+    TextBox PaymentFrm::* box;
+    const char* told;
+    bool below_zero_too = true;
+  };
+  const Case cases[] = {
+      {&PaymentFrm::TotPay, "Invalid Total Payment"},
+      {&PaymentFrm::PayAmt, "Invalid Amount, Please check"},
+      {&PaymentFrm::InstalAmt, "Invalid Amount"},
+      {&PaymentFrm::PayExtra, "Invalid Amount"},
+      {&PaymentFrm::IntAmt, "Invalid Interest Payment, Please check", false},
+      {&PaymentFrm::ChargeAmt, "Invalid Refund Deposit Amount, Please check"},
+      {&PaymentFrm::CollectorAmt, "Invalid Collector Fee, Please check"},
+      {&PaymentFrm::Memo5, "Invalid Late Interest, Please check"},
+      {&PaymentFrm::DiscAmt, "Invalid Discount, Please check"},
+      {&PaymentFrm::MPayment, "Invalid data, Please check"},
+      {&PaymentFrm::SalesmanComm, "Invalid Salesman Comm, Please check"},
+      {&PaymentFrm::TopAmt, "Invalid Term"},
+      {&PaymentFrm::TopTerm, "Invalid Term"},
+      {&PaymentFrm::TopUpAmt, "Invalid Topup Loan Amount, Please check!"},
+      {&PaymentFrm::BankOpenBal, "Invalid Open Balance, Please check", false},
+      {&PaymentFrm::WithdrawAmt, "Invalid Withdraw Amount, Please check"},
+      {&PaymentFrm::RepaymentAmt, "Invalid Repayment, Please check"},
+      {&PaymentFrm::WithdrawDate, "Invalid Withdraw Date, Please check"},
+      {&PaymentFrm::PayDate, "Invalid Date, Please check"},
+  };
+  for (const Case& one : cases) {
+    auto screen = New(kFlexi);
+    TextBox& box = (*screen).*one.box;
+    if (&box != &screen->PayDate) Put(screen->PayDate, "31-01-2024");
+    if (&box != &screen->TotPay) Put(screen->TotPay, "100");
+    for (const char* text : {"1O0", "-5", "1';", "1e3"}) {
+      if (!one.below_zero_too && text[0] == '-') continue;
+      counter.messages.clear();
+      const bool typed = box.Type(text);
+      box.Enter();
+      screen->Guard([&] { box.Leave(); });
+      ASSERT_TRUE(typed) << box.name() << text;
+      EXPECT_EQ(LastMessage(), std::string("New Payment: ") + one.told) << box.name() << " " << text;
+      EXPECT_EQ(box.text(), text);
+      EXPECT_EQ(screen->focus(), &box);
+      // Nobody gets past it by pressing the button.
+      Save(*screen);
+      EXPECT_EQ(counter.questions.size(), 0u) << box.name() << " " << text << " " << Said();
+      EXPECT_EQ(box.text(), text);
+    }
+  }
+  EXPECT_EQ(Payments(), "");
+}
+
+TEST_F(PaymentChecks, TheThresholdMustBeExceeded) {
+  struct Case {
+    const char* threshold;
+    bool only_warn;
+    const char* code;
+    std::size_t messages;  // besides the one of the save
+    bool saved;
+  };
+  // 100 + 5 late interest + 3 collector + 1 deposit - 9 discount
+  for (const Case& one : std::initializer_list<Case>{{"100", false, "", 0, true},
+                                                     {"99.99", false, "", 1, false},
+                                                     {"99.99", false, "GAJI", 0, true},
+                                                     {"99.99", true, "", 1, true}}) {
+    office.Run("DELETE FROM PaymentMast");
+    TurnAmlOn(one.threshold, one.only_warn);
+    auto screen = New();
+    Put(screen->PayDate, "31-01-2024");
+    Put(screen->PayAmt, "100");
+    Put(screen->IntAmt, "5");
+    Put(screen->CollectorAmt, "3");
+    Put(screen->ChargeAmt, "1");
+    Put(screen->DiscAmt, "9");
+    screen->AMLACode.SetText(one.code);
+    Save(*screen);
+    EXPECT_EQ(counter.messages.size(), one.messages + (one.saved ? 1 : 0)) << one.threshold;
+    EXPECT_EQ(Payments().empty(), !one.saved) << one.threshold;
+    if (one.only_warn) {
+      EXPECT_EQ(counter.messages[0],
+                "AML/CFT Alert: AML/CFT Alert!\nPayment Amount RM100.00 more than BNM Cash "
+                "Threshold Amount RM99.99\nPlease fill CDD Form Manually");
+    }
+  }
+  // Where the company takes no part there is no page, and no question.
+  office.Run("UPDATE CompMast SET AMLA='0',AMLAPayment=0");
+  EXPECT_FALSE(New()->AmlPage.visible());
+}
+
+TEST_F(PaymentChecks, AnAmountOfNothingOrTooMuchOrOnALoanNotDrawnIsNotTaken) {
+  struct Case {
+    const char* change;
+    const char* loan;
+    const char* amount;
+    const char* told;
+  };
+  for (const Case& one : std::initializer_list<Case>{
+           {"", "HQ0001-001", "0", "No payment"},
+           {"", "HQ0001-001", "0.004", "No payment"},  // less than the column can keep
+           {"", "HQ0001-001", "1344.01", "Payment amount cannot more than loan balance amount"},
+           {"UPDATE SchMast SET CapitalAmt=100,InterestAmt=12.5,InterestPayment=0.25", "HQ0001-002",
+            "1347.01", "Total payment cannot more than 1,347.00"},
+           {"UPDATE LoanMast SET PayOutAmt=0", "HQ0001-001", "1",
+            "Loan not fully drawdown cannot make payment"}}) {
+    if (*one.change != '\0') office.Run(one.change);
+    auto screen = New(one.loan);
+    Put(screen->PayDate, "31-01-2024");
+    Put(screen->TotPay, one.amount);
+    Save(*screen);
+    EXPECT_EQ(Said(), std::string("New Payment: ") + one.told + "|") << one.amount;
+    EXPECT_EQ(screen->TotPay.text(), one.amount);
+  }
+  // What a special user sees of a loan counts as nothing drawn.
+  office.Run("UPDATE LoanMast SET PayOutAmt=1200");
+  office.session.Special = true;
+  auto screen = New();
+  EXPECT_EQ(screen->InsRate.text() + screen->PayOutAmt.text(), "18.00");
+  Put(screen->PayDate, "31-01-2024");
+  Put(screen->TotPay, "112");
+  Save(*screen);
+  EXPECT_EQ(Said(), "New Payment: Loan not fully drawdown cannot make payment|");
+  EXPECT_EQ(Payments(), "");
+}
+
+TEST_F(PaymentChecks, TheDayIsLookedAtThoughItsBoxWasNotLeft) {
+  office.session.settings.CheckHoliday = true;
+  office.Run("INSERT INTO HolidayMast (HolidayDate,HolidayName) VALUES ('2024-02-12','Raya')");
+  struct Case {
+    const char* date;
+    const char* asked;
+  };
+  for (const Case& one : std::initializer_list<Case>{
+           {"04-02-2024", "04-02-2024 is Sunday\nContinue make payment ?"},
+           {"12-02-2024", "12-02-2024 is Raya\nContinue make payment ?"}}) {
+    auto screen = New();
+    Put(screen->TotPay, "112");
+    screen->PayDate.SetText(one.date);
+    counter.refused = one.asked;
+    Save(*screen);
+    EXPECT_EQ(Said(), std::string("?") + one.asked + "|");
+    // Refused once, pressed again: asked again, not passed by.
+    Put(screen->PayDate, one.date);
+    EXPECT_EQ(screen->focus(), &screen->PayDate);
+    Save(*screen);
+    EXPECT_EQ(Said(), std::string("?") + one.asked + "|");
+    EXPECT_EQ(Payments(), "");
+    // Agreed to when the box is left: not asked a second time.
+    counter.refused.clear();
+    Put(screen->PayDate, one.date);
+    Save(*screen);
+    EXPECT_EQ(counter.questions, std::vector<std::string>{"Confirm to save ?"});
+    office.Run("DELETE FROM PaymentMast");
+  }
+}
+
+}  // namespace
+}  // namespace kaunter

@@ -1,0 +1,405 @@
+// What a save and a delete at the counter write, what they leave when a statement fails, and what
+// follows them: waived charges, the accounting link, papers.
+#include <filesystem>
+#include <fstream>
+
+#include "core/new_office.h"
+#include "tests/collections/payment_counter.h"
+
+namespace kaunter {
+namespace {
+
+class PaymentSave : public PaymentCounter {
+ protected:
+  std::string Sums(const std::string& loan = kPersonal) {
+    return Lines(fmt::format("SELECT LoanBal,TotPay,TotInt,TotDiscAmt FROM LoanMast WHERE "
+                             "LoanID='{}'",
+                             loan)) +
+           Lines(fmt::format("SELECT SchID,Payment,CapitalPayment,InterestPayment FROM SchMast "
+                             "WHERE LoanID='{}' AND Payment <> 0 ORDER BY SchID",
+                             loan));
+  }
+  std::function<void()> Click(PaymentFrm& screen) {
+    return [&] { screen.Guard([&] { screen.SaveCmd.Click(); }); };
+  }
+  std::string Log() {
+    std::string text;
+    for (const auto& file :
+         std::filesystem::directory_iterator(office.session.AppPath + "/logs")) {
+      std::ifstream in(file.path());
+      text.append(std::istreambuf_iterator<char>(in), {});
+    }
+    return text;
+  }
+  // A new payment of 150 with 5 late interest and 2 discount, ready to be saved.
+  std::unique_ptr<PaymentFrm> Typed() {
+    auto screen = New();
+    Put(screen->PayDate, "31-01-2024");
+    Put(screen->PayAmt, "150");
+    Put(screen->IntAmt, "5");
+    Put(screen->DiscAmt, "2");
+    return screen;
+  }
+};
+
+// By hand: 150.00 pays row 1 (12 interest, 100 capital) and of row 2 12 interest and 26 capital.
+TEST_F(PaymentSave, ANewPaymentAnEditAndADeleteComeBackToTheStart) {
+  office.session.settings.TransLogs = true;
+  office.session.LogsConn =
+      OpenSqlite("LogsConn", office.folder.File("logs.db"), true, office.session.clock);
+  CreateMissingAuditTables(*office.session.LogsConn);
+  const std::string start = Sums();
+  auto screen = Typed();
+  Save(*screen);
+  EXPECT_EQ(Said(), "?Confirm to save ?|New Payment: Payment ID HQ0001-001-001 Saved|");
+  EXPECT_EQ(Payments(), "HQ0001-001-001 150 150 0 5\n");
+  EXPECT_EQ(Sums(), "1194 150 -5 2\n1 112 100 12\n2 38 26 12\n");
+  EXPECT_TRUE(office.session.PaymentsChanged);
+  EXPECT_EQ(screen->ReceiptNo.text(), "202401-0001");
+  EXPECT_EQ(screen->DG.RowCount(), 1);
+  EXPECT_NE(Log().find("New Payment - Collection ID HQ0001-001-001 Saved"), std::string::npos);
+  // A second press stores nothing: the screen shows what was stored.
+  EXPECT_FALSE(screen->SaveCmd.enabled());
+  Save(*screen);
+  EXPECT_EQ(Said(), "");
+
+  auto edit = Open("Edit Payment", {}, "HQ0001-001-001");
+  EXPECT_EQ(edit->OldLoanBal.text() + "|" + edit->NewLoanBal.text() + "|" + edit->TotPay.text(),
+            "1,344.00|1,194.00|155.00");
+  // The balance on the row counts, not that of today.
+  Put(edit->PayAmt, "1344");
+  EXPECT_EQ(LastMessage(), "");
+  Put(edit->PayAmt, "112");
+  Put(edit->DiscAmt, "0");
+  Save(*edit);
+  EXPECT_EQ(Said(),
+            "?confirm to Save Loan ID HQ0001-001-001 ?|Edit Payment: Loan ID HQ0001-001-001 "
+            "Saved|");
+  EXPECT_EQ(Sums(), "1232 112 -5 0\n1 112 100 12\n");
+  EXPECT_EQ(Scalar("SELECT ReceiptNo FROM PaymentMast"), "202401-0001");
+  EXPECT_EQ(Scalar("SELECT SchID FROM PaymentMast"), "1");
+
+  office.session.PaymentsChanged = false;
+  auto gone = Open("Delete Payment", {}, "HQ0001-001-001");
+  EXPECT_TRUE(gone->PayAmt.locked());
+  EXPECT_EQ(gone->NewLoanBal.text(), "1,120.00");  // of today, less the payment
+  Save(*gone);
+  EXPECT_EQ(Said(),
+            "?Confirm to delete Loan ID HQ0001-001-001 ?|Delete Payment: Loan ID HQ0001-001-001 "
+            "Deleted|");
+  EXPECT_EQ(Payments(), "");
+  EXPECT_EQ(Sums(), start);
+  EXPECT_TRUE(office.session.PaymentsChanged);
+  EXPECT_EQ(gone->LoanID.text() + gone->PayID.text(), "");
+  // The audit compares with what was loaded.
+  EXPECT_NE(ScalarQuery(*office.session.LogsConn, "SELECT Remarks FROM TransLogs WHERE Type='Modify'")
+                .find("150"),
+            std::string::npos);
+  EXPECT_EQ(ScalarQuery(*office.session.LogsConn, "SELECT COUNT(*) FROM TransLogs"), "3");
+}
+
+TEST_F(PaymentSave, WaivesLateChargesForANewPaymentAndNotForAChangedDate) {
+  Late("L1", "2024-01-31", "0.48");
+  Late("L2", "2024-02-01", "0.49");
+  Late("L3", "2024-02-20", "0.50");
+  const auto charges = [this] {
+    return Lines("SELECT ChargeID,ChargeAmt,OrgAmt FROM ChargeMast WHERE PType='Batch' ORDER BY "
+                 "ChargeID");
+  };
+  const std::string id = Store("112", "10-02-2024");
+  EXPECT_EQ(charges(), "L1 0.48 0\nL2 0.49 0\nL3 0 0.5\n");
+  auto edit = Open("Edit Payment", {}, id);
+  Put(edit->PayDate, "31-01-2024");
+  EXPECT_EQ(edit->ListCmd.caption().english, "1 Late Charge Found");
+  Save(*edit);
+  EXPECT_EQ(charges(), "L1 0.48 0\nL2 0.49 0\nL3 0 0.5\n");
+  // A question answered with no leaves them too.
+  auto screen = New();
+  Put(screen->PayDate, "31-01-2024");
+  Put(screen->TotPay, "10");
+  counter.agrees = false;
+  Save(*screen);
+  EXPECT_EQ(charges(), "L1 0.48 0\nL2 0.49 0\nL3 0 0.5\n");
+}
+
+TEST_F(PaymentSave, AFailureIsToldOnceAndTheScreenKeepsWhatWasTyped) {
+  Late("L2", "2024-02-20", "0.50");
+  auto screen = Typed();
+  const std::string before = Stored();
+  int at = 1;
+  for (; at < 500; ++at) {
+    counter.messages.clear();
+    const bool reached = FailAt(at, Click(*screen));
+    if (!reached || committed) break;
+    ASSERT_EQ(Stored(), before) << at;
+    ASSERT_FALSE(main().InTransaction()) << at;
+    ASSERT_EQ(counter.messages.size(), 1u) << at << " " << Said();
+    ASSERT_EQ(screen->PayAmt.text() + screen->IntAmt.text() + screen->PayDate.text() +
+                  screen->PayID.text() + screen->ReceiptNo.text(),
+              "1505" "31-01-2024")
+        << at;
+    ASSERT_TRUE(screen->SaveCmd.enabled()) << at;
+  }
+  EXPECT_GT(at, 10);
+  EXPECT_EQ(counter.messages.size(), 2u) << Said();  // the first statement behind the commit failed
+  EXPECT_EQ(Payments(), "HQ0001-001-001 150 150 0 5\n");
+}
+
+TEST_F(PaymentSave, AFailureBehindTheCommitLeavesOnePayment) {
+  for (int behind = 1; behind < 200; ++behind) {
+    office.Run(
+        "DELETE FROM PaymentMast;DELETE FROM ChargeMast;DELETE FROM NumberMast WHERE CustID LIKE "
+        "'HQ%';UPDATE SchMast SET Payment=0,CapitalPayment=0,InterestPayment=0,IntAmt=0;"
+        "UPDATE LoanMast SET LoanBal=1344,TotPay=0,TotInt=0,TotCollectorAmt=0");
+    Late("L2", "2024-02-20", "0.50");
+    auto screen = Typed();
+    counter.messages.clear();
+    int count = 0;
+    bool stored = false;
+    bool failed = false;
+    main().SetFaultHook([&](std::string_view sql) {
+      if (sql.starts_with("ROLLBACK")) return;
+      if (stored && ++count == behind) {
+        failed = true;
+        throw SqlError(1105, "the disk is full");
+      }
+      stored = stored || sql.starts_with("COMMIT");
+    });
+    Click(*screen)();
+    Click(*screen)();  // the clerk presses again
+    main().SetFaultHook({});
+    ASSERT_EQ(Payments(), "HQ0001-001-001 150 150 0 5\n") << behind;
+    ASSERT_FALSE(main().InTransaction()) << behind;
+    ASSERT_FALSE(screen->SaveCmd.enabled()) << behind;
+    if (!failed) return;
+    // Told, and the save besides it.
+    ASSERT_EQ(counter.messages.size(), 2u) << behind << " " << Said();
+  }
+  FAIL() << "no end of the statements";
+}
+
+TEST_F(PaymentSave, AFailedDeleteKeepsThePaymentAndItsSums) {
+  const std::string id = Store("150");
+  auto screen = Open("Delete Payment", {}, id);
+  const std::string before = Stored();
+  int at = 1;
+  for (; at < 500; ++at) {
+    counter.messages.clear();
+    const bool reached = FailAt(at, Click(*screen));
+    if (!reached || committed) {
+      // The rebuild commits too: only a payment that is gone ends the loop.
+      if (Payments().empty()) break;
+    }
+    ASSERT_EQ(Stored(), before) << at;
+    ASSERT_FALSE(main().InTransaction()) << at;
+    ASSERT_EQ(counter.messages.size(), 1u) << at << " " << Said();
+    ASSERT_TRUE(LastMessage().starts_with(
+        "Delete Payment: an error occurs during deleting payment\nthe disk is full"))
+        << at << Said();
+    ASSERT_EQ(screen->PayID.text(), id);
+    ASSERT_TRUE(screen->SaveCmd.enabled());
+  }
+  EXPECT_GT(at, 10);
+}
+
+TEST_F(PaymentSave, AReceiptNumberInUseStopsTheSave) {
+  Store("10");
+  const std::string before = Stored();
+  auto screen = Typed();
+  Put(screen->ReceiptNo, "202401-0001");
+  Save(*screen);
+  EXPECT_EQ(Said(),
+            "?Confirm to save ?|New Payment: Same Receipt No detected - 202401-0001|");
+  EXPECT_EQ(Stored(), before);
+  EXPECT_EQ(screen->PayAmt.text() + screen->PayID.text(), "150");
+  EXPECT_NE(Log().find("New Payment - error Rollback - Same Receipt No - 202401-0001"),
+            std::string::npos);
+  Put(screen->ReceiptNo, " ");  // the next one is drawn
+  Save(*screen);
+  EXPECT_EQ(screen->ReceiptNo.text(), "202401-0002");
+  auto edit = Open("Edit Payment", {}, screen->PayID.text());
+  Put(edit->ReceiptNo, "202401-0001");
+  Save(*edit);
+  EXPECT_EQ(LastMessage(), "Edit Payment: Same Receipt No detected - 202401-0001");
+  Put(edit->ReceiptNo, "BOOK 7");
+  Save(*edit);
+  EXPECT_EQ(Lines("SELECT ReceiptNo FROM PaymentMast ORDER BY PayID"), "202401-0001\nBOOK 7\n");
+}
+
+TEST_F(PaymentSave, AnotherDesktopPaidWhileTheQuestionStood) {
+  for (const std::string& loan : {kPersonal, kFlexi}) {
+    auto screen = New(loan);
+    Put(screen->PayDate, "31-01-2024");
+    Put(screen->TotPay, "1200");
+    counter.meanwhile = [&] {
+      office.Run(fmt::format("UPDATE LoanMast SET LoanBal=1199.99 WHERE LoanID='{0}';UPDATE SchMast "
+                             "SET CapitalPayment=100 WHERE LoanID='{0}'",
+                             loan));
+    };
+    Save(*screen);
+    counter.meanwhile = nullptr;
+    EXPECT_EQ(LastMessage(),
+              "New Payment: An error occurs during saving payment\n0 - Payment amount cannot more "
+              "than loan balance amount");
+    EXPECT_EQ(Payments(), "");
+    EXPECT_TRUE(screen->SaveCmd.enabled());
+  }
+  // And took away the payment that is changed here.
+  const std::string id = Store("100");
+  auto edit = Open("Edit Payment", {}, id);
+  Put(edit->PayAmt, "90");
+  counter.meanwhile = [this] { office.Run("DELETE FROM PaymentMast"); };
+  Save(*edit);
+  counter.meanwhile = nullptr;
+  EXPECT_TRUE(LastMessage().starts_with("Edit Payment: An error occurs during saving payment\n"));
+  EXPECT_EQ(edit->PayAmt.text(), "90");
+}
+
+TEST_F(PaymentSave, WhatIsNoPaymentToEditIsShownAndNotSaved) {
+  struct Case {
+    const char* change;
+    const char* told;
+  };
+  const std::string id = Store("100");
+  for (const Case& one : std::initializer_list<Case>{
+           {"UPDATE PaymentMast SET PaymentStatus='VOID'", "No Edit for VOID record"},
+           {"UPDATE PaymentMast SET PaymentStatus='ACTIVE',Settlement='1'",
+            "Settlement Payment cannot be edit"},
+           {"UPDATE PaymentMast SET Settlement='0';UPDATE LoanMast SET LoanStatus='CLOSED'",
+            "No payment for CLOSED loan"},
+           {"UPDATE LoanMast SET LoanStatus='ACTIVE';UPDATE PaymentMast SET CompCode='AB'",
+            "Payment ID not found"},
+           {"DELETE FROM PaymentMast", "Payment ID HQ0001-001-001 not found"}}) {
+    office.session.CurrentLevel = 3;
+    office.Run(one.change);
+    for (const char* mode : {"Edit Payment", "Delete Payment"}) {
+      auto screen = Open(mode, {}, id);
+      EXPECT_EQ(Said(), std::string(mode) + ": " + one.told + "|");
+      EXPECT_FALSE(screen->SaveCmd.enabled()) << one.told;
+    }
+  }
+}
+
+TEST_F(PaymentSave, WalksThroughThePaymentsAndAsksBeforeItLeavesOne) {
+  const std::string first = Store("10");
+  const std::string second = Store("20");
+  const std::string other = Store("30", "31-01-2024", kFlexi);
+  auto screen = Open("Edit Payment", {}, first);
+  const auto press = [&](Button& button) {
+    screen->Guard([&] { button.Click(); });
+    return screen->PayID.text();
+  };
+  EXPECT_EQ(press(screen->CmdNext), second);
+  EXPECT_EQ(press(screen->CmdNext), other);
+  EXPECT_EQ(press(screen->CmdNext), other);  // the last one
+  EXPECT_EQ(press(screen->CmdPrev), second);
+  Put(screen->Memo1, "half typed");
+  counter.agrees = false;
+  EXPECT_EQ(press(screen->CmdPrev), second);
+  Put(screen->LoanID, kFlexi);
+  EXPECT_EQ(screen->LoanID.text() + screen->Memo1.text(), kPersonal + "half typed");
+  counter.agrees = true;
+  EXPECT_EQ(press(screen->CmdPrev), first);
+  // Another loan chosen: the payment goes from the screen, so that none changes its loan.
+  Put(screen->LoanID, kFlexi);
+  EXPECT_EQ(screen->PayID.text(), "");
+  EXPECT_FALSE(screen->SaveCmd.enabled());
+  screen->Guard([&] { screen->DG.Open(0, 0); });
+  EXPECT_EQ(screen->PayID.text(), other);
+}
+
+TEST_F(PaymentSave, TheAccountsHearOfPaymentAndDiscount) {
+  Session& session = office.session;
+  session.settings.LinkAcc = "1";
+  session.ConnLinkAcc = "1";
+  office.Run(
+      "DELETE FROM LinkAccMast WHERE LinkID='PD';INSERT INTO LinkAccMast (SeqNo,LinkID,"
+      "LinkAccCode) VALUES (21,'PD','900-1000')");
+  session.AED = OpenSqlite("AED", office.folder.File("aed.db"), true, session.clock);
+  auto screen = Typed();
+  Save(*screen);
+  ASSERT_EQ(counter.messages.size(), 3u) << Said();
+  EXPECT_EQ(counter.messages[1],
+            "Alert !!: Payment ID HQ0001-001-001 from Tan 'Ah' Kow not linked");
+  EXPECT_EQ(Payments(), "HQ0001-001-001 150 150 0 5\n");
+
+  session.AED->Execute(
+      "CREATE TABLE TM_ARPayment (DocNo nvarchar(50), DocDate datetime, DebtorCode nvarchar(50), "
+      "Description nvarchar(50), PaymentMethod nvarchar(50), ChequeNo nvarchar(50), PaymentAmount "
+      "decimal(18, 2));CREATE TABLE TM_ARCN (DocNo nvarchar(50), DocDate datetime, DebtorCode "
+      "nvarchar(50), Description nvarchar(50), DebitAccNo nvarchar(50), ProjNo nvarchar(50), "
+      "Amount decimal(18, 2))");
+  const auto sent = [&](const char* sql) { return ScalarQuery(*session.AED, sql); };
+  screen = Typed();
+  Put(screen->CollectorAmt, "3");
+  Put(screen->ChargeAmt, "1");
+  Save(*screen);
+  // The discount goes its own way.
+  EXPECT_EQ(sent("SELECT PaymentAmount FROM TM_ARPayment"), "159");
+  EXPECT_EQ(sent("SELECT Description FROM TM_ARPayment"),
+            "Installment Payment From Tan 'Ah' Kow");
+  EXPECT_EQ(sent("SELECT DocNo FROM TM_ARCN"), "HQ0001-001-002");
+  EXPECT_EQ(sent("SELECT Amount FROM TM_ARCN WHERE DebitAccNo='900-1000'"), "2");
+  // A new payment without one sends none; a changed one sends what it is, nothing included.
+  Store("10");
+  EXPECT_EQ(sent("SELECT COUNT(*) FROM TM_ARCN"), "1");
+  auto edit = Open("Edit Payment", {}, "HQ0001-001-002");
+  Put(edit->DiscAmt, "0");
+  Save(*edit);
+  EXPECT_EQ(sent("SELECT Amount FROM TM_ARCN"), "0");
+  Save(*Open("Delete Payment", {}, "HQ0001-001-002"));
+  EXPECT_EQ(sent("SELECT COUNT(*) FROM TM_ARPayment WHERE DocNo='HQ0001-001-002'"), "1");
+}
+
+TEST_F(PaymentSave, TheReceiptTakesTheFormOfTheOffice) {
+  const std::string id = Store("10");
+  struct Case {
+    const char* old_receipt;
+    const char* own_form;
+    const char* file;
+    const char* parameter;
+  };
+  for (const Case& one : std::initializer_list<Case>{
+           {"", "", "Payment Receipt.rpt", "RptID;0;True"},
+           {"1", "", "Payment Receipt Old.rpt", "RptID;1;True"},
+           {"0", "", "Payment Receipt Old.rpt", "RptID;0;True"},
+           {"True", "Small.rpt", "Small.rpt", "RptID;1;True"},
+           {"", "Small.rpt", "Small.rpt", "RptID;0;True"}}) {
+    office.session.settings.OldReceipt = one.old_receipt;
+    office.Run(fmt::format("DELETE FROM Systemast WHERE Param='OR';INSERT INTO Systemast "
+                           "(Param,Value) VALUES ('OR','{}')",
+                           one.own_form));
+    auto screen = Open("Edit Payment", {}, id);
+    screen->Guard([&] { screen->CmdPrint.Click(); });
+    ASSERT_FALSE(counter.printed.empty());
+    const ReportJob& job = counter.printed.back();
+    EXPECT_EQ(job.ReportFileName, office.session.AppPath + "/" + one.file);
+    EXPECT_EQ(job.SelectionFormula, "{PaymentMast.PayID}='HQ0001-001-001'");
+    EXPECT_EQ(job.ParameterFields.at(0), one.parameter);
+  }
+  // Nothing to print before there is a payment.
+  EXPECT_FALSE(New()->CmdPrint.enabled());
+}
+
+TEST_F(PaymentSave, ASuspicionIsHandedOnWhereItsScreenExists) {
+  office.session.settings.AMLA = true;
+  office.Run("UPDATE CompMast SET AMLA='1',AMLAPayment=9999");
+  const std::string id = Store("10");
+  EXPECT_FALSE(Open("Edit Payment", {}, id)->SSCommand5.visible());
+  counter.can_show = "AMLAFrm";
+  auto screen = Open("Edit Payment", {}, id);
+  screen->SSCommand5.Click();
+  EXPECT_EQ(Said(), "?Confirm to report AML/CFT STR to Bank Negara ?|");
+  EXPECT_EQ(counter.handed_over, "HQ0001 HQ0001-001 " + id);
+  EXPECT_EQ(office.session.HandOverCustID + office.session.PickerExtra, "");
+  EXPECT_FALSE(screen->SSCommand6.visible());
+  std::ofstream(office.session.AppPath + "/CDD2.rpt") << "x";
+  screen = Open("Edit Payment", {}, id);
+  screen->SSCommand6.Click();
+  ASSERT_EQ(counter.printed.size(), 1u);
+  EXPECT_EQ(counter.printed[0].SelectionFormula, "{PaymentMast.PayID}='" + id + "'");
+  EXPECT_EQ(counter.printed[0].ParameterFields.at(0), "RptID;;True");
+}
+
+}  // namespace
+}  // namespace kaunter
