@@ -40,8 +40,8 @@ class CounterDesk : public AgreeingDesk {
   void Print(const ReportJob& job) override { printed.push_back(job); }
 
   Session* session = nullptr;
-  std::string refused;               // the question that gets a no
-  std::function<void()> meanwhile;   // what happens while a question stands
+  std::string refused;              // the question that gets a no
+  std::function<void()> meanwhile;  // what happens while a question stands
   bool manager = false;
   int asked_manager = 0;
   std::string can_show;

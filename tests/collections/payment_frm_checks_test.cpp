@@ -37,16 +37,13 @@ TEST_F(PaymentChecks, StandInTheirOrder) {
   };
   const Step steps[] = {
       {[] {}, "Loan ID required"},
-      {[&] { s.LoanID.SetText(kPersonal); },
-       "Loan not fully drawdown cannot make payment"},
-      {[&] { s.PayOutAmt.SetText("1,200.00"); },
-       "User AMY are not allow to save discount payment"},
+      {[&] { s.LoanID.SetText(kPersonal); }, "Loan not fully drawdown cannot make payment"},
+      {[&] { s.PayOutAmt.SetText("1,200.00"); }, "User AMY are not allow to save discount payment"},
       {[&] { office.session.AllowDisc = true; },
        "User AMY Level not allow to edit or delete payment record"},
       {[&] { counter.manager = true; }, "Invalid Interest Payment, Please check"},
       {[&] { s.IntAmt.SetText("-1"); }, "Invalid Withdraw Date, Please check"},
-      {[&] { s.WithdrawDate.SetText(""); },
-       "Payment amount cannot more than loan balance amount"},
+      {[&] { s.WithdrawDate.SetText(""); }, "Payment amount cannot more than loan balance amount"},
       {[&] { s.PayAmt.SetText("1344"); }, "Instalment & Extra not tally with Payment Amount"},
       {[&] { s.InstalAmt.SetText("1344"); }, "Date is required"},
       {[&] {
@@ -77,8 +74,8 @@ TEST_F(PaymentChecks, StandInTheirOrder) {
   EXPECT_EQ(s.focus(), &s.AMLACode);
   s.AMLACode.SetText("SALARY");
   Save(s);
-  EXPECT_EQ(Said(), "?confirm to Save Loan ID " + id + " ?|Edit Payment: Loan ID " + id +
-                        " Saved|");
+  EXPECT_EQ(Said(),
+            "?confirm to Save Loan ID " + id + " ?|Edit Payment: Loan ID " + id + " Saved|");
   // The manager was asked until he signed in, and then no more.
   EXPECT_EQ(counter.asked_manager, 2);
   EXPECT_EQ(Lines("SELECT PayAmt,InstalAmt,IntAmt,DiscAmt,AMLACode FROM PaymentMast"),
@@ -96,7 +93,7 @@ TEST_F(PaymentChecks, StandInTheirOrder) {
 
 TEST_F(PaymentChecks, LettersAndAmountsBelowZeroAreToldByTheirBox) {
   struct Case {
-    TextBox PaymentFrm::* box;
+    TextBox PaymentFrm::*box;
     const char* told;
     bool below_zero_too = true;
   };
@@ -133,7 +130,8 @@ TEST_F(PaymentChecks, LettersAndAmountsBelowZeroAreToldByTheirBox) {
       box.Enter();
       screen->Guard([&] { box.Leave(); });
       ASSERT_TRUE(typed) << box.name() << text;
-      EXPECT_EQ(LastMessage(), std::string("New Payment: ") + one.told) << box.name() << " " << text;
+      EXPECT_EQ(LastMessage(), std::string("New Payment: ") + one.told)
+          << box.name() << " " << text;
       EXPECT_EQ(box.text(), text);
       EXPECT_EQ(screen->focus(), &box);
       // Nobody gets past it by pressing the button.
@@ -224,9 +222,9 @@ TEST_F(PaymentChecks, TheDayIsLookedAtThoughItsBoxWasNotLeft) {
     const char* date;
     const char* asked;
   };
-  for (const Case& one : std::initializer_list<Case>{
-           {"04-02-2024", "04-02-2024 is Sunday\nContinue make payment ?"},
-           {"12-02-2024", "12-02-2024 is Raya\nContinue make payment ?"}}) {
+  for (const Case& one :
+       std::initializer_list<Case>{{"04-02-2024", "04-02-2024 is Sunday\nContinue make payment ?"},
+                                   {"12-02-2024", "12-02-2024 is Raya\nContinue make payment ?"}}) {
     auto screen = New();
     Put(screen->TotPay, "112");
     screen->PayDate.SetText(one.date);

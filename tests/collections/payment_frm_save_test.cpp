@@ -24,8 +24,7 @@ class PaymentSave : public PaymentCounter {
   }
   std::string Log() {
     std::string text;
-    for (const auto& file :
-         std::filesystem::directory_iterator(office.session.AppPath + "/logs")) {
+    for (const auto& file : std::filesystem::directory_iterator(office.session.AppPath + "/logs")) {
       std::ifstream in(file.path());
       text.append(std::istreambuf_iterator<char>(in), {});
     }
@@ -92,9 +91,10 @@ TEST_F(PaymentSave, ANewPaymentAnEditAndADeleteComeBackToTheStart) {
   EXPECT_TRUE(office.session.PaymentsChanged);
   EXPECT_EQ(gone->LoanID.text() + gone->PayID.text(), "");
   // The audit compares with what was loaded.
-  EXPECT_NE(ScalarQuery(*office.session.LogsConn, "SELECT Remarks FROM TransLogs WHERE Type='Modify'")
-                .find("150"),
-            std::string::npos);
+  EXPECT_NE(
+      ScalarQuery(*office.session.LogsConn, "SELECT Remarks FROM TransLogs WHERE Type='Modify'")
+          .find("150"),
+      std::string::npos);
   EXPECT_EQ(ScalarQuery(*office.session.LogsConn, "SELECT COUNT(*) FROM TransLogs"), "3");
 }
 
@@ -103,8 +103,9 @@ TEST_F(PaymentSave, WaivesLateChargesForANewPaymentAndNotForAChangedDate) {
   Late("L2", "2024-02-01", "0.49");
   Late("L3", "2024-02-20", "0.50");
   const auto charges = [this] {
-    return Lines("SELECT ChargeID,ChargeAmt,OrgAmt FROM ChargeMast WHERE PType='Batch' ORDER BY "
-                 "ChargeID");
+    return Lines(
+        "SELECT ChargeID,ChargeAmt,OrgAmt FROM ChargeMast WHERE PType='Batch' ORDER BY "
+        "ChargeID");
   };
   const std::string id = Store("112", "10-02-2024");
   EXPECT_EQ(charges(), "L1 0.48 0\nL2 0.49 0\nL3 0 0.5\n");
@@ -136,7 +137,8 @@ TEST_F(PaymentSave, AFailureIsToldOnceAndTheScreenKeepsWhatWasTyped) {
     ASSERT_EQ(counter.messages.size(), 1u) << at << " " << Said();
     ASSERT_EQ(screen->PayAmt.text() + screen->IntAmt.text() + screen->PayDate.text() +
                   screen->PayID.text() + screen->ReceiptNo.text(),
-              "1505" "31-01-2024")
+              "1505"
+              "31-01-2024")
         << at;
     ASSERT_TRUE(screen->SaveCmd.enabled()) << at;
   }
@@ -165,8 +167,8 @@ TEST_F(PaymentSave, AFailureBehindTheCommitLeavesOnePayment) {
       }
       stored = stored || sql.starts_with("COMMIT");
     });
-    Click(*screen)();
-    Click(*screen)();  // the clerk presses again
+    Click (*screen)();
+    Click (*screen)();  // the clerk presses again
     main().SetFaultHook({});
     ASSERT_EQ(Payments(), "HQ0001-001-001 150 150 0 5\n") << behind;
     ASSERT_FALSE(main().InTransaction()) << behind;
@@ -208,8 +210,7 @@ TEST_F(PaymentSave, AReceiptNumberInUseStopsTheSave) {
   auto screen = Typed();
   Put(screen->ReceiptNo, "202401-0001");
   Save(*screen);
-  EXPECT_EQ(Said(),
-            "?Confirm to save ?|New Payment: Same Receipt No detected - 202401-0001|");
+  EXPECT_EQ(Said(), "?Confirm to save ?|New Payment: Same Receipt No detected - 202401-0001|");
   EXPECT_EQ(Stored(), before);
   EXPECT_EQ(screen->PayAmt.text() + screen->PayID.text(), "150");
   EXPECT_NE(Log().find("New Payment - error Rollback - Same Receipt No - 202401-0001"),
@@ -232,9 +233,10 @@ TEST_F(PaymentSave, AnotherDesktopPaidWhileTheQuestionStood) {
     Put(screen->PayDate, "31-01-2024");
     Put(screen->TotPay, "1200");
     counter.meanwhile = [&] {
-      office.Run(fmt::format("UPDATE LoanMast SET LoanBal=1199.99 WHERE LoanID='{0}';UPDATE SchMast "
-                             "SET CapitalPayment=100 WHERE LoanID='{0}'",
-                             loan));
+      office.Run(
+          fmt::format("UPDATE LoanMast SET LoanBal=1199.99 WHERE LoanID='{0}';UPDATE SchMast "
+                      "SET CapitalPayment=100 WHERE LoanID='{0}'",
+                      loan));
     };
     Save(*screen);
     counter.meanwhile = nullptr;
@@ -336,8 +338,7 @@ TEST_F(PaymentSave, TheAccountsHearOfPaymentAndDiscount) {
   Save(*screen);
   // The discount goes its own way.
   EXPECT_EQ(sent("SELECT PaymentAmount FROM TM_ARPayment"), "159");
-  EXPECT_EQ(sent("SELECT Description FROM TM_ARPayment"),
-            "Installment Payment From Tan 'Ah' Kow");
+  EXPECT_EQ(sent("SELECT Description FROM TM_ARPayment"), "Installment Payment From Tan 'Ah' Kow");
   EXPECT_EQ(sent("SELECT DocNo FROM TM_ARCN"), "HQ0001-001-002");
   EXPECT_EQ(sent("SELECT Amount FROM TM_ARCN WHERE DebitAccNo='900-1000'"), "2");
   // A new payment without one sends none; a changed one sends what it is, nothing included.
@@ -359,16 +360,17 @@ TEST_F(PaymentSave, TheReceiptTakesTheFormOfTheOffice) {
     const char* file;
     const char* parameter;
   };
-  for (const Case& one : std::initializer_list<Case>{
-           {"", "", "Payment Receipt.rpt", "RptID;0;True"},
-           {"1", "", "Payment Receipt Old.rpt", "RptID;1;True"},
-           {"0", "", "Payment Receipt Old.rpt", "RptID;0;True"},
-           {"True", "Small.rpt", "Small.rpt", "RptID;1;True"},
-           {"", "Small.rpt", "Small.rpt", "RptID;0;True"}}) {
+  for (const Case& one :
+       std::initializer_list<Case>{{"", "", "Payment Receipt.rpt", "RptID;0;True"},
+                                   {"1", "", "Payment Receipt Old.rpt", "RptID;1;True"},
+                                   {"0", "", "Payment Receipt Old.rpt", "RptID;0;True"},
+                                   {"True", "Small.rpt", "Small.rpt", "RptID;1;True"},
+                                   {"", "Small.rpt", "Small.rpt", "RptID;0;True"}}) {
     office.session.settings.OldReceipt = one.old_receipt;
-    office.Run(fmt::format("DELETE FROM Systemast WHERE Param='OR';INSERT INTO Systemast "
-                           "(Param,Value) VALUES ('OR','{}')",
-                           one.own_form));
+    office.Run(
+        fmt::format("DELETE FROM Systemast WHERE Param='OR';INSERT INTO Systemast "
+                    "(Param,Value) VALUES ('OR','{}')",
+                    one.own_form));
     auto screen = Open("Edit Payment", {}, id);
     screen->Guard([&] { screen->CmdPrint.Click(); });
     ASSERT_FALSE(counter.printed.empty());

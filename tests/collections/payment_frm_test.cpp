@@ -47,12 +47,12 @@ TEST_F(PaymentScreen, ALoanIsFoundByEitherCodeOrToldWhyNot) {
     const char* told;
     int listed;
   };
-  for (const Case& one : std::initializer_list<Case>{
-           {"HQ0001-9", "Loan ID HQ0001-9 not found", 0},
-           {"AB1", "Loan ID not found", 0},
-           {"x' or '1'='1", "Loan ID x' or '1'='1 not found", 0},
-           {"HQ9", "No payment for CLOSED loan", 1},
-           {"HQ8", "Loan settled, cannot make payment", 0}}) {
+  for (const Case& one :
+       std::initializer_list<Case>{{"HQ0001-9", "Loan ID HQ0001-9 not found", 0},
+                                   {"AB1", "Loan ID not found", 0},
+                                   {"x' or '1'='1", "Loan ID x' or '1'='1 not found", 0},
+                                   {"HQ9", "No payment for CLOSED loan", 1},
+                                   {"HQ8", "Loan settled, cannot make payment", 0}}) {
     auto refused = New(one.loan);
     EXPECT_EQ(Said(), std::string("New Payment: ") + one.told + "|");
     EXPECT_FALSE(refused->SaveCmd.enabled()) << one.loan;
@@ -84,9 +84,10 @@ TEST_F(PaymentScreen, AFlexiLoanIsSplitByHandAndDueAStepLater) {
   Put(s.PayAmt, "400");
   EXPECT_EQ(Split(s), "400 400.00 0.00 0.00 " + s.OldLoanBal.text());
   // What is still open of the schedule may be paid, and not a sen more.
-  office.Run("UPDATE LoanMast SET LoanBal=600 WHERE LoanID='HQ0001-002';"
-             "UPDATE SchMast SET CapitalAmt=100,InterestAmt=10,CapitalPayment=50 WHERE "
-             "LoanID='HQ0001-002'");
+  office.Run(
+      "UPDATE LoanMast SET LoanBal=600 WHERE LoanID='HQ0001-002';"
+      "UPDATE SchMast SET CapitalAmt=100,InterestAmt=10,CapitalPayment=50 WHERE "
+      "LoanID='HQ0001-002'");
   auto late = New(kFlexi);
   Put(late->PayAmt, "720.01");
   EXPECT_EQ(LastMessage(), "New Payment: Total payment cannot more than 720.00");
@@ -104,15 +105,15 @@ TEST_F(PaymentScreen, LateInterestIsPaidFirst) {
   };
   for (const Case& one : std::initializer_list<Case>{
            {"0", "0", "112", "112 112.00 0.00 0 1,232.00"},
-           {"40.5", "-10.5", "30", "0 0.00 0.00 30 1,344.00"},       // just the charges
+           {"40.5", "-10.5", "30", "0 0.00 0.00 30 1,344.00"},        // just the charges
            {"40.5", "-10.5", "30.01", "0.01 0.01 0.00 30 1,343.99"},  // and a sen
            {"40.5", "-10.5", "12.34", "0 0.00 0.00 12.34 1,344.00"},
            {"10", "-15", "100", "105 105.00 0.00 -5 1,239.00"},  // over-paid before
            {"1500", "0", "2,000.00", "500 500.00 0.00 1500 844.00"},
            {"0", "0", "", "0 0.00 0.00 0 1,344.00"},
        }) {
-    office.Run(fmt::format("UPDATE LoanMast SET TotCollectorAmt={},TotInt={}", one.charged,
-                           one.paid));
+    office.Run(
+        fmt::format("UPDATE LoanMast SET TotCollectorAmt={},TotInt={}", one.charged, one.paid));
     auto screen = New();
     Put(screen->TotPay, one.total);
     EXPECT_EQ(Split(*screen), one.split) << one.total << " of " << one.charged;
@@ -157,8 +158,8 @@ TEST_F(PaymentScreen, ADepositIsRefundedOnce) {
            {"50", "0", ""}}) {
     office.Run("DELETE FROM PaymentMast");
     Pay("HQ0001-001-009", kPersonal, "2024-01-31", "1");
-    office.Run(fmt::format("UPDATE PaymentMast SET ChargeAmt={},PaymentStatus='ACTIVE'",
-                           one.before));
+    office.Run(
+        fmt::format("UPDATE PaymentMast SET ChargeAmt={},PaymentStatus='ACTIVE'", one.before));
     auto screen = New();
     Put(screen->ChargeAmt, one.refund);
     EXPECT_EQ(LastMessage(), *one.told == '\0' ? "" : std::string("New Payment: ") + one.told);
@@ -269,11 +270,14 @@ TEST_F(PaymentScreen, ASettlementQuotationIsHandedOver) {
     const char* split;
     const char* discount;
   };
-  const Case cases[] = {
-      {{"0", "31-01-2024", "1,212.00", "1,344.00", "132.00", "7.50", "0"},
-       "HQ0001-001", "1,344.00 1,344.00 0.00 7.50 0.00", "132.00"},
-      {{"1", "31-01-2024", "1,212.00", "112.00", "1,100.00", "7.50", "0"},
-       "HQ0001-002", "1,212.00 112.00 1,100.00 7.50", "0"}};
+  const Case cases[] = {{{"0", "31-01-2024", "1,212.00", "1,344.00", "132.00", "7.50", "0"},
+                         "HQ0001-001",
+                         "1,344.00 1,344.00 0.00 7.50 0.00",
+                         "132.00"},
+                        {{"1", "31-01-2024", "1,212.00", "112.00", "1,100.00", "7.50", "0"},
+                         "HQ0001-002",
+                         "1,212.00 112.00 1,100.00 7.50",
+                         "0"}};
   Late("L2", "2024-02-01", "0.48");
   for (const Case& one : cases) {
     office.session.HandOverQuote = one.quote;

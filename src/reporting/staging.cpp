@@ -1,0 +1,72 @@
+#include "reporting/staging.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+#include "core/log.h"
+#include "core/session.h"
+#include "core/values.h"
+#include "platform/sql/transaction.h"
+#include "screen/hourglass.h"
+
+namespace kaunter {
+
+bool Stage(Session& session, Desk& desk, const StagedRun& run, std::string_view text,
+           const std::function<void(Connection& main)>& work, const FailureLog& log) {
+  try {
+    const Hourglass hourglass(desk);
+    Transaction transaction(session.Main());
+    DropStagedRows(session.Main(), run.pcname, run.report_name);
+    work(session.Main());
+    transaction.Commit();
+    return true;
+  } catch (const std::exception& failure) {
+    log(session, failure);
+    desk.Message(MessageKind::critical, session.MsgTitle, text);
+    return false;
+  }
+}
+
+bool Stage(Session& session, Desk& desk, const StagedRun& run, std::string_view text,
+           const std::function<void(Connection& main)>& work) {
+  return Stage(session, desk, run, text, work, [](const Session& of, const std::exception& failure) {
+    LogRollback(of, of.MsgTitle, failure);
+  });
+}
+
+DateTime NeededDate(std::string_view text, std::string_view name) {
+  const std::optional<DateTime> date = DateTime::FromDisplay(Trim(text));
+  if (!date) throw std::invalid_argument(fmt::format("{}: \"{}\" is no date", name, text));
+  return *date;
+}
+
+std::string AmountLiteral(const Value& amount) { return StripCommaOrZero(ShowMoney(amount)); }
+
+std::string DateLiteral(const Value& date) {
+  return date.AsDate() != nullptr ? SqlDate(*date.AsDate()) : "null";
+}
+
+std::string TextLiteral(const Value& text) { return QuoteStr(NullToEmpty(text)); }
+
+std::string OfRow(const StagedRun& run, std::string_view record_id) {
+  return fmt::format(" WHERE pcname={} AND reportname={} AND recordID={}", QuoteStr(run.pcname),
+                     QuoteStr(run.report_name), QuoteStr(record_id));
+}
+
+void Batch::Send(Connection& connection) {
+  if (!text_.empty()) connection.Execute(text_);
+  text_.clear();
+}
+
+void DropStagedRows(Connection& main, std::string_view pcname, std::string_view report_name) {
+  main.Execute(fmt::format("DELETE FROM MasterReport WHERE pcname={} AND reportname={}",
+                           QuoteStr(pcname), QuoteStr(report_name)));
+}
+
+std::string StagedFormula(std::string_view pcname, std::string_view report_name) {
+  return fmt::format("{{MasterReport.pcname}}={} And {{MasterReport.ReportName}} = {}",
+                     QuoteStr(pcname), QuoteStr(report_name));
+}
+
+}  // namespace kaunter
