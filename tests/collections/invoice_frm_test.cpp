@@ -85,7 +85,7 @@ TEST_F(InvoiceTest, ChecksOfANewChargeComeInTheirOrder) {
   EXPECT_EQ(Scalar("SELECT COUNT(*) FROM ChargeMast"), "0");
 }
 
-TEST_F(InvoiceTest, AChangeNeedsTheRightOrAManagerAndAskedOnce) {
+TEST_F(InvoiceTest, AChangeNeedsTheRightOrAManagerAskedOnceARecord) {
   const std::string id = Raise("Invoice", "50");
   office.session.AllowEdit = office.session.AllowDelete = false;
   auto screen = Open(id);
@@ -104,13 +104,26 @@ TEST_F(InvoiceTest, AChangeNeedsTheRightOrAManagerAndAskedOnce) {
   screen->CmdDelete.Click();
   EXPECT_EQ(LastMessage(), "Title: INV0001 deleted");
   EXPECT_EQ(counter.asked_manager, 3);
-  // A new record is nobody's yet: no manager; the next old one asks again.
+  // A new record needs no manager; the next old one on the same screen asks again.
   counter.manager = nullptr;
   Raise("Invoice", "50");
   EXPECT_EQ(counter.asked_manager, 3);
-  screen = Open("INV0002");
+  Put(screen->ChargeID, "INV0002");
   screen->SaveCmd.Click();
   EXPECT_EQ(counter.asked_manager, 4);
+  // The right to change is not the right to delete, nor the other way round.
+  for (const bool edits : {true, false}) {
+    office.session.AllowEdit = edits;
+    office.session.AllowDelete = !edits;
+    Button& refused = edits ? screen->CmdDelete : screen->SaveCmd;
+    refused.Click();
+    EXPECT_EQ(LastMessage(), "Title: User AMY Level not allow to edit or delete record");
+    counter.messages.clear();
+    counter.refused = edits ? "Confirm to save record ?" : "Confirm to delete INV0002 ?";
+    (edits ? screen->SaveCmd : screen->CmdDelete).Click();
+    EXPECT_EQ(LastQuestion(), counter.refused);
+    EXPECT_TRUE(counter.messages.empty());
+  }
 }
 
 TEST_F(InvoiceTest, TheLoansTotalsFollowEveryAct) {
