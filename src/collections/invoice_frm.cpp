@@ -52,7 +52,7 @@ Invoicefrm::Invoicefrm(Session& session, Desk& desk)
   ChargeID.picker = "InvPop";
   ChargeID.onSearch = [this] {
     const std::string id = Pick(this->session(), this->desk(), "InvPop");
-    if (!id.empty() && MayLeaveRecord(record_.Changed())) LoadCharge(id);
+    if (!id.empty()) LoadCharge(id);
   };
   ChargeID.onLeave = [this] { LeaveChargeID(); };
   LoanID.picker = "LoanPop";
@@ -155,7 +155,7 @@ void Invoicefrm::LoadCharge(std::string id) {
     Refuse(ChargeID, {"Invoice not found", "找不到发票"});
     return;
   }
-  if (!SameText(id, loaded_id_) && !MayLeaveRecord(record_.Changed())) {
+  if (!MayLeaveRecord(record_.Changed())) {
     ChargeID.SetText(loaded_id_);
     return;
   }
