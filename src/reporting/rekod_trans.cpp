@@ -1,4 +1,5 @@
-// Rekod Transaksi: the loans made between two dates, each with what was paid on it up to the second.
+// Rekod Transaksi: the loans made between two dates, each with what was paid on it up to the
+// second.
 #include <fmt/format.h>
 
 #include "core/session.h"
@@ -10,8 +11,7 @@ namespace kaunter {
 
 bool StageRekodTrans(Session& session, Desk& desk, const StagedRun& run) {
   if (PickedList(run.filters, "CompCode") == nullptr) {
-    desk.Message(MessageKind::critical, session.MsgTitle,
-                 "Company Code is require, please check");
+    desk.Message(MessageKind::critical, session.MsgTitle, "Company Code is require, please check");
     return false;
   }
   const bool staged =
@@ -22,8 +22,8 @@ bool StageRekodTrans(Session& session, Desk& desk, const StagedRun& run) {
             "INSERT INTO MasterReport (pcname,reportname,recordid,S20,C1) SELECT {} ,{},LoanID,"
             "LoanID,0 FROM LoanMast WHERE TrxDate >= {} AND TrxDate <= {} AND {}",
             QuoteStr(run.pcname), QuoteStr(run.report_name), from, to, FilterAsSql(run.filters)));
-        // Every row of the table, of all PCs and reports, on purpose: what a row gets depends on its
-        // own S20 alone.
+        // Every row of the table, of all PCs and reports, on purpose: what a row gets depends on
+        // its own S20 alone.
         main.Execute(fmt::format(
             "UPDATE MasterReport SET C1=(SELECT case when SUM(Payamt-DiscAmt) is null then 0 else "
             "SUM(Payamt-DiscAmt) end FROM paymentmast WHERE LoanID = MasterReport.S20 and PayDate "

@@ -45,8 +45,7 @@ bool StageRekodTrans(Session& session, Desk& desk, const StagedRun& run);
 // Per loan an opening row, into which everything before DateFrom is added, and a row for each item
 // since. The cut-off is DateTo, or the server's today when it is empty.
 bool StageStatement(Session& session, Desk& desk, const StagedRun& run);
-// Per loan the interest, charges and capital of the period, of its year and up to DateTo. `head` is
-// filled even when the rows fail.
+// Per loan the interest, charges and capital of the period, of its year and up to DateTo.
 bool StageSummary(Session& session, Desk& desk, const StagedRun& run, SummaryHead& head);
 // The money movements of the period and an opening line per company.
 bool StageAccountReport(Session& session, Desk& desk, const StagedRun& run);

@@ -30,9 +30,10 @@ bool Stage(Session& session, Desk& desk, const StagedRun& run, std::string_view 
 
 bool Stage(Session& session, Desk& desk, const StagedRun& run, std::string_view text,
            const std::function<void(Connection& main)>& work) {
-  return Stage(session, desk, run, text, work, [](const Session& of, const std::exception& failure) {
-    LogRollback(of, of.MsgTitle, failure);
-  });
+  return Stage(session, desk, run, text, work,
+               [](const Session& of, const std::exception& failure) {
+                 LogRollback(of, of.MsgTitle, failure);
+               });
 }
 
 DateTime NeededDate(std::string_view text, std::string_view name) {
@@ -43,8 +44,14 @@ DateTime NeededDate(std::string_view text, std::string_view name) {
 
 std::string AmountLiteral(const Value& amount) { return StripCommaOrZero(ShowMoney(amount)); }
 
+std::optional<DateTime> DateOf(const Value& field) {
+  if (const DateTime* date = field.AsDate()) return *date;
+  return DateTime::FromCanonical(field.ToText());  // what a MAX of dates may come as
+}
+
 std::string DateLiteral(const Value& date) {
-  return date.AsDate() != nullptr ? SqlDate(*date.AsDate()) : "null";
+  const std::optional<DateTime> day = DateOf(date);
+  return day ? SqlDate(*day) : "null";
 }
 
 std::string TextLiteral(const Value& text) { return QuoteStr(NullToEmpty(text)); }

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/date_time.h"
 #include "platform/sql/connection.h"
 #include "reporting/staged_reports.h"
 
@@ -22,6 +24,9 @@ bool Stage(Session& session, Desk& desk, const StagedRun& run, std::string_view 
 
 // A date that the computation cannot do without. Throws std::invalid_argument that names it.
 DateTime NeededDate(std::string_view text, std::string_view name);
+
+// The date of a field; nothing for Null.
+std::optional<DateTime> DateOf(const Value& field);
 
 // Literals of a row: an amount is the shown text without its commas, Null is 0; Null is no date.
 std::string AmountLiteral(const Value& amount);

@@ -1,0 +1,319 @@
+// Statement of account: per loan an opening row and the items since, debit in c1 and credit in c2;
+// the report runs the balance over them. c7 to c14 take the same amounts apart by kind.
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <array>
+#include <utility>
+
+#include "core/session.h"
+#include "core/values.h"
+#include "reporting/staging.h"
+
+namespace kaunter {
+namespace {
+
+// Columns of amounts.
+constexpr int kDebit = 1;
+constexpr int kCredit = 2;
+constexpr int kInterest = 7;
+constexpr int kDrawdown = 8;
+constexpr int kInterestPaid = 9;
+constexpr int kCapitalPaid = 10;
+constexpr int kCharges = 11;
+constexpr int kInterestAmt = 12;
+constexpr int kExtraPaid = 13;
+constexpr int kDiscount = 14;
+
+// Literals by their column; a column that is not named takes 0.
+using Amounts = std::vector<std::pair<int, std::string>>;
+
+struct Item {
+  std::string record_id;
+  std::string s1;
+  std::string s2;
+  std::string date;  // a literal
+  Amounts amounts;
+};
+
+class Statement {
+ public:
+  Statement(Connection& main, const StagedRun& run)
+      : main_(main),
+        run_(run),
+        key_(QuoteStr(run.pcname) + "," + QuoteStr(run.report_name)),
+        from_(NeededDate(run.date_from, "Date From")),
+        cut_off_(SqlDate(
+            NeededDate(run.date_to.empty() ? ServerNow(main, false) : run.date_to, "Date To"))),
+        filter_(AndConditions(run.filters, "l.") + LoanRange(run)) {}
+
+  void Work() {
+    OpenRows();
+    Drawdowns();
+    Payments();
+    TotalInterest();
+    Charges();
+    MonthsOfBatch();
+    EarlierBatch();
+  }
+
+ private:
+  static std::string LoanRange(const StagedRun& run) {
+    if (run.id_from.empty()) return "";
+    return fmt::format(" AND l.LoanID >= {} AND l.LoanID <= {}", QuoteStr(run.id_from),
+                       QuoteStr(run.id_to.empty() ? run.id_from : run.id_to));
+  }
+
+  void OpenRows();
+  void Drawdowns();
+  void Payments();
+  void TotalInterest();
+  void Charges();
+  void MonthsOfBatch();
+  void EarlierBatch();
+
+  // The rows of a statement that has its WHERE, filtered, up to the cut-off.
+  Recordset UpToCutOff(std::string_view select, std::string_view date,
+                       std::string_view more = {}) {
+    return main_.Query(fmt::format("{}{} AND {} <= {}{}", select, filter_, date, cut_off_, more));
+  }
+  bool Earlier(const Value& date) const {
+    const std::optional<DateTime> day = DateOf(date);
+    return day && *day < from_;
+  }
+  void List(const Value& loan_id, const Item& item) { List(loan_id, item, "", ""); }
+  // `s11` is the column's name with its comma, and its literal.
+  void List(const Value& loan_id, const Item& item, std::string_view s11,
+            const std::string& s11_literal);
+  void AddToOpening(const Value& loan_id, const Amounts& amounts);
+  void Send() { batch_.Send(main_); }
+
+  Connection& main_;
+  const StagedRun& run_;
+  std::string key_;
+  DateTime from_;
+  std::string cut_off_;
+  std::string filter_;
+  Batch batch_;
+};
+
+std::string OpeningID(const Value& loan_id) { return "#-" + NullToEmpty(loan_id); }
+
+void Statement::List(const Value& loan_id, const Item& item, std::string_view s11,
+                     const std::string& s11_literal) {
+  std::array<std::string_view, kDiscount + 1> amount;
+  amount.fill("0");
+  for (const auto& [column, literal] : item.amounts) {
+    amount.at(static_cast<std::size_t>(column)) = literal;
+  }
+  batch_.Add(fmt::format(
+      "INSERT INTO MasterReport (pcname,reportname,recordID,s1,s2,c1,c2,d1,d2,s10{},c7,c8,c9,c10,"
+      "c11,c12,c13,c14) VALUES ({},{},{},{},{},{},{},{},{}{},{})",
+      s11, key_, QuoteStr(item.record_id), QuoteStr(item.s1), QuoteStr(item.s2), amount[kDebit],
+      amount[kCredit], item.date, cut_off_, TextLiteral(loan_id), s11_literal,
+      fmt::join(amount.begin() + kInterest, amount.end(), ",")));
+}
+
+void Statement::AddToOpening(const Value& loan_id, const Amounts& amounts) {
+  std::string sums;
+  for (const auto& [column, literal] : amounts) {
+    sums += fmt::format("{}c{}=c{} + {}", sums.empty() ? "" : ",", column, column, literal);
+  }
+  batch_.Add("UPDATE MasterReport SET " + sums + OfRow(run_, OpeningID(loan_id)));
+}
+
+void Statement::OpenRows() {
+  const std::string day_before = SqlDate(from_.AddDays(-1));
+  Recordset loan = UpToCutOff(
+      "SELECT l.LoanID,l.TrxDate,l.PayOutAmt,l.Bank,l.BankBranch,l.LoanAmt FROM LoanMast as l "
+      "WHERE 1=1 ",
+      "l.TrxDate");
+  for (; !loan.Eof(); loan.MoveNext()) {
+    const Value& id = loan.Field("LoanID");
+    List(id, {OpeningID(id), "Balance BF", "", day_before, {}});
+  }
+  Send();
+}
+
+// The filter asks for the drawdown's own company and loan: l is DrawDownMast here.
+void Statement::Drawdowns() {
+  Recordset row = UpToCutOff(
+      "SELECT l.LoanID,l.TrxDate,l.DrawDownAmt as [LoanAmt],ll.OldLoanCode,ll.Memo5 FROM "
+      "DrawDownMast as l INNER JOIN LoanMast as ll on l.LoanID=ll.LoanID WHERE 1=1 ",
+      "l.TrxDate");
+  for (; !row.Eof(); row.MoveNext()) {
+    const Value& id = row.Field("LoanID");
+    const Value& date = row.Field("TrxDate");
+    const std::string amount = AmountLiteral(row.Field("LoanAmt"));
+    const Amounts amounts = {{kDebit, amount}, {kDrawdown, amount}};
+    if (Earlier(date)) {
+      AddToOpening(id, amounts);
+    } else {
+      List(id, {NullToEmpty(id), "Loan Drawdown", "", DateLiteral(date), amounts});
+    }
+  }
+  Send();
+}
+
+std::string Narration(const Recordset& payment) {
+  const std::string means = NullToEmpty(payment.Field("CollectInfoID"));
+  if (!SameText(means, "CHEQUE")) return means;
+  return fmt::format("Cheque {} {}", NullToEmpty(payment.Field("Bank")),
+                     NullToEmpty(payment.Field("ChqNo")));
+}
+
+void Statement::Payments() {
+  Recordset row = UpToCutOff(
+      "SELECT p.PayID,p.PayDate,p.LoanID,(p.PayAmt+p.IntAmt+p.ChargeAmt) as [Payment],p.Bank,"
+      "p.ChqNo,p.IntPay,CapPay,p.PayExtra,p.IntAmt,p.CollectInfoID,p.DiscAmt FROM PaymentMast as p "
+      "inner join LoanMast as l on l.LoanID=p.LoanID WHERE 1=1 ",
+      "p.PayDate");
+  for (; !row.Eof(); row.MoveNext()) {
+    const Value& id = row.Field("LoanID");
+    const Value& date = row.Field("PayDate");
+    const std::string discount = AmountLiteral(row.Field("DiscAmt"));
+    Amounts amounts = {{kCredit, AmountLiteral(row.Field("Payment"))},
+                       {kInterestPaid, AmountLiteral(row.Field("IntPay"))},
+                       {kCapitalPaid, AmountLiteral(row.Field("CapPay"))},
+                       {kInterestAmt, AmountLiteral(row.Field("IntAmt"))},
+                       {kExtraPaid, AmountLiteral(row.Field("PayExtra"))}};
+    if (Earlier(date)) {
+      // The discount is not added to the credit here, as a listed one is. That is no mistake.
+      amounts.emplace_back(kDiscount, discount);
+      AddToOpening(id, amounts);
+      continue;
+    }
+    const std::string pay_id = NullToEmpty(row.Field("PayID"));
+    const std::string narration = Narration(row);
+    List(id, {pay_id, "Payment", narration, DateLiteral(date), amounts});
+    if (!Money::FromText(discount).IsZero()) {
+      List(id, {pay_id + "*",
+                "Payment Discount",
+                narration,
+                DateLiteral(date),
+                {{kCredit, discount}, {kDiscount, discount}}});
+    }
+  }
+  Send();
+}
+
+void Statement::TotalInterest() {
+  Recordset row =
+      UpToCutOff("SELECT l.LoanID,l.TotLoanInt,l.TrxDate FROM LoanMast as l WHERE 1=1 ",
+                 "l.TrxDate");
+  for (; !row.Eof(); row.MoveNext()) {
+    const Value& id = row.Field("LoanID");
+    const Value& date = row.Field("TrxDate");
+    const std::string interest = AmountLiteral(row.Field("TotLoanInt"));
+    const Amounts amounts = {{kDebit, interest}, {kInterest, interest}};
+    if (Earlier(date)) {
+      AddToOpening(id, amounts);
+    } else {
+      List(id, {NullToEmpty(id) + "-i", "Total Loan Interest", "", DateLiteral(date), amounts});
+    }
+  }
+  Send();
+}
+
+// How a charge is called, and the side that takes its amount as it stands: a credit note's is
+// negative already, and is credited so.
+struct ChargeKind {
+  std::string_view ptype;
+  std::string_view called;
+  bool by_month = false;  // the month of its due date follows, else its own description
+  int side = kDebit;
+};
+constexpr ChargeKind kChargeKinds[] = {
+    {"Batch Loan Interest", "Loan Interest for ", true},
+    {"Invoice", "Invoice - "},
+    {"Credit Note", "CN - ", false, kCredit},
+    {"Batch Term End Interest", "TE - "},
+};
+
+const ChargeKind& KindOf(const Value& ptype) {
+  // A kind that this program does not write is a charge under its own description.
+  static constexpr ChargeKind kOther = {"", ""};
+  for (const ChargeKind& kind : kChargeKinds) {
+    if (SameText(kind.ptype, Trim(NullToEmpty(ptype)))) return kind;
+  }
+  return kOther;
+}
+
+void Statement::Charges() {
+  Recordset row = UpToCutOff(
+      "SELECT c.ChargeID,c.LoanID,c.TrxDate,c.DueDate,c.ChargeAmt,c.PType,c.ChargeDesc FROM "
+      "ChargeMast as c INNER JOIN LoanMast as l on l.LoanID=c.LoanID WHERE c.PType <> 'Batch'  AND "
+      "c.PType <> 'Payment' ",
+      "c.TrxDate");
+  for (; !row.Eof(); row.MoveNext()) {
+    const Value& id = row.Field("LoanID");
+    const Value& date = row.Field("TrxDate");
+    const std::string amount = AmountLiteral(row.Field("ChargeAmt"));
+    if (Earlier(date)) {
+      AddToOpening(id, {{kDebit, amount}, {kCharges, amount}});  // whatever its kind
+      continue;
+    }
+    const ChargeKind& kind = KindOf(row.Field("PType"));
+    const std::optional<DateTime> due = DateOf(row.Field("DueDate"));
+    const std::string what = kind.by_month ? (due ? Format(*due, "mmmm yyyy") : "")
+                                           : NullToEmpty(row.Field("ChargeDesc"));
+    List(id, {NullToEmpty(row.Field("ChargeID")),
+              std::string(kind.called) + what,
+              "",
+              DateLiteral(date),
+              {{kind.side, amount}, {kCharges, amount}}});
+  }
+  Send();
+}
+
+void Statement::MonthsOfBatch() {
+  Recordset month = UpToCutOff(
+      "SELECT DATEPART(Month,c.TrxDate) [Month], DATEPART(year,c.TrxDate) [Year],c.LoanID,"
+      "MAX(c.BatchDate) [TrxDate],MIN(c.BatchDate) [MinTrxDate],MAX(c.DueDate) [DueDate],"
+      "SUM(c.ChargeAmt) [ChargeAmt] FROM ChargeMast as c INNER JOIN LoanMast as l on "
+      "l.LoanID=c.LoanID WHERE c.ChargeAmt > 0 ",
+      "c.TrxDate",
+      fmt::format(" AND c.PType = 'Batch' AND c.TrxDate >= {} group by DATEPART(Month,c.TrxDate) , "
+                  "DATEPART(year,c.TrxDate),c.LoanID",
+                  SqlDate(from_)));
+  for (; !month.Eof(); month.MoveNext()) {
+    const Value& id = month.Field("LoanID");
+    const std::string amount = AmountLiteral(month.Field("ChargeAmt"));
+    if (Money::FromText(amount).IsZero()) continue;
+    const std::string group =
+        month.Field("Month").ToText() + month.Field("Year").ToText();
+    const std::string first = ShowDate(month.Field("MinTrxDate"));
+    const std::string last = ShowDate(month.Field("TrxDate"));
+    List(id,
+         {group + NullToEmpty(id),
+          first == last ? "Overdue Interest for " + last
+                        : fmt::format("Overdue Interest {} - {}", first, last),
+          "",
+          DateLiteral(month.Field("TrxDate")),
+          {{kDebit, amount}, {kCharges, amount}}},
+         ",s11", "," + QuoteStr(group));
+  }
+  Send();
+}
+
+void Statement::EarlierBatch() {
+  Recordset sum = main_.Query(fmt::format(
+      "SELECT SUM(c.ChargeAmt) [ChargeAmt],c.LoanID as LoanID FROM ChargeMast as c INNER JOIN "
+      "LoanMast as l on l.LoanID=c.LoanID WHERE c.ChargeAmt > 0 AND c.PType = 'Batch' AND "
+      "c.TrxDate < {}{} GROUP BY c.LoanID",
+      SqlDate(from_), filter_));
+  for (; !sum.Eof(); sum.MoveNext()) {
+    const std::string amount = AmountLiteral(sum.Field("ChargeAmt"));
+    AddToOpening(sum.Field("LoanID"), {{kDebit, amount}, {kCharges, amount}});
+  }
+  Send();
+}
+
+}  // namespace
+
+bool StageStatement(Session& session, Desk& desk, const StagedRun& run) {
+  return Stage(session, desk, run, "an error occur during process statement of account",
+               [&](Connection& main) { Statement(main, run).Work(); });
+}
+
+}  // namespace kaunter
