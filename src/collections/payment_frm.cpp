@@ -132,10 +132,11 @@ void PaymentFrm::BindEvents() {
 void PaymentFrm::Load() {
   // A picker empties what was handed over: it is taken first.
   PaymentMode = FindMode(session().CallerTag).name;
-  const std::string loan = session().HandOverLoanID;
+  std::string loan = session().HandOverLoanID;
+  const std::string customer = session().HandOverCustID;
   const std::string payment = session().PickerExtra;
   const SettlementQuote quote = session().HandOverQuote;
-  session().MsgTitle = PaymentMode;
+  callers_title_ = std::exchange(session().MsgTitle, PaymentMode);
   record_.TakeWidths(main());
   TotPay.max_length = kAmountLength;
   for (const AmountBox& amount : amounts_) {
@@ -146,12 +147,23 @@ void PaymentFrm::Load() {
   SSCommand5.SetVisible(desk().CanShow("AMLAFrm"));
   SSCommand6.SetVisible(std::filesystem::exists(session().AppPath + "/CDD2.rpt"));
   StartAgain();
+  if (loan.empty() && !customer.empty()) loan = OnlyLoanOf(customer);
   if (!payment.empty() && !IsNew()) {
     LoadPayment(payment);
   } else if (!loan.empty() && OpenLoan(loan) && IsNew()) {
     if (!quote.DragLoan.empty()) ApplyQuote(quote);
     FocusOn(PayDate);
   }
+}
+
+void PaymentFrm::Unload() { session().MsgTitle = callers_title_; }
+
+std::string PaymentFrm::OnlyLoanOf(const std::string& cust_id) {
+  const Recordset loans = main().Query(
+      fmt::format("SELECT LoanID FROM LoanMast WHERE CustID={} AND LoanStatus='ACTIVE' AND "
+                  "LoanBal > 0",
+                  QuoteStr(cust_id)));
+  return loans.RowCount() == 1 ? NullToEmpty(loans.Field("LoanID")) : std::string();
 }
 
 void PaymentFrm::FillLists() {

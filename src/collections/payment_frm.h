@@ -124,6 +124,7 @@ class PaymentFrm : public SessionScreen {
 
   void Load() override;
   bool RequestClose() override;
+  void Unload() override;
 
  private:
   // A box that takes an amount: what is said of letters or of an amount below zero.
@@ -138,6 +139,8 @@ class PaymentFrm : public SessionScreen {
   void BindRecord();
   void BindEvents();
   void FillLists();
+  // The loan of a customer who has just one that runs; "" for none or several.
+  std::string OnlyLoanOf(const std::string& cust_id);
   bool IsNew() const { return PaymentMode == "New Payment"; }
   bool IsEdit() const { return PaymentMode == "Edit Payment"; }
   bool IsDelete() const { return PaymentMode == "Delete Payment"; }
@@ -228,6 +231,7 @@ class PaymentFrm : public SessionScreen {
   Record record_;
   std::vector<AmountBox> amounts_;
   std::string PaymentMode = "New Payment";
+  std::string callers_title_;
   std::string loaded_loan_;
   std::string loaded_payment_;
   Payment snapshot_;  // the payment as loaded; empty for a new one

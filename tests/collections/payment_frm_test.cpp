@@ -60,6 +60,18 @@ TEST_F(PaymentScreen, ALoanIsFoundByEitherCodeOrToldWhyNot) {
   }
 }
 
+TEST_F(PaymentScreen, ACustomersOnlyLoanComesByItself) {
+  office.session.HandOverCustID = "HQ0001";
+  EXPECT_EQ(New("")->LoanID.text(), "");  // two run: the clerk chooses
+  office.Run("UPDATE LoanMast SET LoanBal=0 WHERE LoanID='HQ0001-002'");
+  office.session.MsgTitle = "Edit Customer";
+  auto screen = New("");
+  EXPECT_EQ(screen->LoanID.text(), kPersonal);
+  EXPECT_TRUE(screen->SaveCmd.enabled());
+  screen->Close();
+  EXPECT_EQ(office.session.MsgTitle, "Edit Customer");
+}
+
 TEST_F(PaymentScreen, AFlexiLoanIsSplitByHandAndDueAStepLater) {
   // Its next row stands elsewhere: the step counts, not the row.
   office.Run("UPDATE SchMast SET DueDate='2024-03-09' WHERE LoanID='HQ0001-002' AND SchID=2");
