@@ -180,6 +180,7 @@ class PaymentFrm : public SessionScreen {
   // A number that the box takes; a blank one too. Else it is refused in the box's own words.
   bool LeaveAmount(TextBox& box);
   bool CheckAmount(const AmountBox& amount);
+  bool CheckTotal();
   // The same for all amount boxes and dates, without leaving them.
   bool CheckFigures();
   void LeaveTotal();

@@ -114,6 +114,7 @@ void PaymentFrm::SavePayment() {
   LoadPayment(id);  // clears first
   SaveCmd.SetEnabled(false);
   SSTab1.SetPage(0);
+  FocusOn(CmdPrint);  // the receipt is what comes next
 }
 
 bool PaymentFrm::WritePayment(Payment& payment) {

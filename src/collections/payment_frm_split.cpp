@@ -98,7 +98,15 @@ bool PaymentFrm::LeaveAmount(TextBox& box) {
   return true;
 }
 
+bool PaymentFrm::CheckTotal() {
+  if (TotPay.locked() || TotPay.empty()) return true;
+  const auto total = Money::TryText(TotPay.text());
+  return (total && *total >= Money()) ||
+         Refuse(TotPay, {"Invalid Total Payment", "付款总额不正确"});
+}
+
 bool PaymentFrm::CheckFigures() {
+  if (!CheckTotal()) return false;
   for (const AmountBox& amount : amounts_) {
     if (!CheckAmount(amount)) return false;
   }
@@ -116,16 +124,13 @@ void PaymentFrm::LeaveTotal() {
   TotPay.SetText(Trim(TotPay.text()));
   TotPay.SetMark(false);
   if (TotPay.empty()) TotPay.SetText("0");
-  const auto total = Money::TryText(TotPay.text());
-  if (!total || *total < Money()) {
-    Refuse(TotPay, {"Invalid Total Payment", "付款总额不正确"});
-    return;
-  }
+  if (!CheckTotal()) return;
   if (TotPay.text() == split_total_) return;  // a split changed by hand since then stays
+  const Money total = Money::FromText(TotPay.text());
   const Money outstanding = AmountIn(DragIntType);
-  const Money interest = *total > outstanding ? outstanding : *total;
+  const Money interest = total > outstanding ? outstanding : total;
   IntAmt.SetText(interest.ToText());
-  PayAmt.SetText((*total - interest).ToText());
+  PayAmt.SetText((total - interest).ToText());
   const std::string typed = TotPay.text();
   SpreadPayAmt();
   TotPay.SetText(typed);

@@ -57,6 +57,7 @@ TEST_F(PaymentSave, ANewPaymentAnEditAndADeleteComeBackToTheStart) {
   EXPECT_EQ(screen->ReceiptNo.text(), "202401-0001");
   EXPECT_EQ(screen->DG.RowCount(), 1);
   EXPECT_NE(Log().find("New Payment - Collection ID HQ0001-001-001 Saved"), std::string::npos);
+  EXPECT_EQ(screen->focus(), &screen->CmdPrint);
   // A second press stores nothing: the screen shows what was stored.
   EXPECT_FALSE(screen->SaveCmd.enabled());
   Save(*screen);
