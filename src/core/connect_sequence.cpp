@@ -237,6 +237,7 @@ const std::vector<Step>& Steps() {
       PatchOnce(patches::kLastDownDate),
       PatchOnce(patches::kCreateSelfBillTable),
       PatchOnce(patches::kSuppCity),
+      PatchOnce(patches::kLongDescription),
   };
   return steps;
 }

@@ -203,6 +203,14 @@ const Patch kSuppCity = {"SuppCity",
                          {"INSERT INTO Systemast (Param,Value) VALUES ('SuppCity','1')",
                           "ALTER Table SelfbillMast alter column SuppCity nvarchar(100)"}};
 
+// A customer's name, the cheque and a memo stand in one description of the account report: 1407
+// characters at most.
+const Patch kLongDescription = {
+    "MasterReportS4",
+    true,
+    {"ALTER Table MasterReport alter column s4 nvarchar(1500)",
+     "INSERT INTO Systemast (Param,Value) VALUES ('MasterReportS4','1')"}};
+
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
     "UserID nvarchar(50) NULL, "

@@ -39,6 +39,7 @@ extern const Patch kLHDNQR;
 extern const Patch kLastDownDate;
 extern const Patch kCreateSelfBillTable;
 extern const Patch kSuppCity;
+extern const Patch kLongDescription;
 
 // Made when the table is missing, without a key.
 extern const std::string_view kHolidayMast;

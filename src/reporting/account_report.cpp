@@ -17,11 +17,11 @@ struct Movement {
   std::string company;
   std::string description;
   std::string date;
-  std::string paid_out = "0";   // c2 and, for a drawdown, c7
+  std::string paid_out = "0";  // c2 and, for a drawdown, c7
   std::string paid_out2 = "0";
-  std::string taken_in = "0";   // c3
-  std::string expense = "0";    // c4
-  std::string top_up = "0";     // c5
+  std::string taken_in = "0";  // c3
+  std::string expense = "0";   // c4
+  std::string top_up = "0";    // c5
   std::string loan_type = "''";
   std::string old_code = "''";
 };
@@ -102,7 +102,8 @@ class Account {
 void Account::Drawdowns() {
   Recordset row = InPeriod(
       "SELECT a.TrxDate,a.LoanID,a.UserID,a.CompCode,a.DrawDownAmt,0-a.DrawDownAmt as [PayOutAmt],"
-      "c.CustName,l.OldLoanCode,l.LoanType,l.Memo1,a.Bank,a.ChqNo FROM DrawDownMast as a inner join "
+      "c.CustName,l.OldLoanCode,l.LoanType,l.Memo1,a.Bank,a.ChqNo FROM DrawDownMast as a inner "
+      "join "
       "LoanMast as l on a.LoanID=l.LoanID INNER JOIN CustMast as c on l.CustID=c.CustID",
       "a.TrxDate");
   for (; !row.Eof(); row.MoveNext()) {
@@ -182,8 +183,8 @@ void Account::OpeningLines() {
 }
 
 void Account::OpeningSums() {
-  Recordset sum = Before(
-      "SELECT a.CompCode,sum(a.DrawDownAmt) as [LoanAmt] FROM DrawDownMast as a", "a.TrxDate");
+  Recordset sum = Before("SELECT a.CompCode,sum(a.DrawDownAmt) as [LoanAmt] FROM DrawDownMast as a",
+                         "a.TrxDate");
   for (; !sum.Eof(); sum.MoveNext()) {
     SetOpening(sum, "C1=0,C2=" + AmountLiteral(sum.Field("LoanAmt")));
   }

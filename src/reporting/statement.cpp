@@ -73,8 +73,7 @@ class Statement {
   void EarlierBatch();
 
   // The rows of a statement that has its WHERE, filtered, up to the cut-off.
-  Recordset UpToCutOff(std::string_view select, std::string_view date,
-                       std::string_view more = {}) {
+  Recordset UpToCutOff(std::string_view select, std::string_view date, std::string_view more = {}) {
     return main_.Query(fmt::format("{}{} AND {} <= {}{}", select, filter_, date, cut_off_, more));
   }
   bool Earlier(const Value& date) const {
@@ -198,9 +197,8 @@ void Statement::Payments() {
 }
 
 void Statement::TotalInterest() {
-  Recordset row =
-      UpToCutOff("SELECT l.LoanID,l.TotLoanInt,l.TrxDate FROM LoanMast as l WHERE 1=1 ",
-                 "l.TrxDate");
+  Recordset row = UpToCutOff("SELECT l.LoanID,l.TotLoanInt,l.TrxDate FROM LoanMast as l WHERE 1=1 ",
+                             "l.TrxDate");
   for (; !row.Eof(); row.MoveNext()) {
     const Value& id = row.Field("LoanID");
     const Value& date = row.Field("TrxDate");
@@ -280,8 +278,7 @@ void Statement::MonthsOfBatch() {
     const Value& id = month.Field("LoanID");
     const std::string amount = AmountLiteral(month.Field("ChargeAmt"));
     if (Money::FromText(amount).IsZero()) continue;
-    const std::string group =
-        month.Field("Month").ToText() + month.Field("Year").ToText();
+    const std::string group = month.Field("Month").ToText() + month.Field("Year").ToText();
     const std::string first = ShowDate(month.Field("MinTrxDate"));
     const std::string last = ShowDate(month.Field("TrxDate"));
     List(id,

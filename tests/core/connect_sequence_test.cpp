@@ -63,11 +63,11 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                   "PaymentReaderOldMethod", "IDEAL", "CalcAmt", "OrgDueDate", "EInv",
                   "AutoProcessingFeeRate", "AutoStampingFeeRate", "AutoLoanPurpose", "EInvCustName",
                   "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
-                  "CreateSelfBillTable", "SuppCity"));
+                  "CreateSelfBillTable", "SuppCity", "MasterReportS4"));
   for (const char* key :
        {"Patch-Drawdown", "AMLA", "DataExportFlag", "DisableSTR", "LampiranA", "OrgDueDate", "EInv",
         "EInvCustName", "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
-        "CreateSelfBillTable", "SuppCity"}) {
+        "CreateSelfBillTable", "SuppCity", "MasterReportS4"}) {
     EXPECT_EQ(ReadSetting(office.session.Main(), key), "1") << key;
   }
   auto shape = office.Shape();
@@ -80,8 +80,9 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
   EXPECT_EQ(office.Scalar("SELECT OrgDueDate FROM LoanMast"), "2024-02-29");
   EXPECT_EQ(office.Scalar("SELECT LastDownDate FROM LoanMast"), "2024-01-05");
   EXPECT_EQ(office.Scalar("SELECT AMLA+AMLAOfficer+DisableSTR FROM CompMast"), "00");
-  // Widened by the last patch.
+  // Widened by the last patches.
   office.Run("INSERT INTO SelfBillMast (SID,SuppCity) VALUES ('S1','Kuala Terengganu')");
+  office.Run("INSERT INTO MasterReport (s4) VALUES (" + QuoteStr(std::string(1407, 'x')) + ")");
   const Settings& settings = office.session.settings;
   EXPECT_TRUE(settings.AMLA && settings.DataExportFlag && settings.EInv);
   EXPECT_EQ(settings.LampiranA, "1");

@@ -1,0 +1,190 @@
+// The statement of account, by figures worked out by hand.
+#include <gmock/gmock.h>
+
+#include "tests/reporting/staged_office.h"
+
+namespace kaunter {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr const char* kAll = "recordid,s1,s2,c1,c2,d1,c7,c8,c9,c10,c11,c12,c13,c14";
+
+StagedRun January() { return RunOf("StatementList.rpt", "01-01-2024", "31-01-2024"); }
+
+TEST(StagedStatementTest, EachItemStandsInTheOpeningRowOrInARowOfItsOwn) {
+  StagedOffice o;
+  o.AddLoan("L1", "2023-12-10", "5000", "600");
+  o.AddLoan("L2", "2024-01-05", "3000", "300");
+  o.AddLoan("L3", "2023-11-01", "1000", "100", "KL");  // nothing moves on it in January
+  o.AddLoan("L4", "2024-02-01", "1000", "100");        // made later
+  o.AddDrawdown("D1", "L1", "2023-12-10", "5000");
+  o.AddDrawdown("D2", "L1", "2024-01-01", "700.50");
+  o.AddDrawdown("D3", "L2", "2024-01-05", "3000");
+  o.AddDrawdown("D4", "L1", "2024-02-01", "999");
+  o.AddPayment("P1", {.loan = "L1",
+                      .date = "2023-12-31",
+                      .pay = "500",
+                      .interest_paid = "50",
+                      .capital_paid = "450",
+                      .int_amt = "10",
+                      .charge = "5",
+                      .collector = "77",
+                      .discount = "20",
+                      .extra = "7"});
+  o.AddPayment("P2", {.loan = "L1",
+                      .date = "2024-01-01",
+                      .pay = "400",
+                      .interest_paid = "40",
+                      .capital_paid = "360",
+                      .int_amt = "2",
+                      .charge = "1.25",
+                      .discount = "3",
+                      .extra = "6",
+                      .means = "CHEQUE",
+                      .bank = "PBB",
+                      .cheque = "000123"});
+  o.AddPayment("P3", {.loan = "L2", .date = "2024-01-31", .pay = "60", .means = "BANK"});
+  o.AddPayment("P4", {.loan = "L1", .date = "2024-01-31 10:00:00", .pay = "999"});
+  o.AddCharge("INV1", "L1", "2023-12-20", "Invoice", "30", "search");
+  o.AddCharge("CN1", "L1", "2023-12-21", "Credit Note", "-8", "mistake");
+  o.AddCharge("INV2", "L1", "2024-01-10", "Invoice", "12", "stamp");
+  o.AddCharge("CN2", "L1", "2024-01-11", "Credit Note", "-5", "goodwill");
+  o.AddCharge("LI1", "L1", "2024-01-12", "Batch Loan Interest", "9", "not shown", "2024-02-29");
+  o.AddCharge("TE1", "L1", "2024-01-13", "Batch Term End Interest", "11", "end of term");
+  o.AddCharge("P2", "L1", "2024-01-01", "Payment", "-10", "Payment Received");
+  o.AddCharge("B1", "L1", "2023-12-30", "Batch", "4");
+  o.AddCharge("B2", "L1", "2024-01-02", "Batch", "1.10");
+  o.AddCharge("B3", "L1", "2024-01-03", "Batch", "1.20");
+  o.AddCharge("B4", "L1", "2024-01-04", "Batch", "0");  // waived
+  o.AddCharge("B5", "L2", "2024-01-20", "Batch", "0.75");
+  o.AddCharge("B6", "L3", "2024-01-20", "Batch", "0");
+
+  ASSERT_TRUE(StageStatement(o.session(), o.desk, January()));
+  EXPECT_THAT(o.desk.messages, IsEmpty());
+  EXPECT_THAT(
+      o.Rows(January(), kAll),
+      ElementsAre(
+          // 5000 + 600 + 30 - 8 + 4 owed; 500 + 10 + 5 paid, without the discount
+          "#-L1 | Balance BF |  | 5626 | 515 | 2023-12-31 | 600 | 5000 | 50 | 450 | 26 | 10 | 7 | "
+          "20",
+          "#-L2 | Balance BF |  | 0 | 0 | 2023-12-31 | 0 | 0 | 0 | 0 | 0 | 0 | 0 | 0",
+          "#-L3 | Balance BF |  | 100 | 0 | 2023-12-31 | 100 | 0 | 0 | 0 | 0 | 0 | 0 | 0",
+          "12024L1 | Overdue Interest 02-01-2024 - 03-01-2024 |  | 2.3 | 0 | 2024-01-03 | 0 | 0 | 0"
+          " | 0 | 2.3 | 0 | 0 | 0",
+          "12024L2 | Overdue Interest for 20-01-2024 |  | 0.75 | 0 | 2024-01-20 | 0 | 0 | 0 | 0 | "
+          "0.75 | 0 | 0 | 0",
+          "CN2 | CN - goodwill |  | 0 | -5 | 2024-01-11 | 0 | 0 | 0 | 0 | -5 | 0 | 0 | 0",
+          "INV2 | Invoice - stamp |  | 12 | 0 | 2024-01-10 | 0 | 0 | 0 | 0 | 12 | 0 | 0 | 0",
+          "L1 | Loan Drawdown |  | 700.5 | 0 | 2024-01-01 | 0 | 700.5 | 0 | 0 | 0 | 0 | 0 | 0",
+          "L2 | Loan Drawdown |  | 3000 | 0 | 2024-01-05 | 0 | 3000 | 0 | 0 | 0 | 0 | 0 | 0",
+          "L2-i | Total Loan Interest |  | 300 | 0 | 2024-01-05 | 300 | 0 | 0 | 0 | 0 | 0 | 0 | 0",
+          "LI1 | Loan Interest for February 2024 |  | 9 | 0 | 2024-01-12 | 0 | 0 | 0 | 0 | 9 | 0 | "
+          "0 | 0",
+          "P2 | Payment | Cheque PBB 000123 | 0 | 403.25 | 2024-01-01 | 0 | 0 | 40 | 360 | 0 | 2 | "
+          "6 | 0",
+          "P2* | Payment Discount | Cheque PBB 000123 | 0 | 3 | 2024-01-01 | 0 | 0 | 0 | 0 | 0 | 0 "
+          "| 0 | 3",
+          "P3 | Payment | BANK | 0 | 60 | 2024-01-31 | 0 | 0 | 0 | 0 | 0 | 0 | 0 | 0",
+          "TE1 | TE - end of term |  | 11 | 0 | 2024-01-13 | 0 | 0 | 0 | 0 | 11 | 0 | 0 | 0"));
+  // Each row knows its loan and the cut-off, the months of late interest their group.
+  StagedRun of_l2 = January();
+  of_l2.id_from = "L2";
+  ASSERT_TRUE(StageStatement(o.session(), o.desk, of_l2));
+  EXPECT_THAT(o.Rows(of_l2, "recordid,s10,s11,d2"),
+              ElementsAre("#-L2 | L2 |  | 2024-01-31", "12024L2 | L2 | 12024 | 2024-01-31",
+                          "L2 | L2 |  | 2024-01-31", "L2-i | L2 |  | 2024-01-31",
+                          "P3 | L2 |  | 2024-01-31"));
+}
+
+TEST(StagedStatementTest, FilterAndRangeOfLoans) {
+  StagedOffice o;
+  o.AddLoan("A1", "2024-01-02", "1");
+  o.AddLoan("A2", "2024-01-02", "1", "0", "KL");
+  o.AddLoan("A3", "2024-01-02", "1", "0", "KL");
+  o.AddLoan("A4", "2024-01-02", "1", "0", "X'Y");
+  struct Case {
+    std::vector<std::string> companies;
+    const char* from;
+    const char* to;
+    std::vector<std::string> opened;
+  };
+  const Case kCases[] = {
+      {{}, "", "", {"#-A1", "#-A2", "#-A3", "#-A4"}},
+      {{"KL"}, "", "", {"#-A2", "#-A3"}},
+      {{"HQ", "KL"}, "", "", {"#-A1", "#-A2", "#-A3"}},
+      {{"X'Y"}, "", "", {"#-A4"}},
+      {{}, "A2", "", {"#-A2"}},  // one loan: the range ends where it begins
+      {{}, "A2", "A3", {"#-A2", "#-A3"}},
+      {{"KL"}, "A1", "A2", {"#-A2"}},
+      {{"HQ"}, "A2", "A3", {}},
+      {{}, "", "A2", {"#-A1", "#-A2", "#-A3", "#-A4"}},  // an end without a beginning is none
+  };
+  for (const Case& c : kCases) {
+    StagedRun run = January();
+    run.filters = {Companies(c.companies)};
+    run.id_from = c.from;
+    run.id_to = c.to;
+    ASSERT_TRUE(StageStatement(o.session(), o.desk, run));
+    std::vector<std::string> opened;
+    for (const std::string& id : o.Rows(run, "recordid")) {
+      if (id.starts_with("#")) opened.push_back(id);
+    }
+    EXPECT_EQ(opened, c.opened) << c.from << " to " << c.to;
+  }
+}
+
+// A range that ends before it begins is not refused: there are opening rows and nothing else. The
+// late interest between its ends counts, since what lies before the range has no cut-off.
+TEST(StagedStatementTest, ARangeThatEndsBeforeItBegins) {
+  StagedOffice o;
+  o.AddLoan("L1", "2024-01-05", "100", "7");
+  o.AddDrawdown("D1", "L1", "2024-01-05", "100");
+  o.AddPayment("P1", {.loan = "L1", .date = "2024-01-08", .pay = "10"});
+  o.AddPayment("P2", {.loan = "L1", .date = "2024-01-15", .pay = "20"});
+  o.AddCharge("B1", "L1", "2024-01-15", "Batch", "3");
+  const StagedRun run = RunOf("StatementList.rpt", "20-01-2024", "10-01-2024");
+  ASSERT_TRUE(StageStatement(o.session(), o.desk, run));
+  EXPECT_THAT(o.Rows(run, "recordid,c1,c2,c11,d1,d2"),
+              ElementsAre("#-L1 | 110 | 10 | 3 | 2024-01-19 | 2024-01-10"));
+}
+
+TEST(StagedStatementTest, WithoutAnEndTheCutOffIsTheServersToday) {
+  StagedOffice o;  // where it is 31 January 2024
+  o.AddLoan("L1", "2024-01-31", "100");
+  o.AddLoan("L2", "2024-02-01", "100");
+  const StagedRun run = RunOf("StatementList.rpt", "01-01-2024", "");
+  ASSERT_TRUE(StageStatement(o.session(), o.desk, run));
+  EXPECT_THAT(o.Rows(run, "recordid,d2"),
+              ElementsAre("#-L1 | 2024-01-31", "L1-i | 2024-01-31"));
+}
+
+// Two months of late interest, the batch of the last day run a day late; days of another kind of
+// text; the longest texts that the tables hold.
+TEST(StagedStatementTest, MonthsAndTexts) {
+  StagedOffice o;
+  o.AddLoan("借'1", "2023-06-01", "100");
+  o.AddCharge("B1", "借'1", "2023-12-31", "Batch", "1", "", "2023-12-31", "2024-01-01");
+  o.AddCharge("B2", "借'1", "2024-01-01", "Batch", "2", "", "2023-12-31", "2024-01-01");
+  std::string longest;
+  for (int i = 0; i < 300; ++i) longest += "利";
+  o.AddCharge("V1", "借'1", "2024-01-02", "Invoice", "5", longest);
+  o.AddCharge("V2", "借'1", "2024-01-03", "INVOICE", "6", "It's 50% [off]; -- no");
+  o.AddCharge("V3", "借'1", "2024-01-04", "Storage", "7", "of another program");
+  o.AddPayment("收'1", {.loan = "借'1", .date = "2024-01-05", .pay = "1", .means = "现金's"});
+  const StagedRun run = RunOf("StatementList.rpt", "01-12-2023", "31-01-2024");
+  ASSERT_TRUE(StageStatement(o.session(), o.desk, run));
+  EXPECT_THAT(
+      o.Rows(run, "recordid,s1,s2,c1,s10"),
+      ::testing::UnorderedElementsAre(
+          "#-借'1 | Balance BF |  | 0 | 借'1",
+          "122023借'1 | Overdue Interest for 01-01-2024 |  | 1 | 借'1",
+          "12024借'1 | Overdue Interest for 01-01-2024 |  | 2 | 借'1",
+          "V1 | Invoice - " + longest + " |  | 5 | 借'1",
+          "V2 | Invoice - It's 50% [off]; -- no |  | 6 | 借'1",
+          "V3 | of another program |  | 7 | 借'1", "收'1 | Payment | 现金's | 0 | 借'1"));
+}
+
+}  // namespace
+}  // namespace kaunter
