@@ -55,7 +55,7 @@ void LoanReplay::DeriveRows() {
   const std::vector<ReplayLine> lines = rows_.Lines();
   Money left = opening_;  // not floored: an instalment below the interest lets it grow
   for (const ReplayLine& line : lines) {
-    if (!line.InterestAmt.IsZero() && line.CapitalAmt.IsZero()) continue;  // interest only
+    if (line.InterestOnly()) continue;
     const Money interest = Interest(line, left);
     const Money capital = &line == &lines.back() ? left : loan_.Instalment - interest;
     left = left - loan_.Instalment + interest;
@@ -146,17 +146,8 @@ void LoanReplay::TakeExtraCapital(const ReplayPayment& payment) {
     capital = left > capital ? loan_.Instalment - interest : left;
     left = std::max(left - loan_.Instalment + interest, Money());
     rows_.Cut(line, capital, interest, balance_, extra);
-    unsettled_ = unsettled_ || StaysCut(line, capital, interest);
     extra = Money();  // recorded once, on the first row that is cut anew
   }
-}
-
-// A row that no derivation brings back: on a loan without one, and where interest stands alone.
-bool LoanReplay::StaysCut(const ReplayLine& line, Money capital, Money interest) const {
-  if (!loan_.derived) return true;
-  if (loan_.special) return false;
-  return (!line.InterestAmt.IsZero() && line.CapitalAmt.IsZero()) ||
-         (!interest.IsZero() && capital.IsZero());
 }
 
 }  // namespace kaunter

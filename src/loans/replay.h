@@ -40,6 +40,8 @@ struct ReplayLine {
   Money PayExtra;
 
   bool Open() const { return Payment < PayableAmt; }
+  // Derivation passes it by.
+  bool InterestOnly() const { return !InterestAmt.IsZero() && CapitalAmt.IsZero(); }
 };
 
 struct ReplayPayment {
@@ -106,9 +108,6 @@ class LoanReplay {
 
   Money new_balance() const { return new_balance_; }
   const ReplayTotals& totals() const { return totals_; }
-  // Extra capital has cut rows that the next replay does not find as this one did: it comes to
-  // other rows.
-  bool unsettled() const { return unsettled_; }
 
  private:
   Money Interest(const ReplayLine& line, Money balance) const;
@@ -116,7 +115,6 @@ class LoanReplay {
   void Walk(Money amount);
   void PayLine(const ReplayLine& line, Money* rest, Money* to_split);
   void TakeExtraCapital(const ReplayPayment& payment);
-  bool StaysCut(const ReplayLine& line, Money capital, Money interest) const;
 
   ReplayLoan loan_;
   Money opening_;
@@ -125,7 +123,6 @@ class LoanReplay {
   Money interest_paid_;
   Money capital_paid_;
   ReplayTotals totals_;
-  bool unsettled_ = false;
   ReplayRows& rows_;
 };
 

@@ -1,0 +1,56 @@
+// The check of the ledger: replays the payments of each loan in memory, with the arithmetic of the
+// rebuild, and compares with what is stored. Nothing is written.
+//
+// What it asks of a loan:
+// - in each row Payment is CapitalPayment + InterestPayment and at most PayableAmt, and no capital
+//   is paid before the row's interest;
+// - TotPay is the sum of InstalAmt, LoanBal the NewLoanBal of the last payment (CloseBal on a
+//   closed loan), each payment begins where the one before it ended;
+// - TotCollectorAmt and TotInt are the sums of the charges, NextDueDate the first row with
+//   something open;
+// - rows, payments, "Payment" charges and totals are those that a rebuild would write. Rows are
+//   not asked this of a loan without payments, whose schedule is as it was generated, nor of one
+//   on which extra capital has cut rows that no derivation brings back: there each rebuild comes to
+//   other rows.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/sql/connection.h"
+#include "screen/caption.h"
+
+namespace kaunter {
+
+struct LedgerFault {
+  std::string LoanID;
+  std::string CustID;
+  bool closed = false;
+  Caption what;
+  std::string stored;     // as shown
+  std::string should_be;  // as shown
+};
+
+struct LedgerProgress {
+  int done = 0;
+  int total = 0;
+};
+
+struct LedgerReport {
+  int loans = 0;  // looked at
+  bool complete = false;
+  std::vector<LedgerFault> faults;
+};
+
+// All loans of a company, a few hundred at a time; `go_on` is asked in between and may end it. A
+// loan that does not hold is read once more by itself, in a transaction, since the counter may
+// have taken a payment between two of the readings. Throws SqlError.
+LedgerReport CheckCompany(Connection& main, std::string_view comp_code,
+                          const std::function<bool(const LedgerProgress&)>& go_on);
+
+// One loan; no faults for one that is not there. Throws SqlError.
+std::vector<LedgerFault> CheckLoan(Connection& main, std::string_view loan_id);
+
+}  // namespace kaunter
