@@ -11,6 +11,7 @@
 #include "collections/receipt_screens.h"
 #include "collections/settlement_frm.h"
 #include "collections/special_rpt.h"
+#include "collections/verify_ledger_frm.h"
 #include "compliance/aml_desc_frm.h"
 #include "core/company_screens.h"
 #include "core/password_screens.h"
@@ -76,6 +77,7 @@ constexpr Entry kScreens[] = {
     {"UpdateSch", Make<UpdateSch>},
     {"SpecialRpt", Make<SpecialRpt>},
     {"UserFrm", Make<UserFrm>},
+    {"VerifyLedgerFrm", Make<VerifyLedgerFrm>},
 };
 // clang-format on
 

@@ -34,9 +34,9 @@ std::vector<GridColumn> StampColumns() {
 
 // Entries of the rights table with no work of their own behind them.
 bool HasNothingToOpen(std::string_view name) {
-  static constexpr std::string_view kNames[] = {"CustInq",          "DQMnu",     "KutuMastMnu",
-                                                "KutuTransMnu",     "ReUpdInt",  "RecalCB",
-                                                "RefererDetailMnu", "TestDocMnu"};
+  static constexpr std::string_view kNames[] = {"CustInq",      "DQMnu",   "KutuMastMnu",
+                                                "KutuTransMnu", "RecalCB", "RefererDetailMnu",
+                                                "TestDocMnu"};
   for (std::string_view known : kNames) {
     if (name == known) return true;
   }

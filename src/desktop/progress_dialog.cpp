@@ -3,24 +3,28 @@
 #include <QApplication>
 #include <QLabel>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "desktop/plain_views.h"
 #include "desktop/text.h"
 #include "desktop/theme.h"
+#include "screen/cancel_offer.h"
 
 namespace kaunter {
 namespace {
 
 constexpr int kMillisecondsBetweenPictures = 40;
 
-class DialogProgress : public ProgressBar {
+class DialogProgress : public ProgressBar, public CancelOffer {
  public:
   DialogProgress(std::string_view title, QWidget* parent) : dialog_(title, parent) {}
   void SetRange(int steps) override { dialog_.SetRange(steps); }
   void SetText(std::string_view text) override { dialog_.SetText(text); }
   void Step(int by) override { dialog_.SetPosition(dialog_.position() + by); }
   void SetPosition(int position) override { dialog_.SetPosition(position); }
+  void OfferCancel(std::string_view caption) override { dialog_.OfferCancel(caption); }
+  bool Cancelled() const override { return dialog_.cancelled(); }
 
  private:
   ProgressDialog dialog_;
@@ -73,8 +77,25 @@ int ProgressDialog::position() const { return std::max(bar_->value(), 0); }
 // The work must not become slower by being shown: a picture now and then is enough.
 void ProgressDialog::Draw(bool at_once) {
   if (!at_once && drawn_.isValid() && drawn_.elapsed() < kMillisecondsBetweenPictures) return;
-  QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  // The dialog is modal: a key or click reaches nothing but its button.
+  QApplication::processEvents(offered_ ? QEventLoop::AllEvents
+                                       : QEventLoop::ExcludeUserInputEvents);
   drawn_.start();
+}
+
+void ProgressDialog::OfferCancel(std::string_view caption) {
+  if (offered_) return;
+  offered_ = true;
+  auto* button = new QPushButton(Q(caption), this);
+  connect(button, &QPushButton::clicked, this, &ProgressDialog::reject);
+  layout()->addWidget(button);
+  layout()->setAlignment(button, Qt::AlignRight);
+  adjustSize();
+  Draw(true);
+}
+
+void ProgressDialog::reject() {
+  if (offered_) cancelled_ = true;
 }
 
 std::unique_ptr<ProgressBar> MakeProgress(std::string_view title, QWidget* parent) {

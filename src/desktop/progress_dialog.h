@@ -1,4 +1,4 @@
-// Long work with a bar: a small window without a way to interrupt, since the work has none.
+// Long work with a bar: a small window without a way to interrupt, unless the work offers one.
 #pragma once
 
 #include <QDialog>
@@ -19,13 +19,18 @@ class ProgressDialog : public QDialog {
   void SetText(std::string_view text);
   void SetPosition(int position);
   int position() const;
-  void reject() override {}  // the work goes on
+  // A button that asks the work to end; Esc does the same.
+  void OfferCancel(std::string_view caption);
+  bool cancelled() const { return cancelled_; }
+  void reject() override;  // without an offer the work goes on
 
  private:
   void Draw(bool at_once);
   QLabel* text_;
   QProgressBar* bar_;
   QElapsedTimer drawn_;
+  bool offered_ = false;
+  bool cancelled_ = false;
 };
 
 std::unique_ptr<ProgressBar> MakeProgress(std::string_view title, QWidget* parent);
