@@ -108,6 +108,19 @@ TEST_F(PaymentScreen, AFlexiLoanIsSplitByHandAndDueAStepLater) {
   EXPECT_EQ(late->InstalAmt.text(), "720.00");
 }
 
+TEST_F(PaymentScreen, AChangedPaymentMayPayOnceMoreWhatItPaidBefore) {
+  const std::string id = Store("100", "31-01-2024", kFlexi);
+  office.Run(
+      "UPDATE PaymentMast SET OldLoanBal=600;UPDATE SchMast SET CapitalAmt=100,InterestAmt=10,"
+      "CapitalPayment=50,InterestPayment=0 WHERE LoanID='HQ0001-002'");
+  auto edit = Open("Edit Payment", {}, id);
+  Put(edit->PayAmt, "820.01");  // 12 x 60 open, and the 100
+  EXPECT_EQ(LastMessage(), "Edit Payment: Total payment cannot more than 820.00");
+  counter.messages.clear();
+  Put(edit->PayAmt, "820");
+  EXPECT_EQ(LastMessage(), "");
+}
+
 TEST_F(PaymentScreen, LateInterestIsPaidFirst) {
   struct Case {
     const char* charged;
