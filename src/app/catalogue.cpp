@@ -30,6 +30,7 @@
 #include "loans/loan_extend_frm.h"
 #include "loans/new_loan_frm.h"
 #include "loans/update_sch.h"
+#include "reporting/report_frm.h"
 #include "screen/screen.h"
 
 namespace kaunter {
@@ -72,6 +73,7 @@ constexpr Entry kScreens[] = {
     {"PopupFrm", Make<PopupFrm>},
     {"RecalcReceiptNo", Make<RecalcReceiptNo>},
     {"ReceiptNoFrm", Make<ReceiptNoFrm>},
+    {"ReportFrm", Make<ReportFrm>},
     {"Settlementfrm", Make<Settlementfrm>},
     {"SetupFrm", Make<SetupFrm>},
     {"UpdateSch", Make<UpdateSch>},

@@ -2,12 +2,11 @@
 
 #include <fmt/format.h>
 
-#include <filesystem>
-
 #include "core/audit.h"
 #include "core/company_access.h"
 #include "core/einvoice_codes.h"
 #include "core/log.h"
+#include "core/report_path.h"
 #include "core/sign_in.h"
 #include "core/user_login.h"
 #include "core/values.h"
@@ -43,6 +42,12 @@ bool HasNothingToOpen(std::string_view name) {
   return false;
 }
 
+// "LoanMastListC.rpt" of "LoanMastList.rpt".
+std::string ChineseName(const std::string& file) {
+  const auto dot = file.rfind('.');
+  return file.substr(0, dot) + "C" + file.substr(dot);
+}
+
 std::string And(const std::string& condition) {
   return condition.empty() ? std::string() : " AND " + condition;
 }
@@ -62,7 +67,6 @@ MainFrm::MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
   EmptyKeyCmd.onClick = [this] { ShutBuiltInLogon(); };
   for (MenuEntry& entry : menu_.entries()) {
     if (entry.action == MenuAction::screen) entry.enabled = screen_exists_(entry.target);
-    if (entry.action == MenuAction::report) entry.enabled = screen_exists_("ReportFrm");
     if (entry.action == MenuAction::own && HasNothingToOpen(entry.name)) entry.enabled = false;
   }
   menu_.HideAll();
@@ -85,10 +89,13 @@ void MainFrm::SetPanel(int number, std::string text) {
 void MainFrm::FillAtStart() {
   SetChinese(session().ChineseFlag);
   for (MenuEntry& entry : menu_.entries()) {
-    // A listing runs only where its report file lies beside the program.
-    if (entry.action == MenuAction::direct_list) {
-      entry.enabled = std::filesystem::exists(session().AppPath + "/" + entry.target);
-    }
+    // A report runs only where its file lies beside the program, in both languages.
+    if (entry.action != MenuAction::direct_list && entry.action != MenuAction::report) continue;
+    const std::string file = session().AppPath + "/" + entry.target;
+    const bool is_there =
+        ReportFileExists(file) && (!entry.chinese_report || ReportFileExists(ChineseName(file)));
+    const bool has_screen = entry.action == MenuAction::direct_list || screen_exists_("ReportFrm");
+    entry.enabled = is_there && has_screen;
   }
   long_date_ = Format(ServerTime(session().Main()), "long date");
   SetPanel(1, session().ProgramTitle);
@@ -214,9 +221,7 @@ void MainFrm::OpenScreen(const MenuEntry& entry) {
 }
 
 std::string MainFrm::ReportName(const MenuEntry& entry) const {
-  if (!entry.chinese_report || !session().ChineseFlag) return entry.target;
-  const auto dot = entry.target.rfind('.');
-  return entry.target.substr(0, dot) + "C" + entry.target.substr(dot);
+  return entry.chinese_report && session().ChineseFlag ? ChineseName(entry.target) : entry.target;
 }
 
 void MainFrm::ShowReportFromMenu(std::string_view title, std::string_view file) {

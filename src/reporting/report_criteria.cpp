@@ -90,8 +90,8 @@ ReportFilter Category(const char* field) {
   return FromTable({"Category", "类别"}, field, "CashBookCat", "CatCode");
 }
 ReportFilter FollowUpStatus() {
-  return FromTable({"Follow Up Status", "跟进状态"}, "{HisStatusMast.HisStatusID}",
-                   "HisStatusMast", "HisStatusID");
+  return FromTable({"Follow Up Status", "跟进状态"}, "{HisStatusMast.HisStatusID}", "HisStatusMast",
+                   "HisStatusID");
 }
 ReportFilter TransactionType(const char* field, std::vector<std::string> words) {
   return OfWords({"Transaction Type", "交易类别"}, field, std::move(words));
@@ -109,9 +109,9 @@ Filters OfLoans(const Filters& behind_collateral = {}) {
 }
 
 Filters OfPayments(const Filters& behind_bank) {
-  Filters filters = {Company("{PaymentMast.CompCode}"), CompanyCategory(),
-                     CollectionType(),                  Collateral(),
-                     User("{PaymentMast.UserID}"),      Bank("{PaymentMast.Bank}")};
+  Filters filters = {
+      Company("{PaymentMast.CompCode}"), CompanyCategory(),         CollectionType(), Collateral(),
+      User("{PaymentMast.UserID}"),      Bank("{PaymentMast.Bank}")};
   filters.insert(filters.end(), behind_bank.begin(), behind_bank.end());
   filters.push_back(Salesman());
   return filters;
@@ -139,10 +139,10 @@ std::vector<ReportCriteria> CustomersAndLoans() {
        .IDField = "{CustMast.CustID}",
        .filters = {Company("{CustMast.CompCode}"), CustomerRace(), CustomerType(),
                    CompanyCategory(), CustomerStatus(), Salesman()}},
-      {.files = Joined(BothLanguages({"LoanMastList", "LoanMastList2", "LoanCollateral",
-                                      "LoanGuarantorList", "LoanSchList"}),
-                       {"AgingMonth.rpt", "Loan Interest Report.rpt", "CDD.rpt",
-                        "LoanExceedThreshold.rpt"}),
+      {.files = Joined(
+           BothLanguages({"LoanMastList", "LoanMastList2", "LoanCollateral", "LoanGuarantorList",
+                          "LoanSchList"}),
+           {"AgingMonth.rpt", "Loan Interest Report.rpt", "CDD.rpt", "LoanExceedThreshold.rpt"}),
        .picker = "LoanPop",
        .DateField = kLoanDate,
        .IDField = kLoanID,
@@ -156,9 +156,9 @@ std::vector<ReportCriteria> CustomersAndLoans() {
        .picker = "LoanPop",
        .DateField = "{ChargeMast.TrxDate}",
        .IDField = kLoanID,
-       .filters = OfLoans(
-           {TransactionType("{ChargeMast.PType}", {"Batch", "Batch Loan Interest", "Invoice",
-                                                   "Credit Note", "Payment"})})},
+       .filters =
+           OfLoans({TransactionType("{ChargeMast.PType}", {"Batch", "Batch Loan Interest",
+                                                           "Invoice", "Credit Note", "Payment"})})},
       {.files = {"ARInvoice.rpt"},
        .picker = "LoanPop",
        .DateField = "{ChargeMast.TrxDate}",
@@ -241,11 +241,10 @@ std::vector<ReportCriteria> AccountsAndPayments() {
        .picker = "LoanPop",
        .DateField = "{FollowUpMast.HisDate}",
        .IDField = kLoanID,
-       .filters = {Company(), LoanType(), Advertisement({"Type Of Loan", "贷款种类"}),
-                   LoanStatus(), CompanyCategory(), FollowUpStatus(), Bank(), Salesman()}},
-      {.files = Joined(
-           BothLanguages({"DueDate", "DueDate2", "DueDate3", "DueDate4", "DueDate5"}),
-           {"Reminder.rpt"}),
+       .filters = {Company(), LoanType(), Advertisement({"Type Of Loan", "贷款种类"}), LoanStatus(),
+                   CompanyCategory(), FollowUpStatus(), Bank(), Salesman()}},
+      {.files = Joined(BothLanguages({"DueDate", "DueDate2", "DueDate3", "DueDate4", "DueDate5"}),
+                       {"Reminder.rpt"}),
        .picker = "LoanPop",
        .DateField = "{LoanMast.NextDueDate}",
        .IDField = kLoanID,
@@ -413,9 +412,8 @@ const ReportCriteria& CriteriaOf(std::string_view file) {
     if (Holds(row.files, file)) return row;
   }
   // The balances of the cash book: dates alone.
-  static const ReportCriteria without_row = {.DateField = "{CashBook.TranDate}",
-                                             .ids = IdBoxes::unused,
-                                             .CompanyRequired = false};
+  static const ReportCriteria without_row = {
+      .DateField = "{CashBook.TranDate}", .ids = IdBoxes::unused, .CompanyRequired = false};
   return without_row;
 }
 

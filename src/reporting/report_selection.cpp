@@ -20,8 +20,7 @@ DateTime DateOf(std::string_view display_date) {
 void PutInFront(Selection& selection, const Selection& piece) {
   selection.formula =
       selection.formula.empty() ? piece.formula : piece.formula + " and " + selection.formula;
-  selection.title =
-      selection.title.empty() ? piece.title : piece.title + ", " + selection.title;
+  selection.title = selection.title.empty() ? piece.title : piece.title + ", " + selection.title;
 }
 
 // Reports of due dates take each bound by itself.

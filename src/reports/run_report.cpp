@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "core/report_path.h"
 #include "core/values.h"
 #include "platform/sql/connection.h"
 #include "reports/report_file.h"
@@ -68,13 +69,13 @@ std::pair<std::string, std::string> SplitParameter(const std::string& field) {
 }
 
 ReportDocument RunReport(const ReportJob& job) {
-  const ReportFile file = ReportFile::Read(job.ReportFileName);
+  const ReportFile file = ReportFile::Read(FindReportFile(job.ReportFileName).path);
   const Recordset rows = ReadRows(file, job);
   return LayOut(file, HeadingOf(job), rows);
 }
 
 std::string ReportToCsv(const ReportJob& job) {
-  const ReportFile file = ReportFile::Read(job.ReportFileName);
+  const ReportFile file = ReportFile::Read(FindReportFile(job.ReportFileName).path);
   Recordset rows = ReadRows(file, job);
   std::vector<ReportColumn> columns = file.columns;
   // A letter without a table still has its rows: all that the query gives.

@@ -50,9 +50,20 @@ TEST(BuildSelectionFormula, JoinsItsPiecesToTheBlank) {
        "From 05-01-2024 to 31-01-2024, From L1 - L9,  (Company Code - A or B) ,  (Loan Type - "
        "MONTH) "},
       // One bound stands for both.
-      {{}, {}, "", "", "L1", "", "{LoanMast.LoanID} >= 'L1' and {LoanMast.LoanID} <= 'L1' ",
+      {{},
+       {},
+       "",
+       "",
+       "L1",
+       "",
+       "{LoanMast.LoanID} >= 'L1' and {LoanMast.LoanID} <= 'L1' ",
        "From L1 - L1"},
-      {{}, {}, "31-12-2023", "", "", "",
+      {{},
+       {},
+       "31-12-2023",
+       "",
+       "",
+       "",
        "{LoanMast.TrxDate} >= DateTime (2023, 12, 31, 00, 00, 00) AND "
        "{LoanMast.TrxDate} <= DateTime (2023, 12, 31, 23, 59, 59)",
        "From 31-12-2023 to 31-12-2023"},
@@ -260,9 +271,8 @@ TEST(ReportCriteria, TheOptionBoxesOfEachFile) {
   for (const auto& [file, expected] : told) {
     std::string boxes;
     for (const OptionBox& box : OptionBoxesOf(file)) {
-      boxes += (boxes.empty() ? "" : "|") + std::to_string(box.number) + " " +
-               box.caption.english + (box.initial ? "+" : "-") +
-               (box.effect == BoxEffect::works ? "" : "~");
+      boxes += (boxes.empty() ? "" : "|") + std::to_string(box.number) + " " + box.caption.english +
+               (box.initial ? "+" : "-") + (box.effect == BoxEffect::works ? "" : "~");
     }
     EXPECT_EQ(boxes, expected) << file;
   }

@@ -1,0 +1,23 @@
+#include "core/report_path.h"
+
+#include <filesystem>
+#include <string_view>
+
+namespace kaunter {
+
+ReportPath FindReportFile(const std::string& path) {
+  for (std::string_view ending : {"C.rpt", "C2.rpt", "C3.rpt", "CS.rpt"}) {
+    if (!path.ends_with(ending)) continue;
+    const std::string both =
+        path.substr(0, path.size() - ending.size()) + std::string(ending.substr(1));
+    if (!std::filesystem::exists(path) && std::filesystem::exists(both)) return {both, true};
+    return {path, true};
+  }
+  return {path, false};
+}
+
+bool ReportFileExists(const std::string& path) {
+  return std::filesystem::exists(FindReportFile(path).path);
+}
+
+}  // namespace kaunter

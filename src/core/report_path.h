@@ -1,0 +1,19 @@
+// Where a report file lies. A report of two languages goes by two names, LoanMastList.rpt and
+// LoanMastListC.rpt; one file may serve both.
+#pragma once
+
+#include <string>
+
+namespace kaunter {
+
+struct ReportPath {
+  std::string path;      // of the file to read; the path that was asked for when there is none
+  bool chinese = false;  // the name asked for is that of the Chinese paper
+};
+
+// The file of this name; for a Chinese name without a file of its own, the file of both languages.
+// The letter stands before the ending, or before the sign of an option: LoanSchListC2.rpt.
+ReportPath FindReportFile(const std::string& path);
+bool ReportFileExists(const std::string& path);
+
+}  // namespace kaunter

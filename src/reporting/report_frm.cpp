@@ -1,0 +1,133 @@
+#include "reporting/report_frm.h"
+
+#include <fmt/format.h>
+
+#include "core/picker.h"
+#include "core/values.h"
+#include "platform/host.h"
+
+namespace kaunter {
+namespace {
+
+constexpr int kDateLength = 10;
+
+}  // namespace
+
+ReportFrm::ReportFrm(Session& session, Desk& desk)
+    : SessionScreen("ReportFrm", {"Report", "报告"}, session, desk) {
+  for (TextBox* date : {&DateFrom, &DateTo}) {
+    date->max_length = kDateLength;
+    date->onLeave = [this, date] { LeaveDate(*date); };
+  }
+  SearchCmd1.onClick = [this] { PickInto(IDFrom); };
+  SearchCmd2.onClick = [this] { PickInto(IDTo); };
+  IDFrom.onKey = [this](std::string_view key) {
+    if (key == "F2") SearchCmd1.Click();
+  };
+  IDTo.onKey = [this](std::string_view key) {
+    if (key == "F2") SearchCmd2.Click();
+  };
+  ListCombo.onPick = [this] { ShowList(); };
+  List1.onRow = [this](int) { InSingle.SetEnabled(true); };
+  List2.onRow = [this](int) { OutSingle.SetEnabled(true); };
+  List1.onOpen = [this](int, int) { Move(true, false); };
+  List2.onOpen = [this](int, int) { Move(false, false); };
+  InSingle.onClick = [this] { Move(true, false); };
+  InAll.onClick = [this] { Move(true, true); };
+  OutSingle.onClick = [this] { Move(false, false); };
+  OutAll.onClick = [this] { Move(false, true); };
+  SaveCmd.onClick = [this] { Print(); };
+}
+
+void ReportFrm::Load() {
+  file_ = session().ReportFile;
+  title_ = session().MsgTitle;
+  pcname_ = ThisHost().name;
+  criteria_ = &CriteriaOf(file_);
+  const std::string heading = session().CurrentCompDesc + " - " + title_;
+  SetTitle({heading, heading});
+  LoanLBL.SetCaption({title_, title_});
+  OfferIds();
+  OfferOptionBoxes();
+  LoadLists();
+  if (!session().HandOverLoanID.empty()) LockSelectedLoan(session().HandOverLoanID);
+}
+
+// The staged rows go whether or not the report had any.
+void ReportFrm::Unload() {
+  session().CallerTag.clear();
+  DropStagedRows(main(), pcname_, file_);
+}
+
+void ReportFrm::OfferIds() {
+  const IdBoxes ids = criteria_->ids;
+  for (TextBox* box : {&IDFrom, &IDTo}) {
+    box->SetVisible(ids != IdBoxes::hidden);
+    box->SetEnabled(ids != IdBoxes::unused);
+  }
+  for (Button* button : {&SearchCmd1, &SearchCmd2}) {
+    button->SetVisible(ids == IdBoxes::range && !criteria_->picker.empty());
+  }
+  if (ids == IdBoxes::free_text) {
+    IDFrom.SetCaption({"c) ii. Amt", "c) ii. Amt"});
+    IDTo.SetCaption({"d) iii. Cagaran", "d) iii. Cagaran"});
+  }
+}
+
+void ReportFrm::OfferOptionBoxes() {
+  for (int number = 1; number <= 4; ++number) BoxOf(number).SetVisible(false);
+  bool greyed = criteria_->ids == IdBoxes::unused;
+  for (const OptionBox& option : OptionBoxesOf(file_)) {
+    CheckBox& box = BoxOf(option.number);
+    box.SetCaption(option.caption);
+    box.SetChecked(option.initial);
+    box.SetVisible(true);
+    box.SetEnabled(option.effect == BoxEffect::works);
+    if (option.effect != BoxEffect::works) greyed = true;
+  }
+  NoteLBL.SetText(session().In({"What is greyed does not change this report.",
+                                "灰色的项目对此报告没有作用。"}));
+  NoteLBL.SetVisible(greyed);
+}
+
+void ReportFrm::LockSelectedLoan(const std::string& loan_id) {
+  for (TextBox* box : {&IDFrom, &IDTo}) {
+    box->SetText(loan_id);
+    box->SetEnabled(false);
+  }
+  for (Button* button : {&SearchCmd1, &SearchCmd2}) button->SetVisible(false);
+  const Recordset loan =
+      main().Query(fmt::format("SELECT TrxDate FROM LoanMast WHERE LoanID={}", QuoteStr(loan_id)));
+  if (!loan.Eof()) DateFrom.SetText(ShowDate(loan.Field("TrxDate")));
+  DateTo.SetText(ServerNow(main(), false));
+}
+
+void ReportFrm::LeaveDate(TextBox& box) {
+  box.SetText(Trim(box.text()));
+  if (box.empty()) return;
+  const auto date = DateTime::FromDisplay(box.text());
+  if (!date) {
+    Refuse(box, {"Invalid Date", "日期不正确"});
+    return;
+  }
+  box.SetText(Format(*date, "dd-mm-yyyy"));
+  box.SetMark(false);
+  // What falls due may lie ahead.
+  if (&box != &DateTo || Is({"DueDate3.rpt", "DueDate.rpt"})) return;
+  if (date->DateOnly() > ServerTime(main()).DateOnly()) {
+    Refuse(box, {"Date To cannot greater than today", "日期至不可超过今天"});
+    box.SetText(ServerNow(main(), false));
+  }
+}
+
+void ReportFrm::PickInto(TextBox& box) {
+  const std::string chosen = Pick(session(), desk(), criteria_->picker);
+  if (!chosen.empty()) box.SetText(chosen);
+}
+
+CheckBox& ReportFrm::BoxOf(int number) {
+  CheckBox* boxes[] = {&Check1, &Check2, &Check3, &Check4};
+  return *boxes[number - 1];
+}
+
+}  // namespace kaunter

@@ -1,0 +1,42 @@
+#include "reporting/report_picture.h"
+
+#include <filesystem>
+
+#include "core/session.h"
+#include "customers/document_store.h"
+
+namespace kaunter {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A report that reads the place meanwhile finds the old picture or the new one.
+void LayFile(const Session& session, const fs::path& source) {
+  const fs::path folder = fs::path(session.AppPath) / "Image";
+  const fs::path place = folder / "b1.bmp";
+  fs::create_directories(folder);
+  if (!fs::is_regular_file(source)) {
+    fs::remove(place);
+    return;
+  }
+  const fs::path part = folder / "b1.part";
+  fs::copy_file(source, part, fs::copy_options::overwrite_existing);
+  fs::rename(part, place);
+}
+
+}  // namespace
+
+void LayReportPicture(const Session& session, std::string_view cust_id, const std::string& photo) {
+  const fs::path source = photo.empty() ? fs::path() : fs::path(KeptPath(session, cust_id, photo));
+  if (!fs::is_regular_file(source)) {
+    ClearReportPicture(session);
+  } else {
+    LayFile(session, source);
+  }
+}
+
+void ClearReportPicture(const Session& session) {
+  LayFile(session, fs::path(session.AppPath) / "b1.bmp");
+}
+
+}  // namespace kaunter
