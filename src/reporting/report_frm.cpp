@@ -85,8 +85,8 @@ void ReportFrm::OfferOptionBoxes() {
     box.SetEnabled(option.effect == BoxEffect::works);
     if (option.effect != BoxEffect::works) greyed = true;
   }
-  NoteLBL.SetText(session().In({"What is greyed does not change this report.",
-                                "灰色的项目对此报告没有作用。"}));
+  NoteLBL.SetText(session().In(
+      {"What is greyed does not change this report.", "灰色的项目对此报告没有作用。"}));
   NoteLBL.SetVisible(greyed);
 }
 

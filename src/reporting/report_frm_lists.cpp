@@ -22,8 +22,7 @@ std::vector<std::vector<std::string>> AsRows(const std::vector<std::string>& val
 void ReportFrm::LoadLists() {
   std::vector<std::string> items;
   for (const ReportFilter& filter : criteria_->filters) {
-    lists_.push_back(
-        {{filter.label.english, filter.field, {}}, ValuesOf(filter.source)});
+    lists_.push_back({{filter.label.english, filter.field, {}}, ValuesOf(filter.source)});
     // A list may stand twice: each must be chosen by its own name.
     std::string item = session().In(filter.label);
     if (std::find(items.begin(), items.end(), item) != items.end()) item += " (2)";

@@ -1,5 +1,5 @@
-// An office whose movements are written straight into its tables, and the staged rows of a report as
-// lines of text.
+// An office whose movements are written straight into its tables, and the staged rows of a report
+// as lines of text.
 #pragma once
 
 #include <fmt/format.h>
@@ -27,10 +27,10 @@ struct StagedOffice {
   void Run(const std::string& sql) { main().Execute(sql); }
 
   void AddCustomer(const std::string& id, const std::string& company, const std::string& name) {
-    Run(fmt::format(
-        "INSERT INTO CustMast (CustID,CompCode,CustName,AreaCode,CompCatCode) VALUES "
-        "({},{},{},'PERSONAL','NIL')",
-        QuoteStr(id), QuoteStr(company), QuoteStr(name)));
+    Run(
+        fmt::format("INSERT INTO CustMast (CustID,CompCode,CustName,AreaCode,CompCatCode) VALUES "
+                    "({},{},{},'PERSONAL','NIL')",
+                    QuoteStr(id), QuoteStr(company), QuoteStr(name)));
   }
   // Dates are yyyy-mm-dd, amounts plain figures.
   void AddLoan(const std::string& id, const std::string& date, const std::string& amount,
@@ -75,7 +75,8 @@ struct StagedOffice {
   void AddPayment(const std::string& id, const Payment& p) {
     Run(fmt::format(
         "INSERT INTO PaymentMast (PayID,LoanID,CustID,CompCode,PayDate,PayAmt,IntPay,CapPay,IntAmt,"
-        "ChargeAmt,CollectorAmt,DiscAmt,TopUpAmt,PayExtra,CollectInfoID,Bank,ChqNo,Memo1,NewLoanBal,"
+        "ChargeAmt,CollectorAmt,DiscAmt,TopUpAmt,PayExtra,CollectInfoID,Bank,ChqNo,Memo1,"
+        "NewLoanBal,"
         "UserID) VALUES ({},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},'BOB')",
         QuoteStr(id), QuoteStr(p.loan), QuoteStr(p.customer), QuoteStr(p.company), QuoteStr(p.date),
         p.pay, p.interest_paid, p.capital_paid, p.int_amt, p.charge, p.collector, p.discount,

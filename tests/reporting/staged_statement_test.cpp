@@ -156,8 +156,7 @@ TEST(StagedStatementTest, WithoutAnEndTheCutOffIsTheServersToday) {
   o.AddLoan("L2", "2024-02-01", "100");
   const StagedRun run = RunOf("StatementList.rpt", "01-01-2024", "");
   ASSERT_TRUE(StageStatement(o.session(), o.desk, run));
-  EXPECT_THAT(o.Rows(run, "recordid,d2"),
-              ElementsAre("#-L1 | 2024-01-31", "L1-i | 2024-01-31"));
+  EXPECT_THAT(o.Rows(run, "recordid,d2"), ElementsAre("#-L1 | 2024-01-31", "L1-i | 2024-01-31"));
 }
 
 // Two months of late interest, the batch of the last day run a day late; days of another kind of
@@ -175,15 +174,14 @@ TEST(StagedStatementTest, MonthsAndTexts) {
   o.AddPayment("收'1", {.loan = "借'1", .date = "2024-01-05", .pay = "1", .means = "现金's"});
   const StagedRun run = RunOf("StatementList.rpt", "01-12-2023", "31-01-2024");
   ASSERT_TRUE(StageStatement(o.session(), o.desk, run));
-  EXPECT_THAT(
-      o.Rows(run, "recordid,s1,s2,c1,s10"),
-      ::testing::UnorderedElementsAre(
-          "#-借'1 | Balance BF |  | 0 | 借'1",
-          "122023借'1 | Overdue Interest for 01-01-2024 |  | 1 | 借'1",
-          "12024借'1 | Overdue Interest for 01-01-2024 |  | 2 | 借'1",
-          "V1 | Invoice - " + longest + " |  | 5 | 借'1",
-          "V2 | Invoice - It's 50% [off]; -- no |  | 6 | 借'1",
-          "V3 | of another program |  | 7 | 借'1", "收'1 | Payment | 现金's | 0 | 借'1"));
+  EXPECT_THAT(o.Rows(run, "recordid,s1,s2,c1,s10"),
+              ::testing::UnorderedElementsAre(
+                  "#-借'1 | Balance BF |  | 0 | 借'1",
+                  "122023借'1 | Overdue Interest for 01-01-2024 |  | 1 | 借'1",
+                  "12024借'1 | Overdue Interest for 01-01-2024 |  | 2 | 借'1",
+                  "V1 | Invoice - " + longest + " |  | 5 | 借'1",
+                  "V2 | Invoice - It's 50% [off]; -- no |  | 6 | 借'1",
+                  "V3 | of another program |  | 7 | 借'1", "收'1 | Payment | 现金's | 0 | 借'1"));
 }
 
 }  // namespace
