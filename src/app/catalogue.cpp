@@ -2,6 +2,8 @@
 
 #include "collections/batch_link_frm.h"
 #include "collections/batch_list_frm.h"
+#include "collections/due_date_frm.h"
+#include "collections/followup_frm.h"
 #include "collections/holiday_frm.h"
 #include "collections/invoice_frm.h"
 #include "collections/late_int_frm.h"
@@ -9,6 +11,7 @@
 #include "collections/loan_settlement_frm.h"
 #include "collections/payment_frm.h"
 #include "collections/receipt_screens.h"
+#include "collections/reminder_frm.h"
 #include "collections/settlement_frm.h"
 #include "collections/special_rpt.h"
 #include "collections/verify_ledger_frm.h"
@@ -56,6 +59,8 @@ constexpr Entry kScreens[] = {
     {"CompCodeFrm", Make<CompCodeFrm>},
     {"CompProfileFrm", Make<CompProfileFrm>},
     {"Drawdown", Make<Drawdown>},
+    {"DueDateFrm", Make<DueDateFrm>},
+    {"FollowupFrm", Make<FollowupFrm>},
     {"frmNIC", Make<frmNIC>},
     {"HolidayFrm", Make<HolidayFrm>},
     {"Invoicefrm", Make<Invoicefrm>},
@@ -73,6 +78,7 @@ constexpr Entry kScreens[] = {
     {"PopupFrm", Make<PopupFrm>},
     {"RecalcReceiptNo", Make<RecalcReceiptNo>},
     {"ReceiptNoFrm", Make<ReceiptNoFrm>},
+    {"Reminderfrm", Make<Reminderfrm>},
     {"ReportFrm", Make<ReportFrm>},
     {"Settlementfrm", Make<Settlementfrm>},
     {"SetupFrm", Make<SetupFrm>},

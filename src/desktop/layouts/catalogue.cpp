@@ -12,7 +12,8 @@ const std::vector<Layout>& AllLayouts() {
       CompProfileFrmLayout(),    SetupFrmLayout(),    FrmNicLayout(),
       NewLoanFrmLayout(),        LoanAppFrmLayout(),  SettlementfrmLayout(),
       LoanSettlementfrmLayout(), PaymentFrmLayout(),  InvoicefrmLayout(),
-      BatchLinkfrmLayout(),      SpecialRptLayout(),
+      BatchLinkfrmLayout(),      SpecialRptLayout(),  FollowupFrmLayout(),
+      DueDateFrmLayout(),        ReminderfrmLayout(),
   };
   return layouts;
 }

@@ -1,0 +1,228 @@
+#include "collections/due_date_frm.h"
+
+#include <fmt/format.h>
+
+#include <exception>
+
+#include "collections/open_record.h"
+#include "core/company_access.h"
+#include "core/log.h"
+#include "core/picker.h"
+#include "core/values.h"
+#include "screen/hourglass.h"
+
+namespace kaunter {
+namespace {
+
+constexpr int kKeyLength = 50;
+constexpr int kDateLength = 10;
+// Places in the grid.
+constexpr int kLoan = 1, kOldCode = 2, kCustomer = 3, kName = 4;
+
+const Caption kLoanFailed{"an error occur during reading loan record", "阅读贷款资料时出现错误"};
+const Caption kCustomerFailed{"an error occur during reading customer record",
+                              "阅读顾客资料时出现错误"};
+const Caption kScheduleFailed{"An error occur during geting schedule record",
+                              "阅读还款表时出现错误"};
+
+}  // namespace
+
+DueDateFrm::DueDateFrm(Session& session, Desk& desk)
+    : SessionScreen("DueDateFrm", {"Due Date Inquiry", "到期日询问"}, session, desk) {
+  for (TextBox* box : {&DateFrom, &DateTo}) {
+    box->max_length = kDateLength;
+    box->onLeave = [this, box] { LeaveDate(*box); };
+  }
+  CustID.max_length = LoanID.max_length = kKeyLength;
+  CustID.picker = "CustPop";
+  CustID.onSearch = [this] {
+    const std::string id = Pick(this->session(), this->desk(), "CustPop");
+    if (id.empty()) return;
+    CustID.SetText(id);
+    LeaveCustomer();
+  };
+  CustID.onLeave = [this] { LeaveCustomer(); };
+  LoanID.picker = "LoanPop";
+  LoanID.onSearch = [this] {
+    const std::string id = Pick(this->session(), this->desk(), "LoanPop");
+    if (id.empty()) return;
+    LoanID.SetText(id);
+    LeaveLoan();
+  };
+  LoanID.onLeave = [this] { LeaveLoan(); };
+  LblCustName.onClick = [this] { OpenCustomer(this->session(), this->desk(), named_customer_); };
+  DG.onOpen = [this](int row, int column) { Open(row, column); };
+  SearchCmd.onClick = [this] { Search(); };
+  CmdClear.onClick = [this] { Clear(); };
+}
+
+bool DueDateFrm::Read(const Caption& failed, const std::function<void()>& read) {
+  try {
+    const Hourglass busy(desk());
+    read();
+    return true;
+  } catch (const std::exception& failure) {
+    LogRollback(session(), "Due Date Inquiry", failure);
+    Tell(MessageKind::critical, failed);
+    return false;
+  }
+}
+
+// --- the boxes
+
+bool DueDateFrm::CheckDate(TextBox& box) {
+  box.SetText(Trim(box.text()));
+  if (box.empty() || IsDate(box.text())) return true;
+  return Refuse(box, {"Invalid date, Please Check!", "日期不正确，请检查！"});
+}
+
+void DueDateFrm::LeaveDate(TextBox& box) {
+  if (CheckDate(box)) box.SetMark(false);
+}
+
+std::string DueDateFrm::FindLoan(const std::string& typed) {
+  const std::string x = QuoteStr(typed);
+  for (const std::string& sql :
+       {"SELECT LoanID FROM LoanMast WHERE LoanID=" + x,
+        "SELECT LoanID FROM LoanMast WHERE OldLoanCode=" + x,
+        "SELECT l.LoanID FROM CustMast as c INNER JOIN LoanMast as l ON c.CustID=l.CustID WHERE "
+        "c.CustNIC=" +
+            x}) {
+    // Old codes and persons may be known to several companies: the first loan that is this person's
+    // business counts.
+    for (Recordset rows = main().Query(sql); !rows.Eof(); rows.MoveNext()) {
+      const std::string id = NullToEmpty(rows.Field(0));
+      const std::string company =
+          ScalarQuery(main(), "SELECT CompCode FROM LoanMast WHERE LoanID=" + QuoteStr(id));
+      if (MayUseCompany(session(), company)) return id;
+    }
+  }
+  return {};
+}
+
+std::string DueDateFrm::FindCustomer(const std::string& typed) {
+  const std::string x = QuoteStr(typed);
+  for (const std::string& sql :
+       {"SELECT CustID FROM CustMast WHERE CustID=" + x,
+        "SELECT c.CustID FROM CustMast as c INNER JOIN LoanMast as l ON c.CustID=l.CustID WHERE "
+        "l.OldLoanCode=" +
+            x,
+        "SELECT CustID FROM CustMast WHERE CustNIC=" + x}) {
+    const std::string id = ScalarQuery(main(), sql);
+    if (!id.empty()) return id;
+  }
+  return {};
+}
+
+void DueDateFrm::LeaveLoan() {
+  const std::string typed = Trim(LoanID.text());
+  LoanID.SetText(typed);
+  if (SameText(typed, found_loan_)) return;
+  found_loan_.clear();
+  if (!typed.empty()) {
+    if (!Read(kLoanFailed, [&] { found_loan_ = FindLoan(typed); })) return;
+    if (found_loan_.empty()) {
+      Refuse(LoanID,
+             {fmt::format("Loan ID {} not found", typed), fmt::format("找不到贷款编号 {}", typed)});
+      return;
+    }
+    LoanID.SetText(found_loan_);
+  }
+  LoanID.SetMark(false);
+  ShowName();
+}
+
+void DueDateFrm::LeaveCustomer() {
+  const std::string typed = Trim(CustID.text());
+  CustID.SetText(typed);
+  if (SameText(typed, found_customer_)) return;
+  found_customer_.clear();
+  if (!typed.empty()) {
+    if (!Read(kCustomerFailed, [&] { found_customer_ = FindCustomer(typed); })) return;
+    if (found_customer_.empty()) {
+      Refuse(CustID, {fmt::format("Customer ID {} not found", typed),
+                      fmt::format("找不到顾客编号 {}", typed)});
+      return;
+    }
+    CustID.SetText(found_customer_);
+  }
+  CustID.SetMark(false);
+  ShowName();
+}
+
+// The customer's name; with a loan alone, that of its customer.
+void DueDateFrm::ShowName() {
+  LblCustName.SetText("");
+  named_customer_.clear();
+  if (found_customer_.empty() && found_loan_.empty()) return;
+  Read(kCustomerFailed, [this] {
+    named_customer_ = !found_customer_.empty()
+                          ? found_customer_
+                          : ScalarQuery(main(), "SELECT CustID FROM LoanMast WHERE LoanID=" +
+                                                    QuoteStr(found_loan_));
+    LblCustName.SetText(ScalarQuery(
+        main(), "SELECT CustName FROM CustMast WHERE CustID=" + QuoteStr(named_customer_)));
+  });
+}
+
+// --- the inquiry
+
+// A key that was refused when it was left, or never looked at, must not widen the list.
+bool DueDateFrm::CheckKeys() {
+  if (!SameText(Trim(CustID.text()), found_customer_)) LeaveCustomer();
+  if (!SameText(CustID.text(), found_customer_)) return false;
+  if (!SameText(Trim(LoanID.text()), found_loan_)) LeaveLoan();
+  return SameText(LoanID.text(), found_loan_);
+}
+
+std::string DueDateFrm::Filter() const {
+  if (DateFrom.empty() && DateTo.empty() && CustID.empty() && LoanID.empty()) return " WHERE 1=2";
+  std::string filter = " WHERE h.PayableAmt-h.Payment > 0 ";
+  if (!CustID.empty()) filter += " AND h.CustID=" + QuoteStr(CustID.text());
+  if (!LoanID.empty()) filter += " AND h.LoanID=" + QuoteStr(LoanID.text());
+  if (!DateFrom.empty()) filter += " AND h.DueDate >= " + SqlDate(DateFrom.text());
+  if (!DateTo.empty()) filter += " AND h.DueDate <= " + SqlDate(DateTo.text());
+  // The home company alone, whatever else the person may see.
+  if (session().CurrentLevel < 4) {
+    filter += " AND l.CompCode=" + QuoteStr(session().CurrentCompCode);
+  }
+  return filter;
+}
+
+void DueDateFrm::Search() {
+  if (!CheckDate(DateFrom) || !CheckDate(DateTo) || !CheckKeys()) return;
+  const std::string sql =
+      "SELECT h.duedate,l.LoanID,l.OldLoanCode,l.CustID,c.CustName,h.PayableAmt,h.Payment,"
+      "h.PayableAmt-h.Payment as Balance FROM (SchMast as h INNER JOIN LoanMast as l on "
+      "l.LoanID=h.LoanID) INNER JOIN CustMast as c on h.CustID=c.CustID" +
+      Filter() + " ORDER BY h.DueDate DESC";
+  if (!Read(kScheduleFailed, [&] { FillGrid(DG, main().Query(sql)); })) return;
+  const std::string count = session().In({fmt::format("{} record(s) found", DG.RowCount()),
+                                          fmt::format("找到 {} 笔资料", DG.RowCount())});
+  StatusLBL.SetText(count);
+  if (session().status) session().status(count);
+  SetTitle({"Due Date Inquiry On Due Loan Record", "到期日询问 到期贷款资料"});
+}
+
+void DueDateFrm::Clear() {
+  for (TextBox* box : {&DateFrom, &DateTo, &CustID, &LoanID}) {
+    box->Clear();
+    box->SetMark(false);
+  }
+  found_loan_.clear();
+  found_customer_.clear();
+  ShowName();
+  DG.Clear();
+  StatusLBL.SetText("");
+  FocusOn(DateFrom);
+}
+
+void DueDateFrm::Open(int row, int column) {
+  if (column == kCustomer || column == kName) {
+    OpenCustomer(session(), desk(), DG.Cell(row, kCustomer));
+  } else if (column == kLoan || column == kOldCode) {
+    OpenLoan(session(), desk(), DG.Cell(row, kLoan));
+  }
+}
+
+}  // namespace kaunter

@@ -1,0 +1,197 @@
+#include "collections/reminder_frm.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <exception>
+
+#include "core/log.h"
+#include "core/record.h"
+#include "core/values.h"
+#include "screen/hourglass.h"
+#include "screen/report_job.h"
+
+namespace kaunter {
+namespace {
+
+constexpr int kDateLength = 10;
+constexpr int kLoan = 0;
+// More loans in one condition than this are a burden to some servers.
+constexpr std::size_t kLettersAPrint = 200;
+
+const Caption kReadFailed{"an error occur during reading loan record"};
+
+}  // namespace
+
+Reminderfrm::Reminderfrm(Session& session, Desk& desk)
+    : SessionScreen("Reminderfrm", {"Reminder Letter"}, session, desk) {
+  CalSearchTo.max_length = kDateLength;
+  CalSearchTo.onLeave = [this] { LeaveDate(); };
+  vsd.SetHasChecks(true);
+  vsd.onTick = [this](int) { ShowCount(); };
+  SearchCmd.onClick = [this] {
+    if (CheckDate()) List();
+  };
+  SelectAllCmd.onClick = [this] { TickAll(true); };
+  SelectNoneCmd.onClick = [this] { TickAll(false); };
+  SaveCmd.onClick = [this] { Process(); };
+}
+
+void Reminderfrm::Load() {
+  CalSearchTo.SetText(ServerNow(main(), false));
+  List();
+}
+
+// --- the list
+
+bool Reminderfrm::CheckDate() {
+  CalSearchTo.SetText(Trim(CalSearchTo.text()));
+  if (!IsDate(CalSearchTo.text())) return Refuse(CalSearchTo, {"Invalid date, Please Check!"});
+  CalSearchTo.SetMark(false);
+  return true;
+}
+
+void Reminderfrm::LeaveDate() {
+  if (Trim(CalSearchTo.text()) != listed_date_ && CheckDate()) List();
+}
+
+bool Reminderfrm::List() {
+  try {
+    const Hourglass busy(desk());
+    FillGrid(vsd,
+             main().Query(fmt::format(
+                 "SELECT l.LoanID,c.CustName,l.NextDueDate,l.ReminderDate FROM LoanMast as l INNER "
+                 "JOIN CustMast as c on l.CustID=c.CustID WHERE LoanBal > 0 AND PayOutAmt=LoanAmt "
+                 "AND l.NextDueDate < {} ORDER BY NextDueDate",
+                 SqlDate(CalSearchTo.text()))));
+  } catch (const std::exception& failure) {
+    LogRollback(session(), "Reminder Letter", failure);
+    Tell(MessageKind::critical, kReadFailed);
+    return false;
+  }
+  listed_date_ = CalSearchTo.text();
+  ShowCount();
+  return true;
+}
+
+void Reminderfrm::TickAll(bool on) {
+  for (int row = 0; row < vsd.RowCount(); ++row) vsd.SetTicked(row, on);
+  ShowCount();
+}
+
+int Reminderfrm::Ticked() const {
+  int count = 0;
+  for (int row = 0; row < vsd.RowCount(); ++row) count += vsd.Ticked(row) ? 1 : 0;
+  return count;
+}
+
+void Reminderfrm::ShowCount() {
+  CountLBL.SetText(fmt::format("{} loan(s), {} selected", vsd.RowCount(), Ticked()));
+  SaveCmd.SetEnabled(vsd.RowCount() > 0);
+}
+
+// --- the letters
+
+void Reminderfrm::Process() {
+  if (Ticked() == 0) {
+    Refuse(vsd, {"No loan is selected, please tick the loans that get a letter"});
+    return;
+  }
+  if (!Confirm({"Confirm to process"})) return;
+  Letter first{"Reminder.rpt", "ReminderDate", {}};
+  Letter second{"Reminder2.rpt", "ReminderDate2", {}};
+  std::vector<std::string> skipped;
+  try {
+    skipped = Sort(first, second);
+  } catch (const std::exception& failure) {
+    LogRollback(session(), "Reminder Letter", failure);
+    Tell(MessageKind::critical, kReadFailed);
+    return;
+  }
+  const bool done = SendAll(first) && SendAll(second);
+  if (!skipped.empty()) {
+    Tell(MessageKind::warning,
+         {fmt::format("Not in arrears any more, no letter: {}", fmt::join(skipped, ", "))});
+  }
+  if (done) Tell(MessageKind::information, {"Process completed"});
+  List();
+}
+
+std::vector<std::string> Reminderfrm::Sort(Letter& first, Letter& second) {
+  const Hourglass busy(desk());
+  const auto bar = desk().Progress(title().english);
+  bar->SetRange(Ticked());
+  std::vector<std::string> skipped;
+  for (int row = 0; row < vsd.RowCount(); ++row) {
+    if (!vsd.Ticked(row)) continue;
+    const std::string& id = vsd.Cell(row, kLoan);
+    bar->SetText(id);
+    // As it is now: a payment or another desktop's letter may have come in since the list was read.
+    const Recordset loan = main().Query(fmt::format(
+        "SELECT ReminderDate FROM LoanMast WHERE LoanID={} AND LoanBal > 0 AND PayOutAmt=LoanAmt "
+        "AND NextDueDate < {}",
+        QuoteStr(id), SqlDate(listed_date_)));
+    if (loan.Eof()) {
+      skipped.push_back(id);
+    } else if (ShowDate(loan.Field("ReminderDate")).empty()) {
+      first.loans.push_back(id);
+    } else {
+      second.loans.push_back(id);
+    }
+    bar->Step();
+  }
+  return skipped;
+}
+
+bool Reminderfrm::SendAll(const Letter& letter) {
+  for (std::size_t begin = 0; begin < letter.loans.size(); begin += kLettersAPrint) {
+    const std::size_t end = std::min(begin + kLettersAPrint, letter.loans.size());
+    Letter part = letter;
+    part.loans.assign(letter.loans.begin() + static_cast<std::ptrdiff_t>(begin),
+                      letter.loans.begin() + static_cast<std::ptrdiff_t>(end));
+    if (!Print(part) || !KeepDates(part)) return false;
+  }
+  return true;
+}
+
+bool Reminderfrm::Print(const Letter& letter) {
+  ReportJob job;
+  job.ReportFileName = session().AppPath + "/" + letter.file;
+  job.ReportTitle = title().english;
+  job.Connect = &main();
+  for (const std::string& id : letter.loans) {
+    if (!job.SelectionFormula.empty()) job.SelectionFormula += " or ";
+    job.SelectionFormula += "{LoanMast.LoanID}=" + QuoteStr(id);
+  }
+  try {
+    const Hourglass busy(desk());
+    desk().Print(job);
+    return true;
+  } catch (const std::exception& failure) {
+    LogRollback(session(), fmt::format("Reminder Letter - {}", letter.file), failure);
+    Tell(MessageKind::critical, {failure.what()});
+    return false;
+  }
+}
+
+bool Reminderfrm::KeepDates(const Letter& letter) {
+  return Attempt(fmt::format("Reminder Letter - {}", letter.file),
+                 {"The letters are printed, but their dates are not on the loans"}, [&] {
+                   const Hourglass busy(desk());
+                   const auto bar = desk().Progress(title().english);
+                   bar->SetRange(static_cast<int>(letter.loans.size()));
+                   const std::string today = SqlDate(ServerNow(main(), false));
+                   for (const std::string& id : letter.loans) {
+                     bar->SetText(id);
+                     ExecuteOnRow(main(),
+                                  fmt::format("UPDATE LoanMast SET {}={} WHERE LoanID={}",
+                                              letter.column, today, QuoteStr(id)),
+                                  id);
+                     bar->Step();
+                   }
+                 });
+}
+
+}  // namespace kaunter
