@@ -33,6 +33,7 @@
 #include "loans/loan_extend_frm.h"
 #include "loans/new_loan_frm.h"
 #include "loans/update_sch.h"
+#include "reporting/frm_printing.h"
 #include "reporting/report_frm.h"
 #include "screen/screen.h"
 
@@ -62,6 +63,7 @@ constexpr Entry kScreens[] = {
     {"DueDateFrm", Make<DueDateFrm>},
     {"FollowupFrm", Make<FollowupFrm>},
     {"frmNIC", Make<frmNIC>},
+    {"frmPrinting", Make<frmPrinting>},
     {"HolidayFrm", Make<HolidayFrm>},
     {"Invoicefrm", Make<Invoicefrm>},
     {"LateIntfrm", Make<LateIntfrm>},

@@ -359,6 +359,7 @@ void NewLoanFrm::ShowMode() {
   const bool may_edit = LoanMode == "Edit Loan";
   CmdDrawDown.SetEnabled(may_edit && !loaded_id_.empty());
   CmdSettle.SetEnabled(may_edit && !loaded_id_.empty());
+  CmdPrint.SetEnabled(!loaded_id_.empty());
   SSCommand3.SetEnabled(is_new);  // an application is marked by the loan that it becomes
   for (GuarantorBoxes& boxes : guarantors) boxes.CmdGetGuarantor.SetEnabled(!IsInquiry());
   vsd.SetLocked(!may_edit);

@@ -47,6 +47,7 @@ void NewLoanFrm::BindGridEvents() {
   DrawDownDG.onOpen = [this](int row, int) { OpenDrawdown(DrawDownDG.Cell(row, 0)); };
   CmdDrawDown.onClick = [this] { OpenDrawdown({}); };
   CmdSettle.onClick = [this] { OpenSettlement(); };
+  CmdPrint.onClick = [this] { OpenFor(session(), desk(), "frmPrinting", "loan", loaded_id_); };
   vsd.onCellLeave = [this](int row, int column, const std::string& before) {
     EditCheque(row, column, before);
   };

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,7 +24,7 @@ class PrintingDesk : public SilentDesk {
   }
   bool Ask(std::string_view, std::string_view text) override {
     questions.push_back(std::string(text));
-    return agrees;
+    return agrees && (declined.empty() || text.find(declined) == std::string_view::npos);
   }
   std::string Input(std::string_view, std::string_view, std::string_view preset) override {
     return input.value_or(std::string(preset));
@@ -34,6 +36,7 @@ class PrintingDesk : public SilentDesk {
   void Print(const ReportJob& job) override { printed.push_back(job); }
 
   bool agrees = true;
+  std::string declined;  // a question that holds this text gets a no
   std::optional<std::string> input;
   std::function<void()> on_show;
   std::vector<MessageKind> kinds;

@@ -31,7 +31,8 @@ TEST(ReportFrm, ValuesMoveBetweenTheListsAndStayPacked) {
   EXPECT_FALSE(frm.OutAll.enabled());
   frm.InAll.Click();
   EXPECT_FALSE(frm.InAll.enabled());
-  EXPECT_EQ(frm.SelectedLbl.Text(), "(Company Code - HQ or KL) ,  (Trans Type - Bank Out or Bank In)");
+  EXPECT_EQ(frm.SelectedLbl.Text(),
+            "(Company Code - HQ or KL) ,  (Trans Type - Bank Out or Bank In)");
   frm.ListCombo.PickIndex(1);
   frm.List2.Select(0);
   frm.OutSingle.Click();
@@ -113,12 +114,10 @@ TEST(ReportFrm, WhichNumbersAreAskedFor) {
     const char* file;
     bool boxes, editable, picker;
   };
-  const Case cases[] = {{"LoanMastList.rpt", true, true, true},
-                        {"SMSCompList.rpt", true, true, false},
-                        {"CashBook.rpt", false, false, false},
-                        {"AccountReport.rpt", true, false, false},
-                        {"YearlyLoan.rpt", true, true, false},
-                        {"CBIncome.rpt", true, false, false}};
+  const Case cases[] = {
+      {"LoanMastList.rpt", true, true, true}, {"SMSCompList.rpt", true, true, false},
+      {"CashBook.rpt", false, false, false},  {"AccountReport.rpt", true, false, false},
+      {"YearlyLoan.rpt", true, true, false},  {"CBIncome.rpt", true, false, false}};
   ReportCounter counter;
   for (const Case& c : cases) {
     ReportFrm& frm = counter.Open(c.file);

@@ -22,10 +22,10 @@ std::string Staged(const std::string& file) {
 TEST(ReportPrint, EveryFileOfTheTableIsPrintedWithAFormulaThatTheEngineReads) {
   ReportCounter counter;
   Session& session = counter.office.session;
-  session.LogsConn = OpenSqlite("LogsConn", counter.office.folder.File("logs.db"), true,
-                                session.clock);
-  session.smsconn = OpenSqlite("smsconn", counter.office.folder.File("sms.db"), true,
-                               session.clock);
+  session.LogsConn =
+      OpenSqlite("LogsConn", counter.office.folder.File("logs.db"), true, session.clock);
+  session.smsconn =
+      OpenSqlite("smsconn", counter.office.folder.File("sms.db"), true, session.clock);
   const std::set<std::string> not_yet = {"YearlyLoan.rpt", "NewLampiran.rpt"};
   std::vector<std::string> files = {"CBBalance.rpt", "CBImprovementC.rpt", "CBIncome.rpt"};
   for (const ReportCriteria& row : AllReportCriteria()) {
@@ -44,9 +44,9 @@ TEST(ReportPrint, EveryFileOfTheTableIsPrintedWithAFormulaThatTheEngineReads) {
     EXPECT_FALSE(job->SelectionFormula.empty()) << file;
     EXPECT_TRUE(job->ReportFileName.starts_with(session.AppPath + "/")) << file;
     EXPECT_TRUE(job->ParameterFields.contains(0)) << file;
-    const Connection* connection = file == "AuditLogs.rpt"       ? session.LogsConn.get()
-                                   : file.starts_with("SMS")     ? session.smsconn.get()
-                                                                 : session.MainConn.get();
+    const Connection* connection = file == "AuditLogs.rpt"   ? session.LogsConn.get()
+                                   : file.starts_with("SMS") ? session.smsconn.get()
+                                                             : session.MainConn.get();
     EXPECT_EQ(job->Connect, connection) << file;
     frm.Close();
   }
@@ -243,8 +243,10 @@ TEST(ReportPrint, TheReceiptFollowsTheSettings) {
   ReportCounter counter;
   for (const Case& c : cases) {
     counter.office.session.settings.OldReceipt = c.old_receipt;
-    counter.office.Run("DELETE Systemast WHERE Param='OR'; INSERT INTO Systemast (Param,[Value]) "
-                       "VALUES ('OR'," + QuoteStr(c.own_form) + ")");
+    counter.office.Run(
+        "DELETE Systemast WHERE Param='OR'; INSERT INTO Systemast (Param,[Value]) "
+        "VALUES ('OR'," +
+        QuoteStr(c.own_form) + ")");
     counter.OpenJanuary("Payment Receipt.rpt");
     const ReportJob* job = counter.Print();
     EXPECT_EQ(ReportCounter::FileOf(job), c.file);
@@ -317,8 +319,7 @@ TEST(ReportPrint, ADueDateReportWithoutAFirstDateIsAsAtItsLast) {
   ReportFrm& frm = counter.Open("DueDate.rpt");
   frm.DateTo.SetText("29-02-2024");
   const ReportJob* job = counter.Print();
-  EXPECT_EQ(job->SelectionFormula,
-            "{LoanMast.NextDueDate} <= DateTime (2024, 2, 29, 23, 59, 59)");
+  EXPECT_EQ(job->SelectionFormula, "{LoanMast.NextDueDate} <= DateTime (2024, 2, 29, 23, 59, 59)");
   EXPECT_EQ(job->ReportTitle, "As at 29-02-2024");
 }
 

@@ -13,7 +13,8 @@ const std::vector<Layout>& AllLayouts() {
       NewLoanFrmLayout(),        LoanAppFrmLayout(),  SettlementfrmLayout(),
       LoanSettlementfrmLayout(), PaymentFrmLayout(),  InvoicefrmLayout(),
       BatchLinkfrmLayout(),      SpecialRptLayout(),  FollowupFrmLayout(),
-      DueDateFrmLayout(),        ReminderfrmLayout(),
+      DueDateFrmLayout(),        ReminderfrmLayout(), ReportFrmLayout(),
+      FrmPrintingLayout(),
   };
   return layouts;
 }

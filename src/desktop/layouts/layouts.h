@@ -25,5 +25,7 @@ Layout LoanSettlementfrmLayout();
 Layout InvoicefrmLayout();
 Layout BatchLinkfrmLayout();
 Layout SpecialRptLayout();
+Layout ReportFrmLayout();
+Layout FrmPrintingLayout();
 
 }  // namespace kaunter
