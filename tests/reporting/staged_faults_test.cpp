@@ -103,8 +103,7 @@ TEST(StagedFaultsTest, AFailureAtAnyStatementLeavesNoHalfReport) {
       EXPECT_EQ(o.Scratch(), good) << at;
       EXPECT_FALSE(o.main().InTransaction()) << at;
       EXPECT_EQ(desk.busy, 0);
-      ASSERT_THAT(desk.messages,
-                  ElementsAre(std::string("Cash Book Report: ") + report.failure));
+      ASSERT_THAT(desk.messages, ElementsAre(std::string("Cash Book Report: ") + report.failure));
       desk.messages.clear();
       ASSERT_THAT(o.office.Log(), SizeIs(at));
       EXPECT_EQ(o.office.Log().back(),
@@ -126,8 +125,7 @@ TEST(StagedFaultsTest, ADateThatIsNoneIsAFailureAndNoStatement) {
       StagedRun run = JanuaryOf(report);
       run.date_to = date;
       EXPECT_FALSE(report.stage(o.session(), o.desk, run)) << report.file << " " << date;
-      EXPECT_THAT(o.desk.messages,
-                  ElementsAre(std::string("Cash Book Report: ") + report.failure));
+      EXPECT_THAT(o.desk.messages, ElementsAre(std::string("Cash Book Report: ") + report.failure));
       EXPECT_THAT(o.Rows(run, "recordid"), IsEmpty());
     }
   }

@@ -72,7 +72,8 @@ class RandomOffice {
   explicit RandomOffice(unsigned seed) : random_(seed) {
     for (int i = 0; i < 25; ++i) AddLoan(fmt::format("L{:02}", i));
     for (int i = 0; i < 40; ++i) {
-      office_.expenses.push_back({Company(), Bank(), Date(), Amount(), OneIn(3) ? Amount() : Money()});
+      office_.expenses.push_back(
+          {Company(), Bank(), Date(), Amount(), OneIn(3) ? Amount() : Money()});
     }
   }
   const PlainOffice& office() const { return office_; }
@@ -84,12 +85,12 @@ class RandomOffice {
   std::string Company() { return office_.companies[static_cast<std::size_t>(Up(3))]; }
   std::string Bank() { return std::array{"", "PBB", "MBB"}[static_cast<std::size_t>(Up(3))]; }
   DateTime Date() {
-    DateTime date = OneIn(3) ? std::array<DateTime, 4>{{{2024, 3, 1},
-                                                        {2024, 2, 29},
-                                                        {2024, 4, 15},
-                                                        {2024, 4, 16}}}[static_cast<std::size_t>(
-                                   Up(4))]
-                             : DateTime{2023, 11, 1}.AddDays(Up(240));
+    DateTime date = OneIn(3)
+                        ? std::array<DateTime, 4>{{{2024, 3, 1},
+                                                   {2024, 2, 29},
+                                                   {2024, 4, 15},
+                                                   {2024, 4, 16}}}[static_cast<std::size_t>(Up(4))]
+                        : DateTime{2023, 11, 1}.AddDays(Up(240));
     if (OneIn(8)) date.hour = 9;
     return date;
   }
@@ -115,14 +116,15 @@ class RandomOffice {
       }
       office_.payments.push_back(p);
     }
-    static const std::array kKinds = {"Batch",   "Batch",   "Batch",       "Batch Loan Interest",
-                                      "Invoice", "Payment", "Credit Note", "Batch Term End Interest"};
+    static const std::array kKinds = {
+        "Batch",   "Batch",   "Batch",       "Batch Loan Interest",
+        "Invoice", "Payment", "Credit Note", "Batch Term End Interest"};
     for (int i = Up(20); i > 0; --i) {
       const std::string kind = kKinds[static_cast<std::size_t>(Up(8))];
       Money amount = OneIn(6) ? Money() : Amount();
       if (kind == "Payment" || kind == "Credit Note") amount = -amount;
-      office_.charges.push_back({fmt::format("X{}{}", id, i), id, OneIn(5) ? Company() : company,
-                                 kind, Date(), amount});
+      office_.charges.push_back(
+          {fmt::format("X{}{}", id, i), id, OneIn(5) ? Company() : company, kind, Date(), amount});
     }
     for (int i = Up(12); i > 0; --i) {
       office_.schedule.push_back({id, Date().DateOnly(), Amount(), Amount()});
@@ -161,8 +163,8 @@ inline void Store(const PlainOffice& plain, StagedOffice& o) {
                         .balance = p.balance.ToText()});
   }
   for (const auto& c : plain.charges) {
-    o.AddCharge(c.id, c.loan, c.date.ToCanonical(), c.ptype, c.amount.ToText(), "", "2024-01-31", "",
-                c.company);
+    o.AddCharge(c.id, c.loan, c.date.ToCanonical(), c.ptype, c.amount.ToText(), "", "2024-01-31",
+                "", c.company);
   }
   int row = 0;
   for (const auto& due : plain.schedule) {
@@ -215,7 +217,11 @@ inline PlainRows StatementModel(const PlainOffice& office, const PlainRun& run) 
       const Money paid = p.pay ? *p.pay + p.int_amt + p.charge : Money();
       const Money kept = p.date < run.from ? p.discount : Money();
       post(loan.id, p.id, p.date,
-           {{2, paid}, {9, p.interest_paid}, {10, p.capital_paid}, {12, p.int_amt}, {13, p.extra},
+           {{2, paid},
+            {9, p.interest_paid},
+            {10, p.capital_paid},
+            {12, p.int_amt},
+            {13, p.extra},
             {14, kept}});
       if (p.date >= run.from && !p.discount.IsZero()) {
         post(loan.id, p.id + "*", p.date, {{2, p.discount}, {14, p.discount}});
@@ -281,9 +287,7 @@ inline PlainRows AccountModel(const PlainOffice& office, const PlainRun& run) {
   for (const auto& company : office.companies) {
     if (run.Of(company)) opening[company] = {};
   }
-  const auto wanted = [&](const auto& row) {
-    return run.Of(row.company) && run.Through(row.bank);
-  };
+  const auto wanted = [&](const auto& row) { return run.Of(row.company) && run.Through(row.bank); };
   for (const auto& d : office.drawdowns) {
     if (!wanted(d)) continue;
     if (d.date < run.from) opening[d.company][2] += d.amount;

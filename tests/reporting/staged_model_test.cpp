@@ -79,8 +79,8 @@ TEST(StagedModelTest, RandomOffices) {
     for (const PlainRun& plain : kRuns) {
       for (const Modelled& report : kReports) {
         if (report.needs_company && plain.companies.empty()) continue;
-        StagedRun run = RunOf(report.file, Format(plain.from, "dd-mm-yyyy"),
-                              Format(plain.to, "dd-mm-yyyy"));
+        StagedRun run =
+            RunOf(report.file, Format(plain.from, "dd-mm-yyyy"), Format(plain.to, "dd-mm-yyyy"));
         run.id_from = plain.first_loan;
         run.id_to = plain.last_loan;
         run.filters = {Companies({plain.companies.begin(), plain.companies.end()})};

@@ -93,7 +93,7 @@ TEST(StagedSummaryTest, PeriodAndYear) {
   StagedOffice o;
   o.AddLoan("L1", "2023-06-01", "1200");
   o.AddLoan("L2", "2024-03-31", "600", "0", "KL");
-  o.AddLoan("L3", "2024-04-01", "600");               // made after DateTo
+  o.AddLoan("L3", "2024-04-01", "600");                    // made after DateTo
   o.AddLoan("L4", "2024-01-01", "50", "0", "HQ", "gone");  // its customer is gone
   o.AddScheduleRow("L1", 1, "2023-12-31", "100", "11");
   o.AddScheduleRow("L1", 2, "2024-01-01", "100", "12");
@@ -175,11 +175,14 @@ TEST(AccountReportTest, MovementsAndOpeningLines) {
           "| ",
           "#-KL |  | KL | OPEN BALANCE | 0 | 0 | 0 | 0 | 0 | 0 | 0 | 0 | 2023-12-31 |  | ",
           "3 | EVE | HQ | Stamps (PBB 9) | 0 | 0 | 0 | -12.3 | 0 | 0 | 0 | 0 | 2024-01-31 |  | ",
-          "L1 | AMY | HQ | Tan Ah Kow (MBB 000123) | 0 | 300 | 0 | 0 | 0 | 0 | 300 | 0 | 2024-01-02 "
+          "L1 | AMY | HQ | Tan Ah Kow (MBB 000123) | 0 | 300 | 0 | 0 | 0 | 0 | 300 | 0 | "
+          "2024-01-02 "
           "| Unsecured | oldL1",
-          "L2 | AMY | KL | Tan Ah Kow (PBB 77) - new customer | 0 | 2000 | 0 | 0 | 0 | 0 | 2000 | 0 "
+          "L2 | AMY | KL | Tan Ah Kow (PBB 77) - new customer | 0 | 2000 | 0 | 0 | 0 | 0 | 2000 | "
+          "0 "
           "| 2024-01-10 | Unsecured | oldL2",
-          "P2 | BOB | HQ | Tan Ah Kow - brought by his son | 0 | 0 | 209.75 | 0 | -30 | 0 | 0 | 0 | "
+          "P2 | BOB | HQ | Tan Ah Kow - brought by his son | 0 | 0 | 209.75 | 0 | -30 | 0 | 0 | 0 "
+          "| "
           "2024-01-01 |  | oldL1"));
   EXPECT_THAT(o.desk.messages, IsEmpty());
 }
