@@ -123,16 +123,20 @@ std::vector<std::string> Reminderfrm::Sort(Letter& first, Letter& second) {
   const Hourglass busy(desk());
   const auto bar = desk().Progress(title().english);
   bar->SetRange(Ticked());
+  const std::string today = SqlDate(ServerNow(main(), false));
   std::vector<std::string> skipped;
   for (int row = 0; row < vsd.RowCount(); ++row) {
     if (!vsd.Ticked(row)) continue;
     const std::string& id = vsd.Cell(row, kLoan);
     bar->SetText(id);
     // As it is now: a payment or another desktop's letter may have come in since the list was read.
+    // A loan without an open instalment has nothing to stand in a letter.
     const Recordset loan = main().Query(fmt::format(
         "SELECT ReminderDate FROM LoanMast WHERE LoanID={} AND LoanBal > 0 AND PayOutAmt=LoanAmt "
-        "AND NextDueDate < {}",
-        QuoteStr(id), SqlDate(listed_date_)));
+        "AND NextDueDate < {} AND EXISTS (SELECT SchID FROM SchMast WHERE "
+        "SchMast.LoanID=LoanMast.LoanID AND SchMast.PayableAmt-SchMast.Payment > 0 AND "
+        "(SchMast.DueDate < {} OR SchMast.DueDate <= LoanMast.NextDueDate))",
+        QuoteStr(id), SqlDate(listed_date_), today));
     if (loan.Eof()) {
       skipped.push_back(id);
     } else if (ShowDate(loan.Field("ReminderDate")).empty()) {

@@ -1,5 +1,5 @@
-// Working arrears: the log of calls, the inquiry of due dates, and the reminder letters. A day of it
-// stands in tests/play/follow-up.play.
+// Working arrears: the log of calls, the inquiry of due dates, and the reminder letters. A day of
+// it stands in tests/play/follow-up.play.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -213,8 +213,9 @@ TEST_F(ArrearsTest, AFailingStatementIsToldForWhatItIs) {
   screen->SaveCmd.Click();
   EXPECT_EQ(LastMessage() + Calls(), "Follow Up: an error occur during saving record1");
   for (const char* start : {"SELECT CustID,CompCode", "Select cm.", "Select HisDate"}) {
-    office.Run("DELETE FROM LoanMast;INSERT INTO LoanMast (LoanID,CustID,CompCode) VALUES "
-               "('L7','HQ0001','HQ')");
+    office.Run(
+        "DELETE FROM LoanMast;INSERT INTO LoanMast (LoanID,CustID,CompCode) VALUES "
+        "('L7','HQ0001','HQ')");
     fail_on(start);
     auto other = FollowUp("L7");
     main().SetFaultHook({});
@@ -350,8 +351,8 @@ TEST_F(DueDateTest, OnlyWhatIsFilledNarrowsTheList) {
   screen.DG.Open(0, 3);
   screen.DG.Open(0, 1);
   screen.DG.Open(0, 0);  // a date is no way to anywhere
-  EXPECT_EQ(counter.shown, (std::vector<std::string>{"NewCustFrm Edit Customer C-A1",
-                                                     "NewLoanFrm Edit Loan A1"}));
+  EXPECT_EQ(counter.shown,
+            (std::vector<std::string>{"NewCustFrm Edit Customer C-A1", "NewLoanFrm Edit Loan A1"}));
 }
 
 TEST_F(DueDateTest, AKeyIsTypedInThreeWays) {
@@ -369,17 +370,15 @@ TEST_F(DueDateTest, AKeyIsTypedInThreeWays) {
     counter.messages.clear();
     Put(screen.LoanID, one.typed);
     EXPECT_EQ(screen.LoanID.text(), *one.loan ? one.loan : one.typed);
-    EXPECT_EQ(LastMessage(), *one.loan ? ""
-                                       : fmt::format("Due Date Inquiry: Loan ID {} not found",
-                                                     one.typed));
+    EXPECT_EQ(LastMessage(),
+              *one.loan ? "" : fmt::format("Due Date Inquiry: Loan ID {} not found", one.typed));
     screen.CmdClear.Click();
     counter.messages.clear();
     Put(screen.CustID, one.typed);
     EXPECT_EQ(screen.CustID.text(), *one.customer ? one.customer : one.typed);
-    EXPECT_EQ(LastMessage(), *one.customer
-                                 ? ""
-                                 : fmt::format("Due Date Inquiry: Customer ID {} not found",
-                                               one.typed));
+    EXPECT_EQ(
+        LastMessage(),
+        *one.customer ? "" : fmt::format("Due Date Inquiry: Customer ID {} not found", one.typed));
   }
   // What was refused does not widen the list to everything that is due.
   Put(screen.DateFrom, "01-01-2000");
@@ -440,8 +439,9 @@ class ReminderTest : public ArrearsTest {
     screen.Load();
   }
   std::string Dates() {
-    return Lines("SELECT LoanID,ReminderDate,ReminderDate2 FROM LoanMast WHERE LoanID LIKE 'A%' "
-                 "ORDER BY LoanID");
+    return Lines(
+        "SELECT LoanID,ReminderDate,ReminderDate2 FROM LoanMast WHERE LoanID LIKE 'A%' "
+        "ORDER BY LoanID");
   }
   Reminderfrm screen{office.session, counter};
 };
@@ -458,9 +458,9 @@ TEST_F(ReminderTest, TheFirstLetterThenTheSecond) {
   counter.questions.clear();
   screen.SaveCmd.Click();
   EXPECT_EQ(counter.questions, std::vector<std::string>{"Confirm to process"});
-  EXPECT_EQ(counter.printed,
-            (std::vector<std::string>{"Reminder.rpt {LoanMast.LoanID}='A1' or {LoanMast.LoanID}='A3'",
-                                      "Reminder2.rpt {LoanMast.LoanID}='A2'"}));
+  EXPECT_EQ(counter.printed, (std::vector<std::string>{
+                                 "Reminder.rpt {LoanMast.LoanID}='A1' or {LoanMast.LoanID}='A3'",
+                                 "Reminder2.rpt {LoanMast.LoanID}='A2'"}));
   EXPECT_EQ(LastMessage(), "Reminder Letter: Process completed");
   EXPECT_EQ(Dates(), "A1 2024-01-31 \nA2 2024-01-12 2024-01-31\nA3 2024-01-31 \n");
   EXPECT_EQ(Column(screen.vsd, 3), "12-01-2024 31-01-2024 31-01-2024 ");
@@ -510,19 +510,22 @@ TEST_F(ReminderTest, DatesAreStoredTogetherOrNotAtAll) {
 
 // The list may stand on the screen for hours.
 TEST_F(ReminderTest, WhoHasPaidMeanwhileGetsNoLetter) {
+  Add("A4", "HQ", "2024-01-30");  // its date was not moved on with its payment
+  office.Run("UPDATE SchMast SET Payment=100 WHERE LoanID='A4'");
+  screen.SearchCmd.Click();
   screen.SelectAllCmd.Click();
-  office.Run("UPDATE LoanMast SET NextDueDate='2024-02-10' WHERE LoanID='A1';"
-             "DELETE FROM LoanMast WHERE LoanID='A2'");
+  office.Run(
+      "UPDATE LoanMast SET NextDueDate='2024-02-10' WHERE LoanID='A1';"
+      "DELETE FROM LoanMast WHERE LoanID='A2'");
   screen.SaveCmd.Click();
-  EXPECT_EQ(counter.printed,
-            std::vector<std::string>{"Reminder.rpt {LoanMast.LoanID}='A3'"});
+  EXPECT_EQ(counter.printed, std::vector<std::string>{"Reminder.rpt {LoanMast.LoanID}='A3'"});
   EXPECT_EQ(counter.messages.at(counter.messages.size() - 2),
-            "Reminder Letter: Not in arrears any more, no letter: A2, A1");
+            "Reminder Letter: Not in arrears any more, no letter: A2, A1, A4");
   Put(screen.CalSearchTo, "31/02/2024");
   EXPECT_EQ(LastMessage(), "Reminder Letter: Invalid date, Please Check!");
-  EXPECT_EQ(screen.vsd.RowCount(), 1);
+  EXPECT_EQ(screen.vsd.RowCount(), 2);
   Put(screen.CalSearchTo, "01-02-2024");
-  EXPECT_EQ(Column(screen.vsd, 0), "A3 TODAY ");
+  EXPECT_EQ(Column(screen.vsd, 0), "A3 A4 TODAY ");
 }
 
 // Many letters go out in several prints, each loan once.
