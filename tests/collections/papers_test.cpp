@@ -1,0 +1,147 @@
+// The papers that come with the program, printed from stored rows: receipts, reminders, invoices,
+// the settlement letter. What they say is worked out by hand from the rows below.
+#include <gtest/gtest.h>
+
+#include "reports/run_report.h"
+#include "screen/report_job.h"
+#include "tests/loans/loan_office.h"
+
+namespace kaunter {
+namespace {
+
+class PapersTest : public ::testing::Test, protected LoanOffice {
+ protected:
+  PapersTest() {
+    office.Run(
+        "UPDATE CompMast SET CompDesc='O''Brien & Co',CompNo='2004-A',Tel1='03-55',"
+        "Address='No. 1' + char(13) + char(10) + 'Ipoh' WHERE CompCode='HQ';"
+        "UPDATE CustMast SET CustNIC='800101-14-5533',CustAdd1='12 Jalan Raja',CustCity='Ipoh';"
+        "INSERT INTO CustMast (CustID,CompCode,CustName) VALUES ('HQ0002','HQ','Lim')");
+    for (const auto& [loan, customer] : {std::pair{"L1", "HQ0001"}, std::pair{"L2", "HQ0002"}}) {
+      office.Run(fmt::format(
+          "INSERT INTO LoanMast (LoanID,CustID,CompCode,TrxDate,LoanAmt,LoanBal,NextDueDate,"
+          "TotCollectorAmt,TotInt,OldLoanCode) VALUES ('{0}','{1}','HQ','2023-10-31',1200,224,"
+          "'2023-12-31',12.5,-2.5,'');"
+          "INSERT INTO SchMast (LoanID,SchID,CustID,DueDate,PayableAmt,Payment) VALUES "
+          "('{0}',1,'{1}','2023-11-30',112,112),('{0}',2,'{1}','2023-12-31',112,12),"
+          "('{0}',3,'{1}','2024-01-30',112,0),('{0}',4,'{1}','2024-01-31',112,0)",
+          loan, customer));
+    }
+  }
+
+  void Pay(const std::string& id, const std::string& status, const std::string& amounts) {
+    office.Run(fmt::format(
+        "INSERT INTO PaymentMast (PayID,LoanID,CustID,CompCode,PayDate,PaymentStatus,"
+        "CollectInfoID,Bank,ChqNo,UserID,NewLoanBal,NextDueDate,PayAmt,PayExtra,IntAmt,ChargeAmt,"
+        "CollectorAmt,DiscAmt) VALUES ('{}','L1','HQ0001','HQ','2024-01-31','{}','CASH','CASH','',"
+        "'AMY',212,'2024-01-31',{})",
+        id, status, amounts));
+  }
+
+  void Charge(const std::string& id, const std::string& type, const std::string& amount) {
+    office.Run(fmt::format(
+        "INSERT INTO ChargeMast (ChargeID,TrxDate,LoanID,CustID,CompCode,DueDate,ChargeAmt,"
+        "ChargeDesc,PType) VALUES ('{}','2024-01-15','L1','HQ0001','HQ','2024-01-15',{},"
+        "'For {}','{}')",
+        id, amount, type, type));
+  }
+
+  // A page a text, each text of it before a bar.
+  std::vector<std::string> Print(const std::string& file, const std::string& formula,
+                                 const std::vector<std::string>& parameters = {}) {
+    ReportJob job;
+    job.ReportFileName = std::string(KAUNTER_SOURCE_DIR "/reports/") + file;
+    job.SelectionFormula = formula;
+    job.Connect = &main();
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+      job.ParameterFields[static_cast<int>(i)] = parameters[i];
+    }
+    std::vector<std::string> pages;
+    for (const ReportPage& page : RunReport(job).pages) {
+      pages.emplace_back();
+      for (const PageText& text : page.texts) pages.back() += text.text + "|";
+    }
+    return pages;
+  }
+
+  static void ExpectAll(const std::string& page, std::initializer_list<const char*> texts) {
+    for (const char* text : texts) {
+      EXPECT_NE(page.find(text), std::string::npos) << text << "\n" << page;
+    }
+  }
+  static void ExpectNone(const std::string& page, std::initializer_list<const char*> texts) {
+    for (const char* text : texts) {
+      EXPECT_EQ(page.find(text), std::string::npos) << text << "\n" << page;
+    }
+  }
+};
+
+TEST_F(PapersTest, AReceiptAddsUpAndLeavesOutWhatIsNot) {
+  Pay("L1-001", "ACTIVE", "1000,0,12.50,0,10,5");
+  // As the settlement writes it: no split of the payment, nulls where nothing is known.
+  Pay("L1-002", "VOID", "200,NULL,NULL,NULL,NULL,NULL");
+  for (const char* file : {"Payment Receipt.rpt", "Payment Receipt Old.rpt"}) {
+    const auto pages = Print(file, "{PaymentMast.LoanID}='L1'", {"RptID;0;True"});
+    ASSERT_EQ(pages.size(), 2u);
+    // 1000 + 12.50 + 10 - 5
+    ExpectAll(pages[0], {"O'Brien & Co|Registration No. 2004-A|No. 1|Ipoh|Tel. 03-55|",
+                         "Tan 'Ah' Kow|", "RM 1,017.50|Instalment|1,000.00|Late interest|12.50|",
+                         "Collector's fee|10.00|", "Discount|-5.00|", "|CASH|", "RM 212.00|",
+                         "Received by AMY|"});
+    ExpectNone(pages[0], {"Extra capital", "Other charges", "VOID", "Remarks", "()", "CASH ·"});
+    ExpectAll(pages[1], {"THIS PAYMENT IS VOID|", "RINGGIT MALAYSIA TWO HUNDRED ONLY|",
+                         "RM 200.00|Instalment|200.00|Received|RM 200.00|"});
+    const bool twice = pages[0].find("Office copy|") != std::string::npos;
+    EXPECT_EQ(twice, std::string(file).find("Old") != std::string::npos);
+  }
+}
+
+TEST_F(PapersTest, AReminderListsWhatIsOverdueToday) {
+  for (const char* file : {"Reminder.rpt", "Reminder2.rpt"}) {
+    const auto pages = Print(file, "{LoanMast.LoanID}='L1' or {LoanMast.LoanID}='L2'");
+    ASSERT_EQ(pages.size(), 2u);
+    // 100 and 112, due before 31-01-2024, and 10.00 of late interest.
+    ExpectAll(pages[0], {"Tan 'Ah' Kow|12 Jalan Raja|Ipoh|",
+                         "2|31-12-2023|112.00|12.00|100.00|3|30-01-2024|112.00|0.00|112.00|"
+                         "2 instalment(s)|224.00|12.00|212.00|",
+                         "RM 212.00|", "RM 10.00|", "RM 222.00|"});
+    ExpectNone(pages[0], {"4|31-01-2024", "1|30-11-2023"});
+    ExpectAll(pages[1], {"Lim|"});
+    ExpectNone(pages[1], {"Tan"});
+  }
+  office.Run("UPDATE SchMast SET Payment=PayableAmt WHERE LoanID='L1'");
+  EXPECT_EQ(Print("Reminder.rpt", "{LoanMast.LoanID}='L1'").at(0), "No rows for this selection.|");
+}
+
+TEST_F(PapersTest, ASettlementIsQuotedForTheDatesAskedFor) {
+  const auto pages = Print("SettlementLetter.rpt", "{LoanMast.LoanID}='L2'",
+                           {"RptID;N;True", "SettleAmt;1,250.05;True", "SettleDate;05-02-2024;True",
+                            "SettleAmt2;;True", "SettleDate2;;True", "SettleAmt3;999.00;True",
+                            "SettleDate3;29-02-2024;True"});
+  ASSERT_EQ(pages.size(), 1u);
+  ExpectAll(pages[0],
+            {"Payment on 5 February 2024|RM 1,250.05|",
+             "RINGGIT MALAYSIA ONE THOUSAND TWO HUNDRED FIFTY AND SEN FIVE ONLY|"
+             "Payment on 29 February 2024|RM 999.00|RINGGIT MALAYSIA NINE HUNDRED NINETY NINE ONLY|",
+             "Lim|"});
+}
+
+TEST_F(PapersTest, InvoicesAndCreditNotesShowTheirOwnCharges) {
+  Charge("INV0001", "Invoice", "80");
+  Charge("L1-2-B20240115", "Batch", "0.34");
+  Charge("CN0001", "Credit Note", "-30");
+  Charge("L1-001", "Payment", "-12.50");
+  auto pages = Print("ARInvoice.rpt", "{ChargeMast.ChargeID} = 'INV0001'", {"RptID;Invoice;True"});
+  ASSERT_EQ(pages.size(), 1u);
+  ExpectAll(pages[0], {"INVOICE|", "INV0001|For Invoice|80.00|Total|80.00|", "RM 80.00|",
+                       "RINGGIT MALAYSIA EIGHTY ONLY|"});
+  // All that was charged to the loan on one paper; what it paid or was relieved of is no invoice.
+  pages = Print("ARInvoice.rpt", "{ChargeMast.CompCode}='HQ'", {"RptID;Invoice;True"});
+  ASSERT_EQ(pages.size(), 1u);
+  ExpectAll(pages[0], {"Total|80.34|"});
+  pages = Print("ARCreditNote.rpt", "{ChargeMast.ChargeID} = 'CN0001'", {"RptID;Credit Note;True"});
+  ExpectAll(pages.at(0), {"CREDIT NOTE|", "CN0001|For Credit Note|30.00|Total|30.00|", "RM 30.00|"});
+}
+
+}  // namespace
+}  // namespace kaunter
