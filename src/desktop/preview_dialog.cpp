@@ -255,11 +255,20 @@ void PreviewDialog::SaveCsv() {
   });
 }
 
+QPageLayout SheetOf(const ReportDocument& document) {
+  QSizeF size(document.width_mm, document.height_mm);
+  const bool turned = size.width() > size.height();
+  if (turned) size.transpose();
+  const QPageSize sheet(size, QPageSize::Millimeter, QString(), QPageSize::FuzzyMatch);
+  QPageLayout layout(sheet, turned ? QPageLayout::Landscape : QPageLayout::Portrait, QMarginsF());
+  layout.setMode(QPageLayout::FullPageMode);
+  return layout;
+}
+
 bool PrintDocument(const ReportDocument& document, QWidget* parent) {
   QPrinter printer(QPrinter::HighResolution);
   printer.setDocName(Q(document.title));
-  printer.setPageSize(QPageSize(QSizeF(document.width_mm, document.height_mm),
-                                QPageSize::Millimeter, QString(), QPageSize::FuzzyMatch));
+  printer.setPageLayout(SheetOf(document));
   printer.setFullPage(true);
   QPrintDialog dialog(&printer, parent);
   dialog.setMinMax(1, std::max(1, static_cast<int>(document.pages.size())));

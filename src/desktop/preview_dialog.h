@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPageLayout>
 #include <QWidget>
 #include <functional>
 #include <string>
@@ -65,6 +66,9 @@ class PreviewDialog : public QDialog {
   QLabel* place_;
 };
 
+// The sheet as printers know it: A5 turned round, not a paper of its own size, which few printers
+// take.
+QPageLayout SheetOf(const ReportDocument& document);
 // Through the printer's own dialog onto paper; false when the person thought better of it.
 bool PrintDocument(const ReportDocument& document, QWidget* parent);
 // Asks for the file's name and writes it; false when the person thought better of it.

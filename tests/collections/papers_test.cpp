@@ -84,10 +84,10 @@ TEST_F(PapersTest, AReceiptAddsUpAndLeavesOutWhatIsNot) {
     const auto pages = Print(file, "{PaymentMast.LoanID}='L1'", {"RptID;0;True"});
     ASSERT_EQ(pages.size(), 2u);
     // 1000 + 12.50 + 10 - 5
-    ExpectAll(pages[0], {"O'Brien & Co|Registration No. 2004-A|No. 1|Ipoh|Tel. 03-55|",
-                         "Tan 'Ah' Kow|", "RM 1,017.50|Instalment|1,000.00|Late interest|12.50|",
-                         "Collector's fee|10.00|", "Discount|-5.00|", "|CASH|", "RM 212.00|",
-                         "Received by AMY|"});
+    ExpectAll(pages[0],
+              {"O'Brien & Co|Registration No. 2004-A|No. 1|Ipoh|Tel. 03-55|", "Tan 'Ah' Kow|",
+               "RM 1,017.50|Instalment|1,000.00|Late interest|12.50|", "Collector's fee|10.00|",
+               "Discount|-5.00|", "|CASH|", "RM 212.00|", "Received by AMY|"});
     ExpectNone(pages[0], {"Extra capital", "Other charges", "VOID", "Remarks", "()", "CASH ·"});
     ExpectAll(pages[1], {"THIS PAYMENT IS VOID|", "RINGGIT MALAYSIA TWO HUNDRED ONLY|",
                          "RM 200.00|Instalment|200.00|Received|RM 200.00|"});
@@ -114,16 +114,17 @@ TEST_F(PapersTest, AReminderListsWhatIsOverdueToday) {
 }
 
 TEST_F(PapersTest, ASettlementIsQuotedForTheDatesAskedFor) {
-  const auto pages = Print("SettlementLetter.rpt", "{LoanMast.LoanID}='L2'",
-                           {"RptID;N;True", "SettleAmt;1,250.05;True", "SettleDate;05-02-2024;True",
-                            "SettleAmt2;;True", "SettleDate2;;True", "SettleAmt3;999.00;True",
-                            "SettleDate3;29-02-2024;True"});
+  const auto pages = Print(
+      "SettlementLetter.rpt", "{LoanMast.LoanID}='L2'",
+      {"RptID;N;True", "SettleAmt;1,250.05;True", "SettleDate;05-02-2024;True", "SettleAmt2;;True",
+       "SettleDate2;;True", "SettleAmt3;999.00;True", "SettleDate3;29-02-2024;True"});
   ASSERT_EQ(pages.size(), 1u);
-  ExpectAll(pages[0],
-            {"Payment on 5 February 2024|RM 1,250.05|",
-             "RINGGIT MALAYSIA ONE THOUSAND TWO HUNDRED FIFTY AND SEN FIVE ONLY|"
-             "Payment on 29 February 2024|RM 999.00|RINGGIT MALAYSIA NINE HUNDRED NINETY NINE ONLY|",
-             "Lim|"});
+  ExpectAll(
+      pages[0],
+      {"Payment on 5 February 2024|RM 1,250.05|",
+       "RINGGIT MALAYSIA ONE THOUSAND TWO HUNDRED FIFTY AND SEN FIVE ONLY|"
+       "Payment on 29 February 2024|RM 999.00|RINGGIT MALAYSIA NINE HUNDRED NINETY NINE ONLY|",
+       "Lim|"});
 }
 
 TEST_F(PapersTest, InvoicesAndCreditNotesShowTheirOwnCharges) {
@@ -140,7 +141,8 @@ TEST_F(PapersTest, InvoicesAndCreditNotesShowTheirOwnCharges) {
   ASSERT_EQ(pages.size(), 1u);
   ExpectAll(pages[0], {"Total|80.34|"});
   pages = Print("ARCreditNote.rpt", "{ChargeMast.ChargeID} = 'CN0001'", {"RptID;Credit Note;True"});
-  ExpectAll(pages.at(0), {"CREDIT NOTE|", "CN0001|For Credit Note|30.00|Total|30.00|", "RM 30.00|"});
+  ExpectAll(pages.at(0),
+            {"CREDIT NOTE|", "CN0001|For Credit Note|30.00|Total|30.00|", "RM 30.00|"});
 }
 
 }  // namespace

@@ -373,5 +373,27 @@ TEST(FileJourneyTest, ThePreviewSavesAPdfUnderTheEndingThatWasLeftOut) {
   EXPECT_FALSE(std::filesystem::exists(folder.File("receipt")));
 }
 
+// A tray holds A4 and A5, not sheets of 210 by 148 millimetres.
+TEST(FileJourneyTest, ASheetAcrossIsAKnownSheetTurned) {
+  const struct {
+    double width;
+    double height;
+    QPageSize::PageSizeId sheet;
+    QPageLayout::Orientation orientation;
+  } cases[] = {{210, 297, QPageSize::A4, QPageLayout::Portrait},
+               {297, 210, QPageSize::A4, QPageLayout::Landscape},
+               {148, 210, QPageSize::A5, QPageLayout::Portrait},
+               {210, 148, QPageSize::A5, QPageLayout::Landscape}};
+  for (const auto& c : cases) {
+    ReportDocument document;
+    document.width_mm = c.width;
+    document.height_mm = c.height;
+    const QPageLayout layout = SheetOf(document);
+    EXPECT_EQ(layout.pageSize().id(), c.sheet);
+    EXPECT_EQ(layout.orientation(), c.orientation);
+    EXPECT_NEAR(layout.fullRect(QPageLayout::Millimeter).width(), c.width, 0.5);
+  }
+}
+
 }  // namespace
 }  // namespace kaunter
