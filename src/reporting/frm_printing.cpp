@@ -161,14 +161,14 @@ bool frmPrinting::Prepare(const ListedDocument& document, ReportJob& job) {
     job.ParameterFields[0] = session().Special ? "RptID;True;True" : "RptID;False;True";
   }
   if (is({"Reminder.rpt"})) {
-    OfferReminderDate({"Confirm to update 1st reminder date as today ?",
-                       "确定把第一次催款日期改为今天？"},
-                      "ReminderDate");
+    OfferReminderDate(
+        {"Confirm to update 1st reminder date as today ?", "确定把第一次催款日期改为今天？"},
+        "ReminderDate");
   }
   if (is({"Reminder2.rpt"})) {
-    OfferReminderDate({"Confirm to update 2nd reminder date as today ?",
-                       "确定把第二次催款日期改为今天？"},
-                      "ReminderDate2");
+    OfferReminderDate(
+        {"Confirm to update 2nd reminder date as today ?", "确定把第二次催款日期改为今天？"},
+        "ReminderDate2");
   }
   return !is({"LateInvoice.rpt"}) || PrepareLateInvoice(job);
 }
@@ -181,9 +181,9 @@ void frmPrinting::OfferReminderDate(const Caption& question, std::string_view co
 }
 
 bool frmPrinting::PrepareLateInvoice(ReportJob& job) {
-  const std::string day = Trim(desk().Input(session().MsgTitle,
-                                            session().In({"Late charges up to", "迟还费用至"}),
-                                            ServerNow(main(), false)));
+  const std::string day =
+      Trim(desk().Input(session().MsgTitle, session().In({"Late charges up to", "迟还费用至"}),
+                        ServerNow(main(), false)));
   if (day.empty()) return false;
   if (!IsDate(day)) return Refuse({"Invalid Date", "日期不正确"});
   const std::string first = "01" + day.substr(2);

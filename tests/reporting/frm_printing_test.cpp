@@ -49,7 +49,8 @@ struct PrintingCounter : ReportCounter {
   std::string Titles() const {
     std::string titles;
     for (int row = 0; row < printing->vsd.RowCount(); ++row) {
-      titles += (row == 0 ? "" : "|") + printing->vsd.Cell(row, 0) + " " + printing->vsd.Cell(row, 1);
+      titles +=
+          (row == 0 ? "" : "|") + printing->vsd.Cell(row, 0) + " " + printing->vsd.Cell(row, 1);
     }
     return titles;
   }
@@ -88,7 +89,9 @@ TEST(FrmPrinting, AListIsReadAsFarAsItGoes) {
       {longest + "A,A.rpt,\n", 50, false},
       {longest + "\nwhatever stands behind the end", 50, true},
       {"A,A.rpt,\n,B.rpt,\nC,C.rpt,\n", 1, true},  // an empty title ends the list
-      {"\xEF\xBB\xBF" "A,A.rpt,{LoanMast.LoanID}", 1, true},
+      {"\xEF\xBB\xBF"
+       "A,A.rpt,{LoanMast.LoanID}",
+       1, true},
       {"A,A.rpt,\nB,B.rpt\n", 1, false},
       {"A,A.rpt,\n\"B,B.rpt,\n", 1, false},
       {"", 0, true},
@@ -213,15 +216,16 @@ TEST(FrmPrinting, WithoutALoanItAsksForOneThatThePersonMaySee) {
   EXPECT_EQ(frm.CustName.text(), "Tan Ah Kow");
   for (const char* hidden : {"L2", "L9"}) {
     type(hidden);
-    EXPECT_EQ(counter.desk.messages.back(), std::string("Printing: Loan ID ") + hidden + " not found");
+    EXPECT_EQ(counter.desk.messages.back(),
+              std::string("Printing: Loan ID ") + hidden + " not found");
     EXPECT_EQ(frm.vsd.RowCount(), 0) << "no document of another loan";
   }
 }
 
 TEST(FrmPrinting, TheListsThatComeWithTheProgramAreWhole) {
   for (const char* name : {"loan", "gold"}) {
-    const PrintingList list = ReadPrintingList(
-        std::string(KAUNTER_SOURCE_DIR) + "/reports/ReportList/" + name + ".ini");
+    const PrintingList list =
+        ReadPrintingList(std::string(KAUNTER_SOURCE_DIR) + "/reports/ReportList/" + name + ".ini");
     EXPECT_TRUE(list.complete) << name;
     ASSERT_GT(list.documents.size(), 3U) << name;
     EXPECT_EQ(list.documents[1].file, "AgreeJ.rpt");

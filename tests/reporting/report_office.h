@@ -10,11 +10,11 @@
 #include <filesystem>
 #include <initializer_list>
 
+#include "core/report_path.h"
 #include "reporting/report_selection.h"
 #include "reports/report_file.h"
 #include "reports/run_report.h"
 #include "reports/text_width.h"
-#include "core/report_path.h"
 #include "tests/reporting/staged_office.h"
 
 namespace kaunter {
@@ -77,7 +77,8 @@ struct ReportOffice : StagedOffice {
          "'850505-14-5331','ACTIVE','PERSONAL','FACT','019-3345566','A2'",
          "'C3','KL','2023-12-31','Syarikat Pembinaan Maju Jaya Sdn Bhd','LAIN-LAIN','',"
          "'BAD DEBT','COMPANY','FACT','','B1'",
-         "'C4','KL','2024-01-31',N'陈美玲','CINA','900909-08-5224','BLACKLIST','PERSONAL','','',''"});
+         "'C4','KL','2024-01-31',N'陈美玲','CINA','900909-08-5224','BLACKLIST','PERSONAL','','','"
+         "'"});
     Rows(
         "RefererMast (CustID,RefererName,RefererNIC,RefererRelationship,RefererComp,"
         "RefererCompIncome,RefererHP1)",
@@ -88,7 +89,8 @@ struct ReportOffice : StagedOffice {
 
   void Loans() {
     const std::string columns =
-        "LoanMast (LoanID,CustID,CompCode,TrxDate,DateCreated,LoanAmt,LoanAmt2,PayOutAmt,TotLoanInt,"
+        "LoanMast "
+        "(LoanID,CustID,CompCode,TrxDate,DateCreated,LoanAmt,LoanAmt2,PayOutAmt,TotLoanInt,"
         "LoanBal,InsRate,LoanTerm,LoanTypeID,LoanType,DragLoan,InstallmentAmt,NextDueDate,"
         "LoanGroupID,LoanStatus,SalesmanID,SalesmanComm,AdvertiseID,Bank,CollateralID,UserID,"
         "AMLACode,AMLADesc,TotPay,TotInt,TotCollectorAmt,LastPaymentDate,OldLoanCode,AgreementNo,"
@@ -134,10 +136,9 @@ struct ReportOffice : StagedOffice {
             "2,'L1','C1','2024-01-05',1966.67,1666.67,300,1966.66",
             "3,'L1','C1','2024-02-05',1966.66,1666.66,300,0",
             "1,'L2','C2','2024-01-15',900,0,900,60000", "2,'L2','C2','2024-01-31',900,0,900,60000",
-            "3,'L2','C2','2024-03-15',60900,60000,900,0",
-            "1,'L3','C3','2023-02-08',660,600,60,660", "2,'L3','C3','2023-02-15',660,600,60,0",
-            "1,'L4','C3','2022-07-01',880,800,80,7920", "2,'L4','C3','2022-08-01',880,800,80,7040",
-            "3,'L4','C3','2022-09-01',7040,6400,640,0",
+            "3,'L2','C2','2024-03-15',60900,60000,900,0", "1,'L3','C3','2023-02-08',660,600,60,660",
+            "2,'L3','C3','2023-02-15',660,600,60,0", "1,'L4','C3','2022-07-01',880,800,80,7920",
+            "2,'L4','C3','2022-08-01',880,800,80,7040", "3,'L4','C3','2022-09-01',7040,6400,640,0",
             "1,'L5','C4','2024-02-29',1100,1000,100,2200",
             "2,'L5','C4','2024-03-31',2200,2000,200,0"});
     }
@@ -236,9 +237,12 @@ inline std::vector<std::vector<std::string>> CsvRows(const std::string& csv) {
   for (std::size_t i = 0; i < csv.size(); ++i) {
     const char c = csv[i];
     if (quoted) {
-      if (c != '"') cell += c;
-      else if (i + 1 < csv.size() && csv[i + 1] == '"') cell += csv[++i];
-      else quoted = false;
+      if (c != '"')
+        cell += c;
+      else if (i + 1 < csv.size() && csv[i + 1] == '"')
+        cell += csv[++i];
+      else
+        quoted = false;
     } else if (c == '"') {
       quoted = true;
     } else if (c == ',' || c == '\n') {
@@ -258,12 +262,12 @@ struct ReportSum {
 };
 
 struct ReportExpectation {
-  std::string file;                        // "LoanMastList.rpt"
-  std::string formula;                     // "" for no condition
-  std::vector<std::string> parameters;     // "RptID;False;True"
+  std::string file;                     // "LoanMastList.rpt"
+  std::string formula;                  // "" for no condition
+  std::vector<std::string> parameters;  // "RptID;False;True"
   std::vector<ReportSum> sums;
-  std::string count;                       // the statement that counts the rows
-  std::string twin = {};                   // the Chinese name when it is not <name>C.rpt; "-" for none
+  std::string count;      // the statement that counts the rows
+  std::string twin = {};  // the Chinese name when it is not <name>C.rpt; "-" for none
 };
 
 // A loan report's condition as ReportFrm builds it, from dates of dd-mm-yyyy.
