@@ -55,7 +55,7 @@ class RandomOffice {
       const model::StoredLoan loan = DrawLoan(random_, id, sizes);
       Store(id, loan);
       ASSERT_TRUE(Rebuild(id));
-      if (random_.OneIn(4) && !loan.payments.empty()) {
+      if (random_.OneIn(3) && !loan.payments.empty()) {
         Change(id, loan);
         ASSERT_TRUE(Rebuild(id));
       }
@@ -202,7 +202,7 @@ TEST(LedgerPropertyTest, RandomHistoriesKeepTheIdentities) {
     threads.emplace_back([&office = *all.back(), loans_each] {
       office.AddLoans(loans_each);
       office.ExpectSound(loans_each);
-      office.ExpectRebuildChangesNothing(40);
+      office.ExpectRebuildChangesNothing(20);
     });
   }
   for (std::thread& thread : threads) thread.join();
