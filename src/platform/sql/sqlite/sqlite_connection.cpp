@@ -80,16 +80,15 @@ void SqliteConnection::RunBatch(std::string_view batch, Outcome* outcome) {
   if (looked) {
     const auto found = by_look_.find(look_.key());
     if (found != by_look_.end()) {
-      RunStatement(batch, 0, look_.literals(), found->second, outcome);
+      RunStatement(batch, nullptr, look_.literals(), found->second, outcome);
       return;
     }
   }
   const std::vector<Shape> shapes = SplitBatch(batch, nullptr);
   Plan* kept = nullptr;
-  for (std::size_t i = 0; i < shapes.size(); ++i) {
-    const std::vector<std::string_view> literals(shapes[i].literals.begin(),
-                                                 shapes[i].literals.end());
-    kept = RunStatement(batch, i, literals, nullptr, outcome);
+  for (const Shape& shape : shapes) {
+    const std::vector<std::string_view> literals(shape.literals.begin(), shape.literals.end());
+    kept = RunStatement(batch, &shape, literals, nullptr, outcome);
   }
   // Where some literal is part of the shape itself (a position, a length), the look is too quick.
   if (looked && kept != nullptr && shapes.size() == 1 &&
@@ -98,15 +97,20 @@ void SqliteConnection::RunBatch(std::string_view batch, Outcome* outcome) {
   }
 }
 
-SqliteConnection::Plan* SqliteConnection::RunStatement(std::string_view batch, std::size_t number,
+SqliteConnection::Plan* SqliteConnection::RunStatement(std::string_view batch, const Shape* shape,
                                                        Literals literals, Plan* plan,
                                                        Outcome* outcome) {
+  std::vector<Shape> only;  // of a statement that was found without one
   const bool in_transaction = InTransaction();
   outcome->only_read = false;
   for (bool again = false;; again = true) {
     try {
       Plan own;
-      if (plan == nullptr) plan = FindPlan(batch, number, &own);
+      if (plan == nullptr && shape == nullptr) {
+        only = SplitBatch(batch, nullptr);
+        shape = &only.front();
+      }
+      if (plan == nullptr) plan = FindPlan(batch, *shape, &own);
       RunPlan(*plan, literals, outcome);
       // Another desktop may have changed a table since the shape was kept: what was read may then
       // lack a column. A write needs no second look: SQLite itself holds it to the true columns.
@@ -123,15 +127,13 @@ SqliteConnection::Plan* SqliteConnection::RunStatement(std::string_view batch, s
   }
 }
 
-SqliteConnection::Plan* SqliteConnection::FindPlan(std::string_view batch, std::size_t number,
+SqliteConnection::Plan* SqliteConnection::FindPlan(std::string_view batch, const Shape& shape,
                                                    Plan* own) {
-  std::vector<std::string> statements;
-  const std::vector<Shape> shapes = SplitBatch(batch, &statements);
-  const std::string& key = shapes.at(number).key;
-  const auto found = plans_.find(key);
+  const auto found = plans_.find(shape.key);
   if (found != plans_.end()) return &found->second;
+  const std::string_view statement = batch.substr(shape.begin, shape.end - shape.begin);
   bool keep = true;
-  for (Translated& translated : Translate(statements.at(number), catalogue_, Dialect::kSqlite)) {
+  for (Translated& translated : Translate(statement, catalogue_, Dialect::kSqlite)) {
     // A rollback may drop what is kept, so it is never among it.
     keep = keep && translated.cacheable && !translated.is_ddl && !translated.alter_column &&
            translated.transaction == Translated::Transaction::kNone;
@@ -139,7 +141,7 @@ SqliteConnection::Plan* SqliteConnection::FindPlan(std::string_view batch, std::
   }
   if (!keep) return own;
   if (plans_.size() >= kMostPlans) ForgetPlans();
-  return &plans_.emplace(key, std::move(*own)).first->second;
+  return &plans_.emplace(shape.key, std::move(*own)).first->second;
 }
 
 void SqliteConnection::RunPlan(Plan& plan, Literals literals, Outcome* outcome) {

@@ -61,10 +61,11 @@ class SqliteConnection final : public Connection {
   using Literals = std::span<const std::string_view>;
 
   void RunBatch(std::string_view batch, Outcome* outcome);
-  // Statement `number` of the batch; `plan` is what was kept for it, or null.
-  Plan* RunStatement(std::string_view batch, std::size_t number, Literals literals, Plan* plan,
+  // The statement of the batch that has this shape; `plan` is what was kept for it, or null.
+  // Without a shape the plan is there and the batch is one statement.
+  Plan* RunStatement(std::string_view batch, const Shape* shape, Literals literals, Plan* plan,
                      Outcome* outcome);
-  Plan* FindPlan(std::string_view batch, std::size_t number, Plan* own);
+  Plan* FindPlan(std::string_view batch, const Shape& shape, Plan* own);
   void RunPlan(Plan& plan, Literals literals, Outcome* outcome);
   void RunSteps(Plan& plan, Literals literals, Outcome* outcome);
   void RunStep(Step& step, Literals literals, Outcome* outcome);
