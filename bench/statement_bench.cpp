@@ -52,9 +52,8 @@ struct MovingOffice : LargeOffice {
     main.CommitTrans();
   }
   bool Stage() {
-    return StageStatement(
-        session, desk,
-        {"StatementList.rpt", "PC-01", "01-07-2024", "31-12-2024", "", "", {}});
+    return StageStatement(session, desk,
+                          {"StatementList.rpt", "PC-01", "01-07-2024", "31-12-2024", "", "", {}});
   }
 };
 
@@ -77,8 +76,7 @@ class PlainStatement {
       if (found == kept_.end()) {
         auto translated = sql::Translate(statement, catalogue, sql::Dialect::kSqlite).at(0);
         auto prepared = std::move(plain_.Prepare({translated.text}).at(0));
-        found =
-            kept_.emplace(shape.key, Kept{std::move(translated), std::move(prepared)}).first;
+        found = kept_.emplace(shape.key, Kept{std::move(translated), std::move(prepared)}).first;
       }
       calls_.push_back({&found->second, std::move(shape.literals)});
     }
@@ -120,12 +118,13 @@ bool Bench() {
   PlainStatement plain(large);
   fmt::print("5,000 loans: {} statements of {} shapes, {} rows\n", plain.size(), plain.shapes(),
              ScalarQuery(large.session.Main(), "SELECT COUNT(*) FROM MasterReport"));
-  bool good = Compare({"statement of 5,000 loans / plain", 2.5, 5}, [&] { large.Stage(); },
-                      [&] { plain.Run(); });
-  good &= Compare({"growth, per loan, from 500 loans", 1.5, 5}, [&] { large.Stage(); },
-                  [&] {
-                    for (int i = 0; i < 10; ++i) small.Stage();
-                  });
+  bool good = Compare(
+      {"statement of 5,000 loans / plain", 2.5, 5}, [&] { large.Stage(); }, [&] { plain.Run(); });
+  good &= Compare(
+      {"growth, per loan, from 500 loans", 1.5, 5}, [&] { large.Stage(); },
+      [&] {
+        for (int i = 0; i < 10; ++i) small.Stage();
+      });
   return good;
 }
 

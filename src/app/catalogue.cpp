@@ -84,8 +84,8 @@ constexpr Entry kScreens[] = {
     {"ReportFrm", Make<ReportFrm>},
     {"Settlementfrm", Make<Settlementfrm>},
     {"SetupFrm", Make<SetupFrm>},
-    {"UpdateSch", Make<UpdateSch>},
     {"SpecialRpt", Make<SpecialRpt>},
+    {"UpdateSch", Make<UpdateSch>},
     {"UserFrm", Make<UserFrm>},
     {"VerifyLedgerFrm", Make<VerifyLedgerFrm>},
 };

@@ -2,10 +2,8 @@
 
 #include <fmt/format.h>
 
-#include <exception>
-
+#include "collections/reading.h"
 #include "core/company_access.h"
-#include "core/log.h"
 #include "core/picker.h"
 #include "core/record.h"
 #include "core/values.h"
@@ -105,15 +103,8 @@ void BatchLinkfrm::RetrieveByDate() {
 }
 
 bool BatchLinkfrm::Read(const std::function<void()>& read) {
-  try {
-    const Hourglass busy(desk());
-    read();
-    return true;
-  } catch (const std::exception& failure) {
-    LogRollback(session(), fmt::format("Late Charge - Loan ID {}", LoanID.text()), failure);
-    Tell(MessageKind::critical, kRetrieveFailed);
-    return false;
-  }
+  return ReadOrTell(session(), *this, fmt::format("Late Charge - Loan ID {}", LoanID.text()),
+                    kRetrieveFailed, read);
 }
 
 void BatchLinkfrm::Retrieve(const std::string& sql) {

@@ -2,14 +2,11 @@
 
 #include <fmt/format.h>
 
-#include <exception>
-
-#include "collections/open_record.h"
+#include "collections/reading.h"
 #include "core/company_access.h"
-#include "core/log.h"
+#include "core/open_for.h"
 #include "core/picker.h"
 #include "core/values.h"
-#include "screen/hourglass.h"
 
 namespace kaunter {
 namespace {
@@ -57,15 +54,7 @@ DueDateFrm::DueDateFrm(Session& session, Desk& desk)
 }
 
 bool DueDateFrm::Read(const Caption& failed, const std::function<void()>& read) {
-  try {
-    const Hourglass busy(desk());
-    read();
-    return true;
-  } catch (const std::exception& failure) {
-    LogRollback(session(), "Due Date Inquiry", failure);
-    Tell(MessageKind::critical, failed);
-    return false;
-  }
+  return ReadOrTell(session(), *this, "Due Date Inquiry", failed, read);
 }
 
 // --- the boxes

@@ -9,9 +9,10 @@
 #include <stdexcept>
 #include <utility>
 
-#include "collections/open_record.h"
+#include "collections/reading.h"
 #include "core/company_access.h"
 #include "core/log.h"
+#include "core/open_for.h"
 #include "core/picker.h"
 #include "core/record.h"
 #include "core/values.h"
@@ -118,15 +119,8 @@ void FollowupFrm::PickLoan() {
 }
 
 bool FollowupFrm::Read(const Caption& failed, const std::function<void()>& read) {
-  try {
-    const Hourglass busy(desk());
-    read();
-    return true;
-  } catch (const std::exception& failure) {
-    LogRollback(session(), fmt::format("Follow Up - Loan ID {}", HisLoanID.text()), failure);
-    Tell(MessageKind::critical, failed);
-    return false;
-  }
+  return ReadOrTell(session(), *this, fmt::format("Follow Up - Loan ID {}", HisLoanID.text()),
+                    failed, read);
 }
 
 bool FollowupFrm::LoadLoan(const std::string& id, const Caption& not_found) {

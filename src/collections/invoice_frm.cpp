@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "core/amounts.h"
 #include "core/audit.h"
 #include "core/company_access.h"
 #include "core/password_screens.h"
@@ -26,9 +27,6 @@ constexpr std::string_view kInvoice = "Invoice";
 constexpr std::string_view kCreditNote = "Credit Note";
 constexpr std::string_view kBatch = "Batch";
 constexpr std::string_view kPayment = "Payment";
-
-// As its column keeps it.
-Money Sen(const TextBox& box) { return Money::FromText(ShowMoney(box.text())); }
 
 // Short numbers are a key, and each company counts for itself.
 std::string DrawNumber(Connection& main, std::string_view kind, const std::string& company) {

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "collections/late_interest.h"
+#include "core/amounts.h"
 #include "core/values.h"
 #include "screen/hourglass.h"
 
@@ -74,8 +75,7 @@ void LateIntfrm::ChargeOverdueRows() {
            "s.PayableAmt-s.Payment > 0 AND s.DueDate <= {} ORDER BY LoanID,SchID",
            SqlDate(TrxDate.text())));
        !rows.Eof(); rows.MoveNext()) {
-    DayCharge(Money::FromText(ShowMoney(rows.Field("BalDue"))),
-              CDbl(NullToEmpty(rows.Field("LateChargePerDay"))));
+    DayCharge(Sen(rows.Field("BalDue")), CDbl(NullToEmpty(rows.Field("LateChargePerDay"))));
   }
 }
 

@@ -18,11 +18,6 @@ constexpr std::size_t kLoansAtOnce = 250;
 
 using Row = std::vector<Value>;
 
-std::optional<DateTime> DateOf(const Value& value) {
-  const DateTime* date = value.AsDate();
-  return date != nullptr ? std::optional(*date) : std::nullopt;
-}
-
 std::int64_t Whole(const Value& value) {
   const std::int64_t* integer = value.AsInteger();
   return integer != nullptr ? *integer : CLng(value.ToText());
@@ -49,8 +44,8 @@ LedgerLoan ReadLoan(const Row& row) {
       .TotDiscAmt = ReplayAmount(row[14]),
       .PayExtra = ReplayAmount(row[15]),
       .TotLoanInt = ReplayAmount(row[16]),
-      .NextDueDate = DateOf(row[17]),
-      .LastPaymentDate = DateOf(row[18]),
+      .NextDueDate = ReplayDate(row[17]),
+      .LastPaymentDate = ReplayDate(row[18]),
       .LastPaymentNo = NullToEmpty(row[19]),
       .lines = {},
       .payments = {},
@@ -107,7 +102,7 @@ class Portion {
             in_ + " ORDER BY LoanID,SchID",
         [](LedgerLoan& loan, const Row& row) {
           loan.lines.push_back({{.SchID = Whole(row[1]),
-                                 .DueDate = DateOf(row[2]),
+                                 .DueDate = ReplayDate(row[2]),
                                  .PayableAmt = ReplayAmount(row[3]),
                                  .CapitalAmt = ReplayAmount(row[4]),
                                  .InterestAmt = ReplayAmount(row[5]),
@@ -145,7 +140,7 @@ class Portion {
             in_ + " ORDER BY LoanID,PayID",
         [](LedgerLoan& loan, const Row& row) {
           loan.payments.push_back({{.PayID = NullToEmpty(row[1]),
-                                    .PayDate = DateOf(row[2]),
+                                    .PayDate = ReplayDate(row[2]),
                                     .IntAmt = ReplayAmount(row[3]),
                                     .ChargeAmt = ReplayAmount(row[4]),
                                     .DiscAmt = ReplayAmount(row[5]),

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "collections/reading.h"
+#include "core/amounts.h"
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/open_for.h"
@@ -19,9 +20,6 @@ constexpr int kDateLength = 10;
 constexpr int kAmountLength = 20;
 
 const Caption kInvalidAmount = {"Invalid Amount", "金额无效"};
-
-// As its column keeps it; blank is nothing.
-Money Sen(const TextBox& box) { return Money::FromText(ShowMoney(box.text())); }
 
 bool IsAmount(const TextBox& box) {
   return box.empty() || Money::TryText(box.text()).value_or(-Money::FromInteger(1)) >= Money();
@@ -107,9 +105,17 @@ void LoanSettlementfrm::LeaveKey(TextBox& box, const std::string& shown,
   }
 }
 
+bool LoanSettlementfrm::Show(const std::function<bool()>& read) {
+  bool shown = false;
+  ReadOrTell(session(), *this, title().english,
+             {"An error occur during reading the record", "读取资料时发生错误"},
+             [&] { shown = read(); });
+  return shown;
+}
+
 void LoanSettlementfrm::LoadLoan(std::string id) {
   ClearScreen();
-  if (ReadOrTell(session(), desk(), title().english, [&] { return ShowLoan(id); })) return;
+  if (Show([&] { return ShowLoan(id); })) return;
   ClearScreen();
   LoanID.SetText(id);
 }
@@ -132,7 +138,7 @@ bool LoanSettlementfrm::ShowLoan(const std::string& id) {
   shown_.LoanID = NullToEmpty(row.Field("LoanID"));
   shown_.CustID = NullToEmpty(row.Field("CustID"));
   shown_.CompCode = company;
-  shown_.LoanBal = Money::FromText(ShowMoney(row.Field("LoanBal")));
+  shown_.LoanBal = Sen(row.Field("LoanBal"));
 
   LoanID.SetText(shown_.LoanID);
   CustName.SetText(NullToEmpty(row.Field("CustName")));
@@ -151,7 +157,7 @@ bool LoanSettlementfrm::ShowLoan(const std::string& id) {
 
 void LoanSettlementfrm::LoadSettlement(std::string id) {
   ClearScreen();
-  if (ReadOrTell(session(), desk(), title().english, [&] { return ShowSettlement(id); })) return;
+  if (Show([&] { return ShowSettlement(id); })) return;
   ClearScreen();
   PayID.SetText(id);
 }
@@ -173,9 +179,7 @@ bool LoanSettlementfrm::ShowSettlement(const std::string& id) {
     return Refuse(PayID, {fmt::format("Settlement ID {} belong to company {}", id, company),
                           fmt::format("结清编号 {} 属于公司 {}", id, company)});
   }
-  const auto money = [&row](const char* column) {
-    return Money::FromText(ShowMoney(row.Field(column)));
-  };
+  const auto money = [&row](const char* column) { return Sen(row.Field(column)); };
   shown_.PayID = NullToEmpty(row.Field("PayID"));
   shown_.LoanID = NullToEmpty(row.Field("LoanID"));
   shown_.CustID = NullToEmpty(row.Field("CustID"));

@@ -58,6 +58,8 @@ class LoanSettlementfrm : public SessionScreen {
   void LeaveKey(TextBox& box, const std::string& shown,
                 void (LoanSettlementfrm::*load)(std::string));
   void LoadLoan(std::string id);  // by value: the box it may come from is cleared
+  // False when there is nothing to show, which has been told.
+  bool Show(const std::function<bool()>& read);
   bool ShowLoan(const std::string& id);
   void LoadSettlement(std::string id);
   bool ShowSettlement(const std::string& id);

@@ -1,19 +1,16 @@
 // How a loan or a stored payment comes on the payment screen.
 #include <fmt/format.h>
 
+#include "collections/instalment.h"
 #include "collections/payment_frm.h"
+#include "core/amounts.h"
 #include "core/company_access.h"
 #include "core/values.h"
-#include "loans/step_date.h"
 
 namespace kaunter {
 namespace {
 
 constexpr const char* kSpecialRate = "18.00";  // what the special user sees of every rate
-
-Money AmountOf(const Recordset& row, std::string_view column) {
-  return Money::FromText(ShowMoney(row.Field(column)));
-}
 
 // Both keys of a loan work in the one box. Who belongs to no company searches all of them.
 std::string RealLoanID(const Session& session, const std::string& code) {
@@ -91,7 +88,7 @@ void PaymentFrm::FillFromLoan(const Recordset& loan) {
   AltCode.SetText(NullToEmpty(loan.Field("OldLoanCode")));
   OldLoanBal.SetText(ShowMoney(loan.Field("LoanBal")));
   NewLoanBal.SetText(OldLoanBal.text());
-  DragIntType.SetText(ShowMoney(AmountOf(loan, "TotCollectorAmt") + AmountOf(loan, "TotInt")));
+  DragIntType.SetText(ShowMoney(Sen(loan, "TotCollectorAmt") + Sen(loan, "TotInt")));
   LoanType.SetText(NullToEmpty(loan.Field("LoanTypeID")));
   OfferDays.SetText(ShowInt(loan.Field("OfferDays")));
   LateChargePerDay.SetText(Show2dp(loan.Field("LateChargePerDay")));
@@ -129,29 +126,18 @@ void PaymentFrm::StartAmounts() {
 }
 
 void PaymentFrm::ShowInstalment() {
-  const Recordset row = main().Query(fmt::format(
-      "SELECT DueDate,PayableAmt,CapitalAmt,InterestAmt,Payment,CapitalPayment,InterestPayment,"
-      "IntDate FROM SchMast WHERE SchID={} AND LoanID={}",
-      StripCommaOrZero(SchID.text()), QuoteStr(LoanID.text())));
-  if (row.Eof()) return;
-  LastDueDate.SetText(ShowDate(row.Field("DueDate")));
-  PayableAmt.SetText(ShowMoney(row.Field("PayableAmt")));
-  ActPayable.SetText(
-      ShowMoney(AmountIn(PayAmt) + (AmountOf(row, "PayableAmt") - AmountOf(row, "Payment"))));
-  OutDragAmt.SetText(ShowMoney(row.Field("CapitalAmt")));
-  OutIntAmt.SetText(ShowMoney(row.Field("InterestAmt")));
-  DragInt.SetText(ShowMoney(AmountOf(row, "CapitalAmt") - AmountOf(row, "CapitalPayment")));
-  IntChargeAmt.SetText(ShowMoney(AmountOf(row, "InterestAmt") - AmountOf(row, "InterestPayment")));
-  IntDate.SetText(ShowDate(row.Field("IntDate")));
-  const Recordset following =
-      main().Query(fmt::format("SELECT DueDate FROM SchMast WHERE LoanID={} AND SchID={}",
-                               QuoteStr(LoanID.text()), CLng(SchID.text()) + 1));
-  const std::string next = following.Eof() ? "" : ShowDate(following.Field("DueDate"));
-  NextDueDate.SetText(next.empty() ? LastDueDate.text() : next);
-  const auto due = DateTime::FromDisplay(LastDueDate.text());
-  if (IsFlexi() && IsNew() && due && IsRepaymentCode(LoanType.text())) {
-    NextDueDate.SetText(ShowDate(StepDate(LoanType.text(), *due, false)));
-  }
+  const auto row = ReadInstalment(main(), LoanID.text(), SchID.text(),
+                                  IsFlexi() && IsNew() ? LoanType.text() : std::string());
+  if (!row) return;
+  LastDueDate.SetText(row->DueDate);
+  NextDueDate.SetText(row->NextDueDate);
+  IntDate.SetText(row->IntDate);
+  PayableAmt.SetText(ShowMoney(row->PayableAmt));
+  ActPayable.SetText(ShowMoney(AmountIn(PayAmt) + (row->PayableAmt - row->Payment)));
+  OutDragAmt.SetText(ShowMoney(row->CapitalAmt));
+  OutIntAmt.SetText(ShowMoney(row->InterestAmt));
+  DragInt.SetText(ShowMoney(row->capital_open));
+  IntChargeAmt.SetText(ShowMoney(row->interest_open));
 }
 
 void PaymentFrm::ShowStoredInstalment() {

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "collections/payment_frm.h"
+#include "core/amounts.h"
 #include "core/log.h"
 #include "core/values.h"
 #include "links/accounting_link.h"
@@ -125,9 +126,7 @@ bool PaymentFrm::WritePayment(Payment& payment) {
       RefuseStaleBalance(payment);
       CreatePayment(session(), payment);
     } else {
-      UpdatePayment(session(), payment,
-                    {Value(snapshot_.PayAmt), Value(snapshot_.CollectorAmt),
-                     Value(snapshot_.IntAmt), Value(snapshot_.DiscAmt), Value(snapshot_.PayDate)});
+      UpdatePayment(session(), payment, AuditValues(snapshot_));
     }
     transaction.Commit();
     return true;
@@ -149,8 +148,8 @@ bool PaymentFrm::WritePayment(Payment& payment) {
 
 // Another desktop may have taken a payment of the same loan while this one was typed.
 void PaymentFrm::RefuseStaleBalance(const Payment& payment) {
-  const Money balance = Money::FromText(ShowMoney(ScalarQuery(
-      main(), "SELECT LoanBal FROM LoanMast WHERE LoanID=" + QuoteStr(payment.LoanID))));
+  const Money balance = Sen(
+      ScalarQuery(main(), "SELECT LoanBal FROM LoanMast WHERE LoanID=" + QuoteStr(payment.LoanID)));
   if (payment.PayAmt <= balance || (IsFlexi() && payment.PayAmt <= FlexiLimit())) return;
   throw std::runtime_error(session().In(
       {"Payment amount cannot more than loan balance amount", "付款额不可多过贷款结余"}));

@@ -2,9 +2,11 @@
 // what each box refuses.
 #include <fmt/format.h>
 
+#include "collections/instalment.h"
 #include "collections/late_interest.h"
 #include "collections/pay_day.h"
 #include "collections/payment_frm.h"
+#include "core/amounts.h"
 #include "core/values.h"
 
 namespace kaunter {
@@ -18,11 +20,6 @@ Caption Invalid(const Caption& name) {
           fmt::format("{}不正确，请检查", name.chinese)};
 }
 Caption Invalid(const Control& box) { return Invalid(box.caption()); }
-
-// The amount that a query gives, 0 for Null.
-Money Scalar(Connection& main, const std::string& sql) {
-  return Money::FromText(ShowMoney(ScalarQuery(main, sql)));
-}
 
 }  // namespace
 
@@ -191,11 +188,8 @@ void PaymentFrm::LeaveExtra() {
 }
 
 Money PaymentFrm::FlexiLimit() {
-  const Money open =
-      Scalar(main(), fmt::format("SELECT SUM(CapitalAmt+InterestAmt) - SUM(CapitalPayment+"
-                                 "InterestPayment) FROM SchMast WHERE LoanID={}",
-                                 QuoteStr(LoanID.text())));
-  return open + snapshot_.PayAmt;  // what this payment has paid before may be paid again
+  // What this payment has paid before may be paid again.
+  return OpenOnSchedule(main(), LoanID.text()) + snapshot_.PayAmt;
 }
 
 bool PaymentFrm::CheckFlexiLimit() {
@@ -211,11 +205,11 @@ bool PaymentFrm::LeaveRefund() {
   if (!LeaveAmount(ChargeAmt)) return false;
   const Money refund = AmountIn(ChargeAmt);
   if (refund.IsZero() || LoanID.empty()) return true;
-  const Money deposit =
-      Scalar(main(), "SELECT DepositAmt2 FROM LoanMast WHERE LoanID=" + QuoteStr(LoanID.text()));
-  const Money refunded = Scalar(
+  const Money deposit = Sen(ScalarQuery(
+      main(), "SELECT DepositAmt2 FROM LoanMast WHERE LoanID=" + QuoteStr(LoanID.text())));
+  const Money refunded = Sen(ScalarQuery(
       main(), fmt::format("SELECT SUM(ChargeAmt) FROM PaymentMast WHERE LoanID={} AND PayID <> {}",
-                          QuoteStr(LoanID.text()), QuoteStr(loaded_payment_)));
+                          QuoteStr(LoanID.text()), QuoteStr(loaded_payment_))));
   if (refunded + refund <= deposit) return true;
   const Money left = deposit - refunded;
   if (left <= Money()) {

@@ -4,6 +4,7 @@
 
 #include "collections/receipt_number.h"
 #include "collections/reverse_payment.h"
+#include "core/amounts.h"
 #include "core/audit.h"
 #include "core/record.h"
 #include "core/sequences.h"
@@ -131,13 +132,9 @@ void RequireLoan(Connection& main, const std::string& loan_id) {
   }
 }
 
-Money Amount(const Recordset& row, std::string_view column) {
-  return Money::FromText(ShowMoney(row.Field(column)));
-}
-
 std::optional<Money> AmountOrNone(const Recordset& row, std::string_view column) {
   if (row.Field(column).IsNull()) return std::nullopt;
-  return Amount(row, column);
+  return Sen(row, column);
 }
 
 // "" where the row lacks the column: an office never patched for the money-laundering module.
@@ -201,30 +198,30 @@ std::optional<Payment> ReadPayment(Connection& main, std::string_view pay_id) {
       .SchID = text("SchID"),
       .PayDate = date("PayDate"),
       .CollectInfoID = text("CollectInfoID"),
-      .TopUpAmt = Amount(row, "TopUpAmt"),
-      .PayAmt = Amount(row, "PayAmt"),
-      .InstalAmt = Amount(row, "InstalAmt"),
-      .PayExtra = Amount(row, "PayExtra"),
-      .IntAmt = Amount(row, "IntAmt"),
-      .ChargeAmt = Amount(row, "ChargeAmt"),
-      .DiscAmt = Amount(row, "DiscAmt"),
-      .CollectorAmt = Amount(row, "CollectorAmt"),
+      .TopUpAmt = Sen(row, "TopUpAmt"),
+      .PayAmt = Sen(row, "PayAmt"),
+      .InstalAmt = Sen(row, "InstalAmt"),
+      .PayExtra = Sen(row, "PayExtra"),
+      .IntAmt = Sen(row, "IntAmt"),
+      .ChargeAmt = Sen(row, "ChargeAmt"),
+      .DiscAmt = Sen(row, "DiscAmt"),
+      .CollectorAmt = Sen(row, "CollectorAmt"),
       .Bank = text("Bank"),
       .ChqNo = text("ChqNo"),
       .SalesmanID = text("SalesmanID"),
-      .SalesmanComm = Amount(row, "SalesmanComm"),
+      .SalesmanComm = Sen(row, "SalesmanComm"),
       .LastDueDate = date("LastDueDate"),
       .NextDueDate = date("NextDueDate"),
       .PaymentStatus = text("PaymentStatus"),
-      .PayableAmt = Amount(row, "PayableAmt"),
-      .IntChargeAmt = Amount(row, "IntChargeAmt"),
-      .DragInt = Amount(row, "DragInt"),
+      .PayableAmt = Sen(row, "PayableAmt"),
+      .IntChargeAmt = Sen(row, "IntChargeAmt"),
+      .DragInt = Sen(row, "DragInt"),
       .Memo1 = text("Memo1"),
       .Memo2 = text("Memo2"),
       .Memo3 = text("Memo3"),
-      .Memo5 = Amount(row, "Memo5"),
-      .OldLoanBal = Amount(row, "OldLoanBal"),
-      .NewLoanBal = Amount(row, "NewLoanBal"),
+      .Memo5 = Sen(row, "Memo5"),
+      .OldLoanBal = Sen(row, "OldLoanBal"),
+      .NewLoanBal = Sen(row, "NewLoanBal"),
       .WithdrawDate = date("WithdrawDate"),
       .BankOpenBal = AmountOrNone(row, "BankOpenBal"),
       .WithdrawAmt = AmountOrNone(row, "WithdrawAmt"),
@@ -232,7 +229,7 @@ std::optional<Payment> ReadPayment(Connection& main, std::string_view pay_id) {
       .BankinReturn = AmountOrNone(row, "BankinReturn"),
       .BankCloseBal = AmountOrNone(row, "BankCloseBal"),
       .TopTerm = CLng(ShowInt(row.Field("TopTerm"))),
-      .TopAmt = Amount(row, "TopAmt"),
+      .TopAmt = Sen(row, "TopAmt"),
       .ReceiptNo = text("ReceiptNo"),
       .LampiranStatus = text("LampiranStatus"),
       .AMLACode = TextOrNone(row, "AMLACode"),
@@ -248,7 +245,7 @@ std::string FirstOpenRow(Connection& main, std::string_view loan_id) {
   if (rows.Eof()) return "";
   Recordset row = rows;
   for (; !row.Eof(); row.MoveNext()) {
-    if (Amount(row, "PayableAmt") != Amount(row, "Payment")) return row.Field("SchID").ToText();
+    if (Sen(row, "PayableAmt") != Sen(row, "Payment")) return row.Field("SchID").ToText();
   }
   return rows.Field("SchID").ToText();
 }

@@ -4,20 +4,24 @@
 
 #include "core/log.h"
 #include "core/session.h"
-#include "screen/desk.h"
+#include "screen/hourglass.h"
+#include "screen/screen.h"
 
 namespace kaunter {
 
-bool ReadOrTell(Session& session, Desk& desk, std::string_view what,
-                const std::function<bool()>& read) {
+bool ReadOrTell(Session& session, const Screen& screen, std::string_view what,
+                const Caption& failed, const std::function<void()>& read) {
   try {
-    return read();
+    const Hourglass busy(screen.desk());
+    read();
+    return true;
   } catch (const std::exception& failure) {
     LogRollback(session, what, failure);
-    session.MsgText =
-        session.In({"An error occur during reading the record", "读取资料时发生错误"});
-    desk.Message(MessageKind::critical, session.MsgTitle.empty() ? what : session.MsgTitle,
-                 session.MsgText);
+    session.MsgText = session.In(failed);
+    screen.desk().Message(
+        MessageKind::critical,
+        session.MsgTitle.empty() ? screen.title().In(screen.chinese()) : session.MsgTitle,
+        session.MsgText);
     return false;
   }
 }

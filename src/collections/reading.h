@@ -1,17 +1,19 @@
-// A record that is read for a screen: what becomes of a failure.
+// What is read for a screen, and what becomes of a failure.
 #pragma once
 
 #include <functional>
 #include <string_view>
 
+#include "screen/caption.h"
+
 namespace kaunter {
 
 class Session;
-class Desk;
+class Screen;
 
-// What `read` gives. A failure is logged under `what`, told in the words of both settlement
-// screens, and gives false; the caller clears what was read half.
-bool ReadOrTell(Session& session, Desk& desk, std::string_view what,
-                const std::function<bool()>& read);
+// Reads under the hourglass. A failure is logged under `what`, told as `failed` (critical, under
+// the title in force), and gives false; the caller clears what was read half.
+bool ReadOrTell(Session& session, const Screen& screen, std::string_view what,
+                const Caption& failed, const std::function<void()>& read);
 
 }  // namespace kaunter

@@ -37,12 +37,10 @@ ReceiptSeries ReceiptSeriesOn(ReceiptStyle style, std::string_view comp_code,
   return {Format(PayDay(pay_date), "yyyymm") + "-", std::string(comp_code)};
 }
 
-std::string NextReceiptNo(Session& session, std::string_view comp_code, std::string_view pay_date,
-                          bool skip_used) {
+std::string NextReceiptNo(Session& session, std::string_view comp_code, std::string_view pay_date) {
   Connection& main = session.Main();
   const ReceiptSeries series =
       ReceiptSeriesOn(ReceiptStyleOf(session, comp_code), comp_code, pay_date);
-  if (!skip_used) return NextSeries(main, series.prefix, series.owner, false);
   return NextSeries(main, series.prefix, series.owner, false, [&](const std::string& number) {
     return !main.Query(fmt::format("SELECT PayID FROM PaymentMast WHERE CompCode={} AND "
                                    "ReceiptNo={}",

@@ -26,12 +26,10 @@ struct ReceiptSeries {
 ReceiptSeries ReceiptSeriesOn(ReceiptStyle style, std::string_view comp_code,
                               std::string_view pay_date);
 
-// The next number of the series in force on `pay_date` (dd-mm-yyyy). With `skip_used` a number that
-// a payment of the company bears is passed over in silence; without it every number is taken as it
-// comes, for a renumbering. Runs inside the caller's transaction, so that a rollback gives the
-// number back. Throws SqlError; std::invalid_argument for a text that is no date.
-std::string NextReceiptNo(Session& session, std::string_view comp_code, std::string_view pay_date,
-                          bool skip_used = true);
+// The next number of the series in force on `pay_date` (dd-mm-yyyy); one that a payment of the
+// company bears is passed over in silence. Runs inside the caller's transaction, so that a rollback
+// gives the number back. Throws SqlError; std::invalid_argument for a text that is no date.
+std::string NextReceiptNo(Session& session, std::string_view comp_code, std::string_view pay_date);
 
 // Another payment of the company bears the number.
 bool ReceiptTaken(Connection& main, std::string_view comp_code, std::string_view pay_id,

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <exception>
 
+#include "collections/reading.h"
 #include "core/log.h"
 #include "core/record.h"
 #include "core/values.h"
@@ -58,19 +59,15 @@ void Reminderfrm::LeaveDate() {
 }
 
 bool Reminderfrm::List() {
-  try {
-    const Hourglass busy(desk());
+  const bool read = ReadOrTell(session(), *this, "Reminder Letter", kReadFailed, [this] {
     FillGrid(vsd,
              main().Query(fmt::format(
                  "SELECT l.LoanID,c.CustName,l.NextDueDate,l.ReminderDate FROM LoanMast as l INNER "
                  "JOIN CustMast as c on l.CustID=c.CustID WHERE LoanBal > 0 AND PayOutAmt=LoanAmt "
                  "AND l.NextDueDate < {} ORDER BY NextDueDate",
                  SqlDate(CalSearchTo.text()))));
-  } catch (const std::exception& failure) {
-    LogRollback(session(), "Reminder Letter", failure);
-    Tell(MessageKind::critical, kReadFailed);
-    return false;
-  }
+  });
+  if (!read) return false;
   listed_date_ = CalSearchTo.text();
   ShowCount();
   return true;
@@ -103,11 +100,8 @@ void Reminderfrm::Process() {
   Letter first{"Reminder.rpt", "ReminderDate", {}};
   Letter second{"Reminder2.rpt", "ReminderDate2", {}};
   std::vector<std::string> skipped;
-  try {
-    skipped = Sort(first, second);
-  } catch (const std::exception& failure) {
-    LogRollback(session(), "Reminder Letter", failure);
-    Tell(MessageKind::critical, kReadFailed);
+  if (!ReadOrTell(session(), *this, "Reminder Letter", kReadFailed,
+                  [&] { skipped = Sort(first, second); })) {
     return;
   }
   const bool done = SendAll(first) && SendAll(second);
@@ -120,7 +114,6 @@ void Reminderfrm::Process() {
 }
 
 std::vector<std::string> Reminderfrm::Sort(Letter& first, Letter& second) {
-  const Hourglass busy(desk());
   const auto bar = desk().Progress(title().english);
   bar->SetRange(Ticked());
   const std::string today = SqlDate(ServerNow(main(), false));

@@ -4,6 +4,7 @@
 
 #include "collections/payment_store.h"
 #include "collections/receipt_number.h"
+#include "core/sequences.h"
 #include "core/session.h"
 #include "core/values.h"
 #include "fmt/format.h"
@@ -53,7 +54,8 @@ void RenumberReceipts(Session& session, const Renumbering& plan,
                       const std::function<void(int done, int count)>& progress) {
   Connection& main = session.Main();
   DropCounters(main, plan.comp_code);
-  if (ReceiptStyleOf(session, plan.comp_code) == ReceiptStyle::serial) {
+  const ReceiptStyle style = ReceiptStyleOf(session, plan.comp_code);
+  if (style == ReceiptStyle::serial) {
     main.Execute(fmt::format("INSERT INTO NumberMast (CustID,LoanNo,PaymentNo) VALUES ({},{},'0')",
                              QuoteStr(plan.comp_code + "#R"), QuoteStr(plan.last_in_use)));
   }
@@ -65,7 +67,9 @@ void RenumberReceipts(Session& session, const Renumbering& plan,
   const int count = static_cast<int>(payments.RowCount());
   for (int done = 1; !payments.Eof(); payments.MoveNext(), ++done) {
     const std::string day = Format(*payments.Field("PayDate").AsDate(), "dd-mm-yyyy");
-    const std::string number = NextReceiptNo(session, plan.comp_code, day, false);
+    // Numbers are taken as they come: those in use are the ones that are given anew.
+    const ReceiptSeries series = ReceiptSeriesOn(style, plan.comp_code, day);
+    const std::string number = NextSeries(main, series.prefix, series.owner, false);
     main.Execute(fmt::format("UPDATE PaymentMast SET ReceiptNo={} WHERE PayID={}", QuoteStr(number),
                              QuoteStr(payments.Field("PayID").ToText())));
     progress(done, count);

@@ -3,18 +3,16 @@
 #include <cstdint>
 
 #include "collections/payment_store.h"
+#include "core/amounts.h"
 #include "core/values.h"
 #include "fmt/format.h"
 
 namespace kaunter {
 namespace {
 
-Money Amount(const Recordset& row, std::string_view column) {
-  return Money::FromText(ShowMoney(row.Field(column)));
-}
 // "<column>=<what it holds less the amount>".
 std::string Less(const Recordset& row, std::string_view column, Money amount) {
-  return fmt::format("{}={}", column, (Amount(row, column) - amount).ToText());
+  return fmt::format("{}={}", column, (Sen(row, column) - amount).ToText());
 }
 
 // The top-up was spread over instalments of its own.
@@ -67,7 +65,7 @@ void FromTopUpRows(Connection& main, const Payment& stored) {
   for (; !rows.Eof(); rows.MoveNext()) {
     const std::string where =
         fmt::format(" WHERE LoanID={} AND SchID={}", id, rows.Field("SchID").ToText());
-    if (Amount(rows, "PayableAmt") <= stored.TopAmt) {
+    if (Sen(rows, "PayableAmt") <= stored.TopAmt) {
       main.Execute("DELETE FROM SchMast" + where);
     } else {
       main.Execute("UPDATE SchMast SET " + Less(rows, "PayableAmt", stored.TopAmt) + where);

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "collections/reading.h"
+#include "core/amounts.h"
 #include "core/company_access.h"
 #include "core/open_for.h"
 #include "core/picker.h"
@@ -14,7 +15,7 @@ namespace {
 
 constexpr int kDateLength = 10;
 
-Money Amount(const Value& value) { return Money::FromText(ShowMoney(value)); }
+const Caption kReadFailed{"An error occur during reading the record", "读取资料时发生错误"};
 
 DateTime Date(const TextBox& box) { return *DateTime::FromDisplay(box.text()); }
 
@@ -67,7 +68,9 @@ void Settlementfrm::LeaveLoanID() {
 
 void Settlementfrm::LoadLoan(std::string id) {
   ClearScreen();
-  if (ReadOrTell(session(), desk(), title().english, [&] { return FindLoan(id); })) return;
+  bool found = false;
+  ReadOrTell(session(), *this, title().english, kReadFailed, [&] { found = FindLoan(id); });
+  if (found) return;
   ClearScreen();
   LoanID.SetText(id);
 }
@@ -91,7 +94,7 @@ bool Settlementfrm::FindLoan(const std::string& id) {
 }
 
 void Settlementfrm::ShowLoan(const Recordset& row) {
-  const auto money = [&row](const char* column) { return Amount(row.Field(column)); };
+  const auto money = [&row](const char* column) { return Sen(row.Field(column)); };
   owed_.LoanID = NullToEmpty(row.Field("LoanID"));
   owed_.personal = NullToEmpty(row.Field("DragLoan")) == "0";
   owed_.LoanBal = money("LoanBal");
@@ -186,7 +189,7 @@ void Settlementfrm::Settle() {
   session().HandOverQuote = {
       .DragLoan = owed_.personal ? "0" : "1",
       .SettledDate = first.SettledDate.text(),
-      .PayAmt = ShowMoney(Amount(first.SettledAmt.text()) - Amount(first.OPayment.text())),
+      .PayAmt = ShowMoney(Sen(first.SettledAmt.text()) - Sen(first.OPayment.text())),
       .NPayment = first.NPayment.text(),
       .EPayment = first.EPayment.text(),
       .OPayment = first.OPayment.text(),

@@ -1,13 +1,11 @@
 #include "collections/settlement_quote.h"
 
+#include "core/amounts.h"
 #include "core/values.h"
 #include "fmt/format.h"
 
 namespace kaunter {
 namespace {
-
-// A sum over no rows is Null and counts as 0.
-Money Sum(const Value& value) { return Money::FromText(ShowMoney(value)); }
 
 Money Abs(Money amount) { return amount < Money() ? -amount : amount; }
 
@@ -36,7 +34,7 @@ QuoteColumn QuoteOn(Connection& main, const OwedLoan& loan, std::string_view dat
   const std::string day = SqlDate(date);
   if (loan.personal) {
     return QuotePersonal(
-        loan, Sum(main.Query(fmt::format("SELECT SUM(InterestAmt-InterestPayment) FROM SchMast "
+        loan, Sen(main.Query(fmt::format("SELECT SUM(InterestAmt-InterestPayment) FROM SchMast "
                                          "WHERE LoanID={} And DueDate > {}",
                                          id, day))
                       .Field(0)));
@@ -45,7 +43,7 @@ QuoteColumn QuoteOn(Connection& main, const OwedLoan& loan, std::string_view dat
       fmt::format("SELECT SUM((InterestAmt)-(InterestPayment)),SUM((CapitalAmt)-(CapitalPayment)) "
                   "FROM SchMast WHERE LoanID={} And DueDate <= {}",
                   id, day));
-  return QuoteFlexi(loan, Sum(due.Field(0)), Sum(due.Field(1)));
+  return QuoteFlexi(loan, Sen(due.Field(0)), Sen(due.Field(1)));
 }
 
 }  // namespace kaunter

@@ -6,14 +6,13 @@
 #include <stdexcept>
 #include <vector>
 
+#include "core/amounts.h"
 #include "core/record.h"
 #include "core/sequences.h"
 #include "core/values.h"
 
 namespace kaunter {
 namespace {
-
-Money Amount(const Value& value) { return Money::FromText(ShowMoney(value)); }
 
 // The schedule row that the settlement begins with, as a payment row tells it.
 struct FirstRow {
@@ -42,9 +41,9 @@ FirstRow ReadFirstRow(Connection& main, const Settlement& settlement,
                   first.SchID, QuoteStr(settlement.LoanID)));
   if (row.Eof()) return first;
   first.DueDate = ShowDate(row.Field("DueDate"));
-  first.PayableAmt = Amount(row.Field("PayableAmt"));
-  first.interest_open = Amount(row.Field("InterestAmt")) - Amount(row.Field("InterestPayment"));
-  first.capital_open = Amount(row.Field("CapitalAmt")) - Amount(row.Field("CapitalPayment"));
+  first.PayableAmt = Sen(row.Field("PayableAmt"));
+  first.interest_open = Sen(row.Field("InterestAmt")) - Sen(row.Field("InterestPayment"));
+  first.capital_open = Sen(row.Field("CapitalAmt")) - Sen(row.Field("CapitalPayment"));
   return first;
 }
 
@@ -80,8 +79,8 @@ ScheduleRow ReadRow(Connection& main, const std::string& sch_id, const std::stri
       "SELECT {},DragInt,IntChargeAmt,IntAmt,DragIntPaid FROM SchMast WHERE SchID={} AND LoanID={}",
       amount, sch_id, QuoteStr(loan_id)));
   if (row.Eof()) throw std::runtime_error(fmt::format("Schedule {} not found", sch_id));
-  return {Amount(row.Field(0)), Amount(row.Field("DragInt")), Amount(row.Field("IntChargeAmt")),
-          Amount(row.Field("IntAmt")), Amount(row.Field("DragIntPaid"))};
+  return {Sen(row.Field(0)), Sen(row.Field("DragInt")), Sen(row.Field("IntChargeAmt")),
+          Sen(row.Field("IntAmt")), Sen(row.Field("DragIntPaid"))};
 }
 
 void WriteRow(Connection& main, const std::string& sch_id, const std::string& loan_id,
@@ -105,10 +104,9 @@ struct LoanTotals {
 };
 
 LoanTotals MovedTotals(const Recordset& loan, const Settlement& settlement, int sign) {
-  return {Amount(loan.Field("TotPay")) + sign * settlement.LoanBal,
-          Amount(loan.Field("TotInt")) + sign * settlement.IntAmt,
-          Amount(loan.Field("TotCollectorAmt")), Amount(loan.Field("TotCharge")),
-          Amount(loan.Field("TotDiscAmt")) + sign * settlement.DiscAmt};
+  return {Sen(loan.Field("TotPay")) + sign * settlement.LoanBal,
+          Sen(loan.Field("TotInt")) + sign * settlement.IntAmt, Sen(loan.Field("TotCollectorAmt")),
+          Sen(loan.Field("TotCharge")), Sen(loan.Field("TotDiscAmt")) + sign * settlement.DiscAmt};
 }
 
 void WriteLoan(Connection& main, const Settlement& settlement, const LoanTotals& totals,
@@ -127,8 +125,8 @@ void WriteLoan(Connection& main, const Settlement& settlement, const LoanTotals&
 
 void MoveCustomerBalance(Connection& main, const std::string& cust_id, Money by) {
   const std::string id = QuoteStr(cust_id);
-  const Money balance = Money::FromText(
-      ShowMoney(ScalarQuery(main, "SELECT TotLoanBal FROM CustMast WHERE CustID=" + id)));
+  const Money balance =
+      Sen(ScalarQuery(main, "SELECT TotLoanBal FROM CustMast WHERE CustID=" + id));
   ExecuteOnRow(
       main,
       fmt::format("UPDATE CustMast SET TotLoanBal={} WHERE CustID={}", (balance + by).ToText(), id),
@@ -149,8 +147,7 @@ void CreateSettlement(const Session& session, Settlement& settlement) {
   Connection& main = session.Main();
   const std::string id = QuoteStr(settlement.LoanID);
   // Another desktop may have taken a payment while the question stood.
-  const Money balance =
-      Amount(Value(ScalarQuery(main, "SELECT LoanBal FROM LoanMast WHERE LoanID=" + id)));
+  const Money balance = Sen(ScalarQuery(main, "SELECT LoanBal FROM LoanMast WHERE LoanID=" + id));
   if (balance != settlement.LoanBal) {
     throw std::runtime_error(fmt::format("The balance of {} is {} now, please load the loan again",
                                          settlement.LoanID, ShowMoney(balance)));
@@ -212,7 +209,7 @@ void DeleteSettlement(const Session& session, const Settlement& settlement) {
   const Recordset last = main.Query(
       "SELECT TOP 1 PayID,PayDate FROM PaymentMast WHERE LoanID=" + id + " ORDER BY PayID DESC");
   WriteLoan(main, settlement, MovedTotals(loan, settlement, -1),
-            Amount(loan.Field("LoanBal")) + settlement.LoanBal,
+            Sen(loan.Field("LoanBal")) + settlement.LoanBal,
             last.Eof() ? "" : NullToEmpty(last.Field("PayID")),
             last.Eof() ? "" : ShowDate(last.Field("PayDate")));
   MoveCustomerBalance(main, settlement.CustID, settlement.LoanBal);

@@ -9,6 +9,7 @@
 #include "collections/pay_day.h"
 #include "collections/plain_payment.h"
 #include "core/log.h"
+#include "core/open_for.h"
 #include "core/values.h"
 #include "loans/rebuild_and_tell.h"
 #include "platform/sql/transaction.h"
@@ -265,7 +266,8 @@ void SpecialRpt::OpenPayment(int row) {
   const std::string loan = DG.Cell(row, kLoan);
   const std::string id = DG.Cell(row, kPayID);
   const bool other_changes = std::exchange(session().PaymentsChanged, false);
-  OpenPaymentFrm(id.empty() ? "New Payment" : "Edit Payment", loan, id);
+  OpenFor(session(), desk(), "PaymentFrm", id.empty() ? "New Payment" : "Edit Payment",
+          HandOver{{}, loan, id});
   if (!session().PaymentsChanged) {
     session().PaymentsChanged = other_changes;
     return;
@@ -279,19 +281,6 @@ void SpecialRpt::OpenPayment(int row) {
   DG.SetTone(row, stored.Eof() ? RowTone::plain : RowTone::good);
   RefreshLoan(loan);
   ShowTotal();
-}
-
-void SpecialRpt::OpenPaymentFrm(const std::string& mode, const std::string& loan_id,
-                                const std::string& pay_id) {
-  const std::string own_tag = std::exchange(session().CallerTag, mode);
-  const std::string own_loan = std::exchange(session().HandOverLoanID, loan_id);
-  const std::string own_extra = std::exchange(session().PickerExtra, pay_id);
-  const std::string own_title = session().MsgTitle;
-  desk().Show("PaymentFrm");
-  session().CallerTag = own_tag;
-  session().HandOverLoanID = own_loan;
-  session().PickerExtra = own_extra;
-  session().MsgTitle = own_title;
 }
 
 }  // namespace kaunter

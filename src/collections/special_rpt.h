@@ -63,8 +63,6 @@ class SpecialRpt : public SessionScreen {
   // What is open on the listed rows of a loan, as it is stored now.
   void RefreshLoan(const std::string& loan_id);
   void OpenPayment(int row);
-  void OpenPaymentFrm(const std::string& mode, const std::string& loan_id,
-                      const std::string& pay_id);
 
   std::string allowed_day_;  // the payment date that passed the check of Sundays and holidays
 };

@@ -5,6 +5,7 @@
 #include <exception>
 #include <vector>
 
+#include "core/amounts.h"
 #include "core/central_database.h"
 #include "core/log.h"
 #include "core/session.h"
@@ -18,7 +19,6 @@ namespace {
 bool IsOn(const Value& value) { return NullToEmpty(value) == "1"; }
 
 // Null is no threshold of its own: every amount exceeds 0.00.
-Money AmountOf(const Value& value) { return Money::FromText(ShowMoney(value)); }
 
 // What is looked up: one number, in the column of its kind.
 struct Lookup {
@@ -84,8 +84,8 @@ bool LoadAMLSettings(Session& session, std::string_view comp_code) {
   if (company.Eof()) return false;
   session.aml = {.AMLA = IsOn(company.Field("AMLA")),
                  .AMLACheckIC = IsOn(company.Field("AMLACheckIC")),
-                 .AMLALoan = AmountOf(company.Field("AMLALoan")),
-                 .AMLAPayment = AmountOf(company.Field("AMLAPayment")),
+                 .AMLALoan = Sen(company.Field("AMLALoan")),
+                 .AMLAPayment = Sen(company.Field("AMLAPayment")),
                  .AMLAWarning = IsOn(company.Field("AMLAWarning")),
                  .DisableSTR = IsOn(company.Field("DisableSTR"))};
   return session.aml.AMLA;

@@ -4,6 +4,7 @@
 
 #include "core/company_access.h"
 #include "core/identity.h"
+#include "core/open_for.h"
 #include "core/picker.h"
 #include "core/values.h"
 #include "customers/customer_store.h"
@@ -151,10 +152,7 @@ void NewCustFrm::BindEvents() {
     pictures[i]->picker = "file";
     pictures[i]->onSearch = [this, box = pictures[i], i] { ChoosePhoto(*box, i + 1); };
   }
-  LoanDG.onOpen = [this](int row, int) {
-    session().HandOverLoanID = LoanDG.Cell(row, 0);
-    OpenFor("NewLoanFrm", "Edit Loan");
-  };
+  LoanDG.onOpen = [this](int row, int) { OpenFor("NewLoanFrm", "Edit Loan", LoanDG.Cell(row, 0)); };
   OpenLoansChk.onClick = [this] { LoadLoans(loaded_id_); };
   CmdLinkApp.onClick = [this] { LinkApplication(); };
   CmdPrev.onClick = [this] {
@@ -264,15 +262,10 @@ void NewCustFrm::ShowNeighbour(const std::string& id) {
   if (!id.empty()) LoadCustomer(id);
 }
 
-void NewCustFrm::OpenFor(const std::string& screen, const std::string& command) {
+void NewCustFrm::OpenFor(const std::string& screen, const std::string& command,
+                         const std::string& loan_id) {
   if (loaded_id_.empty() || !desk().CanShow(screen)) return;
-  const std::string own_tag = session().CallerTag;
-  session().HandOverCustID = loaded_id_;
-  session().CallerTag = command;
-  desk().Show(screen);
-  session().HandOverCustID.clear();
-  session().HandOverLoanID.clear();
-  session().CallerTag = own_tag;
+  kaunter::OpenFor(session(), desk(), screen, command, HandOver{loaded_id_, loan_id, {}});
   LoadLoans(loaded_id_);
   ShowCredit(loaded_id_);
 }

@@ -218,7 +218,9 @@ class NewCustFrm : public SessionScreen {
   void StartNew();
   void ClearAll();
   void ShowNeighbour(const std::string& id);
-  void OpenFor(const std::string& screen, const std::string& command);
+  // Opens a screen for this customer, or for one of the loans.
+  void OpenFor(const std::string& screen, const std::string& command,
+               const std::string& loan_id = {});
 
   // new_cust_save.cpp: checks, write, delete
   void Save();

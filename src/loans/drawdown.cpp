@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "core/amounts.h"
 #include "core/audit.h"
 #include "core/company_access.h"
 #include "core/sequences.h"
@@ -19,8 +20,6 @@ constexpr int kDateLength = 10;
 constexpr int kAmountLength = 20;
 
 Money Amount(const TextBox& box) { return Money::FromText(StripCommaOrZero(box.text())); }
-// As its column keeps it.
-Money Sen(const TextBox& box) { return Money::FromText(ShowMoney(box.text())); }
 
 // Short numbers are a key, and each company counts for itself.
 std::string DrawNumber(Connection& main, const std::string& company) {
@@ -142,7 +141,7 @@ Money Drawdown::SumOfOthers() {
   std::string sql =
       "SELECT SUM(DrawDownAmt) FROM DrawDownMast WHERE LoanID=" + QuoteStr(LoanID.text());
   if (!IsNew()) sql += " AND SID <> " + QuoteStr(SID.text());
-  return Money::FromText(ShowMoney(main().Query(sql).Field(0)));
+  return Sen(main().Query(sql).Field(0));
 }
 
 bool Drawdown::ExceedsLoan() { return SumOfOthers() + Sen(DrawDownAmt) > Amount(LoanAmt); }

@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "core/amounts.h"
 #include "core/audit.h"
 #include "core/record.h"
 #include "core/session.h"
@@ -37,7 +38,7 @@ Money OpenLoan(Connection& main, const LoanKey& key, const LoanFigures& old) {
   const std::string id = QuoteStr(key.LoanID);
   Transaction transaction(main);
   const Recordset row = main.Query("SELECT CloseBal FROM LoanMast WHERE LoanID=" + id);
-  const Money balance = row.Eof() ? Money() : Money::FromText(ShowMoney(row.Field(0)));
+  const Money balance = row.Eof() ? Money() : Sen(row.Field(0));
   ExecuteOnRow(
       main,
       "UPDATE LoanMast SET LoanStatus='ACTIVE',LoanBal=CloseBal, CloseBal=0 WHERE LoanID=" + id,

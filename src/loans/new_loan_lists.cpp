@@ -197,9 +197,8 @@ void NewLoanFrm::OpenPayment(int row) {
     Refuse({"Please save the changes of the loan first", "请先储存贷款的更改"});
     return;
   }
-  session().PickerExtra = vsd4.Cell(row, kPayID);
-  OpenFor(session(), desk(), "PaymentFrm", "Edit Payment", id);
-  session().PickerExtra.clear();
+  OpenFor(session(), desk(), "PaymentFrm", "Edit Payment",
+          HandOver{{}, id, vsd4.Cell(row, kPayID)});
   LoadLoan(id);
 }
 

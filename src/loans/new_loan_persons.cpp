@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "core/amounts.h"
 #include "core/company_access.h"
 #include "core/identity.h"
 #include "core/picker.h"
@@ -107,8 +108,7 @@ bool NewLoanFrm::LoadCustomer(bool lenient) {
     LoadCheckList();
     ShowAml();
   }
-  ShowCredit(Money::FromText(ShowMoney(row.Field("CreditLimit"))),
-             NullToEmpty(row.Field("CreditLimitType")));
+  ShowCredit(Sen(row.Field("CreditLimit")), NullToEmpty(row.Field("CreditLimitType")));
   if (!Bank.empty()) return true;
   const Recordset bank = main().Query(
       fmt::format("SELECT TOP 1 ATMCardNo,ATMPinNo,Bank,BankBranch FROM LoanMast WHERE CustID={} "

@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 
+#include "core/amounts.h"
 #include "core/audit.h"
 #include "core/log.h"
 #include "core/sequences.h"
@@ -23,8 +24,6 @@ namespace {
 constexpr int kNoCurrentRow = 3021;  // what NextLoanNumber says of a customer without a counter
 
 Money Amount(const TextBox& box) { return Money::FromText(StripCommaOrZero(box.text())); }
-// As the column keeps it.
-Money Sen(const TextBox& box) { return Money::FromText(ShowMoney(box.text())); }
 
 void LogDone(const Session& session, const std::string& mode, const std::string& id,
              const char* what) {

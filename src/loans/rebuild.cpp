@@ -22,11 +22,6 @@ Money ShownScalar(Connection& main, const std::string& sql) {
   return row.Eof() ? Money() : ReplayAmount(row.Field(0));
 }
 
-std::optional<DateTime> DateOf(const Value& value) {
-  const DateTime* date = value.AsDate();
-  return date != nullptr ? std::optional(*date) : std::nullopt;
-}
-
 std::string DateLiteral(const std::optional<DateTime>& date) {
   return date ? SqlDate(*date) : "null";
 }
@@ -37,7 +32,7 @@ std::string DateTimeLiteral(const Value& value) {
 
 ReplayLine ReadLine(const Recordset& row) {
   return {.SchID = CLng(row.Field("SchID").ToText()),
-          .DueDate = DateOf(row.Field("DueDate")),
+          .DueDate = ReplayDate(row.Field("DueDate")),
           .PayableAmt = ReplayAmount(row.Field("PayableAmt")),
           .CapitalAmt = ReplayAmount(row.Field("CapitalAmt")),
           .InterestAmt = ReplayAmount(row.Field("InterestAmt")),
@@ -49,7 +44,7 @@ ReplayLine ReadLine(const Recordset& row) {
 
 ReplayPayment ReadPayment(const Recordset& row) {
   return {.PayID = NullToEmpty(row.Field("PayID")),
-          .PayDate = DateOf(row.Field("PayDate")),
+          .PayDate = ReplayDate(row.Field("PayDate")),
           .IntAmt = ReplayAmount(row.Field("IntAmt")),
           .ChargeAmt = ReplayAmount(row.Field("ChargeAmt")),
           .DiscAmt = ReplayAmount(row.Field("DiscAmt")),
@@ -219,7 +214,7 @@ class LoanRebuild {
     const Recordset row = main_.Query(fmt::format(
         "SELECT DueDate FROM SchMast WHERE LoanID={} AND Payment < PayableAmt ORDER BY DueDate",
         id_));
-    return row.Eof() ? "" : ",NextDueDate=" + DateLiteral(DateOf(row.Field(0)));
+    return row.Eof() ? "" : ",NextDueDate=" + DateLiteral(ReplayDate(row.Field(0)));
   }
 
   // The group follows the balance only where it is one of these two.

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "core/amounts.h"
 #include "core/values.h"
 
 namespace kaunter {
@@ -28,7 +29,12 @@ Money ReplayAmount(const Value& value) {
   // Whole sen pass through their shown form unchanged.
   const Money* money = value.AsMoney();
   if (money != nullptr && money->ten_thousandths() % 100 == 0) return *money;
-  return Money::FromText(ShowMoney(value));
+  return Sen(value);
+}
+
+std::optional<DateTime> ReplayDate(const Value& value) {
+  const DateTime* date = value.AsDate();
+  return date != nullptr ? std::optional(*date) : std::nullopt;
 }
 
 ReplayLoan ReplayLoanOf(const Value& drag_loan, const Value& special_sch) {

@@ -16,6 +16,8 @@ namespace kaunter {
 
 // Every amount, and the interest rate with it, takes part with the two decimals of its shown form.
 Money ReplayAmount(const Value& value);
+// Nothing for Null.
+std::optional<DateTime> ReplayDate(const Value& value);
 
 struct ReplayLoan {
   bool personal = false;

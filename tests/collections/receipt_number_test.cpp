@@ -1,6 +1,8 @@
 // Receipt numbers: style, digits, numbers in use, and numbers that are given back.
 #include "collections/receipt_number.h"
 
+#include "collections/renumber_receipts.h"
+
 #include "tests/collections/payment_office.h"
 
 namespace kaunter {
@@ -63,7 +65,8 @@ TEST_F(ReceiptNumber, NumbersInUseArePassedOverButNotInARenumbering) {
       "UPDATE PaymentMast SET ReceiptNo='202401-0003',CompCode='AB' WHERE PayID='P3'");
   EXPECT_EQ(Next(), "202401-0003");
   SetCounter("HQ#202401-", "0");
-  EXPECT_EQ(NextReceiptNo(office.session, "HQ", "31-01-2024", false), "202401-0001");
+  RenumberReceipts(office.session, {"HQ", {2024, 1, 31}, ""}, [](int, int) {});
+  EXPECT_EQ(Scalar("SELECT ReceiptNo FROM PaymentMast WHERE PayID='P1'"), "202401-0001");
 }
 
 TEST_F(ReceiptNumber, ATextThatIsNoDateDrawsNothing) {
