@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "desktop/preview_dialog.h"
+#include "reports/report_csv.h"
 #include "reports/run_report.h"
 #include "screen/report_job.h"
 

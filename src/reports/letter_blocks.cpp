@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/values.h"
+#include "reports/report_picture.h"
 #include "reports/text_width.h"
 
 namespace kaunter {
@@ -106,6 +107,8 @@ class Composer {
         return Rule();
       case LetterKind::cut:
         return Cut();
+      case LetterKind::picture:
+        return Picture(item);
       case LetterKind::pair:
         return Pair(item);
       case LetterKind::amount:
@@ -179,6 +182,21 @@ class Composer {
     LetterBlock block;
     block.height = 8;
     CutLine(block.marks, 4, file_.width_mm);
+    Put(std::move(block));
+  }
+
+  // One that is not there leaves no gap.
+  void Picture(const LetterItem& item) {
+    const std::string path = PicturePath(file_, Filled(0));
+    if (path.empty()) return;
+    LetterBlock block;
+    const double width = std::min(item.numbers[0], width_);
+    const double free = width_ - width;
+    const double left = item.align == TextAlign::right    ? free
+                        : item.align == TextAlign::center ? free / 2
+                                                          : 0;
+    block.marks.pictures.push_back({x_ + left, 0, width, item.numbers[1], path, item.align});
+    block.height = item.numbers[1] + kParagraphGap;
     Put(std::move(block));
   }
 
@@ -349,6 +367,10 @@ void PutMarks(const ReportPage& marks, double down, ReportPage& page) {
   for (PageArea area : marks.areas) {
     area.y += down;
     page.areas.push_back(area);
+  }
+  for (PagePicture picture : marks.pictures) {
+    picture.y += down;
+    page.pictures.push_back(std::move(picture));
   }
   for (PageLine line : marks.lines) {
     line.y1 += down;

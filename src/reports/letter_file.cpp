@@ -28,6 +28,7 @@ constexpr Shape kShapes[] = {
     {"space", LetterKind::space, 0, 0, 1, ""},
     {"rule", LetterKind::rule, 0, 0, 0, ""},
     {"cut", LetterKind::cut, 0, 0, 0, ""},
+    {"picture", LetterKind::picture, 1, 1, 2, "left center right"},
     {"pair", LetterKind::pair, 2, 4, 0, "bold"},
     {"amount", LetterKind::amount, 2, 2, 0, "bold always"},
     {"box", LetterKind::box, 2, 2, 0, "size"},
@@ -110,6 +111,7 @@ bool LetterParser::Take(const std::vector<ReportWord>& words, int line) {
     if (words[0].text != shape.word) continue;
     LetterItem item = ItemOf(shape, words);
     item.line = line;
+    DropInherited();
     CheckOrder(item);
     letter_.items.push_back(std::move(item));
     return true;
@@ -133,6 +135,7 @@ bool LetterParser::TakeSetting(const std::vector<ReportWord>& words, int line) {
     letter_.foot = words[1].text;
     letter_.foot_line = line;
   } else if (key == "copies") {
+    letter_.copies.clear();
     for (std::size_t i = 1; i < words.size(); ++i) letter_.copies.push_back(words[i].text);
   } else {
     TakeMore(words);
@@ -140,9 +143,14 @@ bool LetterParser::TakeSetting(const std::vector<ReportWord>& words, int line) {
   return true;
 }
 
+void LetterParser::DropInherited() {
+  if (inherited_) letter_.items.clear();
+  inherited_ = false;
+}
+
 // A long paragraph goes on in the next line of the file.
 void LetterParser::TakeMore(const std::vector<ReportWord>& words) {
-  if (letter_.items.empty() || letter_.items.back().kind != LetterKind::text) {
+  if (inherited_ || letter_.items.empty() || letter_.items.back().kind != LetterKind::text) {
     Refuse("\"more\" goes on with the \"text\" above it, and there is none");
   }
   CheckText(words[1].text);

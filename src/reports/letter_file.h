@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "reports/report_document.h"
+#include "reports/report_words.h"
 
 namespace kaunter {
 
@@ -16,6 +17,7 @@ enum class LetterKind {
   space,
   rule,
   cut,  // where scissors go
+  picture,
   pair,
   amount,  // a label and a figure at the right edge
   box,     // a large figure in a frame
@@ -49,16 +51,14 @@ struct LetterFile {
   double margin = 15;
 };
 
-// A line of a report file taken apart at its blanks.
-struct ReportWord {
-  std::string text;
-  bool quoted = false;
-};
-
 // Takes the lines of a letter one by one. What it refuses is thrown as std::invalid_argument that
 // says what is wrong; file and line are the caller's.
 class LetterParser {
  public:
+  LetterParser() = default;
+  // Begins with the letter of a file that is like this one: its lines hold until the first line of
+  // the text is taken.
+  explicit LetterParser(LetterFile like) : letter_(std::move(like)), inherited_(true) {}
   // False when no line of a letter begins with this word.
   bool Take(const std::vector<ReportWord>& words, int line);
   // The file is at its end: what is still open is refused. `columns` tells whether it has a table.
@@ -71,7 +71,10 @@ class LetterParser {
   void TakeMore(const std::vector<ReportWord>& words);
   void CheckOrder(const LetterItem& item);
 
+  void DropInherited();
+
   LetterFile letter_;
+  bool inherited_ = false;                // the items are those of the other file
   LetterKind open_ = LetterKind::across;  // columns, beside, or across when none is open
 };
 

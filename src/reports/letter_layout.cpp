@@ -7,6 +7,7 @@
 
 #include "core/values.h"
 #include "reports/letter_blocks.h"
+#include "reports/report_layout.h"
 #include "reports/report_table.h"
 
 namespace kaunter {
@@ -107,13 +108,14 @@ class LetterLayout {
     const std::size_t count = document_.pages.size() - first;
     for (std::size_t i = 0; i < count; ++i) {
       Foot(document_.pages[first + i], file_.height_mm, span,
-           count > 1 ? fmt::format("Page {} of {}", i + 1, count) : "");
+           count > 1 ? PageOfText(file_.chinese, i + 1, count) : "");
     }
   }
 
   void BreakBefore(const LetterBlock& block, const std::vector<LetterBlock>& blocks) {
     // What is empty needs no page: a gap at the foot of one is simply dropped.
-    if (!block.new_page && block.marks.texts.empty() && block.marks.lines.empty()) {
+    if (!block.new_page && block.marks.texts.empty() && block.marks.lines.empty() &&
+        block.marks.pictures.empty()) {
       y_ = Bottom() - block.height;
       return;
     }
@@ -157,7 +159,7 @@ class LetterLayout {
   void SayEmpty() {
     NewPage();
     page().texts.push_back({file_.letter.margin, y_, file_.width_mm - 2 * file_.letter.margin, 6,
-                            "No rows for this selection.", 9, false, TextAlign::left, Tone::quiet});
+                            NoRowsText(file_.chinese), 9, false, TextAlign::left, Tone::quiet});
   }
 
   const ReportFile& file_;

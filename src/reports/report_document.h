@@ -39,8 +39,19 @@ struct PageArea {
   Tone tone = Tone::shade;
 };
 
+// A picture file, as large as its place allows and in its own proportions.
+struct PagePicture {
+  double x = 0;
+  double y = 0;
+  double width = 0;
+  double height = 0;
+  std::string path;
+  TextAlign align = TextAlign::left;  // within its place
+};
+
 struct ReportPage {
   std::vector<PageArea> areas;  // drawn first
+  std::vector<PagePicture> pictures;
   std::vector<PageLine> lines;
   std::vector<PageText> texts;
 };

@@ -2,22 +2,36 @@
 // without a compiler; docs/report-files.md describes it for them.
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "reports/letter_file.h"
+#include "reports/report_words.h"
 
 namespace kaunter {
 
 enum class CellKind { text, integer, money, rate, date };
 
+// One column of the query added to, or taken from, a running figure.
+struct RunningTerm {
+  std::string field;
+  bool minus = false;
+};
+
 struct ReportColumn {
   std::string heading;
-  std::string field;  // name of a column of the query
+  std::string field;  // name of a column of the query; "" for a running figure
   CellKind kind = CellKind::text;
-  double weight = 10;  // share of the page's width
-  bool sum = false;    // totals show its sum
+  double weight = 10;       // share of the page's width
+  bool sum = false;         // totals show its sum
+  bool last = false;        // totals show the figure of their last row
+  bool blank_zero = false;  // 0 is left out
+  bool wrap = false;        // a long text takes several lines
+  std::vector<RunningTerm> running;
+  std::string restart;  // the running figure begins anew when this column changes; "" for never
+  int line = 0;         // of the file
 };
 
 // A line above the table: a label and a text with {?Parameter}, {field} and {count} places.
@@ -26,33 +40,64 @@ struct ReportField {
   std::string text;
 };
 
+// How the values of a column are taken together.
+enum class GroupBy { value, year, month };
+
 struct ReportGroup {
-  enum class By { value, year, month };
   std::string field;
-  By by = By::value;
-  std::string label;  // of the subtotal; "{group}" is the value
+  GroupBy by = GroupBy::value;
+  std::string label;    // of the subtotal; "{group}" is the value; "" for no subtotal
+  std::string heading;  // above the group's rows; "" for none
+  bool new_page = false;
+  bool always = false;  // a subtotal even when there is one group only
+  int line = 0;
+};
+
+// Bars of sums: one for each value of the label column.
+struct ReportChart {
+  std::string title;
+  std::string label;
+  GroupBy by = GroupBy::value;
+  std::string value;
+  bool below = false;  // the table; else above it
+  int line = 0;
+};
+
+struct ReportPicture {
+  std::string path;  // with places; beside the report file unless it is a full path
+  double width = 0;
+  double height = 0;
+  int line = 0;
 };
 
 struct ReportFile {
   std::string path;
+  bool chinese = false;  // the captions are the Chinese ones
   double width_mm = 210;
   double height_mm = 297;
   std::string title;
   std::vector<ReportField> fields;
-  std::string query;  // with {selection} where the condition goes
+  std::vector<ReportPicture> pictures;  // beside the title
+  std::string query;                    // with {selection} where the condition goes
+  int query_line = 0;
   std::string order;
+  std::map<std::string, std::string> defaults;  // of parameters, by name in lower case
+  std::map<std::string, std::string> aliases;   // by what a formula says, in lower case
   std::vector<ReportColumn> columns;
-  std::vector<ReportGroup>
-      groups;               // outermost first; subtotals show when a group has more than one value
+  std::vector<ReportGroup> groups;  // outermost first
+  std::vector<ReportChart> charts;
   std::string total_label;  // "" for no grand total
   std::string note;         // a closing sentence under the table
-  LetterFile letter;        // its key is empty in a list
+  bool summary = false;     // subtotals without the rows
+  std::string summary_heading;
+  LetterFile letter;  // its key is empty in a list
 
   bool IsLetter() const { return !letter.key.empty(); }
 
   // Throws std::runtime_error naming file, line and what is wrong.
-  static ReportFile Parse(std::string_view text, const std::string& path);
-  static ReportFile Read(const std::string& path);
+  static ReportFile Parse(std::string_view text, const std::string& path,
+                          const ReportReading& reading = {});
+  static ReportFile Read(const std::string& path, const ReportReading& reading = {});
 };
 
 }  // namespace kaunter

@@ -4,7 +4,11 @@
 
 #include "core/values.h"
 #include "reports/letter_layout.h"
+#include "reports/report_chart.h"
+#include "reports/report_groups.h"
+#include "reports/report_picture.h"
 #include "reports/report_table.h"
+#include "reports/text_width.h"
 
 namespace kaunter {
 namespace {
@@ -12,65 +16,53 @@ namespace {
 constexpr double kMargin = 15;
 constexpr double kRowHeight = ReportTable::kRowHeight;
 constexpr double kFootHeight = 8;
+constexpr double kSmallPoints = 9;
+constexpr std::size_t kRowsBetweenReports = 500;
 
 class Layout {
  public:
-  Layout(const ReportFile& file, const ReportHeading& heading, const Recordset& rows)
+  Layout(const ReportFile& file, const ReportHeading& heading, const Recordset& rows,
+         const ReportProgress& progress)
       : file_(file),
         heading_(heading),
         rows_(rows),
+        progress_(progress),
         texts_(file.path, heading, rows),
-        table_(file, texts_, rows, kMargin, file.width_mm - 2 * kMargin) {
+        table_(file, texts_, rows, kMargin, file.width_mm - 2 * kMargin),
+        groups_(file, texts_, rows) {
     document_.title = Fill(file.title);
     document_.width_mm = file.width_mm;
     document_.height_mm = file.height_mm;
-    FindGroups();
   }
 
   ReportDocument Run() {
-    NewPage();
+    document_.pages.emplace_back();
+    y_ = kMargin;
     Heading();
+    Charts(false);
     TableHead();
     sums_.assign(groups_.size() + 1, table_.NoSums());
     for (std::size_t row = 0; row < rows_.RowCount(); ++row) {
+      if (progress_ && row % kRowsBetweenReports == 0) progress_(row, rows_.RowCount());
       CloseGroups(row);
+      OpenGroups(row);
       TableRow(row);
     }
     CloseGroups(rows_.RowCount());
-    if (!file_.total_label.empty()) TotalRow(Fill(file_.total_label), sums_[0], true);
-    if (rows_.RowCount() == 0) Quiet("No rows for this selection.");
+    if (rows_.RowCount() == 0) {
+      Quiet(NoRowsText(file_.chinese));
+    } else if (!file_.total_label.empty()) {
+      TotalRow(Fill(file_.total_label), sums_[0], true);
+    }
+    Charts(true);
     if (!file_.note.empty()) Quiet(Fill(file_.note));
     Feet();
     return std::move(document_);
   }
 
  private:
-  struct GroupPlace {
-    const ReportGroup* group;
-    std::size_t field;
-    bool several = false;  // one value alone needs no subtotal: the total says it
-  };
-
-  void FindGroups() {
-    for (const ReportGroup& group : file_.groups) {
-      GroupPlace place{&group, texts_.ColumnOf(group.field)};
-      for (std::size_t row = 1; row < rows_.RowCount(); ++row) {
-        place.several = place.several || GroupValue(place, row) != GroupValue(place, 0);
-      }
-      groups_.push_back(place);
-    }
-  }
-
-  std::string GroupValue(const GroupPlace& place, std::size_t row) const {
-    const Value& value = rows_.rows()[row][place.field];
-    const DateTime* date = value.AsDate();
-    if (date != nullptr && place.group->by == ReportGroup::By::year)
-      return std::to_string(date->year);
-    if (date != nullptr && place.group->by == ReportGroup::By::month) {
-      return fmt::format("{:02}-{}", date->month, date->year);
-    }
-    return date != nullptr ? ShowCell(value, CellKind::date) : NullToEmpty(value);
-  }
+  double Width() const { return file_.width_mm - 2 * kMargin; }
+  double Bottom() const { return file_.height_mm - kMargin - kFootHeight; }
 
   std::string Fill(const std::string& text) const {
     return texts_.Fill(text, {0, rows_.RowCount()});
@@ -78,38 +70,68 @@ class Layout {
 
   ReportPage& page() { return document_.pages.back(); }
 
-  void NewPage() {
-    document_.pages.emplace_back();
-    y_ = kMargin;
-    striped_ = false;
-  }
-
   void Text(double x, double width, std::string text, double points, bool bold = false,
             TextAlign align = TextAlign::left, Tone tone = Tone::ink, double height = kRowHeight) {
     page().texts.push_back({x, y_, width, height, std::move(text), points, bold, align, tone});
   }
 
+  // --- the head of the pages
+
   void Heading() {
-    const double width = file_.width_mm - 2 * kMargin;
+    double picture_bottom = y_;
+    double width = Width();
+    for (const ReportPicture& picture : file_.pictures) {
+      const std::string path = PicturePath(file_, Fill(picture.path));
+      if (path.empty()) continue;
+      width -= picture.width + 3;
+      page().pictures.push_back(
+          {kMargin + width + 3, kMargin, picture.width, picture.height, path, TextAlign::right});
+      picture_bottom = std::max(picture_bottom, kMargin + picture.height + 2);
+    }
     if (!heading_.company.empty()) {
-      Text(kMargin, width, heading_.company, 9, false, TextAlign::left, Tone::quiet);
+      Text(kMargin, width, heading_.company, kSmallPoints, false, TextAlign::left, Tone::quiet);
       y_ += kRowHeight;
     }
     Text(kMargin, width, document_.title, 16, true, TextAlign::left, Tone::accent, 9);
     y_ += 10;
-    if (!heading_.subtitle.empty()) {
-      Text(kMargin, width, heading_.subtitle, 9, false, TextAlign::left, Tone::quiet);
-      y_ += kRowHeight + 1;
+    // What was selected stands there in full.
+    for (const std::string& line : WrapText(heading_.subtitle, width - 1, kSmallPoints, false)) {
+      Text(kMargin, width, line, kSmallPoints, false, TextAlign::left, Tone::quiet);
+      y_ += kRowHeight - 1;
     }
-    // Fields stand in two columns, read across.
-    const double half = width / 2;
+    if (!heading_.subtitle.empty()) y_ += 2;
+    y_ = std::max(y_, picture_bottom);
+    Fields();
+    y_ += 4;
+  }
+
+  // In two columns, read across.
+  void Fields() {
+    const double half = Width() / 2;
     for (std::size_t i = 0; i < file_.fields.size(); ++i) {
       const double x = kMargin + (i % 2 == 0 ? 0 : half);
-      Text(x, 34, Fill(file_.fields[i].label), 9, false, TextAlign::left, Tone::quiet);
-      Text(x + 34, half - 36, Fill(file_.fields[i].text), 9, true);
+      Text(x, 34, Fill(file_.fields[i].label), kSmallPoints, false, TextAlign::left, Tone::quiet);
+      Text(x + 34, half - 36, Fill(file_.fields[i].text), kSmallPoints, true);
       if (i % 2 == 1 || i + 1 == file_.fields.size()) y_ += kRowHeight + 0.4;
     }
-    y_ += 4;
+  }
+
+  void NewPage() {
+    document_.pages.emplace_back();
+    y_ = kMargin;
+    striped_ = false;
+    const double half = Width() / 2;
+    Text(kMargin, half, document_.title, 10, true, TextAlign::left, Tone::accent);
+    if (!heading_.company.empty()) {
+      Text(kMargin + half, half, heading_.company, 8, false, TextAlign::right, Tone::quiet);
+    }
+    y_ += kRowHeight;
+    if (!heading_.subtitle.empty()) {
+      Text(kMargin, Width(), heading_.subtitle, 8, false, TextAlign::left, Tone::quiet);
+      y_ += kRowHeight;
+    }
+    y_ += 1;
+    TableHead();
   }
 
   void TableHead() {
@@ -117,40 +139,94 @@ class Layout {
     y_ += ReportTable::kHeadHeight;
   }
 
-  void Room(double height) {
-    if (y_ + height <= file_.height_mm - kMargin - kFootHeight) return;
+  // True when a new page was begun for it.
+  bool Room(double height) {
+    if (y_ + height <= Bottom()) return false;
     NewPage();
-    TableHead();
+    return true;
   }
 
+  void Charts(bool below) {
+    for (const ReportChart& chart : file_.charts) {
+      if (chart.below != below || rows_.RowCount() == 0) continue;
+      const std::vector<ChartBar> bars = ChartBars(chart, texts_, rows_, file_.chinese);
+      const double height = ChartHeight(bars.size());
+      if (below) y_ += 4;
+      if (y_ + height > Bottom()) {
+        document_.pages.emplace_back();
+        y_ = kMargin;
+      }
+      DrawChart(page(), kMargin, y_, Width(), Fill(chart.title), bars);
+      y_ += height;
+    }
+    if (!below && y_ + 40 > Bottom()) {
+      document_.pages.emplace_back();
+      y_ = kMargin;
+    }
+  }
+
+  // --- the rows
+
   void TableRow(std::size_t row) {
-    Room(kRowHeight);
-    table_.Row(page(), y_, row, striped_, false);
-    striped_ = !striped_;
     for (auto& level : sums_) table_.AddTo(level, row);
+    if (file_.summary) return;
+    if (Room(std::min(table_.RowHeight(row, false), Bottom() - kMargin - 40))) RepeatHeadings(row);
+    y_ += table_.Row(page(), y_, row, striped_, false);
+    striped_ = !striped_;
+  }
+
+  void OpenGroups(std::size_t row) {
+    for (std::size_t g = groups_.FirstChanged(row); g < groups_.size(); ++g) {
+      const ReportGroup& group = groups_.group(g);
+      if (group.new_page && row > 0 && !fresh_page_) {
+        NewPage();
+        fresh_page_ = true;
+      }
+      // In a summary the subtotal is the line of the innermost group.
+      if (group.heading.empty() || (file_.summary && g + 1 == groups_.size())) continue;
+      Room(3 * kRowHeight);
+      GroupHeading(g, row, "");
+    }
+    fresh_page_ = false;
+  }
+
+  void GroupHeading(std::size_t g, std::size_t row, const std::string& behind) {
+    const double indent = 4 * static_cast<double>(g);
+    y_ += 0.8;
+    Text(kMargin + ReportTable::kPad + indent, Width() - indent - 2 * ReportTable::kPad,
+         groups_.Text(groups_.group(g).heading, g, row) + behind, kSmallPoints, true,
+         TextAlign::left, Tone::accent);
     y_ += kRowHeight;
+    striped_ = false;
+  }
+
+  // A page that begins within a group says in which.
+  void RepeatHeadings(std::size_t row) {
+    for (std::size_t g = 0; g < groups_.size(); ++g) {
+      if (groups_.group(g).heading.empty() || groups_.FirstChanged(row) <= g) continue;
+      GroupHeading(g, row, file_.chinese ? "（续）" : " (continued)");
+    }
   }
 
   // Prints the subtotals of the groups that end before this row, innermost first.
   void CloseGroups(std::size_t row) {
     if (row == 0) return;
-    std::size_t first = groups_.size();
-    for (std::size_t g = 0; g < groups_.size(); ++g) {
-      if (row == rows_.RowCount() ||
-          GroupValue(groups_[g], row) != GroupValue(groups_[g], row - 1)) {
-        first = g;
-        break;
-      }
-    }
+    const std::size_t first = row == rows_.RowCount() ? 0 : groups_.FirstChanged(row);
     for (std::size_t g = groups_.size(); g-- > first;) {
-      if (groups_[g].several) {
-        std::string label = groups_[g].group->label;
-        const auto place = label.find("{group}");
-        if (place != std::string::npos) label.replace(place, 7, GroupValue(groups_[g], row - 1));
-        TotalRow(label, sums_[g + 1], false);
+      const ReportGroup& group = groups_.group(g);
+      if (!group.label.empty() && (groups_.Several(g) || group.always || file_.summary)) {
+        SubTotal(groups_.Text(group.label, g, row - 1), g);
       }
       sums_[g + 1] = table_.NoSums();
     }
+  }
+
+  void SubTotal(const std::string& label, std::size_t g) {
+    if (!file_.summary || g + 1 < groups_.size()) return TotalRow(label, sums_[g + 1], false);
+    Room(kRowHeight);
+    table_.SummaryRow(page(), y_, label, sums_[g + 1], striped_);
+    striped_ = !striped_;
+    y_ += kRowHeight;
   }
 
   void TotalRow(const std::string& label, const ReportTable::Sums& sums, bool grand) {
@@ -161,22 +237,24 @@ class Layout {
   }
 
   void Quiet(const std::string& text) {
-    Room(kRowHeight * 2);
+    for (const std::string& line : WrapText(text, Width() - 1, 8.5, false)) {
+      Room(kRowHeight * 2);
+      y_ += kRowHeight / 2;
+      Text(kMargin, Width(), line, 8.5, false, TextAlign::left, Tone::quiet);
+      y_ += kRowHeight / 2;
+    }
     y_ += kRowHeight / 2;
-    Text(kMargin, file_.width_mm - 2 * kMargin, text, 8.5, false, TextAlign::left, Tone::quiet);
-    y_ += kRowHeight;
   }
 
   void Feet() {
-    const double width = file_.width_mm - 2 * kMargin;
     const double y = file_.height_mm - kMargin;
     for (std::size_t i = 0; i < document_.pages.size(); ++i) {
       ReportPage& at = document_.pages[i];
       at.lines.push_back({kMargin, y - 1, file_.width_mm - kMargin, y - 1, 0.2, Tone::rule});
-      at.texts.push_back({kMargin, y, width / 2, kRowHeight, heading_.printed_at, 8, false,
+      at.texts.push_back({kMargin, y, Width() * 0.6, kRowHeight, heading_.printed_at, 8, false,
                           TextAlign::left, Tone::quiet});
-      at.texts.push_back({kMargin + width / 2, y, width / 2, kRowHeight,
-                          fmt::format("Page {} of {}", i + 1, document_.pages.size()), 8, false,
+      at.texts.push_back({kMargin + Width() * 0.6, y, Width() * 0.4, kRowHeight,
+                          PageOfText(file_.chinese, i + 1, document_.pages.size()), 8, false,
                           TextAlign::right, Tone::quiet});
     }
   }
@@ -184,19 +262,32 @@ class Layout {
   const ReportFile& file_;
   const ReportHeading& heading_;
   const Recordset& rows_;
+  const ReportProgress& progress_;
   ReportTexts texts_;
   ReportTable table_;
+  ReportGroups groups_;
   ReportDocument document_;
-  std::vector<GroupPlace> groups_;
   std::vector<ReportTable::Sums> sums_;  // [0] the whole report, then one a group
   double y_ = 0;
   bool striped_ = false;
+  bool fresh_page_ = false;  // begun for a group, and nothing is on it
 };
 
 }  // namespace
 
-ReportDocument LayOut(const ReportFile& file, const ReportHeading& heading, const Recordset& rows) {
-  return file.IsLetter() ? LayOutLetter(file, heading, rows) : Layout(file, heading, rows).Run();
+ReportDocument LayOut(const ReportFile& file, const ReportHeading& heading, const Recordset& rows,
+                      const ReportProgress& progress) {
+  return file.IsLetter() ? LayOutLetter(file, heading, rows)
+                         : Layout(file, heading, rows, progress).Run();
+}
+
+const char* NoRowsText(bool chinese) {
+  return chinese ? "没有符合条件的记录。" : "No rows for this selection.";
+}
+
+std::string PageOfText(bool chinese, std::size_t page, std::size_t of) {
+  return chinese ? fmt::format("第 {} 页，共 {} 页", page, of)
+                 : fmt::format("Page {} of {}", page, of);
 }
 
 }  // namespace kaunter

@@ -1,6 +1,9 @@
-// From the rows of a report to its pages: heading and fields, the table with its column heads
-// repeated on each page, subtotals of the groups, the grand total, and a foot with the page number.
+// From the rows of a report to its pages: heading and fields, pictures and charts, the table with
+// its column heads repeated on each page, headings and subtotals of the groups, the grand total,
+// and a foot with the page number.
 #pragma once
+
+#include <functional>
 
 #include "platform/sql/connection.h"
 #include "reports/report_document.h"
@@ -9,8 +12,17 @@
 
 namespace kaunter {
 
+// Told while a long list is laid out: how many of how many rows are on paper.
+using ReportProgress = std::function<void(std::size_t done, std::size_t of)>;
+
 // A letter is laid out as letter_layout.h tells. Throws std::runtime_error when a column of the
 // file is not among the rows' columns.
-ReportDocument LayOut(const ReportFile& file, const ReportHeading& heading, const Recordset& rows);
+ReportDocument LayOut(const ReportFile& file, const ReportHeading& heading, const Recordset& rows,
+                      const ReportProgress& progress = {});
+
+// The sentence on a paper without rows.
+const char* NoRowsText(bool chinese);
+// "Page 1 of 3"
+std::string PageOfText(bool chinese, std::size_t page, std::size_t of);
 
 }  // namespace kaunter

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 
+#include "core/values.h"
 #include "reports/text_width.h"
 
 namespace kaunter {
 namespace {
 
 constexpr double kPoints = 9;
+constexpr std::size_t kMostLines = 20;
 constexpr double kNextLine = 4.2;  // from one line of a row to the next
 
 TextAlign AlignOf(CellKind kind) {
@@ -22,22 +24,81 @@ ReportTable::ReportTable(const ReportFile& file, const ReportTexts& texts, const
   double weights = 0;
   for (const ReportColumn& column : file.columns) weights += column.weight;
   for (const ReportColumn& column : file.columns) {
-    const double share = width * column.weight / weights;
-    places_.push_back({texts.ColumnOf(column.field), x, share});
-    x += share;
+    Place place;
+    place.x = x;
+    place.width = width * column.weight / weights;
+    if (column.running.empty()) {
+      place.field = texts.ColumnOf(column.field, column.line);
+    } else {
+      place.running = Running(column, texts);
+    }
+    x += place.width;
+    places_.push_back(std::move(place));
   }
+}
+
+// A letter's running figure begins anew with each letter.
+std::vector<Money> ReportTable::Running(const ReportColumn& column,
+                                        const ReportTexts& texts) const {
+  std::vector<std::pair<std::size_t, bool>> terms;
+  for (const RunningTerm& term : column.running) {
+    terms.emplace_back(texts.ColumnOf(term.field, column.line), term.minus);
+  }
+  const std::string& key = column.restart.empty() ? file_.letter.key : column.restart;
+  const std::size_t restart = key.empty() ? 0 : texts.ColumnOf(key, column.line);
+  std::vector<Money> running;
+  Money figure;
+  for (std::size_t row = 0; row < rows_.RowCount(); ++row) {
+    const auto& values = rows_.rows()[row];
+    const bool anew =
+        !key.empty() && row > 0 &&
+        !SameText(NullToEmpty(values[restart]), NullToEmpty(rows_.rows()[row - 1][restart]));
+    if (anew) figure = {};
+    for (const auto& [field, minus] : terms) {
+      figure += minus ? -MoneyOf(values[field]) : MoneyOf(values[field]);
+    }
+    running.push_back(figure);
+  }
+  return running;
+}
+
+Value ReportTable::CellValue(std::size_t column, std::size_t row) const {
+  const Place& place = places_[column];
+  return place.running.empty() ? rows_.rows()[row][place.field] : Value(place.running[row]);
+}
+
+std::string ReportTable::CellText(std::size_t column, std::size_t row) const {
+  const ReportColumn& shown = file_.columns[column];
+  const Place& place = places_[column];
+  if (!place.running.empty()) return ShowCell(Value(place.running[row]), shown.kind);
+  const Value& value = rows_.rows()[row][place.field];
+  const bool nothing = shown.blank_zero && value.AsText() == nullptr && value.AsDate() == nullptr &&
+                       MoneyOf(value).IsZero();
+  return nothing ? std::string() : ShowCell(value, shown.kind);
 }
 
 void ReportTable::AddTo(Sums& sums, std::size_t row) const {
   for (std::size_t i = 0; i < places_.size(); ++i) {
-    if (file_.columns[i].sum) sums[i] += MoneyOf(rows_.rows()[row][places_[i].field]);
+    if (file_.columns[i].sum) {
+      sums[i] += MoneyOf(rows_.rows()[row][places_[i].field]);
+    } else if (file_.columns[i].last) {
+      sums[i] = MoneyOf(CellValue(i, row));
+    }
   }
 }
 
 void ReportTable::Head(ReportPage& page, double y) const {
   page.areas.push_back({x_, y, width_, kHeadHeight, Tone::accent});
-  for (std::size_t i = 0; i < places_.size(); ++i) {
+  std::size_t first = 0;
+  if (file_.summary) {
+    // Before the sums stand the names of the groups, not the columns of the rows.
+    while (first < places_.size() && !ShownInTotal(first, true)) ++first;
+    page.texts.push_back({x_ + kPad, y, LabelWidth(true) - 2 * kPad, kHeadHeight,
+                          file_.summary_heading, kPoints, true, TextAlign::left, Tone::shade});
+  }
+  for (std::size_t i = first; i < places_.size(); ++i) {
     const ReportColumn& column = file_.columns[i];
+    if (file_.summary && !ShownInTotal(i, false)) continue;
     page.texts.push_back({places_[i].x + kPad, y, places_[i].width - 2 * kPad, kHeadHeight,
                           column.heading, kPoints, true, AlignOf(column.kind), Tone::shade});
   }
@@ -45,15 +106,31 @@ void ReportTable::Head(ReportPage& page, double y) const {
 
 std::vector<std::string> ReportTable::LinesOf(std::size_t column, const std::string& text,
                                               bool may_grow) const {
-  if (!may_grow || file_.columns[column].kind != CellKind::text || text.empty()) return {text};
-  return WrapText(text, places_[column].width - 2 * kPad, kPoints, false);
+  const ReportColumn& shown = file_.columns[column];
+  if (!(may_grow || shown.wrap) || shown.kind != CellKind::text || text.empty()) return {text};
+  std::vector<std::string> lines = WrapText(text, places_[column].width - 2 * kPad, kPoints, false);
+  // A row stays within its page.
+  if (lines.size() > kMostLines) {
+    lines.resize(kMostLines);
+    lines.back() += " ...";
+  }
+  return lines;
+}
+
+double ReportTable::RowHeight(std::size_t row, bool may_grow) const {
+  std::size_t most = 1;
+  for (std::size_t i = 0; i < places_.size(); ++i) {
+    if (!may_grow && !file_.columns[i].wrap) continue;
+    most = std::max(most, LinesOf(i, CellText(i, row), may_grow).size());
+  }
+  return kRowHeight + kNextLine * static_cast<double>(most - 1);
 }
 
 double ReportTable::Row(ReportPage& page, double y, std::size_t row, bool striped,
                         bool may_grow) const {
   std::size_t most = 1;
   for (std::size_t i = 0; i < places_.size(); ++i) {
-    const std::string text = ShowCell(rows_.rows()[row][places_[i].field], file_.columns[i].kind);
+    const std::string text = CellText(i, row);
     const std::vector<std::string> lines = LinesOf(i, text, may_grow);
     for (std::size_t line = 0; line < lines.size(); ++line) {
       Cell(page, y + kNextLine * static_cast<double>(line), i, lines[line], false);
@@ -76,15 +153,37 @@ void ReportTable::Total(ReportPage& page, double y, const std::string& label, co
   page.lines.push_back(
       {x_, y + 0.4, x_ + width_, y + 0.4, grand ? 0.5 : 0.25, grand ? Tone::accent : Tone::rule});
   y += 0.8;
-  // The label takes all columns before the first sum.
-  double label_width = width_;
-  for (std::size_t i = file_.columns.size(); i-- > 0;) {
-    if (file_.columns[i].sum) label_width = places_[i].x - x_;
-  }
-  page.texts.push_back({x_ + kPad, y, label_width - 2 * kPad, kRowHeight, label, kPoints, true});
+  page.texts.push_back(
+      {x_ + kPad, y, LabelWidth(grand) - 2 * kPad, kRowHeight, label, kPoints, true});
+  Figures(page, y, sums, grand, true);
+}
+
+void ReportTable::SummaryRow(ReportPage& page, double y, const std::string& label, const Sums& sums,
+                             bool striped) const {
+  if (striped) page.areas.push_back({x_, y, width_, kRowHeight, Tone::shade});
+  page.texts.push_back({x_ + kPad, y, LabelWidth(false) - 2 * kPad, kRowHeight, label, kPoints});
+  Figures(page, y, sums, false, false);
+}
+
+// Where a figure that begins anew ends says nothing about the whole report.
+bool ReportTable::ShownInTotal(std::size_t column, bool grand) const {
+  const ReportColumn& shown = file_.columns[column];
+  return shown.sum || (shown.last && !(grand && !shown.restart.empty()));
+}
+
+// The label takes all columns before the first figure.
+double ReportTable::LabelWidth(bool grand) const {
   for (std::size_t i = 0; i < places_.size(); ++i) {
-    if (!file_.columns[i].sum) continue;
-    Cell(page, y, i, ShowCell(Value(sums[i]), file_.columns[i].kind), true);
+    if (ShownInTotal(i, grand)) return i > 0 ? places_[i].x - x_ : places_[0].width;
+  }
+  return width_;
+}
+
+void ReportTable::Figures(ReportPage& page, double y, const Sums& sums, bool grand,
+                          bool bold) const {
+  for (std::size_t i = 0; i < places_.size(); ++i) {
+    if (!ShownInTotal(i, grand)) continue;
+    Cell(page, y, i, ShowCell(Value(sums[i]), file_.columns[i].kind), bold);
   }
 }
 

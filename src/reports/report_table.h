@@ -21,24 +21,37 @@ class ReportTable {
   ReportTable(const ReportFile& file, const ReportTexts& texts, const Recordset& rows, double x,
               double width);
 
+  // Of a column of the table: a value of the rows, or a running figure.
+  Value CellValue(std::size_t column, std::size_t row) const;
+  std::string CellText(std::size_t column, std::size_t row) const;
+
   using Sums = std::vector<Money>;  // one a column
   Sums NoSums() const { return Sums(file_.columns.size()); }
   void AddTo(Sums& sums, std::size_t row) const;
 
   void Head(ReportPage& page, double y) const;
-  // Gives the row's height. A text that is wider than its column is shortened, or, where the row
-  // may grow, broken into lines.
+  double RowHeight(std::size_t row, bool may_grow) const;
+  // Gives the row's height. A text that is wider than its column is shortened, or, where the row or
+  // the column may grow, broken into lines.
   double Row(ReportPage& page, double y, std::size_t row, bool striped, bool may_grow) const;
   void Total(ReportPage& page, double y, const std::string& label, const Sums& sums,
              bool grand) const;
+  // The line of a group whose rows are not printed.
+  void SummaryRow(ReportPage& page, double y, const std::string& label, const Sums& sums,
+                  bool striped) const;
   static double TotalHeight(bool grand) { return kRowHeight + (grand ? 0.8 : 1.8); }
 
  private:
   struct Place {
-    std::size_t field = 0;
+    std::size_t field = 0;       // of the rows; of none for a running figure
+    std::vector<Money> running;  // a running figure, by row
     double x = 0;
     double width = 0;
   };
+  std::vector<Money> Running(const ReportColumn& column, const ReportTexts& texts) const;
+  bool ShownInTotal(std::size_t column, bool grand) const;
+  double LabelWidth(bool grand) const;
+  void Figures(ReportPage& page, double y, const Sums& sums, bool grand, bool bold) const;
   void Cell(ReportPage& page, double y, std::size_t column, std::string text, bool bold) const;
   std::vector<std::string> LinesOf(std::size_t column, const std::string& text,
                                    bool may_grow) const;

@@ -2,59 +2,57 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <stdexcept>
-#include <vector>
+#include <utility>
 
 #include "core/report_path.h"
 #include "core/values.h"
-#include "platform/sql/connection.h"
-#include "reports/report_file.h"
-#include "reports/report_layout.h"
-#include "reports/selection_formula.h"
+#include "reports/report_query.h"
 
 namespace kaunter {
 namespace {
 
-Recordset ReadRows(const ReportFile& file, const ReportJob& job) {
-  if (job.Connect == nullptr)
-    throw std::runtime_error("The report has no connection to read from.");
-  std::string condition = FormulaToCondition(job.SelectionFormula);
-  if (condition.empty()) condition = "1=1";
-  std::string query = file.query;
-  const std::string_view place = "{selection}";
-  for (auto at = query.find(place); at != std::string::npos; at = query.find(place)) {
-    query.replace(at, place.size(), "(" + condition + ")");
-  }
-  if (!file.order.empty()) query += " ORDER BY " + file.order;
-  return job.Connect->Query(query);
-}
-
-ReportHeading HeadingOf(const ReportJob& job) {
-  ReportHeading heading;
-  heading.subtitle = job.ReportTitle;
-  heading.company = ScalarQuery(*job.Connect, "SELECT CompanyName FROM CompanyProfile");
-  heading.printed_at = "Printed " + ServerNow(*job.Connect, true);
-  heading.today = ServerNow(*job.Connect, false);
+ReportReading ReadingOf(const ReportJob& job, bool chinese) {
+  ReportReading reading;
+  reading.chinese = chinese;
   for (const auto& [number, field] : job.ParameterFields) {
     const auto [name, value] = SplitParameter(field);
-    heading.parameters[Lower(name)] = value;
+    if (!Trim(name).empty()) reading.parameters[Lower(Trim(name))] = value;
   }
+  return reading;
+}
+
+Recordset ReadRows(const ReportFile& file, const ReportJob& job, const std::string& statement) {
+  try {
+    return job.Connect->Query(statement);
+  } catch (const SqlError& error) {
+    throw SqlError(error.number(), fmt::format("Report file {}, the query from line {} on: {}",
+                                               file.path, file.query_line, error.what()));
+  }
+}
+
+// The office by its profile; a database of logs or of messages has none.
+std::string CompanyOf(const ReportJob& job) {
+  if (!job.Company.empty()) return job.Company;
+  return TableExists(*job.Connect, "CompanyProfile")
+             ? ScalarQuery(*job.Connect, "SELECT CompanyName FROM CompanyProfile")
+             : "";
+}
+
+ReportHeading HeadingOf(const ReportFile& file, const ReportJob& job,
+                        const ReportParameters& parameters, const DateTime& now) {
+  ReportHeading heading;
+  heading.company = CompanyOf(job);
+  // The plain listings hand over the company as their title.
+  if (!SameText(Trim(job.ReportTitle), heading.company)) heading.subtitle = Trim(job.ReportTitle);
+  heading.printed_at = (file.chinese ? "打印于 " : "Printed ") + Format(now, "dd-mm-yyyy hh:nn:ss");
+  if (!job.PrintedBy.empty()) {
+    heading.printed_at += (file.chinese ? "，" : " by ") + job.PrintedBy;
+  }
+  heading.today = Format(now, "dd-mm-yyyy");
+  heading.parameters = ShownParameters(file, parameters, now);
   return heading;
-}
-
-std::string CsvCell(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-  std::string cell = "\"";
-  for (char c : text) cell += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return cell + "\"";
-}
-
-ReportColumn CsvColumn(const Column& column) {
-  ReportColumn shown;
-  shown.heading = shown.field = column.name;
-  if (column.type == FieldType::kMoney) shown.kind = CellKind::money;
-  if (column.type == FieldType::kDate) shown.kind = CellKind::date;
-  return shown;
 }
 
 }  // namespace
@@ -68,35 +66,26 @@ std::pair<std::string, std::string> SplitParameter(const std::string& field) {
           last == first ? field.substr(first + 1) : field.substr(first + 1, last - first - 1)};
 }
 
-ReportDocument RunReport(const ReportJob& job) {
-  const ReportFile file = ReportFile::Read(FindReportFile(job.ReportFileName).path);
-  const Recordset rows = ReadRows(file, job);
-  return LayOut(file, HeadingOf(job), rows);
+ReportRun RunWholeReport(const ReportJob& job, const ReportProgress& progress) {
+  // A slash and a backslash before the file's name mean the same.
+  std::string wanted = job.ReportFileName;
+  std::replace(wanted.begin(), wanted.end(), '\\', '/');
+  const ReportPath found = FindReportFile(wanted);
+  const ReportReading reading = ReadingOf(job, found.chinese);
+  ReportRun run;
+  run.file = ReportFile::Read(found.path, reading);
+  if (job.Connect == nullptr) {
+    throw std::runtime_error("The report has no connection to read from.");
+  }
+  const DateTime now = ServerTime(*job.Connect);
+  const std::string statement =
+      ReportStatement(run.file, job.SelectionFormula, reading.parameters, now);
+  run.heading = HeadingOf(run.file, job, reading.parameters, now);
+  run.rows = ReadRows(run.file, job, statement);
+  run.document = LayOut(run.file, run.heading, run.rows, progress);
+  return run;
 }
 
-std::string ReportToCsv(const ReportJob& job) {
-  const ReportFile file = ReportFile::Read(FindReportFile(job.ReportFileName).path);
-  Recordset rows = ReadRows(file, job);
-  std::vector<ReportColumn> columns = file.columns;
-  // A letter without a table still has its rows: all that the query gives.
-  if (columns.empty()) {
-    for (const Column& column : rows.columns()) columns.push_back(CsvColumn(column));
-  }
-  std::string csv;
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    csv += (i == 0 ? "" : ",") + CsvCell(columns[i].heading);
-  }
-  csv += "\r\n";
-  for (; !rows.Eof(); rows.MoveNext()) {
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      const Value& value = rows.Field(columns[i].field);
-      const std::string cell =
-          columns[i].kind == CellKind::money ? Show2dp(value) : ShowCell(value, columns[i].kind);
-      csv += (i == 0 ? "" : ",") + CsvCell(cell);
-    }
-    csv += "\r\n";
-  }
-  return csv;
-}
+ReportDocument RunReport(const ReportJob& job) { return RunWholeReport(job).document; }
 
 }  // namespace kaunter

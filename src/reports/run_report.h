@@ -4,14 +4,23 @@
 #include <string>
 
 #include "reports/report_document.h"
+#include "reports/report_file.h"
+#include "reports/report_layout.h"
 #include "screen/report_job.h"
 
 namespace kaunter {
 
+// A report that has been run: its pages, and the rows for a CSV of the very same figures.
+struct ReportRun {
+  ReportFile file;
+  ReportHeading heading;
+  Recordset rows;
+  ReportDocument document;
+};
+
 // Throws SqlError or std::runtime_error that says which file, formula or statement is at fault.
+ReportRun RunWholeReport(const ReportJob& job, const ReportProgress& progress = {});
 ReportDocument RunReport(const ReportJob& job);
-// The rows as CSV, a heading line first, values as the report shows them (money without commas).
-std::string ReportToCsv(const ReportJob& job);
 // "Customer;Tan Ah Kow;True" taken apart: name and value.
 std::pair<std::string, std::string> SplitParameter(const std::string& field);
 

@@ -16,7 +16,8 @@ constexpr int kDeepest = 100;
 
 class FormulaParser {
  public:
-  explicit FormulaParser(std::string_view text) : text_(text) {}
+  FormulaParser(std::string_view text, const std::map<std::string, std::string>& aliases)
+      : text_(text), aliases_(aliases) {}
 
   std::string Run() {
     const std::string condition = Either();
@@ -29,8 +30,13 @@ class FormulaParser {
   [[noreturn]] void Refuse(const std::string& expected) const {
     throw std::runtime_error(
         fmt::format("The selection formula of the report cannot be read at position {}: {} is "
-                    "expected there.\n{}",
-                    at_ + 1, expected, text_));
+                    "expected there.{}\n{}",
+                    at_ + 1, expected, Hint(), text_));
+  }
+
+  // A value that was closed by its own apostrophe is the usual reason.
+  std::string_view Hint() const {
+    return after_text_ ? " An apostrophe (') within a value ends the value: is there one?" : "";
   }
 
   void SkipBlanks() {
@@ -55,15 +61,24 @@ class FormulaParser {
 
   std::string Either() {
     if (++depth_ > kDeepest) Refuse("a formula with fewer brackets");
-    std::string condition = All();
-    while (TakeWord("or")) condition += " OR " + All();
+    bool ands = false;
+    std::string condition = All(ands);
+    bool ors = false;
+    while (TakeWord("or")) {
+      condition += " OR " + All(ands);
+      ors = true;
+    }
+    if (ors && ands) Refuse("brackets around an \"or\" that stands beside an \"and\"");
     --depth_;
     return condition;
   }
 
-  std::string All() {
+  std::string All(bool& ands) {
     std::string condition = One();
-    while (TakeWord("and")) condition += " AND " + One();
+    while (TakeWord("and")) {
+      condition += " AND " + One();
+      ands = true;
+    }
     return condition;
   }
 
@@ -74,9 +89,12 @@ class FormulaParser {
       if (!Take(')')) Refuse("a closing bracket");
       return "(" + inner + ")";
     }
+    fields_ = 0;
     const std::string left = Operand();
     const std::string comparison = Comparison();
-    return left + comparison + Operand();
+    const std::string condition = left + comparison + Operand();
+    if (fields_ == 0) Refuse("a comparison with a field");
+    return condition;
   }
 
   std::string Comparison() {
@@ -106,7 +124,7 @@ class FormulaParser {
   std::string Field() {
     const std::size_t end = text_.find('}', at_);
     if (end == std::string_view::npos) Refuse("a closing brace");
-    const std::string name(text_.substr(at_ + 1, end - at_ - 1));
+    const std::string name = Trim(text_.substr(at_ + 1, end - at_ - 1));
     const auto point = name.find('.');
     bool fits = point != std::string::npos && point > 0 && point + 1 < name.size();
     for (std::size_t i = 0; i < name.size(); ++i) {
@@ -115,7 +133,15 @@ class FormulaParser {
     }
     if (!fits) Refuse("a field {Table.Column}");
     at_ = end + 1;
-    return name;
+    ++fields_;
+    return InQuery(name, point);
+  }
+
+  std::string InQuery(const std::string& name, std::size_t point) const {
+    const auto column = aliases_.find(Lower(name));
+    if (column != aliases_.end()) return column->second;
+    const auto table = aliases_.find(Lower(name.substr(0, point)));
+    return table == aliases_.end() ? name : table->second + name.substr(point);
   }
 
   std::string Text(char quote) {
@@ -127,9 +153,11 @@ class FormulaParser {
         value += text_[at_++];
       } else {
         ++at_;
+        after_text_ = true;
         return QuoteStr(value);
       }
     }
+    after_text_ = true;
     Refuse("the end of a text");
   }
 
@@ -165,15 +193,19 @@ class FormulaParser {
   }
 
   std::string_view text_;
+  const std::map<std::string, std::string>& aliases_;
   std::size_t at_ = 0;
+  int fields_ = 0;           // of the comparison that is being read
+  bool after_text_ = false;  // a text in quotes has been read
   int depth_ = 0;
 };
 
 }  // namespace
 
-std::string FormulaToCondition(std::string_view formula) {
+std::string FormulaToCondition(std::string_view formula,
+                               const std::map<std::string, std::string>& aliases) {
   if (Trim(formula).empty()) return {};
-  return FormulaParser(formula).Run();
+  return FormulaParser(formula, aliases).Run();
 }
 
 }  // namespace kaunter

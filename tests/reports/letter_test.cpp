@@ -267,7 +267,7 @@ TEST(Letter, RefusesWithFileAndLine) {
       {"columns 1 1\nbeside\ncolumns 1 1", "line 7: \"columns\" stands within"},
       {"columns 1 1\nitems", "line 6: a table, a cut and a new page"},
       {"columns 1 1\nbeside\ntext \"a\"", "not closed with \"across\""},
-      {"text \"a\"\nfield \"a\" \"b\"", "line 6: \"field\", \"group\" and \"note\""},
+      {"text \"a\"\nfield \"a\" \"b\"", "line 6: this line belongs to a list"},
       {"items", "\"items\" needs a line \"column\""},
       {"column \"A\" Amt money 5\ntext \"a\"", "a line \"items\" must say"},
       {"", "the letter has no text"},

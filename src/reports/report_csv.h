@@ -1,0 +1,16 @@
+// The rows of a report as CSV, for an office's own tables.
+#pragma once
+
+#include <string>
+
+#include "reports/run_report.h"
+
+namespace kaunter {
+
+// A heading line first, then the rows, values as the report shows them but amounts without commas;
+// UTF-8 with the sign at the front by which spreadsheets know it. Subtotals are left out: a
+// spreadsheet would add them up once more.
+std::string ReportToCsv(const ReportRun& run);
+std::string ReportToCsv(const ReportJob& job);
+
+}  // namespace kaunter

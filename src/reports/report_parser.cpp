@@ -1,0 +1,272 @@
+#include "reports/report_parser.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+
+#include "core/values.h"
+#include "reports/list_lines.h"
+#include "reports/report_texts.h"
+
+namespace kaunter {
+namespace {
+
+constexpr std::size_t kMostGroups = 3;
+
+class FileParser {
+ public:
+  FileParser(std::string_view text, const std::string& path, const ReportReading& reading,
+             const std::function<ReportFile(const std::string&)>& like)
+      : lines_(std::string(text)), reading_(reading), like_(like) {
+    file_.path = path;
+    file_.chinese = reading.chinese;
+  }
+
+  ReportFile Run() {
+    std::string line;
+    while (Next(line)) {
+      const std::string text = Trim(line);
+      if (!text.empty() && text[0] != '#') Told([&] { Line(text); });
+    }
+    if (line_number_ == 0) Refuse("the file is empty, it has no query");
+    Told([&] { Finish(); });
+    return std::move(file_);
+  }
+
+ private:
+  [[noreturn]] void Refuse(const std::string& what) const {
+    throw std::runtime_error(
+        fmt::format("Report file {}, line {}: {}.", file_.path, line_number_, what));
+  }
+
+  template <typename Act>
+  void Told(const Act& act) const {
+    try {
+      act();
+    } catch (const std::invalid_argument& fault) {
+      Refuse(fault.what());
+    }
+  }
+
+  bool Next(std::string& line) {
+    if (!std::getline(lines_, line)) return false;
+    ++line_number_;
+    return true;
+  }
+
+  void Line(const std::string& text) {
+    const LineWords words(ReportWords(text, reading_.chinese));
+    const std::string& key = words.key();
+    if (key == "if" || key == "else" || key == "endif") return Condition(words);
+    if (Skipping()) {
+      if (key == "query") SkipQuery();
+      return;
+    }
+    if (key == "like") return Like(words);
+    begun_ = true;
+    if (key == "query") {
+      Query();
+    } else if (key == "order") {
+      words.Need(1);
+      file_.order = Trim(text.substr(text.find("order") + 5));
+    } else if (key == "parameter") {
+      words.Need(1);
+      file_.defaults[Lower(words.Word(1))] = words.size() > 2 ? words.Caption(2, file_) : "";
+    } else if (!Settings(words) && !Layout(words) && !letter_.Take(words.all(), line_number_)) {
+      throw std::invalid_argument(fmt::format(
+          "\"{}\" is not known; a line begins with like, paper, title, field, picture, parameter, "
+          "alias, query, order, column, group, total, summary, chart, note, if, else or endif, in "
+          "a letter with {}",
+          key, LetterWords()));
+    }
+  }
+
+  // --- what depends on a parameter
+
+  struct Branch {
+    bool taken = false;
+    bool outer = true;  // whether what stands around it is read
+    bool has_else = false;
+  };
+
+  bool Skipping() const {
+    return !branches_.empty() && (!branches_.back().taken || !branches_.back().outer);
+  }
+
+  void Condition(const LineWords& words) {
+    if (words.key() == "if") {
+      words.Need(3);
+      const bool outer = !Skipping();
+      branches_.push_back({Holds(words), outer, false});
+      return;
+    }
+    if (branches_.empty()) {
+      throw std::invalid_argument(fmt::format("\"{}\" stands without its \"if\"", words.key()));
+    }
+    if (words.key() == "endif") {
+      branches_.pop_back();
+      return;
+    }
+    if (branches_.back().has_else) throw std::invalid_argument("a second \"else\"");
+    branches_.back().has_else = true;
+    branches_.back().taken = !branches_.back().taken;
+  }
+
+  bool Holds(const LineWords& words) const {
+    const bool is = words.Word(2) == "is";
+    if (!is && words.Word(2) != "not") {
+      throw std::invalid_argument("after \"if\" and a parameter stands is or not, then its values");
+    }
+    const std::string value = ParameterValue(words.Word(1));
+    bool among = false;
+    for (std::size_t i = 3; i < words.size(); ++i) among = among || SameText(value, words.Word(i));
+    return among == is;
+  }
+
+  std::string ParameterValue(const std::string& name) const {
+    if (SameText(name, "language")) return reading_.chinese ? "chinese" : "english";
+    const auto given = reading_.parameters.find(Lower(name));
+    if (given != reading_.parameters.end()) return given->second;
+    const auto usual = file_.defaults.find(Lower(name));
+    return usual != file_.defaults.end() ? usual->second : "";
+  }
+
+  // --- what another file says, and this one says otherwise
+
+  void Like(const LineWords& words) {
+    words.Need(1);
+    if (begun_) throw std::invalid_argument("\"like\" stands before all other lines");
+    begun_ = true;
+    const std::string path = file_.path;
+    file_ = like_(words.Word(1));
+    file_.path = path;
+    letter_ = LetterParser(file_.letter);
+    for (const char* word : {"field", "picture", "column", "group", "chart"})
+      inherited_.insert(word);
+  }
+
+  // The first line of a kind takes the place of all lines of that kind of the file that is like
+  // this one.
+  template <typename Lines>
+  Lines& Own(const std::string& key, Lines& lines) {
+    if (inherited_.erase(key) > 0) lines.clear();
+    return lines;
+  }
+
+  bool Settings(const LineWords& words) {
+    const std::string& key = words.key();
+    if (key == "paper") {
+      words.Paper(file_);
+    } else if (key == "title") {
+      file_.title = words.Caption(1, file_);
+    } else if (key == "alias") {
+      words.Alias(file_);
+    } else if (key == "total") {
+      file_.total_label = words.Caption(1, file_);
+    } else if (key == "summary") {
+      ListOnly();
+      file_.summary = true;
+      if (words.size() > 1) file_.summary_heading = words.Caption(1, file_);
+    } else if (key == "note") {
+      ListOnly();
+      file_.note = words.Caption(1, file_);
+    } else {
+      return false;
+    }
+    return true;
+  }
+
+  bool Layout(const LineWords& words) {
+    const std::string& key = words.key();
+    if (key == "field") {
+      ListOnly();
+      Own(key, file_.fields).push_back(words.Field(file_));
+    } else if (key == "column") {
+      Own(key, file_.columns).push_back(words.Column(file_, line_number_));
+    } else if (key == "group") {
+      ListOnly();
+      if (Own(key, file_.groups).size() == kMostGroups) {
+        throw std::invalid_argument("a report has at most three groups");
+      }
+      file_.groups.push_back(words.Group(file_, line_number_));
+    } else if (key == "chart") {
+      ListOnly();
+      Own(key, file_.charts).push_back(words.Chart(file_, line_number_));
+    } else if (key == "picture" && !letter_.seen()) {
+      Own(key, file_.pictures).push_back(words.Picture(line_number_));
+    } else {
+      return false;
+    }
+    return true;
+  }
+
+  void ListOnly() { list_line_ = list_line_ > 0 ? list_line_ : line_number_; }
+
+  void Query() {
+    file_.query.clear();
+    file_.query_line = line_number_;
+    std::string line;
+    while (Next(line)) {
+      if (Trim(line) == "end") return;
+      file_.query += line + "\n";
+    }
+    throw std::invalid_argument("the query does not end with a line \"end\"");
+  }
+
+  void SkipQuery() {
+    std::string line;
+    while (Next(line) && Trim(line) != "end") {
+    }
+  }
+
+  void Finish() {
+    if (!branches_.empty()) throw std::invalid_argument("an \"if\" has no \"endif\"");
+    if (file_.query.empty()) throw std::invalid_argument("the report has no query");
+    FinishLetter();
+    if (file_.columns.empty() && !file_.IsLetter()) {
+      throw std::invalid_argument("the report has no column");
+    }
+    if (file_.summary && file_.groups.empty()) {
+      throw std::invalid_argument("a summary needs a line \"group\"");
+    }
+    if (file_.query.find("{selection}") == std::string::npos) {
+      throw std::invalid_argument("the query has no {selection} where the condition goes");
+    }
+  }
+
+  void FinishLetter() {
+    if (!letter_.seen()) {
+      if (letter_.first_item_line() == 0) return;
+      line_number_ = letter_.first_item_line();
+      Refuse("this line belongs to a letter; a line \"letter\" and a column must say of what");
+    }
+    if (list_line_ > 0) {
+      line_number_ = list_line_;
+      Refuse("this line belongs to a list, and this is a letter");
+    }
+    file_.letter = letter_.Finish(!file_.columns.empty());
+  }
+
+  std::istringstream lines_;
+  const ReportReading& reading_;
+  const std::function<ReportFile(const std::string&)>& like_;
+  int line_number_ = 0;
+  bool begun_ = false;  // a line other than "like" has been read
+  std::vector<Branch> branches_;
+  std::set<std::string> inherited_;  // words whose lines are still those of the other file
+  LetterParser letter_;
+  int list_line_ = 0;  // a line that only a list has
+  ReportFile file_;
+};
+
+}  // namespace
+
+ReportFile ParseReport(std::string_view text, const std::string& path, const ReportReading& reading,
+                       const std::function<ReportFile(const std::string&)>& like) {
+  return FileParser(text, path, reading, like).Run();
+}
+
+}  // namespace kaunter

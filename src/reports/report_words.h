@@ -1,0 +1,27 @@
+// A line of a report file taken apart: words between blanks, texts in quotes, and for a text in two
+// languages the one that the paper is printed in.
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kaunter {
+
+// For whom a file is read: a caption in two languages gives one, and a line "if" asks a parameter.
+struct ReportReading {
+  bool chinese = false;
+  std::map<std::string, std::string> parameters;  // by name in lower case
+};
+
+struct ReportWord {
+  std::string text;
+  bool quoted = false;
+};
+
+// "English" / "中文" is one text, the one of the language. What stands in round brackets is one
+// word with its blanks. Throws std::invalid_argument when a text or a bracket is not closed.
+std::vector<ReportWord> ReportWords(std::string_view line, bool chinese);
+
+}  // namespace kaunter
