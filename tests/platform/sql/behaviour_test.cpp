@@ -229,6 +229,36 @@ TEST_P(Behaviour, DecimalsHoldExactlyTheirPlaces) {
   });
 }
 
+// Only money has these texts: a decimal shows all its places under every style.
+TEST_P(Behaviour, MoneyHasItsOwnTexts) {
+  Check({
+      {"", "select convert(nvarchar,convert(money,150000),1)", "150,000.00"},
+      {"", "select convert(nvarchar(30),cast('-1234567.895' as money),1)", "-1,234,567.90"},
+      {"",
+       "select convert(nvarchar,cast(-999.5 as money),1), convert(nvarchar,cast(-0.004 as "
+       "money),1)",
+       "-999.50|0.00"},
+      {"",
+       "select convert(nvarchar,cast(1000 as money)), cast(cast(1000.4567 as money) as nvarchar)",
+       "1000.00|1000.46"},
+      {"",
+       "select convert(nvarchar,cast(1000.4567 as money),0), convert(nvarchar,cast(1000 as "
+       "money),2)",
+       "1000.46|1000.0000"},
+      {"", "select convert(nvarchar,LoanAmt,1) from LoanMast where LoanID='L1'", "3000.00"},
+      // Money stays money among integers, in sums and averages; beside a decimal it is a decimal.
+      {"", "select convert(nvarchar,sum(convert(money,LoanAmt))*10,1) from LoanMast", "35,000.50"},
+      {"", "select convert(nvarchar,avg(convert(money,LoanAmt)),2) from LoanMast", "1750.0250"},
+      {"", "select convert(nvarchar,isnull(convert(money,null),5000),1)", "5,000.00"},
+      {"", "select convert(nvarchar,convert(money,5000)+LoanAmt,1) from LoanMast where LoanID='L1'",
+       "8000.0000"},
+      {"", "select count(*) from LoanMast where convert(nvarchar,convert(money,null),1) is null",
+       "2"},
+      RefusedQuery(281, "9", "select convert(nvarchar,convert(money,5),9)"),
+      Refused(257, "money", "update LoanMast set Memo1=convert(money,LoanAmt)"),
+  });
+}
+
 // Thousands of drawn amounts against plain whole numbers.
 TEST_P(Behaviour, RandomAmountsStayExact) {
   const unsigned seed = std::random_device{}();
@@ -449,6 +479,15 @@ TEST_P(Behaviour, ShapesOfStatements) {
       Refused(213, "", "insert into NumberMast values ('C9')"),
       Refused(515, "UserName", "insert into UserMast (UserID) values ('U9')"),
       Refused(515, "UserName", "update UserMast set UserName=null"),
+      // An aggregate over the outer query's column is the outer query's.
+      {"", "select (select max(l.LoanAmt)) from LoanMast l", "3000"},
+      {"",
+       "select CompCode,(select max(l.LoanAmt)) from LoanMast l group by CompCode order by "
+       "CompCode",
+       "HQ|3000\nKL|500.05"},
+      {"", "select count(*) from LoanMast l having (select sum(l.LoanAmt))=3500.05", "2"},
+      {"", "select sum(l.LoanAmt)+(select sum(s.Payment) from SchMast s) from LoanMast l",
+       "4583.38"},
   });
 }
 

@@ -131,6 +131,17 @@ BEGIN
 END $$;
 CREATE OR REPLACE FUNCTION kaunter_sql.k_text(x date) RETURNS bpchar
   LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS $$ SELECT to_char(x, 'YYYY-MM-DD')::bpchar $$;
+CREATE OR REPLACE FUNCTION kaunter_sql.k_money_text(x numeric, style bigint) RETURNS bpchar
+  LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
+BEGIN
+  IF style = 0 THEN RETURN round(x, 2)::text::bpchar; END IF;
+  IF style = 1 THEN
+    RETURN to_char(round(x, 2), 'FM999,999,999,999,999,999,990.00')::bpchar;
+  END IF;
+  IF style IN (2, 126) THEN RETURN round(x, 4)::text::bpchar; END IF;
+  PERFORM kaunter_sql.k_fail(281, style || ' is not a valid style number when converting from '
+                             'money to a character string.');
+END $$;
 CREATE OR REPLACE FUNCTION kaunter_sql.k_check_text(x bpchar, width bigint, col text) RETURNS bpchar
   LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
 BEGIN

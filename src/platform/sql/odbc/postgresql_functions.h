@@ -10,7 +10,7 @@
 namespace kaunter::sql {
 
 // Raised with every change of the text; a database with an older number is brought up to it.
-inline constexpr int kPostgresFunctionsVersion = 1;
+inline constexpr int kPostgresFunctionsVersion = 2;
 
 // Statements for PostgreSQL that make the schema, or bring it up to date.
 std::string_view PostgresFunctions();

@@ -45,6 +45,25 @@ void TextOf(Call& call) {
   call.Return(std::to_string(call.Integer(0)));
 }
 
+void MoneyText(Call& call) {
+  constexpr int kSen = 2;
+  constexpr int kAllPlaces = 4;
+  const std::int64_t style = call.Integer(1);
+  if (style == 2 || style == 126) {
+    return call.Return(DecimalText(DecimalUnits(call.Raw(0), kAllPlaces), kAllPlaces));
+  }
+  if (style != 0 && style != 1) {
+    throw Refusal{281, fmt::format("{} is not a valid style number when converting from money to a "
+                                   "character string.",
+                                   style)};
+  }
+  std::string text = DecimalText(DecimalUnits(call.Raw(0), kSen), kSen);
+  const std::size_t first = text.front() == '-' ? 1 : 0;
+  for (std::size_t at = text.size() - 3; style == 1 && at > first + 3;)
+    text.insert(at -= 3, 1, ',');
+  call.Return(text);
+}
+
 void CheckText(Call& call) {
   const std::string_view text = call.Text(0);
   const auto width = static_cast<std::size_t>(std::max<std::int64_t>(call.Integer(1), 0));
@@ -244,6 +263,7 @@ void Like(Call& call) {
 
 constexpr FunctionEntry kEntries[] = {
     {"k_text", Guarded<TextOf>},
+    {"k_money_text", Guarded<MoneyText>},
     {"k_check_text", Guarded<CheckText>},
     {"k_len", Guarded<Len>},
     {"k_upper", Guarded<MapCase<ToUpper>>},

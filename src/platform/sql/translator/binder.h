@@ -81,13 +81,17 @@ class Binder {
   void BindCase(Expr& expr, Scope& scope);
   void BindFunction(Expr& expr, Scope& scope);
   void BindChoice(Expr& expr, Scope& scope);  // isnull, coalesce, nullif, iif
-  void BindAggregate(Expr& expr, Scope& scope);
-  void SetAggregateType(Expr& expr, std::string_view name) const;
-  void BindWindow(Expr& expr, Scope& scope);
   void BindConvert(Expr& expr, Scope& scope);
   void BindSubquery(Expr& expr, Scope& scope);
   void BindLike(Expr& expr, Scope& scope);
   void BindIn(Expr& expr, Scope& scope);
+
+  // binder_aggregates.cpp
+  void BindAggregate(Expr& expr, Scope& scope);
+  const Scope& OwnerOf(const Expr& aggregate, const Scope& scope) const;
+  void CheckAggregatePlace(const Expr& aggregate, const Scope& owner, const Scope& scope) const;
+  void SetAggregateType(Expr& expr, std::string_view name) const;
+  void BindWindow(Expr& expr, Scope& scope);
 
   // binder_types.cpp
   void Coerce(ExprPtr& expr, const Type& target) const;

@@ -37,12 +37,6 @@ std::string_view OpLabel(Op op) {
   }
 }
 
-bool ContainsSubquery(const Expr& expr) {
-  if (expr.select != nullptr) return true;
-  return std::any_of(expr.args.begin(), expr.args.end(),
-                     [](const ExprPtr& argument) { return ContainsSubquery(*argument); });
-}
-
 std::string Quoted(std::string_view before, std::string_view name, std::string_view behind) {
   std::string words(before);
   words += name;
@@ -442,88 +436,6 @@ void Binder::BindFunction(Expr& expr, Scope& scope) {
     default:
       break;
   }
-}
-
-void Binder::SetAggregateType(Expr& expr, std::string_view name) const {
-  if (SameName(name, "count") || SameName(name, "count_big")) {
-    expr.type = kInteger;
-    expr.text = "count";
-    return;
-  }
-  Type type = expr.args[0]->type;
-  if (SameName(name, "min") || SameName(name, "max")) {
-    expr.type = type;
-    expr.text = SameName(name, "min") ? "min" : "max";
-    return;
-  }
-  const bool average = SameName(name, "avg");
-  expr.text = average ? "avg" : "sum";
-  if (!IsNumber(type)) {
-    Refuse(8117,
-           Quoted(Quoted("Operand data type ", TypeLabel(type), " is invalid for "), expr.text,
-                  " operator."),
-           expr.place);
-  }
-  constexpr int kAverageScale = 6;
-  if (average && type.kind == TypeKind::kDecimal) type.scale = std::max(type.scale, kAverageScale);
-  expr.type = type;
-}
-
-void Binder::BindAggregate(Expr& expr, Scope& scope) {
-  switch (scope.clause) {
-    case Clause::kWhere:
-    case Clause::kOn:
-      Refuse(147,
-             "An aggregate may not appear in the WHERE clause unless it is in a subquery contained "
-             "in a HAVING clause or a select list, and the column being aggregated is an outer "
-             "reference.",
-             expr.place);
-    case Clause::kGroupBy:
-      Refuse(144,
-             "Cannot use an aggregate or a subquery in an expression used for the group by list of "
-             "a GROUP BY clause.",
-             expr.place);
-    case Clause::kSet:
-    case Clause::kValues:
-      Refuse(157, "An aggregate may not appear in the set list of an UPDATE statement.",
-             expr.place);
-    default:
-      break;
-  }
-  const char* nested =
-      "Cannot perform an aggregate function on an expression containing an aggregate or a "
-      "subquery.";
-  if (scope.in_aggregate) Refuse(130, nested, expr.place);
-  if (scope.core != nullptr) scope.core->aggregated = true;
-  if (!expr.args.empty()) {
-    scope.in_aggregate = true;
-    BindValue(*expr.args[0], scope);
-    scope.in_aggregate = false;
-    if (ContainsSubquery(*expr.args[0])) Refuse(130, nested, expr.place);
-  } else if (!SameName(expr.text, "count") && !SameName(expr.text, "count_big")) {
-    Refuse(174, Quoted("The ", expr.text, " function requires 1 argument(s)."), expr.place);
-  }
-  SetAggregateType(expr, expr.text);
-}
-
-void Binder::BindWindow(Expr& expr, Scope& scope) {
-  if (scope.clause != Clause::kItems && scope.clause != Clause::kOrderBy) {
-    Refuse(4108, "Windowed functions can only appear in the SELECT or ORDER BY clauses.",
-           expr.place);
-  }
-  for (ExprPtr& argument : expr.args) BindValue(*argument, scope);
-  const bool ranking = FindFunction(expr.text) == nullptr &&
-                       (SameName(expr.text, "row_number") || SameName(expr.text, "rank") ||
-                        SameName(expr.text, "dense_rank") || SameName(expr.text, "ntile"));
-  if (ranking) {
-    if (expr.descending.empty()) {
-      Refuse(4112, Quoted("The function '", expr.text, "' must have an OVER clause with ORDER BY."),
-             expr.place);
-    }
-    expr.type = kInteger;
-    return;
-  }
-  SetAggregateType(expr, expr.text);
 }
 
 void Binder::BindConvert(Expr& expr, Scope& scope) {

@@ -52,7 +52,7 @@ std::string_view TypeLabel(const Type& type) {
     case TypeKind::kInteger:
       return "int";
     case TypeKind::kDecimal:
-      return "numeric";
+      return type.money ? "money" : "numeric";
     case TypeKind::kDouble:
       return "float";
     case TypeKind::kDate:
@@ -76,6 +76,7 @@ Type Binder::Common(const Type& a, const Type& b) {
     }
     type.precision = std::max(a.precision, b.precision);
     type.scale = std::max(a.scale, b.scale);
+    type.money = a.money && b.money;
     return type;
   }
   return Precedence(a.kind) > Precedence(b.kind) ? a : b;
@@ -84,6 +85,7 @@ Type Binder::Common(const Type& a, const Type& b) {
 Type Binder::Arithmetic(Op op, const Type& a, const Type& b) {
   Type type = Common(a, b);
   if (type.kind != TypeKind::kDecimal) return type;
+  if (type.money) return type;  // of money and integers: money again
   const int left = a.kind == TypeKind::kDecimal ? a.scale : 0;
   const int right = b.kind == TypeKind::kDecimal ? b.scale : 0;
   switch (op) {
@@ -102,7 +104,7 @@ Type Binder::Arithmetic(Op op, const Type& a, const Type& b) {
 
 void Binder::CheckConvertible(const Type& from, const Type& to, std::size_t place) const {
   if (IsOpen(from) || IsOpen(to)) return;
-  const bool lost = IsDate(from) && IsNumber(to);
+  const bool lost = (IsDate(from) && IsNumber(to)) || (from.money && to.kind == TypeKind::kText);
   const bool clash =
       (to.kind == TypeKind::kDate && IsNumber(from)) ||
       (to.kind == TypeKind::kBinary && (IsDate(from) || from.kind == TypeKind::kText));

@@ -39,6 +39,8 @@
 //                             (up to six significant digits, as the server prints it), 'da' date
 //                             (yyyy-mm-dd), 'dt' date with time ("Jan 31 2024 12:00AM", day padded
 //                             with a blank to two). Text is given back as it is.
+//   k_money_text(x, style)    money by convert style: 0 two decimals, 1 with a comma every three
+//                             digits as well, 2 and 126 four decimals; unknown [281]
 //   k_check_text(x, width, column)  x when it has at most `width` characters; excess made of blanks
 //                             only is cut; longer [2628] naming the column. Never given width 0.
 //   k_len(x)                  characters without trailing blanks
@@ -127,6 +129,7 @@ inline constexpr FunctionSignature kFunctions[] = {
     {"k_sqrt", 1, 1},
     {"k_isnumeric", 1, 1},
     {"k_text", 2, 2},
+    {"k_money_text", 2, 2},
     {"k_check_text", 3, 3},
     {"k_len", 1, 1},
     {"k_upper", 1, 1},

@@ -30,9 +30,10 @@ enum class TypeKind {
 
 struct Type {
   TypeKind kind = TypeKind::kUnknown;
-  int width = 0;      // kText: longest text, 0 for max
-  int precision = 0;  // kDecimal
-  int scale = 0;      // kDecimal
+  int width = 0;       // kText: longest text, 0 for max
+  int precision = 0;   // kDecimal
+  int scale = 0;       // kDecimal
+  bool money = false;  // kDecimal: money, which has a text of its own
   bool operator==(const Type&) const = default;
 };
 

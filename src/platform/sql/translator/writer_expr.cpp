@@ -590,6 +590,16 @@ void Writer::Converted(const Expr& expr) {
       out_ += ", ";
       Value(*style);
       out_ += ')';
+    } else if (from.money) {
+      out_ += "k_money_text(";
+      Value(value);
+      out_ += ", ";
+      if (style != nullptr) {
+        Argument(*style);
+      } else {
+        out_ += '0';
+      }
+      out_ += ')';
     } else {
       TextOf(value);
     }
