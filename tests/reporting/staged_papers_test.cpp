@@ -1,0 +1,319 @@
+// The papers over staged rows, printed through ReportFrm: what stands on them is added up and
+// compared with plain statements over the tables that the staged rows were taken from.
+#include <gmock/gmock.h>
+
+#include <memory>
+
+#include "tests/reporting/report_counter.h"
+#include "tests/reporting/report_office.h"
+
+namespace kaunter {
+namespace {
+
+using ::testing::Contains;
+using ::testing::Not;
+
+struct PaperCounter : ReportOffice {
+  // A print: dates, company ("" for all), boxes ticked; the figures as ReportCheck takes them.
+  struct Print {
+    std::string file;
+    std::string from;
+    std::string to;
+    std::string company = {};
+    std::vector<int> ticks = {};
+    std::string form = {};  // the file that is started
+    std::vector<ReportSum> sums = {};
+    std::string count = {};
+    std::string twin = {};
+  };
+
+  ReportFrm& Open(const std::string& file) {
+    session().ReportFile = file;
+    session().MsgTitle = "Paper";
+    screen = std::make_unique<ReportFrm>(session(), paper_desk);
+    screen->Load();
+    return *screen;
+  }
+
+  // The job that ReportFrm starts; an empty one when it starts none.
+  ReportJob Start(const Print& print) {
+    ReportFrm& frm = Open(print.file);
+    frm.DateFrom.SetText(print.from);
+    frm.DateTo.SetText(print.to);
+    for (const int tick : print.ticks) {
+      CheckBox* boxes[] = {&frm.Check1, &frm.Check2, &frm.Check3, &frm.Check4};
+      boxes[tick - 1]->SetChecked(true);
+    }
+    if (!print.company.empty()) {
+      frm.ListCombo.PickIndex(0);
+      for (int row = 0; row < frm.List1.RowCount(); ++row) {
+        if (frm.List1.Cell(row, 0) == print.company) frm.List1.Select(row);
+      }
+      frm.InSingle.Click();
+    }
+    paper_desk.printed.clear();
+    frm.Guard([&frm] { frm.SaveCmd.Click(); });
+    return paper_desk.printed.empty() ? ReportJob{} : paper_desk.printed.back();
+  }
+
+  void Expect(const Print& print) {
+    SCOPED_TRACE(print.file + " " + print.company);
+    const ReportJob job = Start(print);
+    ASSERT_EQ(job.ReportFileName.substr(job.ReportFileName.rfind('/') + 1), print.form);
+    ReportExpectation expected{print.form, job.SelectionFormula, {},        print.sums,
+                               print.count, print.twin};
+    for (const auto& [number, field] : job.ParameterFields) {
+      expected.parameters.resize(static_cast<std::size_t>(number) + 1);
+      expected.parameters.back() = field;
+    }
+    ReportCheck(*this).Expect(expected);
+  }
+
+  PrintingDesk paper_desk;
+  std::unique_ptr<ReportFrm> screen;
+};
+
+std::vector<std::string> TextsOf(const ReportJob& job) {
+  ReportJob of_source = job;
+  of_source.ReportFileName = KAUNTER_SOURCE_DIR "/reports" +
+                             job.ReportFileName.substr(job.ReportFileName.rfind('/'));
+  std::vector<std::string> texts;
+  for (const ReportPage& page : RunReport(of_source).pages) {
+    for (const PageText& text : page.texts) texts.push_back(text.text);
+  }
+  return texts;
+}
+
+TEST(StagedPapers, StatementOfAccount) {
+  PaperCounter o;
+  // Drawn, interest and all charges but what payments took off; a discount counts as credit only
+  // where it is listed, which is that of P1 (1.50).
+  const char* drawn = "(SELECT SUM(DrawDownAmt) FROM DrawDownMast)";
+  o.Expect({.file = "StatementList.rpt",
+            .from = "01-12-2023",
+            .to = "31-01-2024",
+            .form = "StatementList.rpt",
+            .sums = {{"Debit", std::string("SELECT ") + drawn +
+                                   "+(SELECT SUM(TotLoanInt) FROM LoanMast)+(SELECT SUM(ChargeAmt) "
+                                   "FROM ChargeMast WHERE ChargeAmt > 0)"},
+                     {"Credit",
+                      "SELECT SUM(PayAmt+IntAmt+ChargeAmt)+1.50+10 FROM PaymentMast"}},
+            // five openings; D2, two interests, three payments and a discount, I2, N1, a month
+            .count = "SELECT 5+1+2+4+2+1"});
+  // Nothing earlier: the opening rows are empty, and all five discounts and loans are listed.
+  o.Expect({.file = "StatementList.rpt",
+            .from = "01-01-2022",
+            .to = "31-01-2024",
+            .company = "KL",
+            .form = "StatementList.rpt",
+            .sums = {{"Debit", "SELECT 1200+120+300+4.75"}, {"Credit", "SELECT 660+660+5"}},
+            .count = "SELECT 2+1+2+3+1"});
+}
+
+// 4,800 + 900 + 25 less 1,981.67 and 1.50; the credit note of L2 lowers what its customer owes.
+TEST(StagedPapers, StatementBalances) {
+  PaperCounter o;
+  const auto texts = TextsOf(o.Start({"StatementList.rpt", "01-12-2023", "31-01-2024", "HQ"}));
+  EXPECT_THAT(texts, Contains("RM 3,741.83"));
+  // 60,000 + 3,600 + 35.50 - 10 less 920 and 900
+  EXPECT_THAT(texts, Contains("RM 61,805.50"));
+  EXPECT_THAT(texts, Not(Contains("L5")));
+}
+
+TEST(StagedPapers, Summaries) {
+  PaperCounter o;
+  o.Expect({.file = "SummaryPnL.rpt",
+            .from = "20-01-2024",
+            .to = "31-01-2024",
+            .form = "SummaryPnL.rpt",
+            .sums = {{"LoanAmt", "SELECT SUM(LoanAmt) FROM LoanMast"},
+                     {"PeriodInterest",
+                      "SELECT SUM(InterestAmt) FROM SchMast WHERE DueDate='2024-01-31'"},
+                     {"PeriodCharges", "SELECT 0"},
+                     {"YearInterest", "SELECT 300+900+900"},
+                     {"YearCharges", "SELECT SUM(ChargeAmt) FROM ChargeMast WHERE PType='Batch'"},
+                     {"YearIncome", "SELECT 2125"}},
+            .count = "SELECT COUNT(*) FROM LoanMast"});
+  o.Expect({.file = "SummaryBS.rpt",
+            .from = "01-01-2024",
+            .to = "30-01-2024",
+            .company = "HQ",
+            .form = "SummaryBS.rpt",
+            .sums = {{"Capital",
+                      "SELECT SUM(CapitalAmt) FROM SchMast WHERE LoanID IN ('L1','L2','L4')"},
+                     {"CapitalPaid", "SELECT 1666.67+1280"},
+                     {"CapitalOwed", "SELECT 5000+60000+8000-1666.67-1280"}},
+            .count = "SELECT COUNT(*) FROM LoanMast WHERE CompCode='HQ'"});
+}
+
+// L1 was made before the first day: its payment is there all the same.
+TEST(StagedPapers, DailyCollection) {
+  PaperCounter o;
+  const char* payments = " FROM PaymentMast WHERE PayDate BETWEEN '2023-12-01' AND '2024-01-31'";
+  const std::vector<ReportSum> collected = {
+      {"Collected",
+       std::string("SELECT SUM(PayAmt)+SUM(IntAmt)+SUM(ChargeAmt)+SUM(CollectorAmt)-SUM(DiscAmt)") +
+           payments},
+      {"Instalment", std::string("SELECT SUM(PayAmt)") + payments},
+      {"PaidOut", "SELECT 60000"}};
+  PaperCounter::Print print = {.file = "DailyCollection.rpt",
+                               .from = "01-12-2023",
+                               .to = "31-01-2024",
+                               .form = "DailyCollection.rpt",
+                               .sums = collected,
+                               .count = "SELECT 2+3"};
+  o.Expect(print);
+  print.company = "KL";
+  print.sums = {{"LoanAmt", "SELECT LoanAmt FROM LoanMast WHERE LoanID='L5'"},
+                {"Net", "SELECT 0"}};  // not paid out yet
+  print.count = "SELECT 1";
+  o.Expect(print);
+  o.session().Special = true;
+  print.sums = {{"LoanAmt", "SELECT 3500"}, {"PaidOut", "SELECT 3500"}};
+  o.Expect(print);
+}
+
+TEST(StagedPapers, DailyAccount) {
+  PaperCounter o;
+  const char* taken =
+      "SELECT SUM(PayAmt)+SUM(IntAmt)+SUM(ChargeAmt)+SUM(CollectorAmt)-SUM(DiscAmt) FROM "
+      "PaymentMast WHERE PayDate>=";
+  PaperCounter::Print print = {
+      .file = "AccountReport.rpt",
+      .from = "01-01-2024",
+      .to = "31-01-2024",
+      .form = "AccountReport.rpt",
+      .sums = {{"TakenIn", std::string(taken) + "'2000-01-01'"},
+               {"PaidOut", "SELECT SUM(DrawDownAmt) FROM DrawDownMast"},
+               {"Expense", "SELECT SUM(DebitAmt)-SUM(CreditAmt) FROM PersonalExp"}},
+      // a line for each company, two payments, two expenses
+      .count = "SELECT (SELECT COUNT(*) FROM CompMast)+2+2"};
+  o.Expect(print);
+  print.ticks = {2};
+  print.form = "AccountReport3.rpt";
+  print.twin = "-";
+  o.Expect(print);
+  print.ticks = {1, 2};
+  print.form = "AccountReport2.rpt";
+  print.twin = "";
+  print.sums = {{"TakenIn", std::string(taken) + "'2024-01-01'"},
+                {"PaidOut", "SELECT 0"},
+                {"Expense", "SELECT 45.20-1800"}};
+  print.count = "SELECT 4";
+  o.Expect(print);
+  print.company = "KL";
+  print.ticks = {};
+  print.form = "AccountReport.rpt";
+  print.sums = {{"TakenIn", "SELECT 660+660-5"},
+                {"PaidOut", "SELECT 1200"},
+                {"Expense", "SELECT -212.35"}};
+  print.count = "SELECT 1";
+  o.Expect(print);
+}
+
+TEST(StagedPapers, RecordOfTransactions) {
+  PaperCounter o;
+  PaperCounter::Print print = {
+      .file = "RekodTrans.rpt",
+      .from = "01-06-2022",
+      .to = "30-01-2024",
+      .company = "HQ",
+      .form = "RekodTrans.rpt",
+      .sums = {{"LoanAmt", "SELECT SUM(LoanAmt) FROM LoanMast WHERE CompCode='HQ'"},
+               {"Interest", "SELECT SUM(TotLoanInt) FROM LoanMast WHERE CompCode='HQ'"},
+               {"Paid", "SELECT 1966.67-1.50+900+1400"}},
+      .count = "SELECT 3",
+      .twin = "-"};
+  o.Expect(print);
+  // L1 had paid nothing by 04-12-2023 and owed 5,900; L4 owed 7,400.
+  o.session().settings.SchInt = "1";
+  print.to = "04-12-2023";
+  print.ticks = {2, 3, 4};
+  print.form = "RekodTrans2.rpt";
+  print.sums = {{"Interest", "SELECT SUM(InterestAmt) FROM SchMast WHERE LoanID IN ('L1','L4')"},
+                {"Paid", "SELECT 1400"},
+                {"BalThen", "SELECT 5900+7400"}};
+  print.count = "SELECT 2";
+  o.Expect(print);
+  const auto texts = TextsOf(o.Start(print));
+  EXPECT_THAT(texts, Contains("L4"));
+  print.ticks = {};
+  EXPECT_THAT(TextsOf(o.Start(print)), Not(Contains("L4")));
+}
+
+TEST(StagedPapers, LedgerOfAccount) {
+  PaperCounter o;
+  PaperCounter::Print print = {
+      .file = "LejarAkuan.rpt",
+      .from = "01-01-2022",
+      .to = "31-01-2024",
+      .form = "LejarAkuan.rpt",
+      .sums = {{"PayAmt", "SELECT SUM(PayAmt) FROM PaymentMast"},
+               {"LateAmt", "SELECT SUM(IntAmt)+SUM(ChargeAmt)+SUM(CollectorAmt) FROM PaymentMast"},
+               {"DiscAmt", "SELECT 1.5+5"}},
+      // L5 without a payment has its page too
+      .count = "SELECT COUNT(*)+1 FROM PaymentMast",
+      .twin = "-"};
+  o.Expect(print);
+  print.ticks = {1};
+  print.form = "LejarAkuan60.rpt";
+  print.sums.pop_back();
+  o.Expect(print);
+  // What was settled, by the day of its last payment: L3, made in February as well.
+  print.ticks = {1, 2};
+  print.from = "15-02-2023";
+  print.to = "15-02-2023";
+  print.sums = {{"PayAmt", "SELECT SUM(PayAmt) FROM PaymentMast WHERE LoanID='L3'"}};
+  print.count = "SELECT 2";
+  o.Expect(print);
+  for (const auto& [setting, marked] : {std::pair{"1", true}, std::pair{"", false}}) {
+    o.session().settings.LampiranA = setting;
+    const auto texts = TextsOf(o.Start(print));
+    EXPECT_EQ(std::count(texts.begin(), texts.end(), "LAMPIRAN A"), marked ? 1 : 0);
+  }
+}
+
+// Both have staged before either prints.
+TEST(StagedPapers, TwoComputersPrintTheirOwnRows) {
+  ReportOffice o;
+  struct Case {
+    const char* file;
+    bool (*stage)(Session&, Desk&, const StagedRun&);
+    const char* first;  // a loan of HQ
+    const char* second;  // a loan of KL
+  };
+  for (const Case& c : {Case{"StatementList.rpt", StageStatement, "L2", "L3"},
+                        Case{"RekodTrans.rpt", StageRekodTrans, "L2", "L3"}}) {
+    SCOPED_TRACE(c.file);
+    StagedRun at_hq = RunOf(c.file, "01-01-2022", "31-01-2024");
+    at_hq.filters = {Companies({"HQ"})};
+    StagedRun at_kl = at_hq;
+    at_kl.pcname = "PC-02";
+    at_kl.filters = {Companies({"KL"})};
+    ASSERT_TRUE(c.stage(o.session(), o.desk, at_hq));
+    ASSERT_TRUE(c.stage(o.session(), o.desk, at_kl));
+    for (const StagedRun* run : {&at_hq, &at_kl}) {
+      const bool hq = run == &at_hq;
+      ReportJob job;
+      job.Connect = &o.main();
+      job.ReportFileName = std::string("/") + c.file;
+      job.SelectionFormula = StagedFormula(run->pcname, run->report_name);
+      job.ParameterFields[0] = "RptID;1;True";
+      const auto texts = TextsOf(job);
+      EXPECT_THAT(texts, Contains(hq ? c.first : c.second));
+      EXPECT_THAT(texts, Not(Contains(hq ? c.second : c.first)));
+    }
+  }
+}
+
+// The audit's own database has no profile of the office.
+TEST(StagedPapers, TheCompanyStandsAboveTheAudit) {
+  PaperCounter o;
+  o.logs();
+  const auto texts = TextsOf(o.Start({"AuditLogs.rpt", "01-01-2024", "31-01-2024"}));
+  EXPECT_THAT(texts, Contains("Kaunter Holdings Sdn Bhd"));
+  EXPECT_THAT(texts, Contains("LoanAmt: 5,000.00"));
+}
+
+}  // namespace
+}  // namespace kaunter
