@@ -30,7 +30,7 @@ bool IsAmlOn(Session& session) {
 
 frmPrinting::frmPrinting(Session& session, Desk& desk)
     : SessionScreen("frmPrinting", {"Printing", "打印"}, session, desk),
-      vsd(*this, "vsd", {"Documents", "文件"},
+      vsd(*this, "vsd", {},
           {{{"No", "序"}, Kind::integer, 4},
            {{"Document", "文件"}, Kind::text, 40},
            {{"Report File", "报告文件"}, Kind::text, 26},

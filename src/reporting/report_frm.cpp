@@ -76,18 +76,30 @@ void ReportFrm::OfferIds() {
 
 void ReportFrm::OfferOptionBoxes() {
   for (int number = 1; number <= 4; ++number) BoxOf(number).SetVisible(false);
-  bool greyed = criteria_->ids == IdBoxes::unused;
+  std::string note;
+  const auto add = [&](const Caption& why) {
+    note += (note.empty() ? "" : " ") + std::string(session().In(why));
+  };
+  if (criteria_->ids == IdBoxes::unused) {
+    add({"This report takes no numbers.", "此报告不按编号筛选。"});
+  }
   for (const OptionBox& option : OptionBoxesOf(file_)) {
     CheckBox& box = BoxOf(option.number);
     box.SetCaption(option.caption);
     box.SetChecked(option.initial);
     box.SetVisible(true);
     box.SetEnabled(option.effect == BoxEffect::works);
-    if (option.effect != BoxEffect::works) greyed = true;
+    const auto& [english, chinese] = option.caption;
+    if (option.effect == BoxEffect::none) {
+      add({fmt::format("\"{}\" does not change this report.", english),
+           fmt::format("“{}”对此报告没有作用。", chinese)});
+    } else if (option.effect == BoxEffect::fixed) {
+      add({fmt::format("\"{}\" always holds for this report.", english),
+           fmt::format("此报告固定“{}”。", chinese)});
+    }
   }
-  NoteLBL.SetText(session().In(
-      {"What is greyed does not change this report.", "灰色的项目对此报告没有作用。"}));
-  NoteLBL.SetVisible(greyed);
+  NoteLBL.SetText(note);
+  NoteLBL.SetVisible(!note.empty());
 }
 
 void ReportFrm::LockSelectedLoan(const std::string& loan_id) {

@@ -30,12 +30,12 @@ class ReportFrm : public SessionScreen {
   CheckBox Check4{*this, "Check4", {"With Loan ID", "附贷款编号"}};
   Label NoteLBL{*this, "NoteLBL"};  // why something is greyed
   ComboBox ListCombo{*this, "ListCombo", {"Filter By", "筛选"}};
-  Grid List1{*this, "List1", {"Available", "可选"}, {{{"Available", "可选"}}}};
+  Grid List1{*this, "List1", {}, {{{"Available", "可选"}}}};
   Button InSingle{*this, "InSingle", {"&Add >", "加入 > (&A)"}};
   Button InAll{*this, "InAll", {"Add A&ll >>", "全部加入 >> (&L)"}};
   Button OutSingle{*this, "OutSingle", {"< &Remove", "< 移出 (&R)"}};
   Button OutAll{*this, "OutAll", {"<< Remo&ve All", "<< 全部移出 (&V)"}};
-  Grid List2{*this, "List2", {"Selected", "已选"}, {{{"Selected", "已选"}}}};
+  Grid List2{*this, "List2", {}, {{{"Selected", "已选"}}}};
   Label SelectedLbl{*this, "SelectedLbl"};  // what is chosen in all lists
   Button SaveCmd{*this, "SaveCmd", {"&Print", "打印(&P)"}, ButtonRole::primary};
   Button CancelCmd{*this, "CancelCmd", {"&Close", "关闭(&C)"}, ButtonRole::cancel};

@@ -17,6 +17,17 @@ std::vector<std::vector<std::string>> AsRows(const std::vector<std::string>& val
   return rows;
 }
 
+// What stands at the foot of the screen: of a long list its first values and how many there are.
+std::string Shown(StagedFilter filter) {
+  constexpr std::size_t kShown = 8;
+  const std::size_t count = filter.values.size();
+  if (count > kShown) {
+    filter.values.resize(kShown);
+    filter.values.back() += fmt::format(" ... {}", count);
+  }
+  return Trim(FilterTitle({filter}));
+}
+
 }  // namespace
 
 void ReportFrm::LoadLists() {
@@ -88,9 +99,11 @@ void ReportFrm::ShowList() {
   OutSingle.SetEnabled(false);
   InAll.SetEnabled(!list.available.empty());
   OutAll.SetEnabled(!list.chosen.values.empty());
-  std::vector<StagedFilter> chosen;
-  for (const ValueList& each : lists_) chosen.push_back(each.chosen);
-  const std::string filter = Trim(FilterTitle(chosen));
+  std::string filter;
+  for (const ValueList& each : lists_) {
+    if (each.chosen.values.empty()) continue;
+    filter += (filter.empty() ? "" : ", ") + Shown(each.chosen);
+  }
   SelectedLbl.SetText(filter.empty() ? session().In({"No filter", "没有筛选"}) : filter);
 }
 

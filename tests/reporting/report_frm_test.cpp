@@ -1,3 +1,8 @@
+#include <fmt/format.h>
+
+#include "core/values.h"
+#include "platform/host.h"
+#include "reports/selection_formula.h"
 #include "tests/reporting/report_counter.h"
 
 namespace kaunter {
@@ -32,7 +37,7 @@ TEST(ReportFrm, ValuesMoveBetweenTheListsAndStayPacked) {
   frm.InAll.Click();
   EXPECT_FALSE(frm.InAll.enabled());
   EXPECT_EQ(frm.SelectedLbl.Text(),
-            "(Company Code - HQ or KL) ,  (Trans Type - Bank Out or Bank In)");
+            "(Company Code - HQ or KL), (Trans Type - Bank Out or Bank In)");
   frm.ListCombo.PickIndex(1);
   frm.List2.Select(0);
   frm.OutSingle.Click();
@@ -124,6 +129,51 @@ TEST(ReportFrm, WhichNumbersAreAskedFor) {
     EXPECT_EQ(frm.IDFrom.visible(), c.boxes) << c.file;
     EXPECT_EQ(frm.IDTo.Editable(), c.editable) << c.file;
     EXPECT_EQ(frm.SearchCmd2.visible(), c.picker) << c.file;
+  }
+}
+
+TEST(ReportFrm, AListOfAnyLengthIsOfferedMovedAndPrintedWhole) {
+  ReportCounter counter;
+  counter.office.Run("DELETE FROM SalesmanMast");
+  for (int i = 0; i < 230; ++i) {
+    counter.office.Run(fmt::format("INSERT INTO SalesmanMast (SalesmanID) VALUES ('S{:03}')", i));
+  }
+  ReportFrm& frm = counter.OpenJanuary("LoanMastList.rpt");
+  ASSERT_TRUE(frm.ListCombo.Pick("Salesman"));
+  frm.InAll.Click();
+  EXPECT_EQ(frm.List2.RowCount(), 230);
+  EXPECT_EQ(frm.SelectedLbl.Text(),
+            "(Company Code - HQ), (Salesman - S000 or S001 or S002 or S003 or S004 or S005 or S006 "
+            "or S007 ... 230)");
+  const ReportJob* job = counter.Print();
+  ASSERT_NE(job, nullptr);
+  for (const char* last : {"{LoanMast.SalesmanID} = 'S200' ", "= 'S229' ) "}) {
+    EXPECT_NE(job->SelectionFormula.find(last), std::string::npos) << last;
+  }
+  EXPECT_NO_THROW(FormulaToCondition(job->SelectionFormula));
+}
+
+TEST(ReportFrm, RowsThatACrashLeftBehindGoWithTheNextStaging) {
+  ReportCounter counter;
+  const std::string pc = QuoteStr(ThisHost().name);
+  for (const char* file : {"DailyCollection.rpt", "RekodTrans.rpt", "StatementList.rpt",
+                           "SummaryPnL.rpt", "AccountReport.rpt"}) {
+    for (const std::string& owner : {pc, std::string("'OTHER'")}) {
+      counter.office.Run(
+          fmt::format("INSERT INTO MasterReport (pcname,reportname,recordid,s1) VALUES "
+                      "({},'{}','L999','left behind')",
+                      owner, file));
+    }
+    counter.OpenJanuary(file);
+    ASSERT_NE(counter.Print(), nullptr) << file << counter.Refusal();
+    const auto left = [&](const std::string& owner) {
+      return counter.office.Scalar(
+          fmt::format("SELECT COUNT(*) FROM MasterReport WHERE s1='left behind' AND "
+                      "reportname='{}' AND pcname={}",
+                      file, owner));
+    };
+    EXPECT_EQ(left(pc), "0") << file;
+    EXPECT_EQ(left("'OTHER'"), "1") << file << ": another computer's rows";
   }
 }
 

@@ -194,53 +194,6 @@ TEST(ReportCriteria, EveryFieldExistsAndEveryFormulaOfTheTableIsRead) {
   EXPECT_EQ(files.size(), 94U);
 }
 
-TEST(ReportCriteria, TypicalRowsAsTheyAreTold) {
-  struct Case {
-    const char *file, *picker, *date, *id, *labels, *fields;
-  };
-  const Case cases[] = {
-      {"ChargeList.rpt", "LoanPop", "{ChargeMast.TrxDate}", "{LoanMast.LoanID}",
-       "Company Code|Loan Type|Get Know|Loan Status|Company Category|Collateral Type|Collateral|"
-       "Transaction Type|User ID|Bank|Customer Type|Salesman",
-       "LoanMast.CompCode|LoanMast.LoanTypeID|LoanMast.AdvertiseID|LoanMast.LoanGroupID|"
-       "CustMast.CompCatCode|LoanMast.CollateralID|LoanMast.LoanType|ChargeMast.PType|"
-       "LoanMast.UserID|LoanMast.Bank|CustMast.AreaCode|LoanMast.SalesmanID"},
-      {"PaymentList3C.rpt", "PaymentPop", "{PaymentMast.PayDate}", "{PaymentMast.PayID}",
-       "Company Code|Company Category|Collection Type|Collateral|User ID|Bank|Customer Type|"
-       "Salesman",
-       "PaymentMast.CompCode|CustMast.CompCatCode|PaymentMast.CollectInfoID|LoanMast.LoanType|"
-       "PaymentMast.UserID|PaymentMast.Bank|CustMast.AreaCode|LoanMast.SalesmanID"},
-      {"DUEDATE5.RPT", "LoanPop", "{LoanMast.NextDueDate}", "{LoanMast.LoanID}",
-       "Company Code|Customer Race|Customer Type|Loan Type|Loan Status|Company Category|"
-       "Collateral|Bank|Customer Type|Salesman",
-       "LoanMast.CompCode|CustMast.CustRace|CustMast.AreaCode|LoanMast.LoanTypeID|"
-       "LoanMast.LoanGroupID|CustMast.CompCatCode|LoanMast.LoanType|LoanMast.Bank|"
-       "CustMast.AreaCode|LoanMast.SalesmanID"},
-      {"ExpectedCollection.rpt", "LoanPop", "{SchMast.DueDate}", "{LoanMast.LoanID}",
-       "Company Code|Loan Type|Get Know|Loan Status|Company Category|Collateral Type|Collateral|"
-       "User ID|Bank|Customer Type|Salesman",
-       "LoanMast.CompCode|LoanMast.LoanTypeID|LoanMast.AdvertiseID|LoanMast.LoanGroupID|"
-       "CustMast.CompCatCode|LoanMast.CollateralID|LoanMast.LoanType|LoanMast.UserID|"
-       "LoanMast.Bank|CustMast.AreaCode|LoanMast.SalesmanID"},
-      {"CBBalance.rpt", "", "{CashBook.TranDate}", "", "", ""},
-  };
-  for (const Case& c : cases) {
-    const ReportCriteria& row = CriteriaOf(c.file);
-    EXPECT_EQ(row.picker, c.picker);
-    EXPECT_EQ(row.DateField, c.date);
-    EXPECT_EQ(row.IDField, c.id);
-    std::string labels, fields;
-    for (const ReportFilter& filter : row.filters) {
-      const char* bar = labels.empty() ? "" : "|";
-      labels += bar + filter.label.english;
-      fields += bar + filter.field.substr(1, filter.field.size() - 2);
-    }
-    EXPECT_EQ(labels, c.labels) << c.file;
-    EXPECT_EQ(fields, c.fields) << c.file;
-  }
-  EXPECT_FALSE(CriteriaOf("CBBalance.rpt").CompanyRequired);
-}
-
 TEST(ReportCriteria, TheOptionBoxesOfEachFile) {
   // "number caption" and +/- for on and off; ~ behind it stands for a box that is greyed.
   const std::map<std::string, std::string> told = {
