@@ -1,0 +1,191 @@
+// Every report that the program can start has its file, and every file is checked somewhere.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <string>
+
+#include "app/menu_table.h"
+#include "core/report_path.h"
+#include "reporting/report_criteria.h"
+
+namespace kaunter {
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kSource = KAUNTER_SOURCE_DIR;
+
+using Names = std::set<std::string>;
+
+// "LoanMastListC.rpt" for "LoanMastList.rpt".
+std::string ChineseName(const std::string& file) {
+  return file.substr(0, file.size() - std::string(".rpt").size()) + "C.rpt";
+}
+
+// The reports of subsystems that the program does not have yet: gold, short messages, e-invoicing,
+// the returns to the authorities, the loans that no longer perform.
+const Names& OfLaterSubsystems() {
+  static const Names names = {"BuyGoldList.rpt",   "BuyGoldListC.rpt", "SellGoldList.rpt",
+                              "SellGoldListC.rpt", "SMSCompList.rpt",  "SMSHPList.rpt",
+                              "EInvoicing.rpt",    "STR-BNM.rpt",      "NPL Report.rpt",
+                              "YearlyLoan.rpt",    "NewLampiran.rpt"};
+  return names;
+}
+
+// The name under which the menu and the criteria know a report whose file goes by another one.
+bool StandsForOthers(const std::string& file) { return file == "Agree1.rpt"; }
+
+// What the option boxes, the settings and the other screens start besides.
+const Names& StartedOtherwise() {
+  static const Names names = {
+      "LoanMastList3.rpt",    "LoanMastListC3.rpt", "LoanMastList2S.rpt",
+      "LoanMastList2CS.rpt",  "LoanSchList2.rpt",   "LoanSchListC2.rpt",
+      "PaymentList3S.rpt",    "PaymentList3CS.rpt", "Outstanding2S.rpt",
+      "Outstanding2CS.rpt",   "AccountReport2.rpt", "AccountReport2C.rpt",
+      "AccountReport3.rpt",   "AgreeJ.rpt",         "AgreeK.rpt",
+      "LejarAkuan60.rpt",     "RekodTrans2.rpt",    "Payment Receipt Old.rpt",
+      "MyKadList.rpt",        "LoanCalcList.rpt",   "ApplicationForm.rpt",
+      "ApplicationForm2.rpt", "LetterOffer.rpt",    "SettlementLetter.rpt",
+      "Reminder2.rpt",        "LateInvoice.rpt",    "ARCreditNote.rpt",
+      "LateInterestC.rpt"};
+  return names;
+}
+
+// The files of a list of the printing desk: caption, file, field.
+void AddPrintingList(const fs::path& list, Names& names) {
+  std::ifstream file(list);
+  std::string line;
+  while (std::getline(file, line)) {
+    const std::size_t from = line.find(',');
+    const std::size_t to = line.find(',', from + 1);
+    if (to == std::string::npos) continue;
+    names.insert(line.substr(from + 1, to - from - 1));
+  }
+}
+
+Names EveryReport() {
+  Names names = StartedOtherwise();
+  for (const MenuEntry& entry : MenuTable()) {
+    if (entry.action != MenuAction::report && entry.action != MenuAction::direct_list) continue;
+    names.insert(entry.target);
+    if (entry.chinese_report) names.insert(ChineseName(entry.target));
+  }
+  for (const ReportCriteria& row : AllReportCriteria()) {
+    names.insert(row.files.begin(), row.files.end());
+  }
+  for (const auto& list : fs::directory_iterator(kSource / "reports" / "ReportList")) {
+    AddPrintingList(list.path(), names);
+  }
+  return names;
+}
+
+// Files that are being written; the list ends empty.
+const Names& StillToCome() {
+  static const Names names = {"AccountReport.rpt",
+                              "AccountReport2.rpt",
+                              "AccountReport2C.rpt",
+                              "AccountReport3.rpt",
+                              "AccountReportC.rpt",
+                              "AgingMonth.rpt",
+                              "CDD2.rpt",
+                              "ChargeList.rpt",
+                              "DailyCollection.rpt",
+                              "DailyCollectionC.rpt",
+                              "DueDate.rpt",
+                              "DueDate2.rpt",
+                              "DueDate2C.rpt",
+                              "DueDate3.rpt",
+                              "DueDate3C.rpt",
+                              "DueDate4.rpt",
+                              "DueDate4C.rpt",
+                              "DueDate5.rpt",
+                              "DueDate5C.rpt",
+                              "DueDateC.rpt",
+                              "ExpectedCollection.rpt",
+                              "FollowUpDetList.rpt",
+                              "FollowUpDetListC.rpt",
+                              "LateInterest.rpt",
+                              "LateInterestC.rpt",
+                              "LateInvoice.rpt",
+                              "LejarAkuan.rpt",
+                              "LejarAkuan60.rpt",
+                              "OustandingInt.rpt",
+                              "OustandingIntC.rpt",
+                              "Outstanding.rpt",
+                              "Outstanding2.rpt",
+                              "Outstanding2C.rpt",
+                              "Outstanding2CS.rpt",
+                              "Outstanding2S.rpt",
+                              "OutstandingC.rpt",
+                              "PaymentCreatedDate.rpt",
+                              "PaymentCreatedDateC.rpt",
+                              "PaymentExceedThreshold.rpt",
+                              "PaymentList.rpt",
+                              "PaymentList2.rpt",
+                              "PaymentList2C.rpt",
+                              "PaymentList3.rpt",
+                              "PaymentList3C.rpt",
+                              "PaymentList3CS.rpt",
+                              "PaymentList3S.rpt",
+                              "PaymentListC.rpt",
+                              "RekodTrans.rpt",
+                              "RekodTrans2.rpt",
+                              "StatementList.rpt",
+                              "SummaryBS.rpt",
+                              "SummaryPnL.rpt"};
+  return names;
+}
+
+TEST(ReportFiles, EveryReportThatCanBeStartedHasAFile) {
+  const Names every = EveryReport();
+  ASSERT_GT(every.size(), 120u);
+  for (const std::string& name : every) {
+    if (OfLaterSubsystems().contains(name) || StandsForOthers(name) ||
+        StillToCome().contains(name)) {
+      continue;
+    }
+    EXPECT_TRUE(ReportFileExists((kSource / "reports" / name).string())) << name << " has no file";
+  }
+  // A file that came must not stay among those that are to come.
+  for (const std::string& name : OfLaterSubsystems()) {
+    EXPECT_FALSE(ReportFileExists((kSource / "reports" / name).string())) << name;
+  }
+}
+
+// The text of all tests that run report files.
+std::string TestsThatPrint() {
+  std::string all;
+  for (const auto& entry : fs::recursive_directory_iterator(kSource / "tests")) {
+    if (entry.path().extension() != ".cpp") continue;
+    std::ifstream file(entry.path());
+    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    const bool prints = text.find("tests/reporting/report_office.h") != std::string::npos ||
+                        text.find("RunReport(") != std::string::npos;
+    if (prints && entry.path().filename() != "report_files_test.cpp") all += text;
+  }
+  return all;
+}
+
+TEST(ReportFiles, EveryFileIsCheckedByATest) {
+  const std::string tests = TestsThatPrint();
+  for (const auto& entry : fs::directory_iterator(kSource / "reports")) {
+    if (entry.path().extension() != ".rpt") continue;
+    const std::string name = entry.path().filename().string();
+    EXPECT_NE(tests.find('"' + name + '"'), std::string::npos) << name << " is in no test's table";
+  }
+}
+
+TEST(ReportFiles, EveryFileCanBeStarted) {
+  const Names every = EveryReport();
+  for (const auto& entry : fs::directory_iterator(kSource / "reports")) {
+    if (entry.path().extension() != ".rpt") continue;
+    const std::string name = entry.path().filename().string();
+    EXPECT_TRUE(every.contains(name)) << name << " is printed by nothing";
+  }
+}
+
+}  // namespace
+}  // namespace kaunter

@@ -1,0 +1,99 @@
+// The papers of an application, and the calculation for a prospective customer.
+#include <gtest/gtest.h>
+
+#include "tests/reporting/report_office.h"
+
+namespace kaunter {
+namespace {
+
+struct ApplicationOffice : ReportOffice {
+  ApplicationOffice() {
+    Rows(
+        "AppMast (AppID,CompCode,CustID,TrxDate,LoanAmt,LoanAmt2,InsRate,LoanTerm,InstallmentAmt,"
+        "LastPayment,NextDueDate,AppStatus,AppStatus2,ApprovalDate2,CollateralID)",
+        {"'AP1','HQ','C1','2024-01-02',5000,6000,12,'3',1750,1750,'2024-02-05','Approved',"
+         "'Approved','2024-01-10','CAR'",
+         "'AP2','HQ','C2','2024-01-03',900,900,18,'2',463.50,463.51,'2024-03-01','Pending','',"
+         "NULL,''"});
+    Rows("AppMastLink (AppID,CustID,AppType,Relationship)",
+         {"'AP1','C1','Applicant',''", "'AP1','C2','Guarantor','FRIEND'",
+          "'AP1','C3','Chargor','OWNER'", "'AP2','C2','Applicant',''"});
+  }
+};
+
+std::string Printed(ReportOffice& office, const std::string& file, const std::string& formula,
+                    const std::vector<std::string>& parameters = {}) {
+  ReportJob job;
+  job.Connect = &office.main();
+  job.SelectionFormula = formula;
+  for (std::size_t i = 0; i < parameters.size(); ++i) {
+    job.ParameterFields[static_cast<int>(i)] = parameters[i];
+  }
+  job.ReportFileName = KAUNTER_SOURCE_DIR "/reports/" + file;
+  std::string all = "|";
+  for (const ReportPage& page : RunReport(job).pages) {
+    for (const PageText& text : page.texts) all += text.text + "|";
+  }
+  return all;
+}
+
+void ExpectOn(const std::string& paper, std::initializer_list<const char*> texts) {
+  for (const char* text : texts) EXPECT_NE(paper.find(text), std::string::npos) << text;
+}
+
+TEST(LetterReports, ApplicationInTheLanguageOfItsCustomer) {
+  ApplicationOffice office;
+  ReportCheck check(office);
+  for (const char* file : {"ApplicationForm.rpt", "ApplicationForm2.rpt"}) {
+    check.Expect({.file = file,
+                  .formula = "{AppMast.AppID} = 'AP1'",
+                  .parameters = {},
+                  .sums = {},
+                  .count = "SELECT COUNT(*) FROM AppMastLink WHERE AppID='AP1'",
+                  .twin = "-"});
+    ExpectOn(
+        Printed(office, file, "{AppMast.AppID} = 'AP1'"),
+        {"|AP1|", "|Tan Ah Kow|", "|RM 5,000.00|", "|RM 6,000.00|", "|RM 1,750.00|", "|05-02-2024|",
+         "|CAR · Motor vehicle|", "|Syarikat Pembinaan Maju Jaya", "|Approved · 10-01-2024|"});
+  }
+  ExpectOn(Printed(office, "ApplicationForm.rpt", "{AppMast.AppID} = 'AP2'"),
+           {"|LOAN APPLICATION|"});
+  ExpectOn(Printed(office, "ApplicationForm2.rpt", "{AppMast.AppID} = 'AP2'"),
+           {"|PERMOHONAN PINJAMAN|"});
+}
+
+TEST(LetterReports, OfferIsSignedByAllButTheChargor) {
+  ApplicationOffice office;
+  ReportCheck check(office);
+  const std::string formula = "{AppMastLink.AppID} = 'AP1' AND {AppMastLink.AppType} <> 'Chargor'";
+  const std::vector<std::string> parameters = {
+      "Join;(AND OTHERS);True", "Chargor;Syarikat Pembinaan Maju Jaya Sdn Bhd;True",
+      "Guarantor;Muhammad Hafizuddin bin Abdul Rahman @ Adam;True"};
+  check.Expect({.file = "LetterOffer.rpt",
+                .formula = formula,
+                .parameters = parameters,
+                .sums = {},
+                .count = "SELECT 3 - 1",
+                .twin = "-"});
+  ExpectOn(Printed(office, "LetterOffer.rpt", formula, parameters),
+           {"|10 January 2024|", "|Tan Ah Kow (AND OTHERS)|", "|RM 5,000.00|", "|3 of RM 1,750.00|",
+            "|5 February 2024|", "|Guarantor|"});
+}
+
+TEST(LetterReports, CalculationShowsTheCapitalThatIsLeft) {
+  ReportOffice office;
+  ReportCheck check(office);
+  check.Expect({.file = "LoanCalcList.rpt",
+                .formula = "{SchMast2.LoanID}='L1'",
+                .parameters = {"RptID;False;True", "CustName;Tan Ah Kow;True"},
+                .sums = {{"PayableAmt", "SELECT 5900"},
+                         {"CapitalAmt", "SELECT 5000"},
+                         {"InterestAmt", "SELECT 900"},
+                         // After the first instalment 3,333.33, then 1,666.66, then nothing.
+                         {"CapitalLeft", "SELECT 4999.99"}},
+                .count = "SELECT 3",
+                .twin = "-"});
+}
+
+}  // namespace
+}  // namespace kaunter
