@@ -6,6 +6,7 @@
 #include "core/company_access.h"
 #include "core/einvoice_codes.h"
 #include "core/log.h"
+#include "core/open_for.h"
 #include "core/report_path.h"
 #include "core/sign_in.h"
 #include "core/user_login.h"
@@ -60,9 +61,16 @@ MainFrm::MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
       LS1(*this, "LS1", {"Today's due", "今日到期"}, DueColumns()),
       LS2(*this, "LS2", {"Sijil Stamp no", "印花证书号码"}, StampColumns()),
       menu_(std::move(entries)),
+      home_(*this, session, menu_),
       screen_exists_(std::move(screen_exists)) {
   LS1.onOpen = [this](int row, int) { OpenListedLoan(LS1.Cell(row, 0)); };
   LS2.onOpen = [this](int row, int) { OpenListedLoan(LS2.Cell(row, 0)); };
+  home_.choose = [this](std::string_view entry) { ChooseMenu(entry); };
+  home_.open_loan = [this](const std::string& loan_id) {
+    if (!screen_exists_("NewLoanFrm")) return;
+    OpenFor(this->session(), this->desk(), "NewLoanFrm", "Edit Loan", loan_id);
+    home_.Returned();
+  };
   Label1.onClick = [this] { EditSlogan(); };
   EmptyKeyCmd.onClick = [this] { ShutBuiltInLogon(); };
   for (MenuEntry& entry : menu_.entries()) {
@@ -153,6 +161,7 @@ void MainFrm::SignIn() {
   if (session().CurrentUserID.empty()) return;
   if (onSignedIn) onSignedIn();
   RefreshMainLists();
+  home_.SignedIn();
   const MenuEntry* follow_up = menu_.Find("FolloUpMnu");
   if (session().FollowUpFlag && follow_up != nullptr && follow_up->visible && follow_up->enabled) {
     OpenScreen(*follow_up);
@@ -175,6 +184,7 @@ void MainFrm::SignOut() {
   session().CurrentCompDesc.clear();
   LS1.Clear();
   LS2.Clear();
+  home_.SignedOut();
   ApplyMenus();
   SetPanel(2, "");
   SetPanel(4, "");
@@ -218,6 +228,7 @@ void MainFrm::OpenScreen(const MenuEntry& entry) {
   desk().Show(entry.target);
   session().CallerTag.clear();
   SetPanel(1, session().ProgramTitle);
+  home_.Returned();
 }
 
 std::string MainFrm::ReportName(const MenuEntry& entry) const {
@@ -283,6 +294,7 @@ void MainFrm::RunOwn(const MenuEntry& entry) {
 void MainFrm::SwitchLanguage() {
   session().ChineseFlag = !session().ChineseFlag;
   SetChinese(session().ChineseFlag);
+  home_.ShowAll();
 }
 
 void MainFrm::EditSlogan() {
@@ -303,6 +315,7 @@ void MainFrm::OpenListedLoan(const std::string& loan_id) {
   session().HandOverLoanID.clear();
   session().CallerTag.clear();
   RefreshMainLists();
+  home_.Returned();
 }
 
 void MainFrm::RefreshMainLists() {

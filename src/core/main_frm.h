@@ -1,5 +1,5 @@
-// MainFrm: the main window as the logic sees it: menu dispatch, the two side lists, the status
-// line, the language switch, sign-in, sign-out and exit.
+// MainFrm: the main window as the logic sees it: menu dispatch, the two side lists, the figures of
+// the office, the status line, the language switch, sign-in, sign-out and exit.
 #pragma once
 
 #include <array>
@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/home_figures.h"
 #include "core/menu.h"
 #include "core/session_screen.h"
 
@@ -31,6 +32,7 @@ class MainFrm : public SessionScreen {
   Button EmptyKeyCmd{*this, "EmptyKeyCmd", {"&Shut it", "关闭它(&S)"}};
 
   MainMenu& menu() { return menu_; }
+  HomeFigures& home() { return home_; }
   // Why an entry is greyed; one text for all whose screen is not built yet.
   static const Caption& NotBuiltText();
 
@@ -76,6 +78,7 @@ class MainFrm : public SessionScreen {
   std::string ReportName(const MenuEntry& entry) const;
 
   MainMenu menu_;
+  HomeFigures home_;
   std::function<bool(std::string_view)> screen_exists_;
   std::array<std::string, 5> panels_;
   std::string long_date_;

@@ -1,0 +1,193 @@
+#include "core/office_figures.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "core/company_access.h"
+#include "core/session.h"
+#include "core/values.h"
+
+namespace kaunter {
+namespace {
+
+constexpr int kDaysOfWeek = 7;
+constexpr std::size_t kTopLoans = 8;
+// Upper ends of the bands from kTo30Days; the last has none.
+constexpr int kBandDays[] = {30, 60, 90};
+
+std::string AndCompany(const Session& session, std::string_view column) {
+  const std::string condition = CompanyCondition(session, column);
+  return condition.empty() ? condition : " AND " + condition;
+}
+
+Money Amount(const Value& sum) { return sum.IsNull() ? Money() : Money::FromText(sum.ToText()); }
+
+int Count(const Value& count) { return static_cast<int>(CDbl(count.ToText())); }
+
+DateTime Day(const Value& date) {
+  const DateTime* day = date.AsDate();
+  return day == nullptr ? DateTime() : day->DateOnly();
+}
+
+void Add(Tally& tally, int count, Money amount) {
+  tally.count += count;
+  tally.amount += amount;
+}
+
+Year EmptyYear(const DateTime& today) {
+  Year year;
+  const DateTime first{today.year, today.month, 1};
+  for (int i = 0; i < kMonthsShown; ++i) {
+    const DateTime month = first.AddMonths(i + 1 - kMonthsShown);
+    year[static_cast<std::size_t>(i)] = {month.year, month.month, {}};
+  }
+  return year;
+}
+
+// " >= first day of the year shown AND column < first day of the next month".
+std::string WithinYear(const std::string& column, const DateTime& today) {
+  const DateTime first{today.year, today.month, 1};
+  return fmt::format("{0} >= {1} AND {0} < {2}", column, SqlDate(first.AddMonths(1 - kMonthsShown)),
+                     SqlDate(first.AddMonths(1)));
+}
+
+// Rows of a day, a count and a sum each, into their months: a month is not computed for each row of
+// the table.
+Year ByMonth(const DateTime& today, Recordset days) {
+  Year year = EmptyYear(today);
+  for (; !days.Eof(); days.MoveNext()) {
+    const DateTime day = Day(days.Field(0));
+    for (MonthTally& month : year) {
+      if (month.year != day.year || month.month != day.month) continue;
+      Add(month.sum, Count(days.Field(1)), Amount(days.Field(2)));
+    }
+  }
+  return year;
+}
+
+// An open loan's rows with something left to pay. `dates` is a condition on s.DueDate.
+std::string OpenRows(const Session& session, const std::string& dates) {
+  return fmt::format(
+      "FROM SchMast as s INNER JOIN LoanMast as l ON s.LoanID=l.LoanID WHERE {} AND "
+      "s.PayableAmt>s.Payment AND l.LoanBal>0{}",
+      dates, AndCompany(session, "l.CompCode"));
+}
+
+void NameCustomers(Session& session, std::vector<OverdueLoan>& loans) {
+  if (loans.empty()) return;
+  std::string keys;
+  for (const OverdueLoan& loan : loans) keys += (keys.empty() ? "" : ",") + QuoteStr(loan.loan_id);
+  Recordset names = session.Main().Query(fmt::format(
+      "SELECT l.LoanID,c.CustName FROM LoanMast as l INNER JOIN CustMast as c on l.CustID=c.CustID "
+      "WHERE l.LoanID in ({})",
+      keys));
+  for (; !names.Eof(); names.MoveNext()) {
+    for (OverdueLoan& loan : loans) {
+      if (SameText(loan.loan_id, NullToEmpty(names.Field(0)))) {
+        loan.customer = NullToEmpty(names.Field(1));
+      }
+    }
+  }
+}
+
+}  // namespace
+
+OfficeFigures EmptyFigures(const DateTime& today) {
+  OfficeFigures figures;
+  figures.today = today.DateOnly();
+  figures.collected = figures.disbursed = EmptyYear(today);
+  return figures;
+}
+
+void ReadComingDue(Session& session, OfficeFigures& figures) {
+  Tally today;
+  Tally week;
+  Tally not_due;
+  Recordset days = session.Main().Query(fmt::format(
+      "SELECT s.DueDate,count(*) as N,sum(s.PayableAmt-s.Payment) as Amt {} GROUP BY s.DueDate",
+      OpenRows(session, "s.DueDate>=" + SqlDate(figures.today))));
+  for (; !days.Eof(); days.MoveNext()) {
+    const int ahead = Day(days.Field(0)).DayNumber() - figures.today.DayNumber();
+    const int count = Count(days.Field(1));
+    const Money amount = Amount(days.Field(2));
+    if (ahead == 0) Add(today, count, amount);
+    if (ahead < kDaysOfWeek) Add(week, count, amount);
+    Add(not_due, count, amount);
+  }
+  figures.due_today = today;
+  figures.due_week = week;
+  figures.by_age[kNotDue] = not_due;
+}
+
+// One row a loan, its bands side by side: what is behind is read once for all three figures. The
+// grouping is by the loan's own columns, since that of the schedule's key would walk every schedule
+// of the office.
+void ReadArrears(Session& session, OfficeFigures& figures) {
+  std::string bands;
+  for (int band = kTo30Days; band < kAgeBands; ++band) {
+    std::string when = "s.DueDate<" + SqlDate(figures.today);
+    if (band > kTo30Days) {
+      when = "s.DueDate<" + SqlDate(figures.today.AddDays(-kBandDays[band - 2]));
+    }
+    if (band < kOver90Days) {
+      when += " AND s.DueDate>=" + SqlDate(figures.today.AddDays(-kBandDays[band - 1]));
+    }
+    bands += fmt::format(
+        ",sum(case when {0} then 1 else 0 end) as N{1},sum(case when {0} then "
+        "s.PayableAmt-s.Payment else 0 end) as Amt{1}",
+        when, band);
+  }
+  Recordset loans = session.Main().Query(
+      fmt::format("SELECT l.CustID,l.LoanID,min(s.DueDate) as Oldest,sum(s.PayableAmt-s.Payment) "
+                  "as Amt{} {} GROUP BY l.CustID,l.LoanID",
+                  bands, OpenRows(session, "s.DueDate<" + SqlDate(figures.today))));
+  std::array<Tally, kAgeBands> by_age{};
+  Tally overdue;
+  std::vector<OverdueLoan> all;
+  all.reserve(loans.RowCount());
+  for (; !loans.Eof(); loans.MoveNext()) {
+    const Money amount = Amount(loans.Field("Amt"));
+    Add(overdue, 1, amount);
+    for (std::size_t band = kTo30Days; band < kAgeBands; ++band) {
+      Add(by_age[band], Count(loans.Field(2 + 2 * band)), Amount(loans.Field(3 + 2 * band)));
+    }
+    all.push_back({NullToEmpty(loans.Field("LoanID")), "",
+                   figures.today.DayNumber() - Day(loans.Field("Oldest")).DayNumber(), amount});
+  }
+  const auto top = all.begin() + static_cast<std::ptrdiff_t>(std::min(all.size(), kTopLoans));
+  std::partial_sort(all.begin(), top, all.end(), [](const OverdueLoan& a, const OverdueLoan& b) {
+    if (a.amount != b.amount) return a.amount > b.amount;
+    return a.days != b.days ? a.days > b.days : a.loan_id < b.loan_id;
+  });
+  all.erase(top, all.end());
+  NameCustomers(session, all);
+  by_age[kNotDue] = figures.by_age[kNotDue];
+  figures.by_age = by_age;
+  figures.overdue = overdue;
+  figures.top = std::move(all);
+}
+
+void ReadCollections(Session& session, OfficeFigures& figures) {
+  // The amounts are added up one by one: an unset one takes nothing from the others.
+  Recordset days = session.Main().Query(fmt::format(
+      "SELECT p.PayDate,count(*) as N,isnull(sum(p.PayAmt),0)+isnull(sum(p.IntAmt),0)+"
+      "isnull(sum(p.CollectorAmt),0)+isnull(sum(p.ChargeAmt),0)-isnull(sum(p.DiscAmt),0) as Amt "
+      "FROM PaymentMast as p WHERE {}{} GROUP BY p.PayDate",
+      WithinYear("p.PayDate", figures.today), AndCompany(session, "p.CompCode")));
+  figures.collected = ByMonth(figures.today, std::move(days));
+}
+
+void ReadDisbursements(Session& session, OfficeFigures& figures) {
+  const std::string statement =
+      session.Special
+          ? fmt::format("SELECT l.TrxDate,count(*) as N,sum(l.LoanAmt2) as Amt FROM LoanMast as l "
+                        "WHERE {}{} AND l.PayOutAmt>0 GROUP BY l.TrxDate",
+                        WithinYear("l.TrxDate", figures.today), AndCompany(session, "l.CompCode"))
+          : fmt::format("SELECT d.TrxDate,count(*) as N,sum(d.DrawDownAmt) as Amt FROM "
+                        "DrawDownMast as d WHERE {}{} GROUP BY d.TrxDate",
+                        WithinYear("d.TrxDate", figures.today), AndCompany(session, "d.CompCode"));
+  figures.disbursed = ByMonth(figures.today, session.Main().Query(statement));
+}
+
+}  // namespace kaunter

@@ -1,0 +1,66 @@
+// What the owner of an office looks at in the morning: what falls due, what is behind and how long,
+// what came in and went out in the last twelve months. Every figure counts what the person's
+// companies have; loans that are paid off (LoanBal 0) owe nothing, whatever their rows say.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "platform/date_time.h"
+#include "platform/money.h"
+
+namespace kaunter {
+
+class Session;
+
+// How many, and what they come to.
+struct Tally {
+  int count = 0;
+  Money amount;
+  bool operator==(const Tally&) const = default;
+};
+
+// Open instalments by their own age in days. What falls due today is not behind yet.
+enum AgeBand { kNotDue, kTo30Days, kTo60Days, kTo90Days, kOver90Days, kAgeBands };
+
+struct OverdueLoan {
+  std::string loan_id;
+  std::string customer;
+  int days = 0;  // since the oldest open instalment fell due
+  Money amount;  // all its instalments that are behind
+  bool operator==(const OverdueLoan&) const = default;
+};
+
+struct MonthTally {
+  int year = 0;
+  int month = 0;
+  Tally sum;
+  bool operator==(const MonthTally&) const = default;
+};
+
+constexpr int kMonthsShown = 12;
+using Year = std::array<MonthTally, kMonthsShown>;  // oldest first, the last is the running month
+
+struct OfficeFigures {
+  DateTime today;
+  Tally due_today;
+  Tally due_week;  // today and the six days after it
+  std::array<Tally, kAgeBands> by_age;
+  Tally overdue;                 // loans, not instalments
+  std::vector<OverdueLoan> top;  // the largest amounts first
+  Year collected;  // money received: instalments, late interest, charges, collector, less discount
+  Year disbursed;  // releases; with the Special right, the loans of the month with LoanAmt2
+};
+
+// Days and months that the figures of this day count, all of them zero.
+OfficeFigures EmptyFigures(const DateTime& today);
+
+// Each reads its part with one statement (the arrears with a second for the names) and leaves the
+// rest as it is. Throw SqlError.
+void ReadComingDue(Session& session, OfficeFigures& figures);
+void ReadArrears(Session& session, OfficeFigures& figures);
+void ReadCollections(Session& session, OfficeFigures& figures);
+void ReadDisbursements(Session& session, OfficeFigures& figures);
+
+}  // namespace kaunter
