@@ -45,8 +45,7 @@ double Milliseconds(std::chrono::steady_clock::time_point since) {
 }  // namespace
 
 HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu)
-    : DueDG(screen, "DueDG", {"Due", "到期"},
-            Columns({"Due", "到期"}, {"Instalments", "期数"})),
+    : DueDG(screen, "DueDG", {"Due", "到期"}, Columns({"Due", "到期"}, {"Instalments", "期数"})),
       AgeDG(screen, "AgeDG", {"Arrears by age", "欠款账龄"},
             Columns({"Age", "账龄"}, {"Instalments", "期数"})),
       CollectDG(screen, "CollectDG", {"Collections", "收款"},
@@ -114,8 +113,8 @@ void HomeFigures::SignedOut() {
   read_at_.clear();
   FiguresTime.SetText({});
   for (Grid* grid : {&DueDG, &AgeDG, &CollectDG, &DisburseDG, &OverdueDG}) grid->Clear();
-  for (Control* control : std::initializer_list<Control*>{
-           &DueDG, &AgeDG, &CollectDG, &DisburseDG, &OverdueDG, &FiguresTime, &RefreshCmd}) {
+  for (Control* control : std::initializer_list<Control*>{&DueDG, &AgeDG, &CollectDG, &DisburseDG,
+                                                          &OverdueDG, &FiguresTime, &RefreshCmd}) {
     control->SetVisible(false);
   }
 }
@@ -170,8 +169,8 @@ void HomeFigures::Returned() {
 
 void HomeFigures::ShowAll() {
   if (!RefreshCmd.visible() || !ready()) return;
-  FiguresTime.SetText(fmt::format(
-      "{} {}", Caption{"Figures as of", "数据截至"}.In(screen_.chinese()), read_at_));
+  FiguresTime.SetText(
+      fmt::format("{} {}", Caption{"Figures as of", "数据截至"}.In(screen_.chinese()), read_at_));
   ShowDue();
   ShowAges();
   ShowMonths(CollectDG, figures_.collected);

@@ -181,12 +181,14 @@ void ReadCollections(Session& session, OfficeFigures& figures) {
 void ReadDisbursements(Session& session, OfficeFigures& figures) {
   const std::string statement =
       session.Special
-          ? fmt::format("SELECT l.TrxDate,count(*) as N,sum(l.LoanAmt2) as Amt FROM LoanMast as l "
-                        "WHERE {}{} AND l.PayOutAmt>0 GROUP BY l.TrxDate",
-                        WithinYear("l.TrxDate", figures.today), AndCompany(session, "l.CompCode"))
-          : fmt::format("SELECT d.TrxDate,count(*) as N,sum(d.DrawDownAmt) as Amt FROM "
-                        "DrawDownMast as d WHERE {}{} GROUP BY d.TrxDate",
-                        WithinYear("d.TrxDate", figures.today), AndCompany(session, "d.CompCode"));
+          ? fmt::format(
+                "SELECT l.TrxDate,count(*) as N,sum(l.LoanAmt2) as Amt FROM LoanMast as l "
+                "WHERE {}{} AND l.PayOutAmt>0 GROUP BY l.TrxDate",
+                WithinYear("l.TrxDate", figures.today), AndCompany(session, "l.CompCode"))
+          : fmt::format(
+                "SELECT d.TrxDate,count(*) as N,sum(d.DrawDownAmt) as Amt FROM "
+                "DrawDownMast as d WHERE {}{} GROUP BY d.TrxDate",
+                WithinYear("d.TrxDate", figures.today), AndCompany(session, "d.CompCode"));
   figures.disbursed = ByMonth(figures.today, session.Main().Query(statement));
 }
 

@@ -4,11 +4,14 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QStackedWidget>
+#include <QTabBar>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "core/shown.h"
 #include "desktop/control_view.h"
+#include "desktop/figures_panel.h"
 #include "desktop/grid_view.h"
 #include "desktop/plain_views.h"
 #include "desktop/text.h"
@@ -56,8 +59,8 @@ void Tile::paintEvent(QPaintEvent*) {
                    Qt::AlignVCenter | Qt::AlignLeft | Qt::TextWordWrap, text());
 }
 
-ListCard::ListCard(ScreenFace& face, Label& title, Grid& grid, Caption empty, QWidget* parent)
-    : QWidget(parent), face_(face), title_(title), grid_(grid) {
+ListCard::ListCard(ScreenFace& face, std::vector<Listed> lists, QWidget* parent)
+    : QWidget(parent), face_(face), lists_(std::move(lists)) {
   auto* card = new QFrame(this);
   card->setProperty("card", true);
   auto* around = new QVBoxLayout(this);
@@ -66,42 +69,64 @@ ListCard::ListCard(ScreenFace& face, Label& title, Grid& grid, Caption empty, QW
   auto* layout = new QVBoxLayout(card);
   layout->setContentsMargins(1, 0, 1, 6);
   layout->setSpacing(0);
-  title_label_ = CardTitle(card);
-  count_ = new QLabel(card);
-  count_->setProperty("muted", true);
-  auto* head = new QHBoxLayout;
-  head->setContentsMargins(kGap, kGap, kGap, 4);
-  head->setSpacing(8);
-  head->addWidget(title_label_);
-  head->addWidget(count_);
-  head->addStretch(1);
+  pages_ = new QStackedWidget(card);
   sum_ = new QLabel(card);
   sum_->setFont(ScaledFont(1.05, true));
+  auto* head = new QHBoxLayout;
+  head->setSpacing(8);
+  if (lists_.size() == 1) {
+    head->setContentsMargins(14, 8, kGap, 2);
+    title_ = CardTitle(card);
+    head->addWidget(title_);
+  } else {
+    head->setContentsMargins(4, 0, kGap, 0);
+    names_ = new QTabBar(card);
+    names_->setDrawBase(false);
+    names_->setExpanding(false);
+    for (std::size_t i = 0; i < lists_.size(); ++i) names_->addTab({});
+    connect(names_, &QTabBar::currentChanged, this, [this](int page) {
+      pages_->setCurrentIndex(page);
+      Refresh();
+    });
+    head->addWidget(names_);
+  }
+  head->addStretch(1);
   head->addWidget(sum_);
   layout->addLayout(head);
-  auto& view = static_cast<GridView&>(face.View(grid));
-  view.SetBare();
-  view.SetEmptyText(empty);
-  layout->addWidget(view.widget(), 1);
+  for (const Listed& list : lists_) {
+    auto& view = static_cast<GridView&>(face.View(*list.grid));
+    view.SetBare();
+    view.SetEmptyText(list.empty);
+    pages_->addWidget(view.widget());
+  }
+  layout->addWidget(pages_, 1);
+}
+
+QString ListCard::Title(const Listed& list) const {
+  const QString name = Q(list.title->caption().In(face_.chinese()));
+  const int rows = list.grid->RowCount();
+  return rows == 0 ? name : QString("%1  %2").arg(name).arg(rows);
 }
 
 void ListCard::Refresh() {
-  title_label_->setText(Q(title_.Text()));
-  count_->setText(grid_.RowCount() ? QString::number(grid_.RowCount()) : QString());
-  sum_->setText(Sum());
-  face_.View(grid_).Refresh();
+  if (title_) title_->setText(Title(lists_[0]));
+  for (std::size_t i = 0; i < lists_.size(); ++i) {
+    if (names_) names_->setTabText(static_cast<int>(i), Title(lists_[i]));
+    face_.View(*lists_[i].grid).Refresh();
+  }
+  sum_->setText(Sum(*lists_[static_cast<std::size_t>(pages_->currentIndex())].grid));
 }
 
-// Of the first column of amounts; a list without one has no sum.
-QString ListCard::Sum() const {
-  const auto& columns = grid_.columns();
+// A list without a column of amounts has no sum.
+QString ListCard::Sum(const Grid& grid) const {
+  const auto& columns = grid.columns();
   const auto amounts = std::find_if(columns.begin(), columns.end(), [](const GridColumn& column) {
     return column.kind == Kind::money;
   });
-  if (amounts == columns.end() || grid_.RowCount() == 0) return {};
+  if (amounts == columns.end() || grid.RowCount() == 0) return {};
   Money sum;
-  for (int row = 0; row < grid_.RowCount(); ++row) {
-    const std::string& cell = grid_.Cell(row, static_cast<int>(amounts - columns.begin()));
+  for (int row = 0; row < grid.RowCount(); ++row) {
+    const std::string& cell = grid.Cell(row, static_cast<int>(amounts - columns.begin()));
     sum += Money::TryText(cell).value_or(Money());
   }
   return QString("%1 %2").arg(Q(amounts->header.In(face_.chinese())), Q(ShowMoney(sum)));
@@ -122,32 +147,55 @@ HomePage::HomePage(ScreenFace& face, MainFrm& main, std::function<void(const std
   desk_ = new QWidget(this);
   auto* desk = new QVBoxLayout(desk_);
   desk->setContentsMargins(0, 0, 0, 0);
-  desk->setSpacing(kMargin);
+  desk->setSpacing(kGap);
   notice_ = MakeNotice();
   desk->addWidget(notice_);
   tiles_ = new QHBoxLayout;
   tiles_->setSpacing(kGap);
   desk->addLayout(tiles_);
+  figures_ = new FiguresPanel(face, main.home(), desk_);
+  desk->addWidget(figures_, 4);
   auto* lists = new QHBoxLayout;
-  lists->setSpacing(kMargin);
-  due_ = new ListCard(face, main.Label4, main.LS1,
-                      {"Nothing is due today.", "今天没有到期的贷款。"}, desk_);
-  stamps_ = new ListCard(face, main.Label5, main.LS2,
-                         {"Every loan has its stamp number.", "所有贷款都有印花证书号码。"}, desk_);
-  lists->addWidget(due_, 3);
-  lists->addWidget(stamps_, 2);
-  desk->addLayout(lists, 1);
+  lists->setSpacing(kGap);
+  Grid& overdue = main.home().OverdueDG;
+  overdue_ =
+      new ListCard(face, {{&overdue, &overdue, {"No loan is behind.", "没有拖欠的贷款。"}}}, desk_);
+  lists_ =
+      new ListCard(face,
+                   {{&main.Label4, &main.LS1, {"Nothing is due today.", "今天没有到期的贷款。"}},
+                    {&main.Label5,
+                     &main.LS2,
+                     {"Every loan has its stamp number.", "所有贷款都有印花证书号码。"}}},
+                   desk_);
+  lists->addWidget(overdue_, 2);
+  lists->addWidget(lists_, 3);
+  desk->addLayout(lists, 5);
   welcome_ = MakeWelcome();
 
   auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(24, 20, 24, 20);
-  layout->setSpacing(4);
-  layout->addWidget(slogan_);
+  layout->setContentsMargins(24, 14, 24, 16);
+  layout->setSpacing(0);
+  layout->addLayout(MakeHead());
   layout->addWidget(company_);
-  layout->addSpacing(14);
+  layout->addSpacing(10);
   layout->addWidget(desk_, 1);
   layout->addWidget(welcome_, 1);
   Refresh();
+}
+
+// The slogan, and at its end when the figures were read.
+QHBoxLayout* HomePage::MakeHead() {
+  as_of_ = new QLabel(this);
+  as_of_->setProperty("muted", true);
+  refresh_ = new QPushButton(this);
+  connect(refresh_, &QPushButton::clicked, this,
+          [this] { face_.Act([this] { main_.home().RefreshCmd.Click(); }); });
+  auto* head = new QHBoxLayout;
+  head->setSpacing(kGap);
+  head->addWidget(slogan_, 1);
+  head->addWidget(as_of_);
+  head->addWidget(refresh_);
+  return head;
 }
 
 QWidget* HomePage::MakeNotice() {
@@ -204,17 +252,30 @@ void HomePage::Refresh() {
   company_->setText(Q(main_.Panel(4)));
   company_->setVisible(!company_->text().isEmpty());
   const bool signed_in = main_.Label4.visible();
-  desk_->setVisible(signed_in);
-  welcome_->setVisible(!signed_in);
+  // What goes is hidden before what comes is shown: both at once would make the window grow.
+  if (signed_in) welcome_->hide();
+  if (!signed_in) {
+    desk_->hide();
+    welcome_->show();
+  }
   welcome_text_->setText(chinese ? "请先进入系统。" : "Nobody is signed in.");
   sign_in_->setText(chinese ? "进入(&S)" : "&Sign in");
+  as_of_->setVisible(signed_in);
+  as_of_->setText(Q(main_.home().FiguresTime.Text()));
+  refresh_->setVisible(main_.home().RefreshCmd.visible());
+  refresh_->setText(Q(main_.home().RefreshCmd.caption().In(chinese)));
+  // A new text takes the key away.
+  refresh_->setShortcut(QKeySequence(Q(main_.home().RefreshCmd.shortcut)));
   if (!signed_in) return;
   notice_->setVisible(main_.KeyNotice.visible());
   notice_text_->setText(Q(main_.KeyNotice.caption().In(chinese)));
   shut_->setText(Q(main_.EmptyKeyCmd.caption().In(chinese)));
   RefreshTiles();
-  due_->Refresh();
-  stamps_->Refresh();
+  figures_->Refresh();
+  overdue_->setVisible(main_.home().OverdueDG.visible());
+  overdue_->Refresh();
+  lists_->Refresh();
+  desk_->show();
 }
 
 void HomePage::RefreshTiles() {

@@ -1,5 +1,6 @@
 // The page that the main window shows while no screen is open: the slogan, the ways that are taken
-// most, today's due loans and the loans without a stamp number.
+// most, the figures of the office, the loans that are most behind, today's due loans and the loans
+// without a stamp number.
 #pragma once
 
 #include <QAbstractButton>
@@ -13,18 +14,20 @@
 
 class QHBoxLayout;
 class QPushButton;
+class QStackedWidget;
+class QTabBar;
 
 namespace kaunter {
 
-class GridView;
+class FiguresPanel;
 class ScreenFace;
 
 // A large button with an icon and a caption.
 class Tile : public QAbstractButton {
  public:
   Tile(Glyph glyph, QWidget* parent);
-  QSize sizeHint() const override { return {190, 62}; }
-  QSize minimumSizeHint() const override { return {120, 62}; }
+  QSize sizeHint() const override { return {190, 54}; }
+  QSize minimumSizeHint() const override { return {120, 54}; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -33,20 +36,27 @@ class Tile : public QAbstractButton {
   QIcon icon_;
 };
 
-// One of the two side lists in a card: its title, how many rows, and what to say when empty.
+// Lists in one card, one of them shown: their names with how many rows, the sum of the first column
+// of amounts, and what to say when empty.
 class ListCard : public QWidget {
  public:
-  ListCard(ScreenFace& face, Label& title, Grid& grid, Caption empty, QWidget* parent);
+  struct Listed {
+    const Control* title;
+    Grid* grid;
+    Caption empty;
+  };
+  ListCard(ScreenFace& face, std::vector<Listed> lists, QWidget* parent);
   void Refresh();
 
  private:
-  QString Sum() const;
+  QString Sum(const Grid& grid) const;
+  QString Title(const Listed& list) const;
 
   ScreenFace& face_;
-  Label& title_;
-  Grid& grid_;
-  QLabel* title_label_;
-  QLabel* count_;
+  std::vector<Listed> lists_;
+  QLabel* title_ = nullptr;   // of the only list
+  QTabBar* names_ = nullptr;  // of several
+  QStackedWidget* pages_;
   QLabel* sum_;
 };
 
@@ -54,7 +64,7 @@ class HomePage : public QWidget {
  public:
   HomePage(ScreenFace& face, MainFrm& main, std::function<void(const std::string&)> choose,
            QWidget* parent);
-  // After a change of language, user, lists or rights.
+  // After a change of language, user, lists, figures or rights.
   void Refresh();
 
  protected:
@@ -64,6 +74,7 @@ class HomePage : public QWidget {
   void RefreshTiles();
   QWidget* MakeWelcome();
   QWidget* MakeNotice();
+  QHBoxLayout* MakeHead();
 
   ScreenFace& face_;
   MainFrm& main_;
@@ -79,8 +90,11 @@ class HomePage : public QWidget {
   QPushButton* sign_in_;
   QHBoxLayout* tiles_;
   std::vector<std::string> shown_tiles_;
-  ListCard* due_;
-  ListCard* stamps_;
+  FiguresPanel* figures_;
+  ListCard* overdue_;
+  ListCard* lists_;
+  QLabel* as_of_;
+  QPushButton* refresh_;
 };
 
 }  // namespace kaunter

@@ -28,15 +28,17 @@ class FiguresTest : public ::testing::Test {
   }
   void Loan(const char* id, const char* company, const char* balance, const char* date = "",
             const char* released = "0") {
-    office.Run(fmt::format("INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanBal,TrxDate,LoanAmt,"
-                           "LoanAmt2,PayOutAmt) VALUES ('{}','C1','{}',{},{},5000,3000,{})",
-                           id, company, balance, SqlDate(date), released));
+    office.Run(
+        fmt::format("INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanBal,TrxDate,LoanAmt,"
+                    "LoanAmt2,PayOutAmt) VALUES ('{}','C1','{}',{},{},5000,3000,{})",
+                    id, company, balance, SqlDate(date), released));
   }
   // A row of 100.00 of which something is paid.
   void Row(const char* loan, const char* due, const char* paid = "0") {
-    office.Run(fmt::format("INSERT INTO SchMast (SchID,LoanID,CustID,DueDate,PayableAmt,Payment) "
-                           "VALUES ({},'{}','C1',{},100,{})",
-                           ++rows, loan, SqlDate(due), paid));
+    office.Run(
+        fmt::format("INSERT INTO SchMast (SchID,LoanID,CustID,DueDate,PayableAmt,Payment) "
+                    "VALUES ({},'{}','C1',{},100,{})",
+                    ++rows, loan, SqlDate(due), paid));
   }
   OfficeFigures Read() {
     OfficeFigures figures = EmptyFigures(ServerTime(office.session.Main()));
@@ -63,7 +65,7 @@ TEST_F(FiguresTest, EachInstalmentLiesInTheBandOfItsDays) {
     AgeBand band;
   };
   // The days on both sides of each border.
-  const Case cases[] = {{"31-01-2024", kNotDue},    {"30-01-2024", kTo30Days},
+  const Case cases[] = {{"31-01-2024", kNotDue},     {"30-01-2024", kTo30Days},
                         {"01-01-2024", kTo30Days},  // 30 days
                         {"31-12-2023", kTo60Days},  // 31
                         {"02-12-2023", kTo60Days},  // 60
@@ -139,9 +141,10 @@ TEST_F(FiguresTest, TwelveMonthsEndWithTheRunningOne) {
         "INSERT INTO PaymentMast (PayID,LoanID,CompCode,PayDate,PayAmt,IntAmt,ChargeAmt,"
         "CollectorAmt,DiscAmt) VALUES ('{}','L1','{}',{},100,10,5,null,0.50)",
         id, company, SqlDate(date)));
-    office.Run(fmt::format("INSERT INTO DrawDownMast (SID,LoanID,CompCode,TrxDate,DrawDownAmt) "
-                           "VALUES ('{}','L1','{}',{},1000)",
-                           id, company, SqlDate(date)));
+    office.Run(
+        fmt::format("INSERT INTO DrawDownMast (SID,LoanID,CompCode,TrxDate,DrawDownAmt) "
+                    "VALUES ('{}','L1','{}',{},1000)",
+                    id, company, SqlDate(date)));
   };
   pay("P1", "HQ", "31-01-2023");  // a month too old
   pay("P2", "HQ", "01-02-2023");
@@ -165,8 +168,9 @@ TEST_F(FiguresTest, TheSpecialRightSeesTheSecondAmountOfReleasedLoans) {
   Loan("L1", "HQ", "900", "05-01-2024", "5000");
   Loan("L2", "HQ", "900", "06-01-2024", "0");
   Loan("L3", "AB", "900", "07-01-2024", "100");
-  office.Run("INSERT INTO DrawDownMast (SID,LoanID,CompCode,TrxDate,DrawDownAmt) VALUES "
-             "('D1','L1','HQ','2024-01-05',5000)");
+  office.Run(
+      "INSERT INTO DrawDownMast (SID,LoanID,CompCode,TrxDate,DrawDownAmt) VALUES "
+      "('D1','L1','HQ','2024-01-05',5000)");
   office.session.CurrentLevel = 1;
   EXPECT_EQ(Read().disbursed.back().sum, (Tally{1, M("5000")}));
   office.session.Special = true;
