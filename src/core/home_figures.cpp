@@ -2,24 +2,26 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
 #include <span>
 
+#include "core/log.h"
 #include "core/values.h"
 
 namespace kaunter {
 namespace {
 
 // What stands behind a table, the nearest first.
+constexpr const char* kEditLoan = "EditLoanMnu";
 constexpr const char* kDueRoads[] = {"DueDateInq", "DueDateListMnu", "DueDateRpt"};
 constexpr const char* kAgeRoads[] = {"AgingRptMnu", "OutBalMnu", "FolloUpMnu", "DueDateInq"};
 constexpr const char* kCollectRoads[] = {"TrxRptMnu", "PayRptMnu", "DailyCollRptMnu",
                                          "EditPaymentMnu"};
 constexpr const char* kDisburseRoads[] = {"LoanRptMnu", "LoanRptCreatedDateMnu", "EditLoanMnu"};
-constexpr const char* kOverdueRoads[] = {"EditLoanMnu", "FolloUpMnu", "ReminderMnu"};
+constexpr const char* kOverdueRoads[] = {kEditLoan, "FolloUpMnu", "ReminderMnu"};
 
-const Caption kAges[] = {{"Not due", "未到期"},
-                         {"1-30 days", "1-30天"},
+const Caption kAges[] = {{"1-30 days", "1-30天"},
                          {"31-60 days", "31-60天"},
                          {"61-90 days", "61-90天"},
                          {"Over 90 days", "超过90天"}};
@@ -62,18 +64,23 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
       screen_(screen),
       session_(session),
       menu_(menu),
-      parts_{{{&DueDG, &AgeDG}, ReadComingDue},
-             {{&AgeDG, &OverdueDG}, ReadArrears},
-             {{&CollectDG}, ReadCollections},
-             {{&DisburseDG}, ReadDisbursements}},
+      parts_{{{&DueDG}, ReadComingDue, &HomeFigures::ShowDue},
+             {{&AgeDG, &OverdueDG}, ReadArrears, &HomeFigures::ShowAges},
+             {{&DisburseDG}, ReadDisbursements, &HomeFigures::ShowDisbursed},
+             {{&CollectDG}, ReadCollections, &HomeFigures::ShowCollected}},
       next_part_(parts_.size()) {
-  for (Grid* grid : {&DueDG, &AgeDG, &CollectDG, &DisburseDG}) {
-    grid->onOpen = [this, grid](int, int) {
+  for (Grid* grid : Grids()) {
+    grid->onOpen = [this, grid](int row, int) {
       const MenuEntry* entry = Road(*grid);
-      if (entry != nullptr) choose(std::string(entry->name));
+      if (entry == nullptr) return;
+      // A loan of the list is opened by those who may choose Edit Loan, and by nobody else.
+      if (grid == &OverdueDG && entry->name == kEditLoan && entry->enabled) {
+        open_loan(OverdueDG.Cell(row, 0));
+      } else {
+        choose(std::string(entry->name));
+      }
     };
   }
-  OverdueDG.onOpen = [this](int row, int) { open_loan(OverdueDG.Cell(row, 0)); };
   RefreshCmd.onClick = [this] { Refresh(); };
   RefreshCmd.shortcut = "F5";
   SignedOut();
@@ -97,13 +104,10 @@ const MenuEntry* HomeFigures::Road(const Grid& grid) const {
 
 void HomeFigures::SignedIn() {
   SignedOut();
-  for (Grid* grid : {&DueDG, &AgeDG, &CollectDG, &DisburseDG, &OverdueDG}) {
-    grid->SetVisible(Road(*grid) != nullptr);
-  }
-  for (Control* control : std::initializer_list<Control*>{&FiguresTime, &RefreshCmd}) {
-    control->SetVisible(true);
-  }
-  Refresh();
+  for (Grid* grid : Grids()) grid->SetVisible(Road(*grid) != nullptr);
+  FiguresTime.SetVisible(true);
+  RefreshCmd.SetVisible(true);
+  if (later) Refresh();
 }
 
 void HomeFigures::SignedOut() {
@@ -111,71 +115,106 @@ void HomeFigures::SignedOut() {
   next_part_ = parts_.size();
   figures_ = {};
   read_at_.clear();
+  failed_ = false;
+  spent_ = 0;
   FiguresTime.SetText({});
-  for (Grid* grid : {&DueDG, &AgeDG, &CollectDG, &DisburseDG, &OverdueDG}) grid->Clear();
-  for (Control* control : std::initializer_list<Control*>{&DueDG, &AgeDG, &CollectDG, &DisburseDG,
-                                                          &OverdueDG, &FiguresTime, &RefreshCmd}) {
-    control->SetVisible(false);
+  FiguresTime.SetVisible(false);
+  RefreshCmd.SetVisible(false);
+  for (Grid* grid : Grids()) {
+    grid->Clear();
+    grid->SetVisible(false);
   }
+}
+
+void HomeFigures::Refresh() { Begin(When::soon); }
+
+void HomeFigures::Returned() {
+  if (!RefreshCmd.visible() || !later) return;
+  Begin(spent_ > patience ? When::in_a_while : When::soon);
 }
 
 // What is shown stays until its part has been read anew: a page that empties itself at each return
 // would flicker.
-void HomeFigures::Refresh() {
-  const DateTime now = ServerTime(session_.Main());
-  OfficeFigures fresh = EmptyFigures(now);
-  if (figures_.today == fresh.today) fresh = figures_;
-  figures_ = std::move(fresh);
-  read_at_ = Format(now, "dd-mm-yyyy hh:nn");
+void HomeFigures::Begin(When when) {
   next_part_ = 0;
-  spent_ = 0;
   const unsigned run = ++run_;
   if (later) {
-    later([this, run] { ReadNext(run); });
+    later(when, [this, run] { ReadNext(run); });
     return;
   }
   while (!ready()) ReadNext(run);
 }
 
-bool HomeFigures::Wanted(const Part& part) const {
-  for (const Grid* grid : part.grids) {
-    if (grid->visible()) return true;
-  }
-  return false;
-}
+bool HomeFigures::MayRead() const { return !session_.Main().InTransaction(); }
 
+// A reading that another one has overtaken, or that outlived its person, ends here.
 void HomeFigures::ReadNext(unsigned run) {
   if (run != run_ || ready()) return;
-  const Part& part = parts_[next_part_];
-  // Counted first: a statement that fails is not sent again and again.
-  ++next_part_;
-  if (Wanted(part)) {
-    const auto start = std::chrono::steady_clock::now();
-    part.read(session_, figures_);
-    // The window may have been painted meanwhile, but nobody has signed out: no key was heard.
-    spent_ += Milliseconds(start);
+  // Counted first: a part that fails is not read again and again.
+  const Part& part = parts_[next_part_++];
+  try {
+    Read(part);
+  } catch (const std::exception& failure) {
+    Fail(failure);
+    return;
   }
   if (ready()) {
-    ShowAll();
+    read_at_ = begun_at_;
+    failed_ = false;
+    ShowTime();
   } else if (later) {
-    later([this, run] { ReadNext(run); });
+    later(When::soon, [this, run] { ReadNext(run); });
   }
 }
 
-void HomeFigures::Returned() {
-  if (!RefreshCmd.visible() || !ready() || spent_ > patience) return;
-  Refresh();
+void HomeFigures::Read(const Part& part) {
+  const auto start = std::chrono::steady_clock::now();
+  if (next_part_ == 1) {
+    spent_ = 0;
+    const DateTime now = ServerTime(session_.Main());
+    begun_at_ = Format(now, "dd-mm-yyyy hh:nn");
+    const OfficeFigures fresh = EmptyFigures(now);
+    if (figures_.today != fresh.today) {
+      figures_ = fresh;
+      for (Grid* grid : Grids()) grid->Clear();
+    }
+  }
+  if (std::any_of(part.grids.begin(), part.grids.end(),
+                  [](const Grid* grid) { return grid->visible(); })) {
+    part.read(session_, figures_);
+    (this->*part.show)();
+  }
+  spent_ += Milliseconds(start);
+}
+
+// The page says so, and that is all: the person asked for nothing. Old figures beside new ones
+// would be taken for those of today.
+void HomeFigures::Fail(const std::exception& failure) {
+  next_part_ = parts_.size();
+  failed_ = true;
+  read_at_.clear();
+  for (Grid* grid : Grids()) grid->Clear();
+  ShowTime();
+  LogRollback(session_, "Home figures", failure);
+}
+
+void HomeFigures::ShowTime() {
+  const bool chinese = screen_.chinese();
+  RefreshCmd.SetCaption(failed_ ? Caption{"Try again", "重试"} : Caption{"Refresh", "刷新"});
+  if (failed_) {
+    FiguresTime.SetText(
+        Caption{"The figures cannot be read now.", "现在无法读取数据。"}.In(chinese));
+  } else if (!read_at_.empty()) {
+    FiguresTime.SetText(
+        fmt::format("{} {}", Caption{"Figures as of", "数据截至"}.In(chinese), read_at_));
+  }
 }
 
 void HomeFigures::ShowAll() {
-  if (!RefreshCmd.visible() || !ready()) return;
-  FiguresTime.SetText(
-      fmt::format("{} {}", Caption{"Figures as of", "数据截至"}.In(screen_.chinese()), read_at_));
-  ShowDue();
-  ShowAges();
-  ShowMonths(CollectDG, figures_.collected);
-  ShowMonths(DisburseDG, figures_.disbursed);
-  ShowOverdue();
+  ShowTime();
+  for (const Part& part : parts_) {
+    if (part.grids[0]->RowCount() > 0) (this->*part.show)();
+  }
 }
 
 void HomeFigures::ShowDue() {
@@ -186,15 +225,20 @@ void HomeFigures::ShowDue() {
 }
 
 void HomeFigures::ShowAges() {
+  ShowOverdue();
   if (!AgeDG.visible()) return;
   std::vector<std::vector<std::string>> rows;
   for (std::size_t band = 0; band < kAgeBands; ++band) {
     rows.push_back(Row(kAges[band].In(screen_.chinese()), figures_.by_age[band]));
   }
   rows.push_back(Row(kAllOverdue.In(screen_.chinese()), figures_.overdue));
-  AgeDG.SetRows(std::move(rows), {RowTone::plain, RowTone::plain, RowTone::plain, RowTone::plain,
-                                  RowTone::plain, RowTone::total});
+  AgeDG.SetRows(std::move(rows),
+                {RowTone::plain, RowTone::plain, RowTone::plain, RowTone::plain, RowTone::total});
 }
+
+void HomeFigures::ShowCollected() { ShowMonths(CollectDG, figures_.collected); }
+
+void HomeFigures::ShowDisbursed() { ShowMonths(DisburseDG, figures_.disbursed); }
 
 void HomeFigures::ShowMonths(Grid& grid, const Year& year) {
   if (!grid.visible()) return;
@@ -218,13 +262,6 @@ void HomeFigures::ShowOverdue() {
   OverdueDG.SetRows(std::move(rows));
 }
 
-bool HomeFigures::Empty() const {
-  Tally all = figures_.overdue;
-  for (const Tally& band : figures_.by_age) all.count += band.count;
-  for (std::size_t i = 0; i < kMonthsShown; ++i) {
-    all.count += figures_.collected[i].sum.count + figures_.disbursed[i].sum.count;
-  }
-  return all.count == 0;
-}
+bool HomeFigures::Empty() const { return !read_at_.empty() && !figures_.any_loan; }
 
 }  // namespace kaunter

@@ -2,11 +2,13 @@
 // script reads. Opening a row opens the screen or report behind it.
 //
 // A figure is there for those whose rights reach something behind it; for others its statement is
-// not even sent. The figures are read at the sign-in and by the Refresh button. At the return from
-// a screen they are read again only where that is done before anybody notices (`patience`): in a
-// large office they keep the time at which they were read.
+// not even sent. A face that can wait (`later`) has the figures read at the sign-in and at each
+// return: from a screen, from another program. A script reads them with the Refresh button, so that
+// what it finds does not hang on when it looks.
 #pragma once
 
+#include <array>
+#include <exception>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -23,7 +25,7 @@ class HomeFigures {
   HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu);
 
   Grid DueDG;       // today, the week
-  Grid AgeDG;       // a row a band, then all that is behind
+  Grid AgeDG;       // a row a band of days, then all loans that are behind
   Grid CollectDG;   // a row a month
   Grid DisburseDG;  // a row a month
   Grid OverdueDG;   // the loans that are most behind
@@ -33,47 +35,61 @@ class HomeFigures {
   // Opens a menu entry; a loan.
   std::function<void(std::string_view entry)> choose;
   std::function<void(const std::string& loan_id)> open_loan;
-  // A face that would rather read the parts while it is idle, one at a time, takes them here; it
-  // calls each within the screen's guard. Without it they are read at once.
-  std::function<void(std::function<void()> part)> later;
-  // Longest full reading, in milliseconds, that is repeated at each return from a screen.
+  // How a face has the parts read, one at a time, each within the screen's guard and while nothing
+  // else is going on: soon, or in a while.
+  enum class When { soon, in_a_while };
+  std::function<void(When when, std::function<void()> part)> later;
+  // A full reading that took longer, in milliseconds, is not begun again at each return: that waits
+  // until the person has stayed for a while.
   double patience = 150;
 
   // The person has signed in or out: what may be seen, and the reading of it.
   void SignedIn();
   void SignedOut();
   void Refresh();
-  // Back from a screen.
+  // Back from a screen, or from another program.
   void Returned();
   // The words of the language in force.
   void ShowAll();
 
   const OfficeFigures& figures() const { return figures_; }
-  // Every part has been read.
+  // Nothing is left to be read; the last reading failed.
   bool ready() const { return next_part_ == parts_.size(); }
+  bool failed() const { return failed_; }
+  // A statement between those of a transaction would read what may never come true.
+  bool MayRead() const;
   // The entry that a table opens: the first of its roads that can be chosen; null for none.
   const MenuEntry* Road(const Grid& grid) const;
-  // The office has neither loans that are open nor money that moved.
+  // The figures are there, and there is no loan.
   bool Empty() const;
 
  private:
   struct Part {
     std::vector<Grid*> grids;
     void (*read)(Session&, OfficeFigures&);
+    void (HomeFigures::*show)();
   };
+  void Begin(When when);
   void ReadNext(unsigned run);
-  bool Wanted(const Part& part) const;
+  void Read(const Part& part);
+  void Fail(const std::exception& failure);
+  void ShowTime();
   void ShowDue();
   void ShowAges();
-  void ShowMonths(Grid& grid, const Year& year);
+  void ShowCollected();
+  void ShowDisbursed();
   void ShowOverdue();
+  void ShowMonths(Grid& grid, const Year& year);
+  std::array<Grid*, 5> Grids() { return {&DueDG, &AgeDG, &CollectDG, &DisburseDG, &OverdueDG}; }
 
   SessionScreen& screen_;
   Session& session_;
   MainMenu& menu_;
   std::vector<Part> parts_;
   OfficeFigures figures_;
-  std::string read_at_;
+  std::string begun_at_;
+  std::string read_at_;  // empty until a reading has come to its end
+  bool failed_ = false;
   std::size_t next_part_;
   unsigned run_ = 0;  // a reading that another one has overtaken ends
   double spent_ = 0;  // milliseconds of the reading so far

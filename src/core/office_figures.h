@@ -22,7 +22,7 @@ struct Tally {
 };
 
 // Open instalments by their own age in days. What falls due today is not behind yet.
-enum AgeBand { kNotDue, kTo30Days, kTo60Days, kTo90Days, kOver90Days, kAgeBands };
+enum AgeBand { kTo30Days, kTo60Days, kTo90Days, kOver90Days, kAgeBands };
 
 struct OverdueLoan {
   std::string loan_id;
@@ -44,6 +44,7 @@ using Year = std::array<MonthTally, kMonthsShown>;  // oldest first, the last is
 
 struct OfficeFigures {
   DateTime today;
+  bool any_loan = true;  // until it is known that there is none
   Tally due_today;
   Tally due_week;  // today and the six days after it
   std::array<Tally, kAgeBands> by_age;
@@ -56,8 +57,8 @@ struct OfficeFigures {
 // Days and months that the figures of this day count, all of them zero.
 OfficeFigures EmptyFigures(const DateTime& today);
 
-// Each reads its part with one statement (the arrears with a second for the names) and leaves the
-// rest as it is. Throw SqlError.
+// Each reads its part and leaves the rest as it is; one that throws (SqlError) has changed nothing.
+// What they cost grows with the instalments that have fallen due and the payments of the office.
 void ReadComingDue(Session& session, OfficeFigures& figures);
 void ReadArrears(Session& session, OfficeFigures& figures);
 void ReadCollections(Session& session, OfficeFigures& figures);

@@ -3,7 +3,6 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <algorithm>
 
 #include "core/shown.h"
@@ -20,19 +19,16 @@ QString Elided(const QPainter& painter, const QString& text, int width) {
   return painter.fontMetrics().elidedText(text, Qt::ElideRight, width);
 }
 
-// Round at the end that grows.
+// Round at the end that grows: the other end lies outside of what is drawn.
 void FillBar(QPainter& painter, const QRectF& bar, const QColor& tone, bool upright) {
-  QPainterPath path;
-  path.addRoundedRect(bar, 3, 3);
-  QRectF foot = bar;
-  if (upright) {
-    foot.setTop(std::max(bar.top(), bar.bottom() - 3));
-  } else {
-    foot.setRight(std::min(bar.right(), bar.left() + 3));
-  }
-  path.addRect(foot);
-  path.setFillRule(Qt::WindingFill);
-  painter.fillPath(path, tone);
+  const QRect place = bar.toRect();
+  const QRect whole = upright ? place.adjusted(0, 0, 0, 4) : place.adjusted(-4, 0, 0, 0);
+  painter.save();
+  painter.setClipRect(place);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(tone);
+  painter.drawRoundedRect(whole, 3, 3);
+  painter.restore();
 }
 
 }  // namespace
@@ -50,8 +46,7 @@ FigureCard::FigureCard(QWidget* parent) : QAbstractButton(parent) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
-void FigureCard::Set(const QString& title, const QString& amount, const QString& note,
-                     bool alarm) {
+void FigureCard::Set(const QString& title, const QString& amount, const QString& note, bool alarm) {
   title_ = title;
   amount_ = amount;
   note_ = note;
@@ -66,10 +61,8 @@ void FigureCard::paintEvent(QPaintEvent*) {
   DrawCard(painter, *this, isEnabled() && (underMouse() || isDown()));
   const QRect inside = rect().adjusted(kInside, 9, -kInside, -8);
   painter.setPen(Look().muted);
-  painter.drawText(inside, Qt::AlignTop | Qt::AlignLeft,
-                   Elided(painter, title_, inside.width()));
-  painter.drawText(inside, Qt::AlignBottom | Qt::AlignLeft,
-                   Elided(painter, note_, inside.width()));
+  painter.drawText(inside, Qt::AlignTop | Qt::AlignLeft, Elided(painter, title_, inside.width()));
+  painter.drawText(inside, Qt::AlignBottom | Qt::AlignLeft, Elided(painter, note_, inside.width()));
   painter.setPen(alarm_ ? Look().bad : Look().text);
   painter.setFont(ScaledFont(1.5, true));
   painter.drawText(inside, Qt::AlignVCenter | Qt::AlignLeft,
@@ -107,8 +100,9 @@ QRect Chart::Body() const { return rect().adjusted(kInside, kHead, -kInside, -10
 QString Chart::HeadNote() const {
   if (pointed_ < 0) return note_;
   const ChartBar& bar = bars_[static_cast<std::size_t>(pointed_)];
-  return QString("%1:  %2  (%3)").arg(bar.name, Q(ShowMoney(bar.tally.amount))).arg(
-      bar.tally.count);
+  return QString("%1:  %2  (%3)")
+      .arg(bar.name, Q(ShowMoney(bar.tally.amount)))
+      .arg(bar.tally.count);
 }
 
 void Chart::paintEvent(QPaintEvent*) {
@@ -131,12 +125,9 @@ void Chart::paintEvent(QPaintEvent*) {
                    Elided(painter, HeadNote(), head.width() - title_width));
   // An amount below nothing (more taken back than paid) has no bar; its figure tells it.
   Money most;
-  for (const ChartBar& bar : bars_) {
-    if (bar.tone.isValid()) most = std::max(most, bar.tally.amount);
-  }
+  for (const ChartBar& bar : bars_) most = std::max(most, bar.tally.amount);
   for (std::size_t i = 0; i < bars_.size(); ++i) {
-    const double of_most =
-        most > Money() ? bars_[i].tally.amount.ToDouble() / most.ToDouble() : 0;
+    const double of_most = most > Money() ? bars_[i].tally.amount.ToDouble() / most.ToDouble() : 0;
     DrawBar(painter, static_cast<int>(i), std::max(0.0, of_most));
   }
 }
@@ -198,15 +189,14 @@ void BandChart::DrawBar(QPainter& painter, int bar, double share) const {
   int amounts = 0;
   for (const ChartBar& each : bars()) {
     names = std::max(names, painter.fontMetrics().horizontalAdvance(each.label));
-    amounts = std::max(
-        amounts, painter.fontMetrics().horizontalAdvance(Q(ShowMoney(each.tally.amount))));
+    amounts =
+        std::max(amounts, painter.fontMetrics().horizontalAdvance(Q(ShowMoney(each.tally.amount))));
   }
   const ChartBar& shown = bars()[static_cast<std::size_t>(bar)];
   painter.setPen(bar == pointed() ? Look().text : Look().muted);
   painter.drawText(place, Qt::AlignVCenter | Qt::AlignLeft, shown.label);
   painter.setPen(shown.tally.count == 0 ? Look().muted : Look().text);
   painter.drawText(place, Qt::AlignVCenter | Qt::AlignRight, Q(ShowMoney(shown.tally.amount)));
-  if (!shown.tone.isValid()) return;
   const double room = std::max(0, place.width() - names - amounts - 24);
   const double thick = std::min(16.0, place.height() * 0.62);
   QRectF ground(place.left() + names + 12, place.center().y() + 0.5 - thick / 2, room, thick);

@@ -36,7 +36,7 @@ struct ChartBar {
   QString name;   // as the head of the chart says it
   QString label;  // beside the bar
   Tally tally;
-  QColor tone;  // an invalid one: only the figure is shown
+  QColor tone;
 };
 
 class Chart : public QWidget {

@@ -17,25 +17,22 @@ namespace kaunter {
 namespace {
 
 constexpr int kBusyMilliseconds = 100;
+constexpr int kAWhileMilliseconds = 5000;
 
-QColor Between(const QColor& from, const QColor& to, float share) {
-  return QColor::fromRgbF(from.redF() + (to.redF() - from.redF()) * share,
-                          from.greenF() + (to.greenF() - from.greenF()) * share,
-                          from.blueF() + (to.blueF() - from.blueF()) * share);
+QColor Between(const QColor& from, const QColor& to, int percent) {
+  const auto mix = [percent](int a, int b) { return a + (b - a) * percent / 100; };
+  return {mix(from.red(), to.red()), mix(from.green(), to.green()), mix(from.blue(), to.blue())};
 }
 
-// From what is a little behind to what is long behind. What is not due has no bar: it would dwarf
-// the others.
+// From what is a little behind to what is long behind.
 QColor AgeTone(int band) {
   switch (band) {
-    case kNotDue:
-      return {};
     case kTo30Days:
       return Look().warn;
     case kTo60Days:
-      return Between(Look().warn, Look().bad, 0.4F);
+      return Between(Look().warn, Look().bad, 40);
     case kTo90Days:
-      return Between(Look().warn, Look().bad, 0.7F);
+      return Between(Look().warn, Look().bad, 70);
     default:
       return Look().bad;
   }
@@ -88,7 +85,9 @@ FiguresPanel::FiguresPanel(ScreenFace& face, HomeFigures& figures, QWidget* pare
   layout->addWidget(first_steps_);
   layout->addWidget(cards_);
   layout->addWidget(charts_, 1);
-  figures_.later = [this](std::function<void()> part) { ReadWhenIdle(std::move(part)); };
+  figures_.later = [this](HomeFigures::When when, std::function<void()> part) {
+    ReadWhenIdle(when == HomeFigures::When::soon ? 0 : kAWhileMilliseconds, std::move(part));
+  };
 }
 
 FiguresPanel::~FiguresPanel() { figures_.later = {}; }
@@ -110,14 +109,13 @@ void FiguresPanel::Open(Grid& grid, int row) {
 
 // Between two parts clicks and keys are heard. While another screen is open, or its statement runs,
 // the connection is not ours.
-void FiguresPanel::ReadWhenIdle(std::function<void()> part) {
-  QTimer::singleShot(0, this, [this, part = std::move(part)]() mutable {
+void FiguresPanel::ReadWhenIdle(int after, std::function<void()> part) {
+  QTimer::singleShot(after, this, [this, part = std::move(part)]() mutable {
     if (face_.screen().closed()) return;
-    if (face_.acting() || IsWaiting() || QApplication::activeModalWidget()) {
-      QTimer::singleShot(kBusyMilliseconds, this,
-                         [this, part = std::move(part)]() mutable { ReadWhenIdle(std::move(part)); });
-      return;
-    }
+    const bool busy = face_.acting() || IsWaiting() ||
+                      QApplication::activeModalWidget() != nullptr ||
+                      QApplication::activePopupWidget() != nullptr || !figures_.MayRead();
+    if (busy) return ReadWhenIdle(kBusyMilliseconds, std::move(part));
     face_.Act(part);
   });
 }
@@ -134,6 +132,9 @@ QString FiguresPanel::Tip(const Grid& grid) const {
   return Plain(entry->caption.In(face_.chinese()));
 }
 
+// In the place of a figure that is being read, or could not be.
+QString FiguresPanel::Unread() const { return figures_.failed() ? "-" : "..."; }
+
 void FiguresPanel::RefreshCard(const Card& card, const Caption& title, const Tally& tally,
                                const Caption& counted, bool alarm) {
   const bool chinese = face_.chinese();
@@ -141,7 +142,7 @@ void FiguresPanel::RefreshCard(const Card& card, const Caption& title, const Tal
   card.view->setEnabled(Opens(*card.grid));
   card.view->setToolTip(Tip(*card.grid));
   if (card.grid->RowCount() == 0) {
-    card.view->Set(Q(title.In(chinese)), "...", {}, false);
+    card.view->Set(Q(title.In(chinese)), Unread(), {}, false);
     return;
   }
   card.view->Set(Q(title.In(chinese)), Q(ShowMoney(tally.amount)),
@@ -161,7 +162,9 @@ void FiguresPanel::RefreshAges() {
   const QString behind =
       QString("%1 %2").arg(chinese ? "拖欠" : "Overdue", Q(ShowMoney(figures.overdue.amount)));
   ages_->Set(Q(grid.caption().In(chinese)), std::move(bars), behind,
-             grid.RowCount() == 0 ? "..." : chinese ? "没有未还的分期。" : "Nobody owes anything.");
+             grid.RowCount() == 0 ? Unread()
+             : chinese            ? "没有拖欠的分期。"
+                                  : "No instalment is behind.");
   ages_->SetOpens(Opens(grid), Tip(grid));
 }
 
@@ -179,17 +182,19 @@ void FiguresPanel::RefreshYear(MonthChart& chart, const Grid& grid, const Year& 
   chart.setVisible(grid.visible());
   chart.Set(Q(grid.caption().In(chinese)), std::move(bars),
             QString("%1 %2").arg(chinese ? "12个月" : "12 months", Q(ShowMoney(sum))),
-            grid.RowCount() == 0 ? "..." : Q(empty.In(chinese)));
+            grid.RowCount() == 0 ? Unread() : Q(empty.In(chinese)));
   chart.SetOpens(Opens(grid), Tip(grid));
 }
 
 void FiguresPanel::Refresh() {
   const bool chinese = face_.chinese();
-  const bool read = figures_.RefreshCmd.visible() && figures_.ready();
-  const bool empty = read && figures_.Empty();
+  const bool empty = figures_.Empty();
+  if (empty) {
+    cards_->hide();
+    charts_->hide();
+  }
   first_steps_->setVisible(empty);
-  cards_->setVisible(!empty);
-  charts_->setVisible(!empty);
+  setSizePolicy(QSizePolicy::Preferred, empty ? QSizePolicy::Maximum : QSizePolicy::Preferred);
   first_title_->setText(chinese ? "新的办公室" : "A new office");
   first_text_->setText(
       chinese ? "这里还没有贷款。先登记一位顾客，再为他开一笔贷款；到期、拖欠、收款与放款的数字"

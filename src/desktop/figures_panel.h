@@ -35,8 +35,9 @@ class FiguresPanel : public QWidget {
   QString Tip(const Grid& grid) const;
   bool Opens(const Grid& grid) const;
   void Open(Grid& grid, int row);
-  // Reads a part of the figures when the person waits for nothing else.
-  void ReadWhenIdle(std::function<void()> part);
+  QString Unread() const;
+  // Reads a part of the figures, milliseconds from now or when the person waits for nothing else.
+  void ReadWhenIdle(int after, std::function<void()> part);
 
   ScreenFace& face_;
   HomeFigures& figures_;

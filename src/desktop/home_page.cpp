@@ -272,7 +272,8 @@ void HomePage::Refresh() {
   shut_->setText(Q(main_.EmptyKeyCmd.caption().In(chinese)));
   RefreshTiles();
   figures_->Refresh();
-  overdue_->setVisible(main_.home().OverdueDG.visible());
+  // While nothing can be behind, today's list has the whole width.
+  overdue_->setVisible(main_.home().OverdueDG.visible() && !main_.home().Empty());
   overdue_->Refresh();
   lists_->Refresh();
   desk_->show();

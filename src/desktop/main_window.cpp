@@ -46,6 +46,12 @@ MainWindow::MainWindow(MainFrm& main) : main_(main), face_(main, this) {
     if (!face_.acting()) face_.Act([this] { main_.Tick(); });
   });
   tick_.start();
+  // Back from another program: others may have worked in the office meanwhile.
+  connect(qApp, &QGuiApplication::applicationStateChanged, this,
+          [this](Qt::ApplicationState state) {
+            if (state != Qt::ApplicationActive || face_.acting() || main_.closed()) return;
+            face_.Act([this] { main_.home().Returned(); });
+          });
   Refresh();
 }
 
