@@ -22,6 +22,7 @@
 #include "desktop/text.h"
 #include "desktop/theme.h"
 #include "desktop/window_memory.h"
+#include "qtservices/report_output.h"
 #include "qtservices/report_painter.h"
 
 namespace kaunter {

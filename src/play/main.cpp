@@ -10,7 +10,7 @@
 #include "play/options.h"
 #include "play/runner.h"
 #include "qtservices/headless.h"
-#include "qtservices/report_painter.h"
+#include "qtservices/report_output.h"
 
 namespace kaunter {
 namespace {
@@ -36,7 +36,7 @@ int Play(const PlayOptions& options, const std::string& program_folder) {
   desk.SetRenderer(
       [](const ReportJob& job, const std::string& path) {
         EnsureHeadlessGui();
-        RenderReportToPdf(job, path);
+        RenderReport(job, path);
       },
       options.out);
   desk.SetLauncher(StartProgram);

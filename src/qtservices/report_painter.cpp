@@ -1,15 +1,17 @@
 #include "qtservices/report_painter.h"
 
-#include <fmt/format.h>
-
+#include <QCache>
+#include <QDateTime>
+#include <QFileInfo>
 #include <QFont>
 #include <QFontMetricsF>
-#include <QPageSize>
+#include <QImage>
 #include <QPainter>
-#include <QPdfWriter>
-#include <stdexcept>
+#include <algorithm>
+#include <map>
+#include <utility>
 
-#include "reports/run_report.h"
+#include "reports/text_width.h"
 
 namespace kaunter {
 namespace {
@@ -17,6 +19,7 @@ namespace {
 constexpr double kMillimetresPerPoint = 25.4 / 72.0;
 // Fonts are laid out at this many units a millimetre, so that small sizes keep their widths.
 constexpr double kTextScale = 20.0;
+constexpr int kPicturesKept = 32 * 1024;  // kilobytes
 
 QColor Colour(Tone tone) {
   switch (tone) {
@@ -34,26 +37,94 @@ QColor Colour(Tone tone) {
   return Qt::black;
 }
 
-void PaintText(QPainter& painter, const PageText& text) {
-  QFont font("DejaVu Sans");
-  font.setFamilies({"DejaVu Sans", "Noto Sans CJK SC"});
-  font.setPixelSize(static_cast<int>(text.points * kMillimetresPerPoint * kTextScale + 0.5));
-  font.setBold(text.bold);
-  const QFontMetricsF metrics(font);
-  const QString shown = metrics.elidedText(QString::fromStdString(text.text), Qt::ElideRight,
-                                           text.width * kTextScale);
-  int align = Qt::AlignVCenter | Qt::TextSingleLine;
-  align |= text.align == TextAlign::right    ? Qt::AlignRight
-           : text.align == TextAlign::center ? Qt::AlignHCenter
-                                             : Qt::AlignLeft;
-  painter.save();
-  painter.scale(1 / kTextScale, 1 / kTextScale);
-  painter.setFont(font);
-  painter.setPen(Colour(text.tone));
-  painter.drawText(QRectF(text.x * kTextScale, text.y * kTextScale, text.width * kTextScale,
-                          text.height * kTextScale),
-                   align, shown);
-  painter.restore();
+// A page has hundreds of texts in three or four fonts.
+class TextPainter {
+ public:
+  explicit TextPainter(QPainter& painter) : painter_(painter) {
+    painter_.save();
+    painter_.scale(1 / kTextScale, 1 / kTextScale);
+  }
+  ~TextPainter() { painter_.restore(); }
+  TextPainter(const TextPainter&) = delete;
+  TextPainter& operator=(const TextPainter&) = delete;
+
+  void Paint(const PageText& text) {
+    if (text.text.empty()) return;
+    const Face& face = FaceOf(text);
+    const double room = text.width * kTextScale;
+    QString shown = QString::fromStdString(text.text);
+    for (QChar& sign : shown) {
+      if (sign < u' ') sign = u' ';
+    }
+    // The table of widths is the font's own; only what comes near the edge is measured again.
+    if (TextWidth(text.text, text.points, text.bold) > 0.95 * text.width) {
+      shown = face.metrics.elidedText(shown, Qt::ElideRight, room);
+    }
+    double x = text.x * kTextScale;
+    if (text.align != TextAlign::left) {
+      const double free = room - face.metrics.horizontalAdvance(shown);
+      x += text.align == TextAlign::right ? free : free / 2;
+    }
+    const double y = text.y * kTextScale + face.metrics.ascent() +
+                     (text.height * kTextScale - face.metrics.height()) / 2;
+    painter_.setPen(Colour(text.tone));
+    painter_.drawText(QPointF(x, y), shown);
+  }
+
+ private:
+  struct Face {
+    explicit Face(const QFont& of) : font(of), metrics(of) {}
+    QFont font;
+    QFontMetricsF metrics;
+  };
+
+  const Face& FaceOf(const PageText& text) {
+    const int size = static_cast<int>(text.points * kMillimetresPerPoint * kTextScale + 0.5);
+    auto found = faces_.find({size, text.bold});
+    if (found == faces_.end()) {
+      QFont font("DejaVu Sans");
+      font.setFamilies({"DejaVu Sans", "Noto Sans CJK SC"});
+      font.setPixelSize(size);
+      font.setBold(text.bold);
+      found = faces_.emplace(std::pair(size, text.bold), Face(font)).first;
+    }
+    if (current_ != &found->second) painter_.setFont(found->second.font);
+    current_ = &found->second;
+    return found->second;
+  }
+
+  QPainter& painter_;
+  std::map<std::pair<int, bool>, Face> faces_;
+  const Face* current_ = nullptr;
+};
+
+// Kept while the file is the same: a page is drawn again and again while it is scrolled.
+QImage PictureOf(const std::string& path) {
+  static QCache<QString, QImage> kept(kPicturesKept);
+  const QFileInfo file(QString::fromStdString(path));
+  const QString key = QString("%1|%2|%3")
+                          .arg(file.filePath())
+                          .arg(file.size())
+                          .arg(file.lastModified().toMSecsSinceEpoch());
+  if (const QImage* known = kept.object(key)) return *known;
+  QImage picture(file.filePath());
+  kept.insert(key, new QImage(picture),
+              std::max<int>(1, static_cast<int>(picture.sizeInBytes() / 1024)));
+  return picture;
+}
+
+// One that cannot be read is left out like one that is not there.
+void PaintPicture(QPainter& painter, const PagePicture& place) {
+  const QImage picture = PictureOf(place.path);
+  if (picture.isNull()) return;
+  const QSizeF size =
+      QSizeF(picture.size()).scaled(QSizeF(place.width, place.height), Qt::KeepAspectRatio);
+  const double free = place.width - size.width();
+  const double x = place.x + (place.align == TextAlign::right    ? free
+                              : place.align == TextAlign::center ? free / 2
+                                                                 : 0);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.drawImage(QRectF(QPointF(x, place.y), size), picture);
 }
 
 }  // namespace
@@ -63,41 +134,13 @@ void PaintReportPage(QPainter& painter, const ReportDocument& document, std::siz
   for (const PageArea& area : content.areas) {
     painter.fillRect(QRectF(area.x, area.y, area.width, area.height), Colour(area.tone));
   }
+  for (const PagePicture& picture : content.pictures) PaintPicture(painter, picture);
   for (const PageLine& line : content.lines) {
     painter.setPen(QPen(Colour(line.tone), line.width));
     painter.drawLine(QPointF(line.x1, line.y1), QPointF(line.x2, line.y2));
   }
-  for (const PageText& text : content.texts) PaintText(painter, text);
-}
-
-void WritePdf(const ReportDocument& document, const std::string& path) {
-  QPdfWriter writer(QString::fromStdString(path));
-  writer.setTitle(QString::fromStdString(document.title));
-  writer.setCreator("Kaunter");
-  writer.setResolution(600);
-  writer.setPageSize(QPageSize(QSizeF(document.width_mm, document.height_mm), QPageSize::Millimeter,
-                               QString(), QPageSize::ExactMatch));
-  writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-  QPainter painter;
-  if (!painter.begin(&writer)) {
-    throw std::runtime_error(
-        fmt::format("The paper {} cannot be written: is the folder there, and is there "
-                    "room on the disk?",
-                    path));
-  }
-  for (std::size_t page = 0; page < document.pages.size(); ++page) {
-    if (page > 0) writer.newPage();
-    painter.save();
-    painter.scale(writer.resolution() / 25.4, writer.resolution() / 25.4);
-    PaintReportPage(painter, document, page);
-    painter.restore();
-  }
-  if (!painter.end())
-    throw std::runtime_error(fmt::format("The paper {} was not written to its end.", path));
-}
-
-void RenderReportToPdf(const ReportJob& job, const std::string& path) {
-  WritePdf(RunReport(job), path);
+  TextPainter texts(painter);
+  for (const PageText& text : content.texts) texts.Paint(text);
 }
 
 }  // namespace kaunter

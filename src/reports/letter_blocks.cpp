@@ -279,7 +279,8 @@ class Composer {
       LetterBlock block;
       block.head = head;
       block.height = ReportTable::TotalHeight(true);
-      table_.Total(block.marks, 0, texts_.FillLetter(file_.total_label, span_, 0), sums, true);
+      table_.Total(block.marks, 0, texts_.FillLetter(file_.total_label, span_, file_.total_line),
+                   sums, true);
       Put(std::move(block));
     }
     Gap(3);

@@ -16,7 +16,7 @@ struct LetterBlock {
   double height = 0;
   bool new_page = false;  // the block begins one
   int head = -1;          // the block that is repeated above this one when it begins a page
-  int line = 0;           // of the file
+  FileLine line;
 };
 
 // Puts the marks `down` millimetres lower onto a page.

@@ -61,7 +61,7 @@ void CheckText(const std::string& text) {
 }
 
 LetterItem ItemOf(const Shape& shape, const std::vector<ReportWord>& words) {
-  LetterItem item{shape.kind, 0, {}, {}};
+  LetterItem item{shape.kind, {}, {}, {}};
   for (std::size_t i = 1; i < words.size(); ++i) {
     const std::string& word = words[i].text;
     if (words[i].quoted) {
@@ -105,7 +105,7 @@ LetterItem ItemOf(const Shape& shape, const std::vector<ReportWord>& words) {
 
 }  // namespace
 
-bool LetterParser::Take(const std::vector<ReportWord>& words, int line) {
+bool LetterParser::Take(const std::vector<ReportWord>& words, const FileLine& line) {
   if (TakeSetting(words, line)) return true;
   for (const Shape& shape : kShapes) {
     if (words[0].text != shape.word) continue;
@@ -119,7 +119,7 @@ bool LetterParser::Take(const std::vector<ReportWord>& words, int line) {
   return false;
 }
 
-bool LetterParser::TakeSetting(const std::vector<ReportWord>& words, int line) {
+bool LetterParser::TakeSetting(const std::vector<ReportWord>& words, const FileLine& line) {
   const std::string& key = words[0].text;
   if (key != "letter" && key != "margin" && key != "copies" && key != "foot" && key != "more") {
     return false;

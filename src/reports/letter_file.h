@@ -32,7 +32,7 @@ enum class LetterKind {
 
 struct LetterItem {
   LetterKind kind;
-  int line = 0;  // of the file
+  FileLine line;
   std::vector<std::string> texts;
   std::vector<double> numbers;
   double size = 0;  // of the letters, in points; 0 takes what is usual for the kind
@@ -47,7 +47,7 @@ struct LetterFile {
   std::vector<LetterItem> items;
   std::vector<std::string> copies;
   std::string foot;
-  int foot_line = 0;
+  FileLine foot_line;
   double margin = 15;
 };
 
@@ -60,14 +60,16 @@ class LetterParser {
   // the text is taken.
   explicit LetterParser(LetterFile like) : letter_(std::move(like)), inherited_(true) {}
   // False when no line of a letter begins with this word.
-  bool Take(const std::vector<ReportWord>& words, int line);
+  bool Take(const std::vector<ReportWord>& words, const FileLine& line);
   // The file is at its end: what is still open is refused. `columns` tells whether it has a table.
   LetterFile Finish(bool has_columns);
   bool seen() const { return !letter_.key.empty(); }
-  int first_item_line() const { return letter_.items.empty() ? 0 : letter_.items.front().line; }
+  int first_item_line() const {
+    return letter_.items.empty() ? 0 : letter_.items.front().line.number;
+  }
 
  private:
-  bool TakeSetting(const std::vector<ReportWord>& words, int line);
+  bool TakeSetting(const std::vector<ReportWord>& words, const FileLine& line);
   void TakeMore(const std::vector<ReportWord>& words);
   void CheckOrder(const LetterItem& item);
 

@@ -18,12 +18,14 @@ constexpr double kFootPoints = 7.5;
 
 class LetterLayout {
  public:
-  LetterLayout(const ReportFile& file, const ReportHeading& heading, const Recordset& rows)
+  LetterLayout(const ReportFile& file, const ReportHeading& heading, const Recordset& rows,
+               const ReportProgress& progress)
       : file_(file),
         rows_(rows),
+        progress_(progress),
         texts_(file.path, heading, rows),
         table_(file, texts_, rows, file.letter.margin, file.width_mm - 2 * file.letter.margin) {
-    document_.title = texts_.Fill(file.title, {0, rows.RowCount()});
+    document_.title = texts_.Fill(file.title, {0, rows.RowCount()}, file.title_line);
     document_.width_mm = file.width_mm;
     document_.height_mm = file.height_mm;
   }
@@ -31,6 +33,7 @@ class LetterLayout {
   ReportDocument Run() {
     const std::size_t key = texts_.ColumnOf(file_.letter.key);
     for (std::size_t first = 0; first < rows_.RowCount();) {
+      TellProgress(progress_, ReportStage::laying_out, first, rows_.RowCount());
       std::size_t end = first + 1;
       while (end < rows_.RowCount() && SameRecord(key, first, end)) ++end;
       Letter({first, end - first});
@@ -123,8 +126,7 @@ class LetterLayout {
     if (block.head >= 0) Place(blocks[static_cast<std::size_t>(block.head)]);
     if (y_ + block.height > Bottom()) {
       throw std::runtime_error(fmt::format(
-          "Report file {}, line {}: what stands side by side up to here is higher than the page.",
-          file_.path, block.line));
+          "{}: what stands side by side up to here is higher than the page.", block.line.Told()));
     }
   }
 
@@ -164,6 +166,7 @@ class LetterLayout {
 
   const ReportFile& file_;
   const Recordset& rows_;
+  const ReportProgress& progress_;
   ReportTexts texts_;
   ReportTable table_;
   ReportDocument document_;
@@ -173,8 +176,8 @@ class LetterLayout {
 }  // namespace
 
 ReportDocument LayOutLetter(const ReportFile& file, const ReportHeading& heading,
-                            const Recordset& rows) {
-  return LetterLayout(file, heading, rows).Run();
+                            const Recordset& rows, const ReportProgress& progress) {
+  return LetterLayout(file, heading, rows, progress).Run();
 }
 
 }  // namespace kaunter

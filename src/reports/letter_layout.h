@@ -4,6 +4,7 @@
 
 #include "reports/report_document.h"
 #include "reports/report_file.h"
+#include "reports/report_progress.h"
 #include "reports/report_texts.h"
 
 namespace kaunter {
@@ -11,6 +12,6 @@ namespace kaunter {
 // Throws std::runtime_error when the file names a column that the rows do not have, or when what
 // stands in columns is higher than a page.
 ReportDocument LayOutLetter(const ReportFile& file, const ReportHeading& heading,
-                            const Recordset& rows);
+                            const Recordset& rows, const ReportProgress& progress = {});
 
 }  // namespace kaunter

@@ -106,7 +106,7 @@ ReportField LineWords::Field(const ReportFile& file) const {
   return {Word(file.chinese ? 2 : 1), Word(texts == 4 && file.chinese ? 4 : 3)};
 }
 
-ReportColumn LineWords::Column(const ReportFile& file, int line) const {
+ReportColumn LineWords::Column(const ReportFile& file, const FileLine& line) const {
   ReportColumn column;
   column.line = line;
   std::size_t at = 0;
@@ -160,7 +160,7 @@ GroupBy LineWords::By(std::size_t& at) const {
   Refuse(fmt::format("a {} goes by year or by month", key()));
 }
 
-ReportGroup LineWords::Group(const ReportFile& file, int line) const {
+ReportGroup LineWords::Group(const ReportFile& file, const FileLine& line) const {
   Need(2);
   ReportGroup group;
   group.line = line;
@@ -184,7 +184,7 @@ ReportGroup LineWords::Group(const ReportFile& file, int line) const {
   return group;
 }
 
-ReportChart LineWords::Chart(const ReportFile& file, int line) const {
+ReportChart LineWords::Chart(const ReportFile& file, const FileLine& line) const {
   ReportChart chart;
   chart.line = line;
   std::size_t at = 0;
@@ -204,7 +204,7 @@ ReportChart LineWords::Chart(const ReportFile& file, int line) const {
   return chart;
 }
 
-ReportPicture LineWords::Picture(int line) const {
+ReportPicture LineWords::Picture(const FileLine& line) const {
   Need(1);
   const std::string fault = PlaceFault(Word(1));
   if (!fault.empty()) Refuse(fault);

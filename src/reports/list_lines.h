@@ -28,10 +28,10 @@ class LineWords {
   void Paper(ReportFile& file) const;
   void Alias(ReportFile& file) const;
   ReportField Field(const ReportFile& file) const;
-  ReportColumn Column(const ReportFile& file, int line) const;
-  ReportGroup Group(const ReportFile& file, int line) const;
-  ReportChart Chart(const ReportFile& file, int line) const;
-  ReportPicture Picture(int line) const;
+  ReportColumn Column(const ReportFile& file, const FileLine& line) const;
+  ReportGroup Group(const ReportFile& file, const FileLine& line) const;
+  ReportChart Chart(const ReportFile& file, const FileLine& line) const;
+  ReportPicture Picture(const FileLine& line) const;
 
  private:
   bool Quoted(std::size_t at) const { return at < words_.size() && words_[at].quoted; }

@@ -8,8 +8,9 @@
 namespace kaunter {
 
 // A heading line first, then the rows, values as the report shows them but amounts without commas;
-// UTF-8 with the sign at the front by which spreadsheets know it. Subtotals are left out: a
-// spreadsheet would add them up once more.
+// UTF-8 with the sign at the front by which spreadsheets know it. A text that a spreadsheet would
+// take for a formula has an apostrophe before it. Subtotals are left out: a spreadsheet would add
+// them up once more.
 std::string ReportToCsv(const ReportRun& run);
 std::string ReportToCsv(const ReportJob& job);
 

@@ -25,25 +25,25 @@ std::string TextOf(const std::string& path) {
   return text.str();
 }
 
-// Reads the file that a line "like" names, and knows the files that are being read, so that two
-// files which name each other end with a message.
+constexpr int kMostLike = 8;
+
+// Reads the file that a line "like" names, and the one that this one is like.
 class Library {
  public:
   explicit Library(const ReportReading& reading) : reading_(reading) {}
 
   ReportFile Parse(std::string_view text, const std::string& path) {
-    open_.push_back(std::filesystem::path(path).filename().string());
-    ReportFile file = ParseReport(text, path, reading_,
-                                  [&](const std::string& name) { return Like(name, path); });
-    open_.pop_back();
-    return file;
+    return ParseReport(text, path, reading_,
+                       [&](const std::string& name) { return Like(name, path); });
   }
 
  private:
   ReportFile Like(const std::string& name, const std::string& path) {
-    if (std::find(open_.begin(), open_.end(), name) != open_.end()) {
-      throw std::invalid_argument(
-          fmt::format("\"like\" goes round in a circle: {} is being read because of itself", name));
+    // However the names are written: a chain this long goes round in a circle.
+    if (++depth_ > kMostLike) {
+      throw std::invalid_argument(fmt::format(
+          "\"like\" goes round in a circle, or over more than {} files: {} is one too many",
+          kMostLike, name));
     }
     const std::string beside = (std::filesystem::path(path).parent_path() / name).string();
     std::error_code error;
@@ -54,7 +54,7 @@ class Library {
   }
 
   const ReportReading& reading_;
-  std::vector<std::string> open_;
+  int depth_ = 0;
 };
 
 }  // namespace

@@ -31,13 +31,14 @@ struct ReportColumn {
   bool wrap = false;        // a long text takes several lines
   std::vector<RunningTerm> running;
   std::string restart;  // the running figure begins anew when this column changes; "" for never
-  int line = 0;         // of the file
+  FileLine line;
 };
 
 // A line above the table: a label and a text with {?Parameter}, {field} and {count} places.
 struct ReportField {
   std::string label;
   std::string text;
+  FileLine line = {};
 };
 
 // How the values of a column are taken together.
@@ -50,7 +51,7 @@ struct ReportGroup {
   std::string heading;  // above the group's rows; "" for none
   bool new_page = false;
   bool always = false;  // a subtotal even when there is one group only
-  int line = 0;
+  FileLine line;
 };
 
 // Bars of sums: one for each value of the label column.
@@ -60,14 +61,14 @@ struct ReportChart {
   GroupBy by = GroupBy::value;
   std::string value;
   bool below = false;  // the table; else above it
-  int line = 0;
+  FileLine line;
 };
 
 struct ReportPicture {
   std::string path;  // with places; beside the report file unless it is a full path
   double width = 0;
   double height = 0;
-  int line = 0;
+  FileLine line;
 };
 
 struct ReportFile {
@@ -76,10 +77,11 @@ struct ReportFile {
   double width_mm = 210;
   double height_mm = 297;
   std::string title;
+  FileLine title_line;
   std::vector<ReportField> fields;
   std::vector<ReportPicture> pictures;  // beside the title
   std::string query;                    // with {selection} where the condition goes
-  int query_line = 0;
+  FileLine query_line;
   std::string order;
   std::map<std::string, std::string> defaults;  // of parameters, by name in lower case
   std::map<std::string, std::string> aliases;   // by what a formula says, in lower case
@@ -87,8 +89,10 @@ struct ReportFile {
   std::vector<ReportGroup> groups;  // outermost first
   std::vector<ReportChart> charts;
   std::string total_label;  // "" for no grand total
-  std::string note;         // a closing sentence under the table
-  bool summary = false;     // subtotals without the rows
+  FileLine total_line;
+  std::string note;  // a closing sentence under the table
+  FileLine note_line;
+  bool summary = false;  // subtotals without the rows
   std::string summary_heading;
   LetterFile letter;  // its key is empty in a list
 

@@ -20,6 +20,7 @@ ReportGroups::ReportGroups(const ReportFile& file, const ReportTexts& texts, con
   for (const ReportGroup& group : file.groups) {
     fields_.push_back(texts.ColumnOf(group.field, group.line));
   }
+  spans_.resize(fields_.size());
   changed_.assign(rows.RowCount(), 0);
   std::vector<std::string> before(fields_.size());
   for (std::size_t row = 0; row < rows.RowCount(); ++row) {
@@ -36,13 +37,21 @@ ReportGroups::ReportGroups(const ReportFile& file, const ReportTexts& texts, con
   }
 }
 
-std::string ReportGroups::Text(const std::string& text, std::size_t g, std::size_t row) const {
+RowSpan ReportGroups::SpanOf(std::size_t g, std::size_t row) const {
+  RowSpan& span = spans_[g];
+  if (row >= span.first && row < span.first + span.count) return span;
   std::size_t begin = row;
   while (begin > 0 && changed_[begin] > g) --begin;
   std::size_t end = row + 1;
   while (end < rows_.RowCount() && changed_[end] > g) ++end;
-  std::string filled = texts_.Fill(text, {begin, end - begin});
-  const std::string value = GroupValue(rows_.rows()[begin][fields_[g]], file_.groups[g].by);
+  span = {begin, end - begin};
+  return span;
+}
+
+std::string ReportGroups::Text(const std::string& text, std::size_t g, std::size_t row) const {
+  const RowSpan span = SpanOf(g, row);
+  std::string filled = texts_.Fill(text, span, group(g).line);
+  const std::string value = GroupValue(rows_.rows()[span.first][fields_[g]], file_.groups[g].by);
   const auto place = filled.find("{group}");
   if (place != std::string::npos) filled.replace(place, 7, value);
   return filled;

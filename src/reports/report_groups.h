@@ -30,6 +30,9 @@ class ReportGroups {
   const ReportFile& file_;
   const ReportTexts& texts_;
   const Recordset& rows_;
+  RowSpan SpanOf(std::size_t g, std::size_t row) const;
+
+  mutable std::vector<RowSpan> spans_;  // the group asked for last, by level
   std::vector<std::size_t> fields_;
   std::vector<bool> several_;
   std::vector<unsigned char> changed_;  // by row

@@ -15,6 +15,7 @@ namespace {
 
 constexpr double kMargin = 15;
 constexpr double kRowHeight = ReportTable::kRowHeight;
+constexpr double kGroupHeadHeight = kRowHeight + 0.8;
 constexpr double kFootHeight = 8;
 constexpr double kSmallPoints = 9;
 constexpr std::size_t kRowsBetweenReports = 500;
@@ -30,7 +31,7 @@ class Layout {
         texts_(file.path, heading, rows),
         table_(file, texts_, rows, kMargin, file.width_mm - 2 * kMargin),
         groups_(file, texts_, rows) {
-    document_.title = Fill(file.title);
+    document_.title = Fill(file.title, file.title_line);
     document_.width_mm = file.width_mm;
     document_.height_mm = file.height_mm;
   }
@@ -43,7 +44,9 @@ class Layout {
     TableHead();
     sums_.assign(groups_.size() + 1, table_.NoSums());
     for (std::size_t row = 0; row < rows_.RowCount(); ++row) {
-      if (progress_ && row % kRowsBetweenReports == 0) progress_(row, rows_.RowCount());
+      if (row % kRowsBetweenReports == 0) {
+        TellProgress(progress_, ReportStage::laying_out, row, rows_.RowCount());
+      }
       CloseGroups(row);
       OpenGroups(row);
       TableRow(row);
@@ -52,10 +55,10 @@ class Layout {
     if (rows_.RowCount() == 0) {
       Quiet(NoRowsText(file_.chinese));
     } else if (!file_.total_label.empty()) {
-      TotalRow(Fill(file_.total_label), sums_[0], true);
+      TotalRow(Fill(file_.total_label, file_.total_line), sums_[0], true);
     }
     Charts(true);
-    if (!file_.note.empty()) Quiet(Fill(file_.note));
+    if (!file_.note.empty()) Quiet(Fill(file_.note, file_.note_line));
     Feet();
     return std::move(document_);
   }
@@ -64,8 +67,8 @@ class Layout {
   double Width() const { return file_.width_mm - 2 * kMargin; }
   double Bottom() const { return file_.height_mm - kMargin - kFootHeight; }
 
-  std::string Fill(const std::string& text) const {
-    return texts_.Fill(text, {0, rows_.RowCount()});
+  std::string Fill(const std::string& text, const FileLine& line) const {
+    return texts_.Fill(text, {0, rows_.RowCount()}, line);
   }
 
   ReportPage& page() { return document_.pages.back(); }
@@ -81,7 +84,7 @@ class Layout {
     double picture_bottom = y_;
     double width = Width();
     for (const ReportPicture& picture : file_.pictures) {
-      const std::string path = PicturePath(file_, Fill(picture.path));
+      const std::string path = PicturePath(file_, Fill(picture.path, picture.line));
       if (path.empty()) continue;
       width -= picture.width + 3;
       page().pictures.push_back(
@@ -109,14 +112,20 @@ class Layout {
   void Fields() {
     const double half = Width() / 2;
     for (std::size_t i = 0; i < file_.fields.size(); ++i) {
+      const ReportField& field = file_.fields[i];
       const double x = kMargin + (i % 2 == 0 ? 0 : half);
-      Text(x, 34, Fill(file_.fields[i].label), kSmallPoints, false, TextAlign::left, Tone::quiet);
-      Text(x + 34, half - 36, Fill(file_.fields[i].text), kSmallPoints, true);
+      Text(x, 34, Fill(field.label, field.line), kSmallPoints, false, TextAlign::left, Tone::quiet);
+      Text(x + 34, half - 36, Fill(field.text, field.line), kSmallPoints, true);
       if (i % 2 == 1 || i + 1 == file_.fields.size()) y_ += kRowHeight + 0.4;
     }
   }
 
   void NewPage() {
+    PageHead();
+    TableHead();
+  }
+
+  void PageHead() {
     document_.pages.emplace_back();
     y_ = kMargin;
     striped_ = false;
@@ -131,7 +140,6 @@ class Layout {
       y_ += kRowHeight;
     }
     y_ += 1;
-    TableHead();
   }
 
   void TableHead() {
@@ -152,17 +160,11 @@ class Layout {
       const std::vector<ChartBar> bars = ChartBars(chart, texts_, rows_, file_.chinese);
       const double height = ChartHeight(bars.size());
       if (below) y_ += 4;
-      if (y_ + height > Bottom()) {
-        document_.pages.emplace_back();
-        y_ = kMargin;
-      }
-      DrawChart(page(), kMargin, y_, Width(), Fill(chart.title), bars);
+      if (y_ + height > Bottom()) PageHead();
+      DrawChart(page(), kMargin, y_, Width(), Fill(chart.title, chart.line), bars);
       y_ += height;
     }
-    if (!below && y_ + 40 > Bottom()) {
-      document_.pages.emplace_back();
-      y_ = kMargin;
-    }
+    if (!below && y_ + 40 > Bottom()) PageHead();
   }
 
   // --- the rows
@@ -170,29 +172,41 @@ class Layout {
   void TableRow(std::size_t row) {
     for (auto& level : sums_) table_.AddTo(level, row);
     if (file_.summary) return;
-    if (Room(std::min(table_.RowHeight(row, false), Bottom() - kMargin - 40))) RepeatHeadings(row);
+    if (Room(RowRoom(row))) RepeatHeadings(row);
     y_ += table_.Row(page(), y_, row, striped_, false);
     striped_ = !striped_;
   }
 
+  // A row that is higher than a page has room for begins on a page of its own.
+  double RowRoom(std::size_t row) const {
+    if (file_.summary) return kRowHeight;
+    return std::min(table_.RowHeight(row, false), Bottom() - kMargin - 40);
+  }
+
+  bool HasHeading(std::size_t g) const {
+    // In a summary the subtotal is the line of the innermost group.
+    return !groups_.group(g).heading.empty() && !(file_.summary && g + 1 == groups_.size());
+  }
+
+  // The headings stand together with the first row below them.
   void OpenGroups(std::size_t row) {
-    for (std::size_t g = groups_.FirstChanged(row); g < groups_.size(); ++g) {
-      const ReportGroup& group = groups_.group(g);
-      if (group.new_page && row > 0 && !fresh_page_) {
-        NewPage();
-        fresh_page_ = true;
-      }
-      // In a summary the subtotal is the line of the innermost group.
-      if (group.heading.empty() || (file_.summary && g + 1 == groups_.size())) continue;
-      Room(3 * kRowHeight);
-      GroupHeading(g, row, "");
+    const std::size_t first = groups_.FirstChanged(row);
+    bool new_page = false;
+    double height = 0;
+    for (std::size_t g = first; g < groups_.size(); ++g) {
+      new_page = new_page || (groups_.group(g).new_page && row > 0);
+      if (HasHeading(g)) height += kGroupHeadHeight;
     }
-    fresh_page_ = false;
+    if (new_page) NewPage();
+    if ((height > 0 && Room(height + RowRoom(row))) || new_page) RepeatHeadings(row);
+    for (std::size_t g = first; g < groups_.size(); ++g) {
+      if (HasHeading(g)) GroupHeading(g, row, "");
+    }
   }
 
   void GroupHeading(std::size_t g, std::size_t row, const std::string& behind) {
     const double indent = 4 * static_cast<double>(g);
-    y_ += 0.8;
+    y_ += kGroupHeadHeight - kRowHeight;
     Text(kMargin + ReportTable::kPad + indent, Width() - indent - 2 * ReportTable::kPad,
          groups_.Text(groups_.group(g).heading, g, row) + behind, kSmallPoints, true,
          TextAlign::left, Tone::accent);
@@ -201,10 +215,11 @@ class Layout {
   }
 
   // A page that begins within a group says in which.
-  void RepeatHeadings(std::size_t row) {
-    for (std::size_t g = 0; g < groups_.size(); ++g) {
-      if (groups_.group(g).heading.empty() || groups_.FirstChanged(row) <= g) continue;
-      GroupHeading(g, row, file_.chinese ? "（续）" : " (continued)");
+  void RepeatHeadings(std::size_t row) { RepeatHeadings(row, groups_.FirstChanged(row)); }
+
+  void RepeatHeadings(std::size_t row, std::size_t groups) {
+    for (std::size_t g = 0; g < groups; ++g) {
+      if (HasHeading(g)) GroupHeading(g, row, file_.chinese ? "（续）" : " (continued)");
     }
   }
 
@@ -215,15 +230,15 @@ class Layout {
     for (std::size_t g = groups_.size(); g-- > first;) {
       const ReportGroup& group = groups_.group(g);
       if (!group.label.empty() && (groups_.Several(g) || group.always || file_.summary)) {
-        SubTotal(groups_.Text(group.label, g, row - 1), g);
+        SubTotal(groups_.Text(group.label, g, row - 1), g, row - 1);
       }
       sums_[g + 1] = table_.NoSums();
     }
   }
 
-  void SubTotal(const std::string& label, std::size_t g) {
+  void SubTotal(const std::string& label, std::size_t g, std::size_t last_row) {
     if (!file_.summary || g + 1 < groups_.size()) return TotalRow(label, sums_[g + 1], false);
-    Room(kRowHeight);
+    if (Room(kRowHeight)) RepeatHeadings(last_row, g);
     table_.SummaryRow(page(), y_, label, sums_[g + 1], striped_);
     striped_ = !striped_;
     y_ += kRowHeight;
@@ -270,14 +285,13 @@ class Layout {
   std::vector<ReportTable::Sums> sums_;  // [0] the whole report, then one a group
   double y_ = 0;
   bool striped_ = false;
-  bool fresh_page_ = false;  // begun for a group, and nothing is on it
 };
 
 }  // namespace
 
 ReportDocument LayOut(const ReportFile& file, const ReportHeading& heading, const Recordset& rows,
                       const ReportProgress& progress) {
-  return file.IsLetter() ? LayOutLetter(file, heading, rows)
+  return file.IsLetter() ? LayOutLetter(file, heading, rows, progress)
                          : Layout(file, heading, rows, progress).Run();
 }
 

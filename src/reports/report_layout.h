@@ -3,17 +3,13 @@
 // and a foot with the page number.
 #pragma once
 
-#include <functional>
-
 #include "platform/sql/connection.h"
 #include "reports/report_document.h"
 #include "reports/report_file.h"
+#include "reports/report_progress.h"
 #include "reports/report_texts.h"
 
 namespace kaunter {
-
-// Told while a long list is laid out: how many of how many rows are on paper.
-using ReportProgress = std::function<void(std::size_t done, std::size_t of)>;
 
 // A letter is laid out as letter_layout.h tells. Throws std::runtime_error when a column of the
 // file is not among the rows' columns.

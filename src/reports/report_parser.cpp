@@ -38,9 +38,10 @@ class FileParser {
 
  private:
   [[noreturn]] void Refuse(const std::string& what) const {
-    throw std::runtime_error(
-        fmt::format("Report file {}, line {}: {}.", file_.path, line_number_, what));
+    throw std::runtime_error(fmt::format("{}: {}.", Here().Told(), what));
   }
+
+  FileLine Here() const { return {file_.path, line_number_}; }
 
   template <typename Act>
   void Told(const Act& act) const {
@@ -75,7 +76,7 @@ class FileParser {
     } else if (key == "parameter") {
       words.Need(1);
       file_.defaults[Lower(words.Word(1))] = words.size() > 2 ? words.Caption(2, file_) : "";
-    } else if (!Settings(words) && !Layout(words) && !letter_.Take(words.all(), line_number_)) {
+    } else if (!Settings(words) && !Layout(words) && !letter_.Take(words.all(), Here())) {
       throw std::invalid_argument(fmt::format(
           "\"{}\" is not known; a line begins with like, paper, title, field, picture, parameter, "
           "alias, query, order, column, group, total, summary, chart, note, if, else or endif, in "
@@ -162,10 +163,12 @@ class FileParser {
       words.Paper(file_);
     } else if (key == "title") {
       file_.title = words.Caption(1, file_);
+      file_.title_line = Here();
     } else if (key == "alias") {
       words.Alias(file_);
     } else if (key == "total") {
       file_.total_label = words.Caption(1, file_);
+      file_.total_line = Here();
     } else if (key == "summary") {
       ListOnly();
       file_.summary = true;
@@ -173,6 +176,7 @@ class FileParser {
     } else if (key == "note") {
       ListOnly();
       file_.note = words.Caption(1, file_);
+      file_.note_line = Here();
     } else {
       return false;
     }
@@ -184,19 +188,20 @@ class FileParser {
     if (key == "field") {
       ListOnly();
       Own(key, file_.fields).push_back(words.Field(file_));
+      file_.fields.back().line = Here();
     } else if (key == "column") {
-      Own(key, file_.columns).push_back(words.Column(file_, line_number_));
+      Own(key, file_.columns).push_back(words.Column(file_, Here()));
     } else if (key == "group") {
       ListOnly();
       if (Own(key, file_.groups).size() == kMostGroups) {
         throw std::invalid_argument("a report has at most three groups");
       }
-      file_.groups.push_back(words.Group(file_, line_number_));
+      file_.groups.push_back(words.Group(file_, Here()));
     } else if (key == "chart") {
       ListOnly();
-      Own(key, file_.charts).push_back(words.Chart(file_, line_number_));
+      Own(key, file_.charts).push_back(words.Chart(file_, Here()));
     } else if (key == "picture" && !letter_.seen()) {
-      Own(key, file_.pictures).push_back(words.Picture(line_number_));
+      Own(key, file_.pictures).push_back(words.Picture(Here()));
     } else {
       return false;
     }
@@ -207,7 +212,7 @@ class FileParser {
 
   void Query() {
     file_.query.clear();
-    file_.query_line = line_number_;
+    file_.query_line = Here();
     std::string line;
     while (Next(line)) {
       if (Trim(line) == "end") return;

@@ -51,8 +51,7 @@ class StatementWriter {
 
  private:
   [[noreturn]] void Refuse(const std::string& what) const {
-    throw std::runtime_error(
-        fmt::format("Report file {}, line {}: {}.", file_.path, file_.query_line, what));
+    throw std::runtime_error(fmt::format("{}: {}.", file_.query_line.Told(), what));
   }
 
   std::string Place(const std::string& place) const {

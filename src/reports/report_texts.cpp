@@ -50,16 +50,18 @@ std::string WithoutLooseDots(const std::string& text) {
 
 }  // namespace
 
-std::size_t ReportTexts::ColumnOf(std::string_view name, int line) const {
+std::size_t ReportTexts::ColumnOf(std::string_view name, const FileLine& line) const {
   const auto& columns = rows_.columns();
   for (std::size_t i = 0; i < columns.size(); ++i) {
     if (SameText(columns[i].name, name)) return i;
   }
-  throw std::runtime_error(fmt::format("Report file {}{}: the query gives no column \"{}\".", path_,
-                                       line > 0 ? fmt::format(", line {}", line) : "", name));
+  throw std::runtime_error(fmt::format("{}: the query gives no column \"{}\".",
+                                       line.number > 0 ? line.Told() : FileLine{path_}.Told(),
+                                       name));
 }
 
-std::string ReportTexts::ValueText(const std::string& name, RowSpan span, int line) const {
+std::string ReportTexts::ValueText(const std::string& name, RowSpan span,
+                                   const FileLine& line) const {
   if (!name.empty() && name[0] == '?') {
     const auto found = heading_.parameters.find(Lower(name.substr(1)));
     return found == heading_.parameters.end() ? std::string() : found->second;
@@ -78,15 +80,17 @@ std::string ReportTexts::ValueText(const std::string& name, RowSpan span, int li
   return whole_sen ? ShowMoney(value) : NullToEmpty(value);
 }
 
-Money ReportTexts::Sum(const std::string& name, RowSpan span, int line) const {
+Money ReportTexts::Sum(const std::string& name, RowSpan span, const FileLine& line) const {
   Money sum;
+  const std::size_t column = ColumnOf(name, line);
   for (std::size_t row = 0; row < span.count; ++row) {
-    sum += MoneyOf(rows_.rows()[span.first + row][ColumnOf(name, line)]);
+    sum += MoneyOf(rows_.rows()[span.first + row][column]);
   }
   return sum;
 }
 
-std::string ReportTexts::PlaceText(const std::string& place, RowSpan span, int line) const {
+std::string ReportTexts::PlaceText(const std::string& place, RowSpan span,
+                                   const FileLine& line) const {
   const std::vector<std::string> parts = Parts(place);
   const bool sum = parts.size() > 1 && parts[1] == "sum";
   std::string text =
@@ -95,7 +99,7 @@ std::string ReportTexts::PlaceText(const std::string& place, RowSpan span, int l
   return text;
 }
 
-std::string ReportTexts::FillPlaces(std::string_view text, RowSpan span, int line,
+std::string ReportTexts::FillPlaces(std::string_view text, RowSpan span, const FileLine& line,
                                     bool& empty_place) const {
   std::string filled;
   for (std::size_t i = 0; i < text.size();) {
@@ -111,12 +115,13 @@ std::string ReportTexts::FillPlaces(std::string_view text, RowSpan span, int lin
   return filled;
 }
 
-std::string ReportTexts::Fill(std::string_view text, RowSpan span, int line) const {
+std::string ReportTexts::Fill(std::string_view text, RowSpan span, const FileLine& line) const {
   bool empty_place = false;
   return FillPlaces(text, span, line, empty_place);
 }
 
-std::string ReportTexts::FillLetter(std::string_view text, RowSpan span, int line) const {
+std::string ReportTexts::FillLetter(std::string_view text, RowSpan span,
+                                    const FileLine& line) const {
   std::string filled;
   while (!text.empty()) {
     const std::size_t open = std::min(text.find('['), text.size());

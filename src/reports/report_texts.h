@@ -9,6 +9,7 @@
 
 #include "platform/money.h"
 #include "platform/sql/connection.h"
+#include "reports/report_words.h"
 
 namespace kaunter {
 
@@ -34,19 +35,20 @@ class ReportTexts {
       : path_(std::move(path)), heading_(heading), rows_(rows) {}
 
   // Of the first row of the span. `line` is told when a column is missing; 0 for none.
-  std::string Fill(std::string_view text, RowSpan span, int line = 0) const;
+  std::string Fill(std::string_view text, RowSpan span, const FileLine& line = {}) const;
   // The same, and what stands in [ ] goes when one of its places is empty.
-  std::string FillLetter(std::string_view text, RowSpan span, int line) const;
+  std::string FillLetter(std::string_view text, RowSpan span, const FileLine& line) const;
   // Place of a column among the rows' columns. Throws std::runtime_error when there is none.
-  std::size_t ColumnOf(std::string_view name, int line = 0) const;
+  std::size_t ColumnOf(std::string_view name, const FileLine& line = {}) const;
 
   std::string copy;  // {copy}: which of several copies of a letter this is
 
  private:
-  std::string PlaceText(const std::string& place, RowSpan span, int line) const;
-  std::string ValueText(const std::string& name, RowSpan span, int line) const;
-  Money Sum(const std::string& name, RowSpan span, int line) const;
-  std::string FillPlaces(std::string_view text, RowSpan span, int line, bool& empty_place) const;
+  std::string PlaceText(const std::string& place, RowSpan span, const FileLine& line) const;
+  std::string ValueText(const std::string& name, RowSpan span, const FileLine& line) const;
+  Money Sum(const std::string& name, RowSpan span, const FileLine& line) const;
+  std::string FillPlaces(std::string_view text, RowSpan span, const FileLine& line,
+                         bool& empty_place) const;
 
   std::string path_;
   const ReportHeading& heading_;

@@ -1,5 +1,7 @@
 #include "reports/report_words.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <stdexcept>
 
@@ -50,6 +52,11 @@ class Splitter {
 };
 
 }  // namespace
+
+std::string FileLine::Told() const {
+  return number > 0 ? fmt::format("Report file {}, line {}", file, number)
+                    : fmt::format("Report file {}", file);
+}
 
 std::vector<ReportWord> ReportWords(std::string_view line, bool chinese) {
   const std::vector<ReportWord> all = Splitter(line).Run();

@@ -15,6 +15,14 @@ struct ReportReading {
   std::map<std::string, std::string> parameters;  // by name in lower case
 };
 
+// A line of a report file: with "like" a report has lines of several files.
+struct FileLine {
+  std::string file;
+  int number = 0;  // 0 for none
+
+  std::string Told() const;  // "Report file LoanCalcList.rpt, line 3"
+};
+
 struct ReportWord {
   std::string text;
   bool quoted = false;

@@ -8,6 +8,7 @@
 
 #include "core/report_path.h"
 #include "core/values.h"
+#include "platform/sql/waiting.h"
 #include "reports/report_query.h"
 
 namespace kaunter {
@@ -23,12 +24,19 @@ ReportReading ReadingOf(const ReportJob& job, bool chinese) {
   return reading;
 }
 
-Recordset ReadRows(const ReportFile& file, const ReportJob& job, const std::string& statement) {
+Recordset ReadRows(const ReportFile& file, const ReportJob& job, const std::string& statement,
+                   const ReportProgress& progress) {
+  bool stopped = false;
+  const MayStop stop([&] {
+    stopped = stopped || (progress && !progress(ReportStage::reading, 0, 0));
+    return stopped;
+  });
   try {
     return job.Connect->Query(statement);
   } catch (const SqlError& error) {
-    throw SqlError(error.number(), fmt::format("Report file {}, the query from line {} on: {}",
-                                               file.path, file.query_line, error.what()));
+    if (stopped) throw ReportStopped{};
+    throw SqlError(error.number(), fmt::format("{}, the query that begins there: {}",
+                                               file.query_line.Told(), error.what()));
   }
 }
 
@@ -81,7 +89,7 @@ ReportRun RunWholeReport(const ReportJob& job, const ReportProgress& progress) {
   const std::string statement =
       ReportStatement(run.file, job.SelectionFormula, reading.parameters, now);
   run.heading = HeadingOf(run.file, job, reading.parameters, now);
-  run.rows = ReadRows(run.file, job, statement);
+  run.rows = ReadRows(run.file, job, statement, progress);
   run.document = LayOut(run.file, run.heading, run.rows, progress);
   return run;
 }

@@ -83,7 +83,12 @@ class FormulaParser {
   }
 
   std::string One() {
-    if (TakeWord("not")) return "NOT (" + One() + ")";
+    if (TakeWord("not")) {
+      if (++depth_ > kDeepest) Refuse("a formula with fewer \"not\"");
+      const std::string condition = "NOT (" + One() + ")";
+      --depth_;
+      return condition;
+    }
     if (Take('(')) {
       const std::string inner = Either();
       if (!Take(')')) Refuse("a closing bracket");
@@ -127,9 +132,10 @@ class FormulaParser {
     const std::string name = Trim(text_.substr(at_ + 1, end - at_ - 1));
     const auto point = name.find('.');
     bool fits = point != std::string::npos && point > 0 && point + 1 < name.size();
-    for (std::size_t i = 0; i < name.size(); ++i) {
-      fits = fits &&
-             (i == point || name[i] == '_' || std::isalnum(static_cast<unsigned char>(name[i])));
+    for (std::size_t i = 0; fits && i < name.size(); ++i) {
+      const auto sign = static_cast<unsigned char>(name[i]);
+      const bool first = i == 0 || i == point + 1;  // "1.5" would be a number
+      fits = i == point || sign == '_' || (first ? std::isalpha(sign) : std::isalnum(sign));
     }
     if (!fits) Refuse("a field {Table.Column}");
     at_ = end + 1;
@@ -145,15 +151,23 @@ class FormulaParser {
   }
 
   std::string Text(char quote) {
+    const std::size_t begin = at_;
+    bool doubled = false;
     std::string value;
     for (++at_; at_ < text_.size(); ++at_) {
       if (text_[at_] != quote) {
         value += text_[at_];
       } else if (at_ + 1 < text_.size() && text_[at_ + 1] == quote) {
         value += text_[at_++];
+        doubled = true;
       } else {
         ++at_;
         after_text_ = true;
+        // Two values with an apostrophe at their edges swallow the comparison between them.
+        if (doubled && value.find('{') != std::string::npos) {
+          at_ = begin;
+          Refuse("a text without a field in it");
+        }
         return QuoteStr(value);
       }
     }
@@ -183,9 +197,7 @@ class FormulaParser {
       parts.push_back(CLng(std::string_view(number)));
     } while (Take(','));
     if (!Take(')')) Refuse("a closing bracket");
-    parts.resize(with_time ? 6 : parts.size());
-    const std::size_t wanted = with_time ? 6 : 3;
-    if (parts.size() != wanted) Refuse("a date");
+    if (parts.size() != 3 && !(with_time && parts.size() == 6)) Refuse("a date");
     parts.resize(6);
     const DateTime date{parts[0], parts[1], parts[2], parts[3], parts[4], parts[5]};
     if (!date.IsValid()) Refuse("a date of the calendar");

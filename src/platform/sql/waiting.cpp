@@ -6,6 +6,7 @@ namespace kaunter {
 namespace {
 
 std::function<void()> while_waiting;
+std::function<bool()> stop_asked;
 bool waiting = false;
 
 }  // namespace
@@ -19,6 +20,19 @@ void ActWhileWaiting() noexcept {
   waiting = true;
   while_waiting();
   waiting = false;
+}
+
+MayStop::MayStop(std::function<bool()> asked)
+    : before_(std::exchange(stop_asked, std::move(asked))) {}
+
+MayStop::~MayStop() { stop_asked = std::move(before_); }
+
+bool StopAsked() noexcept {
+  if (!stop_asked || waiting) return false;
+  waiting = true;
+  const bool stop = stop_asked();
+  waiting = false;
+  return stop;
 }
 
 }  // namespace kaunter

@@ -1,4 +1,5 @@
-// What the program does while a statement takes long: the desktop goes on painting its windows.
+// What the program does while a statement takes long: the desktop goes on painting its windows, and
+// a person may end it.
 #pragma once
 
 #include <functional>
@@ -13,7 +14,21 @@ void SetWhileWaiting(std::function<void()> act);
 // True within the act.
 bool IsWaiting();
 
+// While one lives, `asked` is called in the same way, and true ends the statement that is running
+// with an SqlError. For statements that only read.
+class MayStop {
+ public:
+  explicit MayStop(std::function<bool()> asked);
+  ~MayStop();
+  MayStop(const MayStop&) = delete;
+  MayStop& operator=(const MayStop&) = delete;
+
+ private:
+  std::function<bool()> before_;
+};
+
 // The engine's side.
 void ActWhileWaiting() noexcept;
+bool StopAsked() noexcept;
 
 }  // namespace kaunter

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "platform/sql/odbc/odbc_text.h"
+#include "platform/sql/waiting.h"
 
 namespace kaunter::sql {
 namespace {
@@ -266,6 +267,8 @@ class Reader {
   const OdbcCheck& check_;
 };
 
+constexpr std::size_t kRowsBetweenActs = 256;
+
 }  // namespace
 
 Recordset ReadRows(const OdbcHandle& statement, bool wide, const std::vector<ResultColumn>& known,
@@ -278,6 +281,9 @@ Recordset ReadRows(const OdbcHandle& statement, bool wide, const std::vector<Res
     if (result == SQL_NO_DATA) break;
     check(result);
     rows.push_back(reader.Row(plans));
+    if (rows.size() % kRowsBetweenActs != 0) continue;
+    ActWhileWaiting();
+    if (StopAsked()) throw SqlError(0, "The query was stopped.");
   }
   std::vector<Column> columns;
   for (const Plan& plan : plans) columns.push_back(plan.column);

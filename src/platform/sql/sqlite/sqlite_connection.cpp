@@ -50,7 +50,7 @@ SqliteConnection::SqliteConnection(std::string name, std::string path, SqliteHan
       db_.get(), kStepsBetweenActs,
       [](void*) {
         ActWhileWaiting();
-        return 0;
+        return StopAsked() ? 1 : 0;
       },
       nullptr);
   SchemaMoved();

@@ -1,0 +1,24 @@
+// Reports as files: PDF, and CSV of a listing. A file is written beside its place and takes it when
+// it is whole: a full disk or a stop leaves the file that was there before.
+#pragma once
+
+#include <string>
+
+#include "reports/report_document.h"
+#include "reports/report_progress.h"
+
+namespace kaunter {
+
+struct ReportJob;
+struct ReportRun;
+
+// Both throw std::runtime_error that names the file and says why it cannot be written.
+// The PDF needs a QGuiApplication.
+void WritePdf(const ReportDocument& document, const std::string& path,
+              const ReportProgress& progress = {});
+void WriteCsv(const ReportRun& run, const std::string& path);
+
+// Runs the report and writes its PDF; of a listing also its CSV, under the same name.
+void RenderReport(const ReportJob& job, const std::string& pdf_path);
+
+}  // namespace kaunter

@@ -1,0 +1,189 @@
+// Report files that say what another one says, lines that depend on a parameter, and what becomes
+// of the parameters in the query.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "reports/report_query.h"
+#include "tests/core/office.h"
+#include "tests/reports/list_rows.h"
+
+namespace kaunter {
+namespace {
+
+const std::string kQuery = "query\nSELECT * FROM t WHERE {selection}\nend\n";
+
+struct ReportFolder : TempFolder {
+  void Write(const std::string& name, const std::string& text) {
+    std::ofstream(File(name), std::ios::binary) << text;
+  }
+  // "" for a good file.
+  std::string Fault(const std::string& name) {
+    try {
+      LayOut(ReportFile::Read(File(name)), {}, RowsOf({{"A", "N", "L1", {2024, 1, 31}, "1"}}));
+      return "";
+    } catch (const std::runtime_error& error) {
+      return error.what();
+    }
+  }
+};
+
+TEST(ReportLike, OwnLinesTakeThePlaceOfTheOthers) {
+  ReportFolder folder;
+  folder.Write("a.rpt", "title \"A\"\n" + kQuery +
+                            "column \"Loan\" Loan text 9\ncolumn \"Paid\" Paid money 9 sum\n"
+                            "group Company \"Sum {group}\" always\nnote \"Of A\"\n");
+  folder.Write("b.rpt", "# short\nlike \"a.rpt\"\ntitle \"B\"\ncolumn \"Paid\" Paid money 9 sum\n");
+  folder.Write("c.rpt", "like \"b.rpt\"\nsummary\n");
+  const std::vector<ListRow> rows = {{"A", "N", "L1", {2024, 1, 31}, "1"}};
+  EXPECT_EQ(LinesOf(LayOut(ReportFile::Read(folder.File("b.rpt")), {}, RowsOf(rows))),
+            (std::vector<std::string>{"B", "Paid", "1.00", "Sum A|1.00", "Of A", "|Page 1 of 1"}));
+  EXPECT_EQ(LinesOf(LayOut(ReportFile::Read(folder.File("c.rpt")), {}, RowsOf(rows))),
+            (std::vector<std::string>{"B", "|Paid", "Sum A|1.00", "Of A", "|Page 1 of 1"}));
+}
+
+TEST(ReportLike, AFaultNamesTheFileInWhichItStands) {
+  ReportFolder folder;
+  const struct {
+    std::string other;
+    std::string own;
+    std::string told;
+  } cases[] = {
+      {"column \"A\" Loan text 9\nkolumn\n", "title \"x\"\n", "base.rpt, line 5: \"kolumn\""},
+      {"column \"A\" Missing text 9\n", "title \"x\"\n", "base.rpt, line 4: the query gives no"},
+      {"column \"A\" Loan text 9\ntotal \"{Missing}\"\n", "", "base.rpt, line 5: the query gives"},
+      {"column \"A\" Loan text 9\ngroup Missing \"x\"\n", "", "base.rpt, line 5: the query gives"},
+      {"column \"A\" Loan text 9\ngroup Loan \"\" heading \"{Missing}\"\n", "",
+       "base.rpt, line 5: the query gives"},
+      {"letter Loan\ntext \"a\"\nfoot \"{Missing}\"\n", "", "base.rpt, line 6: the query gives no"},
+      {"column \"A\" Loan text 9\n", "column \"A\" Missing text 9\n",
+       "own.rpt, line 2: the query gives no"},
+      {"column \"A\" Loan text 9\n", "group Company\n", "own.rpt, line 2: \"group\" needs"},
+  };
+  for (const auto& c : cases) {
+    folder.Write("base.rpt", kQuery + c.other);
+    folder.Write("own.rpt", "like \"base.rpt\"\n" + c.own);
+    EXPECT_NE(folder.Fault("own.rpt").find(c.told), std::string::npos) << c.told << "\n"
+                                                                       << folder.Fault("own.rpt");
+  }
+}
+
+TEST(ReportLike, ACircleAndAMissingFileEndWithAMessage) {
+  ReportFolder folder;
+  folder.Write("self.rpt", "like \"self.rpt\"\n");
+  folder.Write("path.rpt", "like \"./path.rpt\"\n");
+  folder.Write("x.rpt", "like \"y.rpt\"\n");
+  folder.Write("y.rpt", "title \"y\"\nlike \"x.rpt\"\n");
+  folder.Write("z.rpt", "like \"w.rpt\"\n");
+  folder.Write("w.rpt", "like \"z.rpt\"\n");
+  folder.Write("gone.rpt", "\nlike \"nowhere.rpt\"\n");
+  for (const char* name : {"self.rpt", "path.rpt", "z.rpt"}) {
+    EXPECT_NE(folder.Fault(name).find("goes round in a circle"), std::string::npos)
+        << folder.Fault(name);
+  }
+  EXPECT_NE(folder.Fault("x.rpt").find("y.rpt, line 2: \"like\" stands before"), std::string::npos)
+      << folder.Fault("x.rpt");
+  EXPECT_NE(folder.Fault("gone.rpt").find("gone.rpt, line 2: there is no file nowhere.rpt"),
+            std::string::npos)
+      << folder.Fault("gone.rpt");
+}
+
+TEST(ReportIf, ReadsTheLinesOfOneBranchOnly) {
+  const std::string lines = R"(parameter Kind "plain"
+if Kind is "full" "Whole"
+column "Full" Loan text 9
+if language is "chinese"
+note "no" / "全"
+else
+note "whole"
+endif
+else
+if Other not ""
+query
+broken
+end
+endif
+column "Plain" Loan text 9
+endif
+)";
+  const struct {
+    std::map<std::string, std::string> parameters;
+    bool chinese;
+    std::string column;
+    std::string note;
+  } cases[] = {{{}, false, "Plain", ""},
+               {{{"kind", "WHOLE"}}, false, "Full", "whole"},
+               {{{"kind", "full"}}, true, "Full", "全"},
+               {{{"kind", ""}}, true, "Plain", ""}};
+  for (const auto& c : cases) {
+    const ReportFile file = ReportFile::Parse(kQuery + lines, "t.rpt", {c.chinese, c.parameters});
+    ASSERT_EQ(file.columns.size(), 1u);
+    EXPECT_EQ(file.columns[0].heading, c.column);
+    EXPECT_EQ(file.note, c.note);
+  }
+  for (const char* broken : {"if Kind is\n", "if Kind like \"a\"\n", "else\n", "endif\n",
+                             "if Kind is \"a\"\n", "if Kind is \"\"\nelse\nelse\nendif\n"}) {
+    EXPECT_THROW(ReportFile::Parse(kQuery + "column \"A\" a text 9\n" + broken, "t.rpt"),
+                 std::runtime_error)
+        << broken;
+  }
+}
+
+TEST(ReportQuery, AParameterIsALiteralWhateverItHolds) {
+  const DateTime today{2024, 2, 29};
+  const struct {
+    std::string place;
+    std::string value;
+    std::string literal;
+  } cases[] = {
+      {"{?P}", "O'Brien", "'O''Brien'"},
+      {"{?P}", "x' OR '1'='1", "'x'' OR ''1''=''1'"},
+      {"{?P}", "{selection}", "'{selection}'"},
+      {"{?P}", "{?Q}", "'{?Q}'"},
+      {"{?P}", "", "''"},
+      {"{?P}", "date(2024,1,31)", "'2024-01-31'"},
+      {"{?P}", "Date ( 2024 , 12 , 1 )", "'2024-12-01'"},
+      {"{?P}", "date(2024,2,30)", "'date(2024,2,30)'"},
+      {"{?P:text}", "date(2024,1,31)", "'date(2024,1,31)'"},
+      {"{? p :date}", "31-01-2024", "'2024-01-31'"},
+      {"{?P:date}", " ", "NULL"},
+      {"{?P:money}", "1,234.50", "1234.50"},
+      {"{?P:money}", "-0.05", "-0.05"},
+      {"{?P:money}", "", "0"},
+      {"{?Today}", "", "'2024-02-29'"},
+  };
+  for (const auto& c : cases) {
+    ReportFile file = ListFile("parameter Today \"today\"\ncolumn \"A\" a text 9\n");
+    file.query = "SELECT " + c.place + " FROM t WHERE {selection}";
+    EXPECT_EQ(ReportStatement(file, "{t.a} = 1", {{"p", c.value}}, today),
+              "SELECT " + c.literal + " FROM t WHERE (t.a=1)");
+  }
+}
+
+TEST(ReportQuery, RefusesAPlaceThatItCannotFill) {
+  const struct {
+    std::string place;
+    std::string value;
+    std::string told;
+  } cases[] = {
+      {"{?Q}", "", "line 1: the query needs the parameter Q"},
+      {"{?P:money}", "12 or 1=1", "the parameter P must be a number, and it is \"12 or 1=1\""},
+      {"{?P:money}", "abc", "must be a number"},
+      {"{?P:date}", "31-02-2024", "must be a date"},
+      {"{?P:integer}", "1", "\"integer\" is no kind"},
+      {"{P}", "1", "the query has a place {P}"},
+      {"{?P", "1", "not closed"},
+  };
+  for (const auto& c : cases) {
+    ReportFile file = ListFile("column \"A\" a text 9\n");
+    file.query = "SELECT {selection} " + c.place;
+    try {
+      ADD_FAILURE() << ReportStatement(file, "", {{"p", c.value}}, {2024, 1, 31});
+    } catch (const std::runtime_error& error) {
+      EXPECT_NE(std::string(error.what()).find(c.told), std::string::npos) << error.what();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace kaunter

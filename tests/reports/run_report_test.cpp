@@ -1,0 +1,216 @@
+// Whole reports on a database: from the file and the formula to pages and CSV.
+#include "reports/run_report.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "platform/clock.h"
+#include "reports/report_csv.h"
+#include "tests/core/office.h"
+#include "tests/reports/list_rows.h"
+
+namespace kaunter {
+namespace {
+
+struct Books {
+  Books() : main(OpenSqlite("MainConn", folder.File("books.db"), true, clock)) {
+    main->Execute(
+        "CREATE TABLE Loans (LoanID NVARCHAR(20), Name NVARCHAR(60), Day DATETIME, "
+        "Amt DECIMAL(18,2), Code NVARCHAR(10))");
+    for (const char* row :
+         {"'L1',N'Tan, \"Ah\" Kow','2024-01-31 00:00:00',1234.5,'a'",
+          "'L2',N'陈美玲','2024-01-31 16:30:00',-20.05,'A '", "'L3','O''Brien','2024-02-01',0,'B'",
+          "'L4','+60123456789','2024-02-02',1,'O''B'"}) {
+      main->Execute(std::string("INSERT INTO Loans VALUES (") + row + ")");
+    }
+    Write("list.rpt",
+          "title \"Loans\"\nquery\nSELECT l.* FROM Loans AS l WHERE {selection}\nend\norder "
+          "l.LoanID\nalias l = Loans\nalias l.Code = Other.Kind\ncolumn \"Loan\" LoanID text "
+          "9\ncolumn \"Name\" Name text 20\ncolumn \"Day\" Day date 9\ncolumn \"Amount\" Amt money "
+          "9 sum\ntotal \"All\"\n");
+  }
+  void Write(const std::string& name, const std::string& text) {
+    std::ofstream(folder.File(name), std::ios::binary) << text;
+  }
+  ReportJob Job(const std::string& formula, const std::string& name = "list.rpt") {
+    ReportJob job;
+    job.ReportFileName = folder.File(name);
+    job.SelectionFormula = formula;
+    job.Connect = main.get();
+    return job;
+  }
+  // The loans that the report prints, or what it refuses.
+  std::string Loans(const std::string& formula) {
+    try {
+      const ReportRun run = RunWholeReport(Job(formula));
+      std::string loans;
+      for (const auto& row : run.rows.rows()) loans += row[0].ToText();
+      return loans;
+    } catch (const std::runtime_error& error) {
+      return error.what();
+    }
+  }
+
+  TempFolder folder;
+  Clock clock;
+  std::unique_ptr<Connection> main;
+};
+
+TEST(RunReport, TheFormulaPicksTheRows) {
+  Books books;
+  const std::pair<const char*, const char*> cases[] = {
+      {"", "L1L2L3L4"},
+      {"{Loans.Code} = 'A'", "L1L2"},  // case and blanks at the end are no difference
+      {" ( {LOANS.code}='a'  or {Loans.Code} = 'B' ) ", "L1L2L3"},
+      {"{Other.Kind} <> 'A' And not ({Loans.LoanID} = 'L3')", "L4"},
+      {"{Loans.Day} = Date(2024,1,31)", "L1"},
+      {"{Loans.Day} = DateTime (2024, 1, 31)", "L1"},
+      {"{Loans.Day} >= DateTime (2024, 1, 31, 16, 30, 00) and {Loans.Day} <= DateTime (2024, 2, 1, "
+       "23, 59, 59)",
+       "L2L3"},
+      {"{Loans.Amt} < 0", "L2"},
+      {"{Loans.Amt} >= -20.05 and ({Loans.Amt} <= 0 or {Loans.Amt} = 1.00)", "L2L3L4"},
+      {"{Loans.Name} = 'O''Brien'", "L3"},
+      {"{Loans.Name} = '陈美玲'", "L2"},
+      {"not not {Loans.Amt} = 1", "L4"},
+      {"{Loans.Code} = '{selection}'", ""},
+  };
+  for (const auto& [formula, loans] : cases) EXPECT_EQ(books.Loans(formula), loans) << formula;
+}
+
+// Whatever a value holds, the report prints what was asked or says that it cannot.
+TEST(RunReport, AValueIsNeverReadAsAStatement) {
+  Books books;
+  const std::string values[] = {"O'B",
+                                "'",
+                                "''",
+                                "x' or '1'='1",
+                                "x') or ('1'='1",
+                                "x'--",
+                                "x'; DROP TABLE Loans; --",
+                                "x' union select 1 --",
+                                "x'/*",
+                                "x\"",
+                                "\\'",
+                                "x' or 1=1 or 'a'='a"};
+  for (const std::string& value : values) {
+    for (const std::string& before : {std::string(), std::string("{Loans.Amt} >= -1000 and ")}) {
+      const std::string loans = books.Loans(before + "({Loans.Code} = '" + value + "')");
+      EXPECT_TRUE(loans.empty() || loans.find("selection formula") != std::string::npos)
+          << value << " printed " << loans;
+    }
+  }
+  EXPECT_NE(books.Loans("{Loans.Code} = 'O'Brien'").find("An apostrophe (') within a value"),
+            std::string::npos);
+  // Two values with an apostrophe at their edges must not swallow what stands between them.
+  EXPECT_NE(books.Loans("{Loans.Name} >= 'A'' and {Loans.Name} <= ''B'").find("position 17"),
+            std::string::npos)
+      << books.Loans("{Loans.Name} >= 'A'' and {Loans.Name} <= ''B'");
+  EXPECT_EQ(books.Loans(""), "L1L2L3L4");
+}
+
+TEST(RunReport, AnUnknownTableOrColumnNamesTheFileAndItsQuery) {
+  Books books;
+  for (const char* formula : {"{Customers.Name} = 'A'", "{Loans.Nmae} = 'A'"}) {
+    const std::string told = books.Loans(formula);
+    EXPECT_NE(told.find("list.rpt, line 2"), std::string::npos) << told;
+    const std::string name(formula + 1, 4);
+    EXPECT_TRUE(told.find("Customers") != std::string::npos ||
+                told.find("Nmae") != std::string::npos)
+        << told;
+  }
+}
+
+TEST(RunReport, AFileThatIsNoReportSaysWhatItIs) {
+  Books books;
+  books.Write("empty.rpt", "");
+  books.Write("blank.rpt", "\n# nothing\n\n");
+  books.Write("binary.rpt", std::string("\x7f\x45LF\0\0\xff\xfe\x01", 9));
+  books.Write("half.rpt", "title \"x\"\nquery\nSELECT 1 WHERE {selection}\n");
+  std::filesystem::create_directory(books.folder.File("folder.rpt"));
+  const std::pair<const char*, const char*> cases[] = {
+      {"empty.rpt", "the file is empty"},
+      {"blank.rpt", "blank.rpt, line 3: the report has no query"},
+      {"binary.rpt", "binary.rpt, line 1"},
+      {"half.rpt", "half.rpt, line 3: the query does not end"},
+      {"folder.rpt", "cannot be read. It belongs beside the program"},
+      {"gone.rpt", "gone.rpt cannot be read"},
+  };
+  for (const auto& [name, told] : cases) {
+    try {
+      RunReport(books.Job("", name));
+      ADD_FAILURE() << name;
+    } catch (const std::runtime_error& error) {
+      EXPECT_NE(std::string(error.what()).find(told), std::string::npos) << error.what();
+    }
+  }
+}
+
+TEST(RunReport, CsvOpensInASpreadsheetAsItWasTyped) {
+  Books books;
+  books.main->Execute(
+      "INSERT INTO Loans VALUES ('L5','=HYPERLINK(\"x\")\r\nline two',NULL,NULL,'C')");
+  books.main->Execute("INSERT INTO Loans VALUES ('-7','-',NULL,1000000,'C')");
+  EXPECT_EQ(ReportToCsv(books.Job("")),
+            "\xEF\xBB\xBFLoan,Name,Day,Amount\r\n"
+            "-7,-,,1000000.00\r\n"
+            "L1,\"Tan, \"\"Ah\"\" Kow\",31-01-2024,1234.50\r\n"
+            "L2,陈美玲,31-01-2024,-20.05\r\n"
+            "L3,O'Brien,01-02-2024,0.00\r\n"
+            "L4,'+60123456789,02-02-2024,1.00\r\n"
+            "L5,\"'=HYPERLINK(\"\"x\"\")\r\nline two\",,\r\n");
+  EXPECT_EQ(ReportToCsv(books.Job("{Loans.Code} = 'none'")),
+            "\xEF\xBB\xBFLoan,Name,Day,Amount\r\n");
+}
+
+TEST(RunReport, NoRowsAreAPageThatSaysSo) {
+  Books books;
+  const std::vector<std::string> lines = LinesOf(RunReport(books.Job("{Loans.Code} = 'none'")));
+  ASSERT_EQ(lines.size(), 4u);
+  EXPECT_EQ(lines[0], "Loans");
+  EXPECT_EQ(lines[2], "No rows for this selection.");
+}
+
+TEST(RunReport, StopsWhereItIsAsked) {
+  Books books;
+  books.main->BeginTrans();
+  for (int i = 0; i < 2000; ++i) {
+    books.main->Execute("INSERT INTO Loans VALUES ('N','many','2024-03-01',1,'N')");
+  }
+  books.main->CommitTrans();
+  for (const ReportStage stage : {ReportStage::reading, ReportStage::laying_out}) {
+    std::size_t told = 0;
+    const auto stop = [&](ReportStage at, std::size_t, std::size_t) {
+      if (at == stage) ++told;
+      return at != stage;
+    };
+    EXPECT_THROW(RunWholeReport(books.Job("{Loans.Amt} > -5000"), stop), ReportStopped);
+    EXPECT_EQ(told, 1u);
+  }
+  // The connection goes on as if nothing had been.
+  EXPECT_EQ(books.Loans("{Loans.Code} = 'B'"), "L3");
+}
+
+TEST(RunReport, APictureStandsBesideTheTitleWhenItIsThere) {
+  Books books;
+  books.Write("logo.png", "x");
+  for (const char* name : {"logo.png", "nowhere.png", "{?Logo}"}) {
+    books.Write("p.rpt", std::string("like \"list.rpt\"\npicture \"") + name + "\" 30 16\n");
+    ReportJob job = books.Job("", "p.rpt");
+    job.ParameterFields[0] = "Logo;" + books.folder.File("logo.png") + ";True";
+    const ReportDocument document = RunReport(job);
+    const auto& pictures = document.pages.at(0).pictures;
+    ASSERT_EQ(pictures.size(), std::string(name) == "nowhere.png" ? 0u : 1u) << name;
+    if (pictures.empty()) continue;
+    EXPECT_EQ(pictures[0].path, books.folder.File("logo.png"));
+    EXPECT_LE(pictures[0].x + pictures[0].width, document.width_mm - 14.9);
+    for (const PageText& text : document.pages[0].texts) {
+      const bool beside = text.y < pictures[0].y + pictures[0].height;
+      EXPECT_TRUE(!beside || text.x + text.width <= pictures[0].x) << text.text;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace kaunter
