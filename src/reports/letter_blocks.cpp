@@ -204,16 +204,17 @@ class Composer {
     LetterBlock block;
     const std::size_t count = item.texts.size() / 2;
     const double share = width_ / static_cast<double>(count);
+    double x = x_;
     for (std::size_t i = 0; i < count; ++i) {
       const std::string text = Filled(2 * i + 1);
-      if (text.empty()) continue;
-      const double x = x_ + share * static_cast<double>(i);
+      if (text.empty()) continue;  // the second moves to its place
       const double label = std::min(label_width_, share * 0.45);
       const Look quiet{kSmallPoints, false, TextAlign::left, Tone::quiet};
       const double left = Lines(block, Filled(2 * i), x, 0, label - 1, quiet);
       const double right = Lines(block, text, x + label, 0, share - label - (count > 1 ? 3 : 0),
                                  {kSmallPoints, item.bold});
       block.height = std::max({block.height, left + kPairGap, right + kPairGap});
+      x += share;
     }
     if (block.height > 0) Put(std::move(block));
   }

@@ -183,6 +183,8 @@ void ReportTable::Figures(ReportPage& page, double y, const Sums& sums, bool gra
                           bool bold) const {
   for (std::size_t i = 0; i < places_.size(); ++i) {
     if (!ShownInTotal(i, grand)) continue;
+    // Of all rows together a 0 is worth telling, under each group it is noise.
+    if (!grand && file_.columns[i].blank_zero && sums[i].IsZero()) continue;
     Cell(page, y, i, ShowCell(Value(sums[i]), file_.columns[i].kind), bold);
   }
 }

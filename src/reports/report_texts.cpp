@@ -182,8 +182,11 @@ std::string ShowCell(const Value& value, CellKind kind) {
       return ShowInt(value);
     case CellKind::money:
       return ShowMoney(value);
-    case CellKind::rate:
-      return Show4dp(value);
+    case CellKind::rate: {
+      // Most rates have no more than two decimals; the others show all four.
+      const Money rate = MoneyOf(value);
+      return Round2(rate) == rate ? ShowMoney(value) : Show4dp(value);
+    }
     case CellKind::date:
       return ShowDate(value);
     case CellKind::text:

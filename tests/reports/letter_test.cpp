@@ -157,6 +157,18 @@ text "End"
   EXPECT_EQ(FirstPage(lines, {{"L1", "Tan", "1"}}, heading), "Tan|Name|Tan|Fee|0.00|End|");
 }
 
+// A pair whose first half is empty leaves no hole: the second half takes its place.
+TEST(Letter, TheSecondPairMovesToTheFirst) {
+  const ReportDocument document =
+      LayOut(Letter("pair \"Name\" \"{CustName}\" \"Loan\" \"{LoanID}\"\n"), {},
+             Rows({{"L1", "", "1"}, {"L2", "Tan", "2"}}));
+  const std::vector<PageText>& alone = document.pages.at(0).texts;
+  const std::vector<PageText>& both = document.pages.at(1).texts;
+  ASSERT_TRUE(alone.at(0).text == "Loan" && both.at(0).text == "Name" && both.at(2).text == "Loan");
+  EXPECT_EQ(alone[0].x, both[0].x);
+  EXPECT_GT(both[2].x, both[0].x + 50);
+}
+
 TEST(Letter, EachRecordBeginsItsOwnPage) {
   const ReportFile file = Letter(
       "title \"{LoanID}\"\ncolumn \"Due\" DueDate date 10\ncolumn \"Amount\" Amt money 10 sum\n"

@@ -63,6 +63,29 @@ TEST(ReportLayout, TotalsEachYearOnlyWhenThereIsMoreThanOne) {
   EXPECT_TRUE(Has(two, "Grand total|13,766.62")) << two;
 }
 
+// A 0 is left out of rows and subtotals, and told in the grand total.
+TEST(ReportLayout, ABlankZeroIsToldOnceOnly) {
+  ReportFile file = ReportFile::Parse(kFile, "test.rpt");
+  file.columns[2].blank_zero = true;
+  const Recordset rows({{"SchID", FieldType::kInteger},
+                        {"DueDate", FieldType::kDate},
+                        {"PayableAmt", FieldType::kMoney, 0, 2}},
+                       {{Value(1), Value(DateTime{2023, 1, 31}), Value(Money())},
+                        {Value(2), Value(DateTime{2024, 1, 31}), Value(Money())}});
+  const std::string texts = Texts(LayOut(file, {}, rows));
+  EXPECT_TRUE(Has(texts, "Total 2023|2|31-01-2024")) << texts;
+  EXPECT_TRUE(Has(texts, "Grand total|0.00")) << texts;
+}
+
+TEST(ReportLayout, ARateShowsTheDecimalsThatItHas) {
+  const auto shown = [](const char* rate) {
+    return ShowCell(Value(Money::FromText(rate)), CellKind::rate);
+  };
+  EXPECT_EQ(shown("18"), "18.00");
+  EXPECT_EQ(shown("16.5"), "16.50");
+  EXPECT_EQ(shown("1.4583"), "1.4583");
+}
+
 TEST(ReportLayout, ALongTableKeepsEveryRowInsideItsPages) {
   const ReportFile file = ReportFile::Parse(kFile, "test.rpt");
   const ReportDocument document = LayOut(file, {}, Rows(360, 2000));
