@@ -190,10 +190,17 @@ ReportChart LineWords::Chart(const ReportFile& file, const FileLine& line) const
   std::size_t at = 0;
   chart.title = Caption(1, file, at);
   Need(at + 1);
-  chart.label = Word(at++);
-  chart.by = By(at);
-  Need(at);
-  chart.value = Word(at++);
+  if (Is(at, "columns")) {
+    ++at;
+    while (at < words_.size() && !Is(at, "below") && !Is(at, "above")) {
+      chart.columns.push_back(Word(at++));
+    }
+  } else {
+    chart.label = Word(at++);
+    chart.by = By(at);
+    Need(at);
+    chart.value = Word(at++);
+  }
   if (Is(at, "below")) {
     chart.below = true;
     ++at;

@@ -47,10 +47,29 @@ std::vector<ChartBar> Largest(const std::vector<ChartBar>& bars, bool chinese) {
   return few;
 }
 
+std::string HeadingOf(const ReportFile& file, const std::string& field) {
+  for (const ReportColumn& column : file.columns) {
+    if (SameText(column.field, field)) return column.heading;
+  }
+  return field;
+}
+
+std::vector<ChartBar> ColumnBars(const ReportChart& chart, const ReportFile& file,
+                                 const ReportTexts& texts, const Recordset& rows) {
+  std::vector<ChartBar> bars;
+  for (const std::string& field : chart.columns) {
+    ChartBar& bar = bars.emplace_back(ChartBar{HeadingOf(file, field), {}});
+    const std::size_t value = texts.ColumnOf(field, chart.line);
+    for (const auto& row : rows.rows()) bar.value += MoneyOf(row[value]);
+  }
+  return bars;
+}
+
 }  // namespace
 
-std::vector<ChartBar> ChartBars(const ReportChart& chart, const ReportTexts& texts,
-                                const Recordset& rows, bool chinese) {
+std::vector<ChartBar> ChartBars(const ReportChart& chart, const ReportFile& file,
+                                const ReportTexts& texts, const Recordset& rows) {
+  if (!chart.columns.empty()) return ColumnBars(chart, file, texts, rows);
   const std::size_t label = texts.ColumnOf(chart.label, chart.line);
   const std::size_t value = texts.ColumnOf(chart.value, chart.line);
   std::vector<OpenBar> bars;
@@ -69,7 +88,7 @@ std::vector<ChartBar> ChartBars(const ReportChart& chart, const ReportTexts& tex
   }
   std::vector<ChartBar> drawn;
   for (OpenBar& bar : bars) drawn.push_back(std::move(bar.bar));
-  return drawn.size() > kMostBars ? Largest(drawn, chinese) : drawn;
+  return drawn.size() > kMostBars ? Largest(drawn, file.chinese) : drawn;
 }
 
 double ChartHeight(std::size_t bars) {

@@ -54,9 +54,10 @@ struct ReportGroup {
   FileLine line;
 };
 
-// Bars of sums: one for each value of the label column.
+// Bars of sums: one for each value of the label column, or one for each of `columns`.
 struct ReportChart {
   std::string title;
+  std::vector<std::string> columns;
   std::string label;
   GroupBy by = GroupBy::value;
   std::string value;

@@ -157,7 +157,7 @@ class Layout {
   void Charts(bool below) {
     for (const ReportChart& chart : file_.charts) {
       if (chart.below != below || rows_.RowCount() == 0) continue;
-      const std::vector<ChartBar> bars = ChartBars(chart, texts_, rows_, file_.chinese);
+      const std::vector<ChartBar> bars = ChartBars(chart, file_, texts_, rows_);
       const double height = ChartHeight(bars.size());
       if (below) y_ += 4;
       if (y_ + height > Bottom()) PageHead();

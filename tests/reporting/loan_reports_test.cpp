@@ -2,25 +2,12 @@
 // statements.
 #include <gtest/gtest.h>
 
-#include "tests/reporting/report_office.h"
+#include "tests/reporting/report_rows.h"
 
 namespace kaunter {
 namespace {
 
-using Rows = std::vector<ReportExpectation>;
-
-const std::vector<std::string> kPlain = {"RptID;False;True"};
-const std::vector<std::string> kSpecial = {"RptID;True;True"};
-
-StagedFilter Picked(const char* field, std::vector<std::string> values) {
-  return {"List", field, std::move(values)};
-}
-
-void ExpectAll(const Rows& rows) {
-  ReportOffice office;
-  ReportCheck check(office);
-  for (const ReportExpectation& row : rows) check.Expect(row);
-}
+using namespace report_rows;
 
 TEST(LoanReports, CodesAsTheMenuStartsThem) {
   struct Case {
@@ -104,21 +91,6 @@ TEST(LoanReports, Customers) {
        .count = "SELECT 1",
        .twin = "-"},
   });
-}
-
-// The lists of criteria that all loan listings share, each with a value of L2.
-std::vector<StagedFilter> EveryLoanList() {
-  return {Picked("{LoanMast.CompCode}", {"HQ", "KL"}),
-          Picked("{LoanMast.LoanTypeID}", {"MONTH"}),
-          Picked("{LoanMast.AdvertiseID}", {"NIL"}),
-          Picked("{LoanMast.LoanGroupID}", {"PINJAMAN SEMASA"}),
-          Picked("{CustMast.CompCatCode}", {"FACT"}),
-          Picked("{LoanMast.CollateralID}", {"CAR"}),
-          Picked("{LoanMast.LoanType}", {"Secured"}),
-          Picked("{LoanMast.UserID}", {"BOB"}),
-          Picked("{LoanMast.Bank}", {"CIMB"}),
-          Picked("{CustMast.AreaCode}", {"PERSONAL"}),
-          Picked("{LoanMast.SalesmanID}", {"SUE"})};
 }
 
 const std::string kTwoYears = "TrxDate >= '2023-01-01' AND TrxDate < '2024-01-31'";
