@@ -35,9 +35,6 @@ const Names& OfLaterSubsystems() {
   return names;
 }
 
-// The name under which the menu and the criteria know a report whose file goes by another one.
-bool StandsForOthers(const std::string& file) { return file == "Agree1.rpt"; }
-
 // What the option boxes, the settings and the other screens start besides.
 const Names& StartedOtherwise() {
   static const Names names = {
@@ -143,8 +140,7 @@ TEST(ReportFiles, EveryReportThatCanBeStartedHasAFile) {
   const Names every = EveryReport();
   ASSERT_GT(every.size(), 120u);
   for (const std::string& name : every) {
-    if (OfLaterSubsystems().contains(name) || StandsForOthers(name) ||
-        StillToCome().contains(name)) {
+    if (OfLaterSubsystems().contains(name) || StillToCome().contains(name)) {
       continue;
     }
     EXPECT_TRUE(ReportFileExists((kSource / "reports" / name).string())) << name << " has no file";

@@ -31,7 +31,7 @@ bool Holds(const std::string& texts, const std::string& part) {
 TEST(AgreementReports, ScheduleOfInstalments) {
   ReportOffice office;
   ReportCheck check(office);
-  for (const char* file : {"AgreeJ.rpt", "AgreeK.rpt"}) {
+  for (const char* file : {"AgreeJ.rpt", "AgreeK.rpt", "Agree1.rpt"}) {
     // All loans of the criteria's range, and the one that a screen prints.
     check.Expect({.file = file,
                   .formula = FormulaOf("{LoanMast.TrxDate}", "01-01-2022", "31-01-2024"),
@@ -54,7 +54,7 @@ TEST(AgreementReports, ScheduleOfInstalments) {
 
 TEST(AgreementReports, TheLoanDecidesWhichForm) {
   ReportOffice office;
-  for (const char* file : {"AgreeJ.rpt", "AgreeK.rpt"}) {
+  for (const char* file : {"AgreeJ.rpt", "AgreeK.rpt", "Agree1.rpt"}) {
     const std::string without = Printed(office, file, "L1");
     EXPECT_TRUE(Holds(without, "SCHEDULE J|")) << file;
     EXPECT_TRUE(Holds(without, "FOR A LOAN WITHOUT SECURITY|"));
