@@ -180,20 +180,20 @@ TEST(CashReports, VoucherForWhatWasPaidOut) {
   CashOffice office;
   office.Run("DELETE FROM DrawDownMast WHERE LoanID='L4'");
   ReportCheck check(office);
-  for (const ReportExpectation& row : Rows{
-           {.file = "CashVoucher.rpt",
-            .formula = "",
-            .parameters = kPlain,
-            .sums = {{"Amount", "SELECT 4800 + 60000 + 500.25 + 1200 + 8000"}},
-            .count = "SELECT 5",
-            .twin = "-"},
-           {.file = "CashVoucher.rpt",
-            .formula = Asked("CashVoucher.rpt", "01-12-2023", "31-12-2023",
-                             {Picked("{LoanMast.CompCode}", {"HQ"}),
-                              Picked("{LoanMast.LoanTypeID}", {"MONTH"}),
-                              Picked("{LoanMast.AdvertiseID}", {"NIL"}),
-                              Picked("{LoanMast.LoanGroupID}", {"PINJAMAN SEMASA"}),
-                              Picked("{CustMast.CompCatCode}", {"FACT"})}),
+  for (const ReportExpectation& row :
+       Rows{{.file = "CashVoucher.rpt",
+       .formula = "",
+       .parameters = kPlain,
+       .sums = {{"Amount", "SELECT 4800 + 60000 + 500.25 + 1200 + 8000"}},
+       .count = "SELECT 5",
+       .twin = "-"},
+            {.file = "CashVoucher.rpt",
+            .formula = Asked(
+                "CashVoucher.rpt", "01-12-2023", "31-12-2023",
+                {Picked("{LoanMast.CompCode}", {"HQ"}), Picked("{LoanMast.LoanTypeID}", {"MONTH"}),
+                 Picked("{LoanMast.AdvertiseID}", {"NIL"}),
+                 Picked("{LoanMast.LoanGroupID}", {"PINJAMAN SEMASA"}),
+                 Picked("{CustMast.CompCatCode}", {"FACT"})}),
             .parameters = kSpecial,
             .sums = {{"Amount", "SELECT SUM(DrawDownAmt) FROM DrawDownMast WHERE LoanID='L2'"}},
             .count = "SELECT 2",

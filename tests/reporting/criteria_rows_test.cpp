@@ -102,32 +102,39 @@ const Row kRows[] = {
 };
 
 // The field of a label that names none.
-const std::map<std::string, std::string> kLoanFields = {{"Company Code", "LoanMast.CompCode"},
-                                                        {"Loan Type", "LoanMast.LoanTypeID"},
-                                                        {"Get Know", "LoanMast.AdvertiseID"},
-                                                        {"Type Of Loan", "LoanMast.AdvertiseID"},
-                                                        {"Loan Status", "LoanMast.LoanGroupID"},
-                                                        {"Company Category", "CustMast.CompCatCode"},
-                                                        {"Collateral Type", "LoanMast.CollateralID"},
-                                                        {"Collateral", "LoanMast.LoanType"},
-                                                        {"User ID", "LoanMast.UserID"},
-                                                        {"Bank", "LoanMast.Bank"},
-                                                        {"Customer Type", "CustMast.AreaCode"},
-                                                        {"Customer Race", "CustMast.CustRace"},
-                                                        {"Race", "CustMast.CustRace"},
-                                                        {"Salesman", "LoanMast.SalesmanID"},
-                                                        {"Collection Type",
-                                                         "PaymentMast.CollectInfoID"}};
+const std::map<std::string, std::string> kLoanFields = {
+    {"Company Code", "LoanMast.CompCode"},
+    {"Loan Type", "LoanMast.LoanTypeID"},
+    {"Get Know", "LoanMast.AdvertiseID"},
+    {"Type Of Loan", "LoanMast.AdvertiseID"},
+    {"Loan Status", "LoanMast.LoanGroupID"},
+    {"Company Category", "CustMast.CompCatCode"},
+    {"Collateral Type", "LoanMast.CollateralID"},
+    {"Collateral", "LoanMast.LoanType"},
+    {"User ID", "LoanMast.UserID"},
+    {"Bank", "LoanMast.Bank"},
+    {"Customer Type", "CustMast.AreaCode"},
+    {"Customer Race", "CustMast.CustRace"},
+    {"Race", "CustMast.CustRace"},
+    {"Salesman", "LoanMast.SalesmanID"},
+    {"Collection Type", "PaymentMast.CollectInfoID"}};
 
 // What a list holds: the table and column of its rows, or its words.
 const std::map<std::string, const char*> kTables = {
-    {"Customer Race", "CustRaceMast.CustRaceID"}, {"Race", "CustRaceMast.CustRaceID"},
-    {"Customer Type", "AreaMast.AreaCode"},       {"Loan Type", "LoanTypeMast.LoanTypeID"},
-    {"Loan Status", "LoanGroupMast.LoanGroupID"}, {"Company Category", "CampanyCategory.CompCatCode"},
-    {"Get Know", "AdvertiseMast.AdvertiseID"},    {"Type Of Loan", "AdvertiseMast.AdvertiseID"},
-    {"Collateral Type", "CollateralMast.CollateralID"}, {"User ID", "UserMast.UserID"},
-    {"Bank", "BankMast.BankCode"},                {"Salesman", "SalesmanMast.SalesmanID"},
-    {"Collection Type", "CollectInfoMast.CollectInfoID"}, {"Category", "CashBookCat.CatCode"},
+    {"Customer Race", "CustRaceMast.CustRaceID"},
+    {"Race", "CustRaceMast.CustRaceID"},
+    {"Customer Type", "AreaMast.AreaCode"},
+    {"Loan Type", "LoanTypeMast.LoanTypeID"},
+    {"Loan Status", "LoanGroupMast.LoanGroupID"},
+    {"Company Category", "CampanyCategory.CompCatCode"},
+    {"Get Know", "AdvertiseMast.AdvertiseID"},
+    {"Type Of Loan", "AdvertiseMast.AdvertiseID"},
+    {"Collateral Type", "CollateralMast.CollateralID"},
+    {"User ID", "UserMast.UserID"},
+    {"Bank", "BankMast.BankCode"},
+    {"Salesman", "SalesmanMast.SalesmanID"},
+    {"Collection Type", "CollectInfoMast.CollectInfoID"},
+    {"Category", "CashBookCat.CatCode"},
     {"Follow Up Status", "HisStatusMast.HisStatusID"}};
 const std::map<std::string, const char*> kWords = {
     {"Company Code", "HQ|KL"},
@@ -292,14 +299,14 @@ TEST(CriteriaRows, EveryFileOffersItsListsAndPrintsItsFormula) {
       } else if (file.starts_with("Summary")) {
         EXPECT_EQ(job->ReportTitle, expected.title);
       } else {
-        EXPECT_EQ(job->ReportTitle,
-                  "From 05-12-2023 to 31-01-2024" + ids_title +
-                      (expected.title.empty() ? "" : ", " + expected.title));
+        EXPECT_EQ(job->ReportTitle, "From 05-12-2023 to 31-01-2024" + ids_title +
+                                        (expected.title.empty() ? "" : ", " + expected.title));
       }
       frm.Close();
     }
   }
-  EXPECT_EQ(printed, 96);  // all names of the table and of the cash book's balances, but LateInterest
+  EXPECT_EQ(printed,
+            96);  // all names of the table and of the cash book's balances, but LateInterest
   EXPECT_EQ(counter.office.Scalar("SELECT COUNT(*) FROM MasterReport"), "0");
 }
 

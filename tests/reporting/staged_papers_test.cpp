@@ -60,8 +60,8 @@ struct PaperCounter : ReportOffice {
     SCOPED_TRACE(print.file + " " + print.company);
     const ReportJob job = Start(print);
     ASSERT_EQ(job.ReportFileName.substr(job.ReportFileName.rfind('/') + 1), print.form);
-    ReportExpectation expected{print.form, job.SelectionFormula, {},        print.sums,
-                               print.count, print.twin};
+    ReportExpectation expected{print.form, job.SelectionFormula, {},
+                               print.sums, print.count,          print.twin};
     for (const auto& [number, field] : job.ParameterFields) {
       expected.parameters.resize(static_cast<std::size_t>(number) + 1);
       expected.parameters.back() = field;
@@ -75,8 +75,8 @@ struct PaperCounter : ReportOffice {
 
 std::vector<std::string> TextsOf(const ReportJob& job) {
   ReportJob of_source = job;
-  of_source.ReportFileName = KAUNTER_SOURCE_DIR "/reports" +
-                             job.ReportFileName.substr(job.ReportFileName.rfind('/'));
+  of_source.ReportFileName =
+      KAUNTER_SOURCE_DIR "/reports" + job.ReportFileName.substr(job.ReportFileName.rfind('/'));
   std::vector<std::string> texts;
   for (const ReportPage& page : RunReport(of_source).pages) {
     for (const PageText& text : page.texts) texts.push_back(text.text);
@@ -96,8 +96,7 @@ TEST(StagedPapers, StatementOfAccount) {
             .sums = {{"Debit", std::string("SELECT ") + drawn +
                                    "+(SELECT SUM(TotLoanInt) FROM LoanMast)+(SELECT SUM(ChargeAmt) "
                                    "FROM ChargeMast WHERE ChargeAmt > 0)"},
-                     {"Credit",
-                      "SELECT SUM(PayAmt+IntAmt+ChargeAmt)+1.50+10 FROM PaymentMast"}},
+                     {"Credit", "SELECT SUM(PayAmt+IntAmt+ChargeAmt)+1.50+10 FROM PaymentMast"}},
             // five openings; D2, two interests, three payments and a discount, I2, N1, a month
             .count = "SELECT 5+1+2+4+2+1"});
   // Nothing earlier: the opening rows are empty, and all five discounts and loans are listed.
@@ -134,16 +133,16 @@ TEST(StagedPapers, Summaries) {
                      {"YearCharges", "SELECT SUM(ChargeAmt) FROM ChargeMast WHERE PType='Batch'"},
                      {"YearIncome", "SELECT 2125"}},
             .count = "SELECT COUNT(*) FROM LoanMast"});
-  o.Expect({.file = "SummaryBS.rpt",
-            .from = "01-01-2024",
-            .to = "30-01-2024",
-            .company = "HQ",
-            .form = "SummaryBS.rpt",
-            .sums = {{"Capital",
-                      "SELECT SUM(CapitalAmt) FROM SchMast WHERE LoanID IN ('L1','L2','L4')"},
-                     {"CapitalPaid", "SELECT 1666.67+1280"},
-                     {"CapitalOwed", "SELECT 5000+60000+8000-1666.67-1280"}},
-            .count = "SELECT COUNT(*) FROM LoanMast WHERE CompCode='HQ'"});
+  o.Expect(
+      {.file = "SummaryBS.rpt",
+       .from = "01-01-2024",
+       .to = "30-01-2024",
+       .company = "HQ",
+       .form = "SummaryBS.rpt",
+       .sums = {{"Capital", "SELECT SUM(CapitalAmt) FROM SchMast WHERE LoanID IN ('L1','L2','L4')"},
+                {"CapitalPaid", "SELECT 1666.67+1280"},
+                {"CapitalOwed", "SELECT 5000+60000+8000-1666.67-1280"}},
+       .count = "SELECT COUNT(*) FROM LoanMast WHERE CompCode='HQ'"});
 }
 
 // L1 was made before the first day: its payment is there all the same.
@@ -204,9 +203,8 @@ TEST(StagedPapers, DailyAccount) {
   print.company = "KL";
   print.ticks = {};
   print.form = "AccountReport.rpt";
-  print.sums = {{"TakenIn", "SELECT 660+660-5"},
-                {"PaidOut", "SELECT 1200"},
-                {"Expense", "SELECT -212.35"}};
+  print.sums = {
+      {"TakenIn", "SELECT 660+660-5"}, {"PaidOut", "SELECT 1200"}, {"Expense", "SELECT -212.35"}};
   print.count = "SELECT 1";
   o.Expect(print);
 }
@@ -279,7 +277,7 @@ TEST(StagedPapers, TwoComputersPrintTheirOwnRows) {
   struct Case {
     const char* file;
     bool (*stage)(Session&, Desk&, const StagedRun&);
-    const char* first;  // a loan of HQ
+    const char* first;   // a loan of HQ
     const char* second;  // a loan of KL
   };
   for (const Case& c : {Case{"StatementList.rpt", StageStatement, "L2", "L3"},

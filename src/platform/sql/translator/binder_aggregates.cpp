@@ -54,7 +54,8 @@ void Binder::SetAggregateType(Expr& expr, std::string_view name) const {
            expr.place);
   }
   constexpr int kAverageScale = 6;
-  if (average && type.kind == TypeKind::kDecimal && !type.money) type.scale = std::max(type.scale, kAverageScale);
+  if (average && type.kind == TypeKind::kDecimal && !type.money)
+    type.scale = std::max(type.scale, kAverageScale);
   expr.type = type;
 }
 

@@ -1,0 +1,239 @@
+// What each report entry of the menu starts, in both languages: the file and the title that the
+// office knows its paper by. The table is written down here a second time.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+
+#include "app/catalogue.h"
+#include "app/menu_table.h"
+#include "core/main_frm.h"
+#include "screen/report_job.h"
+#include "tests/core/office.h"
+
+namespace kaunter {
+namespace {
+
+struct Row {
+  const char *entry, *title, *file;
+  bool both = false;  // the Chinese paper has a name of its own
+};
+
+constexpr bool kBoth = true;
+
+const Row kListings[] = {
+    {"AdvRptMnu", "Advertisement Listing", "AdvertisementList", kBoth},
+    {"AreaCodeRtMnu", "Area Code Listing", "AreaCodeList", kBoth},
+    {"BankCodeRptMnu", "Bank Code Listing", "BankCode", kBoth},
+    {"CompCatRptMnu", "Collectin Type Listing", "CompanyCategoryList"},
+    {"ColInfoRptMnu", "Collectin Type Listing", "CollectInfoList", kBoth},
+    {"CompCodeRptMnu", "Company Code Listing", "CompCodeList", kBoth},
+    {"LoanStatRptMnu", "Loan Status Listing", "LoanGroupList", kBoth},
+    {"LoanTypeRptMnu", "Loan Repayment Listing", "LoanTypeList", kBoth},
+    {"SalesmanRptMnu", "Salesman Listing", "SalesmanList", kBoth},
+};
+
+const Row kReports[] = {
+    {"CustRptMnu", "Customer Profile", "CustMastList", kBoth},
+    {"RefereRptMnu", "Referer Information", "RefererList", kBoth},
+    {"CustLoanListMnu", "Customer Loan Listing", "CustLoanList"},
+    {"DadDebtListMnu", "Bad Debt Listing", "BadDebtListing"},
+    {"LoanRptMnu", "Loan Report", "LoanMastList", kBoth},
+    {"LoanRpt2Mnu", "Loan Report By Loan Term", "LoanMastList2", kBoth},
+    {"LoanRptByCust", "Loan Report By Customer", "CustLoanMastList", kBoth},
+    {"LoanCollRptMnu", "Loan Collateral Report", "LoanCollateral", kBoth},
+    {"LoanGuarantorRptMnu", "Loan Guarantor Report", "LoanGuarantorList", kBoth},
+    {"LoanSchRptMnu", "Loan Schedule By Company Report", "LoanSchList", kBoth},
+    {"LoanRptCreatedDateMnu", "Loan Report By Date Created", "LoanCreatedDate"},
+    {"ExpectCollMnu", "Expected Collection", "ExpectedCollection"},
+    {"AgingRptMnu", "Aging Report", "AgingMonth"},
+    {"UnmatchIntRptMnu", "Unmatch Interest Listing", "Loan Interest Report"},
+    {"CDDLoanMnu", "CDD Loan", "CDD"},
+    {"CDDPaymentMnu", "CDD Payment", "CDD2"},
+    {"LoanThresholdMnu", "Loan Exceed Threshold Report", "LoanExceedThreshold"},
+    {"PaymentThresholdMnu", "Payment Exceed Threshold Report", "PaymentExceedThreshold"},
+    {"ChargeList1RptMnu", "Batch Late Interest / Invoice / CN / Payment", "ChargeList"},
+    {"LateChargeInvMnu", "Batch Late Charges Invoice", "ARInvoice"},
+    {"BuyGoldRptMnu", "Loan Type Report", "BuyGoldList", kBoth},
+    {"SellGoldRptMnu", "Sell Gold Report", "SellGoldList", kBoth},
+    {"StaffCommRptMnu", "Salesman Commission", "LoanCommList", kBoth},
+    {"StatementofAccRptMnu", "Statement of Account", "StatementList"},
+    {"SummaryPnLRptMnu", "Summary P && L", "SummaryPnL"},
+    {"SummaryBSRptMnu", "Summary P && L", "SummaryBS"},
+    {"PayRptMnu", "Payment Report", "PaymentList", kBoth},
+    {"PayRpt2Mnu", "Payment Report By Loan Term", "PaymentList3", kBoth},
+    {"PaymentRptLoanMnu", "Payment Report By Loan", "LoanPaymentList", kBoth},
+    {"TrxRptMnu", "Loan Collection Report", "PaymentList2", kBoth},
+    {"PaymentRptByCreatedDateMnu", "Payment Report By Date Created", "PaymentCreatedDate"},
+    {"PaymentReceiptMnu", "Payment Receipt", "Payment Receipt"},
+    {"DailyCollRptMnu", "Daily Collection Report", "DailyCollection", kBoth},
+    {"DueDateRpt", "Due Date Report", "DueDate", kBoth},
+    {"DueDateSumm2", "Due Date Summary", "DueDate2", kBoth},
+    {"DueDateSumm3", "Due Date Summary", "DueDate3", kBoth},
+    {"DueDateListSummMnu", "Due Date Summary", "DueDate4", kBoth},
+    {"DueDateListMnu", "Due Date Listing", "DueDate5", kBoth},
+    {"OutBalMnu", "Outstanding Report", "Outstanding", kBoth},
+    {"OutBal2Mnu", "Outstanding By Loan Term Report", "Outstanding2", kBoth},
+    {"UnsettleIntRpt", "Unsettle Interest Report", "OustandingInt", kBoth},
+    {"ChqRptMnu", "Cheque Report", "ChqMastList", kBoth},
+    {"LoanChqRptMnu", "Cheque Report By Loan", "LoanChqMastList", kBoth},
+    {"FollowUpListDetMnu", "Follow Up Report", "FollowUpDetList", kBoth},
+    {"ReminderRptMnu", "Reminder Letter", "Reminder"},
+    {"PersonalExpRptMnu", "Expenses Report", "PersonalExpReport", kBoth},
+    {"ExpRptByCreatedDateMnu", "Expenses", "PersonalExpCreatedDate"},
+    {"CashBookRpt", "Cash Book Report", "CashBook", kBoth},
+    {"DailyReport", "Cash Book Report", "AccountReport", kBoth},
+    {"CBBalRpt", "Cash Book Balance", "CBBalance", kBoth},
+    {"CBImprove", "Cash Book Improvement", "CBImprovement", kBoth},
+    {"CBIncome", "Cash Book Income", "CBIncome", kBoth},
+    {"CashVoucher", "Cash Voucher", "CashVoucher"},
+    {"AgreeRpt", "Agreement Letter", "Agree1"},
+    {"LejarRpt", "Lejar Akuan Report", "LejarAkuan"},
+    {"RekodRpt", "Rekod Transaksi", "RekodTrans"},
+    {"YearRpt", "Yealy Loan Report", "YearlyLoan"},
+    {"NewLampiranMnu", "New Lampiran", "NewLampiran"},
+    {"SuppTransMnu", "Supplier Invoice / CN / Payment", "SuppTrans"},
+    {"SMSSentCompMnu", "SMS By Company", "SMSCompList"},
+    {"SMSSentHPMnu", "SMS By HP Report", "SMSHPList"},
+    {"EInvSubmit", "E-Invoicing Submission Listing", "EInvoicing"},
+    {"AuditLogsMnu", "User Audit Logs", "AuditLogs"},
+    {"LateIntRptMnu", "Late Interest Report", "LateInterest"},
+};
+
+std::string FileOf(const Row& row, bool chinese) {
+  return std::string(row.file) + (row.both && chinese ? "C.rpt" : ".rpt");
+}
+
+struct MenuDesk : SilentDesk {
+  void Show(std::string_view name) override {
+    shown.push_back(std::string(name));
+    if (on_show) on_show();
+  }
+  void Print(const ReportJob& job) override {
+    printed.push_back(job);
+    if (on_show) on_show();
+  }
+  std::function<void()> on_show;
+  std::vector<std::string> shown;
+  std::vector<ReportJob> printed;
+};
+
+// The main window of the built-in administrator, to whom every entry is shown.
+struct MenuOffice {
+  explicit MenuOffice(const std::string& app_path = {}) {
+    Session& session = office.session;
+    if (!app_path.empty()) session.AppPath = app_path;
+    session.CurrentLevel = 5;
+    session.CurrentCompCode = "HQ";
+    session.CurrentCompDesc = "Head Office";
+  }
+  MainFrm& Start() {
+    main = std::make_unique<MainFrm>(office.session, desk, MenuTable(), ScreenExists);
+    main->FillAtStart();
+    main->menu().ApplyRights(office.session);
+    return *main;
+  }
+  void LayFile(const std::string& name) {
+    std::ofstream(office.session.AppPath + "/" + name) << "-";
+  }
+  void RemoveFile(const std::string& name) {
+    std::filesystem::remove(office.session.AppPath + "/" + name);
+  }
+  bool Enabled(const char* entry) { return main->menu().Find(entry)->enabled; }
+
+  Office office{Office::State::patched};
+  MenuDesk desk;
+  std::unique_ptr<MainFrm> main;
+};
+
+TEST(ReportMenu, EachEntryStartsItsFileUnderItsTitleInBothLanguages) {
+  MenuOffice o;
+  Session& session = o.office.session;
+  for (const Row& row : kListings) o.LayFile(FileOf(row, false));
+  for (const Row& row : kReports) o.LayFile(FileOf(row, false));
+  for (const char* form : {"AgreeJ.rpt", "AgreeK.rpt"}) o.LayFile(form);
+  for (const bool chinese : {false, true}) {
+    session.ChineseFlag = chinese;
+    MainFrm& main = o.Start();
+    std::string panel;
+    o.desk.on_show = [&] { panel = main.Panel(1); };
+    for (const Row& row : kReports) {
+      SCOPED_TRACE(row.entry);
+      o.desk.shown.clear();
+      ASSERT_TRUE(main.ChooseMenu(row.entry));
+      EXPECT_EQ(o.desk.shown, std::vector<std::string>{"ReportFrm"});
+      EXPECT_EQ(session.ReportFile, FileOf(row, chinese));
+      EXPECT_EQ(session.MsgTitle, row.title);
+      EXPECT_EQ(panel, row.title);
+      EXPECT_EQ(main.Panel(1), session.ProgramTitle);
+    }
+    for (const Row& row : kListings) {
+      SCOPED_TRACE(row.entry);
+      o.desk.printed.clear();
+      ASSERT_TRUE(main.ChooseMenu(row.entry));
+      ASSERT_EQ(o.desk.printed.size(), 1U);
+      const ReportJob& job = o.desk.printed.front();
+      EXPECT_EQ(job.ReportFileName, session.AppPath + "/" + FileOf(row, chinese));
+      EXPECT_EQ(job.ReportTitle, "Head Office");
+      EXPECT_EQ(job.SelectionFormula, "");
+      EXPECT_TRUE(job.ParameterFields.empty());
+      EXPECT_EQ(job.Connect, session.MainConn.get());
+      EXPECT_EQ(session.MsgTitle, row.title);
+      EXPECT_EQ(panel, "AMY") << "the person stands in the first panel while it runs";
+      EXPECT_EQ(main.Panel(1), session.ProgramTitle);
+    }
+  }
+}
+
+TEST(ReportMenu, NoEntryOfTheMenuIsForgottenHere) {
+  std::set<std::string> known;
+  for (const Row& row : kListings) known.insert(row.entry);
+  for (const Row& row : kReports) known.insert(row.entry);
+  for (const MenuEntry& entry : MenuTable()) {
+    const bool report =
+        entry.action == MenuAction::report || entry.action == MenuAction::direct_list;
+    EXPECT_EQ(report, known.contains(entry.name)) << entry.name;
+  }
+}
+
+TEST(ReportMenu, AnEntryWithoutItsFileIsGrey) {
+  MenuOffice o;
+  o.Start();
+  for (const char* entry : {"LoanRptMnu", "CustLoanListMnu", "AdvRptMnu", "AgreeRpt"}) {
+    EXPECT_FALSE(o.Enabled(entry)) << entry;
+    EXPECT_FALSE(o.main->ChooseMenu(entry)) << entry;
+  }
+  EXPECT_TRUE(o.desk.shown.empty());
+  // A file of both languages serves both names; the Chinese one alone serves nobody in English.
+  o.LayFile("LoanMastList.rpt");
+  o.LayFile("CustMastListC.rpt");
+  o.LayFile("AdvertisementList.rpt");
+  o.LayFile("AgreeJ.rpt");
+  o.Start();
+  EXPECT_TRUE(o.Enabled("LoanRptMnu"));
+  EXPECT_TRUE(o.Enabled("AdvRptMnu"));
+  EXPECT_FALSE(o.Enabled("CustRptMnu"));
+  EXPECT_FALSE(o.Enabled("AgreeRpt")) << "one form is missing";
+  // The agreement has no file of its own name.
+  o.LayFile("AgreeK.rpt");
+  o.Start();
+  EXPECT_TRUE(o.Enabled("AgreeRpt"));
+}
+
+TEST(ReportMenu, WhatComesWithLaterSubsystemsIsGreyInAnInstalledCopy) {
+  MenuOffice o(KAUNTER_SOURCE_DIR "/reports");
+  o.Start();
+  for (const char* entry :
+       {"BuyGoldRptMnu", "SellGoldRptMnu", "SMSSentCompMnu", "SMSSentHPMnu", "EInvSubmit",
+        "NewLampiranMnu", "YearRpt", "BuyGoldMnu", "SellGoldMnu", "SMSFunctionMnu", "SMSTemplateMnu",
+        "EInvMenu", "SelfBillMnu", "LampiranB1Mnu", "NPLLoanMnu", "DataExportMnu", "AMLAMnu"}) {
+    EXPECT_FALSE(o.Enabled(entry)) << entry;
+  }
+  for (const char* entry : {"AgreeRpt", "LoanRptMnu", "StatementofAccRptMnu", "PrintingMnu"}) {
+    EXPECT_TRUE(o.Enabled(entry)) << entry;
+  }
+}
+
+}  // namespace
+}  // namespace kaunter
