@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "core/audit.h"
 #include "core/company_access.h"
 #include "core/einvoice_codes.h"
@@ -49,14 +47,6 @@ bool HasNothingToOpen(std::string_view name) {
 std::string ChineseName(const std::string& file) {
   const auto dot = file.rfind('.');
   return file.substr(0, dot) + "C" + file.substr(dot);
-}
-
-// The files that an entry may print with. The agreement has none of its own name: the loan decides
-// which of its two forms it is.
-std::vector<std::string> ReportFiles(const MenuEntry& entry) {
-  if (entry.target == "Agree1.rpt") return {"AgreeJ.rpt", "AgreeK.rpt"};
-  if (entry.chinese_report) return {entry.target, ChineseName(entry.target)};
-  return {entry.target};
 }
 
 std::string And(const std::string& condition) {
@@ -109,10 +99,9 @@ void MainFrm::FillAtStart() {
   for (MenuEntry& entry : menu_.entries()) {
     // A report runs only where its file lies beside the program, in both languages.
     if (entry.action != MenuAction::direct_list && entry.action != MenuAction::report) continue;
-    const std::vector<std::string> files = ReportFiles(entry);
-    const bool is_there = std::all_of(files.begin(), files.end(), [&](const std::string& file) {
-      return ReportFileExists(session().AppPath + "/" + file);
-    });
+    const std::string file = session().AppPath + "/" + entry.target;
+    const bool is_there =
+        ReportFileExists(file) && (!entry.chinese_report || ReportFileExists(ChineseName(file)));
     const bool has_screen = entry.action == MenuAction::direct_list || screen_exists_("ReportFrm");
     entry.enabled = is_there && has_screen;
   }

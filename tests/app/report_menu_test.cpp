@@ -2,7 +2,6 @@
 // office knows its paper by. The table is written down here a second time.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 #include <set>
 
@@ -137,9 +136,6 @@ struct MenuOffice {
   void LayFile(const std::string& name) {
     std::ofstream(office.session.AppPath + "/" + name) << "-";
   }
-  void RemoveFile(const std::string& name) {
-    std::filesystem::remove(office.session.AppPath + "/" + name);
-  }
   bool Enabled(const char* entry) { return main->menu().Find(entry)->enabled; }
 
   Office office{Office::State::patched};
@@ -152,7 +148,6 @@ TEST(ReportMenu, EachEntryStartsItsFileUnderItsTitleInBothLanguages) {
   Session& session = o.office.session;
   for (const Row& row : kListings) o.LayFile(FileOf(row, false));
   for (const Row& row : kReports) o.LayFile(FileOf(row, false));
-  for (const char* form : {"AgreeJ.rpt", "AgreeK.rpt"}) o.LayFile(form);
   for (const bool chinese : {false, true}) {
     session.ChineseFlag = chinese;
     MainFrm& main = o.Start();
@@ -209,25 +204,19 @@ TEST(ReportMenu, AnEntryWithoutItsFileIsGrey) {
   o.LayFile("LoanMastList.rpt");
   o.LayFile("CustMastListC.rpt");
   o.LayFile("AdvertisementList.rpt");
-  o.LayFile("AgreeJ.rpt");
   o.Start();
   EXPECT_TRUE(o.Enabled("LoanRptMnu"));
   EXPECT_TRUE(o.Enabled("AdvRptMnu"));
   EXPECT_FALSE(o.Enabled("CustRptMnu"));
-  EXPECT_FALSE(o.Enabled("AgreeRpt")) << "one form is missing";
-  // The agreement has no file of its own name.
-  o.LayFile("AgreeK.rpt");
-  o.Start();
-  EXPECT_TRUE(o.Enabled("AgreeRpt"));
 }
 
 TEST(ReportMenu, WhatComesWithLaterSubsystemsIsGreyInAnInstalledCopy) {
   MenuOffice o(KAUNTER_SOURCE_DIR "/reports");
   o.Start();
-  for (const char* entry :
-       {"BuyGoldRptMnu", "SellGoldRptMnu", "SMSSentCompMnu", "SMSSentHPMnu", "EInvSubmit",
-        "NewLampiranMnu", "YearRpt", "BuyGoldMnu", "SellGoldMnu", "SMSFunctionMnu", "SMSTemplateMnu",
-        "EInvMenu", "SelfBillMnu", "LampiranB1Mnu", "NPLLoanMnu", "DataExportMnu", "AMLAMnu"}) {
+  for (const char* entry : {"BuyGoldRptMnu", "SellGoldRptMnu", "SMSSentCompMnu", "SMSSentHPMnu",
+                            "EInvSubmit", "NewLampiranMnu", "YearRpt", "BuyGoldMnu", "SellGoldMnu",
+                            "SMSFunctionMnu", "SMSTemplateMnu", "EInvMenu", "SelfBillMnu",
+                            "LampiranB1Mnu", "NPLLoanMnu", "DataExportMnu", "AMLAMnu"}) {
     EXPECT_FALSE(o.Enabled(entry)) << entry;
   }
   for (const char* entry : {"AgreeRpt", "LoanRptMnu", "StatementofAccRptMnu", "PrintingMnu"}) {
