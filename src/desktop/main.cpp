@@ -10,6 +10,7 @@
 #include "desktop/long_wait.h"
 #include "desktop/main_window.h"
 #include "desktop/options.h"
+#include "desktop/qt_language.h"
 #include "desktop/screenshots.h"
 #include "desktop/single_instance.h"
 #include "desktop/text.h"
@@ -39,6 +40,7 @@ int RunDesktop(QApplication& qt, DesktopOptions options) {
   desk.make = [&](std::string_view name) { return application.Make(name); };
   desk.chinese = [&] { return application.session().ChineseFlag; };
   application.session().ChineseFlag = options.chinese;
+  SpeakQtIn(options.chinese);
   std::unique_ptr<Photographer> photographer;
   if (pictures) {
     photographer = std::make_unique<Photographer>(options);

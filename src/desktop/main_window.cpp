@@ -7,6 +7,7 @@
 #include <QStatusBar>
 
 #include "desktop/home_page.h"
+#include "desktop/qt_language.h"
 #include "desktop/text.h"
 #include "desktop/theme.h"
 #include "desktop/window_memory.h"
@@ -81,6 +82,7 @@ void MainWindow::RefreshSoon() {
 }
 
 void MainWindow::Refresh() {
+  SpeakQtIn(main_.chinese());
   setWindowTitle(Plain(main_.title().In(main_.chinese())));
   for (int i = 0; i < 5; ++i) {
     QLabel& panel = *panels_[static_cast<std::size_t>(i)];

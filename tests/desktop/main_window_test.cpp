@@ -94,6 +94,12 @@ TEST_F(MainWindowTest, LanguageSwitchRedrawsMenusAndTiles) {
     if (dynamic_cast<const Tile*>(button)) tiles.push_back(button->text().toStdString());
   }
   EXPECT_THAT(tiles, ::testing::IsSupersetOf({"新贷款", "贷款计算"}));
+  // Qt's own windows follow: this is the way out of its dialogs.
+  const auto label = [] { return QCoreApplication::translate("QPlatformTheme", "Cancel"); };
+  EXPECT_EQ(label(), "取消");
+  main.SetChinese(false);
+  OpenScreen::Wait();
+  EXPECT_EQ(label(), "Cancel");
 }
 
 TEST_F(MainWindowTest, ChoosingAnEntryOpensItsScreen) {
