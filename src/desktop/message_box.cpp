@@ -1,6 +1,7 @@
 #include "desktop/message_box.h"
 
 #include <QDialog>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -16,6 +17,7 @@ namespace kaunter {
 namespace {
 
 constexpr int kIconSize = 40;
+constexpr int kNarrowest = 290;
 
 // A sign in the tones of the theme: a filled circle with "!", "?" or "i".
 QPixmap Sign(MessageKind kind, double ratio) {
@@ -48,8 +50,12 @@ void Dress(QMessageBox& box, MessageKind kind, std::string_view title, std::stri
   box.setWindowTitle(Q(title));
   box.setTextFormat(Qt::PlainText);
   box.setText(Q(text));
-  box.layout()->setContentsMargins(20, 18, 20, 16);
+  // The box makes its layout anew for a sign, so what is done to the layout comes behind it.
   if (kind != MessageKind::plain) box.setIconPixmap(Sign(kind, box.devicePixelRatioF()));
+  auto* grid = static_cast<QGridLayout*>(box.layout());
+  grid->setContentsMargins(20, 18, 20, 16);
+  // A least width set on the label would be the width at which Qt cuts the text.
+  grid->addItem(new QSpacerItem(kNarrowest, 0), grid->rowCount(), 0, 1, grid->columnCount());
 }
 
 QPushButton* MakePrimary(QPushButton* button) {

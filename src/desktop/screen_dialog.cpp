@@ -8,6 +8,7 @@
 #include <QShortcut>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "desktop/layout_builder.h"
 #include "desktop/layout_table.h"
@@ -60,6 +61,7 @@ void ScreenDialog::Build() {
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setWidgetResizable(true);
   scroll_->setWidget(page);
+  page->installEventFilter(this);
   scroll_->setFocusPolicy(Qt::NoFocus);
   scroll_->viewport()->setAutoFillBackground(false);
   page->setAutoFillBackground(false);
@@ -120,9 +122,29 @@ bool ScreenDialog::Open() {
   face_.RefreshAll();
   if (!RestoreWindow(*this, Q(screen_.name()))) FitToScreen(*this, FirstSize());
   show();
+  needed_ = NeededHeight();
   face_.StartFocus();
   tick_.start();
   return true;
+}
+
+int ScreenDialog::NeededHeight() const {
+  const QWidget& page = *scroll_->widget();
+  return page.hasHeightForWidth() ? page.heightForWidth(scroll_->viewport()->width())
+                                  : page.minimumSizeHint().height();
+}
+
+bool ScreenDialog::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::LayoutRequest && isVisible()) {
+    QTimer::singleShot(0, this, [this] { GrowWithContents(); });
+  }
+  return QDialog::eventFilter(watched, event);
+}
+
+void ScreenDialog::GrowWithContents() {
+  const int before = std::exchange(needed_, NeededHeight());
+  const int missing = needed_ - scroll_->viewport()->height();
+  if (needed_ > before && missing > 0) FitToScreen(*this, size() + QSize(0, missing));
 }
 
 void ScreenDialog::Run() {

@@ -34,12 +34,17 @@ class ScreenDialog : public QDialog {
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void Build();
   void ShowTitle();
   void AddShortcuts();
   void TurnPage(int step);
+  // The height below which the contents scroll.
+  int NeededHeight() const;
+  // After a control has appeared.
+  void GrowWithContents();
   // Long work in Load: the window shows with its first moving bar.
   void ShowEarly(const Control& control);
 
@@ -48,6 +53,7 @@ class ScreenDialog : public QDialog {
   QScrollArea* scroll_ = nullptr;
   QWidget* foot_ = nullptr;
   QSize wanted_;
+  int needed_ = 0;
   QTimer tick_;
   bool loading_ = false;
 };

@@ -95,7 +95,7 @@ QMenu::item:disabled { color: @faint; }
 QMenu::separator { height: 1px; background: @line; margin: 5px 8px; }
 QStatusBar { background: @card; border-top: 1px solid @line; }
 QStatusBar::item { border: none; }
-QMessageBox QLabel#qt_msgbox_label { min-width: 240px; padding: 4px 6px; }
+QMessageBox QLabel#qt_msgbox_label { padding: 4px 6px; }
 QToolTip { background: @card; color: @text; border: 1px solid @border; padding: 4px; }
 QTabWidget::pane { background: @card; border: 1px solid @line; border-radius: 8px; top: -1px; }
 QTabBar::tab { background: transparent; color: @muted; padding: 8px 14px;

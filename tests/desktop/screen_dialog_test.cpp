@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QClipboard>
+#include <QScrollArea>
+#include <QScrollBar>
 
 #include "test_screen.h"
 
@@ -222,6 +224,30 @@ TEST(ScreenDialogTest, FailureOfAnActStaysInsideTheScreen) {
   open.Press(Qt::Key_S, Qt::ControlModifier);
   EXPECT_THAT(open.desk.messages, ElementsAre("disk full"));
   EXPECT_TRUE(open.dialog.isVisible());
+}
+
+// A box that was hidden when the window opened appears in full.
+class HidingScreen : public Screen {
+ public:
+  explicit HidingScreen(Desk& desk_of_test) : Screen("HidingFrm", {"Hiding"}, desk_of_test) {
+    StartFrom.SetVisible(false);
+  }
+  TextBox Style{*this, "Style", {"Style"}};
+  TextBox StartFrom{*this, "StartFrom", {"Last number"}};
+  Button CancelCmd{*this, "CancelCmd", {"&Close"}, ButtonRole::cancel};
+};
+
+TEST(ScreenDialogTest, TheWindowGrowsWithABoxThatAppears) {
+  QuietDesk desk;
+  HidingScreen screen(desk);
+  ScreenDialog dialog(screen, nullptr);
+  dialog.Open();
+  OpenScreen::Wait();
+  const int before = dialog.height();
+  screen.StartFrom.SetVisible(true);
+  QTest::qWait(30);
+  EXPECT_GT(dialog.height(), before);
+  EXPECT_EQ(dialog.findChild<QScrollArea*>()->verticalScrollBar()->maximum(), 0);
 }
 
 }  // namespace

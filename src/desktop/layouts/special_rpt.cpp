@@ -6,7 +6,7 @@ Layout SpecialRptLayout() {
   return {
       "SpecialRpt",
       {1342, 700},
-      Down({Across({Fields(3, {"CompCode", "Bank", "LoanGroupID", "DateFrom", "DateTo", "SortBy"}),
+      Down({Across({Fields(3, {"CompCode", "Bank", "DateFrom", "DateTo", "LoanGroupID", "SortBy"}),
                     ButtonsHere({"Command1"})},
                    {1, 0}),
             Fill("DG"), Across({Title("TotalLBL"), Fields(1, {"PayDate"})}, {3, 1})}),
