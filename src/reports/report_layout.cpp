@@ -251,9 +251,10 @@ class Layout {
     striped_ = false;
   }
 
+  // Stands under the table: a page that begins with it has no table head.
   void Quiet(const std::string& text) {
     for (const std::string& line : WrapText(text, Width() - 1, 8.5, false)) {
-      Room(kRowHeight * 2);
+      if (y_ + kRowHeight * 2 > Bottom()) PageHead();
       y_ += kRowHeight / 2;
       Text(kMargin, Width(), line, 8.5, false, TextAlign::left, Tone::quiet);
       y_ += kRowHeight / 2;

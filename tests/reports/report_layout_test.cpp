@@ -105,6 +105,22 @@ TEST(ReportLayout, ALongTableKeepsEveryRowInsideItsPages) {
   EXPECT_EQ(rows, 360);
 }
 
+TEST(ReportLayout, ANoteAloneOnItsPageHasNoTableHead) {
+  ReportFile file =
+      ReportFile::Parse(std::string(kFile) + "note \"Balances of today.\"\n", "t.rpt");
+  int alone = 0;
+  for (int count = 1; count <= 80; ++count) {
+    const ReportDocument document = LayOut(file, {}, Rows(count, 2024));
+    std::string last;
+    for (const PageText& text : document.pages.back().texts) last += "|" + text.text;
+    EXPECT_TRUE(Has(last, "Balances of today.")) << count;
+    const bool table = Has(last, "983.33") || Has(last, "Grand total");
+    EXPECT_EQ(Has(last, "Payable"), table) << count;
+    if (!table) ++alone;
+  }
+  EXPECT_GT(alone, 0);
+}
+
 TEST(ReportLayout, AnEmptySelectionSaysSo) {
   EXPECT_TRUE(Has(Texts(LayOut(ReportFile::Parse(kFile, "t.rpt"), {}, Rows(0, 2024))),
                   "No rows for this selection."));
