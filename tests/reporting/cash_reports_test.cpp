@@ -3,15 +3,15 @@
 #include <gtest/gtest.h>
 
 #include "reporting/report_criteria.h"
-#include "tests/reporting/report_office.h"
+#include "tests/reporting/report_rows.h"
 
 namespace kaunter {
 namespace {
 
-using Rows = std::vector<ReportExpectation>;
-
-const std::vector<std::string> kPlain = {"RptID;False;True"};
-const std::vector<std::string> kSpecial = {"RptID;True;True"};
+using report_rows::kPlain;
+using report_rows::kSpecial;
+using report_rows::Picked;
+using report_rows::Rows;
 
 // HQ begins with 10,000.00 in cash, pays 2,500.75 and 4,800.00, carries 1,000.00 to the bank; its
 // balances end at 4,200.00 and 3,500.75. KL owes its bank 1,200.00.
@@ -41,10 +41,6 @@ void ExpectAll(const Rows& rows) {
   CashOffice office;
   ReportCheck check(office);
   for (const ReportExpectation& row : rows) check.Expect(row);
-}
-
-StagedFilter Picked(const char* field, std::vector<std::string> values) {
-  return {"List", field, std::move(values)};
 }
 
 // The formula of a report's own criteria.
