@@ -120,10 +120,13 @@ void HomeFigures::SignedOut() {
   FiguresTime.SetText({});
   FiguresTime.SetVisible(false);
   RefreshCmd.SetVisible(false);
-  for (Grid* grid : Grids()) {
-    grid->Clear();
-    grid->SetVisible(false);
-  }
+  Forget();
+  for (Grid* grid : Grids()) grid->SetVisible(false);
+}
+
+void HomeFigures::Forget() {
+  for (Part& part : parts_) part.known = false;
+  for (Grid* grid : Grids()) grid->Clear();
 }
 
 void HomeFigures::Refresh() { Begin(When::soon); }
@@ -145,13 +148,22 @@ void HomeFigures::Begin(When when) {
   while (!ready()) ReadNext(run);
 }
 
+bool HomeFigures::Part::Holds(const Grid& grid) const {
+  return std::find(grids.begin(), grids.end(), &grid) != grids.end();
+}
+
+bool HomeFigures::Known(const Grid& grid) const {
+  return std::any_of(parts_.begin(), parts_.end(),
+                     [&grid](const Part& part) { return part.known && part.Holds(grid); });
+}
+
 bool HomeFigures::MayRead() const { return !session_.Main().InTransaction(); }
 
 // A reading that another one has overtaken, or that outlived its person, ends here.
 void HomeFigures::ReadNext(unsigned run) {
   if (run != run_ || ready()) return;
   // Counted first: a part that fails is not read again and again.
-  const Part& part = parts_[next_part_++];
+  Part& part = parts_[next_part_++];
   try {
     Read(part);
   } catch (const std::exception& failure) {
@@ -167,7 +179,7 @@ void HomeFigures::ReadNext(unsigned run) {
   }
 }
 
-void HomeFigures::Read(const Part& part) {
+void HomeFigures::Read(Part& part) {
   const auto start = std::chrono::steady_clock::now();
   if (next_part_ == 1) {
     spent_ = 0;
@@ -176,12 +188,13 @@ void HomeFigures::Read(const Part& part) {
     const OfficeFigures fresh = EmptyFigures(now);
     if (figures_.today != fresh.today) {
       figures_ = fresh;
-      for (Grid* grid : Grids()) grid->Clear();
+      Forget();
     }
   }
   if (std::any_of(part.grids.begin(), part.grids.end(),
                   [](const Grid* grid) { return grid->visible(); })) {
     part.read(session_, figures_);
+    part.known = true;
     (this->*part.show)();
   }
   spent_ += Milliseconds(start);
@@ -193,7 +206,7 @@ void HomeFigures::Fail(const std::exception& failure) {
   next_part_ = parts_.size();
   failed_ = true;
   read_at_.clear();
-  for (Grid* grid : Grids()) grid->Clear();
+  Forget();
   ShowTime();
   LogRollback(session_, "Home figures", failure);
 }
@@ -213,7 +226,7 @@ void HomeFigures::ShowTime() {
 void HomeFigures::ShowAll() {
   ShowTime();
   for (const Part& part : parts_) {
-    if (part.grids[0]->RowCount() > 0) (this->*part.show)();
+    if (part.known) (this->*part.show)();
   }
 }
 

@@ -56,6 +56,8 @@ class HomeFigures {
   // Nothing is left to be read; the last reading failed.
   bool ready() const { return next_part_ == parts_.size(); }
   bool failed() const { return failed_; }
+  // What the table shows has been read, and is not merely empty.
+  bool Known(const Grid& grid) const;
   // A statement between those of a transaction would read what may never come true.
   bool MayRead() const;
   // The entry that a table opens: the first of its roads that can be chosen; null for none.
@@ -68,10 +70,13 @@ class HomeFigures {
     std::vector<Grid*> grids;
     void (*read)(Session&, OfficeFigures&);
     void (HomeFigures::*show)();
+    bool known = false;
+    bool Holds(const Grid& grid) const;
   };
   void Begin(When when);
   void ReadNext(unsigned run);
-  void Read(const Part& part);
+  void Read(Part& part);
+  void Forget();
   void Fail(const std::exception& failure);
   void ShowTime();
   void ShowDue();

@@ -141,12 +141,16 @@ void FiguresPanel::RefreshCard(const Card& card, const Caption& title, const Tal
   card.view->setVisible(card.grid->visible());
   card.view->setEnabled(Opens(*card.grid));
   card.view->setToolTip(Tip(*card.grid));
-  if (card.grid->RowCount() == 0) {
+  if (!figures_.Known(*card.grid)) {
     card.view->Set(Q(title.In(chinese)), Unread(), {}, false);
     return;
   }
   card.view->Set(Q(title.In(chinese)), Q(ShowMoney(tally.amount)),
-                 QString("%1 %2").arg(tally.count).arg(Q(counted.In(chinese))), alarm);
+                 QString("%1 %2%3")
+                     .arg(tally.count)
+                     .arg(Q(counted.In(chinese)))
+                     .arg(chinese || tally.count == 1 ? "" : "s"),
+                 alarm);
 }
 
 void FiguresPanel::RefreshAges() {
@@ -162,9 +166,9 @@ void FiguresPanel::RefreshAges() {
   const QString behind =
       QString("%1 %2").arg(chinese ? "拖欠" : "Overdue", Q(ShowMoney(figures.overdue.amount)));
   ages_->Set(Q(grid.caption().In(chinese)), std::move(bars), behind,
-             grid.RowCount() == 0 ? Unread()
-             : chinese            ? "没有拖欠的分期。"
-                                  : "No instalment is behind.");
+             !figures_.Known(grid) ? Unread()
+             : chinese             ? "没有拖欠的分期。"
+                                   : "No instalment is behind.");
   ages_->SetOpens(Opens(grid), Tip(grid));
 }
 
@@ -182,7 +186,7 @@ void FiguresPanel::RefreshYear(MonthChart& chart, const Grid& grid, const Year& 
   chart.setVisible(grid.visible());
   chart.Set(Q(grid.caption().In(chinese)), std::move(bars),
             QString("%1 %2").arg(chinese ? "12个月" : "12 months", Q(ShowMoney(sum))),
-            grid.RowCount() == 0 ? Unread() : Q(empty.In(chinese)));
+            !figures_.Known(grid) ? Unread() : Q(empty.In(chinese)));
   chart.SetOpens(Opens(grid), Tip(grid));
 }
 
@@ -197,21 +201,21 @@ void FiguresPanel::Refresh() {
   setSizePolicy(QSizePolicy::Preferred, empty ? QSizePolicy::Maximum : QSizePolicy::Preferred);
   first_title_->setText(chinese ? "新的办公室" : "A new office");
   first_text_->setText(
-      chinese ? "这里还没有贷款。先登记一位顾客，再为他开一笔贷款；到期、拖欠、收款与放款的数字"
+      chinese ? "这里还没有贷款。先登记一位顾客，再开一笔贷款；到期、拖欠、收款与放款的数字"
                 "会自动出现在这里。"
-              : "There are no loans yet. Begin with a customer, then a loan of his: what falls "
+              : "There are no loans yet. Begin with a customer, then a loan: what falls "
                 "due, what is behind, what comes in and what goes out will appear here by itself.");
   if (empty) return;
   const OfficeFigures& figures = figures_.figures();
-  const Caption instalments{"instalments", "期"};
-  RefreshCard(today_, {"Due today", "今日到期"}, figures.due_today, instalments, false);
-  RefreshCard(week_, {"Due within 7 days", "7天内到期"}, figures.due_week, instalments, false);
-  RefreshCard(overdue_, {"Overdue", "拖欠"}, figures.overdue, {"loans", "笔贷款"},
+  const Caption instalment{"instalment", "期"};
+  RefreshCard(today_, {"Due today", "今日到期"}, figures.due_today, instalment, false);
+  RefreshCard(week_, {"Due within 7 days", "7天内到期"}, figures.due_week, instalment, false);
+  RefreshCard(overdue_, {"Overdue", "拖欠"}, figures.overdue, {"loan", "笔贷款"},
               figures.overdue.count > 0);
   RefreshCard(collected_, {"Collected this month", "本月收款"}, figures.collected.back().sum,
-              {"payments", "笔付款"}, false);
+              {"payment", "笔付款"}, false);
   RefreshCard(disbursed_, {"Disbursed this month", "本月放款"}, figures.disbursed.back().sum,
-              {"releases", "笔放款"}, false);
+              {"release", "笔放款"}, false);
   RefreshAges();
   RefreshYear(*in_, figures_.CollectDG, figures.collected,
               {"No payment in the last twelve months.", "过去十二个月没有收款。"});

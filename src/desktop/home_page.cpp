@@ -96,7 +96,6 @@ ListCard::ListCard(ScreenFace& face, std::vector<Listed> lists, QWidget* parent)
   for (const Listed& list : lists_) {
     auto& view = static_cast<GridView&>(face.View(*list.grid));
     view.SetBare();
-    view.SetEmptyText(list.empty);
     pages_->addWidget(view.widget());
   }
   layout->addWidget(pages_, 1);
@@ -112,7 +111,9 @@ void ListCard::Refresh() {
   if (title_) title_->setText(Title(lists_[0]));
   for (std::size_t i = 0; i < lists_.size(); ++i) {
     if (names_) names_->setTabText(static_cast<int>(i), Title(lists_[i]));
-    face_.View(*lists_[i].grid).Refresh();
+    auto& view = static_cast<GridView&>(face_.View(*lists_[i].grid));
+    view.SetEmptyText(lists_[i].empty());
+    view.Refresh();
   }
   sum_->setText(Sum(*lists_[static_cast<std::size_t>(pages_->currentIndex())].grid));
 }
@@ -157,16 +158,19 @@ HomePage::HomePage(ScreenFace& face, MainFrm& main, std::function<void(const std
   desk->addWidget(figures_, 4);
   auto* lists = new QHBoxLayout;
   lists->setSpacing(kGap);
-  Grid& overdue = main.home().OverdueDG;
-  overdue_ =
-      new ListCard(face, {{&overdue, &overdue, {"No loan is behind.", "没有拖欠的贷款。"}}}, desk_);
-  lists_ =
-      new ListCard(face,
-                   {{&main.Label4, &main.LS1, {"Nothing is due today.", "今天没有到期的贷款。"}},
-                    {&main.Label5,
-                     &main.LS2,
-                     {"Every loan has its stamp number.", "所有贷款都有印花证书号码。"}}},
-                   desk_);
+  HomeFigures& home = main.home();
+  const auto nobody = [&home]() -> Caption {
+    if (home.Known(home.OverdueDG)) return {"No loan is behind.", "没有拖欠的贷款。"};
+    return home.failed() ? Caption{"-", "-"} : Caption{"...", "..."};
+  };
+  const auto none = [](Caption text) { return [text] { return text; }; };
+  overdue_ = new ListCard(face, {{&home.OverdueDG, &home.OverdueDG, nobody}}, desk_);
+  lists_ = new ListCard(
+      face,
+      {{&main.Label4, &main.LS1, none({"Nothing is due today.", "今天没有到期的贷款。"})},
+       {&main.Label5, &main.LS2,
+        none({"Every loan has its stamp number.", "所有贷款都有印花证书号码。"})}},
+      desk_);
   lists->addWidget(overdue_, 2);
   lists->addWidget(lists_, 3);
   desk->addLayout(lists, 5);

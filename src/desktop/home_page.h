@@ -43,7 +43,7 @@ class ListCard : public QWidget {
   struct Listed {
     const Control* title;
     Grid* grid;
-    Caption empty;
+    std::function<Caption()> empty;
   };
   ListCard(ScreenFace& face, std::vector<Listed> lists, QWidget* parent);
   void Refresh();

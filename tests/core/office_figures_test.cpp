@@ -398,10 +398,12 @@ TEST_F(HomeFiguresTest, AnotherDayBeginsWithEmptyTables) {
   ReadAll();
   office.session.clock.Set({2024, 2, 1, 0, 1, 0});
   home.Returned();
+  EXPECT_TRUE(home.Known(home.CollectDG));
   const auto first = std::move(parts.front());
   parts.erase(parts.begin());
   first();
   EXPECT_EQ(home.CollectDG.RowCount(), 0) << "yesterday's months stand under today's";
+  EXPECT_FALSE(home.Known(home.OverdueDG));
   ReadAll();
   EXPECT_EQ(home.CollectDG.Cell(11, 0), "Feb 2024");
 }
