@@ -1,166 +1,51 @@
 #include "desktop/preview_dialog.h"
 
-#include <QFileDialog>
+#include <QFrame>
 #include <QHBoxLayout>
+#include <QIntValidator>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QPainter>
-#include <QPrintDialog>
-#include <QPrinter>
+#include <QLineEdit>
 #include <QPushButton>
-#include <QRegularExpression>
-#include <QSaveFile>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QShortcut>
-#include <QStandardPaths>
 #include <QTimer>
 #include <QVBoxLayout>
-#include <stdexcept>
 
 #include "desktop/message_box.h"
+#include "desktop/pages_view.h"
+#include "desktop/paper_output.h"
 #include "desktop/text.h"
 #include "desktop/theme.h"
 #include "desktop/window_memory.h"
-#include "qtservices/report_output.h"
-#include "qtservices/report_painter.h"
 
 namespace kaunter {
 namespace {
 
-constexpr int kPageGap = 18;
-constexpr double kLeastZoom = 0.25;
-constexpr double kMostZoom = 4;
-
-// A file name made of the report's title, in the user's documents.
-QString Proposed(const ReportDocument& document, const char* ending) {
-  QString name = Q(document.title).simplified();
-  name.replace(QRegularExpression("[\\\\/:*?\"<>|]"), "-");
-  if (name.isEmpty()) name = "Report";
-  return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + "/" + name + ending;
-}
-
-// The name with its ending: it is added before the question whether a file may be replaced. Empty
-// when the person thought better of it.
-QString AskSaveName(QWidget* parent, const QString& title, const QString& proposed,
-                    const QString& ending) {
-  QFileDialog dialog(parent, title, proposed, ending.toUpper() + " (*." + ending + ")");
-  dialog.setAcceptMode(QFileDialog::AcceptSave);
-  dialog.setDefaultSuffix(ending);
-  if (dialog.exec() != QDialog::Accepted) return {};
-  return dialog.selectedFiles().value(0);
-}
+constexpr double kZoomStep = 1.2;
+constexpr double kMostAtFirst = 1.25;
+constexpr int kSearchSoon = 250;  // milliseconds
 
 }  // namespace
 
-PagesView::PagesView(const ReportDocument& document, QWidget* parent)
-    : QWidget(parent), document_(document) {
-  SetZoom(1);
-}
-
-double PagesView::PixelsPerMillimetre() const { return zoom_ * logicalDpiX() / 25.4; }
-
-double PagesView::ZoomForWidth(int width) const {
-  return (width - 2 * kPageGap) / (document_.width_mm * logicalDpiX() / 25.4);
-}
-
-void PagesView::SetZoom(double zoom) {
-  zoom_ = std::clamp(zoom, kLeastZoom, kMostZoom);
-  const double scale = PixelsPerMillimetre();
-  const int page_height = static_cast<int>(document_.height_mm * scale);
-  setMinimumSize(static_cast<int>(document_.width_mm * scale) + 2 * kPageGap,
-                 pages() * (page_height + kPageGap) + kPageGap);
-  updateGeometry();
-  update();
-}
-
-QRect PagesView::PageRect(int page) const {
-  const double scale = PixelsPerMillimetre();
-  const QSize size(static_cast<int>(document_.width_mm * scale),
-                   static_cast<int>(document_.height_mm * scale));
-  return {QPoint((width() - size.width()) / 2, kPageGap + page * (size.height() + kPageGap)), size};
-}
-
-int PagesView::PageAt(int y) const {
-  const int step = PageRect(0).height() + kPageGap;
-  return std::clamp(y / std::max(step, 1), 0, std::max(pages() - 1, 0));
-}
-
-void PagesView::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
-  update();
-}
-
-void PagesView::paintEvent(QPaintEvent* event) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setRenderHint(QPainter::TextAntialiasing);
-  for (int page = 0; page < pages(); ++page) {
-    const QRect rect = PageRect(page);
-    if (!rect.adjusted(0, 0, 4, 4).intersects(event->rect())) continue;
-    painter.fillRect(rect.translated(2, 3), QColor(0, 0, 0, 40));
-    // Paper is white under every theme.
-    painter.fillRect(rect, Qt::white);
-    painter.save();
-    painter.setClipRect(rect);
-    painter.translate(rect.topLeft());
-    painter.scale(PixelsPerMillimetre(), PixelsPerMillimetre());
-    PaintReportPage(painter, document_, static_cast<std::size_t>(page));
-    painter.restore();
-  }
-}
-
-PreviewDialog::PreviewDialog(ReportDocument document, std::function<std::string()> save_csv,
-                             bool chinese, QWidget* parent)
-    : QDialog(parent),
-      document_(std::move(document)),
-      save_csv_(std::move(save_csv)),
-      chinese_(chinese) {
-  setWindowTitle(document_.title.empty() ? In("Preview", "预览") : Q(document_.title));
+PreviewDialog::PreviewDialog(ReportRun run, bool chinese, QWidget* parent)
+    : QDialog(parent), run_(std::move(run)), chinese_(chinese), search_soon_(new QTimer(this)) {
+  const QString title = Q(run_.document.title);
+  setWindowTitle(title.isEmpty() ? In("Preview", "预览") : title);
   setWindowFlag(Qt::WindowMaximizeButtonHint, true);
-  pages_ = new PagesView(document_, this);
-  scroll_ = new QScrollArea(this);
-  scroll_->setWidget(pages_);
-  scroll_->setWidgetResizable(true);
-  scroll_->setFrameShape(QFrame::NoFrame);
-  auto* bar = new QFrame(this);
-  bar->setProperty("foot", true);
-  auto* row = new QHBoxLayout(bar);
-  row->setContentsMargins(kMargin, 10, kMargin, 10);
-  row->setSpacing(8);
-  const auto button = [&](const QString& text, const char* role, const std::function<void()>& act) {
-    auto* push = new QPushButton(text, bar);
-    push->setAutoDefault(false);
-    if (role) push->setProperty("role", role);
-    connect(push, &QPushButton::clicked, this, act);
-    row->addWidget(push);
-    return push;
-  };
-  const auto narrow = [](QPushButton* push) { push->setFixedWidth(40); };
-  narrow(button("−", nullptr, [this] { ZoomBy(1 / 1.2); }));
-  narrow(button("+", nullptr, [this] { ZoomBy(1.2); }));
-  button(In("Fit &width", "适合宽度(&W)"), nullptr, [this] { FitWidth(); });
-  place_ = new QLabel(bar);
-  place_->setProperty("muted", true);
-  place_->setContentsMargins(8, 0, 0, 0);
-  row->addWidget(place_);
-  row->addStretch(1);
-  if (save_csv_) button(In("Save &CSV...", "存CSV(&C)..."), nullptr, [this] { SaveCsv(); });
-  button(In("&Save PDF...", "存PDF(&S)..."), nullptr, [this] { SavePdf(); });
-  button(In("&Print...", "打印(&P)..."), "primary", [this] { Print(); });
-  button(In("C&lose", "关闭(&L)"), nullptr, [this] { reject(); });
+  pages_ = new PagesView(run_.document, this);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  layout->addWidget(scroll_, 1);
-  layout->addWidget(bar);
-  connect(scroll_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { ShowPlace(); });
-  connect(new QShortcut(QKeySequence("Ctrl+P"), this), &QShortcut::activated, this,
-          [this] { Print(); });
-  connect(new QShortcut(QKeySequence("Ctrl+S"), this), &QShortcut::activated, this,
-          [this] { SavePdf(); });
+  layout->addWidget(TopBar());
+  layout->addWidget(pages_, 1);
+  layout->addWidget(Foot());
+  search_soon_->setSingleShot(true);
+  search_soon_->setInterval(kSearchSoon);
+  connect(search_soon_, &QTimer::timeout, this, [this] { Search(); });
+  connect(pages_, &PagesView::Moved, this, [this] { ShowPlace(); });
+  Shortcuts();
   if (!RestoreWindow(*this, "Preview")) FitToScreen(*this, {1000, 860});
-  scroll_->setFocus();
+  pages_->setFocus();
 }
 
 PreviewDialog::~PreviewDialog() { KeepWindow(*this, "Preview"); }
@@ -169,11 +54,112 @@ QString PreviewDialog::In(const char* english, const char* chinese) const {
   return QString::fromUtf8(chinese_ ? chinese : english);
 }
 
+QAbstractButton* PreviewDialog::Button(QHBoxLayout* row, const QString& text, const QString& hint,
+                                       const std::function<void()>& act) {
+  auto* button = new QPushButton(text, this);
+  button->setAutoDefault(false);
+  if (!hint.isEmpty()) {
+    button->setToolTip(hint);
+    button->setAccessibleName(hint);
+  }
+  if (text.size() == 1) button->setFixedWidth(40);
+  connect(button, &QPushButton::clicked, this, act);
+  row->addWidget(button);
+  return button;
+}
+
+QFrame* PreviewDialog::TopBar() {
+  auto* bar = new QFrame(this);
+  auto* row = new QHBoxLayout(bar);
+  row->setContentsMargins(kMargin, 8, kMargin, 8);
+  row->setSpacing(6);
+  Button(row, "‹", In("Page before (Page Up)", "上一页 (Page Up)"), [this] { pages_->Turn(-1); });
+  page_box_ = new QLineEdit(bar);
+  page_box_->setObjectName("page");
+  page_box_->setFixedWidth(64);
+  page_box_->setAlignment(Qt::AlignCenter);
+  page_box_->setValidator(new QIntValidator(0, 9'999'999, page_box_));
+  page_box_->setAccessibleName(In("Page", "页"));
+  page_box_->setToolTip(In("Page (Ctrl+G)", "页 (Ctrl+G)"));
+  connect(page_box_, &QLineEdit::editingFinished, this, [this] { GoToTyped(); });
+  row->addWidget(page_box_);
+  of_pages_ = new QLabel(bar);
+  of_pages_->setProperty("muted", true);
+  row->addWidget(of_pages_);
+  Button(row, "›", In("Next page (Page Down)", "下一页 (Page Down)"), [this] { pages_->Turn(1); });
+  row->addSpacing(kGap);
+  Button(row, "−", In("Smaller (−)", "缩小 (−)"), [this] { ZoomBy(1 / kZoomStep); });
+  zoom_ = new QLabel(bar);
+  zoom_->setProperty("muted", true);
+  zoom_->setAlignment(Qt::AlignCenter);
+  zoom_->setFixedWidth(52);
+  row->addWidget(zoom_);
+  Button(row, "+", In("Larger (+)", "放大 (+)"), [this] { ZoomBy(kZoomStep); });
+  Button(row, "100%", In("Size of the paper (Ctrl+0)", "纸张大小 (Ctrl+0)"),
+         [this] { pages_->SetZoom(1); });
+  Button(row, In("Fit &width", "适合宽度(&W)"), {}, [this] { pages_->FitWidth(); });
+  row->addStretch(1);
+  hits_ = new QLabel(bar);
+  hits_->setProperty("muted", true);
+  row->addWidget(hits_);
+  search_box_ = new QLineEdit(bar);
+  search_box_->setObjectName("search");
+  search_box_->setPlaceholderText(In("Find (Ctrl+F)", "查找 (Ctrl+F)"));
+  search_box_->setClearButtonEnabled(true);
+  search_box_->setMinimumWidth(150);
+  search_box_->installEventFilter(this);
+  connect(search_box_, &QLineEdit::textChanged, this, [this] { search_soon_->start(); });
+  row->addWidget(search_box_);
+  Button(row, "↑", In("Found before (Shift+F3)", "上一个 (Shift+F3)"), [this] { NextHit(-1); });
+  Button(row, "↓", In("Found next (F3)", "下一个 (F3)"), [this] { NextHit(1); });
+  return bar;
+}
+
+QFrame* PreviewDialog::Foot() {
+  auto* bar = new QFrame(this);
+  bar->setProperty("foot", true);
+  auto* row = new QHBoxLayout(bar);
+  row->setContentsMargins(kMargin, 10, kMargin, 10);
+  row->setSpacing(8);
+  row->addStretch(1);
+  if (!run_.file.IsLetter()) {
+    Button(row, In("Save &CSV...", "存CSV(&C)..."), {}, [this] { SaveCsv(); });
+  }
+  Button(row, In("&Save PDF...", "存PDF(&S)..."), {}, [this] { SavePdf(); });
+  Button(row, In("&Print...", "打印(&P)..."), {}, [this] {
+    Print();
+  })->setProperty("role", "primary");
+  Button(row, In("C&lose", "关闭(&L)"), {}, [this] { reject(); });
+  return bar;
+}
+
+void PreviewDialog::Shortcuts() {
+  const auto on = [this](const char* keys, const std::function<void()>& act) {
+    connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, this, act);
+  };
+  on("Ctrl+P", [this] { Print(); });
+  on("Ctrl+S", [this] { SavePdf(); });
+  on("Ctrl+F", [this] { AskSearch(); });
+  on("F3", [this] { NextHit(1); });
+  on("Shift+F3", [this] { NextHit(-1); });
+  on("Ctrl+0", [this] { pages_->SetZoom(1); });
+  on("Ctrl++", [this] { ZoomBy(kZoomStep); });
+  on("Ctrl+=", [this] { ZoomBy(kZoomStep); });
+  on("Ctrl+-", [this] { ZoomBy(1 / kZoomStep); });
+  on("Ctrl+Home", [this] { pages_->GoTo(0); });
+  on("Ctrl+End", [this] { pages_->GoTo(pages_->pages() - 1); });
+  on("Ctrl+G", [this] {
+    page_box_->setFocus();
+    page_box_->selectAll();
+  });
+}
+
 void PreviewDialog::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   // The width is known only once the window stands.
   QTimer::singleShot(0, this, [this] {
-    pages_->SetZoom(std::min(1.25, pages_->ZoomForWidth(scroll_->viewport()->width())));
+    pages_->FitWidth();
+    if (pages_->zoom() > kMostAtFirst) pages_->SetZoom(kMostAtFirst);
     ShowPlace();
   });
 }
@@ -181,46 +167,79 @@ void PreviewDialog::showEvent(QShowEvent* event) {
 void PreviewDialog::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_PageDown:
-      return Turn(1);
+      return pages_->Turn(1);
     case Qt::Key_PageUp:
-      return Turn(-1);
+      return pages_->Turn(-1);
+    case Qt::Key_Home:
+      return pages_->GoTo(0);
+    case Qt::Key_End:
+      return pages_->GoTo(pages_->pages() - 1);
     case Qt::Key_Plus:
-      return ZoomBy(1.2);
+      return ZoomBy(kZoomStep);
     case Qt::Key_Minus:
-      return ZoomBy(1 / 1.2);
+      return ZoomBy(1 / kZoomStep);
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return;  // a box takes it; no button is meant
+    case Qt::Key_Escape:
+      // Out of a box first, then out of the preview.
+      if (!pages_->hasFocus()) return pages_->setFocus();
+      break;
     default:
-      QDialog::keyPressEvent(event);
+      break;
   }
+  QDialog::keyPressEvent(event);
 }
 
-void PreviewDialog::ZoomBy(double factor) {
-  const int page = pages_->PageAt(scroll_->verticalScrollBar()->value());
-  pages_->SetZoom(pages_->zoom() * factor);
-  QTimer::singleShot(0, this, [this, page] {
-    scroll_->verticalScrollBar()->setValue(pages_->PageRect(page).top() - kPageGap);
-    ShowPlace();
-  });
+bool PreviewDialog::eventFilter(QObject* object, QEvent* event) {
+  if (object == search_box_ && event->type() == QEvent::KeyPress) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
+    if (enter || key->key() == Qt::Key_Down || key->key() == Qt::Key_Up) {
+      const bool back = key->key() == Qt::Key_Up || key->modifiers() & Qt::ShiftModifier;
+      NextHit(back ? -1 : 1);
+      return true;
+    }
+  }
+  return QDialog::eventFilter(object, event);
 }
 
-void PreviewDialog::FitWidth() {
-  pages_->SetZoom(pages_->ZoomForWidth(scroll_->viewport()->width()));
+void PreviewDialog::ZoomBy(double factor) { pages_->SetZoom(pages_->zoom() * factor); }
+
+void PreviewDialog::GoToTyped() {
+  const int page = page_box_->text().toInt() - 1;
+  if (page != pages_->page()) pages_->GoTo(page);
   ShowPlace();
 }
 
-void PreviewDialog::Turn(int pages) {
-  const int page = pages_->PageAt(scroll_->verticalScrollBar()->value() + kPageGap) + pages;
-  if (page < 0 || page >= pages_->pages()) return;
-  scroll_->verticalScrollBar()->setValue(pages_->PageRect(page).top() - kPageGap);
+void PreviewDialog::AskSearch() {
+  search_box_->setFocus();
+  search_box_->selectAll();
+}
+
+void PreviewDialog::Search() {
+  search_soon_->stop();
+  pages_->Find(search_box_->text());
+  ShowPlace();
+}
+
+void PreviewDialog::NextHit(int step) {
+  // What has just been typed is searched first, and shows its first place.
+  if (search_soon_->isActive()) return Search();
+  pages_->NextHit(step);
 }
 
 void PreviewDialog::ShowPlace() {
-  const int middle = scroll_->verticalScrollBar()->value() + scroll_->viewport()->height() / 2;
-  const int page = pages_->PageAt(middle) + 1;
-  const int percent = static_cast<int>(pages_->zoom() * 100 + 0.5);
-  place_->setText(In("Page %1 of %2    %3%", "第 %1 页，共 %2 页    %3%")
-                      .arg(page)
-                      .arg(pages_->pages())
-                      .arg(percent));
+  page_box_->setText(QString::number(pages_->page() + 1));
+  of_pages_->setText(In("of %1", "/ %1 页").arg(pages_->pages()));
+  zoom_->setText(QString("%1%").arg(static_cast<int>(pages_->zoom() * 100 + 0.5)));
+  if (search_box_->text().trimmed().isEmpty()) {
+    hits_->clear();
+  } else if (pages_->hits() == 0) {
+    hits_->setText(In("not found", "找不到"));
+  } else {
+    hits_->setText(QString("%1 / %2").arg(pages_->hit() + 1).arg(pages_->hits()));
+  }
 }
 
 bool PreviewDialog::Try(const std::function<void()>& act) {
@@ -234,68 +253,15 @@ bool PreviewDialog::Try(const std::function<void()>& act) {
 }
 
 void PreviewDialog::Print() {
-  Try([this] { PrintDocument(document_, this); });
+  Try([this] { PrintDocument(run_.document, this, chinese_); });
 }
 
 void PreviewDialog::SavePdf() {
-  Try([this] { SaveDocumentAsPdf(document_, this, chinese_); });
+  Try([this] { SaveDocumentAsPdf(run_.document, this, chinese_); });
 }
 
 void PreviewDialog::SaveCsv() {
-  Try([this] {
-    const QString path =
-        AskSaveName(this, In("Save CSV", "存CSV"), Proposed(document_, ".csv"), "csv");
-    if (path.isEmpty()) return;
-    const std::string text = save_csv_();
-    QSaveFile file(path);
-    const auto size = static_cast<qint64>(text.size());
-    if (!file.open(QIODevice::WriteOnly) || file.write(text.data(), size) != size ||
-        !file.commit()) {
-      throw std::runtime_error(S(path + ": " + file.errorString()));
-    }
-  });
-}
-
-QPageLayout SheetOf(const ReportDocument& document) {
-  QSizeF size(document.width_mm, document.height_mm);
-  const bool turned = size.width() > size.height();
-  if (turned) size.transpose();
-  const QPageSize sheet(size, QPageSize::Millimeter, QString(), QPageSize::FuzzyMatch);
-  QPageLayout layout(sheet, turned ? QPageLayout::Landscape : QPageLayout::Portrait, QMarginsF());
-  layout.setMode(QPageLayout::FullPageMode);
-  return layout;
-}
-
-bool PrintDocument(const ReportDocument& document, QWidget* parent) {
-  QPrinter printer(QPrinter::HighResolution);
-  printer.setDocName(Q(document.title));
-  printer.setPageLayout(SheetOf(document));
-  printer.setFullPage(true);
-  QPrintDialog dialog(&printer, parent);
-  dialog.setMinMax(1, std::max(1, static_cast<int>(document.pages.size())));
-  if (dialog.exec() != QDialog::Accepted) return false;
-  QPainter painter;
-  if (!painter.begin(&printer)) throw std::runtime_error("The printer does not answer");
-  const int last = static_cast<int>(document.pages.size());
-  const int from = printer.fromPage() > 0 ? printer.fromPage() : 1;
-  const int to = printer.toPage() > 0 ? std::min(printer.toPage(), last) : last;
-  const double scale = printer.resolution() / 25.4;
-  for (int page = from; page <= to; ++page) {
-    if (page > from) printer.newPage();
-    painter.save();
-    painter.scale(scale, scale);
-    PaintReportPage(painter, document, static_cast<std::size_t>(page - 1));
-    painter.restore();
-  }
-  return true;
-}
-
-bool SaveDocumentAsPdf(const ReportDocument& document, QWidget* parent, bool chinese) {
-  const QString path =
-      AskSaveName(parent, chinese ? "存PDF" : "Save PDF", Proposed(document, ".pdf"), "pdf");
-  if (path.isEmpty()) return false;
-  WritePdf(document, S(path));
-  return true;
+  Try([this] { SaveRowsAsCsv(run_, this, chinese_); });
 }
 
 }  // namespace kaunter

@@ -74,6 +74,8 @@ void ProgressDialog::SetPosition(int position) {
 
 int ProgressDialog::position() const { return std::max(bar_->value(), 0); }
 
+int ProgressDialog::range() const { return bar_->maximum(); }
+
 // The work must not become slower by being shown: a picture now and then is enough.
 void ProgressDialog::Draw(bool at_once) {
   if (!at_once && drawn_.isValid() && drawn_.elapsed() < kMillisecondsBetweenPictures) return;

@@ -19,6 +19,7 @@ class ProgressDialog : public QDialog {
   void SetText(std::string_view text);
   void SetPosition(int position);
   int position() const;
+  int range() const;  // 0 while nobody knows how long the work is
   // A button that asks the work to end; Esc does the same.
   void OfferCancel(std::string_view caption);
   bool cancelled() const { return cancelled_; }

@@ -16,33 +16,49 @@
 namespace kaunter {
 namespace {
 
-[[noreturn]] void Refuse(const QSaveFile& file) {
-  throw std::runtime_error(
-      fmt::format("{} cannot be written: {}. Is the folder there, and is there room on the disk? "
-                  "What was there before stays as it was.",
-                  file.fileName().toStdString(), file.errorString().toStdString()));
-}
+// What is written goes to a file beside the place and takes it at the end, when it is whole.
+class WholeFile : public QSaveFile {
+ public:
+  explicit WholeFile(const std::string& path) : QSaveFile(QString::fromStdString(path)) {
+    if (!open(QIODevice::WriteOnly)) Refuse();
+  }
 
-void Open(QSaveFile& file) {
-  if (!file.open(QIODevice::WriteOnly)) Refuse(file);
-}
+  [[noreturn]] void Refuse() const {
+    throw std::runtime_error(
+        fmt::format("{} cannot be written: {}. Is the folder there, and is there room on the disk? "
+                    "What was there before stays as it was.",
+                    fileName().toStdString(), errorString().toStdString()));
+  }
 
-// The writer of a PDF does not tell when the disk is full; the file does.
-void Check(const QSaveFile& file) {
-  if (file.error() != QFileDevice::NoError) Refuse(file);
-}
+  // The writer of a PDF does not tell when the disk is full; the file does.
+  void Check() const {
+    if (error() != NoError) Refuse();
+    if (short_write_) Refuse();
+  }
 
-void Close(QSaveFile& file) {
-  Check(file);
-  if (!file.commit()) Refuse(file);
-}
+  void Finish() {
+    flush();
+    Check();
+    if (!commit()) Refuse();
+  }
+
+ protected:
+  // A disk that becomes full takes a part, which Qt does not count as an error.
+  qint64 writeData(const char* data, qint64 size) override {
+    const qint64 written = QSaveFile::writeData(data, size);
+    short_write_ = short_write_ || written != size;
+    return written;
+  }
+
+ private:
+  bool short_write_ = false;
+};
 
 }  // namespace
 
 void WritePdf(const ReportDocument& document, const std::string& path,
               const ReportProgress& progress) {
-  QSaveFile file(QString::fromStdString(path));
-  Open(file);
+  WholeFile file(path);
   QPdfWriter writer(&file);
   writer.setTitle(QString::fromStdString(document.title));
   writer.setCreator("Kaunter");
@@ -51,26 +67,25 @@ void WritePdf(const ReportDocument& document, const std::string& path,
                                QString(), QPageSize::ExactMatch));
   writer.setPageMargins(QMarginsF(0, 0, 0, 0));
   QPainter painter;
-  if (!painter.begin(&writer)) Refuse(file);
+  if (!painter.begin(&writer)) file.Refuse();
   for (std::size_t page = 0; page < document.pages.size(); ++page) {
     TellProgress(progress, ReportStage::writing, page, document.pages.size());
-    Check(file);
+    file.Check();
     if (page > 0) writer.newPage();
     painter.save();
     painter.scale(writer.resolution() / 25.4, writer.resolution() / 25.4);
     PaintReportPage(painter, document, page);
     painter.restore();
   }
-  if (!painter.end()) Refuse(file);
-  Close(file);
+  if (!painter.end()) file.Refuse();
+  file.Finish();
 }
 
 void WriteCsv(const ReportRun& run, const std::string& path) {
   const std::string text = ReportToCsv(run);
-  QSaveFile file(QString::fromStdString(path));
-  Open(file);
+  WholeFile file(path);
   file.write(text.data(), static_cast<qint64>(text.size()));
-  Close(file);
+  file.Finish();
 }
 
 void RenderReport(const ReportJob& job, const std::string& pdf_path) {

@@ -15,8 +15,8 @@
 #include "customers/new_cust_frm.h"
 #include "desktop/desktop_desk.h"
 #include "desktop/look_check.h"
-#include "desktop/preview_dialog.h"
 #include "desktop/text.h"
+#include "file_answer.h"
 #include "test_screen.h"
 #include "tests/core/office.h"
 
@@ -326,19 +326,6 @@ TEST_F(PickerJourney, EveryPageOfEveryScreenFitsTheClerksMonitors) {
 
 // --- files
 
-// Answers the next file dialog: a name typed into it, or Cancel for an empty one.
-void AnswerFileDialog(const QString& name) {
-  QTimer::singleShot(150, qApp, [name] {
-    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-    ASSERT_NE(dialog, nullptr);
-    if (name.isEmpty()) return dialog->reject();
-    auto* box = dialog->findChild<QLineEdit*>("fileNameEdit");
-    ASSERT_NE(box, nullptr);
-    box->setText(name);
-    QMetaObject::invokeMethod(dialog, "accept");
-  });
-}
-
 TEST(FileJourneyTest, PickersGiveThePathAndNothingWhenCancelled) {
   TempFolder folder;
   std::ofstream(folder.File("贷款 1.jpg")) << "x";
@@ -352,47 +339,6 @@ TEST(FileJourneyTest, PickersGiveThePathAndNothingWhenCancelled) {
   EXPECT_EQ(desk.PickFolder("Folder", folder.path()), folder.path());
   AnswerFileDialog("");
   EXPECT_EQ(desk.PickFolder("Folder", folder.path()), "");
-}
-
-TEST(FileJourneyTest, ThePreviewSavesAPdfUnderTheEndingThatWasLeftOut) {
-  TempFolder folder;
-  ReportDocument document;
-  document.title = "Receipt";
-  document.pages.resize(2);
-  document.pages[0].texts.push_back({20, 20, 100, 8, "RM 1,200.00"});
-  PreviewDialog preview(document, nullptr, false, nullptr);
-  preview.show();
-  OpenScreen::Wait();
-  AnswerFileDialog(Q(folder.File("receipt")));
-  QTest::keyClick(&preview, Qt::Key_S, Qt::ControlModifier);
-  OpenScreen::Wait();
-  std::ifstream file(folder.File("receipt.pdf"), std::ios::binary);
-  std::string head(5, ' ');
-  file.read(head.data(), 5);
-  EXPECT_EQ(head, "%PDF-");
-  EXPECT_FALSE(std::filesystem::exists(folder.File("receipt")));
-}
-
-// A tray holds A4 and A5, not sheets of 210 by 148 millimetres.
-TEST(FileJourneyTest, ASheetAcrossIsAKnownSheetTurned) {
-  const struct {
-    double width;
-    double height;
-    QPageSize::PageSizeId sheet;
-    QPageLayout::Orientation orientation;
-  } cases[] = {{210, 297, QPageSize::A4, QPageLayout::Portrait},
-               {297, 210, QPageSize::A4, QPageLayout::Landscape},
-               {148, 210, QPageSize::A5, QPageLayout::Portrait},
-               {210, 148, QPageSize::A5, QPageLayout::Landscape}};
-  for (const auto& c : cases) {
-    ReportDocument document;
-    document.width_mm = c.width;
-    document.height_mm = c.height;
-    const QPageLayout layout = SheetOf(document);
-    EXPECT_EQ(layout.pageSize().id(), c.sheet);
-    EXPECT_EQ(layout.orientation(), c.orientation);
-    EXPECT_NEAR(layout.fullRect(QPageLayout::Millimeter).width(), c.width, 0.5);
-  }
 }
 
 }  // namespace

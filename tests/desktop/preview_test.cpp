@@ -1,0 +1,256 @@
+// The preview of a report: places, search, keys, and what becomes of a file that cannot be written.
+#include "desktop/preview_dialog.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <QLabel>
+#include <QPushButton>
+#include <csignal>
+#include <fstream>
+#include <iterator>
+
+#include "desktop/pages_view.h"
+#include "desktop/paper_output.h"
+#include "desktop/progress_dialog.h"
+#include "desktop/report_wait.h"
+#include "desktop/text.h"
+#include "file_answer.h"
+#include "qtservices/report_output.h"
+#include "test_screen.h"
+#include "tests/core/office.h"
+
+namespace kaunter {
+namespace {
+
+using testing::HasSubstr;
+
+// A list of loans, 40 a page: "Loan 1" to "Loan <40 pages>".
+ReportRun ListOf(int pages) {
+  ReportRun run;
+  run.file = ReportFile::Parse(
+      "title \"Loans\"\nquery\n{selection}\nend\ncolumn \"Loan\" LoanID text 9\n", "list.rpt");
+  std::vector<std::vector<Value>> rows;
+  for (int i = 1; i <= 40 * pages; ++i) rows.push_back({Value("Loan " + std::to_string(i))});
+  run.rows = Recordset({{"LoanID", FieldType::kText}}, std::move(rows));
+  run.document.title = "Loans";
+  for (int i = 0; i < 40 * pages; ++i) {
+    if (i % 40 == 0) run.document.pages.emplace_back();
+    run.document.pages.back().texts.push_back(
+        {20, 20 + 6.0 * (i % 40), 60, 6, run.rows.rows()[static_cast<std::size_t>(i)][0].ToText()});
+  }
+  return run;
+}
+
+struct OpenPreview {
+  explicit OpenPreview(int pages, bool chinese = false) : dialog(ListOf(pages), chinese, nullptr) {
+    dialog.resize(900, 700);
+    dialog.show();
+    QTest::qWait(60);
+  }
+  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(&dialog.pages(), key, modifiers);
+    QTest::qWait(20);
+  }
+  QLineEdit& Box(const char* name) { return *dialog.findChild<QLineEdit*>(name); }
+  std::string ShownPage() { return S(Box("page").text()); }
+  void Search(const QString& text) {
+    Box("search").setText(text);
+    QTest::keyClick(&Box("search"), Qt::Key_Return);
+  }
+  PreviewDialog dialog;
+};
+
+std::string Content(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(Preview, KeysAndThePageBoxTurnThePages) {
+  OpenPreview preview(30);
+  PagesView& pages = preview.dialog.pages();
+  EXPECT_EQ(preview.ShownPage(), "1");
+  preview.Key(Qt::Key_PageDown);
+  preview.Key(Qt::Key_PageDown);
+  EXPECT_EQ(preview.ShownPage(), "3");
+  preview.Key(Qt::Key_PageUp);
+  EXPECT_EQ(preview.ShownPage(), "2");
+  preview.Key(Qt::Key_End);
+  EXPECT_EQ(preview.ShownPage(), "30");
+  preview.Key(Qt::Key_PageDown);  // no page behind the last
+  EXPECT_EQ(preview.ShownPage(), "30");
+  preview.Key(Qt::Key_Home);
+  EXPECT_EQ(preview.ShownPage(), "1");
+  for (const auto& [typed, shown] : {std::pair("17", "17"), {"99", "30"}, {"0", "1"}}) {
+    preview.Box("page").setText(typed);
+    QTest::keyClick(&preview.Box("page"), Qt::Key_Return);
+    EXPECT_EQ(preview.ShownPage(), shown) << typed;
+  }
+  // A zoom keeps the page.
+  pages.GoTo(12);
+  for (int i = 0; i < 5; ++i) preview.Key(Qt::Key_Plus);
+  EXPECT_EQ(pages.page(), 12);
+  preview.Key(Qt::Key_0, Qt::ControlModifier);
+  EXPECT_EQ(pages.zoom(), 1);
+  for (int i = 0; i < 40; ++i) preview.Key(Qt::Key_Minus);
+  EXPECT_EQ(pages.zoom(), 0.25);
+  EXPECT_TRUE(preview.dialog.isVisible());
+}
+
+TEST(Preview, SearchGoesRoundAndIsSilentAboutCase) {
+  OpenPreview preview(30);
+  PagesView& pages = preview.dialog.pages();
+  preview.Search("loAN 40");  // 40, 400 to 409
+  EXPECT_EQ(pages.hits(), 11);
+  EXPECT_EQ(pages.found()[1].page, 9);
+  EXPECT_EQ(pages.hit(), 0);
+  preview.Key(Qt::Key_F3);
+  EXPECT_EQ(pages.hit(), 1);
+  EXPECT_EQ(preview.ShownPage(), "10");
+  preview.Key(Qt::Key_F3, Qt::ShiftModifier);
+  preview.Key(Qt::Key_F3, Qt::ShiftModifier);
+  EXPECT_EQ(pages.hit(), 10);
+  EXPECT_EQ(preview.ShownPage(), "11");
+  // A new word is searched from the page that is shown.
+  preview.Search("Loan 4");
+  EXPECT_EQ(pages.found()[static_cast<std::size_t>(pages.hit())].page, 10);
+  preview.Search("nothing");
+  EXPECT_EQ(pages.hits(), 0);
+  preview.Key(Qt::Key_F3);
+  preview.Search("");
+  EXPECT_EQ(pages.hits(), 0);
+  // Esc leaves the box first, then the preview.
+  preview.Box("search").setFocus();
+  QTest::keyClick(&preview.Box("search"), Qt::Key_Escape);
+  EXPECT_TRUE(preview.dialog.isVisible());
+  preview.dialog.pages().setFocus();
+  preview.Key(Qt::Key_Escape);
+  EXPECT_FALSE(preview.dialog.isVisible());
+}
+
+TEST(Preview, SavesAPdfUnderTheEndingThatWasLeftOut) {
+  TempFolder folder;
+  OpenPreview preview(2);
+  AnswerFileDialog(Q(folder.File("receipt")));
+  preview.Key(Qt::Key_S, Qt::ControlModifier);
+  QTest::qWait(300);
+  EXPECT_EQ(Content(folder.File("receipt.pdf")).substr(0, 5), "%PDF-");
+  EXPECT_FALSE(std::filesystem::exists(folder.File("receipt")));
+}
+
+// No file may grow past some bytes: to the program that writes, the disk is full.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t bytes) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    getrlimit(RLIMIT_FSIZE, &before_);
+    rlimit few = before_;
+    few.rlim_cur = bytes;
+    setrlimit(RLIMIT_FSIZE, &few);
+  }
+  ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before_); }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+  rlimit before_{};
+};
+
+TEST(ReportOutput, AFullDiskLeavesTheOldFile) {
+  TempFolder folder;
+  const ReportRun run = ListOf(60);
+  const struct {
+    std::string file;
+    std::function<void(const std::string&)> write;
+  } cases[] = {{"old.pdf", [&](const std::string& path) { WritePdf(run.document, path); }},
+               {"old.csv", [&](const std::string& path) { WriteCsv(run, path); }}};
+  for (const auto& c : cases) {
+    const std::string path = folder.File(c.file);
+    std::ofstream(path) << "yesterday's";
+    std::string told;
+    try {
+      const FullDisk full(5000);
+      c.write(path);
+    } catch (const std::runtime_error& failure) {
+      told = failure.what();
+    }
+    EXPECT_THAT(told, HasSubstr(path + " cannot be written"));
+    EXPECT_EQ(Content(path).substr(0, 40), "yesterday's");
+    // Nothing half is left beside it.
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+    c.write(path);
+    EXPECT_GT(Content(path).size(), 5000u);
+    std::filesystem::remove(path);
+    EXPECT_THROW(c.write(folder.File("gone/" + c.file)), std::runtime_error);
+  }
+}
+
+TEST(ReportOutput, AStopLeavesTheOldFile) {
+  TempFolder folder;
+  const std::string path = folder.File("old.pdf");
+  std::ofstream(path) << "yesterday's";
+  EXPECT_THROW(WritePdf(ListOf(9).document, path,
+                        [](ReportStage, std::size_t done, std::size_t) { return done < 5; }),
+               ReportStopped);
+  EXPECT_EQ(Content(path), "yesterday's");
+}
+
+// While the rows of a long list are read the window lives, and Stop ends the statement.
+TEST(ReportWait, StopEndsALongRead) {
+  Office office(Office::State::patched);
+  Connection& main = office.session.Main();
+  main.BeginTrans();
+  for (int i = 0; i < 1000; ++i) {
+    main.Execute("INSERT INTO NumberMast VALUES ('L" + std::to_string(i) + "','001','001')");
+  }
+  main.CommitTrans();
+  TempFolder folder;
+  std::ofstream(folder.File("long.rpt"))
+      << "query\nSELECT COUNT(*) AS n FROM NumberMast a, NumberMast b, NumberMast c WHERE "
+         "a.LoanNo<>b.CustID AND b.LoanNo<>c.CustID AND {selection}\nend\ncolumn \"n\" n integer "
+         "9\n";
+  ReportJob job;
+  job.ReportFileName = folder.File("long.rpt");
+  job.Connect = &main;
+  QTimer press;
+  int pressed = 0;
+  QObject::connect(&press, &QTimer::timeout, [&] {
+    auto* dialog = dynamic_cast<ProgressDialog*>(QApplication::activeModalWidget());
+    auto* stop = dialog != nullptr ? dialog->findChild<QPushButton*>() : nullptr;
+    if (stop == nullptr) return;
+    ++pressed;
+    stop->click();
+  });
+  press.start(50);
+  ReportWait wait(nullptr, false);
+  EXPECT_THROW(RunWholeReport(job, wait.progress()), ReportStopped);
+  press.stop();
+  EXPECT_GE(pressed, 1);
+  EXPECT_EQ(main.Query("SELECT COUNT(*) FROM NumberMast").Field(0).ToText(), "1000");
+}
+
+// A tray holds A4 and A5, not sheets of 210 by 148 millimetres.
+TEST(Paper, ASheetAcrossIsAKnownSheetTurned) {
+  const struct {
+    double width;
+    double height;
+    QPageSize::PageSizeId sheet;
+    QPageLayout::Orientation orientation;
+  } cases[] = {{210, 297, QPageSize::A4, QPageLayout::Portrait},
+               {297, 210, QPageSize::A4, QPageLayout::Landscape},
+               {148, 210, QPageSize::A5, QPageLayout::Portrait},
+               {210, 148, QPageSize::A5, QPageLayout::Landscape}};
+  for (const auto& c : cases) {
+    ReportDocument document;
+    document.width_mm = c.width;
+    document.height_mm = c.height;
+    const QPageLayout layout = SheetOf(document);
+    EXPECT_EQ(layout.pageSize().id(), c.sheet);
+    EXPECT_EQ(layout.orientation(), c.orientation);
+    EXPECT_NEAR(layout.fullRect(QPageLayout::Millimeter).width(), c.width, 0.5);
+  }
+}
+
+}  // namespace
+}  // namespace kaunter
