@@ -12,14 +12,13 @@
 
 namespace kaunter {
 
-bool Stage(Session& session, Desk& desk, const StagedRun& run, std::string_view text,
-           const std::function<void(Connection& main)>& work, const FailureLog& log) {
+namespace {
+
+bool Told(Session& session, Desk& desk, std::string_view text, const FailureLog& log,
+          const std::function<void()>& computation) {
   try {
     const Hourglass hourglass(desk);
-    Transaction transaction(session.Main());
-    DropStagedRows(session.Main(), run.pcname, run.report_name);
-    work(session.Main());
-    transaction.Commit();
+    computation();
     return true;
   } catch (const std::exception& failure) {
     log(session, failure);
@@ -28,12 +27,42 @@ bool Stage(Session& session, Desk& desk, const StagedRun& run, std::string_view 
   }
 }
 
+void ReplaceRows(Connection& main, const StagedRun& run,
+                 const std::function<void(Connection& main)>& work) {
+  Transaction transaction(main);
+  DropStagedRows(main, run.pcname, run.report_name);
+  work(main);
+  transaction.Commit();
+}
+
+void LogUsual(const Session& session, const std::exception& failure) {
+  LogRollback(session, session.MsgTitle, failure);
+}
+
+}  // namespace
+
+bool Stage(Session& session, Desk& desk, const StagedRun& run, std::string_view text,
+           const std::function<void(Connection& main)>& work, const FailureLog& log) {
+  return Told(session, desk, text, log, [&] { ReplaceRows(session.Main(), run, work); });
+}
+
 bool Stage(Session& session, Desk& desk, const StagedRun& run, std::string_view text,
            const std::function<void(Connection& main)>& work) {
-  return Stage(session, desk, run, text, work,
-               [](const Session& of, const std::exception& failure) {
-                 LogRollback(of, of.MsgTitle, failure);
-               });
+  return Stage(session, desk, run, text, work, LogUsual);
+}
+
+bool Stage(Session& session, Desk& desk, const StagedRun& run, std::string_view text,
+           const std::function<void(Connection& main)>& read, const std::function<void()>& compose,
+           const std::function<void(Connection& main)>& write) {
+  return Told(session, desk, text, LogUsual, [&] {
+    {
+      Transaction transaction(session.Main());
+      read(session.Main());
+      transaction.Commit();
+    }
+    compose();
+    ReplaceRows(session.Main(), run, write);
+  });
 }
 
 DateTime NeededDate(std::string_view text, std::string_view name) {

@@ -21,6 +21,11 @@ bool Stage(Session& session, Desk& desk, const StagedRun& run, std::string_view 
 // The same with the log line that every failed save has.
 bool Stage(Session& session, Desk& desk, const StagedRun& run, std::string_view text,
            const std::function<void(Connection& main)>& work);
+// The same for a computation of many rows: what it reads is read in a transaction of its own, so
+// that it fits together, and composed in none, so that the others write meanwhile.
+bool Stage(Session& session, Desk& desk, const StagedRun& run, std::string_view text,
+           const std::function<void(Connection& main)>& read, const std::function<void()>& compose,
+           const std::function<void(Connection& main)>& write);
 
 // A date that the computation cannot do without. Throws std::invalid_argument that names it.
 DateTime NeededDate(std::string_view text, std::string_view name);

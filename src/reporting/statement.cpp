@@ -4,6 +4,7 @@
 #include <fmt/ranges.h>
 
 #include <array>
+#include <optional>
 #include <utility>
 
 #include "core/session.h"
@@ -47,14 +48,19 @@ class Statement {
             NeededDate(run.date_to.empty() ? ServerNow(main, false) : run.date_to, "Date To"))),
         filter_(AndConditions(run.filters, "l.") + LoanRange(run)) {}
 
-  void Work() {
-    OpenRows();
-    Drawdowns();
-    Payments();
-    TotalInterest();
-    Charges();
-    MonthsOfBatch();
-    EarlierBatch();
+  // What the rows are made of; and the statements that write them, a batch for each step.
+  void Read();
+  void Compose() {
+    for (void (Statement::*step)() :
+         {&Statement::OpenRows, &Statement::Drawdowns, &Statement::Payments,
+          &Statement::TotalInterest, &Statement::Charges, &Statement::MonthsOfBatch,
+          &Statement::EarlierBatch}) {
+      steps_.emplace_back();
+      (this->*step)();
+    }
+  }
+  void Write() {
+    for (Batch& step : steps_) step.Send(main_);
   }
 
  private:
@@ -85,7 +91,7 @@ class Statement {
   void List(const Value& loan_id, const Item& item, std::string_view s11,
             const std::string& s11_literal);
   void AddToOpening(const Value& loan_id, const Amounts& amounts);
-  void Send() { batch_.Send(main_); }
+  Batch& batch() { return steps_.back(); }
 
   Connection& main_;
   const StagedRun& run_;
@@ -93,8 +99,54 @@ class Statement {
   DateTime from_;
   std::string cut_off_;
   std::string filter_;
-  Batch batch_;
+
+  Recordset loans_;
+  Recordset drawdowns_;
+  Recordset payments_;
+  Recordset interests_;
+  Recordset charges_;
+  Recordset months_;
+  Recordset earlier_batch_;
+  std::vector<Batch> steps_;
 };
+
+// The filter asks for a drawdown's own company and loan: l is DrawDownMast there.
+void Statement::Read() {
+  loans_ = UpToCutOff(
+      "SELECT l.LoanID,l.TrxDate,l.PayOutAmt,l.Bank,l.BankBranch,l.LoanAmt FROM LoanMast as l "
+      "WHERE 1=1 ",
+      "l.TrxDate");
+  drawdowns_ = UpToCutOff(
+      "SELECT l.LoanID,l.TrxDate,l.DrawDownAmt as [LoanAmt],ll.OldLoanCode,ll.Memo5 FROM "
+      "DrawDownMast as l INNER JOIN LoanMast as ll on l.LoanID=ll.LoanID WHERE 1=1 ",
+      "l.TrxDate");
+  payments_ = UpToCutOff(
+      "SELECT p.PayID,p.PayDate,p.LoanID,(p.PayAmt+p.IntAmt+p.ChargeAmt) as [Payment],p.Bank,"
+      "p.ChqNo,p.IntPay,CapPay,p.PayExtra,p.IntAmt,p.CollectInfoID,p.DiscAmt FROM PaymentMast as p "
+      "inner join LoanMast as l on l.LoanID=p.LoanID WHERE 1=1 ",
+      "p.PayDate");
+  interests_ = UpToCutOff("SELECT l.LoanID,l.TotLoanInt,l.TrxDate FROM LoanMast as l WHERE 1=1 ",
+                          "l.TrxDate");
+  charges_ = UpToCutOff(
+      "SELECT c.ChargeID,c.LoanID,c.TrxDate,c.DueDate,c.ChargeAmt,c.PType,c.ChargeDesc FROM "
+      "ChargeMast as c INNER JOIN LoanMast as l on l.LoanID=c.LoanID WHERE c.PType <> 'Batch'  AND "
+      "c.PType <> 'Payment' ",
+      "c.TrxDate");
+  months_ = UpToCutOff(
+      "SELECT DATEPART(Month,c.TrxDate) [Month], DATEPART(year,c.TrxDate) [Year],c.LoanID,"
+      "MAX(c.BatchDate) [TrxDate],MIN(c.BatchDate) [MinTrxDate],MAX(c.DueDate) [DueDate],"
+      "SUM(c.ChargeAmt) [ChargeAmt] FROM ChargeMast as c INNER JOIN LoanMast as l on "
+      "l.LoanID=c.LoanID WHERE c.ChargeAmt > 0 ",
+      "c.TrxDate",
+      fmt::format(" AND c.PType = 'Batch' AND c.TrxDate >= {} group by DATEPART(Month,c.TrxDate) , "
+                  "DATEPART(year,c.TrxDate),c.LoanID",
+                  SqlDate(from_)));
+  earlier_batch_ = main_.Query(fmt::format(
+      "SELECT SUM(c.ChargeAmt) [ChargeAmt],c.LoanID as LoanID FROM ChargeMast as c INNER JOIN "
+      "LoanMast as l on l.LoanID=c.LoanID WHERE c.ChargeAmt > 0 AND c.PType = 'Batch' AND "
+      "c.TrxDate < {}{} GROUP BY c.LoanID",
+      SqlDate(from_), filter_));
+}
 
 std::string OpeningID(const Value& loan_id) { return "#-" + NullToEmpty(loan_id); }
 
@@ -105,7 +157,7 @@ void Statement::List(const Value& loan_id, const Item& item, std::string_view s1
   for (const auto& [column, literal] : item.amounts) {
     amount.at(static_cast<std::size_t>(column)) = literal;
   }
-  batch_.Add(fmt::format(
+  batch().Add(fmt::format(
       "INSERT INTO MasterReport (pcname,reportname,recordID,s1,s2,c1,c2,d1,d2,s10{},c7,c8,c9,c10,"
       "c11,c12,c13,c14) VALUES ({},{},{},{},{},{},{},{},{}{},{})",
       s11, key_, QuoteStr(item.record_id), QuoteStr(item.s1), QuoteStr(item.s2), amount[kDebit],
@@ -118,28 +170,20 @@ void Statement::AddToOpening(const Value& loan_id, const Amounts& amounts) {
   for (const auto& [column, literal] : amounts) {
     sums += fmt::format("{}c{}=c{} + {}", sums.empty() ? "" : ",", column, column, literal);
   }
-  batch_.Add("UPDATE MasterReport SET " + sums + OfRow(run_, OpeningID(loan_id)));
+  batch().Add("UPDATE MasterReport SET " + sums + OfRow(run_, OpeningID(loan_id)));
 }
 
 void Statement::OpenRows() {
   const std::string day_before = SqlDate(from_.AddDays(-1));
-  Recordset loan = UpToCutOff(
-      "SELECT l.LoanID,l.TrxDate,l.PayOutAmt,l.Bank,l.BankBranch,l.LoanAmt FROM LoanMast as l "
-      "WHERE 1=1 ",
-      "l.TrxDate");
+  Recordset& loan = loans_;
   for (; !loan.Eof(); loan.MoveNext()) {
     const Value& id = loan.Field("LoanID");
     List(id, {OpeningID(id), "Balance BF", "", day_before, {}});
   }
-  Send();
 }
 
-// The filter asks for the drawdown's own company and loan: l is DrawDownMast here.
 void Statement::Drawdowns() {
-  Recordset row = UpToCutOff(
-      "SELECT l.LoanID,l.TrxDate,l.DrawDownAmt as [LoanAmt],ll.OldLoanCode,ll.Memo5 FROM "
-      "DrawDownMast as l INNER JOIN LoanMast as ll on l.LoanID=ll.LoanID WHERE 1=1 ",
-      "l.TrxDate");
+  Recordset& row = drawdowns_;
   for (; !row.Eof(); row.MoveNext()) {
     const Value& id = row.Field("LoanID");
     const Value& date = row.Field("TrxDate");
@@ -151,7 +195,6 @@ void Statement::Drawdowns() {
       List(id, {NullToEmpty(id), "Loan Drawdown", "", DateLiteral(date), amounts});
     }
   }
-  Send();
 }
 
 std::string Narration(const Recordset& payment) {
@@ -162,11 +205,7 @@ std::string Narration(const Recordset& payment) {
 }
 
 void Statement::Payments() {
-  Recordset row = UpToCutOff(
-      "SELECT p.PayID,p.PayDate,p.LoanID,(p.PayAmt+p.IntAmt+p.ChargeAmt) as [Payment],p.Bank,"
-      "p.ChqNo,p.IntPay,CapPay,p.PayExtra,p.IntAmt,p.CollectInfoID,p.DiscAmt FROM PaymentMast as p "
-      "inner join LoanMast as l on l.LoanID=p.LoanID WHERE 1=1 ",
-      "p.PayDate");
+  Recordset& row = payments_;
   for (; !row.Eof(); row.MoveNext()) {
     const Value& id = row.Field("LoanID");
     const Value& date = row.Field("PayDate");
@@ -193,12 +232,10 @@ void Statement::Payments() {
                 {{kCredit, discount}, {kDiscount, discount}}});
     }
   }
-  Send();
 }
 
 void Statement::TotalInterest() {
-  Recordset row = UpToCutOff("SELECT l.LoanID,l.TotLoanInt,l.TrxDate FROM LoanMast as l WHERE 1=1 ",
-                             "l.TrxDate");
+  Recordset& row = interests_;
   for (; !row.Eof(); row.MoveNext()) {
     const Value& id = row.Field("LoanID");
     const Value& date = row.Field("TrxDate");
@@ -210,7 +247,6 @@ void Statement::TotalInterest() {
       List(id, {NullToEmpty(id) + "-i", "Total Loan Interest", "", DateLiteral(date), amounts});
     }
   }
-  Send();
 }
 
 // How a charge is called, and the side that takes its amount as it stands: a credit note's is
@@ -238,11 +274,7 @@ const ChargeKind& KindOf(const Value& ptype) {
 }
 
 void Statement::Charges() {
-  Recordset row = UpToCutOff(
-      "SELECT c.ChargeID,c.LoanID,c.TrxDate,c.DueDate,c.ChargeAmt,c.PType,c.ChargeDesc FROM "
-      "ChargeMast as c INNER JOIN LoanMast as l on l.LoanID=c.LoanID WHERE c.PType <> 'Batch'  AND "
-      "c.PType <> 'Payment' ",
-      "c.TrxDate");
+  Recordset& row = charges_;
   for (; !row.Eof(); row.MoveNext()) {
     const Value& id = row.Field("LoanID");
     const Value& date = row.Field("TrxDate");
@@ -261,19 +293,10 @@ void Statement::Charges() {
               DateLiteral(date),
               {{kind.side, amount}, {kCharges, amount}}});
   }
-  Send();
 }
 
 void Statement::MonthsOfBatch() {
-  Recordset month = UpToCutOff(
-      "SELECT DATEPART(Month,c.TrxDate) [Month], DATEPART(year,c.TrxDate) [Year],c.LoanID,"
-      "MAX(c.BatchDate) [TrxDate],MIN(c.BatchDate) [MinTrxDate],MAX(c.DueDate) [DueDate],"
-      "SUM(c.ChargeAmt) [ChargeAmt] FROM ChargeMast as c INNER JOIN LoanMast as l on "
-      "l.LoanID=c.LoanID WHERE c.ChargeAmt > 0 ",
-      "c.TrxDate",
-      fmt::format(" AND c.PType = 'Batch' AND c.TrxDate >= {} group by DATEPART(Month,c.TrxDate) , "
-                  "DATEPART(year,c.TrxDate),c.LoanID",
-                  SqlDate(from_)));
+  Recordset& month = months_;
   for (; !month.Eof(); month.MoveNext()) {
     const Value& id = month.Field("LoanID");
     const std::string amount = AmountLiteral(month.Field("ChargeAmt"));
@@ -290,27 +313,27 @@ void Statement::MonthsOfBatch() {
           {{kDebit, amount}, {kCharges, amount}}},
          ",s11", "," + QuoteStr(group));
   }
-  Send();
 }
 
 void Statement::EarlierBatch() {
-  Recordset sum = main_.Query(fmt::format(
-      "SELECT SUM(c.ChargeAmt) [ChargeAmt],c.LoanID as LoanID FROM ChargeMast as c INNER JOIN "
-      "LoanMast as l on l.LoanID=c.LoanID WHERE c.ChargeAmt > 0 AND c.PType = 'Batch' AND "
-      "c.TrxDate < {}{} GROUP BY c.LoanID",
-      SqlDate(from_), filter_));
+  Recordset& sum = earlier_batch_;
   for (; !sum.Eof(); sum.MoveNext()) {
     const std::string amount = AmountLiteral(sum.Field("ChargeAmt"));
     AddToOpening(sum.Field("LoanID"), {{kDebit, amount}, {kCharges, amount}});
   }
-  Send();
 }
 
 }  // namespace
 
 bool StageStatement(Session& session, Desk& desk, const StagedRun& run) {
-  return Stage(session, desk, run, "an error occur during process statement of account",
-               [&](Connection& main) { Statement(main, run).Work(); });
+  std::optional<Statement> statement;
+  return Stage(
+      session, desk, run, "an error occur during process statement of account",
+      [&](Connection& main) {
+        statement.emplace(main, run);
+        statement->Read();
+      },
+      [&] { statement->Compose(); }, [&](Connection&) { statement->Write(); });
 }
 
 }  // namespace kaunter

@@ -184,5 +184,24 @@ TEST(StagedStatementTest, MonthsAndTexts) {
                   "V3 | of another program |  | 7 | 借'1", "收'1 | Payment | 现金's | 0 | 借'1"));
 }
 
+// A long statement is read and composed outside of the transaction that writes it: on the embedded
+// database the others wait for its writing only.
+TEST(StagedStatementTest, WhatIsWrittenIsReadBefore) {
+  StagedOffice o;
+  o.AddLoan("L1", "2023-12-10", "5000", "600");
+  o.AddDrawdown("D1", "L1", "2024-01-10", "5000");
+  o.AddPayment("P1", {.loan = "L1", .date = "2023-12-31", .pay = "500"});
+  std::string trace;
+  o.main().SetTrace([&](std::string_view, std::string_view sql) {
+    trace += sql.substr(0, sql.find(' '));
+    trace += ' ';
+  });
+  ASSERT_TRUE(StageStatement(o.session(), o.desk, January()));
+  o.main().SetTrace({});
+  EXPECT_EQ(trace,
+            "BEGIN SELECT SELECT SELECT SELECT SELECT SELECT SELECT COMMIT "
+            "BEGIN DELETE INSERT INSERT UPDATE UPDATE COMMIT ");
+}
+
 }  // namespace
 }  // namespace kaunter
