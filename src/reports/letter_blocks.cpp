@@ -270,6 +270,7 @@ class Composer {
     Put(std::move(top));
     ReportTable::Sums sums = table_.NoSums();
     for (std::size_t i = 0; i < span_.count; ++i) {
+      if (table_.IsEmptyRow(span_.first + i)) continue;
       LetterBlock block;
       block.head = head;
       block.height = table_.Row(block.marks, 0, span_.first + i, i % 2 == 1, true);

@@ -77,6 +77,13 @@ std::string ReportTable::CellText(std::size_t column, std::size_t row) const {
   return nothing ? std::string() : ShowCell(value, shown.kind);
 }
 
+bool ReportTable::IsEmptyRow(std::size_t row) const {
+  for (std::size_t i = 0; i < places_.size(); ++i) {
+    if (places_[i].running.empty() && !CellText(i, row).empty()) return false;
+  }
+  return true;
+}
+
 void ReportTable::AddTo(Sums& sums, std::size_t row) const {
   for (std::size_t i = 0; i < places_.size(); ++i) {
     if (file_.columns[i].sum) {

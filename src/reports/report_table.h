@@ -24,6 +24,8 @@ class ReportTable {
   // Of a column of the table: a value of the rows, or a running figure.
   Value CellValue(std::size_t column, std::size_t row) const;
   std::string CellText(std::size_t column, std::size_t row) const;
+  // No column has anything: what a joined table gives for a record without partners.
+  bool IsEmptyRow(std::size_t row) const;
 
   using Sums = std::vector<Money>;  // one a column
   Sums NoSums() const { return Sums(file_.columns.size()); }

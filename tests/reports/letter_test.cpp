@@ -225,6 +225,16 @@ TEST(Letter, NothingIsCutAtTheFootOfAPage) {
   }
 }
 
+// A record whose joined table has no rows for it gets no line of blanks.
+TEST(Letter, AnEmptyRowIsNoItem) {
+  const std::string lines = "column \"Name\" CustName text 10\nitems\ntext \"End\"\n";
+  const auto foot = [&](const std::vector<Loan>& loans) {
+    return LayOut(Letter(lines), {}, Rows(loans)).pages.at(0).texts.back().y;
+  };
+  EXPECT_EQ(FirstPage(lines, {{"L1", "", "1"}}), "Name|End|");
+  EXPECT_GT(foot({{"L1", "Tan", "1"}}), foot({{"L1", "", "1"}}) + 5);
+}
+
 // A word too many in one cell must not hide a figure or run into the next row.
 TEST(Letter, ALongCellGrowsItsRow) {
   const ReportFile file =
