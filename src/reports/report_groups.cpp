@@ -51,10 +51,12 @@ RowSpan ReportGroups::SpanOf(std::size_t g, std::size_t row) const {
 std::string ReportGroups::Text(const std::string& text, std::size_t g, std::size_t row) const {
   const RowSpan span = SpanOf(g, row);
   std::string filled = texts_.Fill(text, span, group(g).line);
-  const std::string value = GroupValue(rows_.rows()[span.first][fields_[g]], file_.groups[g].by);
+  std::string value = GroupValue(rows_.rows()[span.first][fields_[g]], file_.groups[g].by);
+  // What nobody filled in gets a dash: a line of the total needs a name.
+  if (Trim(value).empty()) value = "-";
   const auto place = filled.find("{group}");
   if (place != std::string::npos) filled.replace(place, 7, value);
-  return filled;
+  return Trim(filled).empty() ? "-" : filled;
 }
 
 }  // namespace kaunter

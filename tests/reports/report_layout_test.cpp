@@ -77,6 +77,21 @@ TEST(ReportLayout, ABlankZeroIsToldOnceOnly) {
   EXPECT_TRUE(Has(texts, "Grand total|0.00")) << texts;
 }
 
+TEST(ReportLayout, AGroupWithoutAValueGetsADash) {
+  ReportFile file = ReportFile::Parse(kFile, "test.rpt");
+  file.groups[0].label = "Total {group}";
+  file.groups[0].heading = "{DueDate}";
+  const Recordset rows({{"SchID", FieldType::kInteger},
+                        {"DueDate", FieldType::kDate},
+                        {"PayableAmt", FieldType::kMoney, 0, 2}},
+                       {{Value(1), Value(), Value(Money::FromText("5"))},
+                        {Value(2), Value(DateTime{2024, 1, 31}), Value(Money::FromText("7"))}});
+  const std::string texts = Texts(LayOut(file, {}, rows));
+  EXPECT_TRUE(Has(texts, "Payable|-|1|")) << texts;
+  EXPECT_TRUE(Has(texts, "Total -|5.00")) << texts;
+  EXPECT_TRUE(Has(texts, "Total 2024|7.00")) << texts;
+}
+
 TEST(ReportLayout, ARateShowsTheDecimalsThatItHas) {
   const auto shown = [](const char* rate) {
     return ShowCell(Value(Money::FromText(rate)), CellKind::rate);
