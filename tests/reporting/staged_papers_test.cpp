@@ -223,14 +223,14 @@ TEST(StagedPapers, RecordOfTransactions) {
       .count = "SELECT 3",
       .twin = "-"};
   o.Expect(print);
-  // L1 had paid nothing by 04-12-2023 and owed 5,900; L4 owed 7,400.
+  // L1 had paid on that very day and owed 3,933.33; L4 owed 7,400.
   o.session().settings.SchInt = "1";
-  print.to = "04-12-2023";
+  print.to = "05-12-2023";
   print.ticks = {2, 3, 4};
   print.form = "RekodTrans2.rpt";
   print.sums = {{"Interest", "SELECT SUM(InterestAmt) FROM SchMast WHERE LoanID IN ('L1','L4')"},
-                {"Paid", "SELECT 1400"},
-                {"BalThen", "SELECT 5900+7400"}};
+                {"Paid", "SELECT 1966.67-1.50+1400"},
+                {"BalThen", "SELECT 3933.33+7400"}};
   print.count = "SELECT 2";
   o.Expect(print);
   const auto texts = TextsOf(o.Start(print));
