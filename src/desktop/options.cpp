@@ -23,7 +23,7 @@ std::string OptionsHelp() {
          "  --screen NAME       also opens this screen; may be repeated\n"
          "  --menu ENTRY        also opens what this entry of the menu opens; may be repeated\n"
          "  --set CONTROL=TEXT  fills a box of the screens before their picture\n"
-         "  --press CONTROL     presses a button of the screens before their picture\n"
+         "  --press CONTROL     presses a button (opens a table's first row) before the picture\n"
          "                      (SCREEN.CONTROL: on that screen alone)\n"
          "  --pages yes|no      a picture of each page of a screen\n"
          "  --size WxH          size of the main window\n";

@@ -124,6 +124,9 @@ void Photographer::Fill(QWidget& widget) {
     // Of a box that is searched, the magnifier.
     auto* box = dynamic_cast<TextBox*>(control);
     if (box && box->onSearch) screen.Guard([&] { box->onSearch(); });
+    // Of a table, its first row.
+    auto* grid = dynamic_cast<Grid*>(control);
+    if (grid && grid->onOpen && grid->RowCount() > 0) screen.Guard([&] { grid->onOpen(0, 0); });
     if (screen.closed()) return;
   }
   if (options_.pages) {

@@ -15,8 +15,9 @@ Layout FollowupFrmLayout() {
                                Wide(Line({"HisDate", "HisTime", "HisUserID"}))})},
                        {7, 6}),
                 Across({Fill("FollowUpDG"),
-                        Down({Fill("NextCallDG"),
-                              Fields(1, {Line({"iLimit", "Label8", "Command6", "Command5"})})})},
+                        Down({Fill("NextCallDG"), Across({Fields(1, {Line({"iLimit", "Label8"})}),
+                                                          ButtonsHere({"Command6", "Command5"})},
+                                                         {1, 0})})},
                        {7, 6})},
                {4, 7}),
           {"SearchCmd", "Command3", "Command4", "Command2", "SaveCmd", "CancelCmd"}};

@@ -12,14 +12,14 @@ LayoutNode MoneyPage() {
       {"CollectInfoID", "Bank", "ChqNo", "ReceiptNo", "LampiranStatus",
        Line({"SalesmanID", "SalesmanComm"}), Line({"TopAmt", "TopTerm"}), "TopUpAmt", "UserID"});
   const LayoutNode instalment =
-      Group({"Instalment", "分期"}, 1,
-            {Line({"SchID", "IntDate"}), Line({"LastDueDate", "NextDueDate"}), "PayableAmt",
-             Beside({"OutIntAmt", "IntChargeAmt"}), Beside({"OutDragAmt", "DragInt"})});
+      Group({"Instalment", "分期"}, 2,
+            {"SchID", "LastDueDate", "IntDate", "NextDueDate", Wide("PayableAmt"),
+             Wide(Beside({"OutIntAmt", "IntChargeAmt"})), Wide(Beside({"OutDragAmt", "DragInt"}))});
   const LayoutNode loan =
-      Group({"Loan", "贷款"}, 1,
-            {Line({"DragLoan", "LoanType"}), Line({"LoanTerm", "AltCode"}),
-             Line({"LoanAmt", "PayOutAmt"}), Line({"InsRate", "LateChargePerDay", "OfferDays"})});
-  return Down({Across({money, how, Down({instalment, loan})}, {4, 5, 6}),
+      Group({"Loan", "贷款"}, 2,
+            {"DragLoan", "LoanTerm", "LoanAmt", "LoanType", "AltCode", "PayOutAmt",
+             Wide(Line({"InsRate", "LateChargePerDay", "OfferDays"}))});
+  return Down({Across({money, how, Down({instalment, loan})}, {7, 9, 12}),
                Fields(1, {Wide(Line({"Memo1", "Memo2", "Memo3"}))})});
 }
 
