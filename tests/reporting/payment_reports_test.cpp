@@ -98,6 +98,12 @@ TEST(PaymentReports, WhatEachPaymentListAdds) {
        .parameters = kSpecial,
        .sums = {{"NewLoanBal", "SELECT 60000"}},
        .count = "SELECT 1"},
+      // From the printing desk: one form for each payment of the loan.
+      {.file = "CDD2.rpt",
+       .formula = "{LoanMast.LoanID} = 'L3'",
+       .parameters = {},
+       .sums = {{"Received", "SELECT 1315"}},
+       .count = "SELECT 2"},
       {.file = "CDD2.rpt",
        .formula = "",
        .parameters = {},
