@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "desktop/text.h"
+#include "desktop/theme.h"
 #include "qtservices/report_painter.h"
 #include "reports/text_width.h"
 
@@ -38,6 +39,7 @@ PagesView::PagesView(const ReportDocument& document, QWidget* parent)
     : QAbstractScrollArea(parent), document_(document) {
   setFrameShape(QFrame::NoFrame);
   setFocusPolicy(Qt::StrongFocus);
+  viewport()->setBackgroundRole(QPalette::Window);  // the desk that the paper lies on
   Ranges();
 }
 
@@ -140,6 +142,7 @@ void PagesView::paintEvent(QPaintEvent* event) {
     if (rect.top() > event->rect().bottom()) break;
     painter.fillRect(rect.translated(2, 3), QColor(0, 0, 0, 40));
     // Paper is white under every theme.
+    painter.fillRect(rect.adjusted(-1, -1, 1, 1), Look().border);
     painter.fillRect(rect, Qt::white);
     painter.save();
     painter.setClipRect(rect);
