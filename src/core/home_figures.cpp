@@ -66,9 +66,12 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
       menu_(menu),
       parts_{{{&DueDG}, ReadComingDue, &HomeFigures::ShowDue},
              {{&AgeDG, &OverdueDG}, ReadArrears, &HomeFigures::ShowAges},
-             {{&DisburseDG}, ReadDisbursements, &HomeFigures::ShowDisbursed},
-             {{&CollectDG}, ReadCollections, &HomeFigures::ShowCollected}},
-      next_part_(parts_.size()) {
+             {{&DisburseDG}, ReadDisbursements, &HomeFigures::ShowDisbursed}} {
+  for (int i = 0; i < kYearParts; ++i) {
+    parts_.push_back({{&CollectDG},
+                      [i](Session& of, OfficeFigures& into) { ReadCollections(of, into, i); },
+                      i + 1 < kYearParts ? nullptr : &HomeFigures::ShowCollected});
+  }
   for (Grid* grid : Grids()) {
     grid->onOpen = [this, grid](int row, int) {
       const MenuEntry* entry = Road(*grid);
@@ -153,8 +156,8 @@ bool HomeFigures::Part::Holds(const Grid& grid) const {
 }
 
 bool HomeFigures::Known(const Grid& grid) const {
-  return std::any_of(parts_.begin(), parts_.end(),
-                     [&grid](const Part& part) { return part.known && part.Holds(grid); });
+  return std::all_of(parts_.begin(), parts_.end(),
+                     [&grid](const Part& part) { return part.known || !part.Holds(grid); });
 }
 
 bool HomeFigures::MayRead() const { return !session_.Main().InTransaction(); }
@@ -195,7 +198,7 @@ void HomeFigures::Read(Part& part) {
                   [](const Grid* grid) { return grid->visible(); })) {
     part.read(session_, figures_);
     part.known = true;
-    (this->*part.show)();
+    if (part.show != nullptr) (this->*part.show)();
   }
   spent_ += Milliseconds(start);
 }
@@ -226,7 +229,7 @@ void HomeFigures::ShowTime() {
 void HomeFigures::ShowAll() {
   ShowTime();
   for (const Part& part : parts_) {
-    if (part.known) (this->*part.show)();
+    if (part.known && part.show != nullptr) (this->*part.show)();
   }
 }
 

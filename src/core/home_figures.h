@@ -68,8 +68,8 @@ class HomeFigures {
  private:
   struct Part {
     std::vector<Grid*> grids;
-    void (*read)(Session&, OfficeFigures&);
-    void (HomeFigures::*show)();
+    std::function<void(Session&, OfficeFigures&)> read;
+    void (HomeFigures::*show)();  // null where the tables wait for another part
     bool known = false;
     bool Holds(const Grid& grid) const;
   };
@@ -95,7 +95,7 @@ class HomeFigures {
   std::string begun_at_;
   std::string read_at_;  // empty until a reading has come to its end
   bool failed_ = false;
-  std::size_t next_part_;
+  std::size_t next_part_ = 0;
   unsigned run_ = 0;  // a reading that another one has overtaken ends
   double spent_ = 0;  // milliseconds of the reading so far
 };

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <span>
 
 #include "core/company_access.h"
 #include "core/session.h"
@@ -45,25 +46,24 @@ Year EmptyYear(const DateTime& today) {
   return year;
 }
 
-// " >= first day of the year shown AND column < first day of the next month".
-std::string WithinYear(const std::string& column, const DateTime& today) {
-  const DateTime first{today.year, today.month, 1};
-  return fmt::format("{0} >= {1} AND {0} < {2}", column, SqlDate(first.AddMonths(1 - kMonthsShown)),
-                     SqlDate(first.AddMonths(1)));
+// "column >= first day of a month of the year AND column < first day of the month behind another".
+std::string Within(const std::string& column, const MonthTally& from, const MonthTally& to) {
+  return fmt::format("{0} >= {1} AND {0} < {2}", column,
+                     SqlDate(DateTime{from.year, from.month, 1}),
+                     SqlDate(DateTime{to.year, to.month, 1}.AddMonths(1)));
 }
 
-// Rows of a day, a count and a sum each, into their months: a month is not computed for each row of
-// the table.
-Year ByMonth(const DateTime& today, Recordset days) {
-  Year year = EmptyYear(today);
+// Rows of a day, a count and a sum each, into these months, which are emptied first: a month is not
+// computed for each row of the table.
+void IntoMonths(std::span<MonthTally> months, Recordset days) {
+  for (MonthTally& month : months) month.sum = {};
   for (; !days.Eof(); days.MoveNext()) {
     const DateTime day = Day(days.Field(0));
-    for (MonthTally& month : year) {
+    for (MonthTally& month : months) {
       if (month.year != day.year || month.month != day.month) continue;
       Add(month.sum, Count(days.Field(1)), Amount(days.Field(2)));
     }
   }
-  return year;
 }
 
 // An open loan's rows with something left to pay. `dates` is a condition on s.DueDate. The company
@@ -171,28 +171,32 @@ void ReadArrears(Session& session, OfficeFigures& figures) {
   figures.top = std::move(all);
 }
 
-void ReadCollections(Session& session, OfficeFigures& figures) {
-  // The amounts are added up one by one: an unset one takes nothing from the others.
-  Recordset days = session.Main().Query(fmt::format(
-      "SELECT p.PayDate,count(*) as N,isnull(sum(p.PayAmt),0)+isnull(sum(p.IntAmt),0)+"
-      "isnull(sum(p.CollectorAmt),0)+isnull(sum(p.ChargeAmt),0)-isnull(sum(p.DiscAmt),0) as Amt "
-      "FROM PaymentMast as p WHERE {}{} GROUP BY p.PayDate",
-      WithinYear("p.PayDate", figures.today), AndCompany(session, "p.CompCode")));
-  figures.collected = ByMonth(figures.today, std::move(days));
+void ReadCollections(Session& session, OfficeFigures& figures, int part) {
+  constexpr std::size_t kMonths = kMonthsShown / kYearParts;
+  const std::span<MonthTally> months =
+      std::span(figures.collected).subspan(static_cast<std::size_t>(part) * kMonths, kMonths);
+  IntoMonths(
+      months,
+      session.Main().Query(fmt::format(
+          "SELECT p.PayDate,count(*) as N,sum(isnull(p.PayAmt,0)+isnull(p.IntAmt,0)+"
+          "isnull(p.CollectorAmt,0)+isnull(p.ChargeAmt,0)-isnull(p.DiscAmt,0)) as Amt "
+          "FROM PaymentMast as p WHERE {}{} GROUP BY p.PayDate",
+          Within("p.PayDate", months.front(), months.back()), AndCompany(session, "p.CompCode"))));
 }
 
 void ReadDisbursements(Session& session, OfficeFigures& figures) {
+  Year& year = figures.disbursed;
   const std::string statement =
       session.Special
           ? fmt::format(
                 "SELECT l.TrxDate,count(*) as N,sum(l.LoanAmt2) as Amt FROM LoanMast as l "
                 "WHERE {}{} AND l.PayOutAmt>0 GROUP BY l.TrxDate",
-                WithinYear("l.TrxDate", figures.today), AndCompany(session, "l.CompCode"))
+                Within("l.TrxDate", year.front(), year.back()), AndCompany(session, "l.CompCode"))
           : fmt::format(
                 "SELECT d.TrxDate,count(*) as N,sum(d.DrawDownAmt) as Amt FROM "
                 "DrawDownMast as d WHERE {}{} GROUP BY d.TrxDate",
-                WithinYear("d.TrxDate", figures.today), AndCompany(session, "d.CompCode"));
-  figures.disbursed = ByMonth(figures.today, session.Main().Query(statement));
+                Within("d.TrxDate", year.front(), year.back()), AndCompany(session, "d.CompCode"));
+  IntoMonths(year, session.Main().Query(statement));
 }
 
 }  // namespace kaunter

@@ -61,7 +61,10 @@ OfficeFigures EmptyFigures(const DateTime& today);
 // What they cost grows with the instalments that have fallen due and the payments of the office.
 void ReadComingDue(Session& session, OfficeFigures& figures);
 void ReadArrears(Session& session, OfficeFigures& figures);
-void ReadCollections(Session& session, OfficeFigures& figures);
+// A part of the year, 0 to kYearParts-1: all payments of a year in one statement would hold the
+// person up.
+constexpr int kYearParts = 4;
+void ReadCollections(Session& session, OfficeFigures& figures, int part);
 void ReadDisbursements(Session& session, OfficeFigures& figures);
 
 }  // namespace kaunter

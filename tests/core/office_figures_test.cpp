@@ -45,7 +45,7 @@ class FiguresTest : public ::testing::Test {
     OfficeFigures figures = EmptyFigures(ServerTime(office.session.Main()));
     ReadComingDue(office.session, figures);
     ReadArrears(office.session, figures);
-    ReadCollections(office.session, figures);
+    for (int part = 0; part < kYearParts; ++part) ReadCollections(office.session, figures, part);
     ReadDisbursements(office.session, figures);
     return figures;
   }
