@@ -46,6 +46,7 @@ bool PaymentFrm::OpenLoan(const std::string& code) {
   loaded_loan_ = id;
   if (!MayTakePayment(loan)) return false;
   FillFromLoan(loan);
+  ShowAml();
   StartAmounts();
   const std::string row = FirstOpenRow(main(), id);
   SchID.SetText(row);
@@ -109,7 +110,6 @@ void PaymentFrm::FillFromLoan(const Recordset& loan) {
   FillItems(ChqNo, main(),
             fmt::format("SELECT ChqNo FROM ChqMast WHERE LoanID={} AND PayID='' ORDER BY SeqNo",
                         QuoteStr(LoanID.text())));
-  ShowAml();
 }
 
 void PaymentFrm::StartAmounts() {

@@ -12,7 +12,7 @@ namespace kaunter {
 SetupFrm::SetupFrm(Session& session, Desk& desk)
     : SessionScreen("SetupFrm", {"Setup", "设定"}, session, desk),
       DG(*this, "DG", {"Codes", "编号"},
-         {{{"Code", "编号"}, Kind::text, 20}, {{"Description", "说明"}, Kind::text, 50}}) {
+         {{{"Code", "编号"}, Kind::text, 30}, {{"Description", "说明"}, Kind::text, 50}}) {
   DG.onOpen = [this](int row, int) { Edit(row); };
   SaveCmd.onClick = [this] {
     SetupModifyFrm dialog(this->session(), this->desk(), *table_, SetupModifyFrm::Mode::add, {});

@@ -23,6 +23,16 @@ class SqlServerDialect : public OdbcDialect {
 
 }  // namespace
 
+OdbcOutcome TranslatingDialect::Run(OdbcSession& session, std::string_view batch, bool want_rows) {
+  OdbcOutcome outcome;
+  std::vector<std::string> statements;
+  const std::vector<Shape> shapes = SplitBatch(batch, &statements);
+  for (std::size_t i = 0; i < shapes.size(); ++i) {
+    RunStatement(session, statements.at(i), shapes[i], want_rows, &outcome);
+  }
+  return outcome;
+}
+
 void TranslatingDialect::RunTransactionWord(OdbcSession& session, Translated::Transaction word) {
   switch (word) {
     case Translated::Transaction::kBegin:

@@ -23,9 +23,13 @@ class OdbcDialect {
 // A dialect that translates, and so meets BEGIN, COMMIT and ROLLBACK TRAN among the statements.
 class TranslatingDialect : public OdbcDialect {
  public:
+  OdbcOutcome Run(OdbcSession& session, std::string_view batch, bool want_rows) final;
   void Forget() override { nested_ = 0; }
 
  protected:
+  // `outcome` holds what the statements before have left; rows and count are put over it.
+  virtual void RunStatement(OdbcSession& session, const std::string& statement, const Shape& shape,
+                            bool want_rows, OdbcOutcome* outcome) = 0;
   // Inside a transaction BEGIN only counts up, and its COMMIT down again.
   void RunTransactionWord(OdbcSession& session, Translated::Transaction word);
 

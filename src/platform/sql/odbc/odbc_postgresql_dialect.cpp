@@ -273,16 +273,6 @@ void PostgresDialect::ForgetSchema() {
   catalogue_.Clear();
 }
 
-OdbcOutcome PostgresDialect::Run(OdbcSession& session, std::string_view batch, bool want_rows) {
-  OdbcOutcome outcome;
-  std::vector<std::string> statements;
-  const std::vector<Shape> shapes = SplitBatch(batch, &statements);
-  for (std::size_t i = 0; i < shapes.size(); ++i) {
-    RunStatement(session, statements.at(i), shapes[i], want_rows, &outcome);
-  }
-  return outcome;
-}
-
 // Another desktop may have changed a table since it was looked up. A failed statement has done
 // nothing, so it is tried once more with a fresh eye where that may be the reason.
 void PostgresDialect::RunStatement(OdbcSession& session, const std::string& statement,

@@ -45,7 +45,6 @@ class PostgresDialect : public TranslatingDialect {
   // up. Throws SqlError 4060 with what the administrator has to do.
   PostgresDialect(OdbcSession& session, const Clock& clock);
 
-  OdbcOutcome Run(OdbcSession& session, std::string_view batch, bool want_rows) override;
   void Begin(OdbcSession& session) override;
   void Forget() override;
 
@@ -57,7 +56,7 @@ class PostgresDialect : public TranslatingDialect {
   };
 
   void RunStatement(OdbcSession& session, const std::string& statement, const Shape& shape,
-                    bool want_rows, OdbcOutcome* outcome);
+                    bool want_rows, OdbcOutcome* outcome) override;
   Plan& FindPlan(const std::string& statement, const Shape& shape, Plan* own);
   void RunPlan(OdbcSession& session, Plan& plan, const Shape& shape, bool want_rows,
                OdbcOutcome* outcome, bool* sent);

@@ -198,16 +198,6 @@ std::string WithLiterals(const Translated& step, const Shape& shape) {
   return out;
 }
 
-OdbcOutcome OdbcSqliteDialect::Run(OdbcSession& session, std::string_view batch, bool want_rows) {
-  OdbcOutcome outcome;
-  std::vector<std::string> statements;
-  const std::vector<Shape> shapes = SplitBatch(batch, &statements);
-  for (std::size_t i = 0; i < shapes.size(); ++i) {
-    RunStatement(session, statements.at(i), shapes[i], want_rows, &outcome);
-  }
-  return outcome;
-}
-
 void OdbcSqliteDialect::RunStatement(OdbcSession& session, const std::string& statement,
                                      const Shape& shape, bool want_rows, OdbcOutcome* outcome) {
   // Nothing tells when another desktop changes a table, so the catalogue lives for one statement;

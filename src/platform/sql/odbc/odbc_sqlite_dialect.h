@@ -26,7 +26,6 @@ class OdbcSqliteCatalogue : public Catalogue {
 
 class OdbcSqliteDialect : public TranslatingDialect {
  public:
-  OdbcOutcome Run(OdbcSession& session, std::string_view batch, bool want_rows) override;
   void Forget() override {
     catalogue_.reset();
     TranslatingDialect::Forget();
@@ -34,7 +33,7 @@ class OdbcSqliteDialect : public TranslatingDialect {
 
  private:
   void RunStatement(OdbcSession& session, const std::string& statement, const Shape& shape,
-                    bool want_rows, OdbcOutcome* outcome);
+                    bool want_rows, OdbcOutcome* outcome) override;
   void RunSteps(OdbcSession& session, const std::vector<Translated>& steps, const Shape& shape,
                 bool want_rows, OdbcOutcome* outcome);
   void RunStep(OdbcSession& session, const Translated& step, const Shape& shape, bool want_rows,

@@ -35,16 +35,18 @@ class Writer {
   virtual std::string_view RowName() const = 0;
   virtual void WriteSystemTable(const TableRef& table) = 0;
   virtual std::vector<Translated> WriteTruncate() = 0;
-  virtual std::vector<Translated> WriteDdl() = 0;
+  virtual std::vector<Translated> WriteAlterAdd() = 0;
+  virtual std::vector<Translated> WriteAlterColumn() = 0;
+  virtual std::vector<Translated> WriteDropColumns() = 0;
   // A text where it is compared, grouped or ordered. `collate`: it may have lost its collation.
   virtual void Collated(const Expr& expr, bool collate) = 0;
   // Behind a sort key; `key` is null for a column of a UNION.
   virtual void OrderDirection(const Expr* key, bool text_position, bool descending) = 0;
   // Where a select says nothing about the order of its rows.
   virtual void OwnOrder(const Select&) {}
-  // Around a number that is brought to the scale of a decimal.
   // Writes a comparison with a sum or difference in a way of its own; false: it has none.
   virtual bool SumComparison(const Expr&) { return false; }
+  // Around a number that is brought to the scale of a decimal.
   virtual void OpenRound() = 0;
   virtual void CloseRound(int scale) = 0;
   virtual void DivideBy(const Expr& divisor, bool integer) = 0;
@@ -82,6 +84,7 @@ class Writer {
   Translated Take();
 
   // writer_ddl.cpp
+  std::vector<Translated> WriteDdl();
   void WriteCreateTable();
   virtual void WriteColumn(const ColumnDefinition& column, bool key) = 0;
   virtual void WriteKey(const KeyConstraint& key, const ColumnDefinition* identity) = 0;

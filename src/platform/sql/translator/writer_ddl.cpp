@@ -1,9 +1,47 @@
-// CREATE TABLE and CREATE INDEX, as far as the dialects share them.
+// CREATE, DROP and ALTER, as far as the dialects share them.
 #include <algorithm>
 
 #include "platform/sql/translator/writer.h"
 
 namespace kaunter::sql {
+
+std::vector<Translated> Writer::WriteDdl() {
+  std::vector<Translated> statements;
+  constants_ = true;
+  switch (statement_.kind) {
+    case StatementKind::kCreateTable:
+      WriteCreateTable();
+      break;
+    case StatementKind::kCreateIndex:
+      WriteCreateIndex();
+      break;
+    case StatementKind::kDropTable:
+      out_ = "DROP TABLE ";
+      Name(statement_.target->name);
+      break;
+    case StatementKind::kDropIndex:
+      out_ = "DROP INDEX ";
+      WriteIndexName(statement_.target->name, statement_.index);
+      break;
+    case StatementKind::kAlterAdd:
+      statements = WriteAlterAdd();
+      break;
+    case StatementKind::kAlterColumn:
+      statements = WriteAlterColumn();
+      break;
+    case StatementKind::kAlterDropColumn:
+      statements = WriteDropColumns();
+      break;
+    default:
+      break;
+  }
+  if (!out_.empty()) statements.push_back(Take());
+  for (Translated& statement : statements) {
+    statement.is_ddl = true;
+    statement.cacheable = false;
+  }
+  return statements;
+}
 
 void Writer::WriteCreateTable() {
   const ColumnDefinition* identity = nullptr;

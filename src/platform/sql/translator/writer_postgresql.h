@@ -42,12 +42,12 @@ class PostgresWriter : public Writer {
   void Subquery(const Expr& expr) override;
 
   // writer_postgresql_ddl.cpp
-  std::vector<Translated> WriteDdl() override;
   void WriteColumn(const ColumnDefinition& column, bool key) override;
   void WriteKey(const KeyConstraint& key, const ColumnDefinition* identity) override;
   void IndexDirection(const IndexColumn& column) override;
-  std::vector<Translated> WriteAlterAdd();
-  void WriteAlterColumn();
+  std::vector<Translated> WriteAlterAdd() override;
+  std::vector<Translated> WriteAlterColumn() override;
+  std::vector<Translated> WriteDropColumns() override;
   void WriteConversion(const CatalogueColumn& column, const Type& target);
   void WriteDefault(const ColumnDefinition& column);
   void WriteType(const Type& type);

@@ -21,52 +21,6 @@ bool NeedsCheck(const Type& type) {
 
 }  // namespace
 
-std::vector<Translated> PostgresWriter::WriteDdl() {
-  std::vector<Translated> statements;
-  constants_ = true;
-  switch (statement_.kind) {
-    case StatementKind::kCreateTable:
-      WriteCreateTable();
-      break;
-    case StatementKind::kCreateIndex:
-      WriteCreateIndex();
-      break;
-    case StatementKind::kDropTable:
-      out_ = "DROP TABLE ";
-      Name(statement_.target->name);
-      break;
-    case StatementKind::kDropIndex:
-      out_ = "DROP INDEX ";
-      WriteIndexName(statement_.target->name, statement_.index);
-      break;
-    case StatementKind::kAlterAdd:
-      statements = WriteAlterAdd();
-      break;
-    case StatementKind::kAlterColumn:
-      WriteAlterColumn();
-      break;
-    case StatementKind::kAlterDropColumn: {
-      out_ = "ALTER TABLE ";
-      Name(statement_.target->name);
-      const char* separator = " DROP COLUMN ";
-      for (const ColumnDefinition& column : statement_.definitions) {
-        out_ += separator;
-        separator = ", DROP COLUMN ";
-        Name(column.name);
-      }
-      break;
-    }
-    default:
-      break;
-  }
-  if (!out_.empty()) statements.push_back(Take());
-  for (Translated& statement : statements) {
-    statement.is_ddl = true;
-    statement.cacheable = false;
-  }
-  return statements;
-}
-
 void PostgresWriter::WriteType(const Type& type) {
   switch (type.kind) {
     case TypeKind::kText:
@@ -195,7 +149,19 @@ std::vector<Translated> PostgresWriter::WriteAlterAdd() {
   return statements;
 }
 
-void PostgresWriter::WriteAlterColumn() {
+std::vector<Translated> PostgresWriter::WriteDropColumns() {
+  out_ = "ALTER TABLE ";
+  Name(statement_.target->name);
+  const char* separator = " DROP COLUMN ";
+  for (const ColumnDefinition& column : statement_.definitions) {
+    out_ += separator;
+    separator = ", DROP COLUMN ";
+    Name(column.name);
+  }
+  return {Take()};
+}
+
+std::vector<Translated> PostgresWriter::WriteAlterColumn() {
   const ColumnDefinition& column = statement_.definitions.front();
   const CatalogueTable& table = *statement_.target;
   const CatalogueColumn& known = *TargetColumn(column.name);
@@ -230,6 +196,7 @@ void PostgresWriter::WriteAlterColumn() {
     out_ += ", ADD ";
     WriteCheck(column.type, known.name);
   }
+  return {Take()};
 }
 
 void PostgresWriter::WriteConversion(const CatalogueColumn& column, const Type& target) {

@@ -36,11 +36,12 @@ class SqliteWriter : public Writer {
   void Subquery(const Expr& expr) override;
 
   // writer_sqlite_ddl.cpp
-  std::vector<Translated> WriteDdl() override;
   void WriteColumn(const ColumnDefinition& column, bool key) override;
   void WriteKey(const KeyConstraint& key, const ColumnDefinition* identity) override;
   void IndexDirection(const IndexColumn& column) override;
-  std::vector<Translated> WriteAlterAdd();
+  std::vector<Translated> WriteAlterAdd() override;
+  std::vector<Translated> WriteAlterColumn() override;
+  std::vector<Translated> WriteDropColumns() override;
   static std::string Declaration(const ColumnDefinition& column);
 };
 

@@ -6,51 +6,22 @@
 
 namespace kaunter::sql {
 
-std::vector<Translated> SqliteWriter::WriteDdl() {
+std::vector<Translated> SqliteWriter::WriteAlterColumn() {
+  const ColumnDefinition& column = statement_.definitions.front();
+  Translated alter = Take();
+  alter.alter_column = AlterColumn{statement_.target->name, std::string(column.name),
+                                   Declaration(column) + (column.not_null ? " NOT NULL" : "")};
+  return {std::move(alter)};
+}
+
+std::vector<Translated> SqliteWriter::WriteDropColumns() {
   std::vector<Translated> statements;
-  constants_ = true;
-  switch (statement_.kind) {
-    case StatementKind::kCreateTable:
-      WriteCreateTable();
-      break;
-    case StatementKind::kCreateIndex:
-      WriteCreateIndex();
-      break;
-    case StatementKind::kDropTable:
-      out_ = "DROP TABLE ";
-      Name(statement_.target->name);
-      break;
-    case StatementKind::kDropIndex:
-      out_ = "DROP INDEX ";
-      WriteIndexName(statement_.target->name, statement_.index);
-      break;
-    case StatementKind::kAlterAdd:
-      return WriteAlterAdd();
-    case StatementKind::kAlterColumn: {
-      const ColumnDefinition& column = statement_.definitions.front();
-      Translated& alter = statements.emplace_back(Take());
-      alter.alter_column = AlterColumn{statement_.target->name, std::string(column.name),
-                                       Declaration(column) + (column.not_null ? " NOT NULL" : "")};
-      alter.is_ddl = true;
-      alter.cacheable = false;
-      return statements;
-    }
-    case StatementKind::kAlterDropColumn:
-      for (const ColumnDefinition& column : statement_.definitions) {
-        out_ = "ALTER TABLE ";
-        Name(statement_.target->name);
-        out_ += " DROP COLUMN ";
-        Name(column.name);
-        statements.push_back(Take());
-      }
-      break;
-    default:
-      break;
-  }
-  if (!out_.empty()) statements.push_back(Take());
-  for (Translated& statement : statements) {
-    statement.is_ddl = true;
-    statement.cacheable = false;
+  for (const ColumnDefinition& column : statement_.definitions) {
+    out_ = "ALTER TABLE ";
+    Name(statement_.target->name);
+    out_ += " DROP COLUMN ";
+    Name(column.name);
+    statements.push_back(Take());
   }
   return statements;
 }
@@ -136,10 +107,6 @@ std::vector<Translated> SqliteWriter::WriteAlterAdd() {
     Name(table);
     WriteNames(key.columns);
     statements.push_back(Take());
-  }
-  for (Translated& statement : statements) {
-    statement.is_ddl = true;
-    statement.cacheable = false;
   }
   return statements;
 }
