@@ -1,6 +1,7 @@
 // The listing of loans, to its pages, a PDF and a CSV, in rows a second, beside a plain program
 // that reads the very same rows; and how it grows from 1,000 to 100,000 loans.
 #include <fmt/format.h>
+#include <malloc.h>
 
 #include <fstream>
 #include <functional>
@@ -20,6 +21,7 @@ namespace {
 
 // The most memory that the program has held since the last call, in megabytes.
 double PeakMemory() {
+  malloc_trim(0);
   std::ifstream status("/proc/self/status");
   std::string word;
   double peak = 0;
@@ -50,7 +52,10 @@ struct Listing {
   }
 
   void Read() { plain.Query(statement); }
-  void Pages() { run = RunWholeReport(job); }
+  void Pages() {
+    run = {};
+    run = RunWholeReport(job);
+  }
   void Pdf() { WritePdf(run.document, File("list.pdf")); }
   void Csv() { WriteCsv(run, File("list.csv")); }
   std::string File(const std::string& name) const {
@@ -68,8 +73,10 @@ struct Listing {
 void Rate(const Listing& listing, const char* what, const std::function<void()>& work) {
   PeakMemory();
   const double wall = std::min(Time(work).wall, Time(work).wall);
+  const double peak = PeakMemory();
   fmt::print("  {:<34} {:7.0f} ms {:9.0f} rows/s  peak {:4.0f} MB\n", what, wall,
-             listing.loans * 1000.0 / wall, PeakMemory());
+             listing.loans * 1000.0 / wall, peak);
+  std::fflush(stdout);
 }
 
 void Rates(Listing& listing) {
@@ -89,10 +96,10 @@ bool Bench() {
     Rates(small);
     Rates(middle);
     good &= Compare(
-        {"10,000 loans laid out / read by a plain program", 12, 5}, [&] { middle.Pages(); },
+        {"10,000 loans laid out / read by a plain program", 4, 5}, [&] { middle.Pages(); },
         [&] { middle.Read(); });
     good &= Compare(
-        {"their CSV / read by a plain program", 4, 5}, [&] { middle.Csv(); },
+        {"their CSV / read by a plain program", 1, 5}, [&] { middle.Csv(); },
         [&] { middle.Read(); });
     good &= Compare(
         {"growth of pages, per loan, from 1,000 loans", 1.5, 5}, [&] { middle.Pages(); },
@@ -107,6 +114,7 @@ bool Bench() {
   }
   Listing half(50'000);
   Rates(half);
+  half.run = {};
   Listing large(100'000);
   Rates(large);
   good &= Compare(

@@ -122,7 +122,7 @@ QFrame* PreviewDialog::Foot() {
   row->setContentsMargins(kMargin, 10, kMargin, 10);
   row->setSpacing(8);
   row->addStretch(1);
-  if (!run_.file.IsLetter()) {
+  if (!run_.file.columns.empty()) {
     Button(row, In("Save &CSV...", "存CSV(&C)..."), {}, [this] { SaveCsv(); });
   }
   Button(row, In("&Save PDF...", "存PDF(&S)..."), {}, [this] { SavePdf(); });

@@ -91,7 +91,7 @@ void WriteCsv(const ReportRun& run, const std::string& path) {
 void RenderReport(const ReportJob& job, const std::string& pdf_path) {
   const ReportRun run = RunWholeReport(job);
   WritePdf(run.document, pdf_path);
-  if (run.file.IsLetter()) return;
+  if (run.file.columns.empty()) return;
   WriteCsv(run, std::filesystem::path(pdf_path).replace_extension(".csv").string());
 }
 

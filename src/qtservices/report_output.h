@@ -18,7 +18,7 @@ void WritePdf(const ReportDocument& document, const std::string& path,
               const ReportProgress& progress = {});
 void WriteCsv(const ReportRun& run, const std::string& path);
 
-// Runs the report and writes its PDF; of a listing also its CSV, under the same name.
+// Runs the report and writes its PDF; of one with a table also its CSV, under the same name.
 void RenderReport(const ReportJob& job, const std::string& pdf_path);
 
 }  // namespace kaunter

@@ -5,7 +5,8 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <QLabel>
+#include <QImage>
+#include <QPainter>
 #include <QPushButton>
 #include <csignal>
 #include <fstream>
@@ -18,6 +19,7 @@
 #include "desktop/text.h"
 #include "file_answer.h"
 #include "qtservices/report_output.h"
+#include "qtservices/report_painter.h"
 #include "test_screen.h"
 #include "tests/core/office.h"
 
@@ -228,6 +230,30 @@ TEST(ReportWait, StopEndsALongRead) {
   press.stop();
   EXPECT_GE(pressed, 1);
   EXPECT_EQ(main.Query("SELECT COUNT(*) FROM NumberMast").Field(0).ToText(), "1000");
+}
+
+// In its own proportions, at the edge that is told; one that cannot be read is left out.
+TEST(Paper, DrawsPictures) {
+  TempFolder folder;
+  QImage red(40, 20, QImage::Format_RGB32);
+  red.fill(Qt::red);
+  red.save(Q(folder.File("red.png")));
+  std::ofstream(folder.File("broken.png")) << "no picture";
+  ReportDocument document;
+  document.pages.resize(1);
+  document.pages[0].pictures = {{10, 10, 30, 30, folder.File("red.png"), TextAlign::right},
+                                {60, 10, 10, 30, folder.File("red.png")},
+                                {100, 10, 30, 30, folder.File("broken.png")}};
+  QImage paper(210, 60, QImage::Format_RGB32);  // a dot a millimetre
+  paper.fill(Qt::white);
+  QPainter painter(&paper);
+  PaintReportPage(painter, document, 0);
+  painter.end();
+  const auto is_red = [&](int x, int y) { return paper.pixelColor(x, y) == QColor(Qt::red); };
+  EXPECT_TRUE(is_red(11, 11) && is_red(38, 23));
+  EXPECT_FALSE(is_red(20, 27));  // 30 wide, 15 high
+  EXPECT_TRUE(is_red(61, 11) && is_red(68, 13));
+  EXPECT_FALSE(is_red(65, 17) || is_red(110, 15));
 }
 
 // A tray holds A4 and A5, not sheets of 210 by 148 millimetres.
