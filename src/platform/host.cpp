@@ -8,11 +8,18 @@
 
 #include <array>
 #include <memory>
+#include <utility>
 
 namespace kaunter {
 namespace {
 
+std::string& GivenName() {
+  static std::string name;
+  return name;
+}
+
 std::string HostName() {
+  if (!GivenName().empty()) return GivenName();
   std::array<char, 256> name{};
   if (gethostname(name.data(), name.size() - 1) != 0 || name[0] == '\0') return "unknown";
   return name.data();
@@ -35,6 +42,8 @@ std::string HostAddress() {
 }
 
 }  // namespace
+
+void NameThisHost(std::string name) { GivenName() = std::move(name); }
 
 Host ThisHost() { return {HostName(), HostAddress()}; }
 

@@ -12,5 +12,8 @@ struct Host {
 
 // Never throws: what the system does not tell is "unknown".
 Host ThisHost();
+// Another name for this PC: machines that several persons share would else pass for one. Before the
+// first session, and never again.
+void NameThisHost(std::string name);
 
 }  // namespace kaunter

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/host.h"
 #include "play/application_program.h"
 #include "play/options.h"
 #include "play/runner.h"
@@ -32,6 +33,7 @@ int Play(const PlayOptions& options, const std::string& program_folder) {
       return Runner::kStopped;
     }
   }
+  NameThisHost(options.computer);
   PlayDesk desk(std::cout);
   desk.SetRenderer(
       [](const ReportJob& job, const std::string& path) {

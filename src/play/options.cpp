@@ -9,8 +9,10 @@ namespace kaunter {
 PlayOptions ParsePlayOptions(const std::vector<std::string>& arguments) {
   PlayOptions options;
   const std::map<std::string, std::string*> with_value = {
-      {"--app", &options.app}, {"--database", &options.database}, {"--settings", &options.settings},
-      {"--now", &options.now}, {"--trace", &options.trace},       {"--out", &options.out},
+      {"--app", &options.app},           {"--database", &options.database},
+      {"--settings", &options.settings}, {"--now", &options.now},
+      {"--trace", &options.trace},       {"--out", &options.out},
+      {"--computer", &options.computer},
   };
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
@@ -35,7 +37,8 @@ PlayOptions ParsePlayOptions(const std::vector<std::string>& arguments) {
 
 const char* PlayUsage() {
   return "kaunter-play [--app DIR] [--database FILE] [--settings FILE]\n"
-         "             [--now \"yyyy-mm-dd hh:mm:ss\"] [--trace FILE] [--out DIR] [SCRIPT | -]\n";
+         "             [--now \"yyyy-mm-dd hh:mm:ss\"] [--trace FILE] [--out DIR]\n"
+         "             [--computer NAME] [SCRIPT | -]\n";
 }
 
 }  // namespace kaunter

@@ -14,6 +14,7 @@ struct PlayOptions {
   std::string now;       // "yyyy-mm-dd hh:mm:ss"
   std::string trace;     // file that takes every statement
   std::string out;       // folder that takes the reports
+  std::string computer;  // what this PC is called; "" for its own name
   std::string script;    // "-" or "": standard input
   bool help = false;
 };

@@ -68,10 +68,12 @@ TEST(Script, ABlockEndsAtItsEnd) {
 }
 
 TEST(PlayOptions, TheCommandLine) {
-  const PlayOptions options = ParsePlayOptions(
-      {"--database", "a.db", "--now", "2024-01-31 09:00:00", "--out", "paper", "-"});
+  const PlayOptions options =
+      ParsePlayOptions({"--database", "a.db", "--now", "2024-01-31 09:00:00", "--out", "paper",
+                        "--computer", "FRONT", "-"});
   EXPECT_EQ(options.database, "a.db");
   EXPECT_EQ(options.out, "paper");
+  EXPECT_EQ(options.computer, "FRONT");
   EXPECT_EQ(options.script, "-");
   const std::vector<std::vector<std::string>> refused = {
       {"--databse", "x"}, {"--out"}, {"a.play", "b.play"}, {"--now", "31-01-2024"}};
