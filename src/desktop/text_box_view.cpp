@@ -204,10 +204,11 @@ bool TextBoxView::StepDate(const QKeyEvent& event) {
 }
 
 bool TextBoxView::UseKey(const QKeyEvent& event) {
-  const bool opens = event.key() == Qt::Key_Down && (event.modifiers() & Qt::AltModifier);
+  const bool opens = event.key() == Qt::Key_F2 || event.key() == Qt::Key_F4 ||
+                     (event.key() == Qt::Key_Down && (event.modifiers() & Qt::AltModifier));
   if (!button_ || !box_.Editable()) return false;
   if (box_.kind() == Kind::date && StepDate(event)) return true;
-  if (box_.kind() == Kind::date && (opens || event.key() == Qt::Key_F4)) {
+  if (box_.kind() == Kind::date && opens) {
     OpenCalendar();
     return true;
   }

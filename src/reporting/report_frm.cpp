@@ -28,6 +28,10 @@ ReportFrm::ReportFrm(Session& session, Desk& desk)
     if (key == "F2") SearchCmd2.Click();
   };
   ListCombo.onPick = [this] { ShowList(); };
+  // On to the values of the list, and not to the print.
+  ListCombo.onKey = [this](std::string_view key) {
+    if (key == "Enter") FocusOn(List1);
+  };
   List1.onRow = [this](int) { InSingle.SetEnabled(true); };
   List2.onRow = [this](int) { OutSingle.SetEnabled(true); };
   List1.onOpen = [this](int, int) { Move(true, false); };
