@@ -93,9 +93,9 @@ TEST(ReportFrmKeys, EnterGoesThroughTheBoxesToTheListAndDoesNotPrint) {
 
 TEST(ReportFrmKeys, TabStopsAreReadFromTheTopToTheFoot) {
   OpenReport open("RekodTrans.rpt");
-  for (const char* next : {"DateTo", "IDFrom", "SearchCmd1", "IDTo", "SearchCmd2", "Check2", "Check3",
-                           "Check4", "ListCombo", "List1", "InAll", "List2", "SaveCmd",
-                           "CancelCmd", "DateFrom"}) {
+  for (const char* next :
+       {"DateTo", "IDFrom", "SearchCmd1", "IDTo", "SearchCmd2", "Check2", "Check3", "Check4",
+        "ListCombo", "List1", "InAll", "List2", "SaveCmd", "CancelCmd", "DateFrom"}) {
     open.Press(Qt::Key_Tab);
     EXPECT_EQ(open.Focus(), next);
   }
@@ -153,9 +153,9 @@ TEST(ReportFrmLook, WhatEachReportOffersIsDrawnWhole) {
   OpenReport open("CBBalance.rpt");
   for (const bool chinese : {false, true}) {
     open.office.session.ChineseFlag = chinese;
-    std::vector<std::string> files = {"CBIncome.rpt",    "LoanSchList.rpt", "ExpectedCollection.rpt",
-                                      "RekodTrans.rpt",  "CashVoucher.rpt", "LoanCreatedDate.rpt",
-                                      "LoanMastList2.rpt"};
+    std::vector<std::string> files = {
+        "CBIncome.rpt",    "LoanSchList.rpt",     "ExpectedCollection.rpt", "RekodTrans.rpt",
+        "CashVoucher.rpt", "LoanCreatedDate.rpt", "LoanMastList2.rpt"};
     for (const ReportCriteria& row : AllReportCriteria()) files.push_back(row.files.front());
     for (const std::string& file : files) {
       open.Open(file);
