@@ -1062,7 +1062,6 @@ CREATE INDEX IX_PaymentMast_CompCode_PayID ON PaymentMast (CompCode, PayID);
 CREATE INDEX IX_PaymentMast_CompCode_PayDate ON PaymentMast (CompCode, PayDate);
 CREATE INDEX IX_PaymentMast_CustID ON PaymentMast (CustID);
 CREATE INDEX IX_PaymentMast_DateCreated ON PaymentMast (DateCreated);
-CREATE INDEX IX_ChargeMast_LoanID_PType_TrxDate_ChargeAmt ON ChargeMast (LoanID, PType, TrxDate, ChargeAmt);
 CREATE INDEX IX_ChargeMast_CompCode_TrxDate ON ChargeMast (CompCode, TrxDate);
 CREATE INDEX IX_ChargeMast_CustID ON ChargeMast (CustID);
 CREATE INDEX IX_DrawDownMast_LoanID_TrxDate ON DrawDownMast (LoanID, TrxDate);

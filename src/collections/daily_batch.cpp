@@ -72,6 +72,16 @@ std::string NoTermEndCharge(const DateTime& day) {
   return NotCharged("l.LoanID + " + QuoteStr("-T" + DayOfKey(day)));
 }
 
+// Whether the loan was charged on the day before. A loan that is charged day after day has its
+// total raised by each day's charges; one whose lateness begins has it summed anew, so that a day
+// costs the same however long the rows before it.
+std::string ChargedTheDayBefore(std::string_view kind, const DateTime& day) {
+  return fmt::format(
+      "(CASE WHEN EXISTS (SELECT y.ChargeID FROM ChargeMast as y WHERE y.LoanID=l.LoanID AND "
+      "y.PType={} AND y.TrxDate={}) THEN 1 ELSE 0 END)",
+      QuoteStr(kind), SqlDate(day.AddDays(-1)));
+}
+
 // --- one charge
 
 struct Charge {
@@ -83,7 +93,11 @@ struct Charge {
   Money LateAmt;  // what it is worked out from
   Value LateInt;  // the rate
   Money ChargeAmt;
+  bool charged_the_day_before = false;  // the loan
 };
+
+constexpr std::string_view kLate = "Batch";
+constexpr std::string_view kTermEnd = "Batch Term End Interest";
 
 class DailyBatch {
  public:
@@ -160,13 +174,13 @@ class DailyBatch {
     for (const Portion& portion : portions) total += portion.rows;
     std::int64_t done = 0;
     for (const Portion& portion : portions) {
-      PostPortion("Batch", "Late Interest", [&] {
+      PostPortion(kLate, "Late Interest", [&] {
         std::vector<Charge> charges;
         Recordset row = main_.Query(
             "SELECT s.LoanID,s.SchID,s.DueDate,s.PayableAmt-s.Payment as BalDue,"
-            "l.LateChargePerDay,l.CustID,l.CompCode" +
-            rows + Within("l.LoanID", portion) + NoBatchCharge(day_) +
-            " ORDER BY s.LoanID,s.SchID");
+            "l.LateChargePerDay,l.CustID,l.CompCode," +
+            ChargedTheDayBefore(kLate, day_) + rows + Within("l.LoanID", portion) +
+            NoBatchCharge(day_) + " ORDER BY s.LoanID,s.SchID");
         for (; !row.Eof(); row.MoveNext()) charges.push_back(OverdueCharge(row));
         return charges;
       });
@@ -185,18 +199,20 @@ class DailyBatch {
             .DueDate = row.Field(2),
             .LateAmt = due,
             .LateInt = row.Field(4),
-            .ChargeAmt = DayCharge(due, CDbl(row.Field(4).ToText()))};
+            .ChargeAmt = DayCharge(due, CDbl(row.Field(4).ToText())),
+            .charged_the_day_before = CLng(row.Field(7).ToText()) != 0};
   }
 
   void PostTermEnds() {
     const std::string loans = TermEndLoans(day_);
     for (const Portion& portion :
          Portions(main_.Query("SELECT l.LoanID,1" + loans + " ORDER BY l.LoanID"))) {
-      PostPortion("Batch Term End Interest", "Term End Interest", [&] {
+      PostPortion(kTermEnd, "Term End Interest", [&] {
         std::vector<Charge> charges;
         Recordset row = main_.Query(
-            "SELECT l.LoanID,l.EndTermIntDate,l.LoanBal,l.InsRate,l.CustID,l.CompCode" + loans +
-            Within("l.LoanID", portion) + NoTermEndCharge(day_) + " ORDER BY l.LoanID");
+            "SELECT l.LoanID,l.EndTermIntDate,l.LoanBal,l.InsRate,l.CustID,l.CompCode," +
+            ChargedTheDayBefore(kTermEnd, day_) + loans + Within("l.LoanID", portion) +
+            NoTermEndCharge(day_) + " ORDER BY l.LoanID");
         for (; !row.Eof(); row.MoveNext()) charges.push_back(TermEndCharge(row));
         return charges;
       });
@@ -213,7 +229,8 @@ class DailyBatch {
             .DueDate = row.Field(1),
             .LateAmt = balance,
             .LateInt = row.Field(3),
-            .ChargeAmt = DayCharge(balance, CDbl(row.Field(3).ToText()))};
+            .ChargeAmt = DayCharge(balance, CDbl(row.Field(3).ToText())),
+            .charged_the_day_before = CLng(row.Field(6).ToText()) != 0};
   }
 
   static Money Amount(const Value& value) { return Money::FromText(value.ToText()); }
@@ -253,11 +270,28 @@ class DailyBatch {
           charge.LateInt.ToText(), charge.ChargeAmt.ToText(), QuoteStr(text), user_,
           QuoteStr(kind)));
     }
+    Money of_loan;
     for (std::size_t i = 0; i < charges.size(); ++i) {
+      of_loan += charges[i].ChargeAmt;
       const bool last_of_loan =
           i + 1 == charges.size() || !SameText(charges[i].LoanID, charges[i + 1].LoanID);
-      if (last_of_loan) RefreshChargeTotals(main_, charges[i].LoanID);
+      if (!last_of_loan) continue;
+      RaiseTotal(charges[i], of_loan);
+      of_loan = Money();
     }
+  }
+
+  // On the first of a month every total is summed anew, which mends one that another program
+  // spoilt.
+  void RaiseTotal(const Charge& of, Money by) {
+    if (!of.charged_the_day_before || day_.day == 1) {
+      RefreshChargeTotals(main_, of.LoanID);
+      return;
+    }
+    main_.Execute(
+        fmt::format("UPDATE LoanMast SET TotCollectorAmt=isnull(TotCollectorAmt,0)+{} WHERE "
+                    "LoanID={}",
+                    by.ToText(), QuoteStr(of.LoanID)));
   }
 
   // --- the end of a day

@@ -191,6 +191,20 @@ void PatchLHDNQR(Start& start) {
   RefreshEInvoiceCodeTables(start.session, start.desk, {});
 }
 
+// An administrator may have made the index before, and some offices began with it but without the
+// key; then only the key is missing.
+void PatchChargeIndex(Start& start) {
+  if (!start.value.empty()) return;
+  constexpr int kIndexExists = 1913;
+  constexpr int kObjectExists = 2714;  // how the other engines put it
+  try {
+    start.Patch(patches::kChargeIndex);
+  } catch (const SqlError& error) {
+    if (error.number() != kIndexExists && error.number() != kObjectExists) throw;
+    start.main().Execute(patches::kChargeIndex.statements.back());
+  }
+}
+
 // --- the sequence. Some patches rely on earlier ones; the order never changes.
 
 const std::vector<Step>& Steps() {
@@ -238,6 +252,7 @@ const std::vector<Step>& Steps() {
       PatchOnce(patches::kCreateSelfBillTable),
       PatchOnce(patches::kSuppCity),
       PatchOnce(patches::kLongDescription),
+      PatchWith(patches::kChargeIndex, PatchChargeIndex),
   };
   return steps;
 }

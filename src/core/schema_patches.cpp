@@ -211,6 +211,14 @@ const Patch kLongDescription = {
     {"ALTER Table MasterReport alter column s4 nvarchar(1500)",
      "INSERT INTO Systemast (Param,Value) VALUES ('MasterReportS4','1')"}};
 
+// The charges of a loan are summed from their index alone.
+const Patch kChargeIndex = {
+    "ChargeIndex",
+    true,
+    {"create index IX_ChargeMast_LoanID_PType_TrxDate_ChargeAmt on ChargeMast "
+     "(LoanID,PType,TrxDate,ChargeAmt)",
+     "INSERT INTO Systemast (Param,Value) VALUES ('ChargeIndex','1')"}};
+
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
     "UserID nvarchar(50) NULL, "

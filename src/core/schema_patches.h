@@ -40,6 +40,7 @@ extern const Patch kLastDownDate;
 extern const Patch kCreateSelfBillTable;
 extern const Patch kSuppCity;
 extern const Patch kLongDescription;
+extern const Patch kChargeIndex;
 
 // Made when the table is missing, without a key.
 extern const std::string_view kHolidayMast;

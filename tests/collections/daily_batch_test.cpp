@@ -134,6 +134,53 @@ TEST_F(DailyBatchTest, TheColumnsOfAChargeAndTheTotalsOfTheLoan) {
   EXPECT_EQ(Lines(main(), "SELECT TotCollectorAmt,TotInt FROM LoanMast"), "10.38 -4\n");
 }
 
+// Day after day the total is raised by the charges of the day. It is summed anew where lateness
+// begins and on the first of a month, which mends what another program spoilt.
+TEST_F(DailyBatchTest, ATotalIsRaisedDayByDayAndSummedAnewNowAndThen) {
+  office.session.clock.Set({2024, 3, 5, 9, 0, 0});
+  office.Run(kLoan);
+  const struct {
+    const char* what;
+    const char* change;
+    DateTime day;
+    const char* totals;
+  } cases[] = {
+      {"lateness begins",
+       "UPDATE LoanMast SET TotCollectorAmt=999,TotInt=999",
+       {2024, 1, 31},
+       "0.49 0\n"},
+      {"a first of the month", "UPDATE LoanMast SET TotCollectorAmt=999", {2024, 2, 1}, "0.98 0\n"},
+      {"the next day", "UPDATE LoanMast SET TotCollectorAmt=100", {2024, 2, 2}, "100.49 0\n"},
+      {"a waived charge is a charge",
+       "UPDATE ChargeMast SET ChargeAmt=0 WHERE ChargeID='L1-1-B20240202';"
+       "UPDATE LoanMast SET TotCollectorAmt=0.98",
+       {2024, 2, 3},
+       "1.47 0\n"},
+      {"the same day again", "UPDATE LoanMast SET TotCollectorAmt=7", {2024, 2, 3}, "7 0\n"},
+      {"a second row of a day",
+       "INSERT INTO SchMast (SchID,LoanID,CustID,DueDate,PayableAmt,Payment) VALUES "
+       "(2,'L1','C1','2024-02-03',2000,0);UPDATE LoanMast SET TotCollectorAmt=1.47",
+       {2024, 2, 3},
+       "2.46 0\n"},  // 0.98630 more
+      {"after a day without",
+       "DELETE FROM ChargeMast WHERE TrxDate='2024-02-03'",
+       {2024, 2, 4},
+       "2.46 0\n"},
+      {"the term ends",
+       "UPDATE LoanMast SET EndTermIntDate='2024-02-05',TotCollectorAmt=9",
+       {2024, 2, 5},
+       "4.1 0\n"},
+      {"and goes on", "UPDATE LoanMast SET TotCollectorAmt=5", {2024, 2, 6}, "6.64 0\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    if (*c.change != '\0') office.Run(c.change);
+    office.Run("DELETE FROM Systemast WHERE Param='DailyBatchDate'");
+    Post(main(), c.day);
+    EXPECT_EQ(Lines(main(), "SELECT TotCollectorAmt,TotInt FROM LoanMast"), c.totals);
+  }
+}
+
 TEST_F(DailyBatchTest, ADayIsPostedOnce) {
   office.Run(kLoan);
   Post(main(), kToday);

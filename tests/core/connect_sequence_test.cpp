@@ -63,11 +63,11 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                   "PaymentReaderOldMethod", "IDEAL", "CalcAmt", "OrgDueDate", "EInv",
                   "AutoProcessingFeeRate", "AutoStampingFeeRate", "AutoLoanPurpose", "EInvCustName",
                   "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
-                  "CreateSelfBillTable", "SuppCity", "MasterReportS4"));
+                  "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex"));
   for (const char* key :
        {"Patch-Drawdown", "AMLA", "DataExportFlag", "DisableSTR", "LampiranA", "OrgDueDate", "EInv",
         "EInvCustName", "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
-        "CreateSelfBillTable", "SuppCity", "MasterReportS4"}) {
+        "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex"}) {
     EXPECT_EQ(ReadSetting(office.session.Main(), key), "1") << key;
   }
   auto shape = office.Shape();
@@ -162,6 +162,24 @@ TEST(SettingsTest, TruthValues) {
   }
   for (const char* text : {"", "0", "0.00", "False", "yes", "x"}) {
     EXPECT_FALSE(CountsAsTrue(text)) << text;
+  }
+}
+
+// Of an office from before the index, and of one that has the index without the key.
+TEST(ConnectSequenceTest, AnExistingOfficeGetsTheIndexOfItsCharges) {
+  const char* drop = "DROP INDEX ChargeMast.IX_ChargeMast_LoanID_PType_TrxDate_ChargeAmt";
+  for (const bool has_index : {false, true}) {
+    SCOPED_TRACE(has_index);
+    Office office(Office::State::patched);
+    if (!has_index) office.Run(drop);
+    office.Run("DELETE FROM Systemast WHERE Param='ChargeIndex'");
+    office.Connect();
+    EXPECT_EQ(ReadSetting(office.session.Main(), "ChargeIndex"), "1");
+    EXPECT_FALSE(office.session.Main().InTransaction());
+    office.Run(drop);  // fails where there is none
+    office.Connect();  // once is enough
+    EXPECT_THROW(office.Run(drop), SqlError);
+    EXPECT_THAT(office.desk.messages, IsEmpty());
   }
 }
 
