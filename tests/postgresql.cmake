@@ -1,5 +1,5 @@
-# The play scripts, and eight desktops at once, on a PostgreSQL server: script/test --engine postgresql starts one. Where
-# there is none they are skipped.
+# The play scripts, eight desktops at once and the daily batch on a PostgreSQL server: script/test --engine postgresql
+# starts one. Where there is none they are skipped.
 if(TARGET kaunter-play)
   get_property(all DIRECTORY PROPERTY TESTS)
   foreach(name ${all})
@@ -27,6 +27,10 @@ if(TARGET kaunter-play)
       -DOFFICE=${CMAKE_BINARY_DIR}/play-postgresql/eight-desktops -DNAME=eight_desktops
       -P ${CMAKE_CURRENT_SOURCE_DIR}/play/eight_desktops.cmake)
   list(APPEND on_server postgresql-eight-desktops)
+  if(TARGET test_dailybatch)
+    add_test(NAME postgresql-daily-batch COMMAND test_dailybatch --gtest_filter=Postgresql*)
+    list(APPEND on_server postgresql-daily-batch)
+  endif()
   set_tests_properties(${on_server} PROPERTIES LABELS "postgresql;only-postgresql"
     SKIP_REGULAR_EXPRESSION "no PostgreSQL server to play on")
 endif()

@@ -1,4 +1,5 @@
-// The program itself: what it says and how it ends, and that it may be killed at any moment.
+// The program itself: what it says and how it ends, and that it may be killed at any moment; this
+// on a PostgreSQL server too, where script/with-postgresql has started one.
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <signal.h>
@@ -6,6 +7,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <random>
@@ -25,6 +27,11 @@ constexpr int kKilled = -1;
 
 class DailyBatchProgramTest : public ::testing::Test {
  protected:
+  virtual std::vector<std::string> WhichOffice() { return {"--database", file}; }
+  virtual std::unique_ptr<Connection> Connect() {
+    return OpenSqlite("MainConn", file, false, clock);
+  }
+
   pid_t Start(const std::string& date) {
     const pid_t child = fork();
     if (child == 0) {
@@ -32,8 +39,13 @@ class DailyBatchProgramTest : public ::testing::Test {
       dup2(out, 1);
       dup2(out, 2);
       const std::string program = KAUNTER_BINARY_DIR "/bin/DailyBatch/DailyBatch";
-      execl(program.c_str(), program.c_str(), "--app", folder.path().c_str(), "--database",
-            file.c_str(), "--now", "2024-01-31 14:05:09", date.c_str(), nullptr);
+      std::vector<std::string> words = {
+          program, "--app", folder.path(), "--now", "2024-01-31 14:05:09", date};
+      for (const std::string& word : WhichOffice()) words.push_back(word);
+      std::vector<char*> arguments;
+      for (std::string& word : words) arguments.push_back(word.data());
+      arguments.push_back(nullptr);
+      execv(program.c_str(), arguments.data());
       _exit(127);
     }
     return child;
@@ -66,9 +78,7 @@ class DailyBatchProgramTest : public ::testing::Test {
   std::string Log() { return Text(folder.File("logs/log31-01-2024.log")); }
 
   // 150 loans of ten rows that fell due before the days in question.
-  void MakeOffice() {
-    Office office{Office::State::patched};
-    Connection& main = office.session.Main();
+  static void AddLoans(Connection& main) {
     main.BeginTrans();
     for (int loan = 1; loan <= 150; ++loan) {
       main.Execute(
@@ -84,19 +94,23 @@ class DailyBatchProgramTest : public ::testing::Test {
     }
     main.Execute("INSERT INTO Systemast (Param,Value) VALUES ('DailyBatchDate','2024-01-28')");
     main.CommitTrans();
+  }
+
+  virtual void MakeOffice() {
+    Office office{Office::State::patched};
+    AddLoans(office.session.Main());
     office.session.MainConn.reset();
     std::filesystem::copy_file(office.folder.File("office.db"), kept);
   }
 
-  void Fresh() {
+  virtual void Fresh() {
     for (const char* tail : {"", "-wal", "-shm"}) std::filesystem::remove(file + tail);
     std::filesystem::copy_file(kept, file);
   }
 
   std::string State() {
     std::string text;
-    Clock clock;
-    const auto main = OpenSqlite("MainConn", file, false, clock);
+    const auto main = Connect();
     for (const char* sql : {"SELECT ChargeID,ChargeAmt FROM ChargeMast ORDER BY ChargeID",
                             "SELECT LoanID,TotCollectorAmt FROM LoanMast ORDER BY LoanID",
                             "SELECT Value FROM Systemast WHERE Param='DailyBatchDate'"}) {
@@ -109,12 +123,16 @@ class DailyBatchProgramTest : public ::testing::Test {
     return text;
   }
 
+  void ExpectToBearKilling();
+  void ExpectTwoToBeAsOne();
+
+  Clock clock;
   TempFolder folder;
   std::string file = folder.File("office.db");
   std::string kept = folder.File("kept.db");
 };
 
-TEST_F(DailyBatchProgramTest, IsKilledAndRunAgain) {
+void DailyBatchProgramTest::ExpectToBearKilling() {
   MakeOffice();
   Fresh();
   const auto begin = std::chrono::steady_clock::now();
@@ -144,7 +162,7 @@ TEST_F(DailyBatchProgramTest, IsKilledAndRunAgain) {
   EXPECT_GT(killed, 0);
 }
 
-TEST_F(DailyBatchProgramTest, TwoAtOnceAreAsOne) {
+void DailyBatchProgramTest::ExpectTwoToBeAsOne() {
   MakeOffice();
   Fresh();
   ASSERT_EQ(Run("31-01-2024"), 0) << Said();
@@ -156,6 +174,50 @@ TEST_F(DailyBatchProgramTest, TwoAtOnceAreAsOne) {
   EXPECT_EQ(StatusOf(second), 0) << Said();
   EXPECT_EQ(State(), undisturbed);
 }
+
+TEST_F(DailyBatchProgramTest, IsKilledAndRunAgain) { ExpectToBearKilling(); }
+TEST_F(DailyBatchProgramTest, TwoAtOnceAreAsOne) { ExpectTwoToBeAsOne(); }
+
+class PostgresqlBatchTest : public DailyBatchProgramTest {
+ protected:
+  void SetUp() override {
+    const char* server = std::getenv("KAUNTER_POSTGRESQL");
+    if (server == nullptr) GTEST_SKIP() << "no PostgreSQL server to play on";
+    ASSERT_EQ(std::system("dropdb --if-exists --force daily_batch 2>/dev/null && "
+                          "createdb -T template0 -E UTF8 daily_batch"),
+              0);
+    odbc = std::string(server) + ";Database=daily_batch";
+    std::ofstream(folder.File("settings.ini"))
+        << "ConnDataSource = Office\n[Office]\nodbc = " << odbc << "\n";
+  }
+  std::vector<std::string> WhichOffice() override {
+    return {"--settings", folder.File("settings.ini")};
+  }
+  std::unique_ptr<Connection> Connect() override { return OpenOdbc("MainConn", odbc, clock); }
+  void MakeOffice() override {
+    Session session;
+    SilentDesk desk;
+    session.AppPath = folder.path();
+    MakeLogFolder(session);
+    session.MainConn = Connect();
+    CreateEmptyOffice(session.Main());
+    RunConnectSequence(session, desk, [](std::string_view) {});
+    AddLoans(session.Main());
+  }
+  void Fresh() override {
+    const auto main = Connect();
+    main->BeginTrans();
+    main->Execute("DELETE FROM ChargeMast");
+    main->Execute("UPDATE LoanMast SET TotCollectorAmt=0");
+    main->Execute("UPDATE Systemast SET Value='2024-01-28' WHERE Param='DailyBatchDate'");
+    main->CommitTrans();
+  }
+
+  std::string odbc;
+};
+
+TEST_F(PostgresqlBatchTest, IsKilledAndRunAgain) { ExpectToBearKilling(); }
+TEST_F(PostgresqlBatchTest, TwoAtOnceAreAsOne) { ExpectTwoToBeAsOne(); }
 
 TEST_F(DailyBatchProgramTest, SaysWhatIsWrong) {
   EXPECT_EQ(Run("31-01-2024"), 2);
