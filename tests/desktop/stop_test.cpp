@@ -1,0 +1,138 @@
+// A person stops long work at its bar: it ends there, says how far it came, and nothing is half
+// done.
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QPushButton>
+#include <QTimer>
+
+#include "collections/verify_ledger_frm.h"
+#include "core/values.h"
+#include "desktop/progress_dialog.h"
+#include "loans/rebuild.h"
+#include "test_screen.h"
+#include "tests/core/office.h"
+
+namespace kaunter {
+namespace {
+
+using ::testing::AnyOf;
+using ::testing::ElementsAre;
+using ::testing::MatchesRegex;
+
+constexpr int kLoans = 2000;
+constexpr int kLoansAtOnce = 250;
+
+class BarDesk : public QuietDesk {
+ public:
+  std::unique_ptr<ProgressBar> Progress(std::string_view title) override {
+    return MakeProgress(title, nullptr);
+  }
+};
+
+// Presses the button, or Esc, once half of the work is done.
+class Hand {
+ public:
+  explicit Hand(bool by_key) {
+    QObject::connect(&timer_, &QTimer::timeout, [this, by_key] {
+      for (QWidget* window : QApplication::topLevelWidgets()) {
+        auto* bar = dynamic_cast<ProgressDialog*>(window);
+        if (bar == nullptr || bar->range() == 0 || bar->position() * 2 < bar->range()) continue;
+        timer_.stop();
+        stopped_at = bar->position();
+        auto* button = bar->findChild<QPushButton*>();
+        ASSERT_NE(button, nullptr);
+        EXPECT_EQ(button->text(), "Stop");
+        if (by_key) {
+          QTest::keyClick(bar, Qt::Key_Escape);
+        } else {
+          QTest::mouseClick(button, Qt::LeftButton);
+        }
+      }
+    });
+    timer_.start(0);
+  }
+  int stopped_at = 0;
+
+ private:
+  QTimer timer_;
+};
+
+class StopTest : public ::testing::Test {
+ protected:
+  StopTest() {
+    office.session.CurrentLevel = 4;
+    office.session.CurrentCompCode = "HQ";
+    Connection& main = office.session.Main();
+    main.BeginTrans();
+    for (int i = 0; i < kLoans; ++i) {
+      const std::string id = QuoteStr(fmt::format("L{:04}", i));
+      main.Execute(
+          fmt::format("INSERT INTO LoanMast (LoanID,CustID,CompCode,DragLoan,LoanAmt,LoanStatus) "
+                      "VALUES ({},'C','HQ','0',1100,'ACTIVE')",
+                      id));
+      for (int row = 1; row <= 6; ++row) {
+        main.Execute(
+            fmt::format("INSERT INTO SchMast (SchID,LoanID,DueDate,PayableAmt,CapitalAmt,"
+                        "InterestAmt) VALUES ({0},{1},'2024-0{0}-15',110,100,10)",
+                        row, id));
+      }
+    }
+    for (int i = 0; i < kLoans; ++i) RebuildLoan(main, fmt::format("L{:04}", i));
+    main.Execute("UPDATE LoanMast SET TotPay=5 WHERE LoanID='L0003'");
+    main.CommitTrans();
+  }
+  std::string Loans() {
+    std::string text;
+    const Recordset rows = office.session.Main().Query(
+        "SELECT LoanID,TotPay,LoanBal,NextDueDate FROM LoanMast ORDER BY LoanID");
+    for (const auto& row : rows.rows()) {
+      for (const Value& field : row) text += field.ToText() + " ";
+    }
+    return text;
+  }
+  Office office{Office::State::patched};
+  BarDesk desk;
+};
+
+TEST_F(StopTest, VerifyLedgerEndsWhereItIsStopped) {
+  const std::string before = Loans();
+  for (const bool by_key : {false, true}) {
+    SCOPED_TRACE(by_key);
+    VerifyLedgerFrm screen(office.session, desk);
+    ScreenDialog dialog(screen, nullptr);
+    dialog.Open();
+    OpenScreen::Wait();
+    desk.messages.clear();
+    Hand hand(by_key);
+    screen.VerifyCmd.Click();
+    OpenScreen::Wait();
+    EXPECT_GE(hand.stopped_at, kLoans / 2);
+    EXPECT_LT(hand.stopped_at, kLoans);
+    // The portion in work is finished, no other begun.
+    const auto told = [](int loans) {
+      return fmt::format("Stopped: 1 of {} loans does not hold", loans);
+    };
+    EXPECT_THAT(desk.messages, ElementsAre(AnyOf(told(hand.stopped_at),
+                                                 told(hand.stopped_at + kLoansAtOnce))));
+    EXPECT_THAT(desk.messages, ElementsAre(screen.ResultLBL.Text()));
+    EXPECT_FALSE(office.session.Main().InTransaction());
+    EXPECT_EQ(Loans(), before);
+    // What it has found is there to be worked on.
+    ASSERT_GT(screen.DG.RowCount(), 0);
+    EXPECT_EQ(screen.DG.Cell(0, 0), "L0003");
+    EXPECT_TRUE(screen.RepairCmd.enabled());
+  }
+  EXPECT_THAT(office.Log().back(), MatchesRegex(".*Verify Ledger HQ - Stopped: .*"));
+  // And it begins anew.
+  VerifyLedgerFrm screen(office.session, desk);
+  ScreenDialog dialog(screen, nullptr);
+  dialog.Open();
+  desk.messages.clear();
+  screen.VerifyCmd.Click();
+  EXPECT_THAT(desk.messages, ElementsAre(fmt::format("1 of {} loans does not hold", kLoans)));
+}
+
+}  // namespace
+}  // namespace kaunter
