@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <exception>
+#include <utility>
 
 #include "collections/reading.h"
 #include "core/log.h"
@@ -104,12 +105,14 @@ void Reminderfrm::Process() {
                   [&] { skipped = Sort(first, second); })) {
     return;
   }
-  const bool done = SendAll(first) && SendAll(second);
+  std::vector<Letter> printed;
+  const bool sent = SendAll(first, printed) && SendAll(second, printed);
+  const bool kept = printed.empty() || !ConfirmDates(printed) || KeepDates(printed);
   if (!skipped.empty()) {
     Tell(MessageKind::warning,
          {fmt::format("Not in arrears any more, no letter: {}", fmt::join(skipped, ", "))});
   }
-  if (done) Tell(MessageKind::information, {"Process completed"});
+  if (sent && kept) Tell(MessageKind::information, {"Process completed"});
   List();
 }
 
@@ -142,15 +145,23 @@ std::vector<std::string> Reminderfrm::Sort(Letter& first, Letter& second) {
   return skipped;
 }
 
-bool Reminderfrm::SendAll(const Letter& letter) {
+bool Reminderfrm::SendAll(const Letter& letter, std::vector<Letter>& printed) {
   for (std::size_t begin = 0; begin < letter.loans.size(); begin += kLettersAPrint) {
     const std::size_t end = std::min(begin + kLettersAPrint, letter.loans.size());
     Letter part = letter;
     part.loans.assign(letter.loans.begin() + static_cast<std::ptrdiff_t>(begin),
                       letter.loans.begin() + static_cast<std::ptrdiff_t>(end));
-    if (!Print(part) || !KeepDates(part)) return false;
+    if (!Print(part)) return false;
+    printed.push_back(std::move(part));
   }
   return true;
+}
+
+// A preview may have been looked at only.
+bool Reminderfrm::ConfirmDates(const std::vector<Letter>& printed) {
+  std::size_t count = 0;
+  for (const Letter& letter : printed) count += letter.loans.size();
+  return Confirm({fmt::format("Confirm to update reminder date of {} loan(s) as today ?", count)});
 }
 
 bool Reminderfrm::Print(const Letter& letter) {
@@ -173,20 +184,22 @@ bool Reminderfrm::Print(const Letter& letter) {
   }
 }
 
-bool Reminderfrm::KeepDates(const Letter& letter) {
-  return Attempt(fmt::format("Reminder Letter - {}", letter.file),
-                 {"The letters are printed, but their dates are not on the loans"}, [&] {
+bool Reminderfrm::KeepDates(const std::vector<Letter>& printed) {
+  return Attempt(title().english, {"The letters are printed, but their dates are not on the loans"},
+                 [&] {
                    const Hourglass busy(desk());
-                   const auto bar = desk().Progress(title().english);
-                   bar->SetRange(static_cast<int>(letter.loans.size()));
                    const std::string today = SqlDate(ServerNow(main(), false));
-                   for (const std::string& id : letter.loans) {
-                     bar->SetText(id);
-                     ExecuteOnRow(main(),
-                                  fmt::format("UPDATE LoanMast SET {}={} WHERE LoanID={}",
-                                              letter.column, today, QuoteStr(id)),
-                                  id);
-                     bar->Step();
+                   for (const Letter& letter : printed) {
+                     const auto bar = desk().Progress(title().english);
+                     bar->SetRange(static_cast<int>(letter.loans.size()));
+                     for (const std::string& id : letter.loans) {
+                       bar->SetText(id);
+                       ExecuteOnRow(main(),
+                                    fmt::format("UPDATE LoanMast SET {}={} WHERE LoanID={}",
+                                                letter.column, today, QuoteStr(id)),
+                                    id);
+                       bar->Step();
+                     }
                    }
                  });
 }

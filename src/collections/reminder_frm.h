@@ -1,7 +1,8 @@
 // Reminderfrm, "Reminder Letter": loans in arrears whose money has been drawn in full. Those that
 // are ticked get their letter: the first reminder, or the second when a first one has gone out. The
-// letters of a kind are one print, a page a loan, and only a print that succeeded leaves its date
-// on the loans. The screen speaks English whatever the language in force.
+// letters of a kind are one print, a page a loan. After the prints one question decides whether
+// their date goes on the loans, since a preview may have been looked at only; a print that failed
+// leaves none. The screen speaks English whatever the language in force.
 #pragma once
 
 #include <string>
@@ -49,9 +50,10 @@ class Reminderfrm : public SessionScreen {
   // Sorts the ticked loans under their letters; gives those that are not in arrears any more.
   std::vector<std::string> Sort(Letter& first, Letter& second);
   // These give false when it went wrong, which has then been told.
-  bool SendAll(const Letter& letter);
+  bool SendAll(const Letter& letter, std::vector<Letter>& printed);
   bool Print(const Letter& letter);
-  bool KeepDates(const Letter& letter);
+  bool KeepDates(const std::vector<Letter>& printed);
+  bool ConfirmDates(const std::vector<Letter>& printed);
 
   std::string listed_date_;  // the date that the list was read for
 };

@@ -19,6 +19,10 @@ const std::string kId = "HQ0001-001";
 // A printer that may be out of order, and a floor on which other screens are opened.
 class ArrearsDesk : public AgreeingDesk {
  public:
+  bool Ask(std::string_view title, std::string_view text) override {
+    return AgreeingDesk::Ask(title, text) && text != refuses;
+  }
+  std::string refuses;
   bool CanShow(std::string_view) const override { return true; }
   void Show(std::string_view screen) override {
     shown.push_back(std::string(screen) + " " + session->CallerTag + " " + session->HandOverCustID +
@@ -457,7 +461,9 @@ TEST_F(ReminderTest, TheFirstLetterThenTheSecond) {
   counter.agrees = true;
   counter.questions.clear();
   screen.SaveCmd.Click();
-  EXPECT_EQ(counter.questions, std::vector<std::string>{"Confirm to process"});
+  EXPECT_EQ(counter.questions,
+            (std::vector<std::string>{"Confirm to process",
+                                      "Confirm to update reminder date of 3 loan(s) as today ?"}));
   EXPECT_EQ(counter.printed, (std::vector<std::string>{
                                  "Reminder.rpt {LoanMast.LoanID}='A1' or {LoanMast.LoanID}='A3'",
                                  "Reminder2.rpt {LoanMast.LoanID}='A2'"}));
@@ -484,6 +490,16 @@ TEST_F(ReminderTest, ALetterThatWasNotPrintedLeavesNoDate) {
   screen.SaveCmd.Click();
   EXPECT_EQ(LastMessage(), "Reminder Letter: the printer is on fire");
   EXPECT_EQ(Dates(), "A1 2024-01-31 \nA2 2024-01-12 \nA3 2024-01-31 \n");
+}
+
+TEST_F(ReminderTest, AnOnlyPreviewedLetterLeavesNoDate) {
+  const std::string before = Dates();
+  screen.SelectAllCmd.Click();
+  counter.refuses = "Confirm to update reminder date of 3 loan(s) as today ?";
+  screen.SaveCmd.Click();
+  EXPECT_EQ(counter.printed.size(), 2u);
+  EXPECT_EQ(LastMessage(), "Reminder Letter: Process completed");
+  EXPECT_EQ(Dates(), before);
 }
 
 TEST_F(ReminderTest, DatesAreStoredTogetherOrNotAtAll) {

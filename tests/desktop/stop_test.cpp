@@ -114,8 +114,8 @@ TEST_F(StopTest, VerifyLedgerEndsWhereItIsStopped) {
     const auto told = [](int loans) {
       return fmt::format("Stopped: 1 of {} loans does not hold", loans);
     };
-    EXPECT_THAT(desk.messages, ElementsAre(AnyOf(told(hand.stopped_at),
-                                                 told(hand.stopped_at + kLoansAtOnce))));
+    EXPECT_THAT(desk.messages,
+                ElementsAre(AnyOf(told(hand.stopped_at), told(hand.stopped_at + kLoansAtOnce))));
     EXPECT_THAT(desk.messages, ElementsAre(screen.ResultLBL.Text()));
     EXPECT_FALSE(office.session.Main().InTransaction());
     EXPECT_EQ(Loans(), before);
