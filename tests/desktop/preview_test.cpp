@@ -7,6 +7,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QPrintDialog>
 #include <QPushButton>
 #include <csignal>
 #include <fstream>
@@ -230,6 +231,24 @@ TEST(ReportWait, StopEndsALongRead) {
   press.stop();
   EXPECT_GE(pressed, 1);
   EXPECT_EQ(main.Query("SELECT COUNT(*) FROM NumberMast").Field(0).ToText(), "1000");
+}
+
+// Through the dialog into a file: what a PC without a printer offers.
+TEST(Paper, GoesThroughThePrintDialog) {
+  TempFolder folder;
+  const std::string path = folder.File("paper.pdf");
+  QTimer::singleShot(200, qApp, [&] {
+    auto* dialog = qobject_cast<QPrintDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    auto* name = dialog->findChild<QLineEdit*>("filename");
+    ASSERT_NE(name, nullptr);
+    name->setText(Q(path));
+    dialog->accept();
+  });
+  EXPECT_TRUE(PrintDocument(ListOf(3).document, nullptr, false));
+  EXPECT_EQ(Content(path).substr(0, 5), "%PDF-");
+  QTimer::singleShot(200, qApp, [] { QApplication::activeModalWidget()->close(); });
+  EXPECT_FALSE(PrintDocument(ListOf(3).document, nullptr, false));
 }
 
 // In its own proportions, at the edge that is told; one that cannot be read is left out.
