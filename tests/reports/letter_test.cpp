@@ -397,7 +397,7 @@ TEST(ReportFile, ADamagedFileIsRefusedOrPrinted) {
     const ReportFile whole = ReportFile::Read(entry.path().string());
     ASSERT_FALSE(LayOut(whole, {}, rows).pages.empty());
     std::mt19937 random(20240131);
-    for (int i = 0; i < 150; ++i) {
+    for (int i = 0; i < 40; ++i) {
       const std::string damaged = Damaged(text, random);
       try {
         LayOut(ReportFile::Parse(damaged, KAUNTER_SOURCE_DIR "/reports/t.rpt"), {}, rows);
