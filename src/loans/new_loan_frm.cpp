@@ -148,7 +148,7 @@ NewLoanFrm::NewLoanFrm(Session& session, Desk& desk)
       vsd(*this, "vsd", {"Post-dated Cheques", "期票"}, ChequeColumns(), &DrawDownPage),
       guarantors{{*this, 0, Guarantor1}, {*this, 1, Guarantor2}},
       Vsd2(*this, "Vsd2", {"Check List", "查核表"},
-           {{{"Description", "说明"}, Kind::text, 44},
+           {{{"Description", "说明"}, Kind::text, 52},
             {{"Detail", "详情"}, Kind::text, 20},
             {{"Checked", "已查核"}, Kind::text, 8},
             {{"Remarks", "备注"}, Kind::text, 30}},
