@@ -486,6 +486,12 @@ TEST_P(Behaviour, ShapesOfStatements) {
        "CompCode",
        "HQ|3000\nKL|500.05"},
       {"", "select count(*) from LoanMast l having (select sum(l.LoanAmt))=3500.05", "2"},
+      {"",
+       "select count(*) from LoanMast l having exists (select 1 from SchMast having "
+       "count(l.LoanID)=2)",
+       "2"},
+      {"", "select 'one' from SchMast where LoanID='none' having 1=1 or 1=2", "one"},
+      {"", "select 'one' from SchMast having 1=2 or 2=1", ""},
       {"", "select sum(l.LoanAmt)+(select sum(s.Payment) from SchMast s) from LoanMast l",
        "4583.38"},
   });

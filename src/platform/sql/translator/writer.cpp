@@ -337,7 +337,10 @@ void Writer::WriteCore(const SelectCore& core, const std::vector<std::string_vie
     }
     const std::string_view name =
         names != nullptr ? (*names)[column] : std::string_view(core.columns[column].name);
-    WriteItem(item, name, derived, collate, single);
+    // HAVING without GROUP BY makes one group of all rows. SQLite wants to see that in the select
+    // list, where an aggregate may be missing or be an outer query's.
+    const bool group = i == 0 && core.having != nullptr && core.group_by.empty();
+    WriteItem(item, name, derived, collate, single, group);
     while (column < core.columns.size() && core.item_of[column] == i) ++column;
   }
   const bool keep = std::exchange(keep_table_order_, ListsAll(core));
@@ -357,7 +360,7 @@ void Writer::WriteCore(const SelectCore& core, const std::vector<std::string_vie
 }
 
 void Writer::WriteItem(const SelectItem& item, std::string_view name, bool derived, bool collate,
-                       bool single) {
+                       bool single, bool group) {
   if (item.expr == nullptr) {
     if (!item.star_qualifier.empty()) {
       Name(item.star_qualifier);
@@ -367,8 +370,10 @@ void Writer::WriteItem(const SelectItem& item, std::string_view name, bool deriv
     return;
   }
   if (single) out_ += "k_one(";
+  if (group) out_ += "CASE WHEN count(*) >= 0 THEN ";
   Collated(*item.expr, collate && !single && item.expr->type.kind == TypeKind::kText &&
                            !item.expr->base_column);
+  if (group) out_ += " END";
   if (single) out_ += ')';
   if (derived || !item.alias.empty()) {
     if (name.empty()) return;

@@ -74,7 +74,7 @@ class Writer {
   void WriteCore(const SelectCore& core, const std::vector<std::string_view>* names, bool derived,
                  bool collate, bool single);
   void WriteItem(const SelectItem& item, std::string_view name, bool derived, bool collate,
-                 bool single);
+                 bool single, bool group);
   void WriteOrder(const Select& select);
   void WriteLimit(const SelectCore& core);
   void WriteFrom(const std::vector<TableRefPtr>& from, const TableRef* own);
