@@ -12,6 +12,7 @@
 #include "core/password_screens.h"
 #include "core/picker.h"
 #include "core/sequences.h"
+#include "core/session_report.h"
 #include "core/values.h"
 #include "links/accounting_link.h"
 #include "loans/charge_totals.h"
@@ -378,8 +379,7 @@ void Invoicefrm::Delete() {
 void Invoicefrm::Print() {
   const std::string file =
       SameText(PType.text(), kCreditNote) ? "ARCreditNote.rpt" : "ARInvoice.rpt";
-  ReportJob job;
-  job.ReportFileName = session().AppPath + "/" + file;
+  ReportJob job = SessionReport(session(), file);
   if (!std::filesystem::exists(job.ReportFileName)) {
     Refuse({fmt::format("Report file {} not found", file), fmt::format("找不到报表文件 {}", file)});
     return;
@@ -390,7 +390,6 @@ void Invoicefrm::Print() {
   }
   job.SelectionFormula = "{ChargeMast.ChargeID} = " + QuoteStr(loaded_id_);
   job.ReportTitle = PType.text();
-  job.Connect = &main();
   job.ParameterFields[0] = fmt::format("RptID;{};True", PType.text());
   desk().Print(job);
 }

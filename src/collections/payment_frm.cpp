@@ -9,6 +9,7 @@
 #include "compliance/aml.h"
 #include "core/company_access.h"
 #include "core/picker.h"
+#include "core/session_report.h"
 #include "core/values.h"
 #include "screen/report_job.h"
 
@@ -291,23 +292,18 @@ void PaymentFrm::ReportSuspicion() {
 void PaymentFrm::PrintReceipt() {
   const std::string& old_receipt = session().settings.OldReceipt;
   const std::string own_form = ReadSetting(main(), "OR");
-  ReportJob job;
-  job.ReportFileName = session().AppPath + "/";
-  job.ReportFileName += !own_form.empty()     ? own_form
-                        : old_receipt.empty() ? "Payment Receipt.rpt"
-                                              : "Payment Receipt Old.rpt";
+  ReportJob job = SessionReport(session(), !own_form.empty()     ? own_form
+                                           : old_receipt.empty() ? "Payment Receipt.rpt"
+                                                                 : "Payment Receipt Old.rpt");
   job.SelectionFormula = "{PaymentMast.PayID}=" + QuoteStr(loaded_payment_);
   job.ParameterFields[0] = CountsAsTrue(old_receipt) ? "RptID;1;True" : "RptID;0;True";
-  job.Connect = &main();
   desk().Print(job);
 }
 
 void PaymentFrm::PrintCdd() {
-  ReportJob job;
-  job.ReportFileName = session().AppPath + "/CDD2.rpt";
+  ReportJob job = SessionReport(session(), "CDD2.rpt");
   job.SelectionFormula = "{PaymentMast.PayID}=" + QuoteStr(loaded_payment_);
   job.ParameterFields[0] = "RptID;;True";
-  job.Connect = &main();
   desk().Print(job);
 }
 

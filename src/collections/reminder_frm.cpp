@@ -11,6 +11,7 @@
 #include "collections/reading.h"
 #include "core/log.h"
 #include "core/record.h"
+#include "core/session_report.h"
 #include "core/values.h"
 #include "screen/hourglass.h"
 #include "screen/report_job.h"
@@ -165,10 +166,8 @@ bool Reminderfrm::ConfirmDates(const std::vector<Letter>& printed) {
 }
 
 bool Reminderfrm::Print(const Letter& letter) {
-  ReportJob job;
-  job.ReportFileName = session().AppPath + "/" + letter.file;
+  ReportJob job = SessionReport(session(), std::string(letter.file));
   job.ReportTitle = title().english;
-  job.Connect = &main();
   for (const std::string& id : letter.loans) {
     if (!job.SelectionFormula.empty()) job.SelectionFormula += " or ";
     job.SelectionFormula += "{LoanMast.LoanID}=" + QuoteStr(id);

@@ -7,6 +7,7 @@
 #include "core/company_access.h"
 #include "core/open_for.h"
 #include "core/picker.h"
+#include "core/session_report.h"
 #include "core/values.h"
 #include "screen/report_job.h"
 
@@ -207,10 +208,8 @@ void Settlementfrm::PrintLetter() {
     return;
   }
   if (!Confirm({"Confirm to print settlement letter ?"})) return;
-  ReportJob job;
-  job.ReportFileName = session().AppPath + "/SettlementLetter.rpt";
+  ReportJob job = SessionReport(session(), "SettlementLetter.rpt");
   job.SelectionFormula = "{LoanMast.LoanID}=" + QuoteStr(owed_.LoanID);
-  job.Connect = &main();
   int field = 0;
   job.ParameterFields[field++] = "RptID;N;True";
   std::string ending;

@@ -8,6 +8,7 @@
 #include "core/log.h"
 #include "core/open_for.h"
 #include "core/report_path.h"
+#include "core/session_report.h"
 #include "core/sign_in.h"
 #include "core/user_login.h"
 #include "core/values.h"
@@ -246,10 +247,8 @@ void MainFrm::ShowReportFromMenu(std::string_view title, std::string_view file) 
 void MainFrm::RunDirectListing(const MenuEntry& entry) {
   session().MsgTitle = entry.title;
   SetPanel(1, session().CurrentUserID);
-  ReportJob job;
-  job.ReportFileName = session().AppPath + "/" + ReportName(entry);
+  ReportJob job = SessionReport(session(), ReportName(entry));
   job.ReportTitle = session().CurrentCompDesc;
-  job.Connect = session().MainConn.get();
   desk().Print(job);
   SetPanel(1, session().ProgramTitle);
 }

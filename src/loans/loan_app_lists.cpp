@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "core/picker.h"
+#include "core/session_report.h"
 #include "core/values.h"
 #include "loans/loan_app_frm.h"
 #include "screen/report_job.h"
@@ -193,12 +194,10 @@ void LoanAppFrm::PrintApplication() {
   const std::string language = ScalarQuery(
       main(),
       fmt::format("SELECT PreLanguage FROM CustMast WHERE CustID={}", QuoteStr(CustID.text())));
-  ReportJob job;
   // The second form is the Malay one.
-  job.ReportFileName = session().AppPath + (SameText(language, "MALAY") ? "/ApplicationForm2.rpt"
-                                                                        : "/ApplicationForm.rpt");
+  ReportJob job = SessionReport(
+      session(), SameText(language, "MALAY") ? "ApplicationForm2.rpt" : "ApplicationForm.rpt");
   job.SelectionFormula = "{AppMast.AppID} = " + QuoteStr(loaded_id_);
-  job.Connect = &main();
   desk().Print(job);
 }
 
@@ -223,11 +222,9 @@ void LoanAppFrm::PrintLetterOffer() {
   if (!Confirm({"Confirm to print letter offer", "确定打印要约函"})) return;
   const std::string persons =
       ScalarQuery(main(), "SELECT COUNT(*) FROM AppMastLink WHERE AppID=" + QuoteStr(loaded_id_));
-  ReportJob job;
-  job.ReportFileName = session().AppPath + "/LetterOffer.rpt";
+  ReportJob job = SessionReport(session(), "LetterOffer.rpt");
   job.SelectionFormula = fmt::format(
       "{{AppMastLink.AppID}} = {} AND {{AppMastLink.AppType}} <> 'Chargor'", QuoteStr(loaded_id_));
-  job.Connect = &main();
   job.ParameterFields[0] =
       fmt::format("Join;{};True", CInt(persons) > 1 ? "(AND OTHERS)" : std::string());
   job.ParameterFields[1] = fmt::format("Chargor;{};True", NamesOf("Chargor"));

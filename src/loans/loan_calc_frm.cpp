@@ -6,6 +6,7 @@
 
 #include "core/sequences.h"
 #include "core/session.h"
+#include "core/session_report.h"
 #include "core/values.h"
 #include "fmt/format.h"
 #include "loans/schedule_store.h"
@@ -217,10 +218,8 @@ void LoanCalcfrm::Print() {
     return;
   }
   if (!Calculate()) return;
-  ReportJob job;
-  job.ReportFileName = session().AppPath + "/LoanCalcList.rpt";
+  ReportJob job = SessionReport(session(), "LoanCalcList.rpt");
   job.SelectionFormula = "{SchMast2.LoanID}=" + QuoteStr(LoanID.text());
-  job.Connect = &main();
   job.ParameterFields[0] = fmt::format("RptID;{};True", session().Special ? "True" : "False");
   int number = 1;
   for (const TextBox* box : {&CustName, &TrxDate, &NextDueDate, &LoanAmt, &InsRate, &LoanTerm}) {

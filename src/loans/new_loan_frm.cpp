@@ -7,6 +7,7 @@
 #include "compliance/aml.h"
 #include "core/company_access.h"
 #include "core/picker.h"
+#include "core/session_report.h"
 #include "core/values.h"
 #include "loans/loan_glance.h"
 #include "screen/report_job.h"
@@ -227,11 +228,9 @@ void NewLoanFrm::BindEvents() {
   };
   SSCommand5.onClick = [this] { ReportSuspicion(); };
   SSCommand6.onClick = [this] {
-    ReportJob job;
-    job.ReportFileName = session().AppPath + "/CDD.rpt";
+    ReportJob job = SessionReport(session(), "CDD.rpt");
     job.SelectionFormula = "{LoanMast.LoanID}=" + QuoteStr(loaded_id_);
     job.ParameterFields[0] = "RptID;;True";
-    job.Connect = &main();
     desk().Print(job);
   };
   SaveCmd.onClick = [this] { SaveLoan(); };

@@ -64,6 +64,7 @@ const std::vector<Expectations::Rule>& Expectations::Rules() {
       {{"report", 1, 1, "expect report FILE"}, &E::Report},
       {{"formula", 1, 1, "expect formula TEXT"}, &E::Formula},
       {{"parameter", 2, 2, "expect parameter N TEXT"}, &E::Parameter},
+      {{"printer", 1, 1, "expect printer USER"}, &E::Printer},
   };
   return rules;
 }
@@ -256,6 +257,10 @@ void Expectations::Report(const Words& arguments) {
 
 void Expectations::Formula(const Words& arguments) {
   Compare("formula", arguments[0], LastReport().SelectionFormula);
+}
+
+void Expectations::Printer(const Words& arguments) {
+  Compare("printer", arguments[0], LastReport().PrintedBy);
 }
 
 void Expectations::Parameter(const Words& arguments) {

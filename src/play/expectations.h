@@ -47,6 +47,7 @@ class Expectations {
   void Report(const Words& arguments);
   void Formula(const Words& arguments);
   void Parameter(const Words& arguments);
+  void Printer(const Words& arguments);
 
   void OldestText(bool question, const std::string& text);
   const ReportJob& LastReport() const;

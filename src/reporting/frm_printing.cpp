@@ -8,6 +8,7 @@
 #include "core/company_access.h"
 #include "core/picker.h"
 #include "core/report_path.h"
+#include "core/session_report.h"
 #include "core/values.h"
 #include "reporting/report_criteria.h"
 #include "reporting/report_picture.h"
@@ -136,12 +137,10 @@ void frmPrinting::PrintDocument(const ListedDocument& document) {
     OpenStatement(document);
     return;
   }
-  ReportJob job;
-  job.ReportFileName = session().AppPath + "/" + document.file;
+  ReportJob job = SessionReport(session(), document.file);
   if (!document.field.empty()) {
     job.SelectionFormula = document.field + " = " + QuoteStr(loan_id_);
   }
-  job.Connect = &main();
   job.Destination = Option1.chosen() ? ReportDestination::printer : ReportDestination::preview;
   if (Prepare(document, job)) desk().Print(job);
 }

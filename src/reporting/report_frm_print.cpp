@@ -4,6 +4,7 @@
 
 #include "compliance/aml.h"
 #include "core/log.h"
+#include "core/session_report.h"
 #include "core/values.h"
 #include "reporting/report_frm.h"
 #include "reporting/report_picture.h"
@@ -26,7 +27,7 @@ std::string Parameter(std::string_view name, std::string_view value) {
 }  // namespace
 
 void ReportFrm::Print() {
-  job_ = {};
+  job_ = SessionReport(session(), file_);
   form_ = file_;
   if (!CheckAndSelect() || !PrepareByFile()) return;
   ChooseForm();
@@ -193,7 +194,6 @@ bool ReportFrm::SetParameters() {
 }
 
 bool ReportFrm::Connect() {
-  job_.Connect = &main();
   // The databases of the audit and of the messages do not know whose office it is.
   job_.Company = ScalarQuery(main(), "SELECT CompanyName FROM CompanyProfile");
   if (Is({"AuditLogs.rpt"})) {

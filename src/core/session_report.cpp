@@ -1,0 +1,15 @@
+#include "core/session_report.h"
+
+#include "core/session.h"
+
+namespace kaunter {
+
+ReportJob SessionReport(const Session& session, const std::string& file) {
+  ReportJob job;
+  job.ReportFileName = session.AppPath + "/" + file;
+  job.Connect = session.MainConn.get();
+  job.PrintedBy = session.CurrentUserID;
+  return job;
+}
+
+}  // namespace kaunter

@@ -1,0 +1,16 @@
+// How every print of a screen begins: which file, what it reads from, and who prints.
+#pragma once
+
+#include <string>
+
+#include "screen/report_job.h"
+
+namespace kaunter {
+
+class Session;
+
+// A print of a report file of the program's folder, from the main connection, by the person who is
+// signed in. The screen adds its condition, title and parameters.
+ReportJob SessionReport(const Session& session, const std::string& file);
+
+}  // namespace kaunter

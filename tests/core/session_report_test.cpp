@@ -1,0 +1,22 @@
+// What every print of a screen begins with.
+#include "core/session_report.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/core/office.h"
+
+namespace kaunter {
+namespace {
+
+TEST(SessionReport, SaysWhoPrintsWhatFromWhere) {
+  Office office(Office::State::base);
+  const ReportJob job = SessionReport(office.session, "Reminder.rpt");
+  EXPECT_EQ(job.ReportFileName, office.folder.File("Reminder.rpt"));
+  EXPECT_EQ(job.Connect, office.session.MainConn.get());
+  EXPECT_EQ(job.PrintedBy, "AMY");
+  office.session.CurrentUserID = "BOSS";
+  EXPECT_EQ(SessionReport(office.session, "Reminder.rpt").PrintedBy, "BOSS");
+}
+
+}  // namespace
+}  // namespace kaunter
