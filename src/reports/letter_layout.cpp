@@ -111,7 +111,7 @@ class LetterLayout {
     const std::size_t count = document_.pages.size() - first;
     for (std::size_t i = 0; i < count; ++i) {
       Foot(document_.pages[first + i], file_.height_mm, span,
-           count > 1 ? PageOfText(file_.chinese, i + 1, count) : "");
+           count > 1 ? file_.words().PageOf(i + 1, count) : "");
     }
   }
 
@@ -161,7 +161,7 @@ class LetterLayout {
   void SayEmpty() {
     NewPage();
     page().texts.push_back({file_.letter.margin, y_, file_.width_mm - 2 * file_.letter.margin, 6,
-                            NoRowsText(file_.chinese), 9, false, TextAlign::left, Tone::quiet});
+                            file_.words().NoRows(), 9, false, TextAlign::left, Tone::quiet});
   }
 
   const ReportFile& file_;

@@ -28,7 +28,7 @@ struct OpenBar {
 };
 
 // Places of the bars that stay, in their order.
-std::vector<ChartBar> Largest(const std::vector<ChartBar>& bars, bool chinese) {
+std::vector<ChartBar> Largest(const std::vector<ChartBar>& bars, const PaperWords& words) {
   std::vector<std::size_t> by_size(bars.size());
   for (std::size_t i = 0; i < bars.size(); ++i) by_size[i] = i;
   std::stable_sort(by_size.begin(), by_size.end(),
@@ -43,7 +43,7 @@ std::vector<ChartBar> Largest(const std::vector<ChartBar>& bars, bool chinese) {
     few.push_back(bars[i]);
     shown += bars[i].value;
   }
-  few.push_back({chinese ? "其他" : "Others", all - shown});
+  few.push_back({words.Others(), all - shown});
   return few;
 }
 
@@ -88,7 +88,7 @@ std::vector<ChartBar> ChartBars(const ReportChart& chart, const ReportFile& file
   }
   std::vector<ChartBar> drawn;
   for (OpenBar& bar : bars) drawn.push_back(std::move(bar.bar));
-  return drawn.size() > kMostBars ? Largest(drawn, file.chinese) : drawn;
+  return drawn.size() > kMostBars ? Largest(drawn, file.words()) : drawn;
 }
 
 double ChartHeight(std::size_t bars) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "reports/letter_file.h"
+#include "reports/paper_words.h"
 #include "reports/report_words.h"
 
 namespace kaunter {
@@ -74,7 +75,8 @@ struct ReportPicture {
 
 struct ReportFile {
   std::string path;
-  bool chinese = false;  // the captions are the Chinese ones
+  bool chinese = false;                             // the captions are the Chinese ones
+  PaperLanguage language = PaperLanguage::english;  // of the words that no line of the file says
   double width_mm = 210;
   double height_mm = 297;
   std::string title;
@@ -97,6 +99,7 @@ struct ReportFile {
   std::string summary_heading;
   LetterFile letter;  // its key is empty in a list
 
+  PaperWords words() const { return PaperWords(language); }
   bool IsLetter() const { return !letter.key.empty(); }
 
   // Throws std::runtime_error naming file, line and what is wrong.

@@ -1,7 +1,5 @@
 #include "reports/report_layout.h"
 
-#include <fmt/format.h>
-
 #include "core/values.h"
 #include "reports/letter_layout.h"
 #include "reports/report_chart.h"
@@ -53,7 +51,7 @@ class Layout {
     }
     CloseGroups(rows_.RowCount());
     if (rows_.RowCount() == 0) {
-      Quiet(NoRowsText(file_.chinese));
+      Quiet(file_.words().NoRows());
     } else if (!file_.total_label.empty()) {
       TotalRow(Fill(file_.total_label, file_.total_line), sums_[0], true);
     }
@@ -219,7 +217,7 @@ class Layout {
 
   void RepeatHeadings(std::size_t row, std::size_t groups) {
     for (std::size_t g = 0; g < groups; ++g) {
-      if (HasHeading(g)) GroupHeading(g, row, file_.chinese ? "（续）" : " (continued)");
+      if (HasHeading(g)) GroupHeading(g, row, file_.words().Continued());
     }
   }
 
@@ -270,7 +268,7 @@ class Layout {
       at.texts.push_back({kMargin, y, Width() * 0.6, kRowHeight, heading_.printed_at, 8, false,
                           TextAlign::left, Tone::quiet});
       at.texts.push_back({kMargin + Width() * 0.6, y, Width() * 0.4, kRowHeight,
-                          PageOfText(file_.chinese, i + 1, document_.pages.size()), 8, false,
+                          file_.words().PageOf(i + 1, document_.pages.size()), 8, false,
                           TextAlign::right, Tone::quiet});
     }
   }
@@ -294,15 +292,6 @@ ReportDocument LayOut(const ReportFile& file, const ReportHeading& heading, cons
                       const ReportProgress& progress) {
   return file.IsLetter() ? LayOutLetter(file, heading, rows, progress)
                          : Layout(file, heading, rows, progress).Run();
-}
-
-const char* NoRowsText(bool chinese) {
-  return chinese ? "没有符合条件的记录。" : "No rows for this selection.";
-}
-
-std::string PageOfText(bool chinese, std::size_t page, std::size_t of) {
-  return chinese ? fmt::format("第 {} 页，共 {} 页", page, of)
-                 : fmt::format("Page {} of {}", page, of);
 }
 
 }  // namespace kaunter

@@ -16,9 +16,4 @@ namespace kaunter {
 ReportDocument LayOut(const ReportFile& file, const ReportHeading& heading, const Recordset& rows,
                       const ReportProgress& progress = {});
 
-// The sentence on a paper without rows.
-const char* NoRowsText(bool chinese);
-// "Page 1 of 3"
-std::string PageOfText(bool chinese, std::size_t page, std::size_t of);
-
 }  // namespace kaunter

@@ -23,6 +23,7 @@ class FileParser {
       : lines_(std::string(text)), reading_(reading), like_(like) {
     file_.path = path;
     file_.chinese = reading.chinese;
+    if (reading.chinese) file_.language = PaperLanguage::chinese;
   }
 
   ReportFile Run() {
@@ -78,7 +79,8 @@ class FileParser {
       file_.defaults[Lower(words.Word(1))] = words.size() > 2 ? words.Caption(2, file_) : "";
     } else if (!Settings(words) && !Layout(words) && !letter_.Take(words.all(), Here())) {
       throw std::invalid_argument(fmt::format(
-          "\"{}\" is not known; a line begins with like, paper, title, field, picture, parameter, "
+          "\"{}\" is not known; a line begins with like, paper, language, title, field, picture, "
+          "parameter, "
           "alias, query, order, column, group, total, summary, chart, note, if, else or endif, in "
           "a letter with {}",
           key, LetterWords()));
@@ -161,6 +163,11 @@ class FileParser {
     const std::string& key = words.key();
     if (key == "paper") {
       words.Paper(file_);
+    } else if (key == "language") {
+      words.Need(1);
+      const auto language = PaperLanguageNamed(words.Word(1));
+      if (!language) throw std::invalid_argument("language is english, chinese or malay");
+      file_.language = *language;
     } else if (key == "title") {
       file_.title = words.Caption(1, file_);
       file_.title_line = Here();

@@ -54,10 +54,7 @@ ReportHeading HeadingOf(const ReportFile& file, const ReportJob& job,
   heading.company = CompanyOf(job);
   // The plain listings hand over the company as their title.
   if (!SameText(Trim(job.ReportTitle), heading.company)) heading.subtitle = Trim(job.ReportTitle);
-  heading.printed_at = (file.chinese ? "打印于 " : "Printed ") + Format(now, "dd-mm-yyyy hh:nn:ss");
-  if (!job.PrintedBy.empty()) {
-    heading.printed_at += (file.chinese ? "，" : " by ") + job.PrintedBy;
-  }
+  heading.printed_at = file.words().Printed(Format(now, "dd-mm-yyyy hh:nn:ss"), job.PrintedBy);
   heading.today = Format(now, "dd-mm-yyyy");
   heading.parameters = ShownParameters(file, parameters, now);
   return heading;

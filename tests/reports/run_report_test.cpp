@@ -164,12 +164,36 @@ TEST(RunReport, CsvOpensInASpreadsheetAsItWasTyped) {
             "\xEF\xBB\xBFLoan,Name,Day,Amount\r\n");
 }
 
-TEST(RunReport, NoRowsAreAPageThatSaysSo) {
+// A page without rows says so, and its foot tells who printed it and which page it is: in the
+// language of the paper, which a statutory form chooses itself, whatever its reader speaks.
+TEST(RunReport, ThePaperSpeaksOneLanguage) {
   Books books;
-  const std::vector<std::string> lines = LinesOf(RunReport(books.Job("{Loans.Code} = 'none'")));
-  ASSERT_EQ(lines.size(), 4u);
-  EXPECT_EQ(lines[0], "Loans");
-  EXPECT_EQ(lines[2], "No rows for this selection.");
+  books.clock.Set({2024, 1, 31, 9, 5, 0});
+  books.Write("malay.rpt", "like \"list.rpt\"\nlanguage malay\n");
+  books.Write("kept.rpt", "like \"malay.rpt\"\ntitle \"Pinjaman\"\n");
+  const std::string malay = "Tiada rekod bagi pilihan ini.";
+  const std::string malay_foot = "Dicetak 31-01-2024 09:05:00 oleh AMY|Muka surat 1 daripada 1";
+  const struct {
+    const char* file;
+    std::string no_rows, foot;
+  } cases[] = {
+      {"list.rpt", "No rows for this selection.", "Printed 31-01-2024 09:05:00 by AMY|Page 1 of 1"},
+      {"listC.rpt", "没有符合条件的记录。", "打印于 31-01-2024 09:05:00，AMY|第 1 页，共 1 页"},
+      {"malay.rpt", malay, malay_foot},
+      {"malayC.rpt", malay, malay_foot},
+      {"kept.rpt", malay, malay_foot},
+  };
+  for (const auto& c : cases) {
+    ReportJob job = books.Job("{Loans.Code} = 'none'", c.file);
+    job.PrintedBy = "AMY";
+    const std::vector<std::string> lines = LinesOf(RunReport(job));
+    ASSERT_EQ(lines.size(), 4u) << c.file;
+    EXPECT_EQ(lines[2], c.no_rows) << c.file;
+    EXPECT_EQ(lines[3], c.foot) << c.file;
+  }
+  // Nobody is signed in: the foot has no name, and no gap for one.
+  EXPECT_EQ(LinesOf(RunReport(books.Job("{Loans.Code} = 'none'")))[3],
+            "Printed 31-01-2024 09:05:00|Page 1 of 1");
 }
 
 TEST(RunReport, StopsWhereItIsAsked) {
