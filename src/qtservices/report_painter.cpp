@@ -85,6 +85,8 @@ class TextPainter {
       QFont font("DejaVu Sans");
       font.setFamilies({"DejaVu Sans", "Noto Sans CJK SC"});
       font.setPixelSize(size);
+      // The widths that the layout reckons with: a hinted letter is up to a dot wider.
+      font.setHintingPreference(QFont::PreferNoHinting);
       font.setBold(text.bold);
       found = faces_.emplace(std::pair(size, text.bold), Face(font)).first;
     }

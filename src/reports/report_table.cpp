@@ -9,6 +9,7 @@ namespace kaunter {
 namespace {
 
 constexpr double kPoints = 9;
+constexpr double kLeastPoints = 5;
 constexpr std::size_t kMostLines = 20;
 constexpr double kNextLine = 4.2;  // from one line of a row to the next
 
@@ -151,8 +152,16 @@ double ReportTable::Row(ReportPage& page, double y, std::size_t row, bool stripe
 
 void ReportTable::Cell(ReportPage& page, double y, std::size_t column, std::string text,
                        bool bold) const {
-  page.texts.push_back({places_[column].x + kPad, y, places_[column].width - 2 * kPad, kRowHeight,
-                        std::move(text), kPoints, bold, AlignOf(file_.columns[column].kind)});
+  const double width = places_[column].width - 2 * kPad;
+  const TextAlign align = AlignOf(file_.columns[column].kind);
+  double points = kPoints;
+  // A figure without its last digits would be another figure: one that is too long gets smaller.
+  if (align == TextAlign::right) {
+    const double needed = TextWidth(text, kPoints, bold);
+    if (needed > width) points = std::max(kLeastPoints, kPoints * width / needed);
+  }
+  page.texts.push_back(
+      {places_[column].x + kPad, y, width, kRowHeight, std::move(text), points, bold, align});
 }
 
 void ReportTable::Total(ReportPage& page, double y, const std::string& label, const Sums& sums,

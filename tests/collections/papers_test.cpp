@@ -130,6 +130,7 @@ TEST_F(PapersTest, ASettlementIsQuotedForTheDatesAskedFor) {
 TEST_F(PapersTest, InvoicesAndCreditNotesShowTheirOwnCharges) {
   Charge("INV0001", "Invoice", "80");
   Charge("L1-2-B20240115", "Batch", "0.34");
+  Charge("L1-2-B20240116", "Batch", "0");  // set back after a payment of that day
   Charge("CN0001", "Credit Note", "-30");
   Charge("L1-001", "Payment", "-12.50");
   auto pages = Print("ARInvoice.rpt", "{ChargeMast.ChargeID} = 'INV0001'", {"RptID;Invoice;True"});
@@ -140,6 +141,7 @@ TEST_F(PapersTest, InvoicesAndCreditNotesShowTheirOwnCharges) {
   pages = Print("ARInvoice.rpt", "{ChargeMast.CompCode}='HQ'", {"RptID;Invoice;True"});
   ASSERT_EQ(pages.size(), 1u);
   ExpectAll(pages[0], {"Total|80.34|"});
+  EXPECT_EQ(pages[0].find("|0.00|"), std::string::npos) << pages[0];
   pages = Print("ARCreditNote.rpt", "{ChargeMast.ChargeID} = 'CN0001'", {"RptID;Credit Note;True"});
   ExpectAll(pages.at(0),
             {"CREDIT NOTE|", "CN0001|For Credit Note|30.00|Total|30.00|", "RM 30.00|"});

@@ -73,7 +73,7 @@ TEST(AgreementReports, TheLoanDecidesWhichForm) {
     EXPECT_TRUE(Holds(secured, "|Guarantor: Wong Siew Mei, "));
     EXPECT_TRUE(Holds(secured, "|Guarantor: Ganesan a/l"));
     EXPECT_TRUE(Holds(secured, "790909-08-5777|"));
-    EXPECT_FALSE(Holds(secured, "Also the Borrower"));
+    EXPECT_FALSE(Holds(secured, "Joint borrower"));
   }
 }
 

@@ -194,7 +194,7 @@ TEST(DueReports, AgingIsDrawn) {
   }
   EXPECT_EQ(bars,
             (std::vector<std::string>{"1 month 1,966.67", "2 months 0.00", "3 months 0.00",
-                                      "4-6 months 0.00", "7-12 months 0.00", "Over 12 7,400.00"}));
+                                      "4-6 mths 0.00", "7-12 mths 0.00", "Over 12 7,400.00"}));
 }
 
 TEST(DueReports, Outstanding) {

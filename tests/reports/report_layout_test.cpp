@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 
 #include "reports/report_file.h"
 #include "reports/run_report.h"
+#include "reports/text_width.h"
 
 namespace kaunter {
 namespace {
@@ -75,6 +77,29 @@ TEST(ReportLayout, ABlankZeroIsToldOnceOnly) {
   const std::string texts = Texts(LayOut(file, {}, rows));
   EXPECT_TRUE(Has(texts, "Total 2023|2|31-01-2024")) << texts;
   EXPECT_TRUE(Has(texts, "Grand total|0.00")) << texts;
+}
+
+// A figure is never cut: what its column has no room for gets smaller.
+TEST(ReportLayout, ALongFigureIsWhole) {
+  ReportFile file = ReportFile::Parse(kFile, "test.rpt");
+  file.columns[0].weight = 140;
+  const Recordset rows(
+      {{"SchID", FieldType::kInteger},
+       {"DueDate", FieldType::kDate},
+       {"PayableAmt", FieldType::kMoney, 0, 2}},
+      {{Value(1), Value(DateTime{2024, 1, 31}), Value(Money::FromText("12.50"))},
+       {Value(2), Value(DateTime{2024, 1, 31}), Value(Money::FromText("123456789.01"))}});
+  const ReportDocument document = LayOut(file, {}, rows);
+  std::map<std::string, double> points;
+  for (const PageText& text : document.pages[0].texts) {
+    points[text.text] = text.points;
+    if (text.align == TextAlign::right) {
+      EXPECT_LE(TextWidth(text.text, text.points, text.bold), text.width + 0.001) << text.text;
+    }
+  }
+  EXPECT_EQ(points.at("12.50"), 9);
+  EXPECT_LT(points.at("123,456,789.01"), 9);
+  EXPECT_LT(points.at("123,456,801.51"), 9);
 }
 
 TEST(ReportLayout, AGroupWithoutAValueGetsADash) {
