@@ -359,8 +359,7 @@ class ReportCheck {
   static void ExpectWhole(const ReportDocument& document) {
     for (const ReportPage& page : document.pages) {
       for (const PageText& text : page.texts) {
-        EXPECT_LE(TextWidth(text.text, text.points, text.bold), text.width)
-            << "cut: " << text.text;
+        EXPECT_LE(TextWidth(text.text, text.points, text.bold), text.width) << "cut: " << text.text;
         EXPECT_LE(text.y + text.height, document.height_mm) << text.text;
       }
     }
