@@ -69,7 +69,8 @@ void ForgetWhatIsEmpty(ReportOffice& office) {
                           : column.type == FieldType::kText ? "''"
                                                             : nullptr;
       if (empty == nullptr) continue;
-      office.Run(fmt::format("UPDATE {0} SET [{1}]=NULL WHERE [{1}]={2}", table, column.name, empty));
+      office.Run(
+          fmt::format("UPDATE {0} SET [{1}]=NULL WHERE [{1}]={2}", table, column.name, empty));
     }
   }
 }
