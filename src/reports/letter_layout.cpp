@@ -7,6 +7,7 @@
 
 #include "core/values.h"
 #include "reports/letter_blocks.h"
+#include "reports/letter_parts.h"
 #include "reports/report_layout.h"
 #include "reports/report_table.h"
 
@@ -15,6 +16,11 @@ namespace {
 
 constexpr double kFootHeight = 6;
 constexpr double kFootPoints = 7.5;
+constexpr double kRoundingError = 0.001;
+
+bool IsBlank(const LetterBlock& block) {
+  return block.marks.texts.empty() && block.marks.lines.empty() && block.marks.pictures.empty();
+}
 
 class LetterLayout {
  public:
@@ -106,7 +112,7 @@ class LetterLayout {
       const bool heads_next = i + 1 < blocks.size() && blocks[i + 1].head == static_cast<int>(i);
       const double needed = block.height + (heads_next ? blocks[i + 1].height : 0);
       if (block.new_page || y_ + needed > Bottom()) BreakBefore(block, blocks);
-      Place(block);
+      PlaceOverPages(block);
     }
     const std::size_t count = document_.pages.size() - first;
     for (std::size_t i = 0; i < count; ++i) {
@@ -117,17 +123,28 @@ class LetterLayout {
 
   void BreakBefore(const LetterBlock& block, const std::vector<LetterBlock>& blocks) {
     // What is empty needs no page: a gap at the foot of one is simply dropped.
-    if (!block.new_page && block.marks.texts.empty() && block.marks.lines.empty() &&
-        block.marks.pictures.empty()) {
+    if (!block.new_page && IsBlank(block)) {
       y_ = Bottom() - block.height;
       return;
     }
     NewPage();
     if (block.head >= 0) Place(blocks[static_cast<std::size_t>(block.head)]);
-    if (y_ + block.height > Bottom()) {
-      throw std::runtime_error(fmt::format(
-          "{}: what stands side by side up to here is higher than the page.", block.line.Told()));
+  }
+
+  // What is higher than a page goes on on the next ones.
+  void PlaceOverPages(LetterBlock rest) {
+    while (y_ + rest.height > Bottom() + kRoundingError) {
+      auto [first, later] = PartBlock(rest, Bottom() - y_);
+      if (first.height <= 0) {
+        throw std::runtime_error(
+            fmt::format("{}: what stands up to here is higher than the page.", rest.line.Told()));
+      }
+      Place(first);
+      rest = std::move(later);
+      if (IsBlank(rest)) return;
+      NewPage();
     }
+    Place(rest);
   }
 
   double Bottom() const { return file_.height_mm - file_.letter.margin - kFootHeight; }

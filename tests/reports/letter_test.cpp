@@ -225,6 +225,39 @@ TEST(Letter, NothingIsCutAtTheFootOfAPage) {
   }
 }
 
+// A customer whose address fills sheets does not stop the letters of the others.
+TEST(Letter, WhatIsHigherThanAPageGoesOnOnTheNext) {
+  std::string address;
+  for (int i = 1; i <= 150; ++i) address += "Line" + std::to_string(i) + "\n";
+  const ReportFile file = Letter(
+      "text \"To\"\ncolumns 1 1\nlines \"{CustName}\"\nbeside\nbox \"Paid\" \"{Amt}\"\nacross\n"
+      "text \"Goodbye\"\n");
+  const ReportDocument document =
+      LayOut(file, {}, Rows({{"L1", address, "1.10"}, {"L2", "Short", "7"}}));
+  ASSERT_EQ(document.pages.size(), 5u);  // the first one's block begins a page of its own
+  std::string all;
+  for (const ReportPage& page : document.pages) all += TextsOf(page);
+  for (int i = 1; i <= 150; ++i) {
+    const std::string line = "Line" + std::to_string(i) + "|";
+    EXPECT_NE(all.find(line), std::string::npos) << line;
+    EXPECT_EQ(all.find(line), all.rfind(line)) << line;
+  }
+  EXPECT_NE(TextsOf(document.pages[3]).find("Goodbye|"), std::string::npos);
+  EXPECT_NE(TextsOf(document.pages[4]).find("Short|"), std::string::npos);
+  for (const ReportPage& page : document.pages) {
+    double lowest = 0;
+    for (const PageText& text : page.texts) lowest = std::max(lowest, text.y + text.height);
+    EXPECT_LE(lowest, 297 - 15);
+  }
+  ExpectInside(document);
+  // A picture is never parted.
+  EXPECT_THROW(
+      LayOut(Letter("columns 1 1\ntext \"a\"\nbeside\npicture \"" +
+                    std::string(KAUNTER_SOURCE_DIR) + "/docs/pictures/home.png\" 40 400\nacross\n"),
+             {}, Rows({{"L1", "A", "1"}})),
+      std::runtime_error);
+}
+
 TEST(Letter, NobodySignsWhereNobodyIsNamed) {
   const auto page = [](const std::string& name) {
     return LayOut(Letter("sign \"Manager\" \"[Guarantor {CustName}]\" \"\"\n"), {},
@@ -333,7 +366,7 @@ TEST(Letter, TellsWhatOnlyTheRowsShow) {
       {"text \"{CustNmae}\"", "line 5: the query gives no column \"CustNmae\""},
       {"text \"a\"\nfoot \"{CustNmae}\"", "line 6: the query gives no column"},
       {"columns 1 1\nbox \"a\" \"{Amt}\" size 900\nbeside\nacross",
-       "line 8: what stands side by side"},
+       "line 8: what stands up to here is higher"},
   };
   for (const auto& c : cases) {
     try {
