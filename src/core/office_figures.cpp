@@ -14,6 +14,8 @@ namespace {
 
 constexpr int kDaysOfWeek = 7;
 constexpr std::size_t kTopLoans = 8;
+// What an instalment still asks for; an older office has NULL where nothing was paid.
+constexpr std::string_view kOpen = "s.PayableAmt-isnull(s.Payment,0)";
 // Upper ends of the bands; the last has none.
 constexpr int kBandDays[] = {30, 60, 90};
 
@@ -72,7 +74,7 @@ void IntoMonths(std::span<MonthTally> months, Recordset days) {
 std::string OpenRows(const Session& session, const std::string& dates) {
   return fmt::format(
       "FROM SchMast as s INNER JOIN LoanMast as l ON s.LoanID=l.LoanID WHERE {} AND "
-      "s.PayableAmt>s.Payment AND l.LoanBal>0{}",
+      "s.PayableAmt>isnull(s.Payment,0) AND l.LoanBal>0{}",
       dates, AndCompany(session, "isnull(l.CompCode,'')"));
 }
 
@@ -110,7 +112,7 @@ void ReadComingDue(Session& session, OfficeFigures& figures) {
   Tally today;
   Tally week;
   Recordset days = session.Main().Query(fmt::format(
-      "SELECT s.DueDate,count(*) as N,sum(s.PayableAmt-s.Payment) as Amt {} GROUP BY s.DueDate",
+      "SELECT s.DueDate,count(*) as N,sum({}) as Amt {} GROUP BY s.DueDate", kOpen,
       OpenRows(session, fmt::format("s.DueDate>={} AND s.DueDate<{}", SqlDate(figures.today),
                                     SqlDate(figures.today.AddDays(kDaysOfWeek))))));
   for (; !days.Eof(); days.MoveNext()) {
@@ -138,14 +140,14 @@ void ReadArrears(Session& session, OfficeFigures& figures) {
       when += " AND s.DueDate>=" + SqlDate(figures.today.AddDays(-kBandDays[band]));
     }
     bands += fmt::format(
-        ",sum(case when {0} then 1 else 0 end) as N{1},sum(case when {0} then "
-        "s.PayableAmt-s.Payment else 0 end) as Amt{1}",
-        when, band);
+        ",sum(case when {0} then 1 else 0 end) as N{1},sum(case when {0} then {2} else 0 end) as "
+        "Amt{1}",
+        when, band, kOpen);
   }
   Recordset loans = session.Main().Query(
-      fmt::format("SELECT l.CustID,l.LoanID,min(s.DueDate) as Oldest,sum(s.PayableAmt-s.Payment) "
-                  "as Amt{} {} GROUP BY l.CustID,l.LoanID",
-                  bands, OpenRows(session, "s.DueDate<" + SqlDate(figures.today))));
+      fmt::format("SELECT l.CustID,l.LoanID,min(s.DueDate) as Oldest,sum({}) as Amt{} {} GROUP BY "
+                  "l.CustID,l.LoanID",
+                  kOpen, bands, OpenRows(session, "s.DueDate<" + SqlDate(figures.today))));
   std::array<Tally, kAgeBands> by_age{};
   Tally overdue;
   std::vector<OverdueLoan> all;

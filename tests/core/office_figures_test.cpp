@@ -101,7 +101,7 @@ TEST_F(FiguresTest, PaidRowsSettledLoansAndOtherCompaniesOweNothing) {
   Loan("L4", "CD", "500");
   Row("L1", "15-01-2024", "100");
   Row("L1", "15-01-2024", "100.01");
-  for (const char* loan : {"L1", "L2", "L3", "L4"}) Row(loan, "15-01-2024");
+  for (const char* loan : {"L1", "L2", "L3", "L4"}) Row(loan, "15-01-2024", "NULL");
   for (const char* loan : {"L2", "L3", "L4"}) Row(loan, "01-02-2024");
   struct Case {
     int level;
