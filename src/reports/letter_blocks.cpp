@@ -122,6 +122,8 @@ class Composer {
       case LetterKind::labels:
         label_width_ = item.numbers[0];
         return;
+      case LetterKind::together:
+        return OpenStack();
       case LetterKind::columns:
         return OpenColumns(item);
       case LetterKind::beside:
@@ -312,7 +314,12 @@ class Composer {
     Put(std::move(block));
   }
 
-  // --- columns: two stacks of blocks that become one, so that they stay side by side
+  // --- stacks of blocks that become one: for columns two, which stay side by side
+
+  void OpenStack() {
+    stack_.clear();
+    out_ = &stack_;
+  }
 
   void OpenColumns(const LetterItem& item) {
     const double sum = item.numbers[0] + item.numbers[1];
@@ -320,8 +327,7 @@ class Composer {
     second_x_ = x_ + room * item.numbers[0] / sum + kColumnGap;
     second_width_ = room * item.numbers[1] / sum;
     width_ = room * item.numbers[0] / sum;
-    stack_.clear();
-    out_ = &stack_;
+    OpenStack();
   }
 
   void TurnColumn() {

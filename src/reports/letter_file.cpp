@@ -35,6 +35,7 @@ constexpr Shape kShapes[] = {
     {"items", LetterKind::items, 0, 0, 0, ""},
     {"sign", LetterKind::sign, 1, 4, 0, ""},
     {"labels", LetterKind::labels, 0, 0, 1, ""},
+    {"together", LetterKind::together, 0, 0, 0, ""},
     {"columns", LetterKind::columns, 0, 0, 2, ""},
     {"beside", LetterKind::beside, 0, 0, 0, ""},
     {"across", LetterKind::across, 0, 0, 0, ""},
@@ -159,20 +160,27 @@ void LetterParser::TakeMore(const std::vector<ReportWord>& words) {
 
 void LetterParser::CheckOrder(const LetterItem& item) {
   switch (item.kind) {
+    case LetterKind::together:
     case LetterKind::columns:
-      if (open_ != LetterKind::across) Refuse("\"columns\" stands within columns");
+      if (open_ != LetterKind::across) {
+        Refuse("\"columns\" and \"together\" do not go into each other: put \"across\" before");
+      }
       break;
     case LetterKind::beside:
       if (open_ != LetterKind::columns) Refuse("\"beside\" stands without \"columns\" before it");
       break;
     case LetterKind::across:
-      if (open_ != LetterKind::beside) Refuse("\"across\" stands without \"beside\" before it");
+      if (open_ != LetterKind::beside && open_ != LetterKind::together) {
+        Refuse("\"across\" stands without \"beside\" or \"together\" before it");
+      }
       break;
     case LetterKind::items:
     case LetterKind::page:
     case LetterKind::cut:
       if (open_ != LetterKind::across) {
-        Refuse("a table, a cut and a new page do not go into columns: put \"across\" before");
+        Refuse(
+            "a table, a cut and a new page do not go into what stays together: put \"across\" "
+            "before");
       }
       return;
     default:
@@ -182,7 +190,8 @@ void LetterParser::CheckOrder(const LetterItem& item) {
 }
 
 LetterFile LetterParser::Finish(bool has_columns) {
-  if (open_ != LetterKind::across) Refuse("the columns are not closed with \"across\"");
+  if (open_ != LetterKind::across)
+    Refuse("\"columns\" or \"together\" is not closed with \"across\"");
   bool has_items = false;
   for (const LetterItem& item : letter_.items) {
     has_items = has_items || item.kind == LetterKind::items;

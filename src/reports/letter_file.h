@@ -24,6 +24,7 @@ enum class LetterKind {
   items,   // the table of the record's rows
   sign,
   labels,  // how wide the labels of pairs are
+  together,
   columns,
   beside,
   across,
@@ -77,7 +78,7 @@ class LetterParser {
 
   LetterFile letter_;
   bool inherited_ = false;                // the items are those of the other file
-  LetterKind open_ = LetterKind::across;  // columns, beside, or across when none is open
+  LetterKind open_ = LetterKind::across;  // together, columns, beside, or across when none is open
 };
 
 // The words that begin a line of a letter, for a message.

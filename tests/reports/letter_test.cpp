@@ -258,6 +258,23 @@ TEST(Letter, WhatIsHigherThanAPageGoesOnOnTheNext) {
       std::runtime_error);
 }
 
+// What is signed stands on the page of the signature, whatever the height of what stands before.
+TEST(Letter, WhatStaysTogetherGoesToTheNextPageTogether) {
+  std::size_t pages = 0;
+  for (int space = 200; space <= 262; ++space) {
+    const ReportDocument document =
+        LayOut(Letter("space " + std::to_string(space) +
+                      "\ntogether\nheading \"Terms\"\ntext \"{CustName}\"\nsign \"Us\"\nacross\n"),
+               {}, Rows({{"L1", "Agreed by all who are named here", "1"}}));
+    ExpectInside(document);
+    const std::string texts = TextsOf(document.pages.back());
+    EXPECT_NE(texts.find("Terms|"), std::string::npos) << space;
+    EXPECT_NE(texts.find("Us|"), std::string::npos) << space;
+    pages = std::max(pages, document.pages.size());
+  }
+  EXPECT_EQ(pages, 2u);
+}
+
 TEST(Letter, NobodySignsWhereNobodyIsNamed) {
   const auto page = [](const std::string& name) {
     return LayOut(Letter("sign \"Manager\" \"[Guarantor {CustName}]\" \"\"\n"), {},
@@ -330,7 +347,11 @@ TEST(Letter, RefusesWithFileAndLine) {
       {"rule\nmore \"a\"", "line 6: \"more\" goes on"},
       {"text \"a\"\nbeside", "line 6: \"beside\" stands without"},
       {"columns 1 1\nacross", "line 6: \"across\" stands without"},
-      {"columns 1 1\nbeside\ncolumns 1 1", "line 7: \"columns\" stands within"},
+      {"columns 1 1\nbeside\ncolumns 1 1", "line 7: \"columns\" and \"together\" do not go"},
+      {"together\ncolumns 1 1", "line 6: \"columns\" and \"together\" do not go"},
+      {"together\nbeside", "line 6: \"beside\" stands without"},
+      {"together\npage", "line 6: a table, a cut and a new page"},
+      {"together\ntext \"a\"", "not closed with \"across\""},
       {"columns 1 1\nitems", "line 6: a table, a cut and a new page"},
       {"columns 1 1\nbeside\ntext \"a\"", "not closed with \"across\""},
       {"text \"a\"\nfield \"a\" \"b\"", "line 6: this line belongs to a list"},
