@@ -89,6 +89,13 @@ TEST(AgreementReports, RateAboveTheLawIsTold) {
   office.Run("UPDATE LoanMast SET InsRate=12.01 WHERE LoanID='L4'");
   EXPECT_TRUE(Holds(Printed(office, "AgreeK.rpt", "L4"), "DO NOT SIGN"));
 
+  // On what is late the law allows 8, whatever secures the loan.
+  office.Run("UPDATE LoanMast SET InsRate=12, LateChargePerDay=8");
+  EXPECT_FALSE(Holds(Printed(office, "AgreeJ.rpt", "L1"), "DO NOT SIGN"));
+  office.Run("UPDATE LoanMast SET LateChargePerDay=8.01");
+  EXPECT_TRUE(Holds(Printed(office, "AgreeJ.rpt", "L1"), "charge 8.01 per cent a year"));
+  office.Run("UPDATE LoanMast SET LateChargePerDay=8, InsRate=18.5 WHERE LoanID='L1'");
+
   // What a special user sees: the other amount, and 18 per cent on a loan without security.
   const std::string special = Printed(office, "AgreeK.rpt", "L1", "True");
   EXPECT_TRUE(Holds(special, "|RM 6,000.00|"));
