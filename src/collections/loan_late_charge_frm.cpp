@@ -30,7 +30,7 @@ void LoanLateChargefrm::Load() {
                    QuoteStr(loan), SqlDate(*first), SqlDate(last))));
   Money total;
   for (int row = 0; row < DG.RowCount(); ++row) total += Money::FromText(DG.Cell(row, kAmount));
-  TotalLBL.SetText(fmt::format("{} days, {}", DG.RowCount(), ShowMoney(total)));
+  TotalLBL.SetText(fmt::format("{} charges, {}", DG.RowCount(), ShowMoney(total)));
 }
 
 }  // namespace kaunter
