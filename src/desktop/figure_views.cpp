@@ -74,7 +74,7 @@ Chart::Chart(QWidget* parent) : QWidget(parent) {
   setFocusPolicy(Qt::StrongFocus);
 }
 
-void Chart::Set(const QString& title, std::vector<ChartBar> bars, const QString& note,
+void Chart::Set(const QString& title, std::vector<FigureBar> bars, const QString& note,
                 const QString& empty) {
   title_ = title;
   note_ = note;
@@ -92,14 +92,14 @@ void Chart::SetOpens(bool opens, const QString& tip) {
 
 bool Chart::IsEmpty() const {
   return std::all_of(bars_.begin(), bars_.end(),
-                     [](const ChartBar& bar) { return bar.tally.count == 0; });
+                     [](const FigureBar& bar) { return bar.tally.count == 0; });
 }
 
 QRect Chart::Body() const { return rect().adjusted(kInside, kHead, -kInside, -10); }
 
 QString Chart::HeadNote() const {
   if (pointed_ < 0) return note_;
-  const ChartBar& bar = bars_[static_cast<std::size_t>(pointed_)];
+  const FigureBar& bar = bars_[static_cast<std::size_t>(pointed_)];
   return QString("%1:  %2  (%3)")
       .arg(bar.name, Q(ShowMoney(bar.tally.amount)))
       .arg(bar.tally.count);
@@ -125,7 +125,7 @@ void Chart::paintEvent(QPaintEvent*) {
                    Elided(painter, HeadNote(), head.width() - title_width));
   // An amount below nothing (more taken back than paid) has no bar; its figure tells it.
   Money most;
-  for (const ChartBar& bar : bars_) most = std::max(most, bar.tally.amount);
+  for (const FigureBar& bar : bars_) most = std::max(most, bar.tally.amount);
   for (std::size_t i = 0; i < bars_.size(); ++i) {
     const double of_most = most > Money() ? bars_[i].tally.amount.ToDouble() / most.ToDouble() : 0;
     DrawBar(painter, static_cast<int>(i), std::max(0.0, of_most));
@@ -187,12 +187,12 @@ void BandChart::DrawBar(QPainter& painter, int bar, double share) const {
   const QRect place = PlaceOf(bar);
   int names = 0;
   int amounts = 0;
-  for (const ChartBar& each : bars()) {
+  for (const FigureBar& each : bars()) {
     names = std::max(names, painter.fontMetrics().horizontalAdvance(each.label));
     amounts =
         std::max(amounts, painter.fontMetrics().horizontalAdvance(Q(ShowMoney(each.tally.amount))));
   }
-  const ChartBar& shown = bars()[static_cast<std::size_t>(bar)];
+  const FigureBar& shown = bars()[static_cast<std::size_t>(bar)];
   painter.setPen(bar == pointed() ? Look().text : Look().muted);
   painter.drawText(place, Qt::AlignVCenter | Qt::AlignLeft, shown.label);
   painter.setPen(shown.tally.count == 0 ? Look().muted : Look().text);
@@ -217,7 +217,7 @@ QRect MonthChart::PlaceOf(int bar) const {
 
 void MonthChart::DrawBar(QPainter& painter, int bar, double share) const {
   const QRect place = PlaceOf(bar);
-  const ChartBar& shown = bars()[static_cast<std::size_t>(bar)];
+  const FigureBar& shown = bars()[static_cast<std::size_t>(bar)];
   const int label = painter.fontMetrics().height() + 3;
   const double floor = place.bottom() - label;
   const bool last = bar + 1 == static_cast<int>(bars().size());

@@ -32,7 +32,7 @@ class FigureCard : public QAbstractButton {
   bool alarm_ = false;
 };
 
-struct ChartBar {
+struct FigureBar {
   QString name;   // as the head of the chart says it
   QString label;  // beside the bar
   Tally tally;
@@ -44,13 +44,13 @@ class Chart : public QWidget {
   explicit Chart(QWidget* parent);
   // `note` stands in the head while no bar is pointed at; `empty` in the middle while all bars are
   // nothing.
-  void Set(const QString& title, std::vector<ChartBar> bars, const QString& note,
+  void Set(const QString& title, std::vector<FigureBar> bars, const QString& note,
            const QString& empty);
   // A press on a bar opens what is behind it; without, the chart is only looked at.
   std::function<void(int bar)> onOpen;
   void SetOpens(bool opens, const QString& tip);
 
-  const std::vector<ChartBar>& bars() const { return bars_; }
+  const std::vector<FigureBar>& bars() const { return bars_; }
   bool IsEmpty() const;
   // The room that belongs to a bar, label included.
   virtual QRect PlaceOf(int bar) const = 0;
@@ -76,7 +76,7 @@ class Chart : public QWidget {
   QString HeadNote() const;
 
   QString title_, note_, empty_;
-  std::vector<ChartBar> bars_;
+  std::vector<FigureBar> bars_;
   int pointed_ = -1;
   int pressed_ = -1;
   bool opens_ = false;

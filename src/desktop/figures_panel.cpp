@@ -157,7 +157,7 @@ void FiguresPanel::RefreshAges() {
   const bool chinese = face_.chinese();
   const Grid& grid = figures_.AgeDG;
   const OfficeFigures& figures = figures_.figures();
-  std::vector<ChartBar> bars;
+  std::vector<FigureBar> bars;
   for (int band = 0; band < kAgeBands && band < grid.RowCount(); ++band) {
     const QString name = Q(grid.Cell(band, 0));
     bars.push_back({name, name, figures.by_age[static_cast<std::size_t>(band)], AgeTone(band)});
@@ -175,7 +175,7 @@ void FiguresPanel::RefreshAges() {
 void FiguresPanel::RefreshYear(MonthChart& chart, const Grid& grid, const Year& year,
                                const Caption& empty) {
   const bool chinese = face_.chinese();
-  std::vector<ChartBar> bars;
+  std::vector<FigureBar> bars;
   Money sum;
   for (std::size_t i = 0; i < kMonthsShown && static_cast<int>(i) < grid.RowCount(); ++i) {
     const QString name = Q(grid.Cell(static_cast<int>(i), 0));

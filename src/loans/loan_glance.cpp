@@ -4,9 +4,9 @@
 
 namespace kaunter {
 
-LoanGlance GlanceAt(const std::vector<Instalment>& instalments, const DateTime& today) {
+LoanGlance GlanceAt(const std::vector<GlanceRow>& instalments, const DateTime& today) {
   LoanGlance glance;
-  for (const Instalment& one : instalments) {
+  for (const GlanceRow& one : instalments) {
     if (one.Payment >= one.PayableAmt) {
       ++glance.paid;
       continue;

@@ -9,7 +9,7 @@
 
 namespace kaunter {
 
-struct Instalment {
+struct GlanceRow {
   DateTime DueDate;
   Money PayableAmt;
   Money Payment;
@@ -26,6 +26,6 @@ struct LoanGlance {
 };
 
 // `instalments` in the order of the schedule. An instalment that falls due today is not in arrears.
-LoanGlance GlanceAt(const std::vector<Instalment>& instalments, const DateTime& today);
+LoanGlance GlanceAt(const std::vector<GlanceRow>& instalments, const DateTime& today);
 
 }  // namespace kaunter

@@ -460,7 +460,7 @@ void NewLoanFrm::ShowNeighbour(bool next) {
 void NewLoanFrm::ShowGlance() {
   Glance.SetVisible(!loaded_id_.empty());
   if (loaded_id_.empty()) return;
-  std::vector<Instalment> instalments;
+  std::vector<GlanceRow> instalments;
   for (int row = 0; row < vsd3.RowCount(); ++row) {
     const auto due = DateTime::FromDisplay(vsd3.Cell(row, 1));
     if (!due) continue;

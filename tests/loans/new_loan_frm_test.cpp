@@ -948,7 +948,7 @@ TEST(LoanGlance, PaidDueAndOpen) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    std::vector<Instalment> instalments;
+    std::vector<GlanceRow> instalments;
     const DateTime dates[] = {jan, feb, mar, apr};
     for (int i = 0; i < 4; ++i) {
       instalments.push_back({dates[i], money(100), money(row.payments[i])});
