@@ -91,6 +91,4 @@ ReportRun RunWholeReport(const ReportJob& job, const ReportProgress& progress) {
   return run;
 }
 
-ReportDocument RunReport(const ReportJob& job) { return RunWholeReport(job).document; }
-
 }  // namespace kaunter

@@ -20,7 +20,6 @@ struct ReportRun {
 
 // Throws SqlError or std::runtime_error that says which file, formula or statement is at fault.
 ReportRun RunWholeReport(const ReportJob& job, const ReportProgress& progress = {});
-ReportDocument RunReport(const ReportJob& job);
 // "Customer;Tan Ah Kow;True" taken apart: name and value.
 std::pair<std::string, std::string> SplitParameter(const std::string& field);
 

@@ -57,7 +57,8 @@ class PapersTest : public ::testing::Test, protected LoanOffice {
       job.ParameterFields[static_cast<int>(i)] = parameters[i];
     }
     std::vector<std::string> pages;
-    for (const ReportPage& page : RunReport(job).pages) {
+    const ReportDocument document = RunWholeReport(job).document;
+    for (const ReportPage& page : document.pages) {
       pages.emplace_back();
       for (const PageText& text : page.texts) pages.back() += text.text + "|";
     }

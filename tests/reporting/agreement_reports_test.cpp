@@ -21,7 +21,7 @@ std::string Printed(ReportOffice& office, const std::string& file, const std::st
   job.SelectionFormula = "{LoanMast.LoanID} = '" + loan + "'";
   job.ParameterFields[0] = std::string("RptID;") + special + ";True";
   job.ReportFileName = KAUNTER_SOURCE_DIR "/reports/" + file;
-  return TextsOf(RunReport(job));
+  return TextsOf(RunWholeReport(job).document);
 }
 
 bool Holds(const std::string& texts, const std::string& part) {

@@ -31,7 +31,8 @@ std::string Printed(ReportOffice& office, const std::string& file, const std::st
   }
   job.ReportFileName = KAUNTER_SOURCE_DIR "/reports/" + file;
   std::string all = "|";
-  for (const ReportPage& page : RunReport(job).pages) {
+  const ReportDocument document = RunWholeReport(job).document;
+  for (const ReportPage& page : document.pages) {
     for (const PageText& text : page.texts) all += text.text + "|";
   }
   return all;

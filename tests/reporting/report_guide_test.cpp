@@ -34,7 +34,7 @@ struct Guide : ReportOffice {
     job.ReportFileName = files.File(name);
     job.SelectionFormula = formula;
     job.Connect = &session().Main();
-    return LinesOf(RunReport(job));
+    return LinesOf(RunWholeReport(job).document);
   }
   TempFolder files;
 };

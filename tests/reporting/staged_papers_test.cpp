@@ -78,7 +78,8 @@ std::vector<std::string> TextsOf(const ReportJob& job) {
   of_source.ReportFileName =
       KAUNTER_SOURCE_DIR "/reports" + job.ReportFileName.substr(job.ReportFileName.rfind('/'));
   std::vector<std::string> texts;
-  for (const ReportPage& page : RunReport(of_source).pages) {
+  const ReportDocument document = RunWholeReport(of_source).document;
+  for (const ReportPage& page : document.pages) {
     for (const PageText& text : page.texts) texts.push_back(text.text);
   }
   return texts;

@@ -139,7 +139,7 @@ TEST(RunReport, AFileThatIsNoReportSaysWhatItIs) {
   };
   for (const auto& [name, told] : cases) {
     try {
-      RunReport(books.Job("", name));
+      RunWholeReport(books.Job("", name));
       ADD_FAILURE() << name;
     } catch (const std::runtime_error& error) {
       EXPECT_NE(std::string(error.what()).find(told), std::string::npos) << error.what();
@@ -186,13 +186,13 @@ TEST(RunReport, ThePaperSpeaksOneLanguage) {
   for (const auto& c : cases) {
     ReportJob job = books.Job("{Loans.Code} = 'none'", c.file);
     job.PrintedBy = "AMY";
-    const std::vector<std::string> lines = LinesOf(RunReport(job));
+    const std::vector<std::string> lines = LinesOf(RunWholeReport(job).document);
     ASSERT_EQ(lines.size(), 4u) << c.file;
     EXPECT_EQ(lines[2], c.no_rows) << c.file;
     EXPECT_EQ(lines[3], c.foot) << c.file;
   }
   // Nobody is signed in: the foot has no name, and no gap for one.
-  EXPECT_EQ(LinesOf(RunReport(books.Job("{Loans.Code} = 'none'")))[3],
+  EXPECT_EQ(LinesOf(RunWholeReport(books.Job("{Loans.Code} = 'none'")).document)[3],
             "Printed 31-01-2024 09:05:00|Page 1 of 1");
 }
 
@@ -223,7 +223,7 @@ TEST(RunReport, APictureStandsBesideTheTitleWhenItIsThere) {
     books.Write("p.rpt", std::string("like \"list.rpt\"\npicture \"") + name + "\" 30 16\n");
     ReportJob job = books.Job("", "p.rpt");
     job.ParameterFields[0] = "Logo;" + books.folder.File("logo.png") + ";True";
-    const ReportDocument document = RunReport(job);
+    const ReportDocument document = RunWholeReport(job).document;
     const auto& pictures = document.pages.at(0).pictures;
     ASSERT_EQ(pictures.size(), std::string(name) == "nowhere.png" ? 0u : 1u) << name;
     if (pictures.empty()) continue;
