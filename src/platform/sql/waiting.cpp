@@ -35,4 +35,6 @@ bool StopAsked() noexcept {
   return stop;
 }
 
+bool StopOffered() noexcept { return stop_asked && !waiting; }
+
 }  // namespace kaunter

@@ -15,7 +15,7 @@ void SetWhileWaiting(std::function<void()> act);
 bool IsWaiting();
 
 // While one lives, `asked` is called in the same way, and true ends the statement that is running
-// with an SqlError. For statements that only read.
+// with an SqlError; a server that still thinks is asked to give up. For statements that only read.
 class MayStop {
  public:
   explicit MayStop(std::function<bool()> asked);
@@ -30,5 +30,6 @@ class MayStop {
 // The engine's side.
 void ActWhileWaiting() noexcept;
 bool StopAsked() noexcept;
+bool StopOffered() noexcept;  // somebody may ask
 
 }  // namespace kaunter

@@ -11,6 +11,7 @@
 
 #include "platform/sql/data_source.h"
 #include "platform/sql/odbc/odbc_connection.h"
+#include "platform/sql/waiting.h"
 #include "tests/platform/support/odbc_driver.h"
 #include "tests/platform/support/test_engine.h"
 
@@ -299,6 +300,47 @@ TEST(OdbcPostgres, NothingFollowsAFailureThatEndsATransaction) {
   EXPECT_THROW(connection->CommitTrans(), SqlError);
   connection->RollbackTrans();
   EXPECT_EQ(NumberOf(*connection, "SELECT 1"), 0);
+}
+
+// While the server thinks: no row has come yet.
+TEST(OdbcPostgres, AStopReachesAServerThatThinks) {
+  const Clock clock;
+  const auto connection = OpenOdbc("MainConn", Server().OdbcText(), clock);
+  RunRaw("DROP TABLE IF EXISTS \"Many\"");
+  connection->Execute("CREATE TABLE Many (K int)");
+  RunRaw("INSERT INTO \"Many\" SELECT generate_series(1, 20000)");
+  const std::string endless =
+      "SELECT COUNT(*) FROM Many AS a, Many AS b, Many AS c WHERE a.K+b.K<>c.K";
+  using Time = std::chrono::steady_clock;
+  // The second time the shape is prepared, the third time it is known.
+  for (int run = 1; run <= 3; ++run) {
+    const auto start = Time::now();
+    Time::time_point asked;
+    {
+      const MayStop stop([&] {
+        if (Time::now() - start < std::chrono::milliseconds(200)) return false;
+        if (asked == Time::time_point()) asked = Time::now();
+        return true;
+      });
+      EXPECT_THROW(connection->Query(endless), SqlError) << run;
+    }
+    ASSERT_NE(asked, Time::time_point()) << run;
+    EXPECT_LT(Time::now() - asked, std::chrono::seconds(3)) << run;
+    EXPECT_EQ(connection->Query("SELECT COUNT(*) FROM Many").Field(0), Value(20000)) << run;
+  }
+  // Within a transaction the statement alone is lost.
+  connection->BeginTrans();
+  connection->Execute("INSERT INTO Many VALUES (0)");
+  {
+    const MayStop stop([] { return true; });
+    EXPECT_THROW(connection->Query(endless), SqlError);
+  }
+  EXPECT_EQ(connection->Query("SELECT COUNT(*) FROM Many").Field(0), Value(20001));
+  connection->RollbackTrans();
+  EXPECT_EQ(connection->Query("SELECT COUNT(*) FROM Many").Field(0), Value(20000));
+  // Whoever does not stop gets all.
+  const MayStop stop([] { return false; });
+  EXPECT_EQ(connection->Query("SELECT COUNT(*) FROM Many WHERE K<=100").Field(0), Value(100));
 }
 
 TEST(OdbcPostgres, ALostServerIsToldAndStaysTold) {

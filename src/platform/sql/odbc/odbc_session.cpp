@@ -3,11 +3,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
+#include <future>
 #include <utility>
 
 #include "platform/sql/odbc/odbc_rows.h"
 #include "platform/sql/odbc/odbc_string.h"
 #include "platform/sql/odbc/odbc_text.h"
+#include "platform/sql/waiting.h"
 
 namespace kaunter::sql {
 namespace {
@@ -15,6 +18,8 @@ namespace {
 // With a character of two UTF-16 units: under some locales the driver manager carries the first
 // through an ANSI driver, and breaks the second. A server that knows no such characters may do.
 constexpr std::string_view kProbes[] = {"陈😀", "陈"};
+
+constexpr std::chrono::milliseconds kBetweenActs(10);
 
 SQLPOINTER AsPointer(std::uintptr_t number) { return reinterpret_cast<SQLPOINTER>(number); }
 
@@ -125,6 +130,20 @@ bool OdbcSession::ComesBack(std::string_view probe) {
   }
 }
 
+// Some statements may be stopped while their server thinks. The driver waits for it on a thread of
+// its own, so that this one, which holds the windows, hears the person and can send the wish on.
+SQLRETURN OdbcSession::Execute(const OdbcHandle& statement, std::string_view sql) const {
+  if (!StopOffered()) return ExecDirect(statement, sql);
+  std::future<SQLRETURN> server =
+      std::async(std::launch::async, [&] { return ExecDirect(statement, sql); });
+  while (server.wait_for(kBetweenActs) != std::future_status::ready) {
+    ActWhileWaiting();
+    // Again and again: a wish that arrives before the statement is lost.
+    if (StopAsked()) SQLCancel(statement.get());
+  }
+  return server.get();
+}
+
 SQLRETURN OdbcSession::ExecDirect(const OdbcHandle& statement, std::string_view sql) const {
   if (wide_) {
     std::u16string text = ToUtf16(sql);
@@ -148,7 +167,7 @@ OdbcOutcome OdbcSession::Run(std::string_view sql, bool want_rows,
   // A handle serves again while nothing fails on it: a new one costs as much as a short query.
   OdbcHandle statement =
       spare_.get() != SQL_NULL_HANDLE ? std::move(spare_) : OdbcHandle(SQL_HANDLE_STMT, link_);
-  OdbcOutcome outcome = Drain(statement, ExecDirect(statement, sql), want_rows, known);
+  OdbcOutcome outcome = Drain(statement, Execute(statement, sql), want_rows, known);
   if (SQL_SUCCEEDED(SQLFreeStmt(statement.get(), SQL_CLOSE))) spare_ = std::move(statement);
   return outcome;
 }

@@ -55,6 +55,7 @@ class OdbcSession {
   void ReadDbms();
   void ProbeTexts();
   bool ComesBack(std::string_view probe);
+  SQLRETURN Execute(const OdbcHandle& statement, std::string_view sql) const;
   SQLRETURN ExecDirect(const OdbcHandle& statement, std::string_view sql) const;
   OdbcOutcome Drain(const OdbcHandle& statement, SQLRETURN result, bool want_rows,
                     const std::vector<ResultColumn>& known);
