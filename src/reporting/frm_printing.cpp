@@ -6,6 +6,7 @@
 
 #include "compliance/aml.h"
 #include "core/company_access.h"
+#include "core/log.h"
 #include "core/picker.h"
 #include "core/report_path.h"
 #include "core/session_report.h"
@@ -125,9 +126,32 @@ void frmPrinting::TickAll(bool on) {
 
 void frmPrinting::Print() {
   if (vsd.RowCount() == 0 || !Confirm({"Confirm to print report?", "确定打印？"})) return;
+  std::vector<ListedDocument> papers;
   for (int row = 0; row < vsd.RowCount(); ++row) {
     const ListedDocument& document = documents_[static_cast<std::size_t>(row)];
-    if (!document.file.empty() && vsd.Ticked(row)) PrintDocument(document);
+    if (!document.file.empty() && vsd.Ticked(row)) papers.push_back(document);
+  }
+  for (std::size_t i = 0; i < papers.size(); ++i) {
+    const bool last = i + 1 == papers.size();
+    if (last) {
+      PrintDocument(papers[i]);
+    } else if (!TryToPrint(papers[i], papers[i + 1])) {
+      return;
+    }
+  }
+}
+
+// One paper that cannot be printed does not hold up the others, unless the printer is to blame:
+// that the person decides.
+bool frmPrinting::TryToPrint(const ListedDocument& document, const ListedDocument& next) {
+  try {
+    PrintDocument(document);
+    return true;
+  } catch (const std::exception& failure) {
+    LogRollback(session(), fmt::format("{} - {}", title().english, document.file), failure);
+    return Confirm(
+        {fmt::format("{}: {}\n\nGo on with {}?", document.title, failure.what(), next.title),
+         fmt::format("{}：{}\n\n继续打印 {}？", document.title, failure.what(), next.title)});
   }
 }
 

@@ -39,6 +39,7 @@ class frmPrinting : public SessionScreen {
 
   void Print();
   void PrintDocument(const ListedDocument& document);
+  bool TryToPrint(const ListedDocument& document, const ListedDocument& next);
   // False when the document is not printed after all.
   bool Prepare(const ListedDocument& document, ReportJob& job);
   void OfferReminderDate(const Caption& question, std::string_view column);

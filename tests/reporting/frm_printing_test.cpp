@@ -233,5 +233,37 @@ TEST(FrmPrinting, TheListsThatComeWithTheProgramAreWhole) {
   }
 }
 
+// The next paper may well be printed; behind the last one there is nothing to ask.
+TEST(FrmPrinting, APaperThatFailsLeavesTheOthersToTheClerk) {
+  const struct {
+    const char* jammed;
+    bool goes_on;
+    std::size_t printed;
+    std::size_t questions;  // the first one confirms the printing
+    std::size_t messages;
+  } cases[] = {{"Cover", true, 2, 2, 0}, {"Cover", false, 0, 2, 0}, {"Letter", true, 2, 1, 1}};
+  for (const auto& c : cases) {
+    PrintingCounter counter;
+    counter.WriteList(
+        "Cover,Cover.rpt,{LoanMast.LoanID}\r\nSchedule,AgreeJ.rpt,{LoanMast.LoanID}\r\n"
+        "For others,AgreeK.rpt,{LoanMast.LoanID}\r\nLetter,Letter.rpt,{LoanMast.LoanID}\r\n");
+    counter.Install("Letter.rpt");
+    frmPrinting& frm = counter.OpenDesk("L1");
+    for (int row = 0; row < frm.vsd.RowCount(); ++row) frm.vsd.SetTicked(row, true);
+    ASSERT_EQ(frm.vsd.RowCount(), 3) << counter.Titles();
+    counter.desk.jammed = c.jammed;
+    if (!c.goes_on) counter.desk.declined = "Go on";
+    frm.Guard([&] { frm.SaveCmd.Click(); });
+    EXPECT_EQ(counter.desk.printed.size(), c.printed);
+    ASSERT_EQ(counter.desk.questions.size(), c.questions);
+    ASSERT_EQ(counter.desk.messages.size(), c.messages);
+    const std::string& told =
+        c.messages > 0 ? counter.desk.messages[0] : counter.desk.questions.back();
+    EXPECT_NE(told.find("The printer has no paper."), std::string::npos) << told;
+    EXPECT_EQ(told.find("Go on with Schedule?") != std::string::npos, c.questions > 1) << told;
+    EXPECT_TRUE(frm.vsd.Ticked(2));
+  }
+}
+
 }  // namespace
 }  // namespace kaunter

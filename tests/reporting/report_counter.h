@@ -33,9 +33,15 @@ class PrintingDesk : public SilentDesk {
     shown.push_back(std::string(name));
     if (on_show) on_show();
   }
-  void Print(const ReportJob& job) override { printed.push_back(job); }
+  void Print(const ReportJob& job) override {
+    if (!jammed.empty() && job.ReportFileName.find(jammed) != std::string::npos) {
+      throw std::runtime_error("The printer has no paper.");
+    }
+    printed.push_back(job);
+  }
 
   bool agrees = true;
+  std::string jammed;    // a report whose file holds this text is not printed
   std::string declined;  // a question that holds this text gets a no
   std::optional<std::string> input;
   std::function<void()> on_show;
