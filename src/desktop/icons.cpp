@@ -100,6 +100,13 @@ QPainterPath PathOf(Glyph glyph) {
       line(13.5, 6.5, 19, 12);
       line(13.5, 17.5, 19, 12);
       break;
+    case Glyph::sidebar:
+      p.addRoundedRect(3.5, 4.5, 17, 15, 2, 2);
+      line(9.5, 4.5, 9.5, 19.5);
+      line(5.8, 8.5, 7.2, 8.5);
+      line(5.8, 12, 7.2, 12);
+      line(5.8, 15.5, 7.2, 15.5);
+      break;
   }
   return p;
 }

@@ -18,7 +18,8 @@ enum class Glyph {
   seal,
   shield,
   card,
-  arrow
+  arrow,
+  sidebar
 };
 
 // `strong` draws in the accent, else in the quiet tone of labels.

@@ -1,8 +1,11 @@
 #include "desktop/pages_view.h"
 
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QTimer>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
@@ -19,6 +22,7 @@ constexpr int kPageGap = 18;
 constexpr double kLeastZoom = 0.25;
 constexpr double kMostZoom = 4;
 constexpr double kWheelZoom = 1.1;
+constexpr int kSearchAtOnce = 15;  // milliseconds
 // Marks are paper's own: the same under every theme.
 const QColor kMark(0xff, 0xe2, 0x7a);
 const QColor kCurrentMark(0xff, 0xa6, 0x3d);
@@ -36,10 +40,15 @@ QRectF InkOf(const PageText& text) {
 }  // namespace
 
 PagesView::PagesView(const ReportDocument& document, QWidget* parent)
-    : QAbstractScrollArea(parent), document_(document) {
+    : QAbstractScrollArea(parent),
+      document_(document),
+      searched_(static_cast<int>(document.pages.size())),
+      search_on_(new QTimer(this)) {
   setFrameShape(QFrame::NoFrame);
   setFocusPolicy(Qt::StrongFocus);
   viewport()->setBackgroundRole(QPalette::Window);  // the desk that the paper lies on
+  search_on_->setSingleShot(true);
+  connect(search_on_, &QTimer::timeout, this, [this] { SearchOn(); });
   Ranges();
 }
 
@@ -72,10 +81,15 @@ void PagesView::Ranges() {
 }
 
 void PagesView::SetZoom(double zoom) {
-  const double place = verticalScrollBar()->value() / static_cast<double>(Step());
+  const double place =
+      gone_to_ >= 0 ? gone_to_ : verticalScrollBar()->value() / static_cast<double>(Step());
   zoom_ = std::clamp(zoom, kLeastZoom, kMostZoom);
-  Ranges();
-  verticalScrollBar()->setValue(static_cast<int>(std::lround(place * Step())));
+  fits_width_ = false;
+  {
+    const QScopedValueRollback going(going_, true);
+    Ranges();
+    verticalScrollBar()->setValue(static_cast<int>(std::lround(place * Step())));
+  }
   viewport()->update();
   emit Moved();
 }
@@ -83,20 +97,27 @@ void PagesView::SetZoom(double zoom) {
 void PagesView::FitWidth() {
   const double paper = document_.width_mm * logicalDpiX() / 25.4;
   SetZoom((viewport()->width() - 2 * kPageGap) / paper);
+  fits_width_ = true;
 }
 
 int PagesView::page() const {
+  if (gone_to_ >= 0) return gone_to_;
   const int middle = verticalScrollBar()->value() + viewport()->height() / 2;
   return std::clamp((middle - kPageGap / 2) / Step(), 0, std::max(pages() - 1, 0));
 }
 
 void PagesView::GoTo(int page) {
-  page = std::clamp(page, 0, std::max(pages() - 1, 0));
-  verticalScrollBar()->setValue(page * Step());
+  gone_to_ = std::clamp(page, 0, std::max(pages() - 1, 0));
+  {
+    const QScopedValueRollback going(going_, true);
+    verticalScrollBar()->setValue(gone_to_ * Step());
+  }
+  emit Moved();
 }
 
 void PagesView::Turn(int pages) {
-  GoTo((verticalScrollBar()->value() + kPageGap) / Step() + pages);
+  const int here = gone_to_ >= 0 ? gone_to_ : (verticalScrollBar()->value() + kPageGap) / Step();
+  GoTo(here + pages);
 }
 
 // The keys that turn pages are the window's; the arrows scroll.
@@ -113,12 +134,18 @@ void PagesView::keyPressEvent(QKeyEvent* event) {
 
 void PagesView::resizeEvent(QResizeEvent* event) {
   QAbstractScrollArea::resizeEvent(event);
-  Ranges();
+  {
+    const QScopedValueRollback going(going_, true);
+    Ranges();
+    if (gone_to_ >= 0) verticalScrollBar()->setValue(gone_to_ * Step());
+  }
   emit Moved();
 }
 
-void PagesView::scrollContentsBy(int, int) {
+void PagesView::scrollContentsBy(int, int dy) {
   viewport()->update();
+  if (going_) return;  // who goes tells it when it stands
+  if (dy != 0) gone_to_ = -1;
   emit Moved();
 }
 
@@ -167,23 +194,42 @@ void PagesView::PaintHits(QPainter& painter, int page) const {
   }
 }
 
-int PagesView::Find(const QString& wanted) {
-  const QString needle = wanted.trimmed();
+void PagesView::Find(const QString& wanted) {
+  needle_ = wanted.trimmed();
   hits_.clear();
   hit_ = -1;
-  const int here = page();
-  for (int p = 0; p < pages() && !needle.isEmpty(); ++p) {
-    const auto& texts = document_.pages[static_cast<std::size_t>(p)].texts;
-    for (int t = 0; t < static_cast<int>(texts.size()); ++t) {
-      if (!Q(texts[static_cast<std::size_t>(t)].text).contains(needle, Qt::CaseInsensitive))
-        continue;
-      if (hit_ < 0 && p >= here) hit_ = static_cast<int>(hits_.size());
-      hits_.push_back({p, t});
-    }
+  searched_from_ = page();
+  searched_ = needle_.isEmpty() ? pages() : 0;
+  SearchOn();
+}
+
+bool PagesView::searching() const { return searched_ < pages(); }
+
+// The window lives between two portions.
+void PagesView::SearchOn() {
+  QElapsedTimer clock;
+  clock.start();
+  const int known = hit_;
+  while (searching() && clock.elapsed() < kSearchAtOnce) SearchPage(searched_++);
+  if (searching()) {
+    search_on_->start(0);
+  } else {
+    search_on_->stop();
+    if (hit_ < 0 && !hits_.empty()) hit_ = 0;
   }
-  if (hit_ < 0 && !hits_.empty()) hit_ = 0;
-  ShowHit();
-  return hits();
+  if (known < 0 && hit_ >= 0) return ShowHit();
+  if (!searching()) return Shown();
+  emit Moved();
+}
+
+void PagesView::SearchPage(int page) {
+  const auto& texts = document_.pages[static_cast<std::size_t>(page)].texts;
+  for (int t = 0; t < static_cast<int>(texts.size()); ++t) {
+    const std::string& text = texts[static_cast<std::size_t>(t)].text;
+    if (!Q(text).contains(needle_, Qt::CaseInsensitive)) continue;
+    if (hit_ < 0 && page >= searched_from_) hit_ = static_cast<int>(hits_.size());
+    hits_.push_back({page, t});
+  }
 }
 
 void PagesView::NextHit(int step) {
@@ -194,6 +240,7 @@ void PagesView::NextHit(int step) {
 
 void PagesView::ShowHit() {
   if (hit_ >= 0) {
+    gone_to_ = -1;
     const PageHit& hit = hits_[static_cast<std::size_t>(hit_)];
     const PageText& text = document_.pages[static_cast<std::size_t>(hit.page)]
                                .texts[static_cast<std::size_t>(hit.text)];
@@ -212,6 +259,10 @@ void PagesView::ShowHit() {
                                       window.width() / 3);
     }
   }
+  Shown();
+}
+
+void PagesView::Shown() {
   viewport()->update();
   emit Moved();
 }

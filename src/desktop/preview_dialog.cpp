@@ -11,7 +11,9 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "desktop/icons.h"
 #include "desktop/message_box.h"
+#include "desktop/page_list.h"
 #include "desktop/pages_view.h"
 #include "desktop/paper_output.h"
 #include "desktop/text.h"
@@ -24,6 +26,7 @@ namespace {
 constexpr double kZoomStep = 1.2;
 constexpr double kMostAtFirst = 1.25;
 constexpr int kSearchSoon = 250;  // milliseconds
+constexpr char kListShown[] = "Preview pages";
 
 }  // namespace
 
@@ -36,14 +39,23 @@ PreviewDialog::PreviewDialog(ReportRun run, bool chinese, QWidget* parent)
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  layout->addWidget(TopBar());
-  layout->addWidget(pages_, 1);
+  auto* middle = new QHBoxLayout;
+  middle->setSpacing(0);
+  if (pages_->pages() > 1) {
+    list_ = new PageList(run_.document, chinese_, this);
+    connect(list_, &PageList::Chosen, pages_, &PagesView::GoTo);
+    middle->addWidget(list_);
+  }
+  middle->addWidget(pages_, 1);
+  layout->addLayout(middle, 1);
+  layout->insertWidget(0, TopBar());
   layout->addWidget(Foot());
   search_soon_->setSingleShot(true);
   search_soon_->setInterval(kSearchSoon);
   connect(search_soon_, &QTimer::timeout, this, [this] { Search(); });
   connect(pages_, &PagesView::Moved, this, [this] { ShowPlace(); });
   Shortcuts();
+  if (list_) ShowList(RestoredChoice(kListShown, true));
   if (!RestoreWindow(*this, "Preview")) FitToScreen(*this, {1000, 860});
   pages_->setFocus();
 }
@@ -73,6 +85,18 @@ QFrame* PreviewDialog::TopBar() {
   auto* row = new QHBoxLayout(bar);
   row->setContentsMargins(kMargin, 8, kMargin, 8);
   row->setSpacing(6);
+  if (list_) {
+    list_button_ = Button(row, {}, In("Page list (F9)", "页面列表 (F9)"), [this] {
+      ShowList(list_button_->isChecked());
+      KeepChoice(kListShown, list_button_->isChecked());
+    });
+    list_button_->setObjectName("pageList");
+    list_button_->setIcon(MakeIcon(Glyph::sidebar));
+    list_button_->setIconSize({20, 20});
+    list_button_->setFixedWidth(40);
+    list_button_->setCheckable(true);
+    row->addSpacing(kGap);
+  }
   Button(row, "‹", In("Page before (Page Up)", "上一页 (Page Up)"), [this] { pages_->Turn(-1); });
   page_box_ = new QLineEdit(bar);
   page_box_->setObjectName("page");
@@ -140,6 +164,7 @@ void PreviewDialog::Shortcuts() {
   on("Ctrl+P", [this] { Print(); });
   on("Ctrl+S", [this] { SavePdf(); });
   on("Ctrl+F", [this] { AskSearch(); });
+  if (list_) on("F9", [this] { list_button_->click(); });
   on("F3", [this] { NextHit(1); });
   on("Shift+F3", [this] { NextHit(-1); });
   on("Ctrl+0", [this] { pages_->SetZoom(1); });
@@ -204,6 +229,16 @@ bool PreviewDialog::eventFilter(QObject* object, QEvent* event) {
   return QDialog::eventFilter(object, event);
 }
 
+void PreviewDialog::ShowList(bool on) {
+  const bool fitted = pages_->fits_width();
+  if (!on && list_->hasFocus()) pages_->setFocus();
+  list_->setVisible(on);
+  list_button_->setChecked(on);
+  if (!isVisible()) return;
+  layout()->activate();
+  if (fitted) pages_->FitWidth();
+}
+
 void PreviewDialog::ZoomBy(double factor) { pages_->SetZoom(pages_->zoom() * factor); }
 
 void PreviewDialog::GoToTyped() {
@@ -230,16 +265,31 @@ void PreviewDialog::NextHit(int step) {
 }
 
 void PreviewDialog::ShowPlace() {
+  if (list_) list_->SetPage(pages_->page());
   page_box_->setText(QString::number(pages_->page() + 1));
   of_pages_->setText(In("of %1", "/ %1 页").arg(pages_->pages()));
   zoom_->setText(QString("%1%").arg(static_cast<int>(pages_->zoom() * 100 + 0.5)));
-  if (search_box_->text().trimmed().isEmpty()) {
+  ShowHits();
+}
+
+void PreviewDialog::ShowHits() {
+  const bool asked = !search_box_->text().trimmed().isEmpty() && !search_soon_->isActive();
+  const bool missed = asked && !pages_->searching() && pages_->hits() == 0;
+  if (!asked) {
     hits_->clear();
-  } else if (pages_->hits() == 0) {
+  } else if (missed) {
     hits_->setText(In("not found", "找不到"));
+  } else if (pages_->hit() < 0) {
+    hits_->setText(In("searching ...", "查找中..."));
   } else {
-    hits_->setText(QString("%1 / %2").arg(pages_->hit() + 1).arg(pages_->hits()));
+    hits_->setText(QString("%1 / %2%3")
+                       .arg(pages_->hit() + 1)
+                       .arg(pages_->hits())
+                       .arg(pages_->searching() ? " ..." : ""));
   }
+  if (search_box_->property("marked").toBool() == missed) return;
+  search_box_->setProperty("marked", missed);
+  search_box_->update();
 }
 
 bool PreviewDialog::Try(const std::function<void()>& act) {

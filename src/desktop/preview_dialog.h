@@ -15,6 +15,7 @@ class QTimer;
 
 namespace kaunter {
 
+class PageList;
 class PagesView;
 
 class PreviewDialog : public QDialog {
@@ -41,6 +42,8 @@ class PreviewDialog : public QDialog {
   void Search();
   void NextHit(int step);
   void ShowPlace();
+  void ShowHits();
+  void ShowList(bool on);
   void Print();
   void SavePdf();
   void SaveCsv();
@@ -50,6 +53,8 @@ class PreviewDialog : public QDialog {
   ReportRun run_;
   bool chinese_;
   PagesView* pages_;
+  PageList* list_ = nullptr;  // none beside a single page
+  QAbstractButton* list_button_ = nullptr;
   QLineEdit* page_box_ = nullptr;
   QLabel* of_pages_ = nullptr;
   QLabel* zoom_ = nullptr;

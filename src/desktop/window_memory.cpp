@@ -44,6 +44,18 @@ void KeepColumns(const QHeaderView& header, const QString& name) {
   file.setValue("columns/" + name, header.saveState());
 }
 
+bool RestoredChoice(const QString& name, bool usual) {
+  if (!g_memory) return usual;
+  const QSettings file(FilePath(), QSettings::IniFormat);
+  return file.value("choices/" + name, usual).toBool();
+}
+
+void KeepChoice(const QString& name, bool on) {
+  if (!g_memory) return;
+  QSettings file(FilePath(), QSettings::IniFormat);
+  file.setValue("choices/" + name, on);
+}
+
 void FitToScreen(QWidget& window, QSize wanted) {
   const QSize room = window.screen()->availableGeometry().size();
   // The frame of the window and a bar at the edge of the screen need some room themselves.

@@ -20,6 +20,10 @@ void KeepWindow(const QWidget& window, const QString& name);
 bool RestoreColumns(QHeaderView& header, const QString& name);
 void KeepColumns(const QHeaderView& header, const QString& name);
 
+// A choice of the person about a window, such as a part of it that is hidden.
+bool RestoredChoice(const QString& name, bool usual);
+void KeepChoice(const QString& name, bool on);
+
 // A size that fits the screen the window opens on.
 void FitToScreen(QWidget& window, QSize wanted);
 

@@ -6,13 +6,19 @@
 #include <sys/resource.h>
 
 #include <QImage>
+#include <QLabel>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPrintDialog>
+#include <QPrinter>
 #include <QPushButton>
+#include <QScrollBar>
+#include <algorithm>
 #include <csignal>
 #include <fstream>
 #include <iterator>
 
+#include "desktop/page_list.h"
 #include "desktop/pages_view.h"
 #include "desktop/paper_output.h"
 #include "desktop/progress_dialog.h"
@@ -132,6 +138,111 @@ TEST(Preview, SearchGoesRoundAndIsSilentAboutCase) {
   EXPECT_FALSE(preview.dialog.isVisible());
 }
 
+TEST(Preview, AWordThatIsNowhereIsTold) {
+  for (const bool chinese : {false, true}) {
+    OpenPreview preview(3, chinese);
+    const auto told = [&] {
+      const auto labels = preview.dialog.findChildren<QLabel*>();
+      return std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) {
+        return label->text() == QString::fromUtf8(chinese ? "找不到" : "not found");
+      });
+    };
+    EXPECT_FALSE(told());
+    preview.Search("nobody");
+    EXPECT_TRUE(told());
+    EXPECT_TRUE(preview.Box("search").property("marked").toBool());
+    // A word that is still being typed is not judged yet.
+    preview.Box("search").setText("Loan 7");
+    preview.dialog.pages().GoTo(1);
+    EXPECT_FALSE(told());
+    preview.Search("Loan 7");
+    EXPECT_FALSE(told());
+    EXPECT_FALSE(preview.Box("search").property("marked").toBool());
+  }
+}
+
+TEST(Preview, ThePageListLeadsAndFollows) {
+  OpenPreview preview(30);
+  auto* list = preview.dialog.findChild<PageList*>();
+  ASSERT_NE(list, nullptr);
+  const auto in_sight = [&](int page) {
+    return list->viewport()->rect().intersects(list->visualRect(list->model()->index(page, 0)));
+  };
+  preview.dialog.pages().GoTo(17);
+  EXPECT_EQ(list->page(), 17);
+  EXPECT_TRUE(in_sight(17));
+  // By the wheel, without anybody going anywhere.
+  preview.dialog.pages().verticalScrollBar()->setValue(0);
+  EXPECT_EQ(list->page(), 0);
+  const QRect third = list->visualRect(list->model()->index(2, 0));
+  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, third.center());
+  EXPECT_EQ(preview.ShownPage(), "3");
+  QTest::keyClick(list, Qt::Key_Down);
+  EXPECT_EQ(preview.ShownPage(), "4");
+  QTest::keyClick(list, Qt::Key_Up);
+  EXPECT_EQ(preview.ShownPage(), "3");
+  // Small pages stand in the window together; each of the last ones is still reached.
+  const double before = preview.dialog.pages().zoom();
+  QTest::keyClick(list, Qt::Key_Minus);
+  EXPECT_LT(preview.dialog.pages().zoom(), before);
+  preview.dialog.pages().SetZoom(0.25);
+  QTest::keyClick(list, Qt::Key_End);
+  EXPECT_EQ(preview.ShownPage(), "30");
+  QTest::keyClick(list, Qt::Key_Up);
+  EXPECT_EQ(preview.ShownPage(), "29");
+  EXPECT_EQ(list->page(), 28);
+  preview.dialog.resize(700, 900);
+  EXPECT_EQ(preview.ShownPage(), "29");
+}
+
+TEST(Preview, ThePageListCanBeHidden) {
+  OpenPreview preview(3);
+  auto* list = preview.dialog.findChild<PageList*>();
+  preview.dialog.pages().FitWidth();
+  const double beside = preview.dialog.pages().zoom();
+  list->setFocus();
+  preview.Key(Qt::Key_F9);
+  EXPECT_FALSE(list->isVisible());
+  EXPECT_TRUE(preview.dialog.pages().hasFocus());
+  EXPECT_GT(preview.dialog.pages().zoom(), beside);  // still as wide as the window
+  preview.dialog.findChild<QPushButton*>("pageList")->click();
+  EXPECT_TRUE(list->isVisible());
+  EXPECT_EQ(preview.dialog.pages().zoom(), beside);
+  // Beside a single page there is nothing to choose.
+  OpenPreview letter(1);
+  EXPECT_EQ(letter.dialog.findChild<PageList*>(), nullptr);
+  EXPECT_EQ(letter.dialog.findChild<QPushButton*>("pageList"), nullptr);
+  letter.Key(Qt::Key_F9);
+}
+
+TEST(Preview, ThousandsOfPagesAreDrawnAndSearchedBitByBit) {
+  OpenPreview preview(7000);
+  auto* list = preview.dialog.findChild<PageList*>();
+  EXPECT_LE(list->kept(), 10);
+  for (int page = 0; page < 7000; page += 70) {
+    preview.dialog.pages().GoTo(page);
+    QApplication::processEvents();
+  }
+  EXPECT_GT(list->kept(), 20);
+  EXPECT_LE(list->kept(), 60);
+  PagesView& pages = preview.dialog.pages();
+  pages.GoTo(0);
+  preview.Search("Loan 28000");  // 28000, and 280000 on the last page
+  ASSERT_TRUE(pages.searching());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return pages.hit() == 0; }, 10'000));
+  EXPECT_EQ(preview.ShownPage(), "700");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !pages.searching(); }, 10'000));
+  EXPECT_EQ(pages.hits(), 2);
+  EXPECT_EQ(preview.ShownPage(), "700");
+  preview.Key(Qt::Key_F3);
+  EXPECT_EQ(preview.ShownPage(), "7000");
+  // Another word takes the place of one that is still being looked for.
+  preview.Search("nobody");
+  preview.Search("Loan 1");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !pages.searching(); }, 10'000));
+  EXPECT_EQ(pages.hits(), 111'111);
+}
+
 TEST(Preview, SavesAPdfUnderTheEndingThatWasLeftOut) {
   TempFolder folder;
   OpenPreview preview(2);
@@ -249,6 +360,62 @@ TEST(Paper, GoesThroughThePrintDialog) {
   EXPECT_EQ(Content(path).substr(0, 5), "%PDF-");
   QTimer::singleShot(200, qApp, [] { QApplication::activeModalWidget()->close(); });
   EXPECT_FALSE(PrintDocument(ListOf(3).document, nullptr, false));
+}
+
+std::string TroubleOn(QPrinter& printer, bool chinese) {
+  try {
+    PrintOn(printer, ListOf(3).document, nullptr, chinese);
+  } catch (const std::runtime_error& failure) {
+    return failure.what();
+  }
+  return "printed";
+}
+
+TEST(Paper, APrinterThatIsNotThereIsTold) {
+  TempFolder folder;
+  QPrinter printer;
+  EXPECT_THAT(TroubleOn(printer, false), HasSubstr("This PC knows no printer"));
+  EXPECT_THAT(TroubleOn(printer, true), HasSubstr("没有打印机"));
+  const std::string gone = folder.File("gone/paper.pdf");
+  printer.setOutputFileName(Q(gone));
+  EXPECT_THAT(TroubleOn(printer, false), HasSubstr(gone + " cannot be written"));
+  // A short paper fits into what is written at the end.
+  const std::string path = folder.File("paper.pdf");
+  printer.setOutputFileName(Q(path));
+  {
+    const FullDisk full(500);
+    EXPECT_THAT(TroubleOn(printer, false), HasSubstr(path + " cannot be written"));
+  }
+  EXPECT_FALSE(std::filesystem::exists(path));
+  EXPECT_EQ(TroubleOn(printer, false), "printed");
+  const std::size_t whole = Content(path).size();
+  printer.setFromTo(2, 2);
+  EXPECT_EQ(TroubleOn(printer, false), "printed");
+  EXPECT_LT(Content(path).size(), whole);
+}
+
+TEST(Preview, StaysOpenWhenItCannotPrint) {
+  OpenPreview preview(2);
+  TempFolder folder;
+  std::string told;
+  QTimer::singleShot(200, qApp, [&] {
+    auto* dialog = qobject_cast<QPrintDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    dialog->findChild<QLineEdit*>("filename")->setText(Q(folder.File("paper.pdf")));
+    QTimer::singleShot(300, qApp, [&] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      told = S(box->text());
+      box->defaultButton()->click();
+    });
+    dialog->accept();
+  });
+  {
+    const FullDisk full(500);
+    preview.Key(Qt::Key_P, Qt::ControlModifier);
+  }
+  EXPECT_THAT(told, HasSubstr("cannot be written"));
+  EXPECT_TRUE(preview.dialog.isVisible());
 }
 
 // In its own proportions, at the edge that is told; one that cannot be read is left out.
