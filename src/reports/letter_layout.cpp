@@ -111,7 +111,8 @@ class LetterLayout {
       // The head of a table does not stay behind alone.
       const bool heads_next = i + 1 < blocks.size() && blocks[i + 1].head == static_cast<int>(i);
       const double needed = block.height + (heads_next ? blocks[i + 1].height : 0);
-      if (block.new_page || y_ + needed > Bottom()) BreakBefore(block, blocks);
+      const bool fits_a_page = needed <= Bottom() - file_.letter.margin;
+      if (block.new_page || (fits_a_page && y_ + needed > Bottom())) BreakBefore(block, blocks);
       PlaceOverPages(block);
     }
     const std::size_t count = document_.pages.size() - first;

@@ -10,6 +10,8 @@ namespace {
 
 constexpr double kPoints = 9;
 constexpr double kLeastPoints = 5;
+// The printer's font may be a little wider than the table of widths says.
+constexpr double kSureShare = 0.95;
 constexpr std::size_t kMostLines = 20;
 constexpr double kNextLine = 4.2;  // from one line of a row to the next
 
@@ -158,7 +160,8 @@ void ReportTable::Cell(ReportPage& page, double y, std::size_t column, std::stri
   // A figure without its last digits would be another figure: one that is too long gets smaller.
   if (align == TextAlign::right) {
     const double needed = TextWidth(text, kPoints, bold);
-    if (needed > width) points = std::max(kLeastPoints, kPoints * width / needed);
+    const double sure = width * kSureShare;
+    if (needed > sure) points = std::max(kLeastPoints, kPoints * sure / needed);
   }
   page.texts.push_back(
       {places_[column].x + kPad, y, width, kRowHeight, std::move(text), points, bold, align});
