@@ -96,7 +96,11 @@ void PagesView::SetZoom(double zoom) {
 
 void PagesView::FitWidth() {
   const double paper = document_.width_mm * logicalDpiX() / 25.4;
-  SetZoom((viewport()->width() - 2 * kPageGap) / paper);
+  const auto fit = [&] { SetZoom((viewport()->width() - 2 * kPageGap) / paper); };
+  const int room = viewport()->width();
+  fit();
+  // The page has become so high that a scroll bar takes its part of the width.
+  if (viewport()->width() < room) fit();
   fits_width_ = true;
 }
 

@@ -213,6 +213,10 @@ TEST(Preview, ThePageListCanBeHidden) {
   EXPECT_EQ(letter.dialog.findChild<PageList*>(), nullptr);
   EXPECT_EQ(letter.dialog.findChild<QPushButton*>("pageList"), nullptr);
   letter.Key(Qt::Key_F9);
+  letter.dialog.pages().SetZoom(0.25);  // without a scroll bar
+  letter.dialog.pages().FitWidth();
+  EXPECT_GT(letter.dialog.pages().verticalScrollBar()->maximum(), 0);
+  EXPECT_EQ(letter.dialog.pages().horizontalScrollBar()->maximum(), 0);
 }
 
 TEST(Preview, ThousandsOfPagesAreDrawnAndSearchedBitByBit) {
