@@ -77,7 +77,9 @@ std::vector<ChartBar> ChartBars(const ReportChart& chart, const ReportFile& file
   for (const auto& row : rows.rows()) {
     const std::string name = GroupValue(row[label], chart.by);
     const auto [found, added] = known.try_emplace(Lower(name), bars.size());
-    if (added) bars.push_back({{name, {}}, CalendarPlace(row[label], chart.by)});
+    // What nobody filled in bears a dash, as its subtotal does.
+    if (added)
+      bars.push_back({{Trim(name).empty() ? "-" : name, {}}, CalendarPlace(row[label], chart.by)});
     bars[found->second].bar.value += MoneyOf(row[value]);
   }
   std::stable_sort(bars.begin(), bars.end(),

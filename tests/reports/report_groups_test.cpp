@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <random>
 
@@ -265,6 +266,17 @@ TEST(ReportChart, ItsFiguresAddUpToTheColumn) {
     EXPECT_EQ(drawn, all) << by;
     EXPECT_LE(bars, 12) << by;
   }
+}
+
+TEST(ReportChart, ABarOfNobodyHasAName) {
+  const ReportFile file = ListFile("column \"Loan\" Loan text 9\nchart \"By\" Company Paid\n");
+  const ReportDocument document = LayOut(file, {}, RowsOf({{"", "", "L", {2023, 1, 5}, "7.00"}}));
+  const auto& texts = document.pages[0].texts;
+  const auto amount = std::find_if(texts.begin(), texts.end(), [](const PageText& text) {
+    return text.points == 8 && text.text == "7.00";
+  });
+  ASSERT_NE(amount, texts.end());
+  EXPECT_EQ((amount - 1)->text, "-");
 }
 
 }  // namespace
