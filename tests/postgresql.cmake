@@ -25,7 +25,7 @@ if(TARGET kaunter-play)
   add_test(NAME postgresql-eight-desktops
     COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play>
       -DOFFICE=${CMAKE_BINARY_DIR}/play-postgresql/eight-desktops -DNAME=eight_desktops
-      -P ${CMAKE_CURRENT_SOURCE_DIR}/play/eight_desktops.cmake)
+      -P ${CMAKE_CURRENT_SOURCE_DIR}/play/two_desktops.cmake)
   list(APPEND on_server postgresql-eight-desktops)
   if(TARGET test_dailybatch)
     add_test(NAME postgresql-daily-batch COMMAND test_dailybatch --gtest_filter=Postgresql*)

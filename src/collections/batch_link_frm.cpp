@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "collections/reading.h"
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/picker.h"
 #include "core/record.h"
@@ -27,22 +28,16 @@ BatchLinkfrm::BatchLinkfrm(Session& session, Desk& desk)
     : SessionScreen("BatchLinkfrm", {"Late Charge Reversal"}, session, desk) {
   LoanID.max_length = kKeyLength;
   DateFrom.max_length = DateTo.max_length = kDateLength;
-  LoanID.picker = "LoanPop";
-  LoanID.onSearch = [this] {
-    const std::string id = Pick(this->session(), this->desk(), "LoanPop");
-    if (id.empty()) return;
+  OfferPicker(session, LoanID, "LoanPop", [this](const std::string& id) {
     LoanID.SetText(id);
     LeaveLoan();
-  };
+  });
   LoanID.onLeave = [this] {
     LoanID.SetText(Trim(LoanID.text()));
     if (!SameText(LoanID.text(), asked_loan_)) LeaveLoan();
   };
   for (TextBox* box : {&DateFrom, &DateTo}) {
-    box->onLeave = [this, box] {
-      box->SetText(Trim(box->text()));
-      if (!box->empty() && !IsDate(box->text())) Refuse(*box, {"Invalid Date"});
-    };
+    box->onLeave = [this, box] { CheckDateBox(this->session(), *box, {"Invalid Date"}); };
   }
   DG.onCellLeave = [this](int row, int column, const std::string& before) {
     if (column == kAmount) EditAmount(row, before);
@@ -174,16 +169,15 @@ void BatchLinkfrm::Save() {
 
 void BatchLinkfrm::ListPayments() {
   if (!CheckDates()) return;
-  const std::string company = CompanyCondition(session(), "p.CompCode");
   const std::string last_day = DateTime::FromDisplay(DateTo.text())->ToCanonical();
   Read([&] {
     const std::string sql = fmt::format(
         "SELECT p.PayID,p.DateCreated,PayDate,p.LoanID,(p.PayAmt+p.IntAmt-p.DiscAmt) as "
         "[Payment],p.LastDueDate, c.CustName,l.OldLoanCode + ' (' + l.Memo5 + ')' as [LotNo] FROM "
         "PaymentMast  as p INNER JOIN CustMast as c on p.CustID=c.CustID INNER JOIN LoanMast as l "
-        "on p.LoanID=l.LoanID WHERE p.DateCreated >= {}{}{} AND p.DateCreated <= '{} 23:59:59' AND "
+        "on p.LoanID=l.LoanID WHERE p.DateCreated >= {}{} AND p.DateCreated <= '{} 23:59:59' AND "
         "p.DateCreated > p.LastDueDate ORDER BY p.PayDate,p.LoanID",
-        SqlDate(DateFrom.text()), company.empty() ? "" : " AND ", company, last_day);
+        SqlDate(DateFrom.text()), AndCompany(session(), "p.CompCode"), last_day);
     std::vector<std::vector<std::string>> lines;
     for (Recordset rows = main().Query(sql); !rows.Eof(); rows.MoveNext()) {
       lines.push_back(ShownRow(DG2, rows));

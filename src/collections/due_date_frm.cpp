@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "collections/reading.h"
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/open_for.h"
 #include "core/picker.h"
@@ -31,21 +32,15 @@ DueDateFrm::DueDateFrm(Session& session, Desk& desk)
     box->onLeave = [this, box] { LeaveDate(*box); };
   }
   CustID.max_length = LoanID.max_length = kKeyLength;
-  CustID.picker = "CustPop";
-  CustID.onSearch = [this] {
-    const std::string id = Pick(this->session(), this->desk(), "CustPop");
-    if (id.empty()) return;
+  OfferPicker(session, CustID, "CustPop", [this](const std::string& id) {
     CustID.SetText(id);
     LeaveCustomer();
-  };
+  });
   CustID.onLeave = [this] { LeaveCustomer(); };
-  LoanID.picker = "LoanPop";
-  LoanID.onSearch = [this] {
-    const std::string id = Pick(this->session(), this->desk(), "LoanPop");
-    if (id.empty()) return;
+  OfferPicker(session, LoanID, "LoanPop", [this](const std::string& id) {
     LoanID.SetText(id);
     LeaveLoan();
-  };
+  });
   LoanID.onLeave = [this] { LeaveLoan(); };
   LblCustName.onClick = [this] { OpenCustomer(this->session(), this->desk(), named_customer_); };
   DG.onOpen = [this](int row, int column) { Open(row, column); };
@@ -60,9 +55,7 @@ bool DueDateFrm::Read(const Caption& failed, const std::function<void()>& read) 
 // --- the boxes
 
 bool DueDateFrm::CheckDate(TextBox& box) {
-  box.SetText(Trim(box.text()));
-  if (box.empty() || IsDate(box.text())) return true;
-  return Refuse(box, {"Invalid date, Please Check!", "日期不正确，请检查！"});
+  return CheckDateBox(session(), box, {"Invalid date, Please Check!", "日期不正确，请检查！"});
 }
 
 void DueDateFrm::LeaveDate(TextBox& box) {

@@ -2,14 +2,12 @@
 
 #include <fmt/format.h>
 
-#include <charconv>
 #include <exception>
-#include <limits>
-#include <optional>
 #include <stdexcept>
 #include <utility>
 
 #include "collections/reading.h"
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/open_for.h"
@@ -21,7 +19,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kFirstPageSize = 100;
 constexpr int kKeyLength = 50;
 constexpr int kDateLength = 10;
 constexpr int kRemarksLength = 1000;
@@ -30,19 +27,9 @@ constexpr int kHisDate = 0, kHisTime = 1, kHisRemarks = 3, kHisStatus = 4, kHisU
               kHisNextCall = 6;
 constexpr int kDueLoan = 2;
 
-const Caption kInvalidDate{"Invalid date, Please Check!", "日期不正确，请检查！"};
-
 const Caption kLoanFailed{"an error occur during reading loan record", "阅读贷款资料时出现错误"};
 const Caption kCustomerFailed{"an error occur during reading customer record",
                               "阅读顾客资料时出现错误"};
-
-std::optional<int> WholeNumber(const std::string& text) {
-  int number = 0;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || stop != end || number <= 0) return std::nullopt;
-  return number;
-}
 
 }  // namespace
 
@@ -61,17 +48,16 @@ FollowupFrm::FollowupFrm(Session& session, Desk& desk)
   HisLoanID.onLeave = [this] { LeaveLoanID(); };
   SearchCmd.onClick = [this] { PickLoan(); };
   NextCall.onLeave = [this] {
-    NextCall.SetText(Trim(NextCall.text()));
-    if (!NextCall.empty() && !IsDate(NextCall.text())) Refuse(NextCall, kInvalidDate);
+    CheckDateBox(this->session(), NextCall,
+                 {"Invalid date, Please Check!", "日期不正确，请检查！"});
   };
   HisRemarks.onLeave = [this] {
     HisRemarks.SetText(ApplyCapLock(this->session(), HisRemarks.text()));
   };
   FollowUpDG.onOpen = [this](int row, int) { ShowHistory(row); };
   NextCallDG.onOpen = [this](int row, int) { OpenCall(row); };
-  iLimit.onPick = [this] { TakePageSize(); };
-  Command5.onClick = [this] { NextPage(); };
-  Command6.onClick = [this] { PreviousPage(); };
+  Command5.onClick = [this] { pages_.Next(); };
+  Command6.onClick = [this] { pages_.Previous(); };
   Command2.onClick = [this] { ClearEntry(); };
   Command3.onClick = [this] { OpenCustomer(this->session(), this->desk(), HisCustID.text()); };
   Command4.onClick = [this] { OpenLoan(this->session(), this->desk(), loaded_loan_); };
@@ -82,9 +68,7 @@ void FollowupFrm::Load() {
   const std::string loan = std::exchange(session().HandOverLoanID, {});
   FillItems(HisStatus, main(), "SELECT HisStatusID FROM HisStatusMast ORDER BY HisStatusID");
   ClearLoan();
-  page_size_ = kFirstPageSize;
-  iLimit.SetText(std::to_string(page_size_));
-  ShowCalls(page_size_);
+  pages_.Start();
   if (!loan.empty()) LoadLoan(loan, {"Laon ID not found", "找不到贷款编号"});
 }
 
@@ -259,7 +243,7 @@ void FollowupFrm::Save() {
     HisTime.SetText(time);
   }
   Read(kLoanFailed, [this] { ReadHistory(); });
-  ShowCalls(limit_from_);
+  pages_.Again();
 }
 
 void FollowupFrm::Store(bool& recorded) {
@@ -288,43 +272,15 @@ void FollowupFrm::Store(bool& recorded) {
 // --- calls due
 
 void FollowupFrm::ShowCalls(int limit_from) {
-  const std::string company = CompanyCondition(session(), "ln.CompCode");
-  // Loans of the same day are parted by their key: without it a page could repeat some of them and
-  // leave others out for ever.
-  const std::string sql = fmt::format(
-      "SELECT * FROM (SELECT TOP {} * FROM (Select TOP {} ln.NextCall as 'NextCall', "
-      "ln.NextDueDate as 'NextDueDate', ln.LoanID as 'LoanID',ln.CompCode as 'CompCode',"
-      "cm.CustName as 'CustName' from LoanMast as ln LEFT OUTER JOIN CustMast as cm on ln.CustID = "
-      "cm.CustID where ln.NextCall <= {} and ln.LoanBal > 0{} order by ln.NextCall DESC,ln.LoanID "
-      "DESC) as a ORDER BY a.NextCall ASC,a.LoanID ASC) as b ORDER BY b.NextCall DESC,b.LoanID "
-      "DESC",
-      page_size_, limit_from, SqlDate(ServerNow(main(), false)),
-      company.empty() ? "" : " and " + company);
-  if (!Read(kLoanFailed, [&] { FillGrid(NextCallDG, main().Query(sql)); })) return;
-  limit_from_ = limit_from;
-  Label8.SetText(session().In(
-      {fmt::format("Limit From {}", limit_from), fmt::format("显示至第 {} 行", limit_from)}));
-}
-
-// Past the end the last page comes again.
-void FollowupFrm::NextPage() {
-  if (limit_from_ > std::numeric_limits<int>::max() - page_size_) return;
-  ShowCalls(limit_from_ + page_size_);
-}
-
-void FollowupFrm::PreviousPage() {
-  if (limit_from_ != page_size_) ShowCalls(limit_from_ - page_size_);
-}
-
-void FollowupFrm::TakePageSize() {
-  const std::optional<int> size = WholeNumber(Trim(iLimit.text()));
-  if (!size) {
-    Refuse(iLimit, {"Invalid number", "号码无效"});
-    iLimit.SetText(std::to_string(page_size_));
-    return;
-  }
-  page_size_ = *size;
-  ShowCalls(page_size_);
+  const std::string calls = fmt::format(
+      "ln.NextCall as 'NextCall', ln.NextDueDate as 'NextDueDate', ln.LoanID as "
+      "'LoanID',ln.CompCode as 'CompCode',cm.CustName as 'CustName' from LoanMast as ln LEFT OUTER "
+      "JOIN CustMast as cm on ln.CustID = cm.CustID where ln.NextCall <= {} and ln.LoanBal > 0{}",
+      SqlDate(ServerNow(main(), false)), AndCompany(session(), "ln.CompCode"));
+  // Loans of the same day are parted by their key.
+  const std::string sql =
+      PageStatement(calls, {"ln.NextCall", "ln.LoanID"}, true, pages_.size(), limit_from);
+  if (Read(kLoanFailed, [&] { FillGrid(NextCallDG, main().Query(sql)); })) pages_.Shown(limit_from);
 }
 
 void FollowupFrm::OpenCall(int row) {

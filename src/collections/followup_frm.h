@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "core/paging.h"
 #include "core/session_screen.h"
 
 namespace kaunter {
@@ -80,9 +81,6 @@ class FollowupFrm : public SessionScreen {
 
   // The page of calls due that ends with row `limit_from`.
   void ShowCalls(int limit_from);
-  void NextPage();
-  void PreviousPage();
-  void TakePageSize();
   void OpenCall(int row);
 
   // Runs a read; false when it failed, which has then been told.
@@ -90,8 +88,7 @@ class FollowupFrm : public SessionScreen {
 
   std::string loaded_loan_;
   bool history_shown_ = false;  // the entry fields show a line of the history
-  int page_size_ = 0;
-  int limit_from_ = 0;
+  PageTurner pages_{session(), iLimit, Label8, [this](int limit_from) { ShowCalls(limit_from); }};
 };
 
 }  // namespace kaunter

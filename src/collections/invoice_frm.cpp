@@ -8,6 +8,7 @@
 
 #include "core/amounts.h"
 #include "core/audit.h"
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/password_screens.h"
 #include "core/picker.h"
@@ -48,11 +49,7 @@ Invoicefrm::Invoicefrm(Session& session, Desk& desk)
     box->SetLocked(true);
   }
   BindRecord();
-  ChargeID.picker = "InvPop";
-  ChargeID.onSearch = [this] {
-    const std::string id = Pick(this->session(), this->desk(), "InvPop");
-    if (!id.empty()) LoadCharge(id);
-  };
+  OfferPicker(session, ChargeID, "InvPop", [this](const std::string& id) { LoadCharge(id); });
   ChargeID.onLeave = [this] { LeaveChargeID(); };
   LoanID.picker = "LoanPop";
   LoanID.onSearch = [this] {
@@ -237,7 +234,7 @@ bool Invoicefrm::MayChange(bool has_right) {
 
 bool Invoicefrm::CheckDate() {
   if (TrxDate.empty()) return Refuse(TrxDate, {"Date is required", "请输入日期"});
-  return IsDate(TrxDate.text()) || Refuse(TrxDate, {"Invalid Date", "日期不正确"});
+  return IsDate(TrxDate.text()) || Refuse(TrxDate, kInvalidDate);
 }
 
 bool Invoicefrm::CheckAmount() {

@@ -4,6 +4,7 @@
 
 #include "collections/reading.h"
 #include "core/amounts.h"
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/open_for.h"
@@ -35,17 +36,13 @@ LoanSettlementfrm::LoanSettlementfrm(Session& session, Desk& desk)
   }
   PayDate.max_length = kDateLength;
   Payment.max_length = IntAmt.max_length = kAmountLength;
-  const auto pick = [this](const char* picker, void (LoanSettlementfrm::*load)(std::string)) {
-    return [this, picker, load] {
-      const std::string id = Pick(this->session(), this->desk(), picker);
-      if (!id.empty() && MayLeaveRecord(Typed())) (this->*load)(id);
-    };
-  };
-  PayID.picker = "SettlePop";
-  PayID.onSearch = pick("SettlePop", &LoanSettlementfrm::LoadSettlement);
+  OfferPicker(session, PayID, "SettlePop", [this](const std::string& id) {
+    if (MayLeaveRecord(Typed())) LoadSettlement(id);
+  });
   PayID.onLeave = [this] { LeaveKey(PayID, shown_.PayID, &LoanSettlementfrm::LoadSettlement); };
-  LoanID.picker = "LoanPop";
-  LoanID.onSearch = pick("LoanPop", &LoanSettlementfrm::LoadLoan);
+  OfferPicker(session, LoanID, "LoanPop", [this](const std::string& id) {
+    if (MayLeaveRecord(Typed())) LoadLoan(id);
+  });
   LoanID.onLeave = [this] { LeaveKey(LoanID, shown_.LoanID, &LoanSettlementfrm::LoadLoan); };
   PayDate.onLeave = [this] { LeaveDate(); };
   Payment.onLeave = [this] { LeavePayment(); };
@@ -229,12 +226,7 @@ void LoanSettlementfrm::ShowPayments() {
 // --- what is typed
 
 void LoanSettlementfrm::LeaveDate() {
-  PayDate.SetText(Trim(PayDate.text()));
-  if (PayDate.empty() || IsDate(PayDate.text())) {
-    PayDate.SetMark(false);
-  } else {
-    Refuse(PayDate, {"Invalid Date", "日期无效"});
-  }
+  if (CheckDateBox(session(), PayDate, {"Invalid Date", "日期无效"})) PayDate.SetMark(false);
 }
 
 void LoanSettlementfrm::LeavePayment() {

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <utility>
 
@@ -87,26 +86,22 @@ void PaymentFrm::BindRecord() {
 }
 
 void PaymentFrm::BindEvents() {
-  LoanID.picker = "LoanPop";
   LoanID.onLeave = [this] {
     LoanID.SetText(Trim(LoanID.text()));
     if (LoanID.empty() || SameText(LoanID.text(), loaded_loan_)) return;
     if (MayReplace(LoanID, loaded_loan_)) OpenLoan(LoanID.text());
   };
-  LoanID.onSearch = [this] {
-    const std::string id = Pick(session(), desk(), "LoanPop");
-    if (!id.empty() && MayLeaveRecord(Typed())) OpenLoan(id);
-  };
-  PayID.picker = "PaymentPop";
+  OfferPicker(session(), LoanID, "LoanPop", [this](const std::string& id) {
+    if (MayLeaveRecord(Typed())) OpenLoan(id);
+  });
   PayID.onLeave = [this] {
     PayID.SetText(Trim(PayID.text()));
     if (PayID.empty() || SameText(PayID.text(), loaded_payment_)) return;
     if (MayReplace(PayID, loaded_payment_)) LoadPayment(PayID.text());
   };
-  PayID.onSearch = [this] {
-    const std::string id = Pick(session(), desk(), "PaymentPop");
-    if (!id.empty() && MayLeaveRecord(Typed())) LoadPayment(id);
-  };
+  OfferPicker(session(), PayID, "PaymentPop", [this](const std::string& id) {
+    if (MayLeaveRecord(Typed())) LoadPayment(id);
+  });
   const auto unless_unsaved = [this](auto act) {
     return [this, act] {
       if (MayLeaveRecord(Typed())) act();
@@ -255,12 +250,8 @@ bool PaymentFrm::RequestClose() { return MayDiscard(Typed()); }
 
 void PaymentFrm::ShowNeighbour(bool next) {
   // A person of one company walks through the payments of that company.
-  const std::string company = CompanyCondition(session(), "CompCode");
-  const std::string id = ScalarQuery(
-      main(), fmt::format("SELECT TOP 1 PayID FROM PaymentMast WHERE PayID {} {}{}{} ORDER BY "
-                          "PayID {}",
-                          next ? ">" : "<", QuoteStr(PayID.text()), company.empty() ? "" : " AND ",
-                          company, next ? "ASC" : "DESC"));
+  const std::string id = NeighbourKey(main(), "PaymentMast", "PayID", PayID.text(), next,
+                                      AndCompany(session(), "CompCode"));
   if (!id.empty()) LoadPayment(id);
 }
 

@@ -13,7 +13,6 @@
 //   payment_frm_save.cpp    the write and what follows it; delete
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -132,7 +131,6 @@ class PaymentFrm : public SessionScreen {
     TextBox* box;
     Caption invalid;
     bool may_be_negative = false;
-    bool may_be_blank = false;  // blank is no amount; else it counts as 0
   };
 
   // --- payment_frm.cpp

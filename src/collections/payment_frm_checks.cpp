@@ -3,20 +3,13 @@
 #include <fmt/format.h>
 
 #include "collections/payment_frm.h"
+#include "collections/plain_payment.h"
 #include "compliance/aml.h"
+#include "core/boxes.h"
 #include "core/password_screens.h"
 #include "core/values.h"
 
 namespace kaunter {
-namespace {
-
-template <typename Box>
-void FillBlank(Box& box, const std::string& text) {
-  if (box.empty()) box.SetText(text);
-}
-
-}  // namespace
-
 bool PaymentFrm::CheckAll() {
   if (LoanID.empty()) return Refuse(LoanID, {"Loan ID required", "请输入贷款编号"});
   if (!CheckDrawn() || !CheckDiscountRight() || !MayEdit()) return false;
@@ -66,8 +59,7 @@ void PaymentFrm::FillBlanks() {
 bool PaymentFrm::CheckBalance() {
   if (IsDelete() || AmountIn(PayAmt) <= AmountIn(OldLoanBal)) return true;
   if (IsFlexi()) return CheckFlexiLimit();
-  return Refuse(PayAmt,
-                {"Payment amount cannot more than loan balance amount", "付款额不可多过贷款结余"});
+  return Refuse(PayAmt, kAboveBalance);
 }
 
 // Less than the payment passes: the difference reaches no row of the schedule, and that is wanted.

@@ -3,6 +3,7 @@
 
 #include "collections/instalment.h"
 #include "collections/payment_frm.h"
+#include "collections/plain_payment.h"
 #include "core/amounts.h"
 #include "core/company_access.h"
 #include "core/values.h"
@@ -77,8 +78,7 @@ bool PaymentFrm::MayTakePayment(const Recordset& loan) {
   SaveCmd.SetEnabled(false);
   LoadPayments();
   SSTab1.SetPage(2);
-  return Refuse({fmt::format("No payment for {} loan", status),
-                 fmt::format("状态 {} 的贷款不可付款", status)});
+  return Refuse(NoPaymentFor(status));
 }
 
 void PaymentFrm::FillFromLoan(const Recordset& loan) {

@@ -2,6 +2,8 @@
 // accounting link. And the delete, which the same button serves.
 #include <fmt/format.h>
 
+#include <optional>
+
 #include <stdexcept>
 
 #include "collections/payment_frm.h"

@@ -6,7 +6,9 @@
 #include "collections/late_interest.h"
 #include "collections/pay_day.h"
 #include "collections/payment_frm.h"
+#include "collections/plain_payment.h"
 #include "core/amounts.h"
+#include "core/boxes.h"
 #include "core/values.h"
 
 namespace kaunter {
@@ -39,9 +41,9 @@ void PaymentFrm::BindAmounts() {
       {&TopAmt, kInvalidTerm},
       {&TopTerm, kInvalidTerm},
       {&TopUpAmt, {"Invalid Topup Loan Amount, Please check!", "加借额不正确，请检查！"}},
-      {&BankOpenBal, Invalid(BankOpenBal), true, true},
-      {&WithdrawAmt, Invalid(WithdrawAmt), false, true},
-      {&RepaymentAmt, Invalid(RepaymentAmt), false, true},
+      {&BankOpenBal, Invalid(BankOpenBal), true},
+      {&WithdrawAmt, Invalid(WithdrawAmt)},
+      {&RepaymentAmt, Invalid(RepaymentAmt)},
   };
   for (const AmountBox& amount : amounts_) {
     TextBox& box = *amount.box;
@@ -68,12 +70,7 @@ void PaymentFrm::BindAmounts() {
   }
   ChqNo.onLeave = [this] { LeaveCheque(); };
   PayDate.onLeave = [this] { LeavePayDate(); };
-  WithdrawDate.onLeave = [this] {
-    WithdrawDate.SetText(Trim(WithdrawDate.text()));
-    if (!WithdrawDate.empty() && !IsDate(WithdrawDate.text())) {
-      Refuse(WithdrawDate, Invalid(WithdrawDate));
-    }
-  };
+  WithdrawDate.onLeave = [this] { CheckDateBox(session(), WithdrawDate, Invalid(WithdrawDate)); };
 }
 
 bool PaymentFrm::CheckAmount(const AmountBox& amount) {
@@ -107,10 +104,7 @@ bool PaymentFrm::CheckFigures() {
   for (const AmountBox& amount : amounts_) {
     if (!CheckAmount(amount)) return false;
   }
-  if (!WithdrawDate.empty() && !IsDate(WithdrawDate.text())) {
-    return Refuse(WithdrawDate, Invalid(WithdrawDate));
-  }
-  return true;
+  return CheckDateBox(session(), WithdrawDate, Invalid(WithdrawDate));
 }
 
 // --- the total and its parts
@@ -194,10 +188,7 @@ Money PaymentFrm::FlexiLimit() {
 
 bool PaymentFrm::CheckFlexiLimit() {
   const Money limit = FlexiLimit();
-  if (AmountIn(PayAmt) <= limit) return true;
-  const std::string shown = Format(limit, "#,##0.00");
-  return Refuse(PayAmt, {fmt::format("Total payment cannot more than {}", shown),
-                         fmt::format("付款总额不可多过 {}", shown)});
+  return AmountIn(PayAmt) <= limit || Refuse(PayAmt, AboveOpen(limit));
 }
 
 bool PaymentFrm::LeaveRefund() {

@@ -20,10 +20,7 @@ bool IsPersonal(const Recordset& loan) {
 std::optional<Caption> WhyNot(Connection& main, const Recordset& loan, std::string_view pay_date,
                               Money amount) {
   const std::string status = NullToEmpty(loan.Field("LoanStatus"));
-  if (!SameText(status, "ACTIVE")) {
-    return Caption{fmt::format("No payment for {} loan", status),
-                   fmt::format("状态 {} 的贷款不可付款", status)};
-  }
+  if (!SameText(status, "ACTIVE")) return NoPaymentFor(status);
   if (Sen(loan, "PayOutAmt").IsZero()) {
     return Caption{"Loan not fully drawdown cannot make payment", "贷款尚未全部放款，不可付款"};
   }
@@ -32,13 +29,10 @@ std::optional<Caption> WhyNot(Connection& main, const Recordset& loan, std::stri
     return Caption{"Payment date cannot eariler than loan date", "付款日期不可早过贷款日期"};
   }
   if (amount <= Sen(loan, "LoanBal")) return std::nullopt;
-  if (IsPersonal(loan)) {
-    return Caption{"Payment amount cannot more than loan balance amount", "付款额不可多过贷款结余"};
-  }
+  if (IsPersonal(loan)) return kAboveBalance;
   const Money limit = OpenOnSchedule(main, loan_id);
   if (amount <= limit) return std::nullopt;
-  return Caption{fmt::format("Total payment cannot more than {}", ShowMoney(limit)),
-                 fmt::format("付款总额不可多过 {}", ShowMoney(limit))};
+  return AboveOpen(limit);
 }
 
 // What the first open row asks for and what of it is open.
@@ -55,6 +49,16 @@ void TakeInstalment(Connection& main, const Recordset& loan, Payment& payment) {
 }
 
 }  // namespace
+
+Caption NoPaymentFor(const std::string& status) {
+  return {fmt::format("No payment for {} loan", status),
+          fmt::format("状态 {} 的贷款不可付款", status)};
+}
+
+Caption AboveOpen(Money limit) {
+  return {fmt::format("Total payment cannot more than {}", ShowMoney(limit)),
+          fmt::format("付款总额不可多过 {}", ShowMoney(limit))};
+}
 
 std::variant<Payment, Caption> PlainPayment(Connection& main, std::string_view loan_id,
                                             std::string_view pay_date, Money amount) {

@@ -3,7 +3,7 @@
 #include <exception>
 
 #include "core/log.h"
-#include "core/session.h"
+#include "core/telling.h"
 #include "screen/hourglass.h"
 #include "screen/screen.h"
 
@@ -17,11 +17,7 @@ bool ReadOrTell(Session& session, const Screen& screen, std::string_view what,
     return true;
   } catch (const std::exception& failure) {
     LogRollback(session, what, failure);
-    session.MsgText = session.In(failed);
-    screen.desk().Message(
-        MessageKind::critical,
-        session.MsgTitle.empty() ? screen.title().In(screen.chinese()) : session.MsgTitle,
-        session.MsgText);
+    Tell(session, screen, MessageKind::critical, failed);
     return false;
   }
 }

@@ -28,11 +28,7 @@ void Settlementfrm::Column::ClearFigures() {
 
 Settlementfrm::Settlementfrm(Session& session, Desk& desk)
     : SessionScreen("Settlementfrm", {"Settlement"}, session, desk) {
-  LoanID.picker = "LoanPop";
-  LoanID.onSearch = [this] {
-    const std::string id = Pick(this->session(), this->desk(), "LoanPop");
-    if (!id.empty()) LoadLoan(id);
-  };
+  OfferPicker(session, LoanID, "LoanPop", [this](const std::string& id) { LoadLoan(id); });
   LoanID.onLeave = [this] { LeaveLoanID(); };
   for (TextBox* box :
        {&OldLoanCode, &CustName, &DragLoan, &TrxDate, &LoanAmt, &LoanTerm, &InstallmentAmt,

@@ -8,6 +8,7 @@
 
 #include "collections/pay_day.h"
 #include "collections/plain_payment.h"
+#include "core/boxes.h"
 #include "core/log.h"
 #include "core/open_for.h"
 #include "core/values.h"
@@ -46,10 +47,7 @@ SpecialRpt::SpecialRpt(Session& session, Desk& desk)
     : SessionScreen("SpecialRpt", {"Loan Summary", "贷款总结"}, session, desk) {
   for (TextBox* box : {&DateFrom, &DateTo}) {
     box->max_length = kDateLength;
-    box->onLeave = [this, box] {
-      box->SetText(Trim(box->text()));
-      if (!box->empty() && !IsDate(box->text())) Refuse(*box, {"Invalid Date", "日期不正确"});
-    };
+    box->onLeave = [this, box] { CheckDateBox(this->session(), *box); };
   }
   PayDate.max_length = kDateLength;
   PayDate.onLeave = [this] {
@@ -80,18 +78,16 @@ void SpecialRpt::Load() {
 bool SpecialRpt::RequestClose() { return MayDiscard(CountOpen() > 0); }
 
 bool SpecialRpt::CheckRange() {
-  if (!DateFrom.empty() && !IsDate(DateFrom.text())) {
-    return Refuse(DateFrom, {"Invalid Date", "日期不正确"});
-  }
+  if (!CheckDateBox(session(), DateFrom)) return false;
   if (DateTo.empty()) return Refuse(DateTo, {"Date To is required", "请输入至日期"});
-  if (!IsDate(DateTo.text())) return Refuse(DateTo, {"Invalid Date", "日期不正确"});
+  if (!IsDate(DateTo.text())) return Refuse(DateTo, kInvalidDate);
   if (CompCode.empty()) return Refuse(CompCode, {"Company Code To is required", "请输入公司"});
   return true;
 }
 
 bool SpecialRpt::CheckPayDate() {
   if (PayDate.empty()) return Refuse(PayDate, {"Payment Date is required", "请输入付款日期"});
-  if (!IsDate(PayDate.text())) return Refuse(PayDate, {"Invalid Date", "日期不正确"});
+  if (!IsDate(PayDate.text())) return Refuse(PayDate, kInvalidDate);
   if (PayDate.text() == allowed_day_) return true;
   if (IsHolidayBlocked(session(), desk(), PayDate.text(), true, true)) {
     FocusOn(PayDate);

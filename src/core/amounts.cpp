@@ -1,6 +1,7 @@
 #include "core/amounts.h"
 
 #include "core/shown.h"
+#include "core/sql_literals.h"
 #include "screen/control.h"
 
 namespace kaunter {
@@ -10,5 +11,7 @@ Money Sen(const Value& value) { return Money::FromText(ShowMoney(value)); }
 Money Sen(const Recordset& row, std::string_view column) { return Sen(row.Field(column)); }
 
 Money Sen(const TextBox& box) { return Sen(Value(box.text())); }
+
+Money Amount(const TextBox& box) { return Money::FromText(StripCommaOrZero(box.text())); }
 
 }  // namespace kaunter

@@ -15,5 +15,7 @@ class TextBox;
 Money Sen(const Value& value);
 Money Sen(const Recordset& row, std::string_view column);  // of the current row
 Money Sen(const TextBox& box);
+// The same, but to the ten-thousandth, as it was typed.
+Money Amount(const TextBox& box);
 
 }  // namespace kaunter

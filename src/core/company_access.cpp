@@ -27,6 +27,11 @@ std::string CompanyFilter(const Session& session, std::string_view column) {
   return condition.empty() ? condition : "WHERE " + condition + " ";
 }
 
+std::string AndCompany(const Session& session, std::string_view column) {
+  const std::string condition = CompanyCondition(session, column);
+  return condition.empty() ? condition : " AND " + condition;
+}
+
 bool CompanyAllowed(const Session& session, std::string_view code) {
   return !session.AllowedCompanies.empty() &&
          Upper(session.AllowedCompanies).find(fmt::format("\"{}\"", Upper(code))) !=

@@ -15,6 +15,8 @@ class ComboBox;
 std::string CompanyCondition(const Session& session, std::string_view column);
 // The same with "WHERE " before and a blank behind it; "" when there is no filter.
 std::string CompanyFilter(const Session& session, std::string_view column);
+// The same with " AND " before, to stand behind other conditions.
+std::string AndCompany(const Session& session, std::string_view column);
 
 // The code stands in AllowedCompanies (without regard to case); false when that list is empty.
 bool CompanyAllowed(const Session& session, std::string_view code);

@@ -57,12 +57,8 @@ CompCodeFrm::CompCodeFrm(Session& session, Desk& desk)
   AmlPage.SetVisible(session.settings.AMLA);
   CashInHand.SetLocked(true);
   CashInBank.SetLocked(true);
-  CompCode.picker = "CompPop";
   CompCode.onLeave = [this] { LeaveCode(); };
-  CompCode.onSearch = [this] {
-    const std::string code = Pick(this->session(), this->desk(), "CompPop");
-    if (!code.empty()) LoadCompany(code);
-  };
+  OfferPicker(session, CompCode, "CompPop", [this](const std::string& id) { LoadCompany(id); });
   AMLALoan.onLeave = [this] { CheckAmount(AMLALoan); };
   AMLAPayment.onLeave = [this] { CheckAmount(AMLAPayment); };
   SaveCmd.onClick = [this] { Save(); };

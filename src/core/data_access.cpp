@@ -1,5 +1,7 @@
 #include "core/data_access.h"
 
+#include <fmt/format.h>
+
 #include <exception>
 #include <optional>
 #include <stdexcept>
@@ -24,6 +26,14 @@ Value ServerClock(Connection& connection) {
 std::string ScalarQuery(Connection& connection, std::string_view sql) {
   const Recordset rows = connection.Query(sql);
   return rows.Eof() ? std::string() : NullToEmpty(rows.Field(0));
+}
+
+std::string NeighbourKey(Connection& connection, std::string_view table, std::string_view key,
+                         std::string_view from, bool next, std::string_view within) {
+  return ScalarQuery(
+      connection,
+      fmt::format("SELECT TOP 1 {0} FROM {1} WHERE {0} {2} {3}{4} ORDER BY {0} {5}", key, table,
+                  next ? ">" : "<", QuoteStr(from), within, next ? "ASC" : "DESC"));
 }
 
 bool ExecSql(Session& session, Desk& desk, std::string_view sql) {

@@ -14,6 +14,10 @@ class Desk;
 
 // First field of the first row as text; "" when there is none. Throws SqlError.
 std::string ScalarQuery(Connection& connection, std::string_view sql);
+// The key behind `from` in the order of the keys, or the one before it; "" at the end. `within`
+// narrows the walk (" AND CompCode='A'").
+std::string NeighbourKey(Connection& connection, std::string_view table, std::string_view key,
+                         std::string_view from, bool next, std::string_view within = {});
 // Runs the statement on the main connection with the hourglass on; on an error shows "an error
 // occur during process" under the title "Update1Feld" and gives false.
 bool ExecSql(Session& session, Desk& desk, std::string_view sql);

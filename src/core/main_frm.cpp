@@ -50,10 +50,6 @@ std::string ChineseName(const std::string& file) {
   return file.substr(0, dot) + "C" + file.substr(dot);
 }
 
-std::string And(const std::string& condition) {
-  return condition.empty() ? std::string() : " AND " + condition;
-}
-
 }  // namespace
 
 MainFrm::MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
@@ -318,7 +314,7 @@ void MainFrm::OpenListedLoan(const std::string& loan_id) {
 }
 
 void MainFrm::RefreshMainLists() {
-  const std::string company = And(CompanyCondition(session(), "l.CompCode"));
+  const std::string company = AndCompany(session(), "l.CompCode");
   const std::string today = SqlDate(ServerNow(session().Main(), false));
   FillGrid(
       LS1,

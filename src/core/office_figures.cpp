@@ -19,11 +19,6 @@ constexpr std::string_view kOpen = "s.PayableAmt-isnull(s.Payment,0)";
 // Upper ends of the bands; the last has none.
 constexpr int kBandDays[] = {30, 60, 90};
 
-std::string AndCompany(const Session& session, std::string_view column) {
-  const std::string condition = CompanyCondition(session, column);
-  return condition.empty() ? condition : " AND " + condition;
-}
-
 Money Amount(const Value& sum) { return sum.IsNull() ? Money() : Money::FromText(sum.ToText()); }
 
 int Count(const Value& count) { return static_cast<int>(CDbl(count.ToText())); }

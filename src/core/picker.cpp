@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "core/session.h"
-#include "screen/desk.h"
+#include "screen/screen.h"
 
 namespace kaunter {
 
@@ -19,6 +19,15 @@ std::string Pick(Session& session, Desk& desk, std::string_view picker, std::str
   session.PickerExtra.clear();
   std::string chosen = std::exchange(session.CallerTag, {});
   return opened ? chosen : std::string();
+}
+
+void OfferPicker(Session& session, TextBox& box, std::string picker,
+                 std::function<void(const std::string& id)> take) {
+  box.picker = std::move(picker);
+  box.onSearch = [&session, &box, take = std::move(take)] {
+    const std::string id = Pick(session, box.screen().desk(), box.picker);
+    if (!id.empty()) take(id);
+  };
 }
 
 }  // namespace kaunter

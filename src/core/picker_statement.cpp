@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "core/company_access.h"
+#include "core/paging.h"
 #include "core/values.h"
 
 namespace kaunter {
@@ -50,10 +51,6 @@ std::vector<std::string> Conditions(const Session& session, const Picker& picker
   return all;
 }
 
-std::string Unqualified(const std::string& column) {
-  return column.substr(column.find_last_of('.') + 1);
-}
-
 std::vector<std::string> SortColumns(const Picker& picker, const PickerFilter& filter) {
   std::vector<std::string> columns;
   if (!picker.order.empty()) columns.push_back(picker.order);
@@ -61,17 +58,6 @@ std::vector<std::string> SortColumns(const Picker& picker, const PickerFilter& f
   if (std::find(columns.begin(), columns.end(), picker.key) == columns.end()) {
     columns.push_back(picker.key);
   }
-  return columns;
-}
-
-std::string OrderBy(const std::vector<std::string>& columns, std::string_view direction) {
-  std::vector<std::string> parts;
-  for (const std::string& column : columns) parts.push_back(fmt::format("{}{}", column, direction));
-  return fmt::format("ORDER BY {}", fmt::join(parts, ","));
-}
-
-std::vector<std::string> Of(std::string_view alias, std::vector<std::string> columns) {
-  for (std::string& column : columns) column = fmt::format("{}.{}", alias, Unqualified(column));
   return columns;
 }
 
@@ -85,9 +71,7 @@ std::string PickerStatement(const Session& session, const Picker& picker,
   if (!picker.group_by.empty()) rows += " GROUP BY " + picker.group_by;
   const std::vector<std::string> sort = SortColumns(picker, filter);
   if (!picker.paged) return fmt::format("SELECT {} {}", rows, OrderBy(sort, ""));
-  return fmt::format("SELECT * FROM (SELECT TOP {} * FROM (SELECT TOP {} {} {}) as a {}) as b {}",
-                     page_size, limit_from, rows, OrderBy(sort, " asc"),
-                     OrderBy(Of("a", sort), " desc"), OrderBy(Of("b", sort), ""));
+  return PageStatement(rows, sort, false, page_size, limit_from);
 }
 
 }  // namespace kaunter

@@ -1,9 +1,4 @@
 // The statement of one page of a picker.
-//
-// A paged picker is cut on the server by three nested selects: the innermost takes the first
-// `limit_from` rows in order, the middle one the last `page_size` of these, the outer one puts them
-// back in order. Where fewer than `page_size` rows are left, the last page repeats rows of the page
-// before; so it does when `limit_from` lies past the end. That is how the method works.
 #pragma once
 
 #include <string>

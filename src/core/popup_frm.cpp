@@ -2,9 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <charconv>
-#include <limits>
-#include <optional>
 #include <utility>
 
 #include "core/picker_columns.h"
@@ -15,17 +12,7 @@
 namespace kaunter {
 namespace {
 
-constexpr int kFirstPageSize = 100;
 constexpr int kSearchLength = 300;  // as the longest column that is searched
-
-std::optional<int> PageSize(const std::string& text) {
-  const std::string trimmed = Trim(text);
-  int size = 0;
-  const char* end = trimmed.data() + trimmed.size();
-  const auto [stop, error] = std::from_chars(trimmed.data(), end, size);
-  if (error != std::errc() || stop != end || size <= 0) return std::nullopt;
-  return size;
-}
 
 Caption TitleOf(const Picker& picker, const std::string& caller) {
   const std::string behind = caller.empty() ? "" : " - " + caller;
@@ -43,14 +30,13 @@ PopupFrm::PopupFrm(Session& session, Desk& desk)
   SearchCmd.onClick = [this] { Search(); };
   for (ComboBox* box :
        {&SortOrder, &CompCode, &AreaCode, &LoanGroupID, &LoanTypeID, &CollectInfoID}) {
-    box->onPick = [this] { ShowPage(page_size_); };
+    box->onPick = [this] { pages_.First(); };
   }
-  HideLoanChk.onClick = [this] { ShowPage(page_size_); };
+  HideLoanChk.onClick = [this] { pages_.First(); };
   DG.onOpen = [this](int, int) { Choose(); };
   DG.onKey = [this](std::string_view key) { OnGridKey(key); };
-  iLimit.onPick = [this] { TakePageSize(); };
-  Command2.onClick = [this] { NextPage(); };
-  Command3.onClick = [this] { PreviousPage(); };
+  Command2.onClick = [this] { pages_.Next(); };
+  Command3.onClick = [this] { pages_.Previous(); };
   SaveCmd.onClick = [this] { Choose(); };
   Command1.onClick = [this] { Close(); };
 }
@@ -60,9 +46,7 @@ void PopupFrm::Load() {
     TakeHandOver();
     OfferFilters();
     OfferSorts();
-    page_size_ = kFirstPageSize;
-    iLimit.SetText(std::to_string(page_size_));
-    ShowPage(page_size_);
+    pages_.Start();
   } catch (const std::exception&) {
     Close();
     throw;
@@ -147,49 +131,24 @@ Connection& PopupFrm::Source() {
 Recordset PopupFrm::ReadPage(int limit_from) {
   if (picker_->columns.empty()) return {{{.name = picker_->key}}, {}};
   const Hourglass hourglass(desk());
-  return Source().Query(PickerStatement(session(), *picker_, Filter(), page_size_, limit_from));
+  return Source().Query(PickerStatement(session(), *picker_, Filter(), pages_.size(), limit_from));
 }
 
 void PopupFrm::ShowPage(int limit_from) {
   const Recordset rows = ReadPage(limit_from);
-  limit_from_ = limit_from;
-  Label8.SetText(session().In(
-      {fmt::format("Limit From {}", limit_from), fmt::format("显示至第 {} 行", limit_from)}));
+  pages_.Shown(limit_from);
   if (DG.columns().empty()) DG.SetColumns(PickerColumns(rows.columns()));
   DG.SetRows(PickerRows(rows));
   DG.SetCurrentRow(0);
   const bool found = DG.RowCount() > 0;
   SaveCmd.SetEnabled(found);
-  if (!found && show_no_record_message_) {
-    Tell(MessageKind::information, {"No record(s) found", "资料找不到"});
-  }
+  if (!found) Tell(MessageKind::information, {"No record(s) found", "资料找不到"});
 }
 
 void PopupFrm::Search() {
-  ShowPage(page_size_);
+  pages_.First();
   // So that Enter, pressed once more, chooses.
   if (DG.RowCount() > 0) FocusOn(DG);
-}
-
-// Past the end the last page comes again.
-void PopupFrm::NextPage() {
-  if (!picker_->paged || limit_from_ > std::numeric_limits<int>::max() - page_size_) return;
-  ShowPage(limit_from_ + page_size_);
-}
-
-void PopupFrm::PreviousPage() {
-  if (picker_->paged && limit_from_ != page_size_) ShowPage(limit_from_ - page_size_);
-}
-
-void PopupFrm::TakePageSize() {
-  const std::optional<int> size = PageSize(iLimit.text());
-  if (!size) {
-    Refuse(iLimit, {"Invalid number", "号码无效"});
-    iLimit.SetText(std::to_string(page_size_));
-    return;
-  }
-  page_size_ = *size;
-  ShowPage(page_size_);
 }
 
 void PopupFrm::Choose() {
@@ -203,9 +162,9 @@ void PopupFrm::OnGridKey(std::string_view key) {
   if (key == "Enter") {
     Choose();
   } else if (key == "PgDn") {
-    NextPage();
+    if (picker_->paged) pages_.Next();
   } else if (key == "PgUp") {
-    PreviousPage();
+    if (picker_->paged) pages_.Previous();
   } else if (key == "Type" && SearchString.Reachable()) {
     FocusOn(SearchString);
   }

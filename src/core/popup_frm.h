@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "core/paging.h"
 #include "core/picker_statement.h"
 #include "core/pickers.h"
 #include "core/session_screen.h"
@@ -48,18 +49,13 @@ class PopupFrm : public SessionScreen {
   Connection& Source();
   PickerFilter Filter() const;
   void Search();
-  void NextPage();
-  void PreviousPage();
-  void TakePageSize();
   void Choose();
   void OnGridKey(std::string_view key);
   void OnSearchKey(std::string_view key);
 
   const Picker* picker_ = nullptr;
   std::string extra_;
-  int page_size_ = 0;
-  int limit_from_ = 0;
-  bool show_no_record_message_ = true;
+  PageTurner pages_{session(), iLimit, Label8, [this](int limit_from) { ShowPage(limit_from); }};
   std::unique_ptr<Connection> linked_;  // open as long as the dialog is
 };
 

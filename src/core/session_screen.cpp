@@ -2,6 +2,7 @@
 
 #include "core/company_access.h"
 #include "core/log.h"
+#include "core/telling.h"
 #include "core/values.h"
 #include "platform/sql/transaction.h"
 
@@ -14,17 +15,11 @@ SessionScreen::SessionScreen(std::string name, Caption title, Session& session, 
 }
 
 void SessionScreen::Tell(MessageKind kind, const Caption& text) {
-  session_.MsgText = session_.In(text);
-  const std::string& heading =
-      session_.MsgTitle.empty() ? title().In(chinese()) : session_.MsgTitle;
-  desk().Message(kind, heading, session_.MsgText);
+  kaunter::Tell(session_, *this, kind, text);
 }
 
 bool SessionScreen::Refuse(Control& control, const Caption& text) {
-  Tell(MessageKind::critical, text);
-  control.SetMark(true);
-  FocusOn(control);
-  return false;
+  return kaunter::Refuse(session_, control, text);
 }
 
 bool SessionScreen::Refuse(const Caption& text) {
@@ -34,9 +29,7 @@ bool SessionScreen::Refuse(const Caption& text) {
 
 bool SessionScreen::Confirm(const Caption& text) {
   session_.MsgText = session_.In(text);
-  const std::string& heading =
-      session_.MsgTitle.empty() ? title().In(chinese()) : session_.MsgTitle;
-  return desk().Ask(heading, session_.MsgText);
+  return desk().Ask(Heading(session_, *this), session_.MsgText);
 }
 
 bool SessionScreen::Attempt(std::string_view what, const Caption& text,

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "core/boxes.h"
 #include "core/identity.h"
 #include "core/log.h"
 #include "core/menu_list.h"
@@ -82,18 +83,13 @@ UserFrm::UserFrm(Session& session, Desk& desk)
       .Add(AllowDisc, As::number_flag)
       .Add(AllowCreditLimit, As::number_flag);
   LS1.SetHasChecks(true);
-  UserID.picker = "UserPop";
   UserNIC.mask = kNewIcMask;
   TimeStart.mask = TimeEnd.mask = "##:##";
   UserID.onLeave = [this] { LeaveUserID(); };
-  UserID.onSearch = [this] {
-    const std::string id = Pick(this->session(), this->desk(), "UserPop");
-    if (!id.empty()) LoadUser(id);
-  };
+  OfferPicker(session, UserID, "UserPop", [this](const std::string& id) { LoadUser(id); });
   UserNIC.onLeave = [this] { LeaveNewIc(); };
   UserDOB.onLeave = [this] {
-    if (!UserDOB.empty() && !IsDate(UserDOB.text()))
-      Refuse(UserDOB, {"Invalid Date", "日期不正确"});
+    if (!UserDOB.empty() && !IsDate(UserDOB.text())) Refuse(UserDOB, kInvalidDate);
   };
   TimeStart.onLeave = [this] { LeaveTime(TimeStart, kInvalidStart); };
   TimeEnd.onLeave = [this] { LeaveTime(TimeEnd, kInvalidEnd); };

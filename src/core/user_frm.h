@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "core/record.h"
 #include "core/session_screen.h"
@@ -90,7 +89,6 @@ class UserFrm : public SessionScreen {
   Record record_;
   std::string
       stored_hash_;  // of the loaded user; the password box shows it, and it is not hashed again
-  std::vector<int> menu_numbers_;
 };
 
 }  // namespace kaunter

@@ -32,18 +32,6 @@ std::optional<OtherHolder> FindOtherHolder(Connection& main, std::string_view co
                      NullToEmpty(row.Field(2))};
 }
 
-std::string NextCustomer(Connection& main, std::string_view cust_id) {
-  return ScalarQuery(
-      main, fmt::format("SELECT TOP 1 CustID FROM CustMast WHERE CustID > {} ORDER BY CustID ASC",
-                        QuoteStr(cust_id)));
-}
-
-std::string PreviousCustomer(Connection& main, std::string_view cust_id) {
-  return ScalarQuery(
-      main, fmt::format("SELECT TOP 1 CustID FROM CustMast WHERE CustID < {} ORDER BY CustID DESC",
-                        QuoteStr(cust_id)));
-}
-
 DeletedCustomer DeleteCustomer(Connection& main, std::string_view cust_id) {
   const std::string id = QuoteStr(cust_id);
   DeletedCustomer deleted;

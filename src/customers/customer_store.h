@@ -30,10 +30,6 @@ std::optional<OtherHolder> FindOtherHolder(Connection& main, std::string_view co
                                            std::string_view value, std::string_view cust_id,
                                            std::string_view company);
 
-// The customer behind or before a key in text order, whatever the company; "" at the end.
-std::string NextCustomer(Connection& main, std::string_view cust_id);
-std::string PreviousCustomer(Connection& main, std::string_view cust_id);
-
 // Deletes the customer with all loans, schedules, payments, charges and drawdowns, in one
 // transaction. Balances are not tested: who may delete a customer may delete the history. Throws
 // SqlError; then nothing is gone.

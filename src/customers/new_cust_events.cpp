@@ -1,6 +1,7 @@
 // What happens when a box of the customer screen is left.
 #include <fmt/format.h>
 
+#include "core/boxes.h"
 #include "core/identity.h"
 #include "core/values.h"
 #include "customers/customer_store.h"
@@ -31,9 +32,7 @@ void NewCustFrm::CheckDuplicate(TextBox& box, const std::string& column, const C
 }
 
 void NewCustFrm::LeaveDate(TextBox& box) {
-  box.SetText(Trim(box.text()));
-  box.SetMark(false);
-  if (!box.empty() && !IsDate(box.text())) Refuse(box, {"Invalid Date", "日期不正确"});
+  if (CheckDateBox(session(), box)) box.SetMark(false);
 }
 
 void NewCustFrm::LeaveMoney(TextBox& box) {

@@ -80,21 +80,13 @@ void NewCustFrm::BindRecord() {
 }
 
 void NewCustFrm::BindEvents() {
-  CustID.picker = "CustPop";
   CustID.onLeave = [this] {
     CustID.SetText(Upper(Trim(CustID.text())));
     if (!CustID.empty() && CustID.text() != loaded_id_) LoadCustomer(CustID.text());
   };
-  CustID.onSearch = [this] {
-    const std::string id = Pick(session(), desk(), "CustPop");
-    if (!id.empty()) LoadCustomer(id);
-  };
+  OfferPicker(session(), CustID, "CustPop", [this](const std::string& id) { LoadCustomer(id); });
   SearchText.onLeave = [this] { LoadByText(); };
-  AppID.picker = "AppPop";
-  AppID.onSearch = [this] {
-    const std::string app = Pick(session(), desk(), "AppPop");
-    if (!app.empty()) AppID.SetText(app);
-  };
+  OfferPicker(session(), AppID, "AppPop", [this](const std::string& id) { AppID.SetText(id); });
   CompCode.onLeave = [this] {
     if (!CheckCompanyAccess(session(), desk(), CompCode)) {
       CompCode.Clear();
@@ -155,12 +147,8 @@ void NewCustFrm::BindEvents() {
   LoanDG.onOpen = [this](int row, int) { OpenFor("NewLoanFrm", "Edit Loan", LoanDG.Cell(row, 0)); };
   OpenLoansChk.onClick = [this] { LoadLoans(loaded_id_); };
   CmdLinkApp.onClick = [this] { LinkApplication(); };
-  CmdPrev.onClick = [this] {
-    if (MayLeaveRecord(Changed())) ShowNeighbour(PreviousCustomer(main(), CustID.text()));
-  };
-  CmdNext.onClick = [this] {
-    if (MayLeaveRecord(Changed())) ShowNeighbour(NextCustomer(main(), CustID.text()));
-  };
+  CmdPrev.onClick = [this] { ShowNeighbour(false); };
+  CmdNext.onClick = [this] { ShowNeighbour(true); };
   CmdNew.onClick = [this] { Import(); };
   CmdClear.onClick = [this] {
     if (MayLeaveRecord(Changed())) StartNew();
@@ -258,7 +246,9 @@ void NewCustFrm::LoadByText() {
   LoadCustomer(id);
 }
 
-void NewCustFrm::ShowNeighbour(const std::string& id) {
+void NewCustFrm::ShowNeighbour(bool next) {
+  if (!MayLeaveRecord(Changed())) return;
+  const std::string id = NeighbourKey(main(), "CustMast", "CustID", CustID.text(), next);
   if (!id.empty()) LoadCustomer(id);
 }
 

@@ -217,7 +217,7 @@ class NewCustFrm : public SessionScreen {
   void LoadByText();
   void StartNew();
   void ClearAll();
-  void ShowNeighbour(const std::string& id);
+  void ShowNeighbour(bool next);  // whatever the company
   // Opens a screen for this customer, or for one of the loans.
   void OpenFor(const std::string& screen, const std::string& command,
                const std::string& loan_id = {});

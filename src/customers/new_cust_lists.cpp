@@ -200,14 +200,13 @@ void NewCustFrm::LoadLoans(const std::string& id) {
     box->SetLocked(true);
   }
   if (id.empty()) return;
-  const std::string company = CompanyCondition(session(), "CompCode");
   Recordset rows = main().Query(fmt::format(
       "Select CompCode,LoanID,OldLoanCode,LoanTerm,firstpayment,TrxDate,LoanAmt as "
       "[LoanAmt3],PayOutAmt as "
       "[PayOutAmt3],TotPay,LoanBal,LoanTerm,FirstPayment,LoanGroupID,TotInt,TotCollectorAmt,"
       "LoanStatus,"
       "(TotPay+PayExtra)-TotDiscAmt as TotPay2 from LoanMast where CustID = {}{}{} order by LoanID",
-      QuoteStr(id), company.empty() ? "" : " and " + company,
+      QuoteStr(id), AndCompany(session(), "CompCode"),
       OpenLoansChk.checked() ? " AND LoanBal <> 0" : ""));
   for (; !rows.Eof(); rows.MoveNext()) {
     const std::string term = NullToEmpty(rows.Field("LoanTerm"));

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "core/audit.h"
+#include "core/boxes.h"
 #include "core/log.h"
 #include "core/password_screens.h"
 #include "core/sequences.h"
@@ -16,10 +17,6 @@ namespace kaunter {
 namespace {
 
 bool IsNumberOrEmpty(const TextBox& box) { return box.empty() || IsNumeric(box.text()); }
-
-void FillBlank(TextBox& box, const char* text) {
-  if (box.empty()) box.SetText(text);
-}
 
 }  // namespace
 
@@ -63,7 +60,7 @@ bool NewCustFrm::CheckBoxes() {
   }
   if (AreaCode.text() == "COMPANY" && !CheckCompanyBoxes()) return false;
   for (TextBox* box : {&TrxDate, &DOB, &CustSpouseDOB, &StartWorkDate, &EndWorkDate}) {
-    if (!box->empty() && !IsDate(box->text())) return Refuse(*box, {"Invalid Date", "日期不正确"});
+    if (!CheckDateBox(session(), *box)) return false;
   }
   return true;
 }

@@ -5,6 +5,7 @@
 
 #include "core/amounts.h"
 #include "core/audit.h"
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/sequences.h"
 #include "core/values.h"
@@ -18,8 +19,6 @@ namespace {
 
 constexpr int kDateLength = 10;
 constexpr int kAmountLength = 20;
-
-Money Amount(const TextBox& box) { return Money::FromText(StripCommaOrZero(box.text())); }
 
 // Short numbers are a key, and each company counts for itself.
 std::string DrawNumber(Connection& main, const std::string& company) {
@@ -115,13 +114,9 @@ void Drawdown::ProposeRelease() {
 bool Drawdown::RequestClose() { return MayDiscard(SaveCmd.enabled() && record_.Changed()); }
 
 void Drawdown::LeaveDate() {
-  TrxDate.SetText(Trim(TrxDate.text()));
-  if (TrxDate.empty()) return;
-  if (!IsDate(TrxDate.text())) {
-    Refuse(TrxDate, {"Invalid Date"});
-    return;
+  if (CheckDateBox(session(), TrxDate, {"Invalid Date"}) && !TrxDate.empty()) {
+    TrxDate.SetMark(false);
   }
-  TrxDate.SetMark(false);
 }
 
 void Drawdown::LeaveAmount() {

@@ -32,7 +32,7 @@ std::vector<GridColumn> MrtaColumns() {
 }  // namespace
 
 LoanAppFrm::LoanAppFrm(Session& session, Desk& desk)
-    : SessionScreen("LoanAppFrm", {"Loan Application", "贷款申请"}, session, desk),
+    : LoanScreen("LoanAppFrm", {"Loan Application", "贷款申请"}, session, desk),
       LinkDG(*this, "LinkDG", {"Persons", "人物"}, PersonColumns(), &PersonPage),
       vsd(*this, "vsd", {"History", "经过"}, HistoryColumns(), &HistoryPage),
       vsdd(*this, "vsdd", {"MRTA", "房贷保险"}, MrtaColumns(), &MrtaPage),
@@ -64,27 +64,20 @@ void LoanAppFrm::BindEvents() {
     shown->SetLocked(true);
   }
   for (TextBox* box : TypedFigures()) box->onLeave = [this, box] { CheckTyped(*box); };
-  AppID.picker = "AppPop";
   AppID.onLeave = [this] {
     AppID.SetText(Upper(Trim(AppID.text())));
     if (!AppID.empty() && !SameText(AppID.text(), loaded_id_)) LoadApplication(AppID.text());
   };
-  AppID.onSearch = [this] {
-    const std::string id = Pick(session(), desk(), "AppPop");
-    if (!id.empty()) LoadApplication(id);
-  };
-  CustID.picker = "CustPop";
+  OfferPicker(session(), AppID, "AppPop", [this](const std::string& id) { LoadApplication(id); });
   CustID.onLeave = [this] {
     CustID.SetText(Upper(Trim(CustID.text())));
     CustID.SetMark(false);
     if (!CustID.empty()) LoadCustomer();
   };
-  CustID.onSearch = [this] {
-    const std::string id = Pick(session(), desk(), "CustPop");
-    if (id.empty()) return;
+  OfferPicker(session(), CustID, "CustPop", [this](const std::string& id) {
     CustID.SetText(id);
     LoadCustomer();
-  };
+  });
   CompCode.onLeave = [this] {
     if (CheckCompanyAccess(session(), desk(), CompCode)) return;
     CompCode.Clear();

@@ -11,12 +11,11 @@
 #include <vector>
 
 #include "core/record.h"
-#include "core/session_screen.h"
-#include "loans/refusal.h"
+#include "loans/loan_screen.h"
 
 namespace kaunter {
 
-class LoanAppFrm : public SessionScreen {
+class LoanAppFrm : public LoanScreen {
  public:
   LoanAppFrm(Session& session, Desk& desk);
 
@@ -180,7 +179,6 @@ class LoanAppFrm : public SessionScreen {
   bool CheckFigures();
   void Write(const std::string& id);
   void WriteLines(const std::string& id);
-  bool RefuseWith(const Refusal& refusal);
 
   Record record_;
   std::string loaded_id_;        // the stored application shown; "" for a new one

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "core/boxes.h"
 #include "core/picker.h"
 #include "core/session_report.h"
 #include "core/values.h"
@@ -29,19 +30,16 @@ bool IsBlank(const std::vector<std::string>& cells) {
 
 void LoanAppFrm::BindListEvents() {
   LinkRelation.max_length = kRelationLength;
-  LinkCust.picker = "CustPop";
   LinkCust.onLeave = [this] {
     LinkCust.SetText(Upper(Trim(LinkCust.text())));
     LinkCust.SetMark(false);
     LinkName.Clear();
     if (!LinkCust.empty()) FindPerson(LinkCust, LinkName);
   };
-  LinkCust.onSearch = [this] {
-    const std::string id = Pick(session(), desk(), "CustPop");
-    if (id.empty()) return;
+  OfferPicker(session(), LinkCust, "CustPop", [this](const std::string& id) {
     LinkCust.SetText(id);
     FindPerson(LinkCust, LinkName);
-  };
+  });
   Command1.onClick = [this] { LinkPerson(); };
   LinkDG.onRow = [this](int row) {
     LinkCust.SetText(LinkDG.Cell(row, 0));
@@ -113,8 +111,8 @@ void LoanAppFrm::EditHistory(int row, int column, const std::string& before) {
   const bool wrong_date = column == 0 && !text.empty() && !IsDate(text);
   if (wrong_date || Characters(text) > kHistoryLength) {
     vsd.SetCell(row, column, before);
-    Tell(MessageKind::critical, wrong_date ? Caption{"Invalid Date", "日期不正确"}
-                                           : Caption{"The text is too long", "文字过长"});
+    Tell(MessageKind::critical,
+         wrong_date ? kInvalidDate : Caption{"The text is too long", "文字过长"});
     return;
   }
   if (IsBlank(vsd.Row(row)) || row < vsd.RowCount() - 1) return;

@@ -12,11 +12,6 @@
 
 namespace kaunter {
 
-bool LoanAppFrm::RefuseWith(const Refusal& refusal) {
-  Control* control = Find(refusal.field);
-  return control != nullptr ? Refuse(*control, refusal.text) : Refuse(refusal.text);
-}
-
 bool LoanAppFrm::CalculatePayment() {
   const struct {
     TextBox& box;

@@ -44,7 +44,7 @@ std::string Parameter(const TextBox& box) {
 }  // namespace
 
 LoanCalcfrm::LoanCalcfrm(Session& session, Desk& desk)
-    : SessionScreen("LoanCalcfrm", {"Loan Calculation", "贷款计算"}, session, desk) {
+    : LoanScreen("LoanCalcfrm", {"Loan Calculation", "贷款计算"}, session, desk) {
   CustName.max_length = kNameLength;
   for (TextBox* box : {&TrxDate, &NextDueDate}) box->max_length = kDateLength;
   for (TextBox* box : {&LoanAmt, &InsRate, &LoanTerm, &LoanTerm2}) box->max_length = kNumberLength;
@@ -76,11 +76,6 @@ void LoanCalcfrm::Load() {
 
 void LoanCalcfrm::Unload() {
   if (!LoanID.empty()) DeleteCalculation(main(), LoanID.text());
-}
-
-bool LoanCalcfrm::RefuseWith(const Refusal& refusal) {
-  Control* control = Find(refusal.field);
-  return control != nullptr ? Refuse(*control, refusal.text) : Refuse(refusal.text);
 }
 
 void LoanCalcfrm::CheckOnLeave(TextBox& box, const std::optional<Refusal>& refusal) {

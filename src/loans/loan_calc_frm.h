@@ -4,15 +4,13 @@
 #pragma once
 
 #include <optional>
-#include <string>
 
-#include "core/session_screen.h"
 #include "loans/calculator.h"
-#include "loans/refusal.h"
+#include "loans/loan_screen.h"
 
 namespace kaunter {
 
-class LoanCalcfrm : public SessionScreen {
+class LoanCalcfrm : public LoanScreen {
  public:
   LoanCalcfrm(Session& session, Desk& desk);
 
@@ -67,8 +65,6 @@ class LoanCalcfrm : public SessionScreen {
   void ShowRows();
   void Print();
   std::optional<Refusal> FirstBlankOfPrint() const;
-  // Says it, marks the control and goes there. False.
-  bool RefuseWith(const Refusal& refusal);
 };
 
 }  // namespace kaunter

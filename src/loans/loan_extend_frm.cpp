@@ -27,11 +27,7 @@ DateTime DateOf(const std::string& shown, const std::string& sch_id) {
 LoanExtendfrm::LoanExtendfrm(Session& session, Desk& desk)
     : SessionScreen("LoanExtendfrm", {"Extend Schedule", "延长还款表"}, session, desk) {
   for (TextBox* box : {&CustName, &LoanTerm, &LoanTypeID}) box->SetLocked(true);
-  LoanID.picker = "LoanPop";
-  LoanID.onSearch = [this] {
-    const std::string id = Pick(this->session(), this->desk(), "LoanPop");
-    if (!id.empty()) LoadLoan(id);
-  };
+  OfferPicker(session, LoanID, "LoanPop", [this](const std::string& id) { LoadLoan(id); });
   LoanID.onLeave = [this] {
     LoanID.SetText(Trim(LoanID.text()));
     if (SameText(LoanID.text(), loaded_id_)) return;

@@ -4,6 +4,8 @@
 #include <fmt/format.h>
 
 #include "compliance/aml.h"
+#include "core/amounts.h"
+#include "core/boxes.h"
 #include "core/password_screens.h"
 #include "core/values.h"
 #include "customers/credit_limit.h"
@@ -15,16 +17,6 @@ namespace kaunter {
 namespace {
 
 constexpr int kAdmin = 4;  // level from which a rate below the lowest is a question
-
-// Of a box that may be blank.
-Money Amount(const TextBox& box) { return Money::FromText(StripCommaOrZero(box.text())); }
-
-std::string Shown(Money amount) { return Format(amount, "#,##0.00"); }
-
-template <typename Box>
-void FillBlank(Box& box, const std::string& text) {
-  if (box.empty()) box.SetText(text);
-}
 
 }  // namespace
 
@@ -158,7 +150,7 @@ bool NewLoanFrm::CheckAlternateCode() {
 bool NewLoanFrm::CheckFigures() {
   if (LoanMode != "New Loan" && LoanMode != "Edit Loan") return true;
   for (TextBox* date : {&TrxDate, &NextDueDate}) {
-    if (!IsDate(date->text())) return Refuse(*date, {"Invalid Date", "日期不正确"});
+    if (!IsDate(date->text())) return Refuse(*date, kInvalidDate);
   }
   if (const auto refusal = CheckTerms(Terms())) return RefuseWith(*refusal);
   for (TextBox* amount : {&FirstPayment, &InstallmentAmt, &LastPayment}) {
@@ -193,8 +185,8 @@ bool NewLoanFrm::CheckLowestRate() {
   if (LoanMode != "New Loan" || DragLoan.text() != "Flexi Loan") return true;
   const Money lowest = Money::TryText(session().settings.LowInt).value_or(Money());
   if (Amount(InsRate) >= lowest) return true;
-  const Caption text{fmt::format("Interest rate cannot lower than {}", Shown(lowest)),
-                     fmt::format("利率不可低于 {}", Shown(lowest))};
+  const Caption text{fmt::format("Interest rate cannot lower than {}", ShowMoney(lowest)),
+                     fmt::format("利率不可低于 {}", ShowMoney(lowest))};
   if (session().CurrentLevel >= kAdmin) return Confirm(text);
   Tell(MessageKind::plain, text);
   return false;
@@ -212,9 +204,9 @@ bool NewLoanFrm::CheckInstalmentTotal() {
   if (total <= contract) return true;
   return Confirm({fmt::format("Total installment ({}) more than Loan amount + Interest ({})\n\n"
                               "Still Proceed ?",
-                              Shown(total), Shown(contract)),
-                  fmt::format("分期总额（{}）多于贷款额加利息（{}）\n\n是否继续？", Shown(total),
-                              Shown(contract))});
+                              ShowMoney(total), ShowMoney(contract)),
+                  fmt::format("分期总额（{}）多于贷款额加利息（{}）\n\n是否继续？",
+                              ShowMoney(total), ShowMoney(contract))});
 }
 
 bool NewLoanFrm::CheckLinkAccounts() {
@@ -238,8 +230,8 @@ bool NewLoanFrm::CheckCredit() {
     return true;
   }
   Tell(MessageKind::warning,
-       {fmt::format("Loan amount cannot exceed {}, please check !", Shown(remaining)),
-        fmt::format("贷款额不可超过 {}，请检查！", Shown(remaining))});
+       {fmt::format("Loan amount cannot exceed {}, please check !", ShowMoney(remaining)),
+        fmt::format("贷款额不可超过 {}，请检查！", ShowMoney(remaining))});
   return false;
 }
 

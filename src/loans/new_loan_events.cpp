@@ -5,8 +5,9 @@
 // recalculates nothing.
 #include <fmt/format.h>
 
-#include <cmath>
+#include <optional>
 
+#include "core/boxes.h"
 #include "core/password_screens.h"
 #include "core/values.h"
 #include "loans/calc_payment.h"
@@ -19,7 +20,6 @@ namespace {
 constexpr int kManager = 3;  // level from which a collateral value needs no second person
 
 const Caption kInvalidAmount = {"Invalid Amount", "数额不正确"};
-const Caption kInvalidDate = {"Invalid Date", "日期不正确"};
 
 Money Amount(const std::string& text) { return Money::TryText(text).value_or(Money()); }
 
@@ -112,11 +112,6 @@ bool NewLoanFrm::Filled(TextBox& box) {
   box.SetText(Trim(box.text()));
   box.SetMark(false);
   return !box.empty();
-}
-
-bool NewLoanFrm::RefuseWith(const Refusal& refusal) {
-  Control* control = Find(refusal.field);
-  return control != nullptr ? Refuse(*control, refusal.text) : Refuse(refusal.text);
 }
 
 bool NewLoanFrm::LeaveMoney(TextBox& box, const Caption& refusal) {

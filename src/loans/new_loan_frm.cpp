@@ -139,7 +139,7 @@ void GuarantorBoxes::Bind(Record& record) {
 // --- the record
 
 NewLoanFrm::NewLoanFrm(Session& session, Desk& desk)
-    : SessionScreen("NewLoanFrm", {"Loan", "贷款"}, session, desk),
+    : LoanScreen("NewLoanFrm", {"Loan", "贷款"}, session, desk),
       vsd3(*this, "vsd3", {"Schedule", "时间表"}, ScheduleColumns(), &SchedulePage),
       vsd4(*this, "vsd4", {"Payments", "付款"}, PaymentColumns(), &PaymentPage),
       ChargesDG(*this, "ChargesDG", {"Charges", "收费"}, ChargeColumns(), &ChargesPage),
@@ -193,15 +193,11 @@ void NewLoanFrm::BindEvents() {
     shown->SetLocked(true);
   }
   for (TextBox* copy : {&InsRate2, &InstallmentAmt2, &LastPayment2}) copy->SetVisible(false);
-  LoanID.picker = "LoanPop";
   LoanID.onLeave = [this] {
     LoanID.SetText(Trim(LoanID.text()));
     if (!LoanID.empty() && !SameText(LoanID.text(), loaded_id_)) LoadLoan();
   };
-  LoanID.onSearch = [this] {
-    const std::string id = Pick(session(), desk(), "LoanPop");
-    if (!id.empty()) LoadLoan(id);
-  };
+  OfferPicker(session(), LoanID, "LoanPop", [this](const std::string& id) { LoadLoan(id); });
   CompCode.onLeave = [this] {
     if (!CheckCompanyAccess(session(), desk(), CompCode)) {
       CompCode.Clear();
@@ -448,12 +444,8 @@ bool NewLoanFrm::PassesModeGate(const std::string& status) {
 
 void NewLoanFrm::ShowNeighbour(bool next) {
   // A person of one company walks through the loans of that company.
-  const std::string company = CompanyCondition(session(), "CompCode");
-  const std::string id = ScalarQuery(
-      main(), fmt::format("SELECT TOP 1 LoanID FROM LoanMast WHERE LoanID {} {}{}{} ORDER BY "
-                          "LoanID {}",
-                          next ? ">" : "<", QuoteStr(LoanID.text()), company.empty() ? "" : " AND ",
-                          company, next ? "ASC" : "DESC"));
+  const std::string id = NeighbourKey(main(), "LoanMast", "LoanID", LoanID.text(), next,
+                                      AndCompany(session(), "CompCode"));
   if (!id.empty()) LoadLoan(id);
 }
 

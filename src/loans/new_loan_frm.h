@@ -10,14 +10,12 @@
 //   new_loan_save.cpp       the write and what follows it; close, open, delete
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "core/record.h"
-#include "core/session_screen.h"
+#include "loans/loan_screen.h"
 #include "loans/loan_totals.h"
-#include "loans/refusal.h"
 #include "loans/schedule_store.h"
 #include "loans/terms.h"
 
@@ -86,7 +84,7 @@ struct GuarantorBoxes {
                          frame};
 };
 
-class NewLoanFrm : public SessionScreen {
+class NewLoanFrm : public LoanScreen {
  public:
   NewLoanFrm(Session& session, Desk& desk);
 
@@ -336,7 +334,6 @@ class NewLoanFrm : public SessionScreen {
   void CalculateLoanAmt();  // Command9
   void AutomaticFees();
   void StepNextDueDate(const Control& must_be_enabled);
-  bool RefuseWith(const Refusal& refusal);
   bool CheckOldLoanCode();  // false when the code belongs to another; told already
 
   // --- grids (new_loan_lists.cpp)

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "core/audit.h"
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/open_for.h"
 #include "core/values.h"
@@ -331,7 +332,7 @@ void NewLoanFrm::EditCheque(int row, int column, const std::string& before) {
     shown = ShowMoney(*amount);
     assignment = "ChqAmt=" + StripCommaOrZero(shown);
   } else if (column == kChqDate) {
-    if (!IsDate(typed)) return refuse({"Invalid Date", "日期不正确"});
+    if (!IsDate(typed)) return refuse(kInvalidDate);
     assignment = "ChqDate=" + SqlDate(typed);
   } else {
     return;

@@ -2,6 +2,8 @@
 // the application that it comes from.
 #include <fmt/format.h>
 
+#include <optional>
+
 #include <filesystem>
 
 #include "core/amounts.h"
@@ -17,30 +19,24 @@
 namespace kaunter {
 
 void NewLoanFrm::BindPersonEvents() {
-  CustID.picker = "CustPop";
   CustID.onLeave = [this] {
     CustID.SetText(Upper(Trim(CustID.text())));
     CustID.SetMark(false);
     if (!CustID.empty()) LoadCustomer(LoanMode != "New Loan");
   };
-  CustID.onSearch = [this] {
-    const std::string id = Pick(session(), desk(), "CustPop");
-    if (id.empty()) return;
+  OfferPicker(session(), CustID, "CustPop", [this](const std::string& id) {
     CustID.SetText(id);
     LoadCustomer(LoanMode != "New Loan");
-  };
-  CustID2.picker = "CustPop";
+  });
   CustID2.onLeave = [this] {
     CustID2.SetText(Upper(Trim(CustID2.text())));
     CustID2.SetMark(false);
     if (!CustID2.empty()) LoadSecondApplicant();
   };
-  CustID2.onSearch = [this] {
-    const std::string id = Pick(session(), desk(), "CustPop");
-    if (id.empty()) return;
+  OfferPicker(session(), CustID2, "CustPop", [this](const std::string& id) {
     CustID2.SetText(id);
     LoadSecondApplicant();
-  };
+  });
   CustNIC2.mask = kNewIcMask;
   CustNIC2.onLeave = [this] { CustNIC2.SetText(MaskNewIc(Trim(CustNIC2.text()))); };
   for (GuarantorBoxes& boxes : guarantors) {
@@ -157,15 +153,14 @@ void NewLoanFrm::LoadSecondApplicant() {
 void NewLoanFrm::TakeGuarantor(GuarantorBoxes& boxes) {
   const std::string nic = Trim(boxes.GuarantorNIC.text());
   const std::string name = Trim(boxes.GuarantorName.text());
-  const std::string company = CompanyCondition(session(), "CompCode");
   for (int set = 0; set < 2 && !(nic.empty() && name.empty()); ++set) {
     const std::string suffix = set == 0 ? "" : "2";
     std::string columns = "LoanID";
     for (const Control* box : boxes.All()) columns += "," + GuarantorBoxes::Column(*box, suffix);
     const Recordset row = main().Query(fmt::format(
-        "SELECT TOP 1 {} FROM LoanMast WHERE {}={}{}{} AND LoanID <> {} ORDER BY LoanID DESC",
+        "SELECT TOP 1 {} FROM LoanMast WHERE {}={}{} AND LoanID <> {} ORDER BY LoanID DESC",
         columns, (nic.empty() ? "GuarantorName" : "GuarantorNIC") + suffix,
-        QuoteStr(nic.empty() ? name : nic), company.empty() ? "" : " AND ", company,
+        QuoteStr(nic.empty() ? name : nic), AndCompany(session(), "CompCode"),
         QuoteStr(loaded_id_)));
     if (row.Eof()) continue;
     for (Control* box : boxes.All()) {

@@ -23,8 +23,6 @@ namespace {
 
 constexpr int kNoCurrentRow = 3021;  // what NextLoanNumber says of a customer without a counter
 
-Money Amount(const TextBox& box) { return Money::FromText(StripCommaOrZero(box.text())); }
-
 void LogDone(const Session& session, const std::string& mode, const std::string& id,
              const char* what) {
   WriteLog(session, LogLine(session, fmt::format("{} - Loan ID {} {}", mode, id, what)));

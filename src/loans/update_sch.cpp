@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "core/amounts.h"
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/picker.h"
@@ -22,8 +23,6 @@ enum ListColumn { kSch, kLoan, kCustomer, kDueDate, kPayable };
 
 const Caption kPaymentsExist = {"Payment exist, no amendment allow", "已有付款，不可更改"};
 
-Money Amount(const std::string& text) { return Money::FromText(StripCommaOrZero(text)); }
-
 // What an amended row keeps of the one it replaces.
 struct KeptInterest {
   std::string SchID;
@@ -36,8 +35,7 @@ std::vector<KeptInterest> ReadInterest(Connection& main, const std::string& id) 
   for (Recordset rows =
            main.Query("Select SchID,InterestAmt,FIntAmt from SchMast where LoanID = " + id);
        !rows.Eof(); rows.MoveNext()) {
-    kept.push_back({ShowInt(rows.Field("SchID")), Amount(ShowMoney(rows.Field("InterestAmt"))),
-                    Amount(ShowMoney(rows.Field("FIntAmt")))});
+    kept.push_back({ShowInt(rows.Field("SchID")), Sen(rows, "InterestAmt"), Sen(rows, "FIntAmt")});
   }
   return kept;
 }
@@ -67,7 +65,7 @@ void MoveCustomerBalance(Connection& main, const std::string& cust_id, Money by)
   const Recordset row = main.Query("SELECT TotLoanBal FROM CustMast WHERE CustID=" + id);
   if (row.Eof()) return;
   main.Execute(fmt::format("UPDATE CustMast SET TotLoanBal={} WHERE CustID={}",
-                           (Amount(ShowMoney(row.Field(0))) + by).ToText(), id));
+                           (Sen(row.Field(0)) + by).ToText(), id));
 }
 
 // A special schedule is restored from its backup on each rebuild, so the backup is made anew.
@@ -82,11 +80,9 @@ void RenewSpecialBackup(Connection& main, const std::string& loan_id) {
 
 UpdateSch::UpdateSch(Session& session, Desk& desk)
     : SessionScreen("UpdateSch", {"Update Schedule", "更新还款表"}, session, desk) {
-  LoanID.picker = "LoanPop";
-  LoanID.onSearch = [this] {
-    const std::string id = Pick(this->session(), this->desk(), "LoanPop");
-    if (!id.empty() && MayDiscard(changed_)) LoadLoan(id);
-  };
+  OfferPicker(session, LoanID, "LoanPop", [this](const std::string& id) {
+    if (MayDiscard(changed_)) LoadLoan(id);
+  });
   LoanID.onLeave = [this] { LeaveLoanID(); };
   CustName.SetLocked(true);
   NextDueDate.max_length = kDateLength;
@@ -219,9 +215,7 @@ bool UpdateSch::CheckAmount() {
 
 bool UpdateSch::CheckDate() {
   const std::optional<DateTime> date = DateTime::FromDisplay(NextDueDate.text());
-  if (!date || !IsDate(NextDueDate.text())) {
-    return Refuse(NextDueDate, {"Invalid Dat", "日期无效"});
-  }
+  if (!IsDate(NextDueDate.text())) return Refuse(NextDueDate, {"Invalid Dat", "日期无效"});
   // A row stays between its neighbours.
   const auto neighbour = [this](int row) {
     const bool there = picked_ >= 0 && row >= 0 && row < SchLV.RowCount();
@@ -286,13 +280,13 @@ bool UpdateSch::Write() {
     // Another desktop may have taken one since the list was filled.
     if (HasPayments()) throw std::runtime_error(kPaymentsExist.english);
     const Recordset loan = main().Query("Select LoanBal from LoanMast where LoanID = " + id);
-    const Money old_balance = loan.Eof() ? Money() : Amount(ShowMoney(loan.Field(0)));
+    const Money old_balance = loan.Eof() ? Money() : Sen(loan.Field(0));
     const std::vector<KeptInterest> kept = ReadInterest(main(), id);
     main().Execute("Delete from SchMast where LoanID = " + id);
     Money balance;
     for (int row = 0; row < SchLV.RowCount(); ++row) {
       InsertRow(main(), SchLV.Row(row));
-      balance += Amount(SchLV.Cell(row, kPayable));
+      balance += Money::FromText(StripCommaOrZero(SchLV.Cell(row, kPayable)));
     }
     SplitRows(main(), id, kept, balance);
     RenewSpecialBackup(main(), loaded_.LoanID);

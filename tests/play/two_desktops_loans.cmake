@@ -1,7 +1,6 @@
 # Two desktops save 30 loans each for one customer on one embedded database at the same time: no error, no number
 # twice, no loan without its schedule, and the customer's totals hold every loan.
-file(REMOVE_RECURSE ${OFFICE})
-file(MAKE_DIRECTORY ${OFFICE}/a ${OFFICE}/b)
+include(${CMAKE_CURRENT_LIST_DIR}/desktops.cmake)
 set(make "signin ADMIN zebrawindmill\n"
   "sql \"INSERT INTO CustMast (CustID,CompCode,CustName,CustStatus,TotLoan,TotLoanBal,TotLoanAmt2,TotTopUpAmt) VALUES ('HQ0001','HQ','Tan Ah Kow','ACTIVE',0,0,0,0)\"\n"
   "sql \"INSERT INTO NumberMast VALUES ('HQ0001','000','000')\"\n"
@@ -22,22 +21,7 @@ set(check "signin ADMIN zebrawindmill\n"
   "expect sql \"SELECT TotLoan FROM CustMast\" 600000.00\n"
   "expect sql \"SELECT TotLoanBal FROM CustMast\" 708000.00\n"
   "expect sql \"SELECT TotAccComm FROM SalesmanMast WHERE SalesmanID='SLM1'\" 60.00\n")
-string(JOIN "" make ${make})
-string(JOIN "" check ${check})
-foreach(name make enter check)
-  file(WRITE ${OFFICE}/${name}.play "${${name}}")
-endforeach()
-set(database --database ${OFFICE}/office.db --now "2024-01-31 09:00:00")
-execute_process(COMMAND ${PROGRAM} --app ${OFFICE}/a ${database} ${OFFICE}/make.play
-  OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
-# Both run at once. What they print goes to files: as a pipe it would stop one when the other ends.
-set(desktop "exec '${PROGRAM}' --database '${OFFICE}/office.db' --now '2024-01-31 09:00:00'")
-execute_process(
-  COMMAND sh -c "${desktop} --app '${OFFICE}/a' '${OFFICE}/enter.play' >'${OFFICE}/a.out' 2>&1"
-  COMMAND sh -c "${desktop} --app '${OFFICE}/b' '${OFFICE}/enter.play' >'${OFFICE}/b.out' 2>&1"
-  RESULTS_VARIABLE statuses)
-if(NOT statuses STREQUAL "0;0")
-  message(FATAL_ERROR "the desktops ended with ${statuses}; ${OFFICE}/a.out and b.out say why")
-endif()
-execute_process(COMMAND ${PROGRAM} --app ${OFFICE}/a ${database} ${OFFICE}/check.play
-  COMMAND_ERROR_IS_FATAL ANY)
+write_scripts(make enter check)
+play(make)
+enter_at_once(a b)
+play(check)

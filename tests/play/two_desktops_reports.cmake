@@ -1,7 +1,6 @@
 # Two computers work out the same reports at the same time on one embedded database, each for a company of its own: each
 # prints its own rows, and nothing stays behind when both have closed.
-file(REMOVE_RECURSE ${OFFICE})
-file(MAKE_DIRECTORY ${OFFICE}/app)
+include(${CMAKE_CURRENT_LIST_DIR}/desktops.cmake)
 file(GLOB reports ${REPORTS}/*)
 file(COPY ${reports} DESTINATION ${OFFICE}/app)
 set(make "signin ADMIN zebrawindmill\nsql \"INSERT INTO CompMast (CompCode,CompDesc) VALUES ('AB','Ah Beng')\"\n"
@@ -18,7 +17,6 @@ foreach(i RANGE 101 200)
     "\; INSERT INTO DrawDownMast (SID,LoanID,CustID,TrxDate,CompCode,DrawDownAmt) VALUES ('D${i}','${company}-${i}','C1','2024-01-02','${company}',1000)"
     "\; INSERT INTO PaymentMast (PayID,LoanID,CustID,CompCode,PayDate,PayAmt,InstalAmt,CapPay,IntPay,IntAmt,ChargeAmt,CollectorAmt,TopUpAmt,DiscAmt,NewLoanBal) VALUES ('P${i}','${company}-${i}','C1','${company}','2024-01-30',${paid},${paid},${paid},0,0,0,0,0,0,1000)\"\n")
 endforeach()
-string(JOIN "" make ${make})
 
 # What one computer prints, ten times over; its balance is 60 * (1,120 - 93) or 40 * (1,120 - 50).
 function(enter computer company row balance loans)
@@ -40,10 +38,10 @@ function(enter computer company row balance loans)
 endfunction()
 enter(FRONT HQ 2 61620.00 120)
 enter(BACK AB 1 42800.00 80)
-file(WRITE ${OFFICE}/make.play "${make}")
-file(WRITE ${OFFICE}/check.play "signin ADMIN zebrawindmill\nexpect sql \"SELECT COUNT(*) FROM MasterReport\" 0\n")
-set(common --app ${OFFICE}/app --database ${OFFICE}/office.db --now "2024-01-31 09:00:00")
-execute_process(COMMAND ${PROGRAM} ${common} ${OFFICE}/make.play OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+set(check "signin ADMIN zebrawindmill\nexpect sql \"SELECT COUNT(*) FROM MasterReport\" 0\n")
+write_scripts(make check)
+play(make)
+set(common --app ${OFFICE}/app ${database} ${now})
 # Both run at once. What they print goes to files: as a pipe it would stop one when the other ends.
 set(desktop "exec \"$0\" \"$@\" --out '${OFFICE}'/paper-$COMPUTER --computer $COMPUTER '${OFFICE}'/$COMPUTER.play >'${OFFICE}'/$COMPUTER.out 2>&1")
 execute_process(
@@ -56,4 +54,4 @@ endif()
 file(STRINGS ${OFFICE}/FRONT.out both REGEX "computers at once 2")
 list(LENGTH both both)
 message("of 10 statements, ${both} were printed while the rows of the other computer stood there too")
-execute_process(COMMAND ${PROGRAM} ${common} ${OFFICE}/check.play COMMAND_ERROR_IS_FATAL ANY)
+play(check)

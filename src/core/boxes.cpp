@@ -1,0 +1,13 @@
+#include "core/boxes.h"
+
+#include "core/telling.h"
+#include "core/values.h"
+
+namespace kaunter {
+
+bool CheckDateBox(Session& session, TextBox& box, const Caption& invalid) {
+  box.SetText(Trim(box.text()));
+  return box.empty() || IsDate(box.text()) || Refuse(session, box, invalid);
+}
+
+}  // namespace kaunter

@@ -1,0 +1,26 @@
+// What screens ask of a box that a person typed into.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "screen/caption.h"
+#include "screen/control.h"
+
+namespace kaunter {
+
+class Session;
+
+inline const Caption kInvalidDate{"Invalid Date", "日期不正确"};
+
+// Takes the blanks off and passes what is empty or a date. Anything else is refused with `invalid`:
+// told, marked, and the focus comes back; false.
+bool CheckDateBox(Session& session, TextBox& box, const Caption& invalid = kInvalidDate);
+
+// Of a TextBox or a ComboBox.
+template <typename Box>
+void FillBlank(Box& box, std::string_view text) {
+  if (box.empty()) box.SetText(std::string(text));
+}
+
+}  // namespace kaunter
