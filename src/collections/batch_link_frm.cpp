@@ -14,8 +14,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kKeyLength = 50;
-constexpr int kDateLength = 10;
 // Places in the grids.
 constexpr int kChargeID = 0, kAmount = 4;
 constexpr int kPayLoan = 3;

@@ -12,8 +12,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kKeyLength = 50;
-constexpr int kDateLength = 10;
 // Places in the grid.
 constexpr int kLoan = 1, kOldCode = 2, kCustomer = 3, kName = 4;
 

@@ -19,8 +19,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kKeyLength = 50;
-constexpr int kDateLength = 10;
 constexpr int kRemarksLength = 1000;
 // Places in the grids.
 constexpr int kHisDate = 0, kHisTime = 1, kHisRemarks = 3, kHisStatus = 4, kHisUser = 5,

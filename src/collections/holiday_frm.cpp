@@ -4,13 +4,13 @@
 
 #include <set>
 
+#include "core/boxes.h"
 #include "core/record.h"
 #include "core/values.h"
 
 namespace kaunter {
 namespace {
 
-constexpr int kDateLength = 10;
 constexpr int kFirstYear = 2000;  // dates of an earlier year show as none
 
 const Caption kSaveFailed = {"an error occur during saving holiday", "储存假期时发生错误"};

@@ -23,7 +23,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kDateLength = 10;
 constexpr int kAmountLength = 20;
 constexpr std::string_view kInvoice = "Invoice";
 constexpr std::string_view kCreditNote = "Credit Note";

@@ -4,13 +4,12 @@
 
 #include "collections/late_interest.h"
 #include "core/amounts.h"
+#include "core/boxes.h"
 #include "core/values.h"
 #include "screen/hourglass.h"
 
 namespace kaunter {
 namespace {
-
-constexpr int kDateLength = 10;
 
 std::string LastDate(Connection& main) {
   return ScalarQuery(main, "SELECT [Value] FROM Systemast WHERE ID='LateIntDate'");

@@ -17,7 +17,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kDateLength = 10;
 constexpr int kAmountLength = 20;
 
 const Caption kInvalidAmount = {"Invalid Amount", "金额无效"};

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "compliance/aml.h"
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/picker.h"
 #include "core/session_report.h"
@@ -15,7 +16,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kDateLength = 10;
 constexpr int kAmountLength = 14;  // so that a few of them are summed without overflow
 constexpr int kCountLength = 4;
 

@@ -5,6 +5,7 @@
 #include "collections/payment_store.h"
 #include "collections/receipt_number.h"
 #include "collections/renumber_receipts.h"
+#include "core/boxes.h"
 #include "core/log.h"
 #include "core/values.h"
 #include "platform/sql/transaction.h"
@@ -13,7 +14,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kDateLength = 10;
 constexpr int kNumberLength = 10;  // a counter holds at most 2147483647
 
 // What a counter can hold: digits alone.

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "collections/reading.h"
+#include "core/boxes.h"
 #include "core/log.h"
 #include "core/record.h"
 #include "core/session_report.h"
@@ -19,7 +20,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kDateLength = 10;
 constexpr int kLoan = 0;
 // More loans in one condition than this are a burden to some servers.
 constexpr std::size_t kLettersAPrint = 200;

@@ -4,6 +4,7 @@
 
 #include "collections/reading.h"
 #include "core/amounts.h"
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/open_for.h"
 #include "core/picker.h"
@@ -13,8 +14,6 @@
 
 namespace kaunter {
 namespace {
-
-constexpr int kDateLength = 10;
 
 const Caption kReadFailed{"An error occur during reading the record", "读取资料时发生错误"};
 

@@ -19,8 +19,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kDateLength = 10;
-
 // Places in the grid.
 constexpr int kLoan = 0, kDue = 7, kBalance = 8, kLoanBal = 9, kAmount = 10, kPayID = 11,
               kRemarks = 12;

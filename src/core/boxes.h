@@ -11,6 +11,8 @@ namespace kaunter {
 
 class Session;
 
+inline constexpr int kDateLength = 10;  // dd-mm-yyyy
+inline constexpr int kKeyLength = 50;   // of a customer or a loan
 inline const Caption kInvalidDate{"Invalid Date", "日期不正确"};
 
 // Takes the blanks off and passes what is empty or a date. Anything else is refused with `invalid`:

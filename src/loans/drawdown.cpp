@@ -17,7 +17,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kDateLength = 10;
 constexpr int kAmountLength = 20;
 
 // Short numbers are a key, and each company counts for itself.

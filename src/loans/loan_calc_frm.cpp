@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/boxes.h"
 #include "core/sequences.h"
 #include "core/session.h"
 #include "core/session_report.h"
@@ -17,7 +18,6 @@ namespace {
 
 constexpr int kNameLength = 300;
 constexpr int kNumberLength = 20;
-constexpr int kDateLength = 10;
 
 Refusal Required(const TextBox& box, Caption text) { return {box.name(), std::move(text)}; }
 

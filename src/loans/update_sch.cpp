@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/amounts.h"
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/picker.h"
@@ -15,7 +16,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kDateLength = 10;
 constexpr int kAmountLength = 20;
 constexpr int kLevelThatMayAmend = 4;
 
