@@ -11,6 +11,7 @@
 
 #include "core/shown.h"
 #include "desktop/control_view.h"
+#include "desktop/figure_views.h"
 #include "desktop/figures_panel.h"
 #include "desktop/grid_view.h"
 #include "desktop/plain_views.h"
@@ -44,12 +45,7 @@ Tile::Tile(Glyph glyph, QWidget* parent) : QAbstractButton(parent), icon_(MakeIc
 
 void Tile::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  const bool lit = isEnabled() && (underMouse() || isDown());
-  QColor edge = hasFocus() ? Look().accent : Look().line;
-  painter.setPen(QPen(edge, hasFocus() ? 1.6 : 1));
-  painter.setBrush(lit ? Look().accent_soft : Look().card);
-  painter.drawRoundedRect(QRectF(rect()).adjusted(0.8, 0.8, -0.8, -0.8), 8, 8);
+  DrawCard(painter, *this, isEnabled() && (underMouse() || isDown()));
   const QRect place(16, (height() - 26) / 2, 26, 26);
   icon_.paint(&painter, place, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
   QColor ink = isEnabled() ? Look().text : Look().muted;

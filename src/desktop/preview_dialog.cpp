@@ -292,13 +292,11 @@ void PreviewDialog::ShowHits() {
   search_box_->update();
 }
 
-bool PreviewDialog::Try(const std::function<void()>& act) {
+void PreviewDialog::Try(const std::function<void()>& act) {
   try {
     act();
-    return true;
   } catch (const std::exception& failure) {
     ShowMessage(this, MessageKind::critical, S(windowTitle()), failure.what(), chinese_);
-    return false;
   }
 }
 

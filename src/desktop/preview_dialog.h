@@ -48,7 +48,7 @@ class PreviewDialog : public QDialog {
   void SavePdf();
   void SaveCsv();
   QString In(const char* english, const char* chinese) const;
-  bool Try(const std::function<void()>& act);
+  void Try(const std::function<void()>& act);
 
   ReportRun run_;
   bool chinese_;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "compliance/aml.h"
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/picker.h"
@@ -208,7 +209,7 @@ bool frmPrinting::PrepareLateInvoice(ReportJob& job) {
       Trim(desk().Input(session().MsgTitle, session().In({"Late charges up to", "迟还费用至"}),
                         ServerNow(main(), false)));
   if (day.empty()) return false;
-  if (!IsDate(day)) return Refuse({"Invalid Date", "日期不正确"});
+  if (!IsDate(day)) return Refuse(kInvalidDate);
   const std::string first = "01" + day.substr(2);
   job.ParameterFields[0] = "TrxDate;" + DateParameter(day) + ";True";
   job.ParameterFields[1] = "InvNo;-;True";

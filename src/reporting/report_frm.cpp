@@ -2,17 +2,12 @@
 
 #include <fmt/format.h>
 
+#include "core/boxes.h"
 #include "core/picker.h"
 #include "core/values.h"
 #include "platform/host.h"
 
 namespace kaunter {
-namespace {
-
-constexpr int kDateLength = 10;
-
-}  // namespace
-
 ReportFrm::ReportFrm(Session& session, Desk& desk)
     : SessionScreen("ReportFrm", {"Report", "报告"}, session, desk) {
   for (TextBox* date : {&DateFrom, &DateTo}) {
@@ -123,7 +118,7 @@ void ReportFrm::LeaveDate(TextBox& box) {
   if (box.empty()) return;
   const auto date = DateTime::FromDisplay(box.text());
   if (!date) {
-    Refuse(box, {"Invalid Date", "日期不正确"});
+    Refuse(box, kInvalidDate);
     return;
   }
   box.SetText(Format(*date, "dd-mm-yyyy"));

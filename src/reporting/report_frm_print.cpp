@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "compliance/aml.h"
+#include "core/boxes.h"
 #include "core/log.h"
 #include "core/session_report.h"
 #include "core/values.h"
@@ -58,9 +59,7 @@ bool ReportFrm::DatesAreGood() {
   }
   if (DateTo.empty()) return Refuse(DateTo, {"Date To is required", "请输入结束日期"});
   for (TextBox* box : {&DateFrom, &DateTo}) {
-    if (!box->empty() && !IsDate(box->text())) {
-      return Refuse(*box, {"Invalid Date", "日期不正确"});
-    }
+    if (!CheckDateBox(session(), *box)) return false;
   }
   return true;
 }

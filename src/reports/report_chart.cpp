@@ -27,7 +27,7 @@ struct OpenBar {
   int place = 0;
 };
 
-// Places of the bars that stay, in their order.
+// The largest bars, in the order in which they came, and the sum of the others.
 std::vector<ChartBar> Largest(const std::vector<ChartBar>& bars, const PaperWords& words) {
   std::vector<std::size_t> by_size(bars.size());
   for (std::size_t i = 0; i < bars.size(); ++i) by_size[i] = i;
@@ -105,7 +105,7 @@ void DrawChart(ReportPage& page, double x, double y, double width, const std::st
   const double label_width = width * 0.24;
   const double room = width - label_width - kFigureWidth - 4;
   y += kTitleHeight;
-  const double foot = y + kBarHeight * static_cast<double>(bars.size());
+  const double top = y;
   for (const ChartBar& bar : bars) {
     page.texts.push_back(
         {x, y, label_width, kBarHeight, bar.label, kPoints, false, TextAlign::left, Tone::quiet});
@@ -120,8 +120,7 @@ void DrawChart(ReportPage& page, double x, double y, double width, const std::st
     y += kBarHeight;
   }
   const double axis = x + label_width + 2;
-  page.lines.push_back(
-      {axis, foot - kBarHeight * static_cast<double>(bars.size()), axis, foot, 0.3, Tone::rule});
+  page.lines.push_back({axis, top, axis, y, 0.3, Tone::rule});
 }
 
 }  // namespace kaunter

@@ -67,6 +67,4 @@ std::string ReportToCsv(const ReportRun& run) {
   return csv;
 }
 
-std::string ReportToCsv(const ReportJob& job) { return ReportToCsv(RunWholeReport(job)); }
-
 }  // namespace kaunter

@@ -12,6 +12,5 @@ namespace kaunter {
 // take for a formula has an apostrophe before it. Subtotals are left out: a spreadsheet would add
 // them up once more.
 std::string ReportToCsv(const ReportRun& run);
-std::string ReportToCsv(const ReportJob& job);
 
 }  // namespace kaunter

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -65,10 +64,7 @@ ReportFile ReportFile::Parse(std::string_view text, const std::string& path,
 }
 
 ReportFile ReportFile::Read(const std::string& path, const ReportReading& reading) {
-  // A slash and a backslash before the file's name mean the same.
-  std::string file = path;
-  std::replace(file.begin(), file.end(), '\\', '/');
-  return Parse(TextOf(file), file, reading);
+  return Parse(TextOf(path), path, reading);
 }
 
 }  // namespace kaunter

@@ -80,8 +80,8 @@ class FileParser {
     } else if (!Settings(words) && !Layout(words) && !letter_.Take(words.all(), Here())) {
       throw std::invalid_argument(fmt::format(
           "\"{}\" is not known; a line begins with like, paper, language, title, field, picture, "
-          "parameter, "
-          "alias, query, order, column, group, total, summary, chart, note, if, else or endif, in "
+          "parameter, alias, query, order, column, group, total, summary, chart, note, if, else or "
+          "endif, in "
           "a letter with {}",
           key, LetterWords()));
     }
