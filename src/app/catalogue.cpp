@@ -2,6 +2,7 @@
 
 #include "collections/batch_link_frm.h"
 #include "collections/batch_list_frm.h"
+#include "collections/chq_ctrl_frm.h"
 #include "collections/due_date_frm.h"
 #include "collections/followup_frm.h"
 #include "collections/holiday_frm.h"
@@ -57,6 +58,7 @@ constexpr Entry kScreens[] = {
     {"BatchLinkfrm", Make<BatchLinkfrm>},
     {"BatchListfrm", Make<BatchListfrm>},
     {"ChangePasswordfrm", Make<ChangePasswordfrm>},
+    {"ChqCtrlFrm", Make<ChqCtrlFrm>},
     {"CompCodeFrm", Make<CompCodeFrm>},
     {"CompProfileFrm", Make<CompProfileFrm>},
     {"Drawdown", Make<Drawdown>},

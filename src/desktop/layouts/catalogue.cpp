@@ -14,7 +14,7 @@ const std::vector<Layout>& AllLayouts() {
       LoanSettlementfrmLayout(), PaymentFrmLayout(),  InvoicefrmLayout(),
       BatchLinkfrmLayout(),      SpecialRptLayout(),  FollowupFrmLayout(),
       DueDateFrmLayout(),        ReminderfrmLayout(), ReportFrmLayout(),
-      FrmPrintingLayout(),
+      FrmPrintingLayout(),       ChqCtrlFrmLayout(),
   };
   return layouts;
 }

@@ -24,6 +24,7 @@ Layout SettlementfrmLayout();
 Layout LoanSettlementfrmLayout();
 Layout InvoicefrmLayout();
 Layout BatchLinkfrmLayout();
+Layout ChqCtrlFrmLayout();
 Layout SpecialRptLayout();
 Layout ReportFrmLayout();
 Layout FrmPrintingLayout();
