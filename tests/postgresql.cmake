@@ -1,5 +1,5 @@
-# The play scripts, eight desktops at once and the daily batch on a PostgreSQL server: script/test --engine postgresql
-# starts one. Where there is none they are skipped.
+# The play scripts, eight desktops at once, the daily batch, and the same work on both engines compared row by row, on a
+# PostgreSQL server: script/test --engine postgresql starts one. Where there is none they are skipped.
 if(TARGET kaunter-play)
   get_property(all DIRECTORY PROPERTY TESTS)
   foreach(name ${all})
@@ -31,6 +31,8 @@ if(TARGET kaunter-play)
     add_test(NAME postgresql-daily-batch COMMAND test_dailybatch --gtest_filter=Postgresql*)
     list(APPEND on_server postgresql-daily-batch)
   endif()
+  add_test(NAME postgresql-same-rows COMMAND test_play --gtest_filter=*Postgresql*)
+  list(APPEND on_server postgresql-same-rows)
   set_tests_properties(${on_server} PROPERTIES LABELS "postgresql;only-postgresql"
     SKIP_REGULAR_EXPRESSION "no PostgreSQL server to play on")
 endif()
