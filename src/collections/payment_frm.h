@@ -161,7 +161,7 @@ class PaymentFrm : public SessionScreen {
   // Puts the loan of this code (either of its two) on the screen, for a new payment or for its list
   // of payments. False when it takes no payment; told already.
   bool OpenLoan(const std::string& code);
-  void LoadPayment(const std::string& id);
+  void LoadPayment(std::string id);
   // The loan of LoanID behind a stored payment. False when it takes no payment.
   bool ShowLoanOfPayment();
   Recordset ReadLoan(const std::string& id);
@@ -221,7 +221,9 @@ class PaymentFrm : public SessionScreen {
   void Save();
   void SavePayment();
   bool WritePayment(Payment& payment);
-  void RefuseStaleBalance(const Payment& payment);
+  // These throw when another desktop has taken away what the write stands on.
+  void RefuseStaleLoan(const Payment& payment);
+  void RefuseStalePayment();
   void WaiveLateCharges();
   void TellLinkedAccounts(const Payment& payment);
   void RemovePayment();

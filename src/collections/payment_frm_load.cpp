@@ -159,7 +159,8 @@ void PaymentFrm::LoadPayments() {
 
 // --- a stored payment
 
-void PaymentFrm::LoadPayment(const std::string& id) {
+// `id` may be the text of a box that is cleared here: a copy.
+void PaymentFrm::LoadPayment(std::string id) {
   const Recordset row = main().Query("SELECT * FROM PaymentMast WHERE PayID=" + QuoteStr(id));
   if (row.Eof()) {
     ClearScreen();
@@ -196,7 +197,7 @@ void PaymentFrm::LoadPayment(const std::string& id) {
   if (IsDelete()) NewLoanBal.SetText(ShowMoney(AmountIn(OldLoanBal) - AmountIn(PayAmt)));
   checked_date_ = PayDate.text();
   checked_cheque_ = ChqNo.text();
-  snapshot_ = Collected();
+  snapshot_ = PaymentIn(row);
   SaveCmd.SetEnabled(may_save);
   ApplyLocks();
   ShowAml();

@@ -3,10 +3,10 @@
 #include <fmt/format.h>
 
 #include <optional>
-
 #include <stdexcept>
 
 #include "collections/payment_frm.h"
+#include "collections/plain_payment.h"
 #include "core/amounts.h"
 #include "core/log.h"
 #include "core/values.h"
@@ -124,10 +124,11 @@ bool PaymentFrm::WritePayment(Payment& payment) {
   try {
     const Hourglass busy(desk());
     Transaction transaction(main());
+    RefuseStaleLoan(payment);
     if (IsNew()) {
-      RefuseStaleBalance(payment);
       CreatePayment(session(), payment);
     } else {
+      RefuseStalePayment();
       UpdatePayment(session(), payment, AuditValues(snapshot_));
     }
     transaction.Commit();
@@ -148,13 +149,32 @@ bool PaymentFrm::WritePayment(Payment& payment) {
   }
 }
 
-// Another desktop may have taken a payment of the same loan while this one was typed.
-void PaymentFrm::RefuseStaleBalance(const Payment& payment) {
-  const Money balance = Sen(
-      ScalarQuery(main(), "SELECT LoanBal FROM LoanMast WHERE LoanID=" + QuoteStr(payment.LoanID)));
-  if (payment.PayAmt <= balance || (IsFlexi() && payment.PayAmt <= FlexiLimit())) return;
+// Another desktop may have taken a payment of the same loan, or closed it, while this one was
+// typed. A loan that is gone is told by the write itself.
+void PaymentFrm::RefuseStaleLoan(const Payment& payment) {
+  const Recordset loan = main().Query("SELECT LoanStatus,LoanBal FROM LoanMast WHERE LoanID=" +
+                                      QuoteStr(payment.LoanID));
+  if (loan.Eof()) return;
+  const std::string status = NullToEmpty(loan.Field("LoanStatus"));
+  if (!SameText(status, "ACTIVE")) throw std::runtime_error(session().In(NoPaymentFor(status)));
+  // A change is measured by the balance on its row.
+  if (!IsNew() || payment.PayAmt <= Sen(loan, "LoanBal")) return;
+  if (IsFlexi() && payment.PayAmt <= FlexiLimit()) return;
+  throw std::runtime_error(session().In(kAboveBalance));
+}
+
+// A change made elsewhere since the payment was loaded would be undone, and a delete would free
+// another cheque than the one that paid. The balances are the rebuild's: any payment of the loan
+// moves them.
+void PaymentFrm::RefuseStalePayment() {
+  std::optional<Payment> stored = ReadPayment(main(), loaded_payment_);
+  if (!stored) return;  // told by the write itself
+  stored->OldLoanBal = snapshot_.OldLoanBal;
+  stored->NewLoanBal = snapshot_.NewLoanBal;
+  if (*stored == snapshot_) return;
   throw std::runtime_error(session().In(
-      {"Payment amount cannot more than loan balance amount", "付款额不可多过贷款结余"}));
+      {fmt::format("Payment {} was changed meanwhile, Please load it again", loaded_payment_),
+       fmt::format("付款 {} 已被更改，请重新载入", loaded_payment_)}));
 }
 
 void PaymentFrm::WaiveLateCharges() {
@@ -203,6 +223,8 @@ void PaymentFrm::RemovePayment() {
   try {
     const Hourglass busy(desk());
     main().BeginTrans();
+    RefuseStaleLoan(stored);
+    RefuseStalePayment();
     DeletePayment(session(), stored);
     main().CommitTrans();
     deleted = true;

@@ -215,7 +215,7 @@ bool PaymentFrm::LeaveRefund() {
 
 bool PaymentFrm::LeaveMultiple() {
   if (!LeaveAmount(MPayment)) return false;
-  if (MPayment.empty() || LoanID.empty() || SchID.empty()) return true;
+  if (AmountIn(MPayment).IsZero() || LoanID.empty() || SchID.empty()) return true;
   const int rows = CLng(
       ScalarQuery(main(), "SELECT COUNT(*) FROM SchMast WHERE LoanID=" + QuoteStr(LoanID.text())));
   const int ahead = rows - CLng(SchID.text());

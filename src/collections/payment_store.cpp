@@ -185,9 +185,7 @@ void DeletePayment(Session& session, const Payment& stored) {
   WriteAudit(session, "Delete", "Payment", stored.CompCode, stored.PayID, AuditValues(stored));
 }
 
-std::optional<Payment> ReadPayment(Connection& main, std::string_view pay_id) {
-  const Recordset row = main.Query("SELECT * FROM PaymentMast WHERE PayID=" + QuoteStr(pay_id));
-  if (row.Eof()) return std::nullopt;
+Payment PaymentIn(const Recordset& row) {
   const auto text = [&row](std::string_view column) { return NullToEmpty(row.Field(column)); };
   const auto date = [&row](std::string_view column) { return ShowDate(row.Field(column)); };
   return Payment{
@@ -236,6 +234,12 @@ std::optional<Payment> ReadPayment(Connection& main, std::string_view pay_id) {
       .AMLADesc = TextOrNone(row, "AMLADesc"),
       .AMLAID = TextOrNone(row, "AMLAID"),
   };
+}
+
+std::optional<Payment> ReadPayment(Connection& main, std::string_view pay_id) {
+  const Recordset row = main.Query("SELECT * FROM PaymentMast WHERE PayID=" + QuoteStr(pay_id));
+  if (row.Eof()) return std::nullopt;
+  return PaymentIn(row);
 }
 
 std::string FirstOpenRow(Connection& main, std::string_view loan_id) {

@@ -91,6 +91,9 @@ void UpdatePayment(Session& session, const Payment& payment, const std::vector<V
 // the payment as it was loaded. Throws SqlError.
 void DeletePayment(Session& session, const Payment& stored);
 
+// The payment in a row of PaymentMast.
+Payment PaymentIn(const Recordset& row);
+
 // The payment as it is stored; none: no such row. Throws SqlError.
 std::optional<Payment> ReadPayment(Connection& main, std::string_view pay_id);
 

@@ -249,15 +249,62 @@ TEST_F(PaymentSave, AnotherDesktopPaidWhileTheQuestionStood) {
     EXPECT_EQ(Payments(), "");
     EXPECT_TRUE(screen->SaveCmd.enabled());
   }
-  // And took away the payment that is changed here.
-  const std::string id = Store("100");
+}
+
+// What happened on another desktop between load and save is told; nothing is stored, and what was
+// typed stays.
+TEST_F(PaymentSave, AnotherDesktopChangedLoanOrPaymentWhileTheQuestionStood) {
+  struct Case {
+    const char* mode;
+    const char* meanwhile;
+    const char* told;
+  };
+  const char* const kClosed = "UPDATE LoanMast SET LoanStatus='BAD DEBT' WHERE LoanID='HQ0001-001'";
+  const char* const kChanged = "UPDATE PaymentMast SET PayAmt=80,ChqNo='C2'";
+  const char* const kChangedTold =
+      "Payment HQ0001-001-001 was changed meanwhile, Please load it again";
+  for (const Case& one : std::initializer_list<Case>{
+           {"New Payment", kClosed, "0 - No payment for BAD DEBT loan"},
+           {"Edit Payment", kClosed, "0 - No payment for BAD DEBT loan"},
+           {"Delete Payment", kClosed, "No payment for BAD DEBT loan"},
+           {"New Payment", "UPDATE LoanMast SET LoanID='gone' WHERE LoanID='HQ0001-001'",
+            "50000 - HQ0001-001 not found"},
+           {"Edit Payment", kChanged, kChangedTold},
+           {"Delete Payment", kChanged, kChangedTold},
+           {"Edit Payment", "DELETE FROM PaymentMast", "50000 - HQ0001-001-001 not found"},
+           {"Delete Payment", "DELETE FROM PaymentMast", "HQ0001-001-001 not found"}}) {
+    office.Run(
+        "DELETE FROM PaymentMast;DELETE FROM NumberMast WHERE CustID LIKE 'HQ%';UPDATE LoanMast "
+        "SET LoanStatus='ACTIVE';UPDATE LoanMast SET LoanID='HQ0001-001' WHERE LoanID='gone'");
+    const std::string id = Store("100");
+    auto screen = Open(one.mode, kPersonal, id);
+    if (screen->PayID.empty()) Put(screen->PayDate, "31-01-2024");
+    if (!screen->PayAmt.locked()) Put(screen->PayAmt, "90");
+    const std::string typed = screen->PayAmt.text();
+    std::string payments;
+    counter.meanwhile = [&] {
+      office.Run(one.meanwhile);
+      payments = Payments();
+    };
+    Save(*screen);
+    counter.meanwhile = nullptr;
+    EXPECT_NE(LastMessage().find(one.told), std::string::npos)
+        << one.mode << one.meanwhile << Said();
+    EXPECT_EQ(Payments(), payments) << one.mode << one.meanwhile;
+    EXPECT_EQ(screen->PayAmt.text(), typed);
+    EXPECT_TRUE(screen->SaveCmd.enabled());
+    EXPECT_FALSE(main().InTransaction());
+  }
+}
+
+// A payment taken meanwhile moves the balances on later rows, and is no change of theirs.
+TEST_F(PaymentSave, AnotherPaymentOfTheLoanIsNoChangeOfThisOne) {
+  const std::string id = Store("100", "31-01-2024");
   auto edit = Open("Edit Payment", {}, id);
-  Put(edit->PayAmt, "90");
-  counter.meanwhile = [this] { office.Run("DELETE FROM PaymentMast"); };
+  office.Run("UPDATE PaymentMast SET OldLoanBal=1300,NewLoanBal=1200,CapPay=1");
+  Put(edit->Memo1, "kept");
   Save(*edit);
-  counter.meanwhile = nullptr;
-  EXPECT_TRUE(LastMessage().starts_with("Edit Payment: An error occurs during saving payment\n"));
-  EXPECT_EQ(edit->PayAmt.text(), "90");
+  EXPECT_EQ(LastMessage(), "Edit Payment: Loan ID " + id + " Saved");
 }
 
 TEST_F(PaymentSave, WhatIsNoPaymentToEditIsShownAndNotSaved) {
@@ -290,6 +337,9 @@ TEST_F(PaymentSave, WalksThroughThePaymentsAndAsksBeforeItLeavesOne) {
   const std::string second = Store("20");
   const std::string other = Store("30", "31-01-2024", kFlexi);
   auto screen = Open("Edit Payment", {}, first);
+  Put(screen->PayID, "P 12");  // the box is cleared, and its text told
+  EXPECT_EQ(LastMessage(), "Edit Payment: Payment ID P 12 not found");
+  Put(screen->PayID, first);
   const auto press = [&](Button& button) {
     screen->Guard([&] { button.Click(); });
     return screen->PayID.text();
