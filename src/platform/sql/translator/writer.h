@@ -107,14 +107,21 @@ class Writer {
   void Operand(const Expr& expr);
   void Negated(const Expr& expr);
   void Case(const Expr& expr);
+  void Text(std::string_view text);  // as a constant in quotes
+
+  // writer_functions.cpp
   void Call(std::string_view function, const Expr& expr);
   void CallWithPart(std::string_view function, const Expr& expr);
   void DatePart(std::string_view part, const Expr& date);
+  void ValueOr(const Expr& expr, std::size_t at, std::string_view otherwise);  // argument `at`
+  void WrittenOut(const Expr& expr);
   void Aggregate(const Expr& expr);
   void Window(const Expr& expr);
+
+  // writer_convert.cpp
   void Coercion(const Expr& value, const Type& target);
+  void ConvertedToText(const Expr& value, const Expr* style, int width);
   void Converted(const Expr& expr);
-  void Text(std::string_view text);  // as a constant in quotes
 
   const Statement& statement_;
   std::string out_;
@@ -129,5 +136,7 @@ bool IsText(const Expr& expr);
 bool IsDecimal(const Expr& expr);
 bool IsDate(const Type& type);
 bool IsNumber(const Type& type);
+// A plain column has the collation of its declaration; anything else has lost it.
+bool LacksCollation(const Expr& expr);
 
 }  // namespace kaunter::sql
