@@ -99,7 +99,8 @@ void LoanAppFrm::Load() {
   record_.TakeWidths(main());
   FillCompanies(CompCode, session());
   FillItems(LoanTypeID, main(), "SELECT LoanTypeID FROM LoanTypeMast ORDER BY LoanTypeID");
-  FillItems(CollateralID, main(), "SELECT CollateralID FROM CollateralMast ORDER BY CollateralID");
+  FillItems(property.CollateralID, main(),
+            "SELECT CollateralID FROM CollateralMast ORDER BY CollateralID");
   StartNew();
   if (customer.empty()) return;
   CustID.SetText(customer);

@@ -12,6 +12,7 @@
 
 #include "core/record.h"
 #include "loans/loan_screen.h"
+#include "loans/property_boxes.h"
 
 namespace kaunter {
 
@@ -68,36 +69,7 @@ class LoanAppFrm : public LoanScreen {
 
   TabPage PropertyPage{*this, "PropertyPage", {"Collateral", "抵押品"}, SSTab1};
   Frame F2{*this, "F2", {"Collateral and Property", "抵押品与产业"}};
-  ComboBox CollateralID{*this, "CollateralID", {"Collateral Type", "抵押品种类"}, {}, &F2};
-  TextBox Memo2{*this, "Memo2", {"Collateral Desc", "抵押品说明"}, Kind::text, &F2};
-  TextBox Memo4{*this, "Memo4", {"Collateral Market Value", "抵押品市价"}, Kind::money, &F2};
-  TextBox ForceSalesAmt{*this, "ForceSalesAmt", {"Force Sales Value", "拍卖价"}, Kind::money, &F2};
-  TextBox ValuerName{*this, "ValuerName", {"Name of Valuer", "估价师"}, Kind::text, &F2};
-  TextBox ValuerFrom{*this, "ValuerFrom", {"Valuer From", "估价公司"}, Kind::text, &F2};
-  TextBox ValuationDate{*this, "ValuationDate", {"Valuation Date", "估价日期"}, Kind::date, &F2};
-  TextBox PropertyStatus{*this, "PropertyStatus", {"Property Status", "产业状态"}, Kind::text, &F2};
-  TextBox PropertyAdd1{*this, "PropertyAdd1", {"Property Address", "产业地址"}, Kind::text, &F2};
-  TextBox PropertyType{*this, "PropertyType", {"Property Type", "产业种类"}, Kind::text, &F2};
-  TextBox BuiltUpArea{*this, "BuiltUpArea", {"Built Up Area", "建筑面积"}, Kind::text, &F2};
-  TextBox LandArea{*this, "LandArea", {"Land Area", "地面积"}, Kind::text, &F2};
-  TextBox LandStatus{*this, "LandStatus", {"Land Status", "地契状态"}, Kind::text, &F2};
-  TextBox LeaseHoldExpDate{
-      *this, "LeaseHoldExpDate", {"Leasehold Expiry", "租契期满"}, Kind::date, &F2};
-  TextBox ExpectRental{*this, "ExpectRental", {"Expected Rental", "预计租金"}, Kind::money, &F2};
-  TextBox TitleType{*this, "TitleType", {"Title Type", "地契种类"}, Kind::text, &F2};
-  TextBox TitleNo{*this, "TitleNo", {"Title No", "地契号码"}, Kind::text, &F2};
-  TextBox Mukim{*this, "Mukim", {"Mukim", "区"}, Kind::text, &F2};
-  TextBox LotNoPTNo{*this, "LotNoPTNo", {"Lot / PT No", "地段号码"}, Kind::text, &F2};
-  TextBox District{*this, "District", {"District", "县"}, Kind::text, &F2};
-  TextBox SectionNo{*this, "SectionNo", {"Section No", "段号"}, Kind::text, &F2};
-  TextBox State{*this, "State", {"State", "州"}, Kind::text, &F2};
-  TextBox PurchasePrice{*this, "PurchasePrice", {"Purchase Price", "买价"}, Kind::money, &F2};
-  TextBox PropertyLand{*this, "PropertyLand", {"Property Land", "产业用地"}, Kind::text, &F2};
-  TextBox BumiPrice{*this, "BumiPrice", {"Bumi Price", "土著价"}, Kind::money, &F2};
-  TextBox Construction{*this, "Construction", {"Construction", "建筑"}, Kind::text, &F2};
-  TextBox InsuranceComp{*this, "InsuranceComp", {"Insurance Company", "保险公司"}, Kind::text, &F2};
-  TextBox SumInsured{*this, "SumInsured", {"Sum Insured", "保额"}, Kind::money, &F2};
-  TextBox MRTA{*this, "MRTA", {"MRTA", "房贷保险"}, Kind::text, &F2};
+  PropertyBoxes property{*this, &F2};
   TextBox ReminderDate{*this, "ReminderDate", {"Reminder", "提醒日期"}, Kind::date, &F2};
   TextBox ReminderDate2{*this, "ReminderDate2", {"Reminder 2", "提醒日期 2"}, Kind::date, &F2};
 

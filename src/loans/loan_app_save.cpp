@@ -75,14 +75,14 @@ bool LoanAppFrm::CheckRequired() {
 
 bool LoanAppFrm::CheckCollateral() {
   if (!SameText(LoanType.text(), "Secured")) return true;
-  if (CollateralID.empty()) {
-    return Refuse(CollateralID, {"Collateral Type is required", "请选择抵押品种类"});
+  if (property.CollateralID.empty()) {
+    return Refuse(property.CollateralID, {"Collateral Type is required", "请选择抵押品种类"});
   }
-  if (Memo2.empty()) {
-    return Refuse(Memo2, {"Collateral Description is required", "请输入抵押品说明"});
+  if (property.Memo2.empty()) {
+    return Refuse(property.Memo2, {"Collateral Description is required", "请输入抵押品说明"});
   }
-  if (Memo4.empty()) {
-    return Refuse(Memo4, {"Collateral Market Value is required", "请输入抵押品市价"});
+  if (property.Memo4.empty()) {
+    return Refuse(property.Memo4, {"Collateral Market Value is required", "请输入抵押品市价"});
   }
   return true;
 }

@@ -77,15 +77,15 @@ bool NewLoanFrm::CheckFirstInstalment() {
 
 bool NewLoanFrm::CheckCollateral() {
   if (LoanType.text() == "Secured") {
-    if (CollateralID.empty()) {
-      return RefuseInPlace(CollateralID, {"Collateral Type required", "请选择抵押品种类"});
+    if (property.CollateralID.empty()) {
+      return RefuseInPlace(property.CollateralID, {"Collateral Type required", "请选择抵押品种类"});
     }
-    if (Memo2.empty()) {
-      return RefuseInPlace(Memo2, {"Collateral Desc required", "请输入抵押品说明"});
+    if (property.Memo2.empty()) {
+      return RefuseInPlace(property.Memo2, {"Collateral Desc required", "请输入抵押品说明"});
     }
     // The description a second time, never the value: loans without a value are lent.
-    if (Memo2.empty()) {
-      return RefuseInPlace(Memo2, {"Collateral Value required", "请输入抵押品市价"});
+    if (property.Memo2.empty()) {
+      return RefuseInPlace(property.Memo2, {"Collateral Value required", "请输入抵押品市价"});
     }
   }
   return true;

@@ -93,7 +93,7 @@ void NewLoanFrm::BindLoanEvents() {
   FirstPayment.onLeave = [this] { LeaveFirstPayment(); };
   InstallmentAmt.onLeave = [this] { LeaveInstallmentAmt(); };
   LastPayment.onLeave = [this] { LeaveLastPayment(); };
-  Memo4.onLeave = [this] { LeaveCollateralValue(); };
+  property.Memo4.onLeave = [this] { LeaveCollateralValue(); };
   OldLoanCode.onLeave = [this] {
     if (Filled(OldLoanCode)) CheckOldLoanCode();
   };
@@ -214,18 +214,19 @@ void NewLoanFrm::LeaveLastPayment() {
 }
 
 void NewLoanFrm::LeaveCollateralValue() {
-  if (!Filled(Memo4)) return;
+  if (!Filled(property.Memo4)) return;
   if (LoanAmt.empty()) {
-    Refuse(Memo4, {"Loan Amount is required", "请输入贷款金额"});
+    Refuse(property.Memo4, {"Loan Amount is required", "请输入贷款金额"});
     return;
   }
-  if (!LeaveMoney(Memo4, {"Invalid Value", "价值不正确"})) return;
-  if (Amount(Memo4.text()) >= Amount(LoanAmt.text()) || session().CurrentLevel >= kManager) return;
+  if (!LeaveMoney(property.Memo4, {"Invalid Value", "价值不正确"})) return;
+  if (Amount(property.Memo4.text()) >= Amount(LoanAmt.text()) || session().CurrentLevel >= kManager)
+    return;
   const bool asked = Confirm({"Collateral value cannot less than loan amount, Authorise ?",
                               "抵押品价值不可少过贷款额，要批准吗？"});
   if (asked && ManagerOverride(session(), desk())) return;
-  Memo4.Clear();
-  Refuse(Memo4, {"Authorised failed", "批准失败"});
+  property.Memo4.Clear();
+  Refuse(property.Memo4, {"Authorised failed", "批准失败"});
 }
 
 void NewLoanFrm::StepNextDueDate(const Control& must_be_enabled) {

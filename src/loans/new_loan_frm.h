@@ -14,75 +14,14 @@
 #include <vector>
 
 #include "core/record.h"
+#include "loans/guarantor_boxes.h"
 #include "loans/loan_screen.h"
 #include "loans/loan_totals.h"
+#include "loans/property_boxes.h"
 #include "loans/schedule_store.h"
 #include "loans/terms.h"
 
 namespace kaunter {
-
-// The boxes of one guarantor: a control array, index 0 and 1. The columns of the second carry the
-// suffix 2.
-struct GuarantorBoxes {
-  GuarantorBoxes(Screen& screen, int index, Frame& frame);
-  // GuarantorName(1) to the column GuarantorName2, and so on; the file name of the photo to Pic1 or
-  // Pic2.
-  void Bind(Record& record);
-  // The boxes with a column "Guarantor...": a TextBox or a ComboBox each.
-  std::vector<Control*> All();
-  // The column of a box of the set whose columns carry `suffix` ("" or "2").
-  static std::string Column(const Control& box, const std::string& suffix);
-
-  int index;           // 0, 1
-  std::string suffix;  // of the control: "(0)", "(1)"
-  std::string column_suffix;
-  Screen& screen;
-  Control* frame;
-  TextBox GuarantorName{screen, "GuarantorName" + suffix, {"Name", "姓名"}, Kind::text, frame};
-  TextBox GuarantorNIC{screen, "GuarantorNIC" + suffix, {"New IC", "新身份证"}, Kind::text, frame};
-  TextBox GuarantorOIC{screen, "GuarantorOIC" + suffix, {"Old IC", "旧身份证"}, Kind::text, frame};
-  TextBox GuarantorOthIC{
-      screen, "GuarantorOthIC" + suffix, {"Other IC", "其他证件"}, Kind::text, frame};
-  TextBox GuarantorRelationship{
-      screen, "GuarantorRelationship" + suffix, {"Relationship", "关系"}, Kind::text, frame};
-  ComboBox GuarantorGender{
-      screen, "GuarantorGender" + suffix, {"Gender", "性别"}, {"MALE", "FEMALE"}, frame};
-  ComboBox GuarantorRace{screen, "GuarantorRace" + suffix, {"Race", "种族"}, {}, frame};
-  TextBox GuarantorHP1{screen, "GuarantorHP1" + suffix, {"Mobile", "手机"}, Kind::text, frame};
-  TextBox GuarantorMN{
-      screen, "GuarantorMN" + suffix, {"Membership No", "会员号码"}, Kind::text, frame};
-  TextBox GuarantorComp{
-      screen, "GuarantorComp" + suffix, {"Company", "公司名称"}, Kind::text, frame};
-  TextBox GuarantorCompBiz{
-      screen, "GuarantorCompBiz" + suffix, {"Business", "业务"}, Kind::text, frame};
-  TextBox GuarantorCompPos{
-      screen, "GuarantorCompPos" + suffix, {"Position", "职位"}, Kind::text, frame};
-  TextBox GuarantorCompIncome{
-      screen, "GuarantorCompIncome" + suffix, {"Monthly Income", "月入"}, Kind::money, frame};
-  TextBox GuarantorCompAdd1{
-      screen, "GuarantorCompAdd1" + suffix, {"Address", "地址"}, Kind::text, frame};
-  TextBox GuarantorCompAdd2{
-      screen, "GuarantorCompAdd2" + suffix, {"Address 2", "地址 2"}, Kind::text, frame};
-  TextBox GuarantorCompAdd3{
-      screen, "GuarantorCompAdd3" + suffix, {"Address 3", "地址 3"}, Kind::text, frame};
-  TextBox GuarantorCompPostCode{
-      screen, "GuarantorCompPostCode" + suffix, {"Post Code", "邮区"}, Kind::text, frame};
-  TextBox GuarantorCompCity{
-      screen, "GuarantorCompCity" + suffix, {"City", "城市"}, Kind::text, frame};
-  TextBox GuarantorCompState{
-      screen, "GuarantorCompState" + suffix, {"State", "州"}, Kind::text, frame};
-  TextBox GuarantorCompTel1{
-      screen, "GuarantorCompTel1" + suffix, {"Tel", "电话"}, Kind::text, frame};
-  TextBox GuarantorCompFax1{
-      screen, "GuarantorCompFax1" + suffix, {"Fax", "传真"}, Kind::text, frame};
-  TextBox Pic;    // Pic1, Pic2: file name of the photo
-  Picture Photo;  // GuarantorPhoto(0), (1)
-  Button CmdGetGuarantor{screen,
-                         "CmdGetGuarantor" + suffix,
-                         {"Get Guarantor &Info", "取担保人资料(&I)"},
-                         ButtonRole::plain,
-                         frame};
-};
 
 class NewLoanFrm : public LoanScreen {
  public:
@@ -212,36 +151,8 @@ class NewLoanFrm : public LoanScreen {
   TextBox CustAdd12{*this, "CustAdd12", {"Address", "地址"}, Kind::text, &SecondApplicant};
 
   TabPage PropertyPage{*this, "PropertyPage", {"Collateral", "抵押品"}, SSTab1};
-  ComboBox CollateralID{*this, "CollateralID", {"Collateral Type", "抵押品种类"}};
-  TextBox Memo2{*this, "Memo2", {"Collateral Desc", "抵押品说明"}};
-  TextBox Memo4{*this, "Memo4", {"Collateral Market Value", "抵押品市价"}, Kind::money};
-  TextBox ForceSalesAmt{*this, "ForceSalesAmt", {"Force Sales Value", "拍卖价"}, Kind::money};
-  TextBox ValuerName{*this, "ValuerName", {"Name of Valuer", "估价师"}};
-  TextBox ValuerFrom{*this, "ValuerFrom", {"Valuer From", "估价公司"}};
-  TextBox ValuationDate{*this, "ValuationDate", {"Valuation Date", "估价日期"}, Kind::date};
-  TextBox PropertyStatus{*this, "PropertyStatus", {"Property Status", "产业状态"}};
-  TextBox PropertyAdd1{*this, "PropertyAdd1", {"Property Address", "产业地址"}};
-  TextBox PropertyType{*this, "PropertyType", {"Property Type", "产业种类"}};
-  TextBox BuiltUpArea{*this, "BuiltUpArea", {"Built Up Area", "建筑面积"}};
-  TextBox LandArea{*this, "LandArea", {"Land Area", "地面积"}};
-  TextBox LandStatus{*this, "LandStatus", {"Land Status", "地契状态"}};
-  TextBox LeaseHoldExpDate{*this, "LeaseHoldExpDate", {"Leasehold Expiry", "租契期满"}, Kind::date};
-  TextBox ExpectRental{*this, "ExpectRental", {"Expected Rental", "预计租金"}, Kind::money};
-  TextBox TitleType{*this, "TitleType", {"Title Type", "地契种类"}};
-  TextBox TitleNo{*this, "TitleNo", {"Title No", "地契号码"}};
-  TextBox Mukim{*this, "Mukim", {"Mukim", "区"}};
-  TextBox LotNoPTNo{*this, "LotNoPTNo", {"Lot / PT No", "地段号码"}};
-  TextBox District{*this, "District", {"District", "县"}};
-  TextBox SectionNo{*this, "SectionNo", {"Section No", "段号"}};
-  TextBox State{*this, "State", {"State", "州"}};
-  TextBox PurchasePrice{*this, "PurchasePrice", {"Purchase Price", "买价"}, Kind::money};
-  TextBox PropertyLand{*this, "PropertyLand", {"Property Land", "产业用地"}};
-  TextBox BumiPrice{*this, "BumiPrice", {"Bumi Price", "土著价"}, Kind::money};
-  TextBox Construction{*this, "Construction", {"Construction", "建筑"}};
-  TextBox InsuranceComp{*this, "InsuranceComp", {"Insurance Company", "保险公司"}};
-  TextBox SumInsured{*this, "SumInsured", {"Sum Insured", "保额"}, Kind::money};
+  PropertyBoxes property{*this};
   ComboBox OwnerName{*this, "OwnerName", {"Owner", "业主"}, {}, true};
-  TextBox MRTA{*this, "MRTA", {"MRTA", "房贷保险"}};
 
   TabPage BankPage{*this, "BankPage", {"Bank / SI", "银行"}, SSTab1};
   ComboBox Bank{*this, "Bank", {"Bank", "银行"}, {}, true};

@@ -39,9 +39,9 @@ class LoanApp : public ::testing::Test, protected LoanOffice {
     screen.LoanTerm3.SetText("2");
     screen.NextDueDate.SetText("29-02-2024");
     screen.LoanType.SetText("Secured");
-    screen.CollateralID.SetText("HOUSE");
-    screen.Memo2.SetText("No. 5, Jalan 'Ros'");
-    screen.Memo4.SetText("180000");
+    screen.property.CollateralID.SetText("HOUSE");
+    screen.property.Memo2.SetText("No. 5, Jalan 'Ros'");
+    screen.property.Memo4.SetText("180000");
     screen.Command3.Click();
     screen.vsd.Edit(0, 1, "came in");
     screen.vsd.Edit(1, 1, "brought the title");
@@ -97,6 +97,11 @@ Check Blank(Box LoanAppFrm::*box, const char* name, std::string told) {
   return {name, [box](LoanAppFrm& screen) { (screen.*box).Clear(); }, std::move(told), name};
 }
 
+template <class Box>
+Check Blank(Box PropertyBoxes::*box, const char* name, std::string told) {
+  return {name, [box](LoanAppFrm& f) { (f.property.*box).Clear(); }, std::move(told), name};
+}
+
 TEST_F(LoanApp, EachCheckComesBeforeAllLaterOnes) {
   using F = LoanAppFrm;
   const std::vector<Check> checks = {
@@ -107,16 +112,17 @@ TEST_F(LoanApp, EachCheckComesBeforeAllLaterOnes) {
       Blank(&F::InsRate, "InsRate", "Interest Rate % p.a. is required"),
       Blank(&F::LoanTerm, "LoanTerm", "Loan Tenure is required"),
       Blank(&F::InstallmentAmt, "InstallmentAmt", "Installment Amount is required"),
-      Blank(&F::CollateralID, "CollateralID", "Collateral Type is required"),
-      Blank(&F::Memo2, "Memo2", "Collateral Description is required"),
-      Blank(&F::Memo4, "Memo4", "Collateral Market Value is required"),
+      Blank(&PropertyBoxes::CollateralID, "CollateralID", "Collateral Type is required"),
+      Blank(&PropertyBoxes::Memo2, "Memo2", "Collateral Description is required"),
+      Blank(&PropertyBoxes::Memo4, "Memo4", "Collateral Market Value is required"),
       {"four eyes",
        [](F& f) {
          f.ApprovedUser.SetText("AMY");
          f.ApprovedUser2.SetText("amy");
        },
        "Recommended User cannot same as Approval User", "AppStatus2"},
-      {"figures", [](F& f) { f.SumInsured.SetText("much"); }, "Invalid Sum Insured", "SumInsured"},
+      {"figures", [](F& f) { f.property.SumInsured.SetText("much"); }, "Invalid Sum Insured",
+       "SumInsured"},
   };
   const std::string id = New();
   const std::string before = StoredApplications();
@@ -141,7 +147,7 @@ TEST_F(LoanApp, EachCheckComesBeforeAllLaterOnes) {
   // Without security nothing is asked of it, and No to the question writes nothing.
   auto screen = Open(id);
   screen->LoanType.SetText("Unsecured");
-  for (TextBox* box : {&screen->Memo2, &screen->Memo4}) box->Clear();
+  for (TextBox* box : {&screen->property.Memo2, &screen->property.Memo4}) box->Clear();
   desk.agrees = false;
   Save(*screen);
   EXPECT_EQ(desk.questions, std::vector<std::string>{"Confirm to save application ?"});
@@ -208,7 +214,7 @@ TEST_F(LoanApp, WhoMayDecideFollowsLevelAndFirstHand) {
     EXPECT_EQ(screen->AppStatus.Editable(), c.first);
     EXPECT_EQ(screen->AppStatus2.Editable(), c.final);
     EXPECT_EQ(screen->LoanAmt.Active(), c.terms);
-    EXPECT_EQ(screen->Memo2.Active(), c.terms);
+    EXPECT_EQ(screen->property.Memo2.Active(), c.terms);
     EXPECT_EQ(screen->vsd.Active(), c.save);
     EXPECT_EQ(screen->SaveCmd.Active(), c.save);
   }
@@ -251,7 +257,7 @@ TEST_F(LoanApp, AFailureAtAnyStatementLeavesNothingOrAll) {
         Fill(*screen);
       } else {
         screen->vsd.Edit(2, 1, "once more");
-        screen->Memo2.SetText("No. 6");
+        screen->property.Memo2.SetText("No. 6");
       }
       const bool hit = FailAt(at, [&] { Save(*screen); });
       ASSERT_FALSE(main().InTransaction());
@@ -260,7 +266,7 @@ TEST_F(LoanApp, AFailureAtAnyStatementLeavesNothingOrAll) {
         ASSERT_FALSE(desk.messages.empty());
         EXPECT_NE(last().find("the disk is full"), std::string::npos);
         EXPECT_EQ(screen->AppID.text(), id);
-        EXPECT_EQ(screen->Memo2.text(), is_new ? "No. 5, Jalan 'Ros'" : "No. 6");
+        EXPECT_EQ(screen->property.Memo2.text(), is_new ? "No. 5, Jalan 'Ros'" : "No. 6");
         ++rolled_back;
         continue;
       }

@@ -64,14 +64,14 @@ class LoanChecks : public LoanSave {
         {"7 type",
          [](F& f) {
            f.LoanType.SetText("Secured");
-           f.CollateralID.Clear();
+           f.property.CollateralID.Clear();
          },
          "Collateral Type required"},
         {"7 description",
          [](F& f) {
            f.LoanType.SetText("Secured");
-           f.CollateralID.SetText("CAR");
-           f.Memo2.Clear();
+           f.property.CollateralID.SetText("CAR");
+           f.property.Memo2.Clear();
          },
          "Collateral Desc required"},
         Blank("9", "Late Interest Rate PA required", "LateChargePerDay", &F::LateChargePerDay),
