@@ -119,9 +119,9 @@ int Run(const BatchOptions& options, Session& session) {
 
 int main(int argc, char** argv) {
   using namespace kaunter;
-#ifdef SIGPIPE
-  // The desktop that started this program may be closed before it ends.
-  std::signal(SIGPIPE, SIG_IGN);
+#ifndef _WIN32
+  std::signal(SIGPIPE, SIG_IGN);  // the desktop that started this program may be closed before it
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is told as a full disk is
 #endif
   Session session;
   session.CurrentUserID = kUser;

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -38,6 +39,10 @@ class DailyBatchProgramTest : public ::testing::Test {
       const int out = open(folder.File("out.txt").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
       dup2(out, 1);
       dup2(out, 2);
+      if (largest_file > 0) {
+        const rlimit limit{largest_file, largest_file};
+        setrlimit(RLIMIT_FSIZE, &limit);
+      }
       const std::string program = KAUNTER_BINARY_DIR "/bin/DailyBatch/DailyBatch";
       std::vector<std::string> words = {
           program, "--app", folder.path(), "--now", "2024-01-31 14:05:09", date};
@@ -130,6 +135,7 @@ class DailyBatchProgramTest : public ::testing::Test {
   TempFolder folder;
   std::string file = folder.File("office.db");
   std::string kept = folder.File("kept.db");
+  rlim_t largest_file = 0;  // in bytes, 0 for any
 };
 
 void DailyBatchProgramTest::ExpectToBearKilling() {
@@ -218,6 +224,23 @@ class PostgresqlBatchTest : public DailyBatchProgramTest {
 
 TEST_F(PostgresqlBatchTest, IsKilledAndRunAgain) { ExpectToBearKilling(); }
 TEST_F(PostgresqlBatchTest, TwoAtOnceAreAsOne) { ExpectTwoToBeAsOne(); }
+
+TEST_F(DailyBatchProgramTest, GoesOnFromWhereThereWasNoRoom) {
+  MakeOffice();
+  Fresh();
+  ASSERT_EQ(Run("31-01-2024"), 0) << Said();
+  const std::string undisturbed = State();
+  Fresh();
+  const std::string before = State();
+  largest_file = std::filesystem::file_size(kept) + 200'000;
+  EXPECT_EQ(Run("31-01-2024"), 2);
+  EXPECT_THAT(Said(), HasSubstr("What was posted stays"));
+  largest_file = 0;
+  const std::string part = State();
+  EXPECT_TRUE(part != before && part != undisturbed);
+  EXPECT_EQ(Run("31-01-2024"), 0) << Said();
+  EXPECT_EQ(State(), undisturbed);
+}
 
 TEST_F(DailyBatchProgramTest, SaysWhatIsWrong) {
   EXPECT_EQ(Run("31-01-2024"), 2);
