@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "collections/reading.h"
+#include "collections/refusals.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/picker.h"
@@ -57,7 +58,7 @@ bool BatchLinkfrm::CheckLoan() {
   const Recordset row =
       main().Query("SELECT CompCode FROM LoanMast WHERE LoanID=" + QuoteStr(LoanID.text()));
   if (row.Eof() || !MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
-    return Refuse(LoanID, {fmt::format("Loan ID {} not found", LoanID.text())});
+    return Refuse(LoanID, LoanNotFound(LoanID.text()).english);
   }
   LoanID.SetMark(false);
   return true;

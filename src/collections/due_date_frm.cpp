@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "collections/reading.h"
+#include "collections/refusals.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/open_for.h"
@@ -15,9 +16,6 @@ namespace {
 // Places in the grid.
 constexpr int kLoan = 1, kOldCode = 2, kCustomer = 3, kName = 4;
 
-const Caption kLoanFailed{"an error occur during reading loan record", "阅读贷款资料时出现错误"};
-const Caption kCustomerFailed{"an error occur during reading customer record",
-                              "阅读顾客资料时出现错误"};
 const Caption kScheduleFailed{"An error occur during geting schedule record",
                               "阅读还款表时出现错误"};
 
@@ -100,10 +98,9 @@ void DueDateFrm::LeaveLoan() {
   if (SameText(typed, found_loan_)) return;
   found_loan_.clear();
   if (!typed.empty()) {
-    if (!Read(kLoanFailed, [&] { found_loan_ = FindLoan(typed); })) return;
+    if (!Read(kLoanReadFailed, [&] { found_loan_ = FindLoan(typed); })) return;
     if (found_loan_.empty()) {
-      Refuse(LoanID,
-             {fmt::format("Loan ID {} not found", typed), fmt::format("找不到贷款编号 {}", typed)});
+      Refuse(LoanID, LoanNotFound(typed));
       return;
     }
     LoanID.SetText(found_loan_);
@@ -118,7 +115,7 @@ void DueDateFrm::LeaveCustomer() {
   if (SameText(typed, found_customer_)) return;
   found_customer_.clear();
   if (!typed.empty()) {
-    if (!Read(kCustomerFailed, [&] { found_customer_ = FindCustomer(typed); })) return;
+    if (!Read(kCustomerReadFailed, [&] { found_customer_ = FindCustomer(typed); })) return;
     if (found_customer_.empty()) {
       Refuse(CustID, {fmt::format("Customer ID {} not found", typed),
                       fmt::format("找不到顾客编号 {}", typed)});
@@ -135,7 +132,7 @@ void DueDateFrm::ShowName() {
   LblCustName.SetText("");
   named_customer_.clear();
   if (found_customer_.empty() && found_loan_.empty()) return;
-  Read(kCustomerFailed, [this] {
+  Read(kCustomerReadFailed, [this] {
     named_customer_ = !found_customer_.empty()
                           ? found_customer_
                           : ScalarQuery(main(), "SELECT CustID FROM LoanMast WHERE LoanID=" +

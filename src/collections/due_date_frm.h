@@ -27,8 +27,8 @@ class DueDateFrm : public SessionScreen {
            {{"Old Loan Code", "旧贷款编号"}, Kind::text, 14},
            {{"Customer ID", "顾客编号"}, Kind::text, 11},
            {{"Customer Name", "顾客姓名"}, Kind::text, 26},
-           {{"Payable", "应付"}, Kind::money, 11},
-           {{"Payment", "已付"}, Kind::money, 11},
+           {{"Payable", "应还"}, Kind::money, 11},
+           {{"Payment", "已还"}, Kind::money, 11},
            {{"Balance", "未还"}, Kind::money, 11}}};
   Label StatusLBL{*this, "StatusLBL"};
   Button SearchCmd{*this, "SearchCmd", {"&Search", "搜索(&S)"}, ButtonRole::primary};

@@ -25,9 +25,11 @@ constexpr int kHisDate = 0, kHisTime = 1, kHisRemarks = 3, kHisStatus = 4, kHisU
               kHisNextCall = 6;
 constexpr int kDueLoan = 2;
 
-const Caption kLoanFailed{"an error occur during reading loan record", "阅读贷款资料时出现错误"};
-const Caption kCustomerFailed{"an error occur during reading customer record",
-                              "阅读顾客资料时出现错误"};
+const Caption kNotFound{"Laon ID not found", "找不到贷款编号"};
+
+Caption InvalidCode(const std::string& id) {
+  return {fmt::format("Invalid Loan Code {}", id), fmt::format("贷款编号 {} 不正确", id)};
+}
 
 }  // namespace
 
@@ -67,7 +69,7 @@ void FollowupFrm::Load() {
   FillItems(HisStatus, main(), "SELECT HisStatusID FROM HisStatusMast ORDER BY HisStatusID");
   ClearLoan();
   pages_.Start();
-  if (!loan.empty()) LoadLoan(loan, {"Laon ID not found", "找不到贷款编号"});
+  if (!loan.empty()) LoadLoan(loan, kNotFound);
 }
 
 bool FollowupFrm::Typed() const {
@@ -91,13 +93,13 @@ void FollowupFrm::LeaveLoanID() {
     ClearEntry();
     return;
   }
-  LoadLoan(id, {fmt::format("Invalid Loan Code {}", id), fmt::format("贷款编号 {} 不正确", id)});
+  LoadLoan(id, InvalidCode(id));
 }
 
 void FollowupFrm::PickLoan() {
   const std::string id = Pick(session(), desk(), "LoanPop");
   if (id.empty() || !MayLeaveRecord(Typed())) return;
-  LoadLoan(id, {"Laon ID not found", "找不到贷款编号"});
+  LoadLoan(id, kNotFound);
 }
 
 bool FollowupFrm::Read(const Caption& failed, const std::function<void()>& read) {
@@ -110,7 +112,7 @@ bool FollowupFrm::LoadLoan(const std::string& id, const Caption& not_found) {
   ClearEntry();
   HisLoanID.SetText(id);
   bool found = false;
-  const bool read = Read(kLoanFailed, [&] {
+  const bool read = Read(kLoanReadFailed, [&] {
     const Recordset row =
         main().Query("SELECT CustID,CompCode FROM LoanMast WHERE LoanID=" + QuoteStr(id));
     found = !row.Eof();
@@ -126,8 +128,8 @@ bool FollowupFrm::LoadLoan(const std::string& id, const Caption& not_found) {
   }
   HisLoanID.SetMark(false);
   loaded_loan_ = id;
-  const bool complete = Read(kCustomerFailed, [this] { ReadContacts(); }) &&
-                        Read(kLoanFailed, [this] { ReadHistory(); });
+  const bool complete = Read(kCustomerReadFailed, [this] { ReadContacts(); }) &&
+                        Read(kLoanReadFailed, [this] { ReadHistory(); });
   if (!complete) {
     ClearLoan();
     HisLoanID.SetText(id);
@@ -203,8 +205,7 @@ bool FollowupFrm::Check() {
   if (HisLoanID.empty()) return Refuse(HisLoanID, {"Loan ID is require", "请输入贷款编号"});
   // What was refused when it was typed is no loan now either.
   if (!SameText(HisLoanID.text(), loaded_loan_)) {
-    return Refuse(HisLoanID, {fmt::format("Invalid Loan Code {}", HisLoanID.text()),
-                              fmt::format("贷款编号 {} 不正确", HisLoanID.text())});
+    return Refuse(HisLoanID, InvalidCode(HisLoanID.text()));
   }
   if (HisStatus.empty()) return Refuse(HisStatus, {"Status is require", "请选择状态"});
   if (!IsDate(NextCall.text())) {
@@ -240,7 +241,7 @@ void FollowupFrm::Save() {
     HisDate.SetText(date);
     HisTime.SetText(time);
   }
-  Read(kLoanFailed, [this] { ReadHistory(); });
+  Read(kLoanReadFailed, [this] { ReadHistory(); });
   pages_.Again();
 }
 
@@ -278,12 +279,13 @@ void FollowupFrm::ShowCalls(int limit_from) {
   // Loans of the same day are parted by their key.
   const std::string sql =
       PageStatement(calls, {"ln.NextCall", "ln.LoanID"}, true, pages_.size(), limit_from);
-  if (Read(kLoanFailed, [&] { FillGrid(NextCallDG, main().Query(sql)); })) pages_.Shown(limit_from);
+  if (Read(kLoanReadFailed, [&] { FillGrid(NextCallDG, main().Query(sql)); }))
+    pages_.Shown(limit_from);
 }
 
 void FollowupFrm::OpenCall(int row) {
   if (!MayLeaveRecord(Typed())) return;
-  LoadLoan(NextCallDG.Cell(row, kDueLoan), {"Laon ID not found", "找不到贷款编号"});
+  LoadLoan(NextCallDG.Cell(row, kDueLoan), kNotFound);
 }
 
 }  // namespace kaunter

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "collections/refusals.h"
 #include "core/amounts.h"
 #include "core/audit.h"
 #include "core/boxes.h"
@@ -27,6 +28,7 @@ constexpr int kAmountLength = 20;
 constexpr std::string_view kInvoice = "Invoice";
 constexpr std::string_view kCreditNote = "Credit Note";
 constexpr std::string_view kBatch = "Batch";
+constexpr std::string_view kTermEnd = "Batch Term End Interest";
 constexpr std::string_view kPayment = "Payment";
 
 // Short numbers are a key, and each company counts for itself.
@@ -105,7 +107,7 @@ bool Invoicefrm::IsDocument() const {
 }
 
 bool Invoicefrm::MayBeDeleted() const { return IsDocument() || SameText(PType.text(), kBatch); }
-bool Invoicefrm::HasPaper() const { return MayBeDeleted(); }
+bool Invoicefrm::HasPaper() const { return MayBeDeleted() || SameText(PType.text(), kTermEnd); }
 
 // --- showing a charge
 
@@ -189,8 +191,7 @@ bool Invoicefrm::ShowLoan() {
       key);
   if (customer.empty() || row.Eof() ||
       !MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
-    return Refuse(LoanID, {fmt::format("Loan ID {} not found", LoanID.text()),
-                           fmt::format("找不到贷款 {}", LoanID.text())});
+    return Refuse(LoanID, LoanNotFound(LoanID.text()));
   }
   LoanID.SetText(NullToEmpty(row.Field("LoanID")));
   LoanID.SetMark(false);
@@ -211,7 +212,7 @@ void Invoicefrm::LeaveAmount() {
   ChargeAmt.SetText(Trim(ChargeAmt.text()));
   if (ChargeAmt.empty()) return;
   if (!Money::TryText(ChargeAmt.text())) {
-    Refuse(ChargeAmt, {"Invalid Amount", "金额不正确"});
+    Refuse(ChargeAmt, kInvalidAmount);
     return;
   }
   ChargeAmt.SetText(ShowMoney(ChargeAmt.text()));
@@ -240,14 +241,14 @@ bool Invoicefrm::CheckAmount() {
   const Caption required{"Amount is required", "请输入金额"};
   if (ChargeAmt.empty()) return Refuse(ChargeAmt, required);
   if (!Money::TryText(ChargeAmt.text())) {
-    return Refuse(ChargeAmt, {"Invalid Amount", "金额不正确"});
+    return Refuse(ChargeAmt, kInvalidAmount);
   }
   ChargeAmt.SetText(ShowMoney(ChargeAmt.text()));
   return !Sen(ChargeAmt).IsZero() || Refuse(ChargeAmt, required);
 }
 
 bool Invoicefrm::CheckLoan() {
-  if (LoanID.empty()) return Refuse(LoanID, {"Loan ID is required", "请输入贷款编号"});
+  if (LoanID.empty()) return Refuse(LoanID, kLoanRequired);
   return SameText(LoanID.text(), shown_loan_) || ShowLoan();
 }
 
@@ -299,7 +300,7 @@ void Invoicefrm::Store() {
   const std::string loan = QuoteStr(LoanID.text());
   // Another desktop may have deleted the loan while the question stood.
   if (main().Query("SELECT LoanID FROM LoanMast WHERE LoanID=" + loan).Eof()) {
-    throw std::runtime_error(fmt::format("Loan ID {} not found", LoanID.text()));
+    throw std::runtime_error(LoanNotFound(LoanID.text()).english);
   }
   if (is_new) {
     ChargeID.SetText(DrawNumber(main(), PType.text(), CompCode.text()));

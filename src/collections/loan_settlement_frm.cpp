@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "collections/reading.h"
+#include "collections/refusals.h"
 #include "core/amounts.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
@@ -18,8 +19,6 @@ namespace kaunter {
 namespace {
 
 constexpr int kAmountLength = 20;
-
-const Caption kInvalidAmount = {"Invalid Amount", "金额无效"};
 
 bool IsAmount(const TextBox& box) {
   return box.empty() || Money::TryText(box.text()).value_or(-Money::FromInteger(1)) >= Money();
@@ -123,8 +122,7 @@ bool LoanSettlementfrm::ShowLoan(const std::string& id) {
       "l.CustID=c.CustID WHERE l.LoanID=" +
       QuoteStr(id));
   if (row.Eof()) {
-    return Refuse(LoanID,
-                  {fmt::format("Loan ID {} not found", id), fmt::format("找不到贷款编号 {}", id)});
+    return Refuse(LoanID, LoanNotFound(id));
   }
   const std::string company = NullToEmpty(row.Field("CompCode"));
   if (!MayUseCompany(session(), company)) {
@@ -225,7 +223,7 @@ void LoanSettlementfrm::ShowPayments() {
 // --- what is typed
 
 void LoanSettlementfrm::LeaveDate() {
-  if (CheckDateBox(session(), PayDate, {"Invalid Date", "日期无效"})) PayDate.SetMark(false);
+  if (CheckDateBox(session(), PayDate)) PayDate.SetMark(false);
 }
 
 void LoanSettlementfrm::LeavePayment() {
@@ -265,9 +263,9 @@ bool LoanSettlementfrm::CheckForfeit() {
 // --- save and delete
 
 bool LoanSettlementfrm::Check() {
-  if (shown_.LoanID.empty()) return Refuse(LoanID, {"Loan ID is required", "请输入贷款编号"});
+  if (shown_.LoanID.empty()) return Refuse(LoanID, kLoanRequired);
   if (PayDate.empty()) return Refuse(PayDate, {"Date is require", "请输入日期"});
-  if (!IsDate(PayDate.text())) return Refuse(PayDate, {"Invalid Date", "日期无效"});
+  if (!IsDate(PayDate.text())) return Refuse(PayDate, kInvalidDate);
   if (IsAmount(Payment) && Sen(Payment).IsZero()) {
     return Refuse(Payment, {"Payment is require", "请输入付款额"});
   }

@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include "collections/payment_frm.h"
-#include "collections/plain_payment.h"
+#include "collections/refusals.h"
 #include "compliance/aml.h"
 #include "core/boxes.h"
 #include "core/password_screens.h"
@@ -14,7 +14,7 @@ bool PaymentFrm::CheckAll() {
   if (LoanID.empty()) return Refuse(LoanID, {"Loan ID required", "请输入贷款编号"});
   if (!CheckDrawn() || !CheckDiscountRight() || !MayEdit()) return false;
   if (!SameText(LoanID.text(), loaded_loan_)) {
-    return Refuse(LoanID, {"Loan ID is required", "请输入贷款编号"});
+    return Refuse(LoanID, kLoanRequired);
   }
   FillBlanks();
   return (IsDelete() || CheckFigures()) && CheckBalance() && CheckTally() && CheckDate() &&
@@ -23,7 +23,7 @@ bool PaymentFrm::CheckAll() {
 
 bool PaymentFrm::CheckDrawn() {
   if (AmountIn(PayAmt) <= Money() || !AmountIn(PayOutAmt).IsZero()) return true;
-  return Refuse({"Loan not fully drawdown cannot make payment", "贷款尚未放款，不可付款"});
+  return Refuse(kNotDrawn);
 }
 
 bool PaymentFrm::CheckDiscountRight() {

@@ -3,7 +3,7 @@
 
 #include "collections/instalment.h"
 #include "collections/payment_frm.h"
-#include "collections/plain_payment.h"
+#include "collections/refusals.h"
 #include "core/amounts.h"
 #include "core/company_access.h"
 #include "core/values.h"
@@ -33,8 +33,7 @@ bool PaymentFrm::OpenLoan(const std::string& code) {
   const Recordset loan = ReadLoan(id);
   if (loan.Eof()) {
     ClearScreen();
-    return Refuse(LoanID,
-                  {fmt::format("Loan ID {} not found", id), fmt::format("找不到贷款编号 {}", id)});
+    return Refuse(LoanID, LoanNotFound(id));
   }
   if (!MayUseCompany(session(), NullToEmpty(loan.Field("CompCode")))) {
     ClearScreen();
@@ -206,10 +205,7 @@ void PaymentFrm::LoadPayment(std::string id) {
 
 bool PaymentFrm::ShowLoanOfPayment() {
   const Recordset loan = ReadLoan(LoanID.text());
-  if (loan.Eof()) {
-    return Refuse({fmt::format("Loan ID {} not found", LoanID.text()),
-                   fmt::format("找不到贷款编号 {}", LoanID.text())});
-  }
+  if (loan.Eof()) return Refuse(LoanNotFound(LoanID.text()));
   if (!MayUseCompany(session(), NullToEmpty(loan.Field("CompCode")))) {
     return Refuse({"Loan ID not found", "找不到贷款编号"});
   }

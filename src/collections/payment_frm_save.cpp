@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "collections/payment_frm.h"
-#include "collections/plain_payment.h"
+#include "collections/refusals.h"
 #include "core/amounts.h"
 #include "core/log.h"
 #include "core/values.h"

@@ -6,7 +6,7 @@
 #include "collections/late_interest.h"
 #include "collections/pay_day.h"
 #include "collections/payment_frm.h"
-#include "collections/plain_payment.h"
+#include "collections/refusals.h"
 #include "core/amounts.h"
 #include "core/boxes.h"
 #include "core/values.h"
@@ -14,7 +14,7 @@
 namespace kaunter {
 namespace {
 
-const Caption kPleaseCheck = {"Invalid Amount, Please check", "数额不正确，请检查"};
+const Caption kPleaseCheck = {"Invalid Amount, Please check", "金额不正确，请检查"};
 const Caption kInvalidTerm = {"Invalid Term", "期数不正确"};
 
 Caption Invalid(const Caption& name) {
@@ -28,11 +28,11 @@ Caption Invalid(const Control& box) { return Invalid(box.caption()); }
 void PaymentFrm::BindAmounts() {
   amounts_ = {
       {&PayAmt, kPleaseCheck},
-      {&InstalAmt, {"Invalid Amount", "数额不正确"}},
-      {&PayExtra, {"Invalid Amount", "数额不正确"}},
+      {&InstalAmt, kInvalidAmount},
+      {&PayExtra, kInvalidAmount},
       // Outstanding charges that were over-paid come back through it.
       {&IntAmt, Invalid(IntAmt), true},
-      {&ChargeAmt, {"Invalid Refund Deposit Amount, Please check", "退还押金数额不正确，请检查"}},
+      {&ChargeAmt, {"Invalid Refund Deposit Amount, Please check", "退还押金金额不正确，请检查"}},
       {&CollectorAmt, Invalid(CollectorAmt)},
       {&DiscAmt, Invalid({"Discount", "折扣"})},
       {&Memo5, Invalid({"Late Interest", "逾期利息"})},
@@ -292,8 +292,7 @@ bool PaymentFrm::LeavePayDate() {
   }
   if (LoanID.empty()) return true;
   if (IsBeforeLoanDate(main(), PayDate.text(), LoanID.text())) {
-    return Refuse(PayDate,
-                  {"Payment date cannot eariler than loan date", "付款日不可早过贷款日期"});
+    return Refuse(PayDate, kBeforeLoanDate);
   }
   if (IsHolidayBlocked(session(), desk(), PayDate.text(), true, true)) {
     FocusOn(PayDate);

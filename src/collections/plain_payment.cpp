@@ -1,11 +1,10 @@
 #include "collections/plain_payment.h"
 
-#include <fmt/format.h>
-
 #include <optional>
 
 #include "collections/instalment.h"
 #include "collections/pay_day.h"
+#include "collections/refusals.h"
 #include "core/amounts.h"
 #include "core/values.h"
 
@@ -22,11 +21,11 @@ std::optional<Caption> WhyNot(Connection& main, const Recordset& loan, std::stri
   const std::string status = NullToEmpty(loan.Field("LoanStatus"));
   if (!SameText(status, "ACTIVE")) return NoPaymentFor(status);
   if (Sen(loan, "PayOutAmt").IsZero()) {
-    return Caption{"Loan not fully drawdown cannot make payment", "贷款尚未全部放款，不可付款"};
+    return kNotDrawn;
   }
   const std::string loan_id = NullToEmpty(loan.Field("LoanID"));
   if (IsBeforeLoanDate(main, pay_date, loan_id)) {
-    return Caption{"Payment date cannot eariler than loan date", "付款日期不可早过贷款日期"};
+    return kBeforeLoanDate;
   }
   if (amount <= Sen(loan, "LoanBal")) return std::nullopt;
   if (IsPersonal(loan)) return kAboveBalance;
@@ -50,26 +49,13 @@ void TakeInstalment(Connection& main, const Recordset& loan, Payment& payment) {
 
 }  // namespace
 
-Caption NoPaymentFor(const std::string& status) {
-  return {fmt::format("No payment for {} loan", status),
-          fmt::format("状态 {} 的贷款不可付款", status)};
-}
-
-Caption AboveOpen(Money limit) {
-  return {fmt::format("Total payment cannot more than {}", ShowMoney(limit)),
-          fmt::format("付款总额不可多过 {}", ShowMoney(limit))};
-}
-
 std::variant<Payment, Caption> PlainPayment(Connection& main, std::string_view loan_id,
                                             std::string_view pay_date, Money amount) {
   const Recordset loan = main.Query(
       "SELECT LoanID,CustID,CompCode,LoanBal,LoanTypeID,LoanStatus,DragLoan,PayOutAmt FROM "
       "LoanMast WHERE LoanID=" +
       QuoteStr(loan_id));
-  if (loan.Eof()) {
-    return Caption{fmt::format("Loan ID {} not found", loan_id),
-                   fmt::format("找不到贷款 {}", loan_id)};
-  }
+  if (loan.Eof()) return LoanNotFound(loan_id);
   if (auto reason = WhyNot(main, loan, pay_date, amount)) return *std::move(reason);
   Payment payment;
   payment.LoanID = NullToEmpty(loan.Field("LoanID"));

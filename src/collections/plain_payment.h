@@ -20,10 +20,4 @@ namespace kaunter {
 std::variant<Payment, Caption> PlainPayment(Connection& main, std::string_view loan_id,
                                             std::string_view pay_date, Money amount);
 
-// What the counter, too, says of a loan or an amount that cannot be.
-Caption NoPaymentFor(const std::string& status);
-Caption AboveOpen(Money limit);
-inline const Caption kAboveBalance{"Payment amount cannot more than loan balance amount",
-                                   "付款额不可多过贷款结余"};
-
 }  // namespace kaunter

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "collections/reading.h"
+#include "collections/refusals.h"
 #include "core/amounts.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
@@ -15,7 +16,7 @@
 namespace kaunter {
 namespace {
 
-const Caption kReadFailed{"An error occur during reading the record", "读取资料时发生错误"};
+const Caption kReadFailed{"An error occur during reading the record"};
 
 DateTime Date(const TextBox& box) { return *DateTime::FromDisplay(box.text()); }
 
@@ -82,7 +83,7 @@ bool Settlementfrm::FindLoan(const std::string& id) {
   if (row.Eof() ||
       !MayUseCompany(session(), ScalarQuery(main(), "SELECT CompCode FROM LoanMast WHERE LoanID=" +
                                                         QuoteStr(id)))) {
-    return Refuse(LoanID, {fmt::format("Loan ID {} not found", id)});
+    return Refuse(LoanID, LoanNotFound(id).english);
   }
   LoanID.SetMark(false);
   ShowLoan(row);
@@ -211,8 +212,9 @@ void Settlementfrm::PrintLetter() {
   for (const Column& column : columns) {
     job.ParameterFields[field++] =
         fmt::format("SettleAmt{};{};True", ending, column.SettledAmt.text());
-    job.ParameterFields[field++] =
-        fmt::format("SettleDate{};{};True", ending, column.SettledDate.text());
+    // A date that was refused has no amount, and no place in a letter.
+    job.ParameterFields[field++] = fmt::format(
+        "SettleDate{};{};True", ending, column.SettledAmt.empty() ? "" : column.SettledDate.text());
     ending = ending.empty() ? "2" : "3";
   }
   desk().Print(job);

@@ -8,6 +8,7 @@
 
 #include "collections/pay_day.h"
 #include "collections/plain_payment.h"
+#include "collections/refusals.h"
 #include "core/boxes.h"
 #include "core/log.h"
 #include "core/open_for.h"
@@ -34,7 +35,7 @@ struct Sort {
 const std::vector<Sort>& Sorts() {
   static const std::vector<Sort> sorts = {{{"Customer Name", "顾客姓名"}, "c.CustName"},
                                           {{"Loan Code", "贷款编号"}, "l.LoanID"},
-                                          {{"Alternate Code", "另编号"}, "l.OldLoanCode"},
+                                          {{"Alternate Code", "另用编号"}, "l.OldLoanCode"},
                                           {{"Due Date", "到期日"}, "s.DueDate"}};
   return sorts;
 }
@@ -147,7 +148,7 @@ void SpecialRpt::EditAmount(int row, const std::string& before) {
   }
   const auto amount = Money::TryText(typed.empty() ? "0" : typed);
   if (!amount || *amount < Money()) {
-    Refuse(DG, {"Invalid Amount", "金额不正确"});
+    Refuse(DG, kInvalidAmount);
     return;
   }
   const std::string shown = ShowMoney(*amount);

@@ -158,22 +158,24 @@ TEST_F(InvoiceTest, TheLoansTotalsFollowEveryAct) {
   EXPECT_EQ(Totals(kOther), "0 0\n");
 }
 
-TEST_F(InvoiceTest, WhatMayBeDeletedDependsOnItsKind) {
+TEST_F(InvoiceTest, WhatMayBeDoneDependsOnItsKind) {
   struct Case {
     const char* kind;
     bool deleted;
     bool saved;
+    bool printed;
   };
-  for (const Case& one : std::initializer_list<Case>{{"Batch", true, true},
-                                                     {"Invoice", true, true},
-                                                     {"Credit Note", true, true},
-                                                     {"Batch Loan Interest", false, true},
-                                                     {"Batch Term End Interest", false, true},
-                                                     {"Payment", false, false}}) {
+  for (const Case& one : std::initializer_list<Case>{{"Batch", true, true, true},
+                                                     {"Invoice", true, true, true},
+                                                     {"Credit Note", true, true, true},
+                                                     {"Batch Loan Interest", false, true, false},
+                                                     {"Batch Term End Interest", false, true, true},
+                                                     {"Payment", false, false, false}}) {
     AddCharge("C1", one.kind, "2024-02-01", "5");
     office.Run("UPDATE ChargeMast SET ChargeDesc='late'");
     auto screen = Open("C1");
     EXPECT_EQ(screen->PType.text(), one.kind);
+    EXPECT_EQ(screen->CmdPrint.enabled(), one.printed) << one.kind;
     EXPECT_EQ(screen->LateInt.text() + screen->DueDate.text(), "18.0031-01-2024");
     screen->SaveCmd.Click();
     EXPECT_EQ(LastMessage(),

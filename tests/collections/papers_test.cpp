@@ -131,7 +131,9 @@ TEST_F(PapersTest, ASettlementIsQuotedForTheDatesAskedFor) {
 TEST_F(PapersTest, InvoicesAndCreditNotesShowTheirOwnCharges) {
   Charge("INV0001", "Invoice", "80");
   Charge("L1-2-B20240115", "Batch", "0.34");
-  Charge("L1-2-B20240116", "Batch", "0");  // set back after a payment of that day
+  Charge("L1-T20240120", "Batch Term End Interest", "1.64");
+  Charge("L1-X", "Batch Loan Interest", "7");  // counts in no total of the loan
+  Charge("L1-2-B20240116", "Batch", "0");      // set back after a payment of that day
   Charge("CN0001", "Credit Note", "-30");
   Charge("L1-001", "Payment", "-12.50");
   auto pages = Print("ARInvoice.rpt", "{ChargeMast.ChargeID} = 'INV0001'", {"RptID;Invoice;True"});
@@ -141,7 +143,7 @@ TEST_F(PapersTest, InvoicesAndCreditNotesShowTheirOwnCharges) {
   // All that was charged to the loan on one paper; what it paid or was relieved of is no invoice.
   pages = Print("ARInvoice.rpt", "{ChargeMast.CompCode}='HQ'", {"RptID;Invoice;True"});
   ASSERT_EQ(pages.size(), 1u);
-  ExpectAll(pages[0], {"Total|80.34|"});
+  ExpectAll(pages[0], {"Total|81.98|"});
   EXPECT_EQ(pages[0].find("|0.00|"), std::string::npos) << pages[0];
   pages = Print("ARCreditNote.rpt", "{ChargeMast.ChargeID} = 'CN0001'", {"RptID;Credit Note;True"});
   ExpectAll(pages.at(0),

@@ -288,7 +288,7 @@ TEST_F(SettlementTest, TheLetterTakesTheThreeDates) {
   EXPECT_EQ(LastMessage(), "Settlement: Loan ID is required");
   Put(screen->LoanID, kId);
   Put(screen->columns[0].SettledDate, "31-01-2024");
-  Put(screen->columns[2].SettledDate, "");
+  Put(screen->columns[2].SettledDate, "30-01-2024");  // before the due date: refused, not quoted
   screen->CmdPrint.Click();
   EXPECT_EQ(counter.questions.back(), "Confirm to print settlement letter ?");
   ASSERT_EQ(counter.printed.size(), 1u);

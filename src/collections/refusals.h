@@ -1,0 +1,26 @@
+// What several screens of this room say of an input that cannot be, in one wording.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/money.h"
+#include "screen/caption.h"
+
+namespace kaunter {
+
+inline const Caption kInvalidAmount{"Invalid Amount", "金额不正确"};
+inline const Caption kLoanRequired{"Loan ID is required", "请输入贷款编号"};
+
+Caption LoanNotFound(std::string_view loan_id);
+Caption NoPaymentFor(std::string_view status);
+inline const Caption kNotDrawn{"Loan not fully drawdown cannot make payment",
+                               "贷款尚未全部放款，不可付款"};
+inline const Caption kBeforeLoanDate{"Payment date cannot eariler than loan date",
+                                     "付款日期不可早过贷款日期"};
+inline const Caption kAboveBalance{"Payment amount cannot more than loan balance amount",
+                                   "付款额不可多过贷款结余"};
+// More than is open on the schedule of a flexi loan.
+Caption AboveOpen(Money limit);
+
+}  // namespace kaunter
