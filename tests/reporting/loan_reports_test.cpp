@@ -344,6 +344,26 @@ TEST(LoanReports, PapersOfOneLoan) {
   ExpectAll(rows);
 }
 
+TEST(LoanReports, AChequeThatAPaymentTookIsNotNew) {
+  ReportOffice office;
+  office.main().Execute(
+      "UPDATE ChqMast SET ChqStatus='NEW' WHERE ChqNo='123456' OR ChqNo='123458'");
+  ReportJob job;
+  job.Connect = &office.main();
+  for (const char* file : {"ChqMastList.rpt", "LoanChqMastList.rpt"}) {
+    job.ReportFileName = std::string(KAUNTER_SOURCE_DIR "/reports/") + file;
+    std::string statuses;
+    for (const auto& page : RunWholeReport(job).document.pages) {
+      for (const auto& text : page.texts) {
+        if (text.text == "USED" || text.text == "NEW" || text.text == "RETURN") {
+          statuses += text.text + " ";
+        }
+      }
+    }
+    EXPECT_EQ(statuses, "USED RETURN NEW ") << file;
+  }
+}
+
 TEST(LoanReports, AuditFromItsOwnDatabase) {
   ReportOffice office;
   ReportCheck check(office);
