@@ -14,7 +14,8 @@
 namespace kaunter {
 namespace {
 
-// The schedule row that the settlement begins with, as a payment row tells it.
+// The schedule row that the settlement begins with, as a payment row tells it. Without an open row
+// only the number stands: row 1 may be there, but nothing of it is settled.
 struct FirstRow {
   std::string SchID = "1";
   std::string DueDate;
@@ -34,7 +35,8 @@ std::vector<std::string> RowsOf(Connection& main, const std::string& sql) {
 FirstRow ReadFirstRow(Connection& main, const Settlement& settlement,
                       const std::vector<std::string>& open) {
   FirstRow first;
-  if (!open.empty()) first.SchID = open.front();
+  if (open.empty()) return first;
+  first.SchID = open.front();
   const Recordset row = main.Query(
       fmt::format("SELECT DueDate,PayableAmt,CapitalAmt,InterestAmt,CapitalPayment,InterestPayment "
                   "FROM SchMast WHERE SchID={} AND LoanID={}",
@@ -147,7 +149,8 @@ void CreateSettlement(const Session& session, Settlement& settlement) {
   Connection& main = session.Main();
   const std::string id = QuoteStr(settlement.LoanID);
   // Another desktop may have taken a payment while the question stood.
-  const Money balance = Sen(ScalarQuery(main, "SELECT LoanBal FROM LoanMast WHERE LoanID=" + id));
+  const Recordset now = main.Query("SELECT LoanBal,NextDueDate FROM LoanMast WHERE LoanID=" + id);
+  const Money balance = now.Eof() ? Money() : Sen(now.Field("LoanBal"));
   if (balance != settlement.LoanBal) {
     throw std::runtime_error(fmt::format("The balance of {} is {} now, please load the loan again",
                                          settlement.LoanID, ShowMoney(balance)));
@@ -158,7 +161,9 @@ void CreateSettlement(const Session& session, Settlement& settlement) {
                                id));
   const FirstRow first = ReadFirstRow(main, settlement, open);
   settlement.SchID = first.SchID;
-  settlement.NextDueDate = first.DueDate;
+  // With no open row it stays as it was: no rebuild would put it right afterwards.
+  settlement.NextDueDate =
+      open.empty() && !now.Eof() ? ShowDate(now.Field("NextDueDate")) : first.DueDate;
   settlement.PayID = NextPaymentNumber(main, settlement.LoanID);
   InsertRow(session, settlement, first);
   for (const std::string& sch_id : open) {
@@ -181,6 +186,10 @@ void CreateSettlement(const Session& session, Settlement& settlement) {
 void DeleteSettlement(const Session& session, const Settlement& settlement) {
   Connection& main = session.Main();
   const std::string id = QuoteStr(settlement.LoanID);
+  // Blank where no row was open, and none then took the forfeit deposit.
+  const bool row_was_open = !ScalarQuery(main, "SELECT LastDueDate FROM PaymentMast WHERE PayID=" +
+                                                   QuoteStr(settlement.PayID))
+                                 .empty();
   ExecuteOnRow(main, "DELETE FROM PaymentMast WHERE PayID=" + QuoteStr(settlement.PayID),
                settlement.PayID);
   LowerPaymentCounter(main, settlement.LoanID);
@@ -195,7 +204,7 @@ void DeleteSettlement(const Session& session, const Settlement& settlement) {
     const Money back = std::min(row.paid, rest);
     row.paid -= back;
     rest -= back;
-    if (sch_id == settlement.SchID) {
+    if (row_was_open && sch_id == settlement.SchID) {
       row.IntChargeAmt -= settlement.IntAmt;
       row.IntAmt -= settlement.IntAmt;
     }

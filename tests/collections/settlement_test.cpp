@@ -88,9 +88,9 @@ class SettlementTest : public ::testing::Test, protected LoanOffice {
     Put(screen->Payment, payment);
     return screen;
   }
-  std::unique_ptr<LoanSettlementfrm> Loaded() {
+  std::unique_ptr<LoanSettlementfrm> Loaded(const std::string& number = "002") {
     auto screen = Open<LoanSettlementfrm>();
-    Put(screen->PayID, kId + "-002");
+    Put(screen->PayID, kId + "-" + number);
     return screen;
   }
   static std::function<void()> Clicking(Screen& screen, Button& button) {
@@ -451,6 +451,29 @@ TEST_F(LoanSettlementTest, DeletingItBringsBackWhatWas) {
   Put(screen->PayID, kId + "-001");
   EXPECT_EQ(LastMessage(), "Loan Settlement: Settlement ID HQ0001-001-001 not found");
   EXPECT_FALSE(screen->Command4.enabled());
+}
+
+// A top-up keeps a balance beside rows that are all paid: nothing of the schedule is settled.
+TEST_F(LoanSettlementTest, WithoutAnOpenRowTheScheduleAndItsDateStay) {
+  Pay(kId + "-002", kId, "2024-03-01", "9400");
+  office.Run(
+      "UPDATE PaymentMast SET TopAmt=250,TopTerm=2 WHERE PayID='HQ0001-001-002';"
+      "UPDATE NumberMast SET LoanNo='003' WHERE CustID='HQ0001-001'");
+  ASSERT_TRUE(RebuildLoan(main(), kId).done);
+  ASSERT_TRUE(RebuildCustomer(main(), "HQ0001").done);
+  EXPECT_EQ(OfLoan(), "500 11000 0 0 0 HQ0001-001-002 2024-03-01 2024-02-29\n500\n");
+  const std::string before = Stored();
+  const std::string first_row = "SELECT IntChargeAmt,IntAmt FROM SchMast WHERE SchID=1";
+  Filled("400")->Command1.Click();
+  EXPECT_EQ(OfLoan(), "500 11000 -7.5 100 0 HQ0001-001-003 2024-02-10 2024-02-29\n500\n");
+  EXPECT_EQ(Lines("SELECT SchID,LastDueDate,NextDueDate,PayableAmt FROM PaymentMast WHERE "
+                  "Settlement='1'"),
+            "1  2024-02-29 0\n");
+  EXPECT_EQ(Lines(first_row), "0 0\n");
+  Loaded("003")->Command4.Click();
+  EXPECT_EQ(LastMessage(), "Loan Settlement: Settlement payment deleted");
+  EXPECT_EQ(Lines(first_row), "0 0\n");
+  EXPECT_EQ(Stored(), before);
 }
 
 // The counter at 0 stays there, and a payment made since keeps its number.
