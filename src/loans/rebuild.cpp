@@ -280,25 +280,27 @@ void SumCustomer(Connection& main, std::string_view cust_id) {
 
 Rebuilt RebuildLoan(Connection& main, std::string_view loan_id) {
   try {
-    return {LoanRebuild(main, loan_id).Run(), {}, {}};
+    return {LoanRebuild(main, loan_id).Run(), {}, {}, {}};
   } catch (const std::exception& error) {
     return {false,
             {"Rebuild Loan", "重算贷款"},
             {fmt::format("an error occur during rebuild loan, Please contact software vendor\n{}",
                          error.what()),
-             fmt::format("重算贷款时发生错误，请联系软件供应商\n{}", error.what())}};
+             fmt::format("重算贷款时发生错误，请联系软件供应商\n{}", error.what())},
+            std::current_exception()};
   }
 }
 
 Rebuilt RebuildCustomer(Connection& main, std::string_view cust_id) {
   try {
     SumCustomer(main, cust_id);
-    return {true, {}, {}};
+    return {true, {}, {}, {}};
   } catch (const std::exception&) {
     return {false,
             {"Rebuild Customer", "重算客户"},
             {"an error occur during rebuild customer, Please contact software vendor",
-             "重算客户时发生错误，请联系软件供应商"}};
+             "重算客户时发生错误，请联系软件供应商"},
+            std::current_exception()};
   }
 }
 

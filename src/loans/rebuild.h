@@ -7,6 +7,7 @@
 // alone, so it may be run at any time and any number of times.
 #pragma once
 
+#include <exception>
 #include <string>
 #include <string_view>
 
@@ -18,9 +19,10 @@ namespace kaunter {
 // What a rebuild came to. A failure never reaches the caller as an exception: he has stored his
 // payment and goes on.
 struct Rebuilt {
-  bool done = false;  // false: no such loan, or a failure
-  Caption title;      // of the message of a failure
-  Caption failure;    // empty: nothing to tell
+  bool done = false;         // false: no such loan, or a failure
+  Caption title;             // of the message of a failure
+  Caption failure;           // empty: nothing to tell
+  std::exception_ptr error;  // what failed, for the log
 };
 
 // Opens no transaction: each statement stands by itself unless the caller's is open. After a

@@ -1,5 +1,10 @@
 #include "loans/rebuild_and_tell.h"
 
+#include <fmt/format.h>
+
+#include <exception>
+
+#include "core/log.h"
 #include "core/session.h"
 #include "loans/rebuild.h"
 #include "platform/sql/transaction.h"
@@ -7,8 +12,13 @@
 namespace kaunter {
 namespace {
 
-void TellFailure(const Session& session, Desk& desk, const Rebuilt& rebuilt) {
-  if (rebuilt.failure.english.empty()) return;
+void TellFailure(const Session& session, Desk& desk, std::string_view id, const Rebuilt& rebuilt) {
+  if (!rebuilt.error) return;
+  try {
+    std::rethrow_exception(rebuilt.error);
+  } catch (const std::exception& error) {
+    LogRollback(session, fmt::format("{} {}", rebuilt.title.english, id), error);
+  }
   desk.Message(MessageKind::critical, session.In(rebuilt.title), session.In(rebuilt.failure));
 }
 
@@ -21,7 +31,7 @@ Rebuilt RebuildInTransaction(Connection& main, std::string_view loan_id) {
   } catch (const SqlError& error) {
     // The server may have ended the transaction with the failure that the rebuild tells already.
     if (rebuilt.failure.english.empty()) {
-      rebuilt = {false, {"Rebuild Loan", "重算贷款"}, {error.what()}};
+      rebuilt = {false, {"Rebuild Loan", "重算贷款"}, {error.what()}, std::current_exception()};
     }
   }
   return rebuilt;
@@ -31,8 +41,8 @@ Rebuilt RebuildInTransaction(Connection& main, std::string_view loan_id) {
 
 void RebuildAndTell(const Session& session, Desk& desk, std::string_view loan_id,
                     std::string_view cust_id) {
-  TellFailure(session, desk, RebuildInTransaction(session.Main(), loan_id));
-  TellFailure(session, desk, RebuildCustomer(session.Main(), cust_id));
+  TellFailure(session, desk, loan_id, RebuildInTransaction(session.Main(), loan_id));
+  TellFailure(session, desk, cust_id, RebuildCustomer(session.Main(), cust_id));
 }
 
 }  // namespace kaunter

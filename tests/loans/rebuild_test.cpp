@@ -132,6 +132,12 @@ TEST_F(RebuildTest, AfterAPaymentBothRunAndEachFailureIsToldOnce) {
   EXPECT_EQ(desk.messages.back(),
             "Rebuild Customer: an error occur during rebuild customer, Please contact software "
             "vendor");
+  // The message of the customer says no cause; the log does.
+  EXPECT_TRUE(office.Log().back().ends_with(
+      "Rebuild Customer HQ0001 - error Rollback 1105 - the disk is full"));
+  EXPECT_TRUE(office.Log()
+                  .at(office.Log().size() - 2)
+                  .ends_with("Rebuild Loan HQ0001-001 - error Rollback 1105 - the disk is full"));
   EXPECT_EQ(Stored(), before);
   EXPECT_FALSE(main().InTransaction());
 }
