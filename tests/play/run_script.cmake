@@ -1,6 +1,9 @@
 # Plays the scripts of SCRIPT, one behind the other, with PROGRAM on a new office in the folder OFFICE; the report files of REPORTS lie
 # beside the program, as they do in an installed copy. NAME is the database on the PostgreSQL server of
 # script/with-postgresql; without one the office is an embedded file.
+if(NOT SCRIPT)
+  message(FATAL_ERROR "no script to play")
+endif()
 file(REMOVE_RECURSE ${OFFICE})
 file(MAKE_DIRECTORY ${OFFICE}/app)
 file(GLOB reports ${REPORTS}/*)

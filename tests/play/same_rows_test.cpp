@@ -166,7 +166,7 @@ TEST_P(PostgresqlScript, LeavesTheSameRows) {
 INSTANTIATE_TEST_SUITE_P(OfMoney, PostgresqlScript,
                          ::testing::Values("payment-life", "receipt-numbers", "settlement",
                                            "charges", "follow-up", "verify-ledger",
-                                           "schedule-changes", "loan-life", "drawdowns"),
+                                           "schedule-changes", "loan-life", "drawdowns", "cheques"),
                          [](const auto& info) {
                            std::string name = info.param;
                            std::replace(name.begin(), name.end(), '-', '_');
