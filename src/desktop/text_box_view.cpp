@@ -83,6 +83,16 @@ QString DateAsTyped(const QString& text) {
   return date;
 }
 
+QString DateAsLeft(const QString& text) {
+  static const QRegularExpression parts("^(\\d{1,2})-(\\d{1,2})-(\\d{4})$");
+  const auto found = parts.match(text);
+  if (!found.hasMatch()) return text;
+  return QString("%1-%2-%3")
+      .arg(found.captured(1), 2, u'0')
+      .arg(found.captured(2), 2, u'0')
+      .arg(found.captured(3));
+}
+
 QString MaskAsTyped(const QString& mask, const QString& text) {
   QString digits;
   for (const QChar c : text) {
@@ -183,7 +193,12 @@ void TextBoxView::DrawAsFigure() {
 }
 
 void TextBoxView::Commit() {
-  if (box_.kind() != Kind::money || !box_.Editable()) return;
+  if (!box_.Editable()) return;
+  if (box_.kind() == Kind::date) {
+    const std::string date = S(DateAsLeft(Q(box_.text())));
+    if (date != box_.text()) Act([&] { box_.Type(date); });
+  }
+  if (box_.kind() != Kind::money) return;
   try {
     if (const auto sum = TypedSum(box_.text())) Act([&] { box_.Type(sum->ToText()); });
   } catch (const std::overflow_error&) {
@@ -191,13 +206,15 @@ void TextBoxView::Commit() {
   }
 }
 
-// On a whole date that would be typed over anyway, + and - are the next and the last day.
+// On a whole date that would be typed over anyway, + and - are the next and the last day; in an
+// empty box + is today.
 bool TextBoxView::StepDate(const QKeyEvent& event) {
   const bool on = event.key() == Qt::Key_Plus || event.key() == Qt::Key_Equal;
   if (!on && event.key() != Qt::Key_Minus) return false;
-  const QDate date = QDate::fromString(edit_->text(), kDateFormat);
+  QDate date = QDate::fromString(edit_->text(), kDateFormat).addDays(on ? 1 : -1);
+  if (on && edit_->text().isEmpty()) date = QDate::currentDate();
   if (!date.isValid() || edit_->selectedText() != edit_->text()) return false;
-  Act([&] { box_.Type(S(date.addDays(on ? 1 : -1).toString(kDateFormat))); });
+  Act([&] { box_.Type(S(date.toString(kDateFormat))); });
   Refresh();
   edit_->selectAll();
   return true;

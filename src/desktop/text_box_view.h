@@ -77,6 +77,8 @@ class MemoView : public ControlView {
 // What a person types into a date box, brought nearer to dd-mm-yyyy: "0102" is "01-02", a slash or
 // a point is a dash. Only ever applied while the text grows, so that deleting works as usual.
 QString DateAsTyped(const QString& text);
+// A day and a month of one digit get their zero when the box is left; anything else stays.
+QString DateAsLeft(const QString& text);
 // Digits set between the signs of a mask: "9001011" in "######-##-####" is "900101-1".
 QString MaskAsTyped(const QString& mask, const QString& text);
 

@@ -171,6 +171,10 @@ TEST(JourneyTest, PlusAndMinusStepAWholeDateAndAreTextInOneThatIsTyped) {
   EXPECT_EQ(open.screen.PayDate.text(), "29-02-2024");
   open.Type("1-2-2026");
   EXPECT_EQ(open.screen.PayDate.text(), "1-2-2026");
+  open.screen.PayDate.SetText("");
+  OpenScreen::Wait();
+  open.Press(Qt::Key_Plus);
+  EXPECT_EQ(open.screen.PayDate.text(), S(QDate::currentDate().toString("dd-MM-yyyy")));
 }
 
 TEST(JourneyTest, ControlAndPageKeysTurnThePagesThatAreThere) {

@@ -145,15 +145,24 @@ TEST(ScreenDialogTest, MasksAndDatesGrowTheirSignsAsTheyAreTyped) {
   struct Case {
     const char* typed;
     const char* shown;
+    const char* left = "";  // a date, once its box is left
   };
-  const Case dates[] = {
-      {"0102", "01-02"},        {"01022026", "01-02-2026"},   {"1/2/2026", "1-2-2026"},
-      {"1.2.2026", "1-2-2026"}, {"01-02-2026", "01-02-2026"}, {"01", "01"}};
+  const Case dates[] = {{"0102", "01-02", "01-02"},
+                        {"01022026", "01-02-2026", "01-02-2026"},
+                        {"1/2/2026", "1-2-2026", "01-02-2026"},
+                        {"1.12.2026", "1-12-2026", "01-12-2026"},
+                        {"31-2-2026", "31-2-2026", "31-02-2026"},  // its screen refuses it
+                        {"1-2-26", "1-2-26", "1-2-26"},
+                        {"01", "01", "01"}};
   for (const Case& c : dates) {
     OpenScreen open;
     open.Go(open.screen.PayDate);
     open.Type(c.typed);
     EXPECT_EQ(open.screen.PayDate.text(), c.shown) << c.typed;
+    std::string heard;
+    open.screen.PayDate.onLeave = [&] { heard = open.screen.PayDate.text(); };
+    open.Press(Qt::Key_Return);
+    EXPECT_EQ(heard, c.left) << c.typed;
   }
   const Case masks[] = {{"900101145566", "900101-14-5566"},
                         {"9001011", "900101-1"},
