@@ -35,6 +35,6 @@ bool StopAsked() noexcept {
   return stop;
 }
 
-bool StopOffered() noexcept { return stop_asked && !waiting; }
+bool WaitIsUsed() noexcept { return (while_waiting || stop_asked) && !waiting; }
 
 }  // namespace kaunter

@@ -6,9 +6,9 @@
 
 namespace kaunter {
 
-// Called again and again while a statement of the embedded engine runs, some hundred times a
-// second; empty for nothing. It must not throw, and a statement sent from within is a fault
-// (std::logic_error): the one that is running would be disturbed.
+// Called again and again while a statement runs, some hundred times a second; empty for nothing. It
+// must not throw, and a statement sent from within is a fault (std::logic_error): the one that is
+// running would be disturbed.
 void SetWhileWaiting(std::function<void()> act);
 
 // True within the act.
@@ -30,6 +30,6 @@ class MayStop {
 // The engine's side.
 void ActWhileWaiting() noexcept;
 bool StopAsked() noexcept;
-bool StopOffered() noexcept;  // somebody may ask
+bool WaitIsUsed() noexcept;  // there is an act, or somebody may ask for a stop
 
 }  // namespace kaunter

@@ -343,46 +343,6 @@ TEST(OdbcPostgres, AStopReachesAServerThatThinks) {
   EXPECT_EQ(connection->Query("SELECT COUNT(*) FROM Many WHERE K<=100").Field(0), Value(100));
 }
 
-TEST(OdbcPostgres, ALostServerIsToldAndStaysTold) {
-  const Clock clock;
-  OdbcConnection connection("MainConn", Server().OdbcText(), clock);
-  RunRaw("DROP TABLE IF EXISTS \"Lost\"");
-  connection.Execute("CREATE TABLE Lost (K int)");
-  connection.BeginTrans();
-  connection.Execute("INSERT INTO Lost VALUES (1)");
-  EXPECT_FALSE(connection.Lost());
-  Server().Stop();
-  std::string words;
-  EXPECT_EQ(NumberOf(connection, "INSERT INTO Lost VALUES (2)", &words), 10054);
-  EXPECT_NE(words.find("MainConn"), std::string::npos) << words;
-  EXPECT_TRUE(connection.Lost());
-  EXPECT_FALSE(connection.InTransaction());
-  EXPECT_NO_THROW(connection.RollbackTrans());
-  EXPECT_EQ(NumberOf(connection, "SELECT 1", &words), 10054);
-  EXPECT_NE(words.find("is lost"), std::string::npos) << words;
-  EXPECT_THROW(connection.BeginTrans(), SqlError);
-
-  Server();  // up again: what was open is gone, and a new connection works
-  const auto again = OpenOdbc("MainConn", Server().OdbcText(), clock);
-  EXPECT_EQ(again->Query("SELECT COUNT(*) FROM Lost").Field(0), Value(0));
-}
-
-TEST(OdbcPostgres, ALostCommitSaysThatItIsNotKnown) {
-  const Clock clock;
-  OdbcConnection connection("MainConn", Server().OdbcText(), clock);
-  connection.BeginTrans();
-  connection.Execute("CREATE TABLE Lost2 (K int)");
-  Server().Stop();
-  try {
-    connection.CommitTrans();
-    ADD_FAILURE() << "a commit without a server passed";
-  } catch (const SqlError& error) {
-    EXPECT_EQ(error.number(), 10054);
-    EXPECT_NE(std::string(error.what()).find("not known"), std::string::npos) << error.what();
-  }
-  EXPECT_FALSE(connection.InTransaction());
-}
-
 // The road of the connect step: the office's string, a source known to the machine by name.
 TEST(OdbcSources, AMachinesSourceIsFoundByName) {
   const TempFolder folder;

@@ -7,24 +7,44 @@
 namespace kaunter {
 namespace sql {
 
+OdbcConnection::Link::Link(const std::string& name, const std::string& odbc_string,
+                           const Clock& clock, int login_seconds)
+    : session(name, odbc_string, login_seconds), dialect(DialectFor(session, clock)) {}
+
 OdbcConnection::OdbcConnection(std::string name, const std::string& odbc_string, const Clock& clock,
                                int login_seconds)
-    : Connection(name),
-      session_(std::move(name), odbc_string, login_seconds),
-      dialect_(DialectFor(session_, clock)) {}
+    : Connection(std::move(name)),
+      odbc_string_(odbc_string),
+      clock_(clock),
+      login_seconds_(login_seconds),
+      link_(std::make_unique<Link>(this->name(), odbc_string_, clock_, login_seconds_)) {}
+
+OdbcConnection::Link& OdbcConnection::Open() {
+  if (Lost() && !InTransaction()) {
+    link_ = std::make_unique<Link>(name(), odbc_string_, clock_, login_seconds_);
+  }
+  return *link_;
+}
 
 std::int64_t OdbcConnection::DoExecute(std::string_view sql) {
-  return dialect_->Run(session_, sql, /*want_rows=*/false).affected;
+  Link& link = Open();
+  return link.dialect->Run(link.session, sql, /*want_rows=*/false).affected;
 }
 
 Recordset OdbcConnection::DoQuery(std::string_view sql) {
-  OdbcOutcome outcome = dialect_->Run(session_, sql, /*want_rows=*/true);
+  Link& link = Open();
+  OdbcOutcome outcome = link.dialect->Run(link.session, sql, /*want_rows=*/true);
   return outcome.rows ? std::move(*outcome.rows) : Recordset();
 }
 
+void OdbcConnection::DoBegin() {
+  Link& link = Open();
+  link.dialect->Begin(link.session);
+}
+
 void OdbcConnection::DoRollback() {
-  session_.Rollback();
-  dialect_->Forget();
+  link_->session.Rollback();
+  link_->dialect->Forget();
 }
 
 }  // namespace sql

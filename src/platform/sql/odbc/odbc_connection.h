@@ -1,5 +1,8 @@
 // OdbcConnection: a Connection through the ODBC driver manager (SQL Server's drivers, and others by
 // a dialect of their own). Opened by OpenOdbc.
+//
+// A connection that is lost fails the statement that meets the loss (10054), and with it the
+// action. The next statement opens it anew; inside a transaction none passes before the rollback.
 #pragma once
 
 #include <memory>
@@ -18,21 +21,33 @@ class OdbcConnection : public Connection {
   OdbcConnection(std::string name, const std::string& odbc_string, const Clock& clock,
                  int login_seconds = kLoginSeconds);
 
-  bool InTransaction() const override { return session_.InTransaction(); }
-  std::string EngineName() const override { return session_.dbms(); }
-  // True once the server is known to be gone; statements then throw 10054.
-  bool Lost() const { return session_.Lost(); }
+  bool InTransaction() const override { return link_->session.InTransaction(); }
+  std::string EngineName() const override { return link_->session.dbms(); }
+  // True from the loss of the server until it is reached again.
+  bool Lost() const { return link_->session.Lost(); }
 
  protected:
   std::int64_t DoExecute(std::string_view sql) override;
   Recordset DoQuery(std::string_view sql) override;
-  void DoBegin() override { dialect_->Begin(session_); }
-  void DoCommit() override { session_.Commit(); }
+  void DoBegin() override;
+  void DoCommit() override { link_->session.Commit(); }
   void DoRollback() override;
 
  private:
-  OdbcSession session_;
-  std::unique_ptr<OdbcDialect> dialect_;
+  // What ends with a lost connection.
+  struct Link {
+    Link(const std::string& name, const std::string& odbc_string, const Clock& clock,
+         int login_seconds);
+    OdbcSession session;
+    std::unique_ptr<OdbcDialect> dialect;
+  };
+
+  Link& Open();
+
+  std::string odbc_string_;
+  const Clock& clock_;
+  int login_seconds_;
+  std::unique_ptr<Link> link_;
 };
 
 }  // namespace kaunter::sql

@@ -3,14 +3,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <chrono>
-#include <future>
 #include <utility>
 
 #include "platform/sql/odbc/odbc_rows.h"
 #include "platform/sql/odbc/odbc_string.h"
 #include "platform/sql/odbc/odbc_text.h"
-#include "platform/sql/waiting.h"
 
 namespace kaunter::sql {
 namespace {
@@ -18,8 +15,6 @@ namespace {
 // With a character of two UTF-16 units: under some locales the driver manager carries the first
 // through an ANSI driver, and breaks the second. A server that knows no such characters may do.
 constexpr std::string_view kProbes[] = {"陈😀", "陈"};
-
-constexpr std::chrono::milliseconds kBetweenActs(10);
 
 SQLPOINTER AsPointer(std::uintptr_t number) { return reinterpret_cast<SQLPOINTER>(number); }
 
@@ -71,9 +66,9 @@ void OdbcSession::Connect(const std::string& odbc_string, int login_seconds) {
                     AsPointer(static_cast<std::uintptr_t>(login_seconds)), SQL_IS_UINTEGER);
   // Which calls the driver understands is not known yet. Narrow goes first: an ANSI driver that is
   // asked through wide calls would open, or make, a file with a garbled name.
-  SQLRETURN result = ConnectNarrow(link_.get(), odbc_string);
+  SQLRETURN result = worker_.Run([&] { return ConnectNarrow(link_.get(), odbc_string); });
   if (!SQL_SUCCEEDED(result) && !IsAscii(odbc_string)) {
-    result = ConnectWide(link_.get(), ToUtf16(odbc_string));
+    result = worker_.Run([&] { return ConnectWide(link_.get(), ToUtf16(odbc_string)); });
   }
   if (SQL_SUCCEEDED(result)) {
     connected_ = true;
@@ -130,27 +125,27 @@ bool OdbcSession::ComesBack(std::string_view probe) {
   }
 }
 
-// Some statements may be stopped while their server thinks. The driver waits for it on a thread of
-// its own, so that this one, which holds the windows, hears the person and can send the wish on.
-SQLRETURN OdbcSession::Execute(const OdbcHandle& statement, std::string_view sql) const {
-  if (!StopOffered()) return ExecDirect(statement, sql);
-  std::future<SQLRETURN> server =
-      std::async(std::launch::async, [&] { return ExecDirect(statement, sql); });
-  while (server.wait_for(kBetweenActs) != std::future_status::ready) {
-    ActWhileWaiting();
-    // Again and again: a wish that arrives before the statement is lost.
-    if (StopAsked()) SQLCancel(statement.get());
-  }
-  return server.get();
-}
-
-SQLRETURN OdbcSession::ExecDirect(const OdbcHandle& statement, std::string_view sql) const {
+SQLRETURN OdbcSession::Execute(const OdbcHandle& statement, std::string_view sql) {
   if (wide_) {
     std::u16string text = ToUtf16(sql);
-    return SQLExecDirectW(statement.get(), AsWide(text.data()), SQL_NTS);
+    return worker_.Run(
+        [&] { return SQLExecDirectW(statement.get(), AsWide(text.data()), SQL_NTS); },
+        statement.get());
   }
   std::string text(sql);
-  return SQLExecDirect(statement.get(), AsNarrow(text.data()), SQL_NTS);
+  return worker_.Run([&] { return SQLExecDirect(statement.get(), AsNarrow(text.data()), SQL_NTS); },
+                     statement.get());
+}
+
+// Where a server runs a batch statement by statement, the rest of it runs here.
+SQLRETURN OdbcSession::MoreResults(const OdbcHandle& statement) {
+  if (!IsSqlServer()) return SQLMoreResults(statement.get());
+  return worker_.Run([&] { return SQLMoreResults(statement.get()); }, statement.get());
+}
+
+// Another machine may have to say that it has written, and a dead one is waited for.
+SQLRETURN OdbcSession::EndTransaction(SQLSMALLINT how) {
+  return worker_.Run([&] { return SQLEndTran(SQL_HANDLE_DBC, link_.get(), how); });
 }
 
 OdbcOutcome OdbcSession::Run(std::string_view sql, bool want_rows,
@@ -190,7 +185,7 @@ OdbcOutcome OdbcSession::Drain(const OdbcHandle& statement, SQLRETURN result, bo
     } else {
       SkipRows(statement, check);
     }
-    result = SQLMoreResults(statement.get());
+    result = MoreResults(statement);
     if (result == SQL_NO_DATA) return outcome;
   }
 }
@@ -214,13 +209,12 @@ void OdbcSession::Commit() {
                                      "committed; it has to be rolled back.",
                                      name_, ended_by_));
   }
-  if (const SQLRETURN result = SQLEndTran(SQL_HANDLE_DBC, link_.get(), SQL_COMMIT);
-      !SQL_SUCCEEDED(result)) {
+  if (!SQL_SUCCEEDED(EndTransaction(SQL_COMMIT))) {
     const std::vector<OdbcDiagnostic> records = ReadDiagnostics(link_, wide_);
     if (IsDead(records)) {
       ThrowLost(
-          "while the save was being committed. Whether it was stored is not known: look "
-          "before it is entered again",
+          "while the save was being committed. Whether it was stored is not known: look before it "
+          "is entered again",
           JoinDiagnostics(records));
     }
     throw ToSqlError(records, IsSqlServer());
@@ -234,8 +228,7 @@ void OdbcSession::Rollback() {
   if (!in_transaction_) return;
   in_transaction_ = false;
   ended_by_ = 0;
-  const SQLRETURN result = SQLEndTran(SQL_HANDLE_DBC, link_.get(), SQL_ROLLBACK);
-  if (!SQL_SUCCEEDED(result)) {
+  if (!SQL_SUCCEEDED(EndTransaction(SQL_ROLLBACK))) {
     constexpr int kNothingToRollBack = 3903;
     const SqlError error = ToSqlError(ReadDiagnostics(link_, wide_), IsSqlServer());
     if (error.number() != kNothingToRollBack) {
@@ -250,9 +243,10 @@ void OdbcSession::Rollback() {
 
 void OdbcSession::RequireAlive() const {
   if (!lost_) return;
-  throw SqlError(kLostNumber, fmt::format("The connection {} to {} is lost. End the program and "
-                                          "start it again when the server is reached.",
-                                          name_, source_));
+  throw SqlError(kLostNumber, fmt::format("The connection {} to {} is lost{}.", name_, source_,
+                                          in_transaction_ ? ", and with it the open transaction; "
+                                                            "it has to be rolled back"
+                                                          : ""));
 }
 
 bool OdbcSession::IsDead(const std::vector<OdbcDiagnostic>& records) const {
@@ -276,18 +270,24 @@ void OdbcSession::GiveUp() {
   connected_ = false;
 }
 
-void OdbcSession::ThrowLost(std::string_view doing, const std::string& reason) {
+// A transaction stays open until it is rolled back: what follows in it must not pass by itself.
+void OdbcSession::ThrowLost(std::string_view when, const std::string& reason) {
   lost_ = true;
-  in_transaction_ = false;
   ended_by_ = 0;
-  throw SqlError(kLostNumber, fmt::format("The connection {} to {} was lost {}: {}", name_, source_,
-                                          doing, reason));
+  throw SqlError(kLostNumber, fmt::format("The connection {} to {} was lost {}. The next try opens "
+                                          "it anew. The server's words: {}",
+                                          name_, source_, when, reason));
 }
 
 void OdbcSession::Check(SQLRETURN result, const OdbcHandle& handle) {
   if (SQL_SUCCEEDED(result)) return;
   const std::vector<OdbcDiagnostic> records = ReadDiagnostics(handle, wide_);
-  if (IsDead(records)) ThrowLost("at a statement", JoinDiagnostics(records));
+  if (IsDead(records)) {
+    ThrowLost(in_transaction_
+                  ? "in the middle of a save; nothing of it was stored"
+                  : "at a statement; if it was to change something, look whether it did",
+              JoinDiagnostics(records));
+  }
   SqlError error = ToSqlError(records, IsSqlServer());
   if (in_transaction_ && EndsTransaction(error.number())) ended_by_ = error.number();
   throw error;

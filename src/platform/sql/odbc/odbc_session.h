@@ -11,6 +11,7 @@
 #include "platform/sql/connection.h"
 #include "platform/sql/odbc/odbc_error.h"
 #include "platform/sql/odbc/odbc_handle.h"
+#include "platform/sql/odbc/odbc_worker.h"
 #include "platform/sql/translator/translate.h"
 
 namespace kaunter::sql {
@@ -44,7 +45,8 @@ class OdbcSession {
   void Rollback();
   bool InTransaction() const { return in_transaction_; }
 
-  // True once the connection is known to be gone; every later call throws 10054 and says so.
+  // True once the connection is known to be gone; every later call throws 10054 and says so. A
+  // transaction that was open counts as open until it is rolled back.
   bool Lost() const { return lost_; }
   const std::string& dbms() const { return dbms_; }
   const std::string& source() const { return source_; }  // for messages
@@ -55,20 +57,22 @@ class OdbcSession {
   void ReadDbms();
   void ProbeTexts();
   bool ComesBack(std::string_view probe);
-  SQLRETURN Execute(const OdbcHandle& statement, std::string_view sql) const;
-  SQLRETURN ExecDirect(const OdbcHandle& statement, std::string_view sql) const;
+  SQLRETURN Execute(const OdbcHandle& statement, std::string_view sql);
+  SQLRETURN MoreResults(const OdbcHandle& statement);
+  SQLRETURN EndTransaction(SQLSMALLINT how);
   OdbcOutcome Drain(const OdbcHandle& statement, SQLRETURN result, bool want_rows,
                     const std::vector<ResultColumn>& known);
   SQLRETURN SetAutocommit(bool on);
   void RequireAlive() const;
   bool IsDead(const std::vector<OdbcDiagnostic>& records) const;
   void GiveUp();
-  [[noreturn]] void ThrowLost(std::string_view doing, const std::string& reason);
+  [[noreturn]] void ThrowLost(std::string_view when, const std::string& reason);
   // Throws for SQL_ERROR and the like; success with information passes.
   void Check(SQLRETURN result, const OdbcHandle& handle);
 
   std::string name_;
   std::string source_;  // for messages
+  OdbcWorker worker_;
   OdbcHandle environment_;
   OdbcHandle link_;
   OdbcHandle spare_;  // a statement between two runs; none at first and behind a failure
