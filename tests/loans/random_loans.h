@@ -1,5 +1,6 @@
 // Random loans with random payment histories: on time, in part, over-paid, back-dated, extra
-// capital, late interest, top-ups, charges alone.
+// capital, late interest, top-ups, charges alone. A few are as large as a loan may be, have two
+// rows due on one day, or a row that was moved by hand before another.
 #pragma once
 
 #include <fmt/format.h>
@@ -9,6 +10,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/money.h"
 #include "tests/loans/rebuild_model.h"
@@ -103,6 +105,7 @@ inline model::StoredLoan DrawLoan(Random& random, std::string_view id, LoanSizes
   loan.scheme = schemes[random.Between(0, 5)];
   loan.special = random.OneIn(5);
   loan.amount = random.OneIn(2) ? random.Between(1, 500) * 10000 : random.Between(100, 5000000);
+  if (random.OneIn(12)) loan.amount = 9'999'999'999 - random.Between(0, 99);
   loan.rate4 = random.OneIn(3) ? random.Between(0, 480000) : 5000 * random.Between(0, 60);
   const model::Day first = {static_cast<int>(random.OneIn(10) ? 2100 : random.Between(2000, 2040)),
                             static_cast<int>(random.Between(1, 12)),
@@ -115,6 +118,15 @@ inline model::StoredLoan DrawLoan(Random& random, std::string_view id, LoanSizes
                                     : loan.amount / count + random.Between(0, loan.amount / 50 + 1);
   for (int i = 0; i < count; ++i) {
     loan.rows.push_back(DrawRow(random, loan, i + 1, model::MonthlyDue(first, i), i < grace));
+  }
+  if (count > 1 && random.OneIn(10)) {
+    // Rows are told by due date; on one day, by number.
+    const auto moved = static_cast<std::size_t>(random.Between(1, count - 1));
+    if (random.OneIn(2)) {
+      loan.rows[moved].due = loan.rows[moved - 1].due;
+    } else {
+      std::swap(loan.rows[moved].id, loan.rows[moved - 1].id);
+    }
   }
   if (loan.special && !random.OneIn(4)) {
     loan.backup = loan.rows;

@@ -113,7 +113,9 @@ class RebuildPropertyTest : public ::testing::Test {
     Sen interest = 0;
     Sen late = 150;
     std::string charges;
-    for (const Row& row : loan.rows) {
+    std::vector<Row> rows = loan.rows;
+    std::sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) { return a.id < b.id; });
+    for (const Row& row : rows) {
       interest += row.interest;
       text +=
           fmt::format("{} {} {} {} {} {} {} {} {} \n", row.id, Text(row.payable), Text(row.capital),
