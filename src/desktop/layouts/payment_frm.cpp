@@ -6,11 +6,11 @@ namespace {
 LayoutNode MoneyPage() {
   const LayoutNode money = Group({"Money", "款项"}, 1,
                                  {"PayAmt", "InstalAmt", "PayExtra", "IntAmt", "ChargeAmt",
-                                  "CollectorAmt", Beside({"Memo5", "DiscAmt"}), "MPayment"});
-  const LayoutNode how = Group(
-      {"How Paid", "付款方式"}, 1,
-      {"CollectInfoID", "Bank", "ChqNo", "ReceiptNo", "LampiranStatus",
-       Line({"SalesmanID", "SalesmanComm"}), Line({"TopAmt", "TopTerm"}), "TopUpAmt", "UserID"});
+                                  "CollectorAmt", Stacked({"Memo5", "DiscAmt"}), "MPayment"});
+  const LayoutNode how = Group({"How Paid", "付款方式"}, 1,
+                               {"CollectInfoID", "Bank", "ChqNo", "ReceiptNo", "LampiranStatus",
+                                Line({"SalesmanID", "SalesmanComm"}), Line({"TopAmt", "TopTerm"}),
+                                "TopUpAmt", Line({"UserID", "CompCode"})});
   const LayoutNode instalment =
       Group({"Instalment", "分期"}, 2,
             {"SchID", "LastDueDate", "IntDate", "NextDueDate", Wide("PayableAmt"),
@@ -33,8 +33,7 @@ Layout PaymentFrmLayout() {
           Down({Across({Title("ModeLBL"),
                         Inside("Identity",
                                Fields(1, {Wide(Line({"LoanID", "PayDate", "TotPay", "PayID"})),
-                                          Wide(Line({"CustName", "CustID", "CompCode",
-                                                     "PaymentStatus"}))}))},
+                                          Wide(Line({"CustName", "CustID", "PaymentStatus"}))}))},
                        {0, 1}),
                 Inside("Glance",
                        Across({Figures({"OldLoanBal", "DragIntType", "ActPayable", "NewLoanBal"}),
