@@ -81,11 +81,8 @@ void BatchLinkfrm::RetrieveAll() {
 }
 
 bool BatchLinkfrm::CheckDates() {
-  if (DateFrom.empty()) return Refuse(DateFrom, {"Date From is require"});
-  if (!IsDate(DateFrom.text())) return Refuse(DateFrom, {"Invalid Date"});
-  if (DateTo.empty()) return Refuse(DateTo, {"Date To is require"});
-  if (!IsDate(DateTo.text())) return Refuse(DateTo, {"Invalid Date"});
-  return true;
+  return RequireDate(session(), DateFrom, {"Date From is require"}, {"Invalid Date"}) &&
+         RequireDate(session(), DateTo, {"Date To is require"}, {"Invalid Date"});
 }
 
 void BatchLinkfrm::RetrieveByDate() {

@@ -25,7 +25,7 @@ DueDateFrm::DueDateFrm(Session& session, Desk& desk)
     : SessionScreen("DueDateFrm", {"Due Date Inquiry", "到期日询问"}, session, desk) {
   for (TextBox* box : {&DateFrom, &DateTo}) {
     box->max_length = kDateLength;
-    box->onLeave = [this, box] { LeaveDate(*box); };
+    box->onLeave = [this, box] { CheckDate(*box); };
   }
   CustID.max_length = LoanID.max_length = kKeyLength;
   OfferPicker(session, CustID, "CustPop", [this](const std::string& id) {
@@ -52,10 +52,6 @@ bool DueDateFrm::Read(const Caption& failed, const std::function<void()>& read) 
 
 bool DueDateFrm::CheckDate(TextBox& box) {
   return CheckDateBox(session(), box, {"Invalid date, Please Check!", "日期不正确，请检查！"});
-}
-
-void DueDateFrm::LeaveDate(TextBox& box) {
-  if (CheckDate(box)) box.SetMark(false);
 }
 
 std::string DueDateFrm::FindLoan(const std::string& typed) {

@@ -36,7 +36,6 @@ class DueDateFrm : public SessionScreen {
   Button CancelCmd{*this, "CancelCmd", {"&Close", "关闭(&C)"}, ButtonRole::cancel};
 
  private:
-  void LeaveDate(TextBox& box);
   void LeaveLoan();
   void LeaveCustomer();
   // The key that a typed text means; "" when there is none.

@@ -64,7 +64,7 @@ Invoicefrm::Invoicefrm(Session& session, Desk& desk)
     LoanID.SetText(Trim(LoanID.text()));
     if (!SameText(LoanID.text(), shown_loan_)) ShowLoan();
   };
-  TrxDate.onLeave = [this] { LeaveDate(); };
+  TrxDate.onLeave = [this] { CheckDateBox(this->session(), TrxDate); };
   ChargeAmt.onLeave = [this] { LeaveAmount(); };
   ChargeDesc.onLeave = [this] {
     ChargeDesc.SetText(ApplyCapLock(this->session(), ChargeDesc.text()));
@@ -202,12 +202,6 @@ bool Invoicefrm::ShowLoan() {
   return true;
 }
 
-void Invoicefrm::LeaveDate() {
-  TrxDate.SetText(Trim(TrxDate.text()));
-  if (!TrxDate.empty() && !CheckDate()) return;
-  TrxDate.SetMark(false);
-}
-
 void Invoicefrm::LeaveAmount() {
   ChargeAmt.SetText(Trim(ChargeAmt.text()));
   if (ChargeAmt.empty()) return;
@@ -230,11 +224,6 @@ bool Invoicefrm::MayChange(bool has_right) {
   const std::string& user = session().CurrentUserID;
   return Refuse({fmt::format("User {} Level not allow to edit or delete record", user),
                  fmt::format("用户 {} 的级别不可更改或删除记录", user)});
-}
-
-bool Invoicefrm::CheckDate() {
-  if (TrxDate.empty()) return Refuse(TrxDate, {"Date is required", "请输入日期"});
-  return IsDate(TrxDate.text()) || Refuse(TrxDate, kInvalidDate);
 }
 
 bool Invoicefrm::CheckAmount() {
@@ -273,7 +262,9 @@ bool Invoicefrm::Check() {
     return Refuse({"You are not allow to edit record", "您不可更改记录"});
   }
   if (!IsNew() && !MayChange(session().AllowEdit)) return false;
-  if (!CheckDate() || !CheckAmount()) return false;
+  if (!RequireDate(session(), TrxDate, {"Date is required", "请输入日期"}) || !CheckAmount()) {
+    return false;
+  }
   if (Trim(ChargeDesc.text()).empty()) {
     return Refuse(ChargeDesc, {"Description is required", "请输入说明"});
   }

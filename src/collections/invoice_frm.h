@@ -58,13 +58,11 @@ class Invoicefrm : public SessionScreen {
   void KeepAsStored(std::vector<Value> values);
   // Customer and company of LoanID. False when there is no such loan that the person may see.
   bool ShowLoan();
-  void LeaveDate();
   void LeaveAmount();
 
   bool Check();
   // The user's right, or a manager's word for it, once for as long as the record is shown.
   bool MayChange(bool has_right);
-  bool CheckDate();
   bool CheckAmount();
   bool CheckLoan();
   bool CheckLinkAccounts();

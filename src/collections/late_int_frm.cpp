@@ -21,23 +21,13 @@ LateIntfrm::LateIntfrm(Session& session, Desk& desk)
     : SessionScreen("LateIntfrm", {"Late Interest"}, session, desk) {
   LateIntDate.SetLocked(true);
   TrxDate.max_length = kDateLength;
-  TrxDate.onLeave = [this] {
-    TrxDate.SetText(Trim(TrxDate.text()));
-    if (!TrxDate.empty()) CheckDate();
-  };
+  TrxDate.onLeave = [this] { CheckDateBox(this->session(), TrxDate, {"Invalid Date"}); };
   SaveCmd.onClick = [this] { Process(); };
 }
 
 void LateIntfrm::Load() { ShowLastDate(); }
 
 void LateIntfrm::ShowLastDate() { LateIntDate.SetText(ShowDate(LastDate(main()))); }
-
-bool LateIntfrm::CheckDate() {
-  if (TrxDate.empty()) return Refuse(TrxDate, {"Date is required"});
-  if (!IsDate(TrxDate.text())) return Refuse(TrxDate, {"Invalid Date"});
-  TrxDate.SetMark(false);
-  return true;
-}
 
 bool LateIntfrm::Run(const std::function<void()>& work) {
   return Attempt("Late Interest", {"an error occur during process late interest charges"}, work);
@@ -49,7 +39,7 @@ void LateIntfrm::NoteDate(const std::string& date) {
 }
 
 void LateIntfrm::Process() {
-  if (!CheckDate()) return;
+  if (!RequireDate(session(), TrxDate, {"Date is required"}, {"Invalid Date"})) return;
   if (LastDate(main()).empty()) {
     const std::string before = ShowDate(DateTime::FromDisplay(TrxDate.text())->AddMonths(-1));
     if (!Confirm({fmt::format("Previous process date not found, Auto defauld to {}", before)})) {

@@ -20,7 +20,6 @@ class LateIntfrm : public SessionScreen {
   Button CancelCmd{*this, "CancelCmd", {"&Close"}, ButtonRole::cancel};
 
  private:
-  bool CheckDate();
   void ShowLastDate();
   void Process();
   // Notes a day as the one done last.

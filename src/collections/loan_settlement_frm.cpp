@@ -42,7 +42,7 @@ LoanSettlementfrm::LoanSettlementfrm(Session& session, Desk& desk)
     if (MayLeaveRecord(Typed())) LoadLoan(id);
   });
   LoanID.onLeave = [this] { LeaveKey(LoanID, shown_.LoanID, &LoanSettlementfrm::LoadLoan); };
-  PayDate.onLeave = [this] { LeaveDate(); };
+  PayDate.onLeave = [this] { CheckDateBox(this->session(), PayDate); };
   Payment.onLeave = [this] { LeavePayment(); };
   IntAmt.onLeave = [this] { LeaveForfeit(); };
   CmdQuote.onClick = [this] {
@@ -222,10 +222,6 @@ void LoanSettlementfrm::ShowPayments() {
 
 // --- what is typed
 
-void LoanSettlementfrm::LeaveDate() {
-  if (CheckDateBox(session(), PayDate)) PayDate.SetMark(false);
-}
-
 void LoanSettlementfrm::LeavePayment() {
   Payment.SetText(Trim(Payment.text()));
   if (Payment.empty()) {
@@ -264,8 +260,7 @@ bool LoanSettlementfrm::CheckForfeit() {
 
 bool LoanSettlementfrm::Check() {
   if (shown_.LoanID.empty()) return Refuse(LoanID, kLoanRequired);
-  if (PayDate.empty()) return Refuse(PayDate, {"Date is require", "请输入日期"});
-  if (!IsDate(PayDate.text())) return Refuse(PayDate, kInvalidDate);
+  if (!RequireDate(session(), PayDate, {"Date is require", "请输入日期"})) return false;
   if (IsAmount(Payment) && Sen(Payment).IsZero()) {
     return Refuse(Payment, {"Payment is require", "请输入付款额"});
   }

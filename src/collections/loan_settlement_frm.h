@@ -65,7 +65,6 @@ class LoanSettlementfrm : public SessionScreen {
   bool ShowSettlement(const std::string& id);
   void ShowPayments();
 
-  void LeaveDate();
   void LeavePayment();
   void LeaveForfeit();
   bool CheckPayment();

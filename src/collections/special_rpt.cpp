@@ -78,15 +78,14 @@ bool SpecialRpt::RequestClose() { return MayDiscard(CountOpen() > 0); }
 
 bool SpecialRpt::CheckRange() {
   if (!CheckDateBox(session(), DateFrom)) return false;
-  if (DateTo.empty()) return Refuse(DateTo, {"Date To is required", "请输入至日期"});
-  if (!IsDate(DateTo.text())) return Refuse(DateTo, kInvalidDate);
+  if (!RequireDate(session(), DateTo, {"Date To is required", "请输入至日期"})) return false;
   if (CompCode.empty()) return Refuse(CompCode, {"Company Code To is required", "请输入公司"});
   return true;
 }
 
 bool SpecialRpt::CheckPayDate() {
-  if (PayDate.empty()) return Refuse(PayDate, {"Payment Date is required", "请输入付款日期"});
-  if (!IsDate(PayDate.text())) return Refuse(PayDate, kInvalidDate);
+  if (!RequireDate(session(), PayDate, {"Payment Date is required", "请输入付款日期"}))
+    return false;
   if (PayDate.text() == allowed_day_) return true;
   if (IsHolidayBlocked(session(), desk(), PayDate.text(), true, true)) {
     FocusOn(PayDate);

@@ -18,6 +18,9 @@ inline const Caption kInvalidDate{"Invalid Date", "日期不正确"};
 // Takes the blanks off and passes what is empty or a date. Anything else is refused with `invalid`:
 // told, marked, and the focus comes back; false.
 bool CheckDateBox(Session& session, TextBox& box, const Caption& invalid = kInvalidDate);
+// The same of a box that must hold one: what is empty is refused with `required`.
+bool RequireDate(Session& session, TextBox& box, const Caption& required,
+                 const Caption& invalid = kInvalidDate);
 
 // Of a TextBox or a ComboBox.
 template <typename Box>
