@@ -1,5 +1,6 @@
 #include "app/catalogue.h"
 
+#include "app/menu_table.h"
 #include "collections/batch_link_frm.h"
 #include "collections/batch_list_frm.h"
 #include "collections/chq_ctrl_frm.h"
@@ -46,6 +47,10 @@ std::unique_ptr<Screen> Make(Session& session, Desk& desk) {
   return std::make_unique<T>(session, desk);
 }
 
+std::unique_ptr<Screen> MakeUserFrm(Session& session, Desk& desk) {
+  return std::make_unique<UserFrm>(session, desk, MenuTable());
+}
+
 struct Entry {
   std::string_view name;
   std::unique_ptr<Screen> (*make)(Session&, Desk&);
@@ -88,7 +93,7 @@ constexpr Entry kScreens[] = {
     {"SetupFrm", Make<SetupFrm>},
     {"SpecialRpt", Make<SpecialRpt>},
     {"UpdateSch", Make<UpdateSch>},
-    {"UserFrm", Make<UserFrm>},
+    {"UserFrm", MakeUserFrm},
     {"VerifyLedgerFrm", Make<VerifyLedgerFrm>},
 };
 // clang-format on

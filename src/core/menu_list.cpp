@@ -2,12 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 #include <stdexcept>
 
 #include "core/values.h"
+#include "screen/text.h"
 
 namespace kaunter {
 namespace {
@@ -63,6 +65,18 @@ std::vector<MenuListEntry> ReadMenuList(const std::string& folder) {
   return entries;
 }
 
+std::string ShownCaption(const MenuListEntry& entry, const std::vector<MenuEntry>& menu,
+                         bool chinese) {
+  const auto known = std::ranges::find_if(
+      menu, [&](const MenuEntry& candidate) { return SameText(candidate.name, entry.name); });
+  if (!chinese || known == menu.end() || WithoutMnemonic(known->caption.english) != entry.caption) {
+    return entry.caption;
+  }
+  std::string caption = known->caption.chinese;  // "顾客(&C)"
+  if (const auto letter = caption.find("(&"); letter != std::string::npos) caption.erase(letter, 4);
+  return caption;
+}
+
 void WriteMenuList(const std::string& folder, const std::vector<MenuEntry>& entries) {
   int number = 0;
   int file_number = 0;
@@ -82,9 +96,7 @@ void WriteMenuList(const std::string& folder, const std::vector<MenuEntry>& entr
       file.open(FileName(folder, ++file_number), std::ios::trunc);
       lines = 0;
     }
-    std::string caption = entry.caption.english;
-    std::erase(caption, '&');
-    file << entry.name << ',' << ++number << ',' << caption << '\n';
+    file << entry.name << ',' << ++number << ',' << WithoutMnemonic(entry.caption.english) << '\n';
     ++lines;
   }
   finish();

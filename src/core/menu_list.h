@@ -22,6 +22,9 @@ struct MenuListEntry {
 // Throws std::runtime_error that names the file and line: no end mark within 68 lines, or no three
 // fields.
 std::vector<MenuListEntry> ReadMenuList(const std::string& folder);
+// The caption for the eye: in Chinese the menu's own, unless the office gave the line other words.
+std::string ShownCaption(const MenuListEntry& entry, const std::vector<MenuEntry>& menu,
+                         bool chinese);
 // Writes the files anew, from the entries that need a right.
 void WriteMenuList(const std::string& folder, const std::vector<MenuEntry>& entries);
 // Writes them when the first is missing.

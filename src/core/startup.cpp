@@ -61,6 +61,7 @@ constexpr Announced kTables[] = {
     {"Power of Attorney", "OwnerMast"},
 };
 constexpr int kBarLength = 76;
+const Caption kConnecting{"Connecting", "正在连接"};
 
 // A new embedded file is made here and nowhere else, so that a mistyped name or a drive that is
 // away never turns into an empty office.
@@ -108,9 +109,14 @@ void MakeStandIns(const Session& session, const LocalSettings& local) {
   }
 }
 
+void Announce(const Session& session, ProgressBar& bar, std::string_view heading,
+              std::string_view step) {
+  bar.SetText(fmt::format("{}\n{} {}", heading, session.In(kConnecting), step));
+}
+
 void OpenTables(Session& session, ProgressBar& bar, const std::string& heading) {
   for (const Announced& announced : kTables) {
-    bar.SetText(fmt::format("{}\nConnecting {}", heading, announced.name));
+    Announce(session, bar, heading, announced.name);
     // The table answers or the start ends here; no row is read, so the step does not grow with
     // history.
     session.Main().Query(fmt::format("SELECT * FROM {} WHERE 1=0", announced.table));
@@ -119,7 +125,7 @@ void OpenTables(Session& session, ProgressBar& bar, const std::string& heading) 
       session.CompanyName = ScalarQuery(session.Main(), "SELECT CompanyName FROM CompanyProfile");
     }
   }
-  bar.SetText(fmt::format("{}\nConnecting Link Database", heading));
+  Announce(session, bar, heading, session.In({"Link Database", "连接数据库"}));
   bar.Step();
 }
 
@@ -179,7 +185,7 @@ void Connect(Session& session, Desk& desk) {
     Desk& desk;
     ~PointerBack() { desk.Hourglass(false); }
   } pointer_back{desk};
-  auto bar = desk.Progress("Connecting");
+  auto bar = desk.Progress(session.In(kConnecting));
   bar->SetRange(kBarLength);
   const std::string heading =
       fmt::format("MSSQL 2008 Express Database\n{}",
@@ -187,7 +193,7 @@ void Connect(Session& session, Desk& desk) {
   OpenTables(session, *bar, heading);
   FindPhotoFolder(session);
   RunConnectSequence(session, desk, [&](std::string_view step) {
-    bar->SetText(fmt::format("{}\nConnecting {}", heading, step));
+    Announce(session, *bar, heading, step);
     bar->Step();
   });
   bar->SetPosition(kBarLength);

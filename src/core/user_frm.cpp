@@ -38,13 +38,14 @@ bool FitsTimeMask(std::string_view text) {
 
 }  // namespace
 
-UserFrm::UserFrm(Session& session, Desk& desk)
+UserFrm::UserFrm(Session& session, Desk& desk, std::vector<MenuEntry> menu)
     : SessionScreen("UserFrm", {"User Management", "用户管理"}, session, desk),
       LS1(*this, "LS1", {"Menu entries", "功能"},
           {{{"Menu", "功能"}, Kind::text, 18},
            {{"Caption", "名称"}, Kind::text, 40},
            {{"No", "号码"}, Kind::integer, 6}},
           &MenuPage),
+      menu_(std::move(menu)),
       record_("UserMast", "UserID") {
   record_.Add(UserID)
       .Add(UserName)
@@ -106,7 +107,8 @@ void UserFrm::Load() {
   FillItems(CompCode, main(), "SELECT CompCode FROM CompMast ORDER BY CompCode");
   FillItems(UserRace, main(), "SELECT CustRaceID FROM CustRaceMast ORDER BY CustRaceID");
   for (const MenuListEntry& entry : ReadMenuList(session().AppPath)) {
-    LS1.AddRow({entry.name, entry.caption, std::to_string(entry.number)});
+    LS1.AddRow({entry.name, ShownCaption(entry, menu_, session().ChineseFlag),
+                std::to_string(entry.number)});
   }
   record_.Remember();
 }

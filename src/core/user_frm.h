@@ -2,7 +2,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "core/menu.h"
 #include "core/record.h"
 #include "core/session_screen.h"
 
@@ -10,7 +12,8 @@ namespace kaunter {
 
 class UserFrm : public SessionScreen {
  public:
-  UserFrm(Session& session, Desk& desk);
+  // `menu`: what the entries are called in Chinese.
+  UserFrm(Session& session, Desk& desk, std::vector<MenuEntry> menu);
 
   Tab Pages{*this, "Pages"};
   Frame UserPage{*this, "UserPage", {"User", "用户"}, &Pages};
@@ -86,6 +89,7 @@ class UserFrm : public SessionScreen {
   void Write();
   void Delete();
 
+  std::vector<MenuEntry> menu_;
   Record record_;
   std::string
       stored_hash_;  // of the loaded user; the password box shows it, and it is not hashed again

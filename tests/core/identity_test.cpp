@@ -51,6 +51,12 @@ TEST(MenuList, AFileEndsWithItsMarkOrIsRefusedWithItsName) {
   EXPECT_EQ(read[149].name, "Entry149Mnu");
   EXPECT_EQ(read[149].number, 150);
   EXPECT_EQ(read[149].caption, "Caption, with a comma 149");
+  // In Chinese the menu's caption, yet not in the place of words that the office wrote.
+  entries[149].caption.chinese = "名称(&C)...";
+  EXPECT_EQ(ShownCaption(read[149], entries, true), "名称...");
+  EXPECT_EQ(ShownCaption(read[149], entries, false), "Caption, with a comma 149");
+  EXPECT_EQ(ShownCaption({"entry149MNU", 150, "Own words"}, entries, true), "Own words");
+  EXPECT_EQ(ShownCaption({"Gone", 151, "Gone"}, entries, true), "Gone");
   for (const char* broken :
        {"NewCustMnu,1,New\nEditCustMnu,2\n[end],,\n", "NewCustMnu,1,New Customer\n",
         "NewCustMnu,-19999999999999999999999,New\n[end],,\n", ""}) {
