@@ -1,5 +1,6 @@
 #include "core/session_report.h"
 
+#include "core/data_access.h"
 #include "core/session.h"
 
 namespace kaunter {
@@ -9,6 +10,7 @@ ReportJob SessionReport(const Session& session, const std::string& file) {
   job.ReportFileName = session.AppPath + "/" + file;
   job.Connect = session.MainConn.get();
   job.PrintedBy = session.CurrentUserID;
+  job.Company = ScalarQuery(session.Main(), "SELECT CompanyName FROM CompanyProfile");
   return job;
 }
 

@@ -10,7 +10,8 @@ namespace kaunter {
 class Session;
 
 // A print of a report file of the program's folder, from the main connection, by the person who is
-// signed in. The screen adds its condition, title and parameters.
+// signed in, under the name of the office as it stands now. The screen adds its condition, title
+// and parameters, and another connection where the rows lie elsewhere.
 ReportJob SessionReport(const Session& session, const std::string& file);
 
 }  // namespace kaunter

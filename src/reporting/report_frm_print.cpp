@@ -193,8 +193,6 @@ bool ReportFrm::SetParameters() {
 }
 
 bool ReportFrm::Connect() {
-  // The databases of the audit and of the messages do not know whose office it is.
-  job_.Company = ScalarQuery(main(), "SELECT CompanyName FROM CompanyProfile");
   if (Is({"AuditLogs.rpt"})) {
     job_.Connect = session().LogsConn.get();
     return job_.Connect != nullptr ||

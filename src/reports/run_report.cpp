@@ -40,18 +40,10 @@ Recordset ReadRows(const ReportFile& file, const ReportJob& job, const std::stri
   }
 }
 
-// The office by its profile; a database of logs or of messages has none.
-std::string CompanyOf(const ReportJob& job) {
-  if (!job.Company.empty()) return job.Company;
-  return TableExists(*job.Connect, "CompanyProfile")
-             ? ScalarQuery(*job.Connect, "SELECT CompanyName FROM CompanyProfile")
-             : "";
-}
-
 ReportHeading HeadingOf(const ReportFile& file, const ReportJob& job,
                         const ReportParameters& parameters, const DateTime& now) {
   ReportHeading heading;
-  heading.company = CompanyOf(job);
+  heading.company = job.Company;
   // The plain listings hand over the company as their title.
   if (!SameText(Trim(job.ReportTitle), heading.company)) heading.subtitle = Trim(job.ReportTitle);
   heading.printed_at = file.words().Printed(Format(now, "dd-mm-yyyy hh:nn:ss"), job.PrintedBy);

@@ -19,7 +19,7 @@ struct ReportJob {
   std::map<int, std::string> ParameterFields;  // "<name>;<value>;True" by number
   ReportDestination Destination = ReportDestination::preview;
   std::string PrintedBy = {};  // who prints, for the foot; may be empty
-  std::string Company = {};    // above the title; "" for the one of the connection's database
+  std::string Company = {};    // above the title
 };
 
 }  // namespace kaunter

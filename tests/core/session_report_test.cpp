@@ -14,6 +14,9 @@ TEST(SessionReport, SaysWhoPrintsWhatFromWhere) {
   EXPECT_EQ(job.ReportFileName, office.folder.File("Reminder.rpt"));
   EXPECT_EQ(job.Connect, office.session.MainConn.get());
   EXPECT_EQ(job.PrintedBy, "AMY");
+  // The office may have taken another name since the start, on another desktop.
+  office.Run("UPDATE CompanyProfile SET CompanyName='Ros'' Holdings'");
+  EXPECT_EQ(SessionReport(office.session, "Reminder.rpt").Company, "Ros' Holdings");
   office.session.CurrentUserID = "BOSS";
   EXPECT_EQ(SessionReport(office.session, "Reminder.rpt").PrintedBy, "BOSS");
 }
