@@ -95,13 +95,14 @@ class Layout {
     }
     Text(kMargin, width, document_.title, 16, true, TextAlign::left, Tone::accent, 9);
     y_ += 10;
-    // What was selected stands there in full.
+    // What was selected stands there in full, on as many pages as it takes.
     for (const std::string& line : WrapText(heading_.subtitle, width - 1, kSmallPoints, false)) {
+      PageFor(kRowHeight);
       Text(kMargin, width, line, kSmallPoints, false, TextAlign::left, Tone::quiet);
       y_ += kRowHeight - 1;
     }
     if (!heading_.subtitle.empty()) y_ += 2;
-    y_ = std::max(y_, picture_bottom);
+    if (document_.pages.size() == 1) y_ = std::max(y_, picture_bottom);
     Fields();
     y_ += 4;
   }
@@ -112,6 +113,7 @@ class Layout {
     for (std::size_t i = 0; i < file_.fields.size(); ++i) {
       const ReportField& field = file_.fields[i];
       const double x = kMargin + (i % 2 == 0 ? 0 : half);
+      if (i % 2 == 0) PageFor(kRowHeight);
       Text(x, 34, Fill(field.label, field.line), kSmallPoints, false, TextAlign::left, Tone::quiet);
       Text(x + 34, half - 36, Fill(field.text, field.line), kSmallPoints, true);
       if (i % 2 == 1 || i + 1 == file_.fields.size()) y_ += kRowHeight + 0.4;
@@ -145,6 +147,11 @@ class Layout {
     y_ += ReportTable::kHeadHeight;
   }
 
+  // Above and below the table: a page that begins there has no table head.
+  void PageFor(double height) {
+    if (y_ + height > Bottom()) PageHead();
+  }
+
   // True when a new page was begun for it.
   bool Room(double height) {
     if (y_ + height <= Bottom()) return false;
@@ -158,11 +165,11 @@ class Layout {
       const std::vector<ChartBar> bars = ChartBars(chart, file_, texts_, rows_);
       const double height = ChartHeight(bars.size());
       if (below) y_ += 4;
-      if (y_ + height > Bottom()) PageHead();
+      PageFor(height);
       DrawChart(page(), kMargin, y_, Width(), Fill(chart.title, chart.line), bars);
       y_ += height;
     }
-    if (!below && y_ + 40 > Bottom()) PageHead();
+    if (!below) PageFor(40);
   }
 
   // --- the rows
@@ -249,10 +256,9 @@ class Layout {
     striped_ = false;
   }
 
-  // Stands under the table: a page that begins with it has no table head.
   void Quiet(const std::string& text) {
     for (const std::string& line : WrapText(text, Width() - 1, 8.5, false)) {
-      if (y_ + kRowHeight * 2 > Bottom()) PageHead();
+      PageFor(kRowHeight * 2);
       y_ += kRowHeight / 2;
       Text(kMargin, Width(), line, 8.5, false, TextAlign::left, Tone::quiet);
       y_ += kRowHeight / 2;

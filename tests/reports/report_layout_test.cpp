@@ -147,6 +147,30 @@ TEST(ReportLayout, ALongTableKeepsEveryRowInsideItsPages) {
   EXPECT_EQ(rows, 360);
 }
 
+// A selection of any length is told whole before the table begins, and above the feet.
+TEST(ReportLayout, ALongSelectionRunsOnToTheNextPage) {
+  const ReportFile file = ReportFile::Parse(kFile, "test.rpt");
+  for (int count = 30; count <= 1500; count += 10) {
+    ReportHeading heading;
+    std::string words;
+    for (int i = 0; i < count; ++i) words += " LOAN-" + std::to_string(10000 + i);
+    heading.subtitle = words.substr(1);
+    const ReportDocument document = LayOut(file, heading, Rows(1, 2024));
+    std::string told;
+    for (const ReportPage& page : document.pages) {
+      double last = 0;
+      for (const PageText& text : page.texts) {
+        const bool foot_line = text.y > document.height_mm - 16;
+        if (!foot_line) last = std::max(last, text.y + text.height);
+        if (text.text.starts_with("LOAN-") && text.text != heading.subtitle)
+          told += " " + text.text;
+      }
+      EXPECT_LE(last, document.height_mm - 23) << count;
+    }
+    EXPECT_EQ(told, words) << count;
+  }
+}
+
 TEST(ReportLayout, ANoteAloneOnItsPageHasNoTableHead) {
   ReportFile file =
       ReportFile::Parse(std::string(kFile) + "note \"Balances of today.\"\n", "t.rpt");
