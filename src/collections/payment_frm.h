@@ -224,6 +224,7 @@ class PaymentFrm : public SessionScreen {
   // These throw when another desktop has taken away what the write stands on.
   void RefuseStaleLoan(const Payment& payment);
   void RefuseStalePayment();
+  void RefuseTakenCheque(const Payment& payment);
   void WaiveLateCharges();
   void TellLinkedAccounts(const Payment& payment);
   void RemovePayment();

@@ -81,13 +81,17 @@ Payment PaymentFrm::Collected() const {
 }
 
 void PaymentFrm::Save() {
-  if (!CheckAll()) return;
-  desk().Beep();
-  if (IsDelete()) {
-    RemovePayment();
-  } else {
-    SavePayment();
+  const bool has_group = !LampiranStatus.empty();
+  if (CheckAll()) {
+    desk().Beep();
+    if (IsDelete()) {
+      RemovePayment();
+    } else {
+      SavePayment();
+    }
   }
+  // Not stored: the amounts may still change, and the group that a blank one stands for with them.
+  if (!has_group && SaveCmd.enabled()) LampiranStatus.Clear();
 }
 
 void PaymentFrm::SavePayment() {
@@ -125,6 +129,7 @@ bool PaymentFrm::WritePayment(Payment& payment) {
     const Hourglass busy(desk());
     Transaction transaction(main());
     RefuseStaleLoan(payment);
+    RefuseTakenCheque(payment);
     if (IsNew()) {
       CreatePayment(session(), payment);
     } else {
@@ -175,6 +180,16 @@ void PaymentFrm::RefuseStalePayment() {
   throw std::runtime_error(session().In(
       {fmt::format("Payment {} was changed meanwhile, Please load it again", loaded_payment_),
        fmt::format("付款 {} 已被更改，请重新载入", loaded_payment_)}));
+}
+
+// A cheque pays once, though two desktops typed it while it was free.
+void PaymentFrm::RefuseTakenCheque(const Payment& payment) {
+  if (payment.ChqNo.empty()) return;
+  const std::string taken_by =
+      ScalarQuery(main(), fmt::format("SELECT PayID FROM ChqMast WHERE LoanID={} AND ChqNo={}",
+                                      QuoteStr(payment.LoanID), QuoteStr(payment.ChqNo)));
+  if (taken_by.empty() || SameText(taken_by, payment.PayID)) return;
+  throw std::runtime_error(session().In(kChequeTaken));
 }
 
 void PaymentFrm::WaiveLateCharges() {

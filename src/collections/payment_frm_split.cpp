@@ -251,7 +251,7 @@ bool PaymentFrm::LeaveCheque() {
       if (!taken_by.empty() && !SameText(taken_by, loaded_payment_)) {
         ChqNo.Clear();
         checked_cheque_.clear();
-        return Refuse(ChqNo, {"Cheque, Cannot be reuse", "支票不可重用"});
+        return Refuse(ChqNo, kChequeTaken);
       }
       PayAmt.SetText(ShowMoney(cheque.Field("ChqAmt")));
       TotPay.SetText(PayAmt.text());

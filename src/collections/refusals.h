@@ -20,6 +20,7 @@ inline const Caption kBeforeLoanDate{"Payment date cannot eariler than loan date
                                      "付款日期不可早过贷款日期"};
 inline const Caption kAboveBalance{"Payment amount cannot more than loan balance amount",
                                    "付款额不可多过贷款结余"};
+inline const Caption kChequeTaken{"Cheque, Cannot be reuse", "支票不可重用"};
 // More than is open on the schedule of a flexi loan.
 Caption AboveOpen(Money limit);
 

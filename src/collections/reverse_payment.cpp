@@ -23,6 +23,16 @@ Money ToppedUp(const Payment& payment) {
   return InInstalments(payment) ? payment.TopTerm * payment.TopAmt : payment.TopUpAmt;
 }
 
+// Rows that a top-up made carry neither capital nor interest and are not of the schedule as it was
+// generated (extra capital may have cut those to nothing). A row of the loan's own schedule is
+// never lowered: no save ever raised it, and the rebuild that follows opens with the sum of
+// PayableAmt.
+std::string ThatATopUpMade(const std::string& loan_id) {
+  return " AND CapitalAmt=0 AND InterestAmt=0 AND SchID NOT IN (SELECT SchID FROM SchMast2 WHERE "
+         "LoanID=" +
+         loan_id + ")";
+}
+
 void FromLoan(Connection& main, const Payment& stored) {
   const std::string id = QuoteStr(stored.LoanID);
   const Recordset loan = main.Query(
@@ -44,7 +54,11 @@ void FromRow(Connection& main, const Payment& stored) {
   const Recordset row = main.Query(
       "Select Payment,IntChargeAmt,DragInt,DragIntPaid,IntAmt,PayableAmt from SchMast" + where);
   if (row.Eof()) return;
-  const Money payable = InInstalments(stored) ? Money() : stored.TopUpAmt;
+  const bool lowered =
+      !InInstalments(stored) && !stored.TopUpAmt.IsZero() &&
+      !main.Query("SELECT SchID FROM SchMast" + where + ThatATopUpMade(QuoteStr(stored.LoanID)))
+           .Eof();
+  const Money payable = lowered ? stored.TopUpAmt : Money();
   main.Execute(fmt::format(
       "Update SchMast set {},{},{},{},{},{}{}", Less(row, "Payment", stored.PayAmt),
       Less(row, "IntChargeAmt", stored.IntChargeAmt), Less(row, "DragInt", stored.DragInt),
@@ -52,16 +66,14 @@ void FromRow(Connection& main, const Payment& stored) {
       Less(row, "PayableAmt", payable), where));
 }
 
-// Rows that a top-up made carry neither capital nor interest. A row of the loan's own schedule is
-// never lowered here: no save ever raised it.
 void FromTopUpRows(Connection& main, const Payment& stored) {
   if (!InInstalments(stored)) return;
   const std::string id = QuoteStr(stored.LoanID);
   const std::int64_t first = CLng(StripCommaOrZero(stored.SchID));
   Recordset rows = main.Query(
       fmt::format("SELECT SchID,PayableAmt FROM SchMast WHERE LoanID={} AND SchID >={} AND SCHID "
-                  "<={} AND CapitalAmt=0 AND InterestAmt=0 ORDER BY SchID",
-                  id, first, first + stored.TopTerm - 1));
+                  "<={}{} ORDER BY SchID",
+                  id, first, first + stored.TopTerm - 1, ThatATopUpMade(id)));
   for (; !rows.Eof(); rows.MoveNext()) {
     const std::string where =
         fmt::format(" WHERE LoanID={} AND SchID={}", id, rows.Field("SchID").ToText());

@@ -230,6 +230,70 @@ TEST_F(PaymentSave, AReceiptNumberInUseStopsTheSave) {
   EXPECT_EQ(Lines("SELECT ReceiptNo FROM PaymentMast ORDER BY PayID"), "202401-0001\nBOOK 7\n");
 }
 
+// A top-up raises no row of the schedule, so its delete lowers none, and the balance is back.
+TEST_F(PaymentSave, ATopUpTakenBackLeavesScheduleAndBalanceAsTheyWere) {
+  const std::string rows = Lines("SELECT LoanID,SchID,PayableAmt FROM SchMast ORDER BY 1,2");
+  for (const char* terms : {"0", "2"}) {
+    auto screen = Typed();
+    Put(screen->TopUpAmt, "80");
+    Put(screen->TopAmt, "40");
+    Put(screen->TopTerm, terms);
+    Save(*screen);
+    Save(*Open("Delete Payment", {}, screen->PayID.text()));
+    EXPECT_EQ(Sums(), "1344 0 0 0\n") << terms;
+    EXPECT_EQ(Lines("SELECT LoanID,SchID,PayableAmt FROM SchMast ORDER BY 1,2"), rows);
+  }
+  // Rows that extra capital has cut to nothing are the loan's own, and come back with their sums.
+  auto topped = New(kFlexi);
+  Put(topped->PayDate, "10-01-2024");
+  Put(topped->TopAmt, "0.01");
+  Put(topped->TopTerm, "1");
+  Save(*topped);
+  const std::string extra = [&] {
+    auto screen = New(kFlexi);
+    Put(screen->PayDate, "11-01-2024");
+    Put(screen->PayAmt, "1200");
+    Put(screen->PayExtra, "1200");
+    Save(*screen);
+    return screen->PayID.text();
+  }();
+  EXPECT_EQ(Scalar("SELECT COUNT(*) FROM SchMast WHERE LoanID='HQ0001-002' AND PayableAmt=0"),
+            "12");
+  Save(*Open("Delete Payment", {}, topped->PayID.text()));
+  Save(*Open("Delete Payment", {}, extra));
+  EXPECT_EQ(Lines("SELECT LoanID,SchID,PayableAmt FROM SchMast ORDER BY 1,2"), rows);
+}
+
+TEST_F(PaymentSave, AChequePaysOnceThoughTwoDesktopsTypeIt) {
+  office.Run(
+      "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqBank,ChqAmt,PayID) VALUES "
+      "('HQ0001-001',1,'C1','MBB',100,'')");
+  auto slow = New();
+  Put(slow->PayDate, "31-01-2024");
+  Put(slow->ChqNo, "C1");
+  auto quick = New();
+  Put(quick->PayDate, "31-01-2024");
+  Put(quick->ChqNo, "C1");
+  Save(*quick);
+  Save(*slow);
+  EXPECT_EQ(LastMessage(),
+            "New Payment: An error occurs during saving payment\n0 - Cheque, Cannot be reuse");
+  EXPECT_EQ(slow->ChqNo.text() + " " + slow->PayAmt.text(), "C1 100.00");
+  EXPECT_EQ(Scalar("SELECT PayID FROM ChqMast"), "HQ0001-001-001");
+}
+
+TEST_F(PaymentSave, TheGroupFollowsTheBalanceThatIsStored) {
+  auto screen = New();
+  Put(screen->TotPay, "1344");
+  Save(*screen);
+  EXPECT_EQ(LastMessage(), "New Payment: Date is required");
+  EXPECT_EQ(screen->LampiranStatus.text(), "");
+  Put(screen->PayDate, "31-01-2024");
+  Put(screen->TotPay, "112");
+  Save(*screen);
+  EXPECT_EQ(Scalar("SELECT LampiranStatus FROM PaymentMast"), "PINJAMAN SEMASA");
+}
+
 TEST_F(PaymentSave, AnotherDesktopPaidWhileTheQuestionStood) {
   for (const std::string& loan : {kPersonal, kFlexi}) {
     auto screen = New(loan);

@@ -131,12 +131,13 @@ TEST_F(PaymentStore, ADeleteTakesBackEachAmountFromItsPlace) {
     const char* customer;
   };
   const std::vector<Case> cases = {
-      // The sum of the top-up comes off the balances and the row.
-      {"0", 0, "199.95 -23.1 48 4 3.5 1114.05 30\n", "-30.05 4.75 6.25 5 2.9 82\n", "2070.05 60\n"},
-      // One of the two alone is no instalment.
-      {"20", 0, "199.95 -23.1 48 4 3.5 1114.05 30\n", "-30.05 4.75 6.25 5 2.9 82\n",
+      // The sum of the top-up comes off the balances; no save has put it onto the row.
+      {"0", 0, "199.95 -23.1 48 4 3.5 1114.05 30\n", "-30.05 4.75 6.25 5 2.9 112\n",
        "2070.05 60\n"},
-      // Instalments: 2 x 20 off the balances, the row's own sum is kept.
+      // One of the two alone is no instalment.
+      {"20", 0, "199.95 -23.1 48 4 3.5 1114.05 30\n", "-30.05 4.75 6.25 5 2.9 112\n",
+       "2070.05 60\n"},
+      // Instalments: 2 x 20 off the balances.
       {"20", 2, "199.95 -23.1 48 4 3.5 1104.05 30\n", "-30.05 4.75 6.25 5 2.9 112\n",
        "2060.05 60\n"}};
   for (const Case& one : cases) {

@@ -1,0 +1,652 @@
+// A second model of the payment counter, for the test of random histories: the boxes of the screen
+// with what each does when it is left, the checks of a save in their order, and a customer's loans
+// with payments, charges, cheques and receipt numbers as they should stand behind it. Amounts in
+// whole sen, typed ones in ten-thousandths of a ringgit. The replay of the payments is that of
+// tests/loans/rebuild_model.h. Nothing is shared with src/.
+#pragma once
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "tests/loans/rebuild_model.h"
+
+namespace kaunter::counter {
+
+using model::Day;
+using model::Sen;
+
+inline std::string Iso(const Day& day) {
+  return fmt::format("{:04}-{:02}-{:02}", day.year, day.month, day.day);
+}
+inline std::string Dashed(const Day& day) {
+  return fmt::format("{:02}-{:02}-{:04}", day.day, day.month, day.year);
+}
+inline bool IsSunday(const Day& day) {
+  static constexpr int kMonths[] = {0, 3, 2, 5, 0, 3, 5, 1, 4, 6, 2, 4};
+  const int y = day.month < 3 ? day.year - 1 : day.year;
+  return (y + y / 4 - y / 100 + y / 400 + kMonths[day.month - 1] + day.day) % 7 == 0;
+}
+
+// "1,234.50"
+inline std::string Shown(Sen sen) {
+  std::string whole = std::to_string((sen < 0 ? -sen : sen) / 100);
+  for (int at = static_cast<int>(whole.size()) - 3; at > 0; at -= 3) {
+    whole.insert(static_cast<std::size_t>(at), ",");
+  }
+  return fmt::format("{}{}.{:02}", sen < 0 ? "-" : "", whole, (sen < 0 ? -sen : sen) % 100);
+}
+
+// What a clerk types into a box of an amount.
+struct Typed {
+  std::string text;
+  std::int64_t units = 0;  // ten-thousandths
+  bool number = true;      // or blank
+};
+
+struct Amount {
+  std::string text = "0.00";
+  std::int64_t units = 0;
+  bool number = true;
+
+  void Put(const Typed& typed) {
+    text = typed.text;
+    while (!text.empty() && text.front() == ' ') text.erase(0, 1);
+    while (!text.empty() && text.back() == ' ') text.pop_back();
+    units = typed.units;
+    number = typed.number;
+  }
+  void Show(Sen sen) { *this = {Shown(sen), sen * 100, true}; }
+  // As a column keeps it: half a sen away from zero. Letters count as nothing.
+  Sen sen() const {
+    if (!number) return 0;
+    return (units < 0 ? units - 50 : units + 50) / 100;
+  }
+};
+
+enum Box {
+  kTotal,
+  kPay,
+  kInstal,
+  kExtra,
+  kInterest,
+  kRefund,
+  kCollector,
+  kDiscount,
+  kMemo5,
+  kMultiple,
+  kCommission,
+  kTopAmt,
+  kTopTerm,
+  kTopUp,
+  kBoxes
+};
+
+struct Rule {
+  const char* invalid;
+  bool may_be_negative = false;
+};
+inline constexpr std::array<Rule, kBoxes> kRules = {{
+    {"Invalid Total Payment"},
+    {"Invalid Amount, Please check"},
+    {"Invalid Amount"},
+    {"Invalid Amount"},
+    {"Invalid Interest Payment, Please check", true},
+    {"Invalid Refund Deposit Amount, Please check"},
+    {"Invalid Collector Fee, Please check"},
+    {"Invalid Discount, Please check"},
+    {"Invalid Late Interest, Please check"},
+    {"Invalid data, Please check"},
+    {"Invalid Salesman Comm, Please check"},
+    {"Invalid Term"},
+    {"Invalid Term"},
+    {"Invalid Topup Loan Amount, Please check!"},
+}};
+
+struct Paid : model::Payment {
+  int row = 0;
+  Sen pay = 0;
+  Sen topup = 0;
+  Sen commission = 0;
+  std::string cheque, bank = "CASH", collect = "CASH", group, receipt;
+  Day last_due{}, next_due{};
+  Sen payable = 0, interest_open = 0, capital_open = 0;
+  bool changed = false;
+
+  // But for what each rebuild writes.
+  bool SameEntry(const Paid& other) const {
+    const auto entry = [](const Paid& p) {
+      return std::tie(p.id, p.date.year, p.date.month, p.date.day, p.row, p.pay, p.instalment,
+                      p.extra, p.late, p.charge, p.collector, p.discount, p.calculated, p.top,
+                      p.top_term, p.topup, p.cheque, p.bank, p.collect, p.group, p.receipt);
+    };
+    return entry(*this) == entry(other);
+  }
+};
+
+struct Charge {
+  std::string id;
+  Day date{};
+  Sen amount = 0, original = 0;
+  std::string type;
+};
+
+struct Cheque {
+  int seq = 0;
+  std::string no, bank, pay_id;
+  Sen amount = 0;
+  Day date{};
+};
+
+// What a deleted payment takes off the row that it was entered on; no rebuild puts it back.
+struct Reversed {
+  Sen interest = 0, capital = 0, collector = 0, late = 0;
+};
+
+struct Loan {
+  std::string id, type = "MONTH", group = "PINJAMAN SEMASA";
+  Day lent{};
+  Sen deposit = 0, drawn = 0, topup = 0;
+  model::StoredLoan ledger;
+  std::vector<Paid> paid;
+  std::vector<Charge> charges;
+  std::vector<Cheque> cheques;
+  int next = 1;          // serial of the next payment
+  bool counted = false;  // its counter has a row
+  Sen charged = 0, credited = 0;
+  std::map<int, Reversed> reversed;
+
+  bool flexi() const { return ledger.scheme != "0"; }
+  Paid* Find(const std::string& pay_id) {
+    for (Paid& one : paid) {
+      if (one.id == pay_id) return &one;
+    }
+    return nullptr;
+  }
+  Cheque* FindCheque(const std::string& no) {
+    for (Cheque& one : cheques) {
+      if (one.no == no) return &one;
+    }
+    return nullptr;
+  }
+  // Nothing open counts as the first row.
+  const model::Row& FirstOpen() const {
+    for (const model::Row& row : ledger.rows) {
+      if (row.payable != row.paid) return row;
+    }
+    return ledger.rows.front();
+  }
+  Sen Open() const {
+    Sen open = 0;
+    for (const model::Row& row : ledger.rows) {
+      open += row.capital + row.interest - row.capital_paid - row.interest_paid;
+    }
+    return open;
+  }
+  void SumCharges() {
+    charged = credited = 0;
+    for (const Charge& one : charges) {
+      if (one.type == "Batch Loan Interest") continue;
+      (one.amount > 0 ? charged : credited) += one.amount;
+    }
+  }
+  void Rebuild() {
+    std::sort(paid.begin(), paid.end(), [](const Paid& a, const Paid& b) { return a.id < b.id; });
+    ledger.payments.assign(paid.begin(), paid.end());
+    model::Replay(ledger).Run();
+    for (std::size_t i = 0; i < paid.size(); ++i) {
+      static_cast<model::Payment&>(paid[i]) = ledger.payments[i];
+    }
+    std::erase_if(charges, [](const Charge& one) { return one.type == "Payment"; });
+    for (const model::Payment& one : ledger.late_paid) {
+      charges.push_back({one.id, one.date, -one.late, 0, "Payment"});
+    }
+    SumCharges();
+    if (group == "PINJAMAN SEMASA" || group == "PINJAMAN SELESAI") {
+      group = ledger.balance == 0 ? "PINJAMAN SELESAI" : "PINJAMAN SEMASA";
+    }
+  }
+  // Rows that extra capital has cut and that no derivation brings back: each rebuild cuts anew.
+  bool CutAnew() const {
+    if (ledger.total_extra == 0) return false;
+    if (ledger.scheme != "1") return true;
+    if (ledger.special) return ledger.backup.size() < ledger.rows.size();
+    return ledger.grace_row_cut ||
+           std::any_of(ledger.rows.begin(), ledger.rows.end(),
+                       [](const model::Row& row) { return row.interest != 0 && row.capital == 0; });
+  }
+};
+
+struct Company {
+  std::vector<Loan> loans;
+  enum class Receipts { monthly, serial, dated } receipts = Receipts::monthly;
+  std::map<std::string, int> counters;
+  bool check_holiday = false;
+  Day holiday{};
+  bool may_edit = true, may_discount = true, special_user = false;
+
+  bool ReceiptTaken(const std::string& number, const std::string& but) const {
+    for (const Loan& loan : loans) {
+      for (const Paid& one : loan.paid) {
+        if (one.id != but && one.receipt == number) return true;
+      }
+    }
+    return false;
+  }
+  std::string NextReceipt(const Day& day) {
+    std::string prefix = "R", owner = "HQ";
+    if (receipts == Receipts::monthly) prefix = fmt::format("{:04}{:02}-", day.year, day.month);
+    if (receipts == Receipts::dated) {
+      prefix = fmt::format("{:02}{:02}{:02}-", day.year % 100, day.month, day.day);
+      owner = "ORHQ";
+    }
+    std::string number;
+    do {
+      number = fmt::format("{}{:04}", prefix, ++counters[owner + "#" + prefix]);
+    } while (ReceiptTaken(number, ""));
+    return number;
+  }
+};
+
+// What a press of the button must come to.
+struct Verdict {
+  enum class Kind { dead, refused, declined, stored } kind = Kind::dead;
+  std::string told;  // how the last message begins
+};
+
+// How the desk answers while it is pressed.
+struct Answers {
+  bool holiday = true, confirm = true, manager = false;
+};
+
+// The boxes of one open screen.
+struct Counter {
+  Company* company = nullptr;
+  std::string mode;
+  Loan* loan = nullptr;
+  bool enabled = false;
+  std::optional<Paid> loaded;  // as it was when it came on the screen
+  std::array<Amount, kBoxes> box;
+  Sen old_balance = 0, new_balance = 0, outstanding = 0, drawn = 0;
+  std::string split_total, date, checked_date, cheque, bank, collect, group, receipt;
+  Day paid_on{};
+  bool is_date = false;
+  std::optional<Day> waive_from;
+  bool signed_in = false;
+  std::string refused_for;
+  Paid entry;  // row, due dates, open amounts
+
+  bool is_new() const { return mode == "New Payment"; }
+  bool is_edit() const { return mode == "Edit Payment"; }
+  bool is_delete() const { return mode == "Delete Payment"; }
+  bool flexi() const { return loan->flexi(); }
+  bool Locked(Box which) const {
+    if (is_delete()) return true;
+    if (which == kTotal) return !is_new();
+    return (which == kInstal || which == kExtra) && !flexi();
+  }
+  std::string OwnID() const { return loaded ? loaded->id : std::string(); }
+
+  void Start(Company& in, std::string as) {
+    *this = {};
+    company = &in;
+    mode = std::move(as);
+    bank = collect = "CASH";
+    box[kMultiple].text = box[kTopTerm].text = "0";
+  }
+  // What is told of a loan that comes on the screen.
+  std::string OpenLoan(Loan& with) {
+    loan = &with;
+    old_balance = new_balance = with.ledger.balance;
+    outstanding = with.charged + with.credited;
+    drawn = company->special_user ? 0 : with.drawn;
+    const model::Row& row = with.FirstOpen();
+    entry.row = row.id;
+    entry.last_due = row.due;
+    entry.payable = row.payable;
+    entry.interest_open = row.interest - row.interest_paid;
+    entry.capital_open = row.capital - row.capital_paid;
+    entry.next_due = with.flexi() ? Following(row.due) : NextOf(row);
+    enabled = old_balance > 0;
+    return enabled ? "" : "Loan settled, cannot make payment";
+  }
+  void OpenPayment(Loan& with, const Paid& stored) {
+    loan = &with;
+    loaded = entry = stored;
+    enabled = true;
+    old_balance = is_edit() ? stored.old_balance : with.ledger.balance;
+    new_balance = is_edit() ? stored.new_balance : old_balance - stored.pay;
+    drawn = company->special_user ? 0 : with.drawn;
+    const Sen amounts[kBoxes] = {stored.pay + stored.late,
+                                 stored.pay,
+                                 stored.instalment,
+                                 stored.extra,
+                                 stored.late,
+                                 stored.charge,
+                                 stored.collector,
+                                 stored.discount,
+                                 stored.calculated,
+                                 0,
+                                 stored.commission,
+                                 stored.top,
+                                 0,
+                                 stored.topup};
+    for (int i = 0; i < kBoxes; ++i) box[static_cast<std::size_t>(i)].Show(amounts[i]);
+    box[kMultiple] = {"0", 0};
+    box[kTopTerm] = {std::to_string(stored.top_term), stored.top_term * 10000};
+    cheque = stored.cheque;
+    bank = stored.bank;
+    collect = stored.collect;
+    group = stored.group;
+    receipt = stored.receipt;
+    date = checked_date = Dashed(stored.date);
+    paid_on = stored.date;
+    is_date = true;
+  }
+
+  // --- boxes that are left; what is told
+
+  std::string Leave(Box which, const Typed& typed) {
+    Amount& amount = box[which];
+    amount.Put(typed);
+    if (amount.text.empty() && (which == kTotal || which == kPay)) amount.text = "0";
+    if (!Valid(which)) return kRules[which].invalid;
+    switch (which) {
+      case kTotal:
+        LeaveTotal();
+        return "";
+      case kPay:
+        if (box[kPay].sen() > old_balance) {
+          if (!flexi()) return "Payment cannot more than Payable Amount";
+          if (box[kPay].sen() > Limit()) return AboveLimit();
+        }
+        Spread();
+        return "";
+      case kInterest:
+        ShowTotal();
+        return "";
+      case kInstal:
+        if (amount.sen() > box[kPay].sen()) return "Installment cannot more than Payment Amount";
+        box[kExtra].Show(box[kPay].sen() - amount.sen());
+        return "";
+      case kExtra:
+        if (amount.sen() > box[kPay].sen()) return "Extra cannot more than Payment Amount";
+        box[kInstal].Show(box[kPay].sen() - amount.sen());
+        return "";
+      case kRefund:
+        return Refund();
+      case kMultiple:
+        return Multiple();
+      case kTopAmt:
+      case kTopTerm:
+        if (box[kTopAmt].text.empty() || box[kTopTerm].text.empty()) box[kTopUp].Show(0);
+        if (std::string told = TopTerm(); !told.empty()) return told;
+        ShowNewBalance();
+        return "";
+      default:
+        if (!amount.text.empty()) amount.Show(amount.sen());
+        return "";
+    }
+  }
+
+  std::string LeaveCheque(const std::string& no) {
+    const std::string before = cheque;
+    cheque = no;
+    if (no == before) return "";
+    const Cheque* found = loan->FindCheque(no);
+    if (found == nullptr) return "";
+    if (!found->pay_id.empty() && found->pay_id != OwnID()) {
+      cheque.clear();
+      return "Cheque, Cannot be reuse";
+    }
+    box[kPay].Show(found->amount);
+    bank = found->bank;
+    collect = "CHEQUE";
+    Spread();
+    return "";
+  }
+
+  void TypeDate(const std::string& text, const std::optional<Day>& day) {
+    date = text;
+    is_date = day.has_value();
+    if (day) paid_on = *day;
+  }
+  std::string LeaveDate(const Answers& answers) {
+    if (date.empty() || date == checked_date) return "";
+    waive_from.reset();
+    checked_date.clear();
+    if (!is_date) return "Invalid Date, Please check";
+    if (!model::NotBefore(paid_on, loan->lent)) {
+      return "Payment date cannot eariler than loan date";
+    }
+    if (company->check_holiday && !answers.holiday) {
+      if (IsSunday(paid_on) || paid_on == company->holiday) return "?";
+    }
+    waive_from = paid_on;
+    checked_date = date;
+    return "";
+  }
+
+  // --- the press of the button, up to the question
+
+  Verdict Press(const Answers& answers) {
+    if (!enabled) return {};
+    std::string told = Check(answers);
+    if (!told.empty()) return {Verdict::Kind::refused, told};
+    if (!answers.confirm) return {Verdict::Kind::declined, ""};
+    return {Verdict::Kind::stored, ""};
+  }
+
+  Sen Limit() const { return loan->Open() + (loaded ? loaded->pay : 0); }
+
+ private:
+  Day Following(const Day& due) const {
+    if (loan->type == "MONTH") return model::MonthlyDue(due, 1);
+    return model::PlusDays(due, loan->type == "WEEK" ? 7 : loan->type == "DAILY" ? 1 : 14);
+  }
+  Day NextOf(const model::Row& row) const {
+    for (const model::Row& other : loan->ledger.rows) {
+      if (other.id == row.id + 1) return other.due;
+    }
+    return row.due;
+  }
+  bool Valid(Box which) const {
+    const Amount& amount = box[which];
+    if (!amount.number) return false;
+    if ((which == kMultiple || which == kTopTerm) &&
+        amount.text.find_first_not_of("0123456789") != std::string::npos) {
+      return false;
+    }
+    return kRules[which].may_be_negative || amount.units >= 0;
+  }
+  void LeaveTotal() {
+    if (box[kTotal].text == split_total) return;
+    const Amount typed = box[kTotal];
+    const std::int64_t late = std::min(typed.units, outstanding * 100);
+    box[kInterest] = {"late", late, true};
+    box[kPay] = {"rest", typed.units - late, true};
+    Spread();
+    box[kTotal] = typed;
+    split_total = typed.text;
+  }
+  void Spread() {
+    const Sen pay = box[kPay].sen();
+    // A split by hand that still adds up stays.
+    if (!flexi() || box[kInstal].sen() + box[kExtra].sen() != pay) {
+      box[kInstal].Show(pay);
+      box[kExtra].Show(0);
+    }
+    ShowNewBalance();
+    ShowTotal();
+  }
+  void ShowNewBalance() {
+    if (!flexi()) new_balance = old_balance - box[kPay].sen() + box[kTopAmt].sen();
+  }
+  void ShowTotal() {
+    box[kTotal].Show(box[kPay].sen() + box[kInterest].sen());
+    split_total = box[kTotal].text;
+  }
+  std::string AboveLimit() const { return "Total payment cannot more than " + Shown(Limit()); }
+  std::string Refund() const {
+    const Sen refund = box[kRefund].sen();
+    Sen left = loan->deposit;
+    for (const Paid& one : loan->paid) {
+      if (one.id != OwnID()) left -= one.charge;
+    }
+    if (refund == 0 || refund <= left) return "";
+    if (left <= 0) return "This loan has no deposit or fully refunded";
+    return fmt::format("Refund Deposit cannot more than {} Deposit Amount, Please check",
+                       Shown(left));
+  }
+  std::string Multiple() const {
+    const auto ahead = static_cast<std::int64_t>(loan->ledger.rows.size()) - entry.row;
+    if (box[kMultiple].units == 0 || box[kMultiple].units <= ahead * 10000) return "";
+    return fmt::format("Cannot exceed {} payment", ahead);
+  }
+  std::string TopTerm() const {
+    if (!flexi() || box[kTopTerm].units <= 10000) return "";
+    return "Flexi Loan not allow to Topup more than 1 term";
+  }
+
+  std::string Check(const Answers& answers) {
+    const Sen pay = box[kPay].sen();
+    if (pay > 0 && drawn == 0) return "Loan not fully drawdown cannot make payment";
+    if (box[kDiscount].sen() > 0 && !company->may_discount) {
+      return "User AMY are not allow to save discount payment";
+    }
+    if (is_edit() && !company->may_edit && !signed_in) {
+      signed_in = answers.manager;
+      if (!signed_in) return "User AMY Level not allow to edit or delete payment record";
+    }
+    if (is_delete()) return "";
+    if (group.empty()) entry.group = new_balance > 0 ? "PINJAMAN SEMASA" : "PINJAMAN SELESAI";
+    for (int i = 0; i < kBoxes; ++i) {
+      if (i == kTotal && !is_new()) continue;
+      if (!Valid(static_cast<Box>(i))) return kRules[static_cast<std::size_t>(i)].invalid;
+    }
+    if (pay > old_balance) {
+      if (!flexi()) return "Payment amount cannot more than loan balance amount";
+      if (pay > Limit()) return AboveLimit();
+    }
+    if (box[kInstal].sen() + box[kExtra].sen() > pay) {
+      return "Instalment & Extra not tally with Payment Amount";
+    }
+    if (!is_date) return "Date is required";
+    bool nothing = true;
+    for (const Box which : {kInterest, kCollector, kPay, kRefund, kTopAmt, kExtra, kInstal}) {
+      if (box[which].sen() != 0) nothing = false;
+    }
+    if (nothing) return "No payment";
+    for (const std::string& told : {Refund(), Multiple(), TopTerm()}) {
+      if (!told.empty()) return told;
+    }
+    return LeaveDate(answers);
+  }
+
+ public:
+  std::string Stale() const {
+    return fmt::format("Payment {} was changed meanwhile, Please load it again", OwnID());
+  }
+
+  // --- the write; what is told of a failure
+
+  std::string Store() {
+    Paid made = entry;
+    made.pay = box[kPay].sen();
+    made.instalment = box[kInstal].sen();
+    made.extra = box[kExtra].sen();
+    made.late = box[kInterest].sen();
+    made.charge = box[kRefund].sen();
+    made.collector = box[kCollector].sen();
+    made.discount = box[kDiscount].sen();
+    made.calculated = box[kMemo5].sen();
+    made.top = box[kTopAmt].sen();
+    made.top_term = static_cast<int>(box[kTopTerm].units / 10000);
+    made.topup = box[kTopUp].sen();
+    made.cheque = cheque;
+    made.bank = bank;
+    made.collect = collect;
+    if (!group.empty()) made.group = group;
+    made.receipt = receipt;
+    made.date = paid_on;
+    const std::string failed = "An error occurs during saving payment\n";
+    if (is_new() && made.pay > loan->ledger.balance && !(flexi() && made.pay <= Limit())) {
+      return failed + "0 - Payment amount cannot more than loan balance amount";
+    }
+    Cheque* tied = loan->FindCheque(cheque);
+    if (tied != nullptr && !tied->pay_id.empty() && tied->pay_id != OwnID()) {
+      return failed + "0 - Cheque, Cannot be reuse";
+    }
+    Paid* stored = is_new() ? nullptr : loan->Find(loaded->id);
+    if (stored != nullptr && !stored->SameEntry(*loaded)) return failed + "0 - " + Stale();
+    if (!receipt.empty() && company->ReceiptTaken(receipt, OwnID())) {
+      return "Same Receipt No detected - " + receipt;
+    }
+    if (!is_new() && stored == nullptr) return failed;
+    made.changed = !is_new();
+    made.commission = is_new() ? box[kCommission].sen() : stored->commission;  // written once
+    if (is_new()) {
+      made.id = fmt::format("{}-{:03}", loan->id, loan->next++);
+      loan->counted = true;
+      if (receipt.empty()) made.receipt = company->NextReceipt(paid_on);
+      loan->paid.push_back(made);
+      if (waive_from) Waive();
+    } else {
+      made.id = loaded->id;
+      *stored = made;
+    }
+    for (Cheque& one : loan->cheques) {
+      if (one.pay_id == made.id) one.pay_id.clear();
+    }
+    if (tied != nullptr) {
+      tied->pay_id = made.id;
+      tied->date = paid_on;
+    }
+    loan->Rebuild();
+    enabled = false;
+    return "";
+  }
+
+  std::string Delete() {
+    const Paid before = *loaded;
+    const Paid* stored = loan->Find(before.id);
+    if (stored == nullptr || !stored->SameEntry(before)) {
+      loan->Rebuild();
+      return "an error occurs during deleting payment\n" + (stored == nullptr ? "" : Stale());
+    }
+    std::erase_if(loan->paid, [&](const Paid& one) { return one.id == before.id; });
+    for (Cheque& one : loan->cheques) {
+      if (one.pay_id == before.id) one.pay_id.clear();
+    }
+    loan->topup -= before.topup;
+    Reversed& off = loan->reversed[before.row];
+    off.interest -= before.interest_open;
+    off.capital -= before.capital_open;
+    off.collector -= before.collector;
+    off.late -= before.late;
+    loan->Rebuild();
+    enabled = false;
+    return "";
+  }
+
+ private:
+  // Late charges that the batch has posted for days after the payment, up to the next due date.
+  void Waive() {
+    for (Charge& one : loan->charges) {
+      if (one.type != "Batch" || one.amount <= 0 || model::NotBefore(*waive_from, one.date) ||
+          !model::NotBefore(entry.next_due, one.date)) {
+        continue;
+      }
+      one.original = one.amount;
+      one.amount = 0;
+    }
+  }
+};
+
+}  // namespace kaunter::counter
