@@ -8,6 +8,18 @@
 
 namespace kaunter {
 
+std::string FirstOpenRow(Connection& main, std::string_view loan_id) {
+  const Recordset rows =
+      main.Query("Select SchID, PayableAmt,Payment from SchMast where LoanID=" + QuoteStr(loan_id) +
+                 " order by DueDate");
+  if (rows.Eof()) return "";
+  Recordset row = rows;
+  for (; !row.Eof(); row.MoveNext()) {
+    if (Sen(row, "PayableAmt") != Sen(row, "Payment")) return row.Field("SchID").ToText();
+  }
+  return rows.Field("SchID").ToText();
+}
+
 std::optional<Instalment> ReadInstalment(Connection& main, std::string_view loan_id,
                                          std::string_view sch_id, const std::string& step_code) {
   const std::string loan = QuoteStr(loan_id);

@@ -24,6 +24,10 @@ struct Instalment {
   Money interest_open;
 };
 
+// The first row of the loan with something open, by due date; when there is none, the first row;
+// "" for a loan without a schedule.
+std::string FirstOpenRow(Connection& main, std::string_view loan_id);
+
 // The row as it is now; none: no such row. The next due date is that of the row behind it, or its
 // own when there is none; with `step_code`, the repayment code of a flexi loan that takes a new
 // payment, it is one step of the code on. Throws SqlError.

@@ -172,11 +172,11 @@ void PaymentFrm::FillLists() {
 
 void PaymentFrm::ClearScreen() {
   record_.Clear();
-  for (TextBox* box : {&TotPay, &CustName, &AltCode, &DragIntType, &ActPayable, &MPayment, &IntDate,
-                       &OutIntAmt, &OutDragAmt, &LoanTerm, &LoanType, &LoanAmt, &PayOutAmt,
-                       &InsRate, &LateChargePerDay, &OfferDays}) {
-    box->Clear();
-    box->SetMark(false);
+  for (Control* control : controls()) {
+    if (auto* box = dynamic_cast<TextBox*>(control)) {
+      box->Clear();
+      box->SetMark(false);
+    }
   }
   DragLoan.Clear();
   ChqNo.SetItems({});

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "collections/payment_frm.h"
+#include "collections/receipt_number.h"
 #include "collections/refusals.h"
 #include "core/amounts.h"
 #include "core/log.h"
@@ -244,7 +245,8 @@ void PaymentFrm::RemovePayment() {
     main().CommitTrans();
     deleted = true;
   } catch (const std::exception& failure) {
-    // No rollback of its own: the rebuild's transaction ends what is still open, and logs it.
+    // No rollback of its own: the rebuild's transaction ends what is still open.
+    LogRollback(session(), PaymentMode, failure);
     Refuse({fmt::format("an error occurs during deleting payment\n{}", failure.what()),
             fmt::format("删除付款时发生错误\n{}", failure.what())});
   }

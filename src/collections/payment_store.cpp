@@ -242,16 +242,4 @@ std::optional<Payment> ReadPayment(Connection& main, std::string_view pay_id) {
   return PaymentIn(row);
 }
 
-std::string FirstOpenRow(Connection& main, std::string_view loan_id) {
-  const Recordset rows =
-      main.Query("Select SchID, PayableAmt,Payment from SchMast where LoanID=" + QuoteStr(loan_id) +
-                 " order by DueDate");
-  if (rows.Eof()) return "";
-  Recordset row = rows;
-  for (; !row.Eof(); row.MoveNext()) {
-    if (Sen(row, "PayableAmt") != Sen(row, "Payment")) return row.Field("SchID").ToText();
-  }
-  return rows.Field("SchID").ToText();
-}
-
 }  // namespace kaunter

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -68,11 +67,6 @@ struct Payment {
   bool operator==(const Payment&) const = default;
 };
 
-// The receipt number typed belongs to another payment of the company. what() is the number.
-struct ReceiptConflict : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
 // Draws PayID and, when ReceiptNo is blank, the receipt number; inserts the row, ties the cheque to
 // it, writes the audit row. The payment is left as it was when it throws, so that the next attempt
 // draws anew. Throws ReceiptConflict, SqlError ("<LoanID> not found" when the loan is gone).
@@ -96,9 +90,5 @@ Payment PaymentIn(const Recordset& row);
 
 // The payment as it is stored; none: no such row. Throws SqlError.
 std::optional<Payment> ReadPayment(Connection& main, std::string_view pay_id);
-
-// The first row of the loan with something open, by due date; when there is none, the first row;
-// "" for a loan without a schedule.
-std::string FirstOpenRow(Connection& main, std::string_view loan_id);
 
 }  // namespace kaunter

@@ -1,6 +1,7 @@
 // The number on a receipt, unique within its company.
 #pragma once
 
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -34,5 +35,11 @@ std::string NextReceiptNo(Session& session, std::string_view comp_code, std::str
 // Another payment of the company bears the number.
 bool ReceiptTaken(Connection& main, std::string_view comp_code, std::string_view pay_id,
                   std::string_view receipt_no);
+
+// A receipt number that must be free belongs to another payment of the company. what() is the
+// number.
+struct ReceiptConflict : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
 
 }  // namespace kaunter

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include "collections/payment_store.h"
 #include "collections/receipt_number.h"
 #include "collections/renumber_receipts.h"
 #include "core/boxes.h"

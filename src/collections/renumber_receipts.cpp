@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "collections/payment_store.h"
 #include "collections/receipt_number.h"
 #include "core/sequences.h"
 #include "core/session.h"

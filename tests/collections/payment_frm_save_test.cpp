@@ -205,6 +205,8 @@ TEST_F(PaymentSave, AFailedDeleteKeepsThePaymentAndItsSums) {
     ASSERT_TRUE(screen->SaveCmd.enabled());
   }
   EXPECT_GT(at, 10);
+  EXPECT_NE(Log().find("Delete Payment - error Rollback 1105 - the disk is full"),
+            std::string::npos);
 }
 
 TEST_F(PaymentSave, AReceiptNumberInUseStopsTheSave) {

@@ -2,6 +2,7 @@
 // in payment_faults_test.cpp.
 #include "collections/payment_store.h"
 
+#include "collections/instalment.h"
 #include "core/new_office.h"
 #include "tests/collections/payment_office.h"
 
