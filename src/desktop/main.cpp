@@ -15,6 +15,7 @@
 #include "desktop/single_instance.h"
 #include "desktop/text.h"
 #include "desktop/theme.h"
+#include "desktop/today.h"
 #include "desktop/window_memory.h"
 
 namespace kaunter {
@@ -39,6 +40,7 @@ int RunDesktop(QApplication& qt, DesktopOptions options) {
   Application application(options.application, desk);
   desk.make = [&](std::string_view name) { return application.Make(name); };
   desk.chinese = [&] { return application.session().ChineseFlag; };
+  TakeTodayFrom(&application.session().clock);
   application.session().ChineseFlag = options.chinese;
   SpeakQtIn(options.chinese);
   std::unique_ptr<Photographer> photographer;

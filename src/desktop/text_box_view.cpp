@@ -13,6 +13,7 @@
 #include "desktop/icons.h"
 #include "desktop/text.h"
 #include "desktop/theme.h"
+#include "desktop/today.h"
 #include "desktop/typed_sum.h"
 
 namespace kaunter {
@@ -212,7 +213,7 @@ bool TextBoxView::StepDate(const QKeyEvent& event) {
   const bool on = event.key() == Qt::Key_Plus || event.key() == Qt::Key_Equal;
   if (!on && event.key() != Qt::Key_Minus) return false;
   QDate date = QDate::fromString(edit_->text(), kDateFormat).addDays(on ? 1 : -1);
-  if (on && edit_->text().isEmpty()) date = QDate::currentDate();
+  if (on && edit_->text().isEmpty()) date = Today();
   if (!date.isValid() || edit_->selectedText() != edit_->text()) return false;
   Act([&] { box_.Type(S(date.toString(kDateFormat))); });
   Refresh();
@@ -252,7 +253,7 @@ void TextBoxView::OpenCalendar() {
   calendar->setLocale(face().chinese() ? QLocale(QLocale::Chinese, QLocale::China)
                                        : QLocale(QLocale::English, QLocale::Malaysia));
   const QDate date = QDate::fromString(edit_->text(), kDateFormat);
-  if (date.isValid()) calendar->setSelectedDate(date);
+  calendar->setSelectedDate(date.isValid() ? date : Today());
   auto* layout = new QVBoxLayout(popup);
   layout->setContentsMargins(6, 6, 6, 6);
   layout->addWidget(calendar);

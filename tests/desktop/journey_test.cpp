@@ -16,7 +16,9 @@
 #include "desktop/desktop_desk.h"
 #include "desktop/look_check.h"
 #include "desktop/text.h"
+#include "desktop/today.h"
 #include "file_answer.h"
+#include "platform/clock.h"
 #include "test_screen.h"
 #include "tests/core/office.h"
 
@@ -171,10 +173,15 @@ TEST(JourneyTest, PlusAndMinusStepAWholeDateAndAreTextInOneThatIsTyped) {
   EXPECT_EQ(open.screen.PayDate.text(), "29-02-2024");
   open.Type("1-2-2026");
   EXPECT_EQ(open.screen.PayDate.text(), "1-2-2026");
+  // Today is the program's, also on a machine whose own clock goes another way.
+  Clock clock;
+  clock.Set({2024, 2, 29, 23, 59, 59});
+  TakeTodayFrom(&clock);
   open.screen.PayDate.SetText("");
   OpenScreen::Wait();
   open.Press(Qt::Key_Plus);
-  EXPECT_EQ(open.screen.PayDate.text(), S(QDate::currentDate().toString("dd-MM-yyyy")));
+  EXPECT_EQ(open.screen.PayDate.text(), "29-02-2024");
+  TakeTodayFrom(nullptr);
 }
 
 TEST(JourneyTest, ControlAndPageKeysTurnThePagesThatAreThere) {
