@@ -1,6 +1,8 @@
 #include "loans/rebuild.h"
 
+#include <algorithm>
 #include <optional>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -69,8 +71,15 @@ class StoredRows : public ReplayRows {
   std::vector<ReplayLine> OpenLines() override { return Read(QueryOpen()); }
 
   std::optional<ReplayLine> FirstOpenLine() override {
-    const Recordset rows = QueryOpen();
-    return rows.Eof() ? std::nullopt : std::optional(ReadLine(rows));
+    Recordset rows = QueryOpen();
+    if (rows.Eof()) return std::nullopt;
+    ReplayLine first = ReadLine(rows);
+    for (rows.MoveNext(); !rows.Eof() && ReplayDate(rows.Field("DueDate")) == first.DueDate;
+         rows.MoveNext()) {
+      const ReplayLine line = ReadLine(rows);
+      if (Earlier(line, first)) first = line;
+    }
+    return first;
   }
 
   void Derive(const ReplayLine& line, Money capital, Money interest, Money balance) override {
@@ -112,9 +121,16 @@ class StoredRows : public ReplayRows {
         loan_id_));
   }
 
+  // Rows due on one day go by their number. No server promises that, and one that turned them round
+  // from run to run would bring another truth each time.
+  static bool Earlier(const ReplayLine& a, const ReplayLine& b) {
+    return std::tie(a.DueDate, a.SchID) < std::tie(b.DueDate, b.SchID);
+  }
+
   static std::vector<ReplayLine> Read(Recordset rows) {
     std::vector<ReplayLine> lines;
     for (; !rows.Eof(); rows.MoveNext()) lines.push_back(ReadLine(rows));
+    std::sort(lines.begin(), lines.end(), Earlier);
     return lines;
   }
 

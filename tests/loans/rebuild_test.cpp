@@ -57,6 +57,21 @@ TEST_F(RebuildTest, APersonalLoanPaysInterestBeforeCapitalAndBackDatedPaymentsBy
   EXPECT_EQ(Lines("SELECT LoanBal,LastPaymentDate FROM LoanMast"), "1181.9 2024-02-01\n");
 }
 
+// The index is the one way to them that needs no sorting, and it tells them turned round.
+TEST_F(RebuildTest, RowsDueOnOneDayGoByTheirNumberHoweverTheServerTellsThem) {
+  MakeLoan(kId, LoanScheme::kPersonal, "1200", "12");
+  office.Run(
+      "UPDATE SchMast SET DueDate='2024-01-31' WHERE SchID <= 3;"
+      "CREATE INDEX ByDay ON SchMast (LoanID,DueDate,SchID DESC)");
+  ASSERT_EQ(Lines("SELECT TOP 1 SchID FROM SchMast WHERE LoanID='HQ0001-001' ORDER BY DueDate"),
+            "3\n");
+  Pay(kId + "-001", kId, "2024-02-01", "120");
+  Rebuild();
+  EXPECT_EQ(Row(1), "112 100 12 112 100 12 1232 0\n");
+  EXPECT_EQ(Row(2), "112 100 12 8 0 8 1224 0\n");
+  EXPECT_EQ(Row(3), "112 100 12 0 0 0 1224 0\n");
+}
+
 TEST_F(RebuildTest, TheGroupFollowsTheBalanceOnlyWhereItIsOneOfTheTwo) {
   MakeLoan(kId, LoanScheme::kPersonal, "1200", "12");
   Pay(kId + "-001", kId, "2024-02-01", "1344");
