@@ -137,6 +137,7 @@ constexpr const char* kStatements[] = {
     "select top 2 K from T",
     "select K from T order by Amt",
     "select K from T order by Due desc",
+    "select K from T order by case when K>0 then 0 end",  // all equal: by primary key
     "select K from T where K<>2 order by Name desc,K",
     "select sum(Amt),avg(Amt),avg(N),min(Name),max(Due),count(Name),count(distinct N) from T",
     "select upper(Name)+'x',count(*) from T where K<>2 group by upper(Name)+'x' order by 2,1",

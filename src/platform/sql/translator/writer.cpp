@@ -309,11 +309,8 @@ void Writer::WriteSelect(const Select& select, const std::vector<std::string_vie
       WriteCore(core, core_names, derived, collate, single);
     }
   }
-  if (select.order_by.empty()) {
-    OwnOrder(select);
-  } else {
-    WriteOrder(select);
-  }
+  WriteOrder(select);
+  OwnOrder(select);
   if (!compound && select.cores[0].nested == nullptr) WriteLimit(select.cores[0]);
 }
 

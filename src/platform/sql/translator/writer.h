@@ -42,7 +42,7 @@ class Writer {
   virtual void Collated(const Expr& expr, bool collate) = 0;
   // Behind a sort key; `key` is null for a column of a UNION.
   virtual void OrderDirection(const Expr* key, bool text_position, bool descending) = 0;
-  // Where a select says nothing about the order of its rows.
+  // Behind the order that a select names, or where it names none.
   virtual void OwnOrder(const Select&) {}
   // Writes a comparison with a sum or difference in a way of its own; false: it has none.
   virtual bool SumComparison(const Expr&) { return false; }

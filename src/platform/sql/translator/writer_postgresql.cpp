@@ -75,7 +75,8 @@ void PostgresWriter::OrderDirection(const Expr* key, bool, bool descending) {
 }
 
 // SQL Server keeps the rows of a table in the order of its primary key, and statements that name no
-// order (or take the TOP of none) show that one. Here a row moves with each change of it.
+// order (or take the TOP of none) show that one, as do rows that are equal in the order that is
+// named. Here a row moves with each change of it.
 void PostgresWriter::OwnOrder(const Select& select) {
   const SelectCore& core = select.cores.front();
   const bool whole =
@@ -87,7 +88,7 @@ void PostgresWriter::OwnOrder(const Select& select) {
   }
   const Source& first = *core.sources.front();
   if (first.table == nullptr || first.system) return;
-  const char* separator = " ORDER BY ";
+  const char* separator = select.order_by.empty() ? " ORDER BY " : ", ";
   for (const std::string& key : first.table->primary_key) {
     out_ += separator;
     separator = ", ";
