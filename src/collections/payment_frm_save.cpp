@@ -155,12 +155,12 @@ bool PaymentFrm::WritePayment(Payment& payment) {
   }
 }
 
-// Another desktop may have taken a payment of the same loan, or closed it, while this one was
-// typed. A loan that is gone is told by the write itself.
+// Another desktop may have taken a payment of the same loan, closed it or deleted it while this one
+// was typed.
 void PaymentFrm::RefuseStaleLoan(const Payment& payment) {
   const Recordset loan = main().Query("SELECT LoanStatus,LoanBal FROM LoanMast WHERE LoanID=" +
                                       QuoteStr(payment.LoanID));
-  if (loan.Eof()) return;
+  if (loan.Eof()) throw std::runtime_error(session().In(LoanNotFound(payment.LoanID)));
   const std::string status = NullToEmpty(loan.Field("LoanStatus"));
   if (!SameText(status, "ACTIVE")) throw std::runtime_error(session().In(NoPaymentFor(status)));
   // A change is measured by the balance on its row.

@@ -334,7 +334,7 @@ TEST_F(PaymentSave, AnotherDesktopChangedLoanOrPaymentWhileTheQuestionStood) {
            {"Edit Payment", kClosed, "0 - No payment for BAD DEBT loan"},
            {"Delete Payment", kClosed, "No payment for BAD DEBT loan"},
            {"New Payment", "UPDATE LoanMast SET LoanID='gone' WHERE LoanID='HQ0001-001'",
-            "50000 - HQ0001-001 not found"},
+            "0 - Loan ID HQ0001-001 not found"},
            {"Edit Payment", kChanged, kChangedTold},
            {"Delete Payment", kChanged, kChangedTold},
            {"Edit Payment", "DELETE FROM PaymentMast", "50000 - HQ0001-001-001 not found"},
