@@ -55,13 +55,13 @@ bool DueDateFrm::CheckDate(TextBox& box) {
 }
 
 std::string DueDateFrm::FindLoan(const std::string& typed) {
-  const std::string x = QuoteStr(typed);
+  const std::string key = QuoteStr(typed);
   for (const std::string& sql :
-       {"SELECT LoanID FROM LoanMast WHERE LoanID=" + x,
-        "SELECT LoanID FROM LoanMast WHERE OldLoanCode=" + x,
+       {"SELECT LoanID FROM LoanMast WHERE LoanID=" + key,
+        "SELECT LoanID FROM LoanMast WHERE OldLoanCode=" + key,
         "SELECT l.LoanID FROM CustMast as c INNER JOIN LoanMast as l ON c.CustID=l.CustID WHERE "
         "c.CustNIC=" +
-            x}) {
+            key}) {
     // Old codes and persons may be known to several companies: the first loan that is this person's
     // business counts.
     for (Recordset rows = main().Query(sql); !rows.Eof(); rows.MoveNext()) {
@@ -75,13 +75,13 @@ std::string DueDateFrm::FindLoan(const std::string& typed) {
 }
 
 std::string DueDateFrm::FindCustomer(const std::string& typed) {
-  const std::string x = QuoteStr(typed);
+  const std::string key = QuoteStr(typed);
   for (const std::string& sql :
-       {"SELECT CustID FROM CustMast WHERE CustID=" + x,
+       {"SELECT CustID FROM CustMast WHERE CustID=" + key,
         "SELECT c.CustID FROM CustMast as c INNER JOIN LoanMast as l ON c.CustID=l.CustID WHERE "
         "l.OldLoanCode=" +
-            x,
-        "SELECT CustID FROM CustMast WHERE CustNIC=" + x}) {
+            key,
+        "SELECT CustID FROM CustMast WHERE CustNIC=" + key}) {
     const std::string id = ScalarQuery(main(), sql);
     if (!id.empty()) return id;
   }
@@ -149,13 +149,14 @@ bool DueDateFrm::CheckKeys() {
 }
 
 std::string DueDateFrm::Filter() const {
+  // Nothing asked for, nothing listed.
   if (DateFrom.empty() && DateTo.empty() && CustID.empty() && LoanID.empty()) return " WHERE 1=2";
   std::string filter = " WHERE h.PayableAmt-h.Payment > 0 ";
   if (!CustID.empty()) filter += " AND h.CustID=" + QuoteStr(CustID.text());
   if (!LoanID.empty()) filter += " AND h.LoanID=" + QuoteStr(LoanID.text());
   if (!DateFrom.empty()) filter += " AND h.DueDate >= " + SqlDate(DateFrom.text());
   if (!DateTo.empty()) filter += " AND h.DueDate <= " + SqlDate(DateTo.text());
-  // The home company alone, whatever else the person may see.
+  // Below an administrator the home company alone, whatever else the person may see.
   if (session().CurrentLevel < 4) {
     filter += " AND l.CompCode=" + QuoteStr(session().CurrentCompCode);
   }

@@ -77,6 +77,8 @@ class FollowupFrm : public SessionScreen {
 
   bool Check();
   void Save();
+  // The call, then its next date on the loan. `recorded` is set once the call is stored: what fails
+  // behind that does not take it back.
   void Store(bool& recorded);
 
   // The page of calls due that ends with row `limit_from`.

@@ -15,9 +15,10 @@ constexpr int kFirstYear = 2000;  // dates of an earlier year show as none
 
 const Caption kSaveFailed = {"an error occur during saving holiday", "储存假期时发生错误"};
 
+// Of a date as it is shown.
 std::string YearOf(std::string_view date) { return std::string(date.substr(date.size() - 4)); }
 
-std::string DaysOf(const std::string& year) {
+std::string InYear(const std::string& year) {
   return fmt::format("HolidayDate >= {} AND HolidayDate <= {}", SqlDate("01-01-" + year),
                      SqlDate("31-12-" + year));
 }
@@ -25,6 +26,12 @@ std::string DaysOf(const std::string& year) {
 bool IsHoliday(Connection& main, const std::string& date) {
   return !main.Query("SELECT HolidayDate FROM HolidayMast WHERE HolidayDate=" + SqlDate(date))
               .Eof();
+}
+
+void InsertHoliday(const Session& session, const std::string& date, const std::string& name) {
+  session.Main().Execute(
+      fmt::format("INSERT INTO HolidayMast (HolidayDate,HolidayName,UserID) VALUES ({},{},{})",
+                  SqlDate(date), QuoteStr(name), QuoteStr(session.CurrentUserID)));
 }
 
 }  // namespace
@@ -35,11 +42,7 @@ HolidayFrm::HolidayFrm(Session& session, Desk& desk)
     : SessionScreen("HolidayFrm", {"Holiday", "公共假期"}, session, desk) {
   HolidayYear.onPick = [this] { List(HolidayYear.text()); };
   DG.onOpen = [this](int row, int) { Edit(row); };
-  SaveCmd.onClick = [this] {
-    HolidayModifyFrm dialog(this->session(), this->desk(), {});
-    this->desk().ShowModal(dialog);
-    List(dialog.saved_year().empty() ? HolidayYear.text() : dialog.saved_year());
-  };
+  SaveCmd.onClick = [this] { Modify({}); };
   Command1.onClick = [this] { Edit(DG.current_row()); };
   CopyCmd.onClick = [this] { CopyToNextYear(); };
 }
@@ -56,7 +59,7 @@ void HolidayFrm::List(const std::string& year) {
   HolidayYear.SetItems({years.begin(), years.end()});
   HolidayYear.SetText(year);
   FillGrid(DG, main().Query("SELECT HolidayDate,HolidayName,UserID FROM HolidayMast WHERE " +
-                            DaysOf(year) + " ORDER BY HolidayDate"));
+                            InYear(year) + " ORDER BY HolidayDate"));
 }
 
 void HolidayFrm::Edit(int row) {
@@ -64,7 +67,11 @@ void HolidayFrm::Edit(int row) {
     Tell(MessageKind::critical, {"No amendment empty data", "不可更改空的资料"});
     return;
   }
-  HolidayModifyFrm dialog(session(), desk(), DG.Cell(row, 0));
+  Modify(DG.Cell(row, 0));
+}
+
+void HolidayFrm::Modify(const std::string& date) {
+  HolidayModifyFrm dialog(session(), desk(), date);
   desk().ShowModal(dialog);
   List(dialog.saved_year().empty() ? HolidayYear.text() : dialog.saved_year());
 }
@@ -87,15 +94,12 @@ void HolidayFrm::CopyToNextYear() {
   int copied = 0;
   const bool done = Attempt(fmt::format("Holiday {}", next), kSaveFailed, [&] {
     Recordset days = main().Query("SELECT HolidayDate,HolidayName FROM HolidayMast WHERE " +
-                                  DaysOf(year) + " ORDER BY HolidayDate");
+                                  InYear(year) + " ORDER BY HolidayDate");
     for (; !days.Eof(); days.MoveNext()) {
       // 29 February is no day of the next year.
       const std::string day = ShowDate(days.Field("HolidayDate")).substr(0, 6) + next;
       if (!IsDate(day) || IsHoliday(main(), day)) continue;
-      main().Execute(
-          fmt::format("INSERT INTO HolidayMast (HolidayDate,HolidayName,UserID) VALUES ({},{},{})",
-                      SqlDate(day), QuoteStr(NullToEmpty(days.Field("HolidayName"))),
-                      QuoteStr(session().CurrentUserID)));
+      InsertHoliday(session(), day, NullToEmpty(days.Field("HolidayName")));
       ++copied;
     }
   });
@@ -158,20 +162,16 @@ void HolidayModifyFrm::Save() {
     return;
   }
   HolidayName.SetMark(false);
-  const std::string day = SqlDate(HolidayDate.text());
-  const std::string name = QuoteStr(HolidayName.text());
-  const std::string user = QuoteStr(session().CurrentUserID);
   const bool saved = Attempt("Holiday " + HolidayDate.text(), kSaveFailed, [&] {
     if (IsNew()) {
-      main().Execute(
-          fmt::format("INSERT INTO HolidayMast (HolidayDate,HolidayName,UserID) VALUES ({},{},{})",
-                      day, name, user));
+      InsertHoliday(session(), HolidayDate.text(), HolidayName.text());
       return;
     }
     ExecuteOnRow(main(),
                  fmt::format("UPDATE HolidayMast SET HolidayDate={},HolidayName={},UserID={} WHERE "
                              "HolidayDate={}",
-                             day, name, user, SqlDate(date_)),
+                             SqlDate(HolidayDate.text()), QuoteStr(HolidayName.text()),
+                             QuoteStr(session().CurrentUserID), SqlDate(date_)),
                  date_);
   });
   if (!saved) return;

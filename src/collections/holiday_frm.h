@@ -32,6 +32,9 @@ class HolidayFrm : public SessionScreen {
   // Lists the year; the years to choose from follow what is stored.
   void List(const std::string& year);
   void Edit(int row);
+  // Opens the dialog for a holiday (dd-mm-yyyy), "" for a new one, and lists the year of what it
+  // saved.
+  void Modify(const std::string& date);
   void CopyToNextYear();
 };
 
@@ -59,7 +62,7 @@ class HolidayModifyFrm : public SessionScreen {
   void Delete();
 
   std::string date_;
-  std::string loaded_;
+  std::string loaded_;  // date and name as they were shown or saved last
   std::string saved_year_;
 };
 

@@ -15,8 +15,8 @@ struct Payment;
 // Throws SqlError.
 void TakeBackCommission(Connection& main, const Payment& stored);
 
-// Loan, schedule row, top-up rows, customer, and the commission once more: together with the delete
-// it comes off twice, which is wanted. Throws SqlError.
+// Loan, schedule row, top-up rows, customer and commission. DeletePayment takes the commission back
+// itself before: it comes off twice, which is wanted. Throws SqlError.
 void ReversePayment(Connection& main, const Payment& stored);
 
 }  // namespace kaunter

@@ -24,12 +24,12 @@ struct FirstRow {
   Money capital_open;
 };
 
-std::vector<std::string> RowsOf(Connection& main, const std::string& sql) {
-  std::vector<std::string> rows;
-  for (Recordset open = main.Query(sql); !open.Eof(); open.MoveNext()) {
-    rows.push_back(ShowInt(open.Field("SchID")));
+std::vector<std::string> ReadSchIDs(Connection& main, const std::string& sql) {
+  std::vector<std::string> ids;
+  for (Recordset rows = main.Query(sql); !rows.Eof(); rows.MoveNext()) {
+    ids.push_back(ShowInt(rows.Field("SchID")));
   }
-  return rows;
+  return ids;
 }
 
 FirstRow ReadFirstRow(Connection& main, const Settlement& settlement,
@@ -135,6 +135,7 @@ void MoveCustomerBalance(Connection& main, const std::string& cust_id, Money by)
       cust_id);
 }
 
+// The counter of a loan's payments stands under the loan's number, in a column named CustID.
 void LowerPaymentCounter(Connection& main, const std::string& loan_id) {
   const std::string id = QuoteStr(loan_id);
   const Recordset counter = main.Query("Select LoanNo from NumberMast where CustID=" + id);
@@ -156,9 +157,9 @@ void CreateSettlement(const Session& session, Settlement& settlement) {
                                          settlement.LoanID, ShowMoney(balance)));
   }
   const std::vector<std::string> open =
-      RowsOf(main, fmt::format("SELECT SchID from SchMast WHERE LoanID={} and PayableAmt <> "
-                               "Payment ORDER BY SchID",
-                               id));
+      ReadSchIDs(main, fmt::format("SELECT SchID from SchMast WHERE LoanID={} and PayableAmt <> "
+                                   "Payment ORDER BY SchID",
+                                   id));
   const FirstRow first = ReadFirstRow(main, settlement, open);
   settlement.SchID = first.SchID;
   // With no open row it stays as it was: no rebuild would put it right afterwards.
@@ -196,10 +197,10 @@ void DeleteSettlement(const Session& session, const Settlement& settlement) {
   // What was settled comes off from the last row backwards, so that the first one keeps the part
   // that was paid before. The rebuild has the last word on Payment, not on the other columns.
   Money rest = settlement.LoanBal;
-  for (const std::string& sch_id :
-       RowsOf(main, fmt::format("SELECT SchID from SchMast WHERE LoanID={} and SchID>={} ORDER BY "
-                                "SchID DESC",
-                                id, settlement.SchID))) {
+  for (const std::string& sch_id : ReadSchIDs(
+           main, fmt::format("SELECT SchID from SchMast WHERE LoanID={} and SchID>={} ORDER BY "
+                             "SchID DESC",
+                             id, settlement.SchID))) {
     ScheduleRow row = ReadRow(main, sch_id, settlement.LoanID, "Payment");
     const Money back = std::min(row.paid, rest);
     row.paid -= back;

@@ -42,7 +42,7 @@ class UpdateSch : public SessionScreen {
   void LeaveLoanID();
   void LoadLoan(std::string id);  // by value: the box it may come from is cleared
   bool FindCustomer(const std::string& id);
-  void List();
+  void List();  // the stored schedule
   void ClearScreen();
   void ClearEditing();
   void PickRow(int row);
@@ -50,15 +50,15 @@ class UpdateSch : public SessionScreen {
   bool Typed() const;
   bool CheckAmount();
   bool CheckDate();
-  void TakeRow();
+  void TakeRow();  // puts what was typed into the list; Save stores the list
   void Save();
   // False when it failed, which has then been told.
   bool Write();
   bool HasPayments() const;
 
-  LoanKey loaded_;  // empty while no loan is shown
-  int picked_ = -1;
-  bool changed_ = false;
+  LoanKey loaded_;        // empty while no loan is shown
+  int picked_ = -1;       // row of the list, -1 for none
+  bool changed_ = false;  // the list differs from what is stored
 };
 
 }  // namespace kaunter
