@@ -12,6 +12,7 @@
 //   not asked this of a loan without payments, whose schedule is as it was generated, nor of one
 //   on which extra capital has cut rows that no derivation brings back: there each rebuild comes to
 //   other rows.
+// A figure that breaks the rules of its neighbours is told alone, with what a rebuild writes there.
 #pragma once
 
 #include <functional>
@@ -30,7 +31,7 @@ struct LedgerFault {
   bool closed = false;
   Caption what;
   std::string stored;     // as shown
-  std::string should_be;  // as shown
+  std::string should_be;  // as shown: what a rebuild writes, where it can be foretold
 };
 
 struct LedgerProgress {

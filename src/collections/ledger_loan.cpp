@@ -109,16 +109,19 @@ class Check {
  public:
   explicit Check(const LedgerLoan& loan) : loan_(loan), rows_(loan.lines) {}
 
+  // A figure that differs from the replay is told with what a rebuild writes there. The identities
+  // say less: a wrong figure breaks those of its neighbours, too. They are asked where the replay
+  // has not settled every figure, and once more where it finds no fault.
   std::vector<LedgerFault> Run() {
-    CheckRows();
-    CheckBalances();
-    CheckTotals();
+    bool settled = false;
     try {
-      CheckReplay();
+      settled = CompareReplay();
     } catch (const std::runtime_error& failure) {
       // A row without a due date, an amount beyond all bounds: no rebuild comes through either.
       Expect({"The replay of the payments", "还款重算"}, failure.what(), "");
     }
+    CompareCharges();
+    if (!settled || faults_.empty()) CheckIdentities();
     return std::move(faults_);
   }
 
@@ -153,6 +156,12 @@ class Check {
 
   // --- of the stored figures alone
 
+  void CheckIdentities() {
+    CheckRows();
+    CheckBalances();
+    CheckLoan(loan_.lines);
+  }
+
   void CheckRows() {
     for (const LedgerLine& row : loan_.lines) {
       const ReplayLine& line = row.line;
@@ -174,12 +183,11 @@ class Check {
   }
 
   void CheckBalances() {
-    const Money last = HasPayments() ? loan_.payments.back().split.NewLoanBal : Opening();
-    if (HasPayments() || !loan_.lines.empty()) {
-      Expect(loan_.closed ? "CloseBal" : "LoanBal", loan_.closed ? loan_.CloseBal : loan_.LoanBal,
-             last);
+    if (HasPayments()) {
+      CheckBalance(loan_.payments.back().split.NewLoanBal);
+    } else if (!loan_.lines.empty()) {
+      CheckBalance(Opening());
     }
-    if (loan_.closed) Expect("LoanBal", loan_.LoanBal, Money());
     const LedgerPayment* before = nullptr;
     for (const LedgerPayment& stored : loan_.payments) {
       const ReplayPayment& payment = stored.payment;
@@ -196,16 +204,21 @@ class Check {
     }
   }
 
-  void CheckTotals() {
+  // A closed loan keeps its balance elsewhere.
+  void CheckBalance(Money balance) {
+    if (loan_.closed) Expect("CloseBal", loan_.CloseBal, balance);
+    Expect("LoanBal", loan_.LoanBal, loan_.closed ? Money() : balance);
+  }
+
+  // What the loan tells of its rows.
+  void CheckLoan(const std::vector<LedgerLine>& lines) {
     Money interest;
     const ReplayLine* open = nullptr;
-    for (const LedgerLine& row : loan_.lines) {
+    for (const LedgerLine& row : lines) {
       interest += row.line.InterestAmt;
       if (open == nullptr && row.line.Open()) open = &row.line;
     }
-    if (!loan_.lines.empty()) Expect("TotLoanInt", loan_.TotLoanInt, interest);
-    Expect("TotCollectorAmt", loan_.TotCollectorAmt, loan_.charged);
-    Expect("TotInt", loan_.TotInt, loan_.credited);
+    if (!lines.empty()) Expect("TotLoanInt", loan_.TotLoanInt, interest);
     if (open != nullptr && loan_.NextDueDate != open->DueDate) {
       Expect({"NextDueDate"}, Shown(loan_.NextDueDate), Shown(open->DueDate));
     }
@@ -213,7 +226,8 @@ class Check {
 
   // --- against the replay
 
-  void CheckReplay() {
+  // True when it has settled every figure.
+  bool CompareReplay() {
     const Money opening = Opening();
     rows_.Wipe(opening);
     LoanReplay replay(loan_.terms, opening, rows_);
@@ -227,14 +241,15 @@ class Check {
       splits.push_back(replay.Replay(stored.payment));
     }
     rows_.SumPayables();
+    const bool settled = HasPayments() && !Unsettled();
+    if (settled) CheckBalance(splits.back().NewLoanBal);
     CompareTotals(replay);
-    CompareCharges();
-    if (!HasPayments()) {
-      CompareUnpaidRows();
-    } else if (!Unsettled()) {
-      CompareRows();
-      for (std::size_t i = 0; i < splits.size(); ++i) ComparePayment(loan_.payments[i], splits[i]);
-    }
+    if (!HasPayments()) CompareUnpaidRows();
+    if (!settled) return false;
+    CheckLoan(rows_.lines());
+    CompareRows();
+    for (std::size_t i = 0; i < splits.size(); ++i) ComparePayment(loan_.payments[i], splits[i]);
+    return true;
   }
 
   // Extra capital has been paid, and the rows that it cuts are not brought back before the next
@@ -263,18 +278,27 @@ class Check {
     Expect({"LastPaymentNo"}, loan_.LastPaymentNo, totals.last_pay_id);
   }
 
-  // One negative charge for each payment of late interest, and no other.
+  // One negative charge for each payment of late interest, and no other; the loan's totals hold
+  // those beside all other charges.
   void CompareCharges() {
+    Money charged = loan_.charged;
+    Money credited = loan_.credited;
     std::map<std::string, Money> stored;
-    for (const LedgerCharge& charge : loan_.late_paid) stored[charge.ChargeID] = charge.ChargeAmt;
+    for (const LedgerCharge& charge : loan_.late_paid) {
+      stored[charge.ChargeID] = charge.ChargeAmt;
+      (charge.ChargeAmt > Money() ? charged : credited) -= charge.ChargeAmt;
+    }
     for (const LedgerPayment& paid : loan_.payments) {
       if (paid.payment.IntAmt <= Money()) continue;
+      credited -= paid.payment.IntAmt;
       const auto found = stored.find(paid.payment.PayID);
       ExpectCharge(paid.payment.PayID, found == stored.end() ? "" : Shown(found->second),
                    Shown(-paid.payment.IntAmt));
       if (found != stored.end()) stored.erase(found);
     }
     for (const auto& [id, amount] : stored) ExpectCharge(id, Shown(amount), "");
+    Expect("TotCollectorAmt", loan_.TotCollectorAmt, charged);
+    Expect("TotInt", loan_.TotInt, credited);
   }
   void ExpectCharge(const std::string& id, const std::string& stored,
                     const std::string& should_be) {

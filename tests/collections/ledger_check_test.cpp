@@ -58,6 +58,7 @@ TEST_F(LedgerCheckTest, SoundLoans) {
   EXPECT_EQ(Told(CheckLoan(main(), "C")), "");
 }
 
+// With what a rebuild writes there, and none of its neighbours that a rebuild leaves as they are.
 TEST_F(LedgerCheckTest, EachBrokenFigureIsTold) {
   MakePersonal();
   const struct {
@@ -65,22 +66,20 @@ TEST_F(LedgerCheckTest, EachBrokenFigureIsTold) {
     const char* told;
   } cases[] = {
       // Payment = CapitalPayment + InterestPayment, at most PayableAmt
-      {"UPDATE SchMast SET Payment=111 WHERE SchID=1",
-       "Row 1: Payment: 111.00 for 112.00\nNextDueDate: 31-03-2024 for 31-01-2024\n"},
+      {"UPDATE SchMast SET Payment=111 WHERE SchID=1", "Row 1: Payment: 111.00 for 112.00\n"},
       {"UPDATE SchMast SET Payment=113,CapitalPayment=101 WHERE SchID=1",
        "Row 1: Payment: 113.00 for 112.00\nRow 1: CapitalPayment: 101.00 for 100.00\n"},
       // interest before capital
       {"UPDATE SchMast SET CapitalPayment=45,InterestPayment=11 WHERE SchID=3",
-       "Row 3: InterestPayment: 11.00 for 12.00\nRow 3: CapitalPayment: 45.00 for 44.00\n"},
+       "Row 3: CapitalPayment: 45.00 for 44.00\nRow 3: InterestPayment: 11.00 for 12.00\n"},
       // the sum of InstalAmt
       {"UPDATE LoanMast SET TotPay=281", "TotPay: 281.00 for 280.00\n"},
       // the balance of the last payment
       {"UPDATE LoanMast SET LoanBal=1000", "LoanBal: 1,000.00 for 1,064.00\n"},
       {"UPDATE PaymentMast SET NewLoanBal=1065 WHERE PayID='P-002'",
-       "LoanBal: 1,064.00 for 1,065.00\nPayment P-002: NewLoanBal: 1,065.00 for 1,064.00\n"},
+       "Payment P-002: NewLoanBal: 1,065.00 for 1,064.00\n"},
       // where it opened, and how it fell
       {"UPDATE PaymentMast SET OldLoanBal=1,NewLoanBal=1-InstalAmt WHERE PayID='P-001'",
-       "Payment P-002: OldLoanBal: 1,232.00 for -111.00\n"
        "Payment P-001: OldLoanBal: 1.00 for 1,344.00\n"
        "Payment P-001: NewLoanBal: -111.00 for 1,232.00\n"},
       // the charges
@@ -88,8 +87,7 @@ TEST_F(LedgerCheckTest, EachBrokenFigureIsTold) {
       {"UPDATE LoanMast SET TotInt=0", "TotInt: 0.00 for -3.50\n"},
       {"UPDATE ChargeMast SET ChargeAmt=10 WHERE ChargeID='B'",
        "TotCollectorAmt: 9.00 for 10.00\n"},
-      {"DELETE FROM ChargeMast WHERE ChargeID='P-001'",
-       "TotInt: -3.50 for 0.00\nCharge P-001:  for -3.50\n"},
+      {"DELETE FROM ChargeMast WHERE ChargeID='P-001'", "Charge P-001:  for -3.50\n"},
       {"INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,PType) VALUES ('Z','P',0,'Payment')",
        "Charge Z: 0.00 for \n"},
       // the first row with something open
@@ -117,6 +115,8 @@ TEST_F(LedgerCheckTest, EachBrokenFigureIsTold) {
     main().BeginTrans();
     office.Run(c.break_it);
     EXPECT_EQ(Told(CheckLoan(main(), "P")), c.told);
+    EXPECT_TRUE(RebuildLoan(main(), "P").done);
+    EXPECT_EQ(Told(CheckLoan(main(), "P")), "");
     main().RollbackTrans();
   }
 }
