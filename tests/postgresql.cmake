@@ -1,5 +1,5 @@
-# The play scripts, eight desktops at once, the daily batch, and the same work on both engines compared row by row, on a
-# PostgreSQL server: script/test --engine postgresql starts one. Where there is none they are skipped.
+# On a PostgreSQL server: the play scripts, several desktops at once, the daily batch, a connection that is cut, and the
+# same work on both engines compared row by row. script/test --engine postgresql starts one; without it they are skipped.
 if(TARGET kaunter-play)
   get_property(all DIRECTORY PROPERTY TESTS)
   foreach(name ${all})
@@ -24,9 +24,18 @@ if(TARGET kaunter-play)
       -DOFFICE=${CMAKE_BINARY_DIR}/play-postgresql/eight-desktops -DNAME=eight_desktops
       -P ${CMAKE_CURRENT_SOURCE_DIR}/play/two_desktops.cmake)
   list(APPEND on_server postgresql-eight-desktops)
+  add_test(NAME postgresql-four-desktops-payments
+    COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play> -DCOUNT=24
+      -DOFFICE=${CMAKE_BINARY_DIR}/play-postgresql/four-desktops-payments -DNAME=four_desktops_payments
+      -DREPORTS=${CMAKE_SOURCE_DIR}/reports -P ${CMAKE_CURRENT_SOURCE_DIR}/play/four_desktops_payments.cmake)
+  list(APPEND on_server postgresql-four-desktops-payments)
   if(TARGET test_dailybatch)
     add_test(NAME postgresql-daily-batch COMMAND test_dailybatch --gtest_filter=Postgresql*)
     list(APPEND on_server postgresql-daily-batch)
+  endif()
+  if(TARGET test_collections)
+    add_test(NAME postgresql-cut-connection COMMAND test_collections --gtest_filter=PostgresqlCut*)
+    list(APPEND on_server postgresql-cut-connection)
   endif()
   add_test(NAME postgresql-same-rows COMMAND test_play --gtest_filter=*Postgresql*)
   list(APPEND on_server postgresql-same-rows)

@@ -52,7 +52,9 @@ class CounterDesk : public AgreeingDesk {
 
 class PaymentCounter : public ::testing::Test, protected LoanOffice {
  protected:
-  PaymentCounter() {
+  PaymentCounter() { Lend(); }
+
+  void Lend() {
     MakeLoan(kPersonal, LoanScheme::kPersonal, "1200", "12");
     MakeLoan(kFlexi, LoanScheme::kFlexi, "1200", "12");
     office.Run("UPDATE LoanMast SET PayOutAmt=1200,DepositAmt2=50,TotCollectorAmt=0,TotInt=0");

@@ -26,7 +26,9 @@ class AgreeingDesk : public SilentDesk {
 };
 
 struct LoanOffice {
-  LoanOffice() {
+  LoanOffice() { Begin(); }
+
+  void Begin() {
     office.session.CurrentLevel = 4;
     office.session.CurrentCompCode = "HQ";
     office.session.settings.TransLogs = false;

@@ -1,11 +1,15 @@
-# Four desktops take COUNT payments each on one embedded database at the same time: half of them on a loan of their own,
-# a quarter on a personal and a quarter on a flexi loan that all share. Each payment is stored once, or refused with a
-# message and taken again; no receipt number and no payment code stands twice, the counters are right, and the ledger is
-# what a further rebuild would make of it.
+# Four desktops take COUNT payments each at the same time, on one embedded database or on the PostgreSQL database NAME:
+# half of them on a loan of their own, a quarter on a personal and a quarter on a flexi loan that all share. Each payment
+# is stored once, or refused with a message and taken again; no receipt number and no payment code stands twice, the
+# counters are right, and the ledger is what a further rebuild would make of it.
 if(NOT COUNT)
   set(COUNT 40)
 endif()
 include(${CMAKE_CURRENT_LIST_DIR}/desktops.cmake)
+if(NAME)
+  include(${CMAKE_CURRENT_LIST_DIR}/database.cmake)
+  make_database(${NAME})
+endif()
 math(EXPR all "4 * ${COUNT}")
 math(EXPR own "${COUNT} / 2")
 set(personal HQ0001-005)

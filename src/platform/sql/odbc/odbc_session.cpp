@@ -284,7 +284,7 @@ void OdbcSession::Check(SQLRETURN result, const OdbcHandle& handle) {
   const std::vector<OdbcDiagnostic> records = ReadDiagnostics(handle, wide_);
   if (IsDead(records)) {
     ThrowLost(in_transaction_
-                  ? "in the middle of a save; nothing of it was stored"
+                  ? "while it stored something; nothing of that is kept"
                   : "at a statement; if it was to change something, look whether it did",
               JoinDiagnostics(records));
   }
