@@ -60,6 +60,7 @@ bool PaymentFrm::OpenLoan(const std::string& code) {
     return false;
   }
   SaveCmd.SetEnabled(true);
+  LeaveCheque();  // one typed before the loan brings its amount now
   return true;
 }
 
@@ -122,6 +123,9 @@ void PaymentFrm::StartAmounts() {
   SalesmanID.SetText("NIL");
   PaymentStatus.SetText("ACTIVE");
   UserID.SetText(session().CurrentUserID);
+  // A total or a cheque typed before the loan stands for nothing yet.
+  split_total_.clear();
+  checked_cheque_.clear();
 }
 
 void PaymentFrm::ShowInstalment() {

@@ -156,6 +156,38 @@ TEST_F(PaymentScreen, LateInterestIsPaidFirst) {
   EXPECT_EQ(Split(*screen), "101 101.00 0.00 30 1,243.00");
 }
 
+TEST_F(PaymentScreen, WhatWasTypedBeforeTheLoanIsLookedAtWithIt) {
+  office.Run(
+      "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqAmt,ChqBank,PayID) VALUES "
+      "('HQ0001-001',1,'C1',112,'MBB','HQ0001-001-009');"
+      "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqAmt,ChqBank,PayID) VALUES "
+      "('HQ0001-001',2,'C2',200,'RHB','')");
+  struct Case {
+    const char* total;
+    const char* cheque;
+    const char* split;  // with the loan, and the total typed again
+    const char* told;
+  };
+  for (const Case& one : std::initializer_list<Case>{
+           {"100", "", "100 100.00 0.00 0 1,244.00", ""},
+           {"", "C2", "200.00 200.00 0.00 0.00 1,144.00", ""},
+           {"", "C1", "0.00 0.00 0.00 0.00 1,344.00", "New Payment: Cheque, Cannot be reuse"}}) {
+    auto screen = Open("New Payment");
+    Put(screen->PayDate, "30-12-2023");  // before the loan was made
+    Put(screen->ReceiptNo, "BOOK 7");
+    if (*one.total != '\0') Put(screen->TotPay, one.total);
+    Put(screen->ChqNo, one.cheque);
+    Put(screen->LoanID, kPersonal);
+    EXPECT_EQ(LastMessage(), one.told);
+    if (*one.total != '\0') Put(screen->TotPay, one.total);
+    EXPECT_EQ(Split(*screen), one.split) << one.total << one.cheque;
+    EXPECT_EQ(screen->ReceiptNo.text(), "BOOK 7");
+    Put(screen->PayAmt, "1");
+    Save(*screen);
+    EXPECT_EQ(LastMessage(), "New Payment: Payment date cannot eariler than loan date");
+  }
+}
+
 TEST_F(PaymentScreen, APersonalLoanTakesNoMoreThanItsBalance) {
   auto screen = New();
   Put(screen->PayAmt, "1344.01");
