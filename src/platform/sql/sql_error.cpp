@@ -38,4 +38,10 @@ void Fail(int number, std::string_view words, std::string_view statement, std::s
   throw SqlError(number, fmt::format("{} ({}) in: {}", words, where, shown));
 }
 
+std::string VerbOf(std::string_view statement) {
+  constexpr std::size_t kLongest = 10;
+  const std::size_t blank = statement.find(' ');
+  return std::string(statement.substr(0, blank > kLongest ? 0 : blank));
+}
+
 }  // namespace kaunter::sql

@@ -1,4 +1,4 @@
-// How the translator refuses: SQL Server's number and words, with the statement and the place.
+// The words of a refusal: SQL Server's number and text, with the statement and the place.
 #pragma once
 
 #include <string>
@@ -12,5 +12,8 @@ namespace kaunter::sql {
 // itself, of a very long one the surroundings of the place.
 [[noreturn]] void Fail(int number, std::string_view words, std::string_view statement,
                        std::size_t place);
+
+// "INSERT" of "INSERT INTO ...", for "INSERT fails."; "" when it begins with no short word.
+std::string VerbOf(std::string_view statement);
 
 }  // namespace kaunter::sql

@@ -9,7 +9,9 @@
 
 #include "platform/sql/decimal.h"
 #include "platform/sql/odbc/odbc_postgresql_error.h"
+#include "platform/sql/odbc/odbc_text.h"
 #include "platform/sql/odbc/postgresql_functions.h"
+#include "platform/sql/sql_error.h"
 #include "platform/sql/translator/lexer.h"
 #include "platform/sql/translator/literal.h"
 
@@ -155,17 +157,6 @@ std::string_view ParameterType(const Parameter& parameter) {
   return "bpchar";
 }
 
-// Past a quoted text or name that begins at `at`.
-std::size_t QuoteEnd(std::string_view text, std::size_t at) {
-  const char mark = text[at];
-  for (++at; at < text.size(); ++at) {
-    if (text[at] != mark) continue;
-    if (at + 1 >= text.size() || text[at + 1] != mark) return at + 1;
-    ++at;
-  }
-  return at;
-}
-
 // One column of a table's description: name, type and marks, parted by tabs.
 CatalogueColumn ReadColumn(std::string_view line, std::map<int, std::string>* primary) {
   std::vector<std::string> fields;
@@ -220,26 +211,10 @@ const CatalogueTable* PostgresCatalogue::FindTable(std::string_view name) const 
 
 std::string WithPostgresLiterals(const Translated& step, const Shape& shape) {
   if (step.parameters.empty()) return step.text;
-  const std::string_view text = step.text;
-  std::string out;
-  out.reserve(text.size() + 64);
-  for (std::size_t at = 0; at < text.size();) {
-    if (text[at] == '\'' || text[at] == '"') {
-      const std::size_t end = QuoteEnd(text, at);
-      out += text.substr(at, end - at);
-      at = end;
-    } else if (text[at] == '$') {
-      std::size_t number = 0;
-      for (++at; at < text.size() && text[at] >= '0' && text[at] <= '9'; ++at) {
-        number = number * 10 + static_cast<std::size_t>(text[at] - '0');
-      }
-      const Parameter& parameter = step.parameters.at(number - 1);
-      AppendLiteral(out, shape.literals.at(parameter.literal), parameter, /*typed=*/true);
-    } else {
-      out += text[at++];
-    }
-  }
-  return out;
+  return WithParameters(step.text, '$', [&](std::size_t number, std::string& out) {
+    const Parameter& parameter = step.parameters.at(number - 1);
+    AppendLiteral(out, shape.literals.at(parameter.literal), parameter, /*typed=*/true);
+  });
 }
 
 PostgresDialect::PostgresDialect(OdbcSession& session, const Clock& clock)

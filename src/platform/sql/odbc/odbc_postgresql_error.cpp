@@ -61,12 +61,6 @@ SqlError FailedCheck(std::string_view words, const std::string& fails) {
 
 }  // namespace
 
-std::string VerbOf(std::string_view statement) {
-  const std::size_t blank = statement.find(' ');
-  return std::string(
-      statement.substr(0, blank == std::string_view::npos || blank > 10 ? 0 : blank));
-}
-
 SqlError PostgresFailure(const SqlError& error, const std::string& source, std::string_view verb) {
   const std::string_view all = error.what();
   const std::string words = ServerWords(all);

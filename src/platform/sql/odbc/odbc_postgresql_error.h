@@ -14,7 +14,4 @@ inline constexpr int kStalePlan = -1;
 // `error` as OdbcSession threw it, with the server's words in it. `verb`: "INSERT" ..., or "".
 SqlError PostgresFailure(const SqlError& error, const std::string& source, std::string_view verb);
 
-// "INSERT" of "INSERT INTO ..."; "" when the statement begins with no short word.
-std::string VerbOf(std::string_view statement);
-
 }  // namespace kaunter::sql

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/sql/odbc/odbc_text.h"
+#include "platform/sql/sql_error.h"
 #include "platform/sql/sqlite/sqlite_error.h"
 #include "platform/sql/sqlite/sqlite_literal.h"
 #include "platform/sql/sqlite/sqlite_statement.h"
@@ -119,22 +121,6 @@ SqlError Explained(const SqlError& error, const OdbcSession& session, const Cata
                        verb);
 }
 
-std::string VerbOf(const std::string& text) {
-  const std::size_t blank = text.find(' ');
-  return text.substr(0, blank == std::string::npos || blank > 10 ? 0 : blank);
-}
-
-// Past a quoted text or name that begins at `at`.
-std::size_t QuoteEnd(std::string_view text, std::size_t at) {
-  const char mark = text[at];
-  for (++at; at < text.size(); ++at) {
-    if (text[at] != mark) continue;
-    if (at + 1 >= text.size() || text[at + 1] != mark) return at + 1;
-    ++at;
-  }
-  return at;
-}
-
 }  // namespace
 
 const CatalogueTable* OdbcSqliteCatalogue::FindTable(std::string_view name) const {
@@ -175,27 +161,13 @@ const CatalogueTable* OdbcSqliteCatalogue::FindTable(std::string_view name) cons
 std::string WithLiterals(const Translated& step, const Shape& shape) {
   if (step.parameters.empty()) return step.text;
   static LiteralWriter writer;
-  const std::string_view text = step.text;
-  std::string out;
-  for (std::size_t at = 0; at < text.size();) {
-    if (text[at] == '\'' || text[at] == '"') {
-      const std::size_t end = QuoteEnd(text, at);
-      out += text.substr(at, end - at);
-      at = end;
-    } else if (text[at] == '?') {
-      std::size_t number = 0;
-      for (++at; at < text.size() && text[at] >= '0' && text[at] <= '9'; ++at) {
-        number = number * 10 + static_cast<std::size_t>(text[at] - '0');
-      }
-      const Parameter& parameter = step.parameters.at(number - 1);
-      const std::string literal = writer.Write(shape.literals.at(parameter.literal), parameter);
-      // A sign of its own must not run into the operator before it: a--1 is a comment.
-      out += literal.starts_with('-') ? " " + literal : literal;
-    } else {
-      out += text[at++];
-    }
-  }
-  return out;
+  return WithParameters(step.text, '?', [&](std::size_t number, std::string& out) {
+    const Parameter& parameter = step.parameters.at(number - 1);
+    const std::string literal = writer.Write(shape.literals.at(parameter.literal), parameter);
+    // A sign of its own must not run into the operator before it: a--1 is a comment.
+    if (literal.starts_with('-')) out += ' ';
+    out += literal;
+  });
 }
 
 void OdbcSqliteDialect::RunStatement(OdbcSession& session, const std::string& statement,

@@ -153,4 +153,27 @@ std::string MarkUnicodeTexts(std::string_view sql) {
   return out;
 }
 
+std::string WithParameters(
+    std::string_view sql, char mark,
+    const std::function<void(std::size_t number, std::string& out)>& append) {
+  std::string out;
+  out.reserve(sql.size() + 64);
+  for (std::size_t at = 0; at < sql.size();) {
+    if (sql[at] == '\'' || sql[at] == '"') {
+      const std::size_t end = EndOfQuoted(sql, at, sql[at]);
+      out += sql.substr(at, end - at);
+      at = end;
+    } else if (sql[at] == mark) {
+      std::size_t number = 0;
+      for (++at; at < sql.size() && sql[at] >= '0' && sql[at] <= '9'; ++at) {
+        number = number * 10 + static_cast<std::size_t>(sql[at] - '0');
+      }
+      append(number, out);
+    } else {
+      out += sql[at++];
+    }
+  }
+  return out;
+}
+
 }  // namespace kaunter::sql

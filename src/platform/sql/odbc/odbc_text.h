@@ -5,6 +5,7 @@
 #include <sqlext.h>
 #include <sqltypes.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -22,5 +23,10 @@ std::string ToUtf8(std::u16string_view utf16);
 // T-SQL with an N before every text that has non-ASCII characters and no N yet. Without it the
 // server passes the text through the code page of its database, and Chinese may be lost.
 std::string MarkUnicodeTexts(std::string_view sql);
+
+// The statement with what `append` puts in the place of each parameter, which is `mark` and a
+// number from 1. Quoted texts and names stay as they are.
+std::string WithParameters(std::string_view sql, char mark,
+                           const std::function<void(std::size_t number, std::string& out)>& append);
 
 }  // namespace kaunter::sql

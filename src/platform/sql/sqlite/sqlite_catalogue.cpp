@@ -11,18 +11,6 @@ std::string Lower(std::string_view text) {
   return lower;
 }
 
-// No read lock stays behind.
-class Reset {
- public:
-  explicit Reset(sqlite3_stmt* statement) : statement_(statement) {}
-  ~Reset() { sqlite3_reset(statement_); }
-  Reset(const Reset&) = delete;
-  Reset& operator=(const Reset&) = delete;
-
- private:
-  sqlite3_stmt* statement_;
-};
-
 }  // namespace
 
 const CatalogueTable* SqliteCatalogue::FindTable(std::string_view name) const {
@@ -34,7 +22,7 @@ const CatalogueTable* SqliteCatalogue::FindTable(std::string_view name) const {
         db_, "SELECT name FROM sqlite_schema WHERE type IN ('table','view') AND lower(name) = ?1",
         path_, true);
   }
-  const Reset reset(find_.get());
+  const ResetAtEnd reset(find_.get());
   sqlite3_bind_text(find_.get(), 1, key.data(), static_cast<int>(key.size()), SQLITE_STATIC);
   // A table that is missing is asked for again: another desktop may make it at any time.
   if (sqlite3_step(find_.get()) != SQLITE_ROW) return nullptr;
@@ -49,7 +37,7 @@ std::unique_ptr<CatalogueTable> SqliteCatalogue::Load(const std::string& name) c
         db_, "SELECT name, type, \"notnull\", dflt_value, pk, hidden FROM pragma_table_xinfo(?1)",
         path_, true);
   }
-  const Reset reset(columns_.get());
+  const ResetAtEnd reset(columns_.get());
   sqlite3_bind_text(columns_.get(), 1, name.data(), static_cast<int>(name.size()), SQLITE_STATIC);
   std::map<int, std::string> key;
   while (sqlite3_step(columns_.get()) == SQLITE_ROW) {

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/sql/sql_error.h"
 #include "platform/sql/sqlite/sqlite_alter.h"
 #include "platform/sql/sqlite/sqlite_error.h"
 #include "platform/sql/sqlite/sqlite_literal.h"
@@ -17,24 +18,6 @@ constexpr std::size_t kMostPlans = 2000;
 
 // About a millisecond of a search.
 constexpr int kStepsBetweenActs = 20000;
-
-// The first word, for messages: "INSERT fails."
-std::string VerbOf(const std::string& text) {
-  const std::size_t blank = text.find(' ');
-  return text.substr(0, blank == std::string::npos || blank > 10 ? 0 : blank);
-}
-
-// Leaves a statement ready for its next run, whatever happens.
-class Reset {
- public:
-  explicit Reset(sqlite3_stmt* statement) : statement_(statement) {}
-  ~Reset() { sqlite3_reset(statement_); }
-  Reset(const Reset&) = delete;
-  Reset& operator=(const Reset&) = delete;
-
- private:
-  sqlite3_stmt* statement_;
-};
 
 }  // namespace
 
@@ -198,7 +181,7 @@ void SqliteConnection::RunStep(Step& step, Literals literals, Outcome* outcome) 
 // no read lock stays behind.
 void SqliteConnection::Fetch(Step& step, Outcome* outcome) {
   sqlite3_stmt* statement = step.statement.get();
-  const Reset reset(statement);
+  const ResetAtEnd reset(statement);
   outcome->only_read = step.translated.is_query;
   int code = sqlite3_step(statement);
   if (step.translated.is_query) {
@@ -257,7 +240,7 @@ void SqliteConnection::RunTransactionWord(Translated::Transaction word) {
 
 void SqliteConnection::RunPrepared(SqliteStatement& statement, const char* sql) {
   if (statement == nullptr) statement = Prepare(db_.get(), sql, path_, true);
-  const Reset reset(statement.get());
+  const ResetAtEnd reset(statement.get());
   if (sqlite3_step(statement.get()) != SQLITE_DONE) {
     throw SqliteFailure(db_.get(), sqlite3_extended_errcode(db_.get()), path_, "");
   }
@@ -287,7 +270,7 @@ bool SqliteConnection::SchemaMoved() {
   if (schema_version_ == nullptr) {
     schema_version_ = Prepare(db_.get(), "PRAGMA schema_version", path_, true);
   }
-  const Reset reset(schema_version_.get());
+  const ResetAtEnd reset(schema_version_.get());
   if (sqlite3_step(schema_version_.get()) != SQLITE_ROW) return false;
   const std::int64_t version = sqlite3_column_int64(schema_version_.get(), 0);
   if (version == known_schema_) return false;

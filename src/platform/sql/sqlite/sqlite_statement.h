@@ -14,6 +14,18 @@ struct StatementCloser {
 };
 using SqliteStatement = std::unique_ptr<sqlite3_stmt, StatementCloser>;
 
+// Leaves a statement ready for its next run, whatever happens; no read lock stays behind.
+class ResetAtEnd {
+ public:
+  explicit ResetAtEnd(sqlite3_stmt* statement) : statement_(statement) {}
+  ~ResetAtEnd() { sqlite3_reset(statement_); }
+  ResetAtEnd(const ResetAtEnd&) = delete;
+  ResetAtEnd& operator=(const ResetAtEnd&) = delete;
+
+ private:
+  sqlite3_stmt* statement_;
+};
+
 // Throws SqlError.
 SqliteStatement Prepare(sqlite3* db, std::string_view sql, const std::string& path,
                         bool long_lived = false);
