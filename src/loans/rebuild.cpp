@@ -150,7 +150,7 @@ class LoanRebuild {
     Wipe(opening);
     LoanReplay replay(loan_, opening, rows_);
     if (loan_.derived && loan_.special) {
-      CopySchedule(main_, loan_id_, true, false);
+      CopySchedule(main_, loan_id_, /*update_rows=*/true, /*to_backup=*/false);
     } else if (loan_.derived) {
       replay.DeriveRows();
     }

@@ -23,7 +23,7 @@ struct ReplayLoan {
   bool personal = false;
   bool derived = false;  // the interest of a flexi loan's rows is derived anew
   bool special = false;  // or taken from the backup
-  Money InsRate;
+  Money InsRate;         // percent a year
   Money Instalment;
 };
 // From the columns DragLoan and SpecialSch.
@@ -78,7 +78,8 @@ struct ReplayTotals {
   std::string last_pay_id;
 };
 
-// Where the rows of the schedule live. Rows are told in the order of their due dates.
+// Where the rows of the schedule live. Rows are told in the order of their due dates. `balance` is
+// what the row's LoanBal becomes.
 class ReplayRows {
  public:
   virtual ~ReplayRows() = default;
@@ -88,11 +89,13 @@ class ReplayRows {
   virtual std::optional<ReplayLine> FirstOpenLine() = 0;
   // Capital and interest of a row derived anew.
   virtual void Derive(const ReplayLine& line, Money capital, Money interest, Money balance) = 0;
+  // The paid columns of the row become these; what was paid before is in them.
   virtual void Pay(const ReplayLine& line, Money paid, Money capital, Money interest,
                    Money balance) = 0;
   // The rows of a higher SchID.
   virtual void SetBalanceAhead(const ReplayLine& line, Money balance) = 0;
-  // Capital and interest of a row after extra capital was paid.
+  // Capital and interest of a row after extra capital was paid; `extra` is what its PayExtra
+  // becomes.
   virtual void Cut(const ReplayLine& line, Money capital, Money interest, Money balance,
                    Money extra) = 0;
 };

@@ -41,7 +41,7 @@ void ClearSchedule(Connection& connection, std::string_view loan_id) {
 Schedule GenerateSchedule(Connection& connection, const LoanKey& key, const LoanTerms& terms,
                           bool special) {
   if (special) {
-    CopySchedule(connection, key.LoanID, false, false);
+    CopySchedule(connection, key.LoanID, /*update_rows=*/false, /*to_backup=*/false);
     return {};
   }
   Schedule schedule = ComputeSchedule(terms);
@@ -59,7 +59,7 @@ Schedule GenerateSchedule(Connection& connection, const LoanKey& key, const Loan
                                  schedule.TotLoanInt.ToText(), loan_id));
   connection.Execute(fmt::format("UPDATE LoanMast SET OrgDueDate={} WHERE LoanID={}",
                                  SqlDate(terms.NextDueDate), loan_id));
-  CopySchedule(connection, key.LoanID, false, true);
+  CopySchedule(connection, key.LoanID, /*update_rows=*/false, /*to_backup=*/true);
   RefillPaymentList(connection, loan_id);
   return schedule;
 }
@@ -125,7 +125,7 @@ void ApplyEditedSchedule(Connection& connection, std::string_view loan_id,
                     StripCommaOrZero(line.PayableAmt), StripCommaOrZero(line.CapitalAmt),
                     QuoteStr(loan_id), StripCommaOrZero(line.SchID)));
   }
-  if (special) CopySchedule(connection, loan_id, false, true);
+  if (special) CopySchedule(connection, loan_id, /*update_rows=*/false, /*to_backup=*/true);
 }
 
 void StoreCalculation(Connection& connection, std::string_view loan_id, const Schedule& schedule,

@@ -72,7 +72,7 @@ void MoveCustomerBalance(Connection& main, const std::string& cust_id, Money by)
 void RenewSpecialBackup(Connection& main, const std::string& loan_id) {
   if (ScalarQuery(main, "SELECT SpecialSch FROM LoanMast WHERE LoanID=" + QuoteStr(loan_id)) ==
       "1") {
-    CopySchedule(main, loan_id, false, true);
+    CopySchedule(main, loan_id, /*update_rows=*/false, /*to_backup=*/true);
   }
 }
 
