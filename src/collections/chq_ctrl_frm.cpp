@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "collections/reading.h"
+#include "collections/refusals.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/log.h"
@@ -145,7 +146,7 @@ void ChqCtrlFrm::LoadLoan(const std::string& id) {
     ClearLoan();
     LoanID.SetText(id);
   } else if (!found) {
-    Refuse(LoanID, {fmt::format("Loan ID {} not found", id), fmt::format("找不到贷款编号 {}", id)});
+    Refuse(LoanID, LoanNotFound(id));
   } else {
     LoanID.SetMark(false);
   }
@@ -214,18 +215,16 @@ void ChqCtrlFrm::LeaveChqNo() {
 
 bool ChqCtrlFrm::CheckAmount() {
   const auto amount = Money::TryText(ChqAmt.text());
-  if (!amount || *amount <= Money()) return Refuse(ChqAmt, {"Invalid Amount", "金额不正确"});
+  if (!amount || *amount <= Money()) return Refuse(ChqAmt, kInvalidAmount);
   ChqAmt.SetText(ShowMoney(*amount));
   ChqAmt.SetMark(false);
   return true;
 }
 
 bool ChqCtrlFrm::CheckLoan() {
-  if (LoanID.empty()) return Refuse(LoanID, {"Loan ID is required", "请输入贷款编号"});
+  if (LoanID.empty()) return Refuse(LoanID, kLoanRequired);
   // What was refused when it was typed is no loan now either.
-  return SameText(LoanID.text(), loaded_loan_) ||
-         Refuse(LoanID, {fmt::format("Loan ID {} not found", LoanID.text()),
-                         fmt::format("找不到贷款编号 {}", LoanID.text())});
+  return SameText(LoanID.text(), loaded_loan_) || Refuse(LoanID, LoanNotFound(LoanID.text()));
 }
 
 bool ChqCtrlFrm::CheckCheque() {
@@ -277,7 +276,7 @@ void ChqCtrlFrm::Add() {
     if (existed) return;
     // Another desktop may have deleted the loan while the question stood.
     if (main().Query("SELECT LoanID FROM LoanMast WHERE LoanID=" + loan).Eof()) {
-      throw std::runtime_error(fmt::format("Loan ID {} not found", loaded_loan_));
+      throw std::runtime_error(LoanNotFound(loaded_loan_).english);
     }
     const std::string last =
         ScalarQuery(main(), "SELECT MAX(SeqNo) FROM ChqMast WHERE LoanID=" + loan);

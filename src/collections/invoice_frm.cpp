@@ -31,6 +31,8 @@ constexpr std::string_view kBatch = "Batch";
 constexpr std::string_view kTermEnd = "Batch Term End Interest";
 constexpr std::string_view kPayment = "Payment";
 
+const Caption kNotFound{"Invoice not found", "找不到发票"};
+
 // Short numbers are a key, and each company counts for itself.
 std::string DrawNumber(Connection& main, std::string_view kind, const std::string& company) {
   return NextSeries(
@@ -149,7 +151,7 @@ void Invoicefrm::LeaveChargeID() {
 void Invoicefrm::LoadCharge(std::string id) {
   const Recordset row = main().Query("SELECT * FROM ChargeMast WHERE ChargeID=" + QuoteStr(id));
   if (row.Eof() || !MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
-    Refuse(ChargeID, {"Invoice not found", "找不到发票"});
+    Refuse(ChargeID, kNotFound);
     return;
   }
   if (!MayLeaveRecord(record_.Changed())) {
@@ -256,7 +258,7 @@ bool Invoicefrm::CheckLinkAccounts() {
 bool Invoicefrm::Check() {
   // A number typed and never found belongs to no record; numbers are drawn, not chosen.
   if (!SameText(ChargeID.text(), loaded_id_)) {
-    return Refuse(ChargeID, {"Invoice not found", "找不到发票"});
+    return Refuse(ChargeID, kNotFound);
   }
   if (SameText(PType.text(), kPayment)) {
     return Refuse({"You are not allow to edit record", "您不可更改记录"});

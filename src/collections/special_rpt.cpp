@@ -84,8 +84,8 @@ bool SpecialRpt::CheckRange() {
 }
 
 bool SpecialRpt::CheckPayDate() {
-  if (!RequireDate(session(), PayDate, {"Payment Date is required", "请输入付款日期"}))
-    return false;
+  const Caption required{"Payment Date is required", "请输入付款日期"};
+  if (!RequireDate(session(), PayDate, required)) return false;
   if (PayDate.text() == allowed_day_) return true;
   if (IsHolidayBlocked(session(), desk(), PayDate.text(), true, true)) {
     FocusOn(PayDate);
