@@ -284,6 +284,10 @@ class CounterClerks : protected CounterOffice {
     for (int box = counter::kInterest; box < counter::kBoxes; ++box) {
       if (OneIn(14)) type(static_cast<Box>(box));
     }
+    if (OneIn(10)) {
+      type(counter::kTopAmt);
+      type(counter::kTopTerm);
+    }
     if (OneIn(8)) TypeReceipt(clerk, AnyReceipt());
     if (OneIn(12)) TypeDay(clerk);
   }
