@@ -51,13 +51,13 @@ void LateIntfrm::Process() {
   }
   const bool done = Run([this] {
     const Hourglass busy(desk());
-    ChargeOverdueRows();
+    TryOverdueRows();
     NoteDate(TrxDate.text());
   });
   if (done) ShowLastDate();
 }
 
-void LateIntfrm::ChargeOverdueRows() {
+void LateIntfrm::TryOverdueRows() {
   for (Recordset rows = main().Query(fmt::format(
            "SELECT s.LoanID,l.LateChargePerDay,s.PayableAmt-s.Payment as BalDue FROM SchMast as s "
            "INNER JOIN LoanMast as l on s.LoanID=l.LoanID WHERE l.LateChargePerDay > 0 AND "

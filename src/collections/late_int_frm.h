@@ -24,7 +24,8 @@ class LateIntfrm : public SessionScreen {
   void Process();
   // Notes a day as the one done last.
   void NoteDate(const std::string& date);
-  void ChargeOverdueRows();
+  // Works out the charge of each overdue row and lets it go.
+  void TryOverdueRows();
   // False when it failed, which has then been told.
   bool Run(const std::function<void()>& work);
 };
