@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "desktop/control_view.h"
+#include "platform/sql/waiting.h"
 
 namespace kaunter {
 namespace {
@@ -95,7 +96,17 @@ bool ScreenFace::Act(const std::function<void()>& act) {
 void ScreenFace::FocusArrived(ControlView& view) {
   pending_ = &view;
   if (pending_ == active_ || settling_) return;
-  QTimer::singleShot(0, this, [this] { Settle(); });
+  SettleSoon(0);
+}
+
+// While a window is painted in the middle of a statement no box is left or entered: what the screen
+// does then may send statements of its own.
+void ScreenFace::SettleSoon(int milliseconds) {
+  QTimer::singleShot(milliseconds, this, [this] {
+    constexpr int kNextLook = 20;
+    if (IsWaiting()) return SettleSoon(kNextLook);
+    Settle();
+  });
 }
 
 void ScreenFace::Settle() {

@@ -80,6 +80,7 @@ class ScreenFace : public QObject, public ScreenObserver {
   std::function<void(Control&)> onControl;  // before the change is drawn
 
  private:
+  void SettleSoon(int milliseconds);
   bool TypeOnwards(ControlView& view, const QKeyEvent& event);
   bool eventFilter(QObject* watched, QEvent* event) override;
   bool Alive() const { return !screen_.closed(); }

@@ -10,6 +10,7 @@
 
 #include "platform/sql/connection.h"
 #include "platform/sql/waiting.h"
+#include "test_screen.h"
 #include "tests/core/office.h"
 
 namespace kaunter {
@@ -66,6 +67,27 @@ TEST(LongWait, AStatementFromWithinIsRefused) {
   main.Query("SELECT COUNT(*) FROM Systemast AS a, Systemast AS b, Systemast AS c, Systemast AS d");
   SetWhileWaiting({});
   EXPECT_NE(refusal.find("CustMast"), std::string::npos) << refusal;
+}
+
+// The screen moves the focus and goes on with a long statement.
+TEST(LongWait, NoBoxIsLeftInTheMiddleOfAStatement) {
+  OpenScreen open;
+  open.Go(open.screen.LoanID);
+  std::vector<std::string> within;
+  open.screen.SaveCmd.onClick = [&] {
+    open.screen.FocusOn(open.screen.PayAmt);
+    open.screen.events.clear();
+    QElapsedTimer clock;
+    for (clock.start(); clock.elapsed() < 150;) ActWhileWaiting();  // as an engine does
+    within = open.screen.events;
+  };
+  PaintDuringStatements();
+  open.dialog.face().Act([&] { open.screen.SaveCmd.Click(); });
+  SetWhileWaiting({});
+  EXPECT_EQ(within, std::vector<std::string>());
+  QTest::qWait(50);
+  EXPECT_TRUE(open.Heard("leave LoanID"));
+  EXPECT_TRUE(open.Heard("enter PayAmt"));
 }
 
 }  // namespace
