@@ -2,7 +2,6 @@
 // scheduler; docs/daily-batch.md tells both.
 #include <fmt/format.h>
 
-#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -13,6 +12,7 @@
 #include "core/trace.h"
 #include "core/values.h"
 #include "dailybatch/options.h"
+#include "platform/process.h"
 
 namespace kaunter {
 namespace {
@@ -22,14 +22,6 @@ constexpr int kRefused = 1;  // the date or the command line does not fit; nothi
 constexpr int kFailed = 2;   // what was posted stays; another run goes on from there
 constexpr int kPercentOfALine = 10;
 constexpr const char* kUser = "DailyBatch";
-
-// The program lies in a folder of its own below that of the others.
-std::string ProgramFolder(const char* argv0) {
-  std::error_code error;
-  std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  if (error) program = std::filesystem::absolute(argv0);
-  return program.parent_path().parent_path().string();
-}
 
 std::string Shown(const DateTime& day) { return Format(day, "dd-MM-yyyy"); }
 
@@ -119,14 +111,14 @@ int Run(const BatchOptions& options, Session& session) {
 
 int main(int argc, char** argv) {
   using namespace kaunter;
-#ifndef _WIN32
-  std::signal(SIGPIPE, SIG_IGN);  // the desktop that started this program may be closed before it
-  std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is told as a full disk is
-#endif
+  OutliveFailedWrites();  // the desktop that started this program may be closed before it
   Session session;
   session.CurrentUserID = kUser;
   const CompanionOptions handed_on = HandedOn();
-  session.AppPath = handed_on.app.empty() ? ProgramFolder(argv[0]) : handed_on.app;
+  // The program lies in a folder of its own below that of the others.
+  session.AppPath = handed_on.app.empty()
+                        ? std::filesystem::path(ProgramFolder(argv[0])).parent_path().string()
+                        : handed_on.app;
   try {
     const BatchOptions options = ParseBatchOptions({argv + 1, argv + argc}, handed_on);
     if (options.help) {

@@ -17,6 +17,7 @@
 #include "desktop/theme.h"
 #include "desktop/today.h"
 #include "desktop/window_memory.h"
+#include "platform/process.h"
 
 namespace kaunter {
 namespace {
@@ -74,6 +75,7 @@ int RunDesktop(QApplication& qt, DesktopOptions options) {
 
 int main(int argc, char** argv) {
   using namespace kaunter;
+  OutliveFailedWrites();
   const DesktopOptions options = ParseOptions({argv + 1, argv + argc});
   if (options.help) {
     std::fputs(OptionsHelp().c_str(), stdout);

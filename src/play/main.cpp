@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/host.h"
+#include "platform/process.h"
 #include "play/application_program.h"
 #include "play/options.h"
 #include "play/runner.h"
@@ -15,13 +16,6 @@
 
 namespace kaunter {
 namespace {
-
-std::string ProgramFolder(const char* argv0) {
-  std::error_code error;
-  std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  if (error) program = std::filesystem::absolute(argv0);
-  return program.parent_path().string();
-}
 
 int Play(const PlayOptions& options, const std::string& program_folder) {
   std::ifstream file;
@@ -59,6 +53,7 @@ int Play(const PlayOptions& options, const std::string& program_folder) {
 
 int main(int argc, char** argv) {
   using namespace kaunter;
+  OutliveFailedWrites();
   try {
     const PlayOptions options = ParsePlayOptions({argv + 1, argv + argc});
     if (options.help) {
