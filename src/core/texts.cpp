@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "core/session.h"
+#include "platform/sql/text.h"
 
 namespace kaunter {
 namespace {
@@ -18,13 +19,7 @@ std::string Upper(std::string_view text) {
   return upper;
 }
 
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return lower;
-}
+std::string Lower(std::string_view text) { return sql::LowerAscii(text); }
 
 std::string Trim(std::string_view text) {
   const std::size_t first = text.find_first_not_of(' ');

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 
+#include "core/texts.h"
 #include "screen/screen.h"
 
 namespace kaunter {
@@ -125,14 +126,6 @@ void Collect(const LayoutNode& node, std::vector<std::string>& names) {
     names.insert(names.end(), field.controls.begin(), field.controls.end());
   }
   for (const auto& child : node.children) Collect(child, names);
-}
-
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return lower;
 }
 
 void CheckTypes(const LayoutNode& node, const Screen& screen, std::vector<std::string>& problems) {

@@ -8,19 +8,12 @@
 
 #include "platform/sql/odbc/odbc_connection.h"
 #include "platform/sql/odbc/odbc_string.h"
+#include "platform/sql/text.h"
 
 namespace kaunter {
 namespace {
 
 constexpr std::string_view kLogsSuffix = "-Logs";
-
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-  }
-  return lower;
-}
 
 std::string_view Trimmed(std::string_view text) {
   while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
@@ -30,7 +23,8 @@ std::string_view Trimmed(std::string_view text) {
 
 bool EndsInLogs(std::string_view name) {
   return name.size() > kLogsSuffix.size() &&
-         Lower(name.substr(name.size() - kLogsSuffix.size())) == Lower(kLogsSuffix);
+         sql::LowerAscii(name.substr(name.size() - kLogsSuffix.size())) ==
+             sql::LowerAscii(kLogsSuffix);
 }
 
 // "office.db" -> "office-Logs.db"; a name without an extension gets the suffix at its end.
@@ -102,7 +96,7 @@ ConnectionString ConnectionString::Parse(std::string_view text) {
       throw std::invalid_argument(
           fmt::format("connection string: \"key=value\" is expected at character {}", at + 1));
     }
-    const std::string key = Lower(Trimmed(text.substr(at, equals - at)));
+    const std::string key = sql::LowerAscii(Trimmed(text.substr(at, equals - at)));
     at = equals + 1;
     result.pairs_[key] = ReadValue(text, &at);
   }
@@ -110,18 +104,20 @@ ConnectionString ConnectionString::Parse(std::string_view text) {
 }
 
 std::string ConnectionString::Get(std::string_view key) const {
-  const auto found = pairs_.find(Lower(key));
+  const auto found = pairs_.find(sql::LowerAscii(key));
   return found == pairs_.end() ? std::string() : found->second;
 }
 
-bool ConnectionString::Has(std::string_view key) const { return pairs_.contains(Lower(key)); }
+bool ConnectionString::Has(std::string_view key) const {
+  return pairs_.contains(sql::LowerAscii(key));
+}
 
 void DataSources::Add(std::string_view name, DataSource source) {
-  sources_[Lower(name)] = std::move(source);
+  sources_[sql::LowerAscii(name)] = std::move(source);
 }
 
 std::optional<DataSource> DataSources::Find(std::string_view name) const {
-  const auto found = sources_.find(Lower(name));
+  const auto found = sources_.find(sql::LowerAscii(name));
   if (found == sources_.end()) return std::nullopt;
   return found->second;
 }

@@ -106,6 +106,14 @@ std::size_t CountChars(std::string_view text) {
   return count;
 }
 
+std::string LowerAscii(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
+  }
+  return lower;
+}
+
 int CompareText(std::string_view a, std::string_view b) {
   a = WithoutTrailingBlanks(a);
   b = WithoutTrailingBlanks(b);

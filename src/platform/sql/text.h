@@ -21,6 +21,8 @@ std::u32string Decode(std::string_view text);
 void AppendUtf8(std::string* to, char32_t c);
 std::string Encode(std::u32string_view text);
 std::size_t CountChars(std::string_view text);
+// For names: A to Z in lower case, all else as it is.
+std::string LowerAscii(std::string_view text);
 
 // Below 0, 0 or above 0: the order of the collation.
 int CompareText(std::string_view a, std::string_view b);

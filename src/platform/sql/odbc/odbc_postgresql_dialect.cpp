@@ -12,6 +12,7 @@
 #include "platform/sql/odbc/odbc_text.h"
 #include "platform/sql/odbc/postgresql_functions.h"
 #include "platform/sql/sql_error.h"
+#include "platform/sql/text.h"
 #include "platform/sql/translator/lexer.h"
 #include "platform/sql/translator/literal.h"
 
@@ -32,14 +33,6 @@ constexpr const char* kSessionSettings =
     "SET lock_timeout = '10s'; SET idle_in_transaction_session_timeout = '5min'; "
     "SET standard_conforming_strings = on; SET client_min_messages = warning; "
     "SET DateStyle = 'ISO, YMD'; SET IntervalStyle = 'postgres'";
-
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-  }
-  return lower;
-}
 
 void AppendQuoted(std::string& out, std::string_view text) {
   out += '\'';
@@ -188,7 +181,7 @@ bool MayBeStale(const PostgresCatalogue& catalogue, const SqlError& error, bool 
 }  // namespace
 
 const CatalogueTable* PostgresCatalogue::FindTable(std::string_view name) const {
-  const std::string key = Lower(name);
+  const std::string key = LowerAscii(name);
   if (const auto found = tables_.find(key); found != tables_.end()) return found->second.get();
   const std::string described =
       FirstField(session_, fmt::format("SELECT kaunter_sql.k_table({})", Quoted(name)));

@@ -4,7 +4,6 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <cctype>
 #include <utility>
 #include <vector>
 
@@ -13,15 +12,10 @@
 #include "platform/sql/sqlite/sqlite_error.h"
 #include "platform/sql/sqlite/sqlite_literal.h"
 #include "platform/sql/sqlite/sqlite_statement.h"
+#include "platform/sql/text.h"
 
 namespace kaunter::sql {
 namespace {
-
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return lower;
-}
 
 std::string Quoted(std::string_view text) {
   std::string quoted = "'";
@@ -90,7 +84,7 @@ int ExtendedCode(int code, std::string_view message, const Catalogue& catalogue)
   const bool primary =
       table != nullptr && std::equal(columns.begin(), columns.end(), table->primary_key.begin(),
                                      table->primary_key.end(), [](const auto& a, const auto& b) {
-                                       return Lower(a) == Lower(b);
+                                       return LowerAscii(a) == LowerAscii(b);
                                      });
   return primary ? SQLITE_CONSTRAINT_PRIMARYKEY : SQLITE_CONSTRAINT_UNIQUE;
 }
@@ -124,7 +118,7 @@ SqlError Explained(const SqlError& error, const OdbcSession& session, const Cata
 }  // namespace
 
 const CatalogueTable* OdbcSqliteCatalogue::FindTable(std::string_view name) const {
-  const std::string key = Lower(name);
+  const std::string key = LowerAscii(name);
   if (const auto found = tables_.find(key); found != tables_.end()) return found->second.get();
   const OdbcOutcome schema = session_.Run(
       fmt::format("SELECT name, sql FROM sqlite_schema WHERE type IN ('table','view') AND "
@@ -135,7 +129,7 @@ const CatalogueTable* OdbcSqliteCatalogue::FindTable(std::string_view name) cons
   auto table = std::make_unique<CatalogueTable>();
   table->name = schema.rows->Field("name").ToText();
   const bool counted =
-      Lower(schema.rows->Field("sql").ToText()).find("autoincrement") != std::string::npos;
+      LowerAscii(schema.rows->Field("sql").ToText()).find("autoincrement") != std::string::npos;
   const OdbcOutcome columns =
       session_.Run(fmt::format("SELECT name, type, \"notnull\" AS required, dflt_value, pk, hidden "
                                "FROM pragma_table_xinfo({})",

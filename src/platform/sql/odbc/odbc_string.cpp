@@ -5,22 +5,16 @@
 #include <sqlext.h>
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <filesystem>
 
 #include "platform/sql/odbc/odbc_handle.h"
+#include "platform/sql/text.h"
 
 namespace kaunter::sql {
 namespace {
 
 constexpr std::string_view kLogsEnding = "-Logs";
-
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return lower;
-}
 
 std::string FirstOf(const ConnectionString& text, std::initializer_list<const char*> keys) {
   for (const char* key : keys) {
@@ -51,14 +45,14 @@ class Builder {
   std::string text_;
 };
 
-bool SameName(std::string_view a, std::string_view b) { return Lower(a) == Lower(b); }
+bool SameName(std::string_view a, std::string_view b) { return LowerAscii(a) == LowerAscii(b); }
 
 bool NamesSqlite(std::string_view driver) {
-  return Lower(driver).find("sqlite") != std::string::npos;
+  return LowerAscii(driver).find("sqlite") != std::string::npos;
 }
 
 bool NamesFreeTds(std::string_view driver) {
-  const std::string lower = Lower(driver);
+  const std::string lower = LowerAscii(driver);
   return lower.find("freetds") != std::string::npos || lower.find("tdsodbc") != std::string::npos;
 }
 
@@ -156,7 +150,7 @@ std::string FromSourceName(const ConnectionString& office, const OdbcInventory& 
 
 // The version in "ODBC Driver 18 for SQL Server"; 0 when the name is no such.
 int MicrosoftVersion(std::string_view driver) {
-  const std::string lower = Lower(driver);
+  const std::string lower = LowerAscii(driver);
   constexpr std::string_view kBefore = "odbc driver ";
   constexpr std::string_view kBehind = " for sql server";
   if (!lower.starts_with(kBefore) || !lower.ends_with(kBehind)) return 0;
@@ -170,7 +164,7 @@ std::string ServerDriver(const OdbcInventory& inventory) {
   std::string best;
   int best_rank = 0;
   for (const std::string& driver : inventory.drivers) {
-    const std::string lower = Lower(driver);
+    const std::string lower = LowerAscii(driver);
     int rank = 0;
     if (const int version = MicrosoftVersion(driver); version > 0) {
       rank = 100 + version;
@@ -215,8 +209,8 @@ std::string FromServer(const ConnectionString& office, const OdbcInventory& inve
     // No port: the driver would look into its own file. An instance or ",port" speaks for itself.
     if (server.find_first_of("\\,:") == std::string::npos) out.Add("PORT", "1433");
   }
-  if (Lower(office.Get("integrated security")) == "sspi" ||
-      Lower(office.Get("trusted_connection")) == "yes") {
+  if (LowerAscii(office.Get("integrated security")) == "sspi" ||
+      LowerAscii(office.Get("trusted_connection")) == "yes") {
     out.Add("Trusted_Connection", "yes");
   } else {
     AddAccount(out, office, ConnectionString());
@@ -244,7 +238,7 @@ std::string OdbcString(const ConnectionString& office, std::string_view local_te
   if (!local_text.empty()) {
     return FromLocalText(office, ConnectionString::Parse(local_text), inventory);
   }
-  const std::string provider = Lower(office.Get("provider"));
+  const std::string provider = LowerAscii(office.Get("provider"));
   if (provider.empty() || provider.starts_with("msdasql")) return FromSourceName(office, inventory);
   for (std::string_view known : {"sqloledb", "msoledbsql", "sqlncli"}) {
     if (provider.starts_with(known)) return FromServer(office, inventory);

@@ -1,20 +1,11 @@
 #include "platform/sql/sqlite/sqlite_catalogue.h"
 
+#include "platform/sql/text.h"
+
 namespace kaunter::sql {
-namespace {
-
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-  }
-  return lower;
-}
-
-}  // namespace
 
 const CatalogueTable* SqliteCatalogue::FindTable(std::string_view name) const {
-  const std::string key = Lower(name);
+  const std::string key = LowerAscii(name);
   const auto found = tables_.find(key);
   if (found != tables_.end()) return found->second.get();
   if (find_ == nullptr) {
