@@ -1,7 +1,10 @@
 #include "collections/pay_day.h"
 
+#include <fmt/format.h>
+
+#include <optional>
+
 #include "core/values.h"
-#include "fmt/format.h"
 
 namespace kaunter {
 namespace {
@@ -9,16 +12,11 @@ namespace {
 constexpr int kSunday = 0;
 
 // Why nobody pays on the day: "Sunday", or the holiday's name; nothing for an ordinary day.
-struct DayOff {
-  bool off = false;
-  Caption name;
-};
-
-DayOff DayOffOn(Connection& main, const DateTime& day) {
-  if (day.Weekday() == kSunday) return {true, {"Sunday", "星期日"}};
+std::optional<Caption> DayOffOn(Connection& main, const DateTime& day) {
+  if (day.Weekday() == kSunday) return Caption{"Sunday", "星期日"};
   const std::string on = " FROM HolidayMast WHERE HolidayDate=" + SqlDate(day);
-  if (main.Query("SELECT HolidayDate" + on).Eof()) return {};
-  return {true, {ScalarQuery(main, "SELECT HolidayName" + on)}};
+  if (main.Query("SELECT HolidayDate" + on).Eof()) return std::nullopt;
+  return Caption{ScalarQuery(main, "SELECT HolidayName" + on)};
 }
 
 }  // namespace
@@ -27,10 +25,10 @@ bool IsHolidayBlocked(Session& session, Desk& desk, std::string_view date, bool 
   if (!session.settings.CheckHoliday) return false;
   const std::optional<DateTime> day = DateTime::FromDisplay(date);
   if (!day) return false;
-  const DayOff found = DayOffOn(session.Main(), *day);
-  if (!found.off) return false;
+  const std::optional<Caption> day_off = DayOffOn(session.Main(), *day);
+  if (!day_off) return false;
   const std::string title = session.In({"Holiday Checking", "假期检查"});
-  const std::string& name = session.In(found.name);
+  const std::string& name = session.In(*day_off);
   if (ask) {
     const std::string shown = ShowDate(*day);
     return !desk.Ask(title,
