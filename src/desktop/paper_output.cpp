@@ -5,6 +5,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <map>
@@ -19,6 +20,8 @@
 
 namespace kaunter {
 namespace {
+
+constexpr int kPatienceMs = 3000;
 
 // A file name made of the report's title, in the user's documents.
 QString Proposed(const ReportDocument& document, const QString& ending) {
@@ -41,7 +44,7 @@ std::string AskName(const ReportDocument& document, QWidget* parent, const QStri
   return S(dialog.selectedFiles().value(0));
 }
 
-enum class Trouble { none_here, vanished, silent, lost_behind, stopped };
+enum class Trouble { none_here, vanished, rejects, silent, lost_behind, stopped };
 
 [[noreturn]] void Tell(Trouble trouble, const QString& printer, bool chinese) {
   static const std::map<Trouble, std::pair<const char*, const char*>> kTexts = {
@@ -54,6 +57,12 @@ enum class Trouble { none_here, vanished, silent, lost_behind, stopped };
        {"The printer %1 is not there any more, or the print service does not run. Choose another "
         "printer, or save the report as PDF. Nothing was printed.",
         "找不到打印机 %1，或打印服务没有运行。请选择另一台打印机，或存为PDF。没有打印任何内容。"}},
+      {Trouble::rejects,
+       {"The printer %1 takes no work at present: its queue rejects it. Have the queue opened in "
+        "the settings of the system, choose another printer, or save the report as PDF. Nothing "
+        "was printed.",
+        "打印机 %1 的队列目前拒收任务。请在系统设置里恢复接收，或选择另一台打印机，或存为PDF。"
+        "没有打印任何内容。"}},
       {Trouble::silent,
        {"The printer %1 does not answer. Is it switched on, connected, and has it paper? Look what "
         "came out before printing again; the report can be saved as PDF instead.",
@@ -70,6 +79,18 @@ enum class Trouble { none_here, vanished, silent, lost_behind, stopped };
   const auto& [english, simplified] = kTexts.at(trouble);
   const QString text = QString::fromUtf8(chinese ? simplified : english);
   throw std::runtime_error(S(text.contains("%1") ? text.arg(printer) : text));
+}
+
+// A queue that rejects jobs looks idle to Qt, and what is sent to it is lost. The print service's
+// own command tells; where there is none, the print goes its way.
+bool Rejects(const QString& printer) {
+  QProcessEnvironment english = QProcessEnvironment::systemEnvironment();
+  english.insert("LC_ALL", "C");
+  QProcess ask;
+  ask.setProcessEnvironment(english);
+  ask.start("lpstat", {"-a", printer.section('/', 0, 0)});  // without the name of a preset
+  return ask.waitForFinished(kPatienceMs) &&
+         ask.readAllStandardOutput().contains(" not accepting requests ");
 }
 
 // Some pages of a report as a report.
@@ -153,6 +174,7 @@ bool PrintOn(QPrinter& printer, const ReportDocument& document, QWidget* parent,
   const QString name = printer.printerName();
   if (name.isEmpty()) Tell(Trouble::none_here, name, chinese);
   if (QPrinterInfo::printerInfo(name).isNull()) Tell(Trouble::vanished, name, chinese);
+  if (Rejects(name)) Tell(Trouble::rejects, name, chinese);
   if (!PaintOnto(printer, document, from, to, parent, chinese)) return false;
   // The paper counts as printed even when no print service has taken it; so that is asked.
   const QPrinterInfo after = QPrinterInfo::printerInfo(name);
