@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -19,6 +20,7 @@
 #include "core/session.h"
 #include "core/values.h"
 #include "platform/sql/data_source.h"
+#include "platform/sql/sql_error.h"
 #include "tests/screen/silent_desk.h"
 
 namespace kaunter {
@@ -47,6 +49,16 @@ class TempFolder {
  private:
   std::filesystem::path path_;
 };
+
+// A row a line, with `behind` behind each field.
+inline std::string LinesOf(const Recordset& rows, std::string_view behind = " ") {
+  std::string text;
+  for (const auto& row : rows.rows()) {
+    for (const Value& field : row) text.append(field.ToText()).append(behind);
+    text += "\n";
+  }
+  return text;
+}
 
 class Office {
  public:
@@ -79,6 +91,28 @@ class Office {
 
   std::string Scalar(std::string_view sql) { return ScalarQuery(session.Main(), sql); }
   void Run(std::string_view sql) { session.Main().Execute(sql); }
+  std::string Lines(const std::string& sql, std::string_view behind = " ") {
+    return LinesOf(session.Main().Query(sql), behind);
+  }
+
+  // Fails statement `at` of the act, once or from there on; true when that was reached. A rollback
+  // fails with a cut line only.
+  enum class Failure { passes, stays, line_cut };
+  bool FailAt(int at, Failure how, const std::function<void()>& act) {
+    int count = 0;
+    bool hit = false;
+    session.Main().SetFaultHook([&](std::string_view sql) {
+      if (sql.starts_with("ROLLBACK") && how != Failure::line_cut) return;
+      ++count;
+      if (count == at || (how != Failure::passes && count > at)) {
+        hit = true;
+        throw SqlError(1105, "the disk is full");
+      }
+    });
+    act();
+    session.Main().SetFaultHook({});
+    return hit;
+  }
 
   // All tables with their columns, in order.
   std::map<std::string, std::vector<std::string>> Shape() {

@@ -75,7 +75,7 @@ TEST_P(CustomerFaults, AFailureAtAnyStatementLeavesAllOrNothingAndTheNextSaveSuc
       auto screen = Typed();
       const std::string name = screen->CustName.text();
       desk.messages.clear();
-      hit = FailAt(at, how, [&] { Save(*screen); });
+      hit = office.FailAt(at, how, [&] { Save(*screen); });
       ASSERT_FALSE(office.session.Main().InTransaction());
       EXPECT_FALSE(desk.messages.empty()) << "nothing was told";
       const std::string stored = Stored();

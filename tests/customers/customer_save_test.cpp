@@ -23,7 +23,7 @@ TEST_F(CustomerSave, AFailedDeleteKeepsEverything) {
       "('HQ0001-001','HQ0001','HQ',1)");
   const std::string before = Stored();
   for (int at = 1; at <= 20; ++at) {
-    const bool hit = FailAt(at, Failure::passes, [&] {
+    const bool hit = office.FailAt(at, Failure::passes, [&] {
       try {
         DeleteCustomer(office.session.Main(), "HQ0001");
       } catch (const SqlError&) {

@@ -75,32 +75,12 @@ class CustomerTest : public ::testing::Test {
           "SELECT * FROM RefererMast ORDER BY RefererName",
           "SELECT * FROM CheckListTrans ORDER BY CheckListSeq",
           "SELECT * FROM DocumentMast ORDER BY DocNo"}) {
-      const Recordset rows = office.session.Main().Query(sql);
-      for (const auto& row : rows.rows()) {
-        for (const Value& value : row) all += value.ToText() + "|";
-        all += "\n";
-      }
+      all += office.Lines(sql);
     }
     return all;
   }
 
-  // Fails statement `at` of the action; true when it was reached.
-  enum class Failure { passes, stays, line_cut };  // with a cut line the rollback fails as well
-  bool FailAt(int at, Failure how, const std::function<void()>& act) {
-    int count = 0;
-    bool hit = false;
-    office.session.Main().SetFaultHook([&](std::string_view sql) {
-      if (sql.starts_with("ROLLBACK") && how != Failure::line_cut) return;
-      ++count;
-      if (count == at || (how != Failure::passes && count > at)) {
-        hit = true;
-        throw SqlError(1105, "the disk is full");
-      }
-    });
-    act();
-    office.session.Main().SetFaultHook({});
-    return hit;
-  }
+  using Failure = Office::Failure;
 
   Office office;
   AgreeingDesk desk;

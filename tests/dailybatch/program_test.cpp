@@ -119,11 +119,7 @@ class DailyBatchProgramTest : public ::testing::Test {
     for (const char* sql : {"SELECT ChargeID,ChargeAmt FROM ChargeMast ORDER BY ChargeID",
                             "SELECT LoanID,TotCollectorAmt FROM LoanMast ORDER BY LoanID",
                             "SELECT Value FROM Systemast WHERE Param='DailyBatchDate'"}) {
-      const Recordset rows = main->Query(sql);
-      for (const auto& row : rows.rows()) {
-        for (const Value& field : row) text += field.ToText() + " ";
-      }
-      text += "\n";
+      text += LinesOf(main->Query(sql));
     }
     return text;
   }

@@ -84,13 +84,7 @@ class StopTest : public ::testing::Test {
     main.CommitTrans();
   }
   std::string Loans() {
-    std::string text;
-    const Recordset rows = office.session.Main().Query(
-        "SELECT LoanID,TotPay,LoanBal,NextDueDate FROM LoanMast ORDER BY LoanID");
-    for (const auto& row : rows.rows()) {
-      for (const Value& field : row) text += field.ToText() + " ";
-    }
-    return text;
+    return office.Lines("SELECT LoanID,TotPay,LoanBal,NextDueDate FROM LoanMast ORDER BY LoanID");
   }
   Office office{Office::State::patched};
   BarDesk desk;

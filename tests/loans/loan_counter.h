@@ -135,15 +135,7 @@ class LoanSave : public ::testing::Test {
     desk.said.clear();
   }
 
-  std::string Lines(const std::string& sql) {
-    std::string all;
-    const Recordset rows = office.session.Main().Query(sql);
-    for (const auto& row : rows.rows()) {
-      for (const Value& value : row) all += value.ToText() + "|";
-      all += "\n";
-    }
-    return all;
-  }
+  std::string Lines(const std::string& sql) { return office.Lines(sql, "|"); }
   // Everything that a loan's save touches.
   std::string Stored(const std::string& customer_columns) {
     return Lines("SELECT " + customer_columns + " FROM CustMast ORDER BY CustID") +
@@ -166,22 +158,7 @@ class LoanSave : public ::testing::Test {
     return Lines("SELECT TotAccComm FROM SalesmanMast WHERE SalesmanID LIKE 'SLM%'");
   }
 
-  // Fails statement `at` of the action, once or from there on; true when it was reached.
-  bool FailAt(int at, bool stays, const std::function<void()>& act) {
-    int count = 0;
-    bool hit = false;
-    office.session.Main().SetFaultHook([&](std::string_view sql) {
-      if (sql.starts_with("ROLLBACK")) return;
-      ++count;
-      if (count == at || (stays && count > at)) {
-        hit = true;
-        throw SqlError(1105, "the disk is full");
-      }
-    });
-    act();
-    office.session.Main().SetFaultHook({});
-    return hit;
-  }
+  using Failure = Office::Failure;
 
   Office office;
   TalkingDesk desk;

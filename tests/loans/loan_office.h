@@ -7,10 +7,10 @@
 #include <functional>
 #include <string>
 
-#include "loans/calc_payment.h"
 #include "loans/loan_totals.h"
 #include "loans/schedule_store.h"
 #include "tests/core/office.h"
+#include "tests/loans/with_figures.h"
 
 namespace kaunter {
 
@@ -53,13 +53,8 @@ struct LoanOffice {
     terms.InsRate = "12";
     terms.LoanTerm = terms.LoanTerm3 = term;
     terms.LoanTerm2 = "0";
-    const auto result = CalcPayment(terms, 2);
-    const auto& figures = std::get<PaymentFigures>(result);
-    terms.FirstPayment = figures.FirstPayment.value_or(figures.InstallmentAmt);
-    terms.InstallmentAmt = terms.InstallmentAmt2 = figures.InstallmentAmt;
-    terms.LastPayment = figures.LastPayment;
-    terms.LoanBal = figures.LoanBal;
-    terms.PayOutAmt2 = figures.PayOutAmt2;
+    terms = WithFigures(terms);
+    if (terms.FirstPayment.empty()) terms.FirstPayment = terms.InstallmentAmt;
     main().Execute(fmt::format(
         "INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanStatus,LoanGroupID,DragLoan,LoanTypeID,"
         "LoanTerm,TrxDate,NextDueDate,LoanAmt,LoanAmt2,TopUpAmt,InsRate,InstallmentAmt,"

@@ -38,7 +38,7 @@ TEST_F(LoanSave, AFailureAtAnyStatementIsMendedByTheNextSave) {
       const std::string before = Stored();
       auto screen = Open("New Loan");
       Fill(*screen);
-      hit = FailAt(at, stays, [&] { Save(*screen); });
+      hit = office.FailAt(at, stays ? Failure::stays : Failure::passes, [&] { Save(*screen); });
       ASSERT_FALSE(office.session.Main().InTransaction());
       if (Stored() == before) {
         ++before_commit;
@@ -69,7 +69,7 @@ TEST_F(LoanSave, AFailedEditLeavesWhatWasStored) {
     screen->LoanAmt.SetText("12,000.00");
     screen->SalesmanID.SetText("SLM2");
     screen->Command3.Click();
-    hit = FailAt(at, true, [&] { Save(*screen); });
+    hit = office.FailAt(at, Failure::stays, [&] { Save(*screen); });
     ASSERT_FALSE(office.session.Main().InTransaction()) << at;
     if (Stored() != before) break;
     ++failed;
@@ -253,7 +253,7 @@ TEST_F(LoanSave, ALoanWithPaymentsIsAskedForTwice) {
   desk.refused_question.clear();
   for (int at = 1; at < 40; ++at) {
     desk.said.clear();
-    if (!FailAt(at, false, [&] { Save(*screen); })) break;
+    if (!office.FailAt(at, Failure::passes, [&] { Save(*screen); })) break;
     const bool committed = std::find(desk.said.begin(), desk.said.end(),
                                      "Loan ID HQ0001-001 deleted") != desk.said.end();
     if (committed) break;
@@ -278,14 +278,9 @@ TEST_F(LoanSave, TheAuditShowsTheScreenAgainstWhatIsStored) {
   screen->LoanAmt.SetText("12,000.00");
   screen->Command3.Click();
   Save(*screen);
-  std::string all;
   const Recordset rows = office.session.LogsConn->Query(
       "SELECT Type,Module,ConmpCode,TrxID,Remarks FROM TransLogs ORDER BY Type");
-  for (const auto& row : rows.rows()) {
-    for (const Value& value : row) all += value.ToText() + "|";
-    all += "\n";
-  }
-  EXPECT_EQ(all,
+  EXPECT_EQ(LinesOf(rows, "|"),
             "Create|Loan|HQ|HQ0001-001|Date 31-01-2024/31-01-2024, Loan Amount "
             "10,000.00/10,000.00, Capital 0.00/0.00|\n"
             "Modify|Loan|HQ|HQ0001-001|Date 31-01-2024/31-01-2024, Loan Amount "

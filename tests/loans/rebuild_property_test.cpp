@@ -81,15 +81,7 @@ class RebuildPropertyTest : public ::testing::Test {
     return rebuilt.done;
   }
 
-  std::string Lines(const char* sql) {
-    std::string text;
-    const Recordset rows = main().Query(sql);
-    for (const auto& row : rows.rows()) {
-      for (const Value& field : row) text += field.ToText() + " ";
-      text += "\n";
-    }
-    return text;
-  }
+  std::string Lines(const char* sql) { return office.Lines(sql); }
 
   // All that a rebuild writes, read back.
   std::string Stored() {

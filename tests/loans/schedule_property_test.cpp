@@ -6,14 +6,13 @@
 #include <iostream>
 #include <random>
 #include <string>
-#include <variant>
 
 #include "core/values.h"
 #include "gtest/gtest.h"
-#include "loans/calc_payment.h"
 #include "loans/calculator.h"
 #include "loans/schedule.h"
 #include "tests/loans/schedule_model.h"
+#include "tests/loans/with_figures.h"
 
 namespace kaunter {
 namespace {
@@ -294,13 +293,7 @@ TEST_F(SchedulePropertyTest, StoredSchedulesAgreeWithTheSecondModel) {
   ForLoans(5000, [](const RandomLoan& loan) {
     LoanTerms terms = loan.terms;
     ASSERT_FALSE(CheckTerms(terms));
-    const auto result = CalcPayment(terms, loan.decimals);
-    const auto& figures = std::get<PaymentFigures>(result);
-    terms.FirstPayment = figures.FirstPayment.value_or("");
-    terms.InstallmentAmt = terms.InstallmentAmt2 = figures.InstallmentAmt;
-    terms.LastPayment = figures.LastPayment;
-    terms.LoanBal = figures.LoanBal;
-    terms.PayOutAmt2 = figures.PayOutAmt2;
+    terms = WithFigures(terms, loan.decimals);
     const Schedule schedule = ComputeSchedule(terms);
     ASSERT_NO_FATAL_FAILURE(CheckIdentities(loan, terms, schedule));
     ASSERT_NO_FATAL_FAILURE(CheckDates(loan, schedule));

@@ -2,13 +2,12 @@
 
 #include <stdexcept>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "core/values.h"
 #include "gtest/gtest.h"
-#include "loans/calc_payment.h"
 #include "tests/core/office.h"
+#include "tests/loans/with_figures.h"
 
 namespace kaunter {
 namespace {
@@ -24,14 +23,7 @@ LoanTerms Terms(LoanScheme scheme) {
   terms.InsRate = "12";
   terms.LoanTerm = terms.LoanTerm3 = "12";
   terms.LoanTerm2 = "1";
-  const auto result = CalcPayment(terms, 2);
-  const auto& figures = std::get<PaymentFigures>(result);
-  terms.FirstPayment = figures.FirstPayment.value_or("");
-  terms.InstallmentAmt = terms.InstallmentAmt2 = figures.InstallmentAmt;
-  terms.LastPayment = figures.LastPayment;
-  terms.LoanBal = figures.LoanBal;
-  terms.PayOutAmt2 = figures.PayOutAmt2;
-  return terms;
+  return WithFigures(terms);
 }
 
 class ScheduleStoreTest : public ::testing::Test {
@@ -41,16 +33,7 @@ class ScheduleStoreTest : public ::testing::Test {
   }
   Connection& main() { return office.session.Main(); }
   std::string Scalar(const char* sql) { return office.Scalar(sql); }
-  // All rows of a query, a row a line.
-  std::string Lines(const std::string& sql) {
-    std::string text;
-    const Recordset rows = main().Query(sql);
-    for (const auto& row : rows.rows()) {
-      for (const Value& field : row) text += field.ToText() + " ";
-      text += "\n";
-    }
-    return text;
-  }
+  std::string Lines(const std::string& sql) { return office.Lines(sql); }
   std::string Stored() {
     return Lines(
         "SELECT SchID,DueDate,PayableAmt,CapitalAmt,InterestAmt,FIntAmt,LoanBal FROM SchMast "

@@ -9,6 +9,7 @@
 #include "core/values.h"
 #include "gtest/gtest.h"
 #include "loans/calc_payment.h"
+#include "tests/loans/with_figures.h"
 
 namespace kaunter {
 namespace {
@@ -21,18 +22,6 @@ LoanTerms PersonalLoan(const char* amount, const char* rate, const char* T, cons
   terms.InsRate = rate;
   terms.LoanTerm = terms.LoanTerm3 = T;
   terms.LoanTerm2 = G;
-  return terms;
-}
-
-// As a save does it: the figures, their copy, then the rows.
-LoanTerms WithFigures(LoanTerms terms, int rounded_installment = 2) {
-  const auto result = CalcPayment(terms, rounded_installment);
-  const auto& figures = std::get<PaymentFigures>(result);
-  if (figures.FirstPayment) terms.FirstPayment = *figures.FirstPayment;
-  terms.InstallmentAmt = terms.InstallmentAmt2 = figures.InstallmentAmt;
-  terms.LastPayment = figures.LastPayment;
-  terms.LoanBal = figures.LoanBal;
-  terms.PayOutAmt2 = figures.PayOutAmt2;
   return terms;
 }
 

@@ -127,13 +127,7 @@ struct StagedOffice {
     return lines;
   }
   std::string Scratch() {
-    std::string all;
-    const Recordset rows = main().Query("SELECT * FROM MasterReport ORDER BY 1,2,3,4,24,25");
-    for (const auto& row : rows.rows()) {
-      for (const Value& field : row) all += field.ToText() + "|";
-      all += "\n";
-    }
-    return all;
+    return office.Lines("SELECT * FROM MasterReport ORDER BY 1,2,3,4,24,25", "|");
   }
 
   Office office{Office::State::patched};

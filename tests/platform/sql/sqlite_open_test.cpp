@@ -11,6 +11,8 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <vector>
 
 #include "platform/sql/data_source.h"
 
@@ -39,6 +41,28 @@ class SqliteOpen : public ::testing::Test {
     } catch (const SqlError& error) {
       EXPECT_EQ(error.number(), 4060) << error.what();
       EXPECT_THAT(error.what(), AllOf(HasSubstr(path), HasSubstr(why)));
+    }
+  }
+  // The act in so many processes at once; each must come to its end.
+  static void InProcesses(int count, const std::function<void()>& act) {
+    std::vector<pid_t> children;
+    for (int i = 0; i < count; ++i) {
+      const pid_t child = fork();
+      if (child == 0) {
+        try {
+          act();
+          _exit(0);
+        } catch (const std::exception& error) {
+          fprintf(stderr, "%s\n", error.what());
+          _exit(1);
+        }
+      }
+      children.push_back(child);
+    }
+    for (const pid_t child : children) {
+      int status = 0;
+      waitpid(child, &status, 0);
+      EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
     }
   }
   static void Raw(const std::string& path, const char* sql) {
@@ -142,25 +166,7 @@ TEST_F(SqliteOpen, ASaveWithoutRoomIsRefusedAndLeavesNothing) {
 }
 
 TEST_F(SqliteOpen, TwoFirstStartsAtOnceBothSucceed) {
-  std::vector<pid_t> children;
-  for (int i = 0; i < 4; ++i) {
-    const pid_t child = fork();
-    if (child == 0) {
-      try {
-        const auto db = Open(Path(), true);
-        _exit(0);
-      } catch (const std::exception& error) {
-        fprintf(stderr, "%s\n", error.what());
-        _exit(1);
-      }
-    }
-    children.push_back(child);
-  }
-  for (const pid_t child : children) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-  }
+  InProcesses(4, [&] { Open(Path(), true); });
   EXPECT_EQ(Open(Path())->Query("select count(*) from INFORMATION_SCHEMA.TABLES").Field(0).ToText(),
             "0");
 }
@@ -174,33 +180,17 @@ TEST_F(SqliteOpen, SeveralDesktopsCountWithoutLosingANumber) {
         "create table PaymentMast (PayID nvarchar(20) NOT NULL PRIMARY KEY);"
         "insert into NumberMast values ('C1',0)");
   }
-  std::vector<pid_t> children;
-  for (int i = 0; i < kDesktops; ++i) {
-    const pid_t child = fork();
-    if (child == 0) {
-      try {
-        const auto db = Open(Path());
-        for (int save = 0; save < kSaves; ++save) {
-          db->BeginTrans();
-          const std::string next =
-              db->Query("select PaymentNo+1 from NumberMast where CustID='C1'").Field(0).ToText();
-          db->Execute("update NumberMast set PaymentNo=" + next + " where CustID='C1'");
-          db->Execute("insert into PaymentMast values ('P" + next + "')");
-          db->CommitTrans();
-        }
-        _exit(0);
-      } catch (const std::exception& error) {
-        fprintf(stderr, "%s\n", error.what());
-        _exit(1);
-      }
+  InProcesses(kDesktops, [&] {
+    const auto db = Open(Path());
+    for (int save = 0; save < kSaves; ++save) {
+      db->BeginTrans();
+      const std::string next =
+          db->Query("select PaymentNo+1 from NumberMast where CustID='C1'").Field(0).ToText();
+      db->Execute("update NumberMast set PaymentNo=" + next + " where CustID='C1'");
+      db->Execute("insert into PaymentMast values ('P" + next + "')");
+      db->CommitTrans();
     }
-    children.push_back(child);
-  }
-  for (const pid_t child : children) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-  }
+  });
   const auto db = Open(Path());
   EXPECT_EQ(db->Query("select count(*) from PaymentMast").Field(0).ToText(), "100");
   EXPECT_EQ(db->Query("select PaymentNo from NumberMast").Field(0).ToText(), "100");
