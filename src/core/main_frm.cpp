@@ -141,6 +141,15 @@ bool MainFrm::BuiltInLogonIsOpen() {
 }
 
 void MainFrm::ShutBuiltInLogon() {
+  const MenuEntry* users = menu_.Find("UserMnu");
+  if (users == nullptr || !users->visible) {
+    const std::string& user = session().CurrentUserID;
+    session().MsgTitle = "User Management";
+    Refuse(
+        {fmt::format("Nobody could manage users any more, tick User Management for {} first", user),
+         fmt::format("将没有人可管理用户，请先替 {} 勾选用户管理", user)});
+    return;
+  }
   main().Execute("UPDATE Systemast SET [Value]='' WHERE Param='KEY'");
   KeyNotice.SetVisible(false);
   EmptyKeyCmd.SetVisible(false);
