@@ -5,6 +5,7 @@
 #include <optional>
 #include <stdexcept>
 
+#include "collections/hold_loan.h"
 #include "collections/payment_frm.h"
 #include "collections/receipt_number.h"
 #include "collections/refusals.h"
@@ -158,6 +159,7 @@ bool PaymentFrm::WritePayment(Payment& payment) {
 // Another desktop may have taken a payment of the same loan, closed it or deleted it while this one
 // was typed.
 void PaymentFrm::RefuseStaleLoan(const Payment& payment) {
+  HoldLoan(main(), payment.LoanID);
   const Recordset loan = main().Query("SELECT LoanStatus,LoanBal FROM LoanMast WHERE LoanID=" +
                                       QuoteStr(payment.LoanID));
   if (loan.Eof()) throw std::runtime_error(session().In(LoanNotFound(payment.LoanID)));

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "collections/hold_loan.h"
 #include "core/amounts.h"
 #include "core/record.h"
 #include "core/sequences.h"
@@ -150,6 +151,7 @@ void CreateSettlement(const Session& session, Settlement& settlement) {
   Connection& main = session.Main();
   const std::string id = QuoteStr(settlement.LoanID);
   // Another desktop may have taken a payment while the question stood.
+  HoldLoan(main, settlement.LoanID);
   const Recordset now = main.Query("SELECT LoanBal,NextDueDate FROM LoanMast WHERE LoanID=" + id);
   const Money balance = now.Eof() ? Money() : Sen(now.Field("LoanBal"));
   if (balance != settlement.LoanBal) {

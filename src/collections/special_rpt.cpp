@@ -6,6 +6,7 @@
 #include <utility>
 #include <variant>
 
+#include "collections/hold_loan.h"
 #include "collections/pay_day.h"
 #include "collections/plain_payment.h"
 #include "collections/refusals.h"
@@ -216,6 +217,7 @@ std::string SpecialRpt::Pay(int row) {
   Payment payment;
   try {
     Transaction transaction(main());
+    HoldLoan(main(), loan);
     auto made = PlainPayment(main(), loan, PayDate.text(), Money::FromText(DG.Cell(row, kAmount)));
     if (const auto* reason = std::get_if<Caption>(&made)) return session().In(*reason);
     payment = std::get<Payment>(std::move(made));

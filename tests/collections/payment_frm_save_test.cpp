@@ -317,6 +317,31 @@ TEST_F(PaymentSave, AnotherDesktopPaidWhileTheQuestionStood) {
   }
 }
 
+// Desktops that save at once come in turn, and the second may find the first's payment stored and
+// not replayed yet.
+TEST_F(PaymentSave, APaymentThatIsNotReplayedYetCounts) {
+  for (const std::string& loan : {kPersonal, kFlexi}) {
+    auto slow = New(loan);
+    auto quick = New(loan);
+    for (PaymentFrm* screen : {slow.get(), quick.get()}) {
+      Put(screen->PayDate, "31-01-2024");
+      Put(screen->TotPay, "1200");
+    }
+    int behind = 0;  // statements behind the commit of the quick one
+    main().SetFaultHook([&](std::string_view sql) {
+      if (behind > 0 || sql.starts_with("COMMIT")) ++behind;
+      if (behind != 2) return;
+      Save(*slow);
+      EXPECT_EQ(LastMessage(),
+                "New Payment: An error occurs during saving payment\n0 - Payment amount cannot "
+                "more than loan balance amount");
+    });
+    Save(*quick);
+    main().SetFaultHook({});
+    EXPECT_EQ(Scalar("SELECT COUNT(*) FROM PaymentMast WHERE LoanID=" + QuoteStr(loan)), "1");
+  }
+}
+
 // What happened on another desktop between load and save is told; nothing is stored, and what was
 // typed stays.
 TEST_F(PaymentSave, AnotherDesktopChangedLoanOrPaymentWhileTheQuestionStood) {

@@ -516,12 +516,15 @@ TEST_F(LoanSettlementTest, EachStatementThatFailsLeavesNoTrace) {
 
 TEST_F(LoanSettlementTest, AnotherDesktopPaidOrDeletedMeanwhile) {
   auto screen = Filled("9000");
-  office.Run("UPDATE LoanMast SET LoanBal=9390");
+  // Stored there, and not replayed yet.
+  office.Run(
+      "INSERT INTO PaymentMast (PayID,LoanID,PayDate,PayAmt,InstalAmt) VALUES "
+      "('HQ0001-001-009','HQ0001-001','2024-02-09',10,10)");
   screen->Command1.Click();
   EXPECT_EQ(LastMessage(),
             "Loan Settlement: An error occur during saving record - The balance of HQ0001-001 is "
             "9,390.00 now, please load the loan again");
-  office.Run("UPDATE LoanMast SET LoanBal=9400");
+  office.Run("DELETE FROM PaymentMast WHERE PayID='HQ0001-001-009'");
   screen->Command1.Click();
   auto loaded = Loaded();
   office.Run("DELETE FROM PaymentMast WHERE Settlement='1'");
