@@ -1,18 +1,19 @@
 // A second model of the books behind the payment counter, for the test of random histories: a
 // customer's loans with payments, charges, cheques and receipt numbers as they should stand.
 // Amounts in whole sen. The replay of the payments is that of tests/loans/rebuild_model.h. Nothing
-// is shared with src/.
+// is shared with src/ but how an amount is shown.
 #pragma once
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
 #include <map>
 #include <string>
-#include <tuple>
 #include <vector>
 
-#include "tests/loans/rebuild_model.h"
+#include "core/formats.h"
+#include "tests/loans/random_loans.h"
 
 namespace kaunter::counter {
 
@@ -26,18 +27,11 @@ inline std::string Dashed(const Day& day) {
   return fmt::format("{:02}-{:02}-{:04}", day.day, day.month, day.year);
 }
 inline bool IsSunday(const Day& day) {
-  static constexpr int kMonths[] = {0, 3, 2, 5, 0, 3, 5, 1, 4, 6, 2, 4};
-  const int y = day.month < 3 ? day.year - 1 : day.year;
-  return (y + y / 4 - y / 100 + y / 400 + kMonths[day.month - 1] + day.day) % 7 == 0;
+  using std::chrono::month, std::chrono::sys_days, std::chrono::weekday, std::chrono::year;
+  return weekday(sys_days(year(day.year) / day.month / day.day)) == std::chrono::Sunday;
 }
-
-// "1,234.50"
 inline std::string Shown(Sen sen) {
-  std::string whole = std::to_string((sen < 0 ? -sen : sen) / 100);
-  for (int at = static_cast<int>(whole.size()) - 3; at > 0; at -= 3) {
-    whole.insert(static_cast<std::size_t>(at), ",");
-  }
-  return fmt::format("{}{}.{:02}", sen < 0 ? "-" : "", whole, (sen < 0 ? -sen : sen) % 100);
+  return Format(Money::FromTenThousandths(sen * 100), "#,##0.00");
 }
 
 struct Paid : model::Payment {
@@ -50,14 +44,13 @@ struct Paid : model::Payment {
   Sen payable = 0, interest_open = 0, capital_open = 0;
   bool changed = false;
 
-  // But for what each rebuild writes.
-  bool SameEntry(const Paid& other) const {
-    const auto entry = [](const Paid& p) {
-      return std::tie(p.id, p.date.year, p.date.month, p.date.day, p.row, p.pay, p.instalment,
-                      p.extra, p.late, p.charge, p.collector, p.discount, p.calculated, p.top,
-                      p.top_term, p.topup, p.cheque, p.bank, p.collect, p.group, p.receipt);
-    };
-    return entry(*this) == entry(other);
+  // What was entered, where no rebuild writes.
+  std::string Entry() const {
+    return fmt::format("{}|{}|{}|{}|{}|{}|{}|{}|{}|{}|{}|{}|{}|{}|{}|{}|", id, row, Iso(date), pay,
+                       instalment, extra, late, charge, discount, collector, calculated, top,
+                       top_term, topup, receipt, cheque) +
+           fmt::format("{}|{}|{}|{}|{}|{}|{}|{}|{}|", bank, collect, group, payable, interest_open,
+                       capital_open, Iso(last_due), Iso(next_due), commission);
   }
 };
 
@@ -69,8 +62,7 @@ struct Charge {
 };
 
 struct Cheque {
-  int seq = 0;
-  std::string no, bank, pay_id;
+  std::string no, pay_id;
   Sen amount = 0;
   Day date{};
 };
@@ -95,16 +87,14 @@ struct Loan {
 
   bool flexi() const { return ledger.scheme != "0"; }
   Paid* Find(const std::string& pay_id) {
-    for (Paid& one : paid) {
-      if (one.id == pay_id) return &one;
-    }
-    return nullptr;
+    const auto found =
+        std::find_if(paid.begin(), paid.end(), [&](const Paid& one) { return one.id == pay_id; });
+    return found == paid.end() ? nullptr : &*found;
   }
   Cheque* FindCheque(const std::string& no) {
-    for (Cheque& one : cheques) {
-      if (one.no == no) return &one;
-    }
-    return nullptr;
+    const auto found = std::find_if(cheques.begin(), cheques.end(),
+                                    [&](const Cheque& one) { return one.no == no; });
+    return found == cheques.end() ? nullptr : &*found;
   }
   // Nothing open counts as the first row.
   const model::Row& FirstOpen() const {
@@ -120,13 +110,6 @@ struct Loan {
     }
     return open;
   }
-  void SumCharges() {
-    charged = credited = 0;
-    for (const Charge& one : charges) {
-      if (one.type == "Batch Loan Interest") continue;
-      (one.amount > 0 ? charged : credited) += one.amount;
-    }
-  }
   void Rebuild() {
     std::sort(paid.begin(), paid.end(), [](const Paid& a, const Paid& b) { return a.id < b.id; });
     ledger.payments.assign(paid.begin(), paid.end());
@@ -138,7 +121,11 @@ struct Loan {
     for (const model::Payment& one : ledger.late_paid) {
       charges.push_back({one.id, one.date, -one.late, 0, "Payment"});
     }
-    SumCharges();
+    charged = credited = 0;
+    for (const Charge& one : charges) {
+      if (one.type == "Batch Loan Interest") continue;
+      (one.amount > 0 ? charged : credited) += one.amount;
+    }
     if (group == "PINJAMAN SEMASA" || group == "PINJAMAN SELESAI") {
       group = ledger.balance == 0 ? "PINJAMAN SELESAI" : "PINJAMAN SEMASA";
     }

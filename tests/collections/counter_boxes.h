@@ -14,26 +14,13 @@
 
 namespace kaunter::counter {
 
-// What a clerk types into a box of an amount.
-struct Typed {
-  std::string text;
-  std::int64_t units = 0;  // ten-thousandths
-  bool number = true;      // or blank
-};
-
+// What a box of an amount holds: as it is shown, and in ten-thousandths.
 struct Amount {
   std::string text = "0.00";
   std::int64_t units = 0;
-  bool number = true;
+  bool number = true;  // or blank
 
-  void Put(const Typed& typed) {
-    text = typed.text;
-    while (!text.empty() && text.front() == ' ') text.erase(0, 1);
-    while (!text.empty() && text.back() == ' ') text.pop_back();
-    units = typed.units;
-    number = typed.number;
-  }
-  void Show(Sen sen) { *this = {Shown(sen), sen * 100, true}; }
+  static Amount Of(Sen sen) { return {Shown(sen), sen * 100}; }
   // As a column keeps it: half a sen away from zero. Letters count as nothing.
   Sen sen() const {
     if (!number) return 0;
@@ -61,30 +48,25 @@ enum Box {
 
 struct Rule {
   const char* invalid;
+  Sen Paid::*kept_in = nullptr;
   bool may_be_negative = false;
 };
 inline constexpr std::array<Rule, kBoxes> kRules = {{
     {"Invalid Total Payment"},
-    {"Invalid Amount, Please check"},
-    {"Invalid Amount"},
-    {"Invalid Amount"},
-    {"Invalid Interest Payment, Please check", true},
-    {"Invalid Refund Deposit Amount, Please check"},
-    {"Invalid Collector Fee, Please check"},
-    {"Invalid Discount, Please check"},
-    {"Invalid Late Interest, Please check"},
+    {"Invalid Amount, Please check", &Paid::pay},
+    {"Invalid Amount", &Paid::instalment},
+    {"Invalid Amount", &Paid::extra},
+    {"Invalid Interest Payment, Please check", &Paid::late, true},
+    {"Invalid Refund Deposit Amount, Please check", &Paid::charge},
+    {"Invalid Collector Fee, Please check", &Paid::collector},
+    {"Invalid Discount, Please check", &Paid::discount},
+    {"Invalid Late Interest, Please check", &Paid::calculated},
     {"Invalid data, Please check"},
-    {"Invalid Salesman Comm, Please check"},
+    {"Invalid Salesman Comm, Please check", &Paid::commission},
+    {"Invalid Term", &Paid::top},
     {"Invalid Term"},
-    {"Invalid Term"},
-    {"Invalid Topup Loan Amount, Please check!"},
+    {"Invalid Topup Loan Amount, Please check!", &Paid::topup},
 }};
-
-// What a press of the button must come to.
-struct Verdict {
-  enum class Kind { dead, refused, declined, stored } kind = Kind::dead;
-  std::string told;  // how the last message begins
-};
 
 // How the desk answers while it is pressed.
 struct Answers {
@@ -149,22 +131,10 @@ struct Counter {
     old_balance = is_edit() ? stored.old_balance : with.ledger.balance;
     new_balance = is_edit() ? stored.new_balance : old_balance - stored.pay;
     drawn = company->special_user ? 0 : with.drawn;
-    const Sen amounts[kBoxes] = {stored.pay + stored.late,
-                                 stored.pay,
-                                 stored.instalment,
-                                 stored.extra,
-                                 stored.late,
-                                 stored.charge,
-                                 stored.collector,
-                                 stored.discount,
-                                 stored.calculated,
-                                 0,
-                                 stored.commission,
-                                 stored.top,
-                                 0,
-                                 stored.topup};
-    for (int i = 0; i < kBoxes; ++i) box[static_cast<std::size_t>(i)].Show(amounts[i]);
-    box[kMultiple] = {"0", 0};
+    for (std::size_t i = 0; i < kBoxes; ++i) {
+      if (kRules[i].kept_in != nullptr) box[i] = Amount::Of(stored.*kRules[i].kept_in);
+    }
+    box[kTotal] = Amount::Of(stored.pay + stored.late);
     box[kTopTerm] = {std::to_string(stored.top_term), stored.top_term * 10000};
     cheque = stored.cheque;
     bank = stored.bank;
@@ -178,32 +148,32 @@ struct Counter {
 
   // --- boxes that are left; what is told
 
-  std::string Leave(Box which, const Typed& typed) {
-    Amount& amount = box[which];
-    amount.Put(typed);
-    if (amount.text.empty() && (which == kTotal || which == kPay)) amount.text = "0";
+  std::string Leave(Box which, Amount typed) {
+    typed.text.erase(0, std::min(typed.text.find_first_not_of(' '), typed.text.size()));
+    typed.text.resize(typed.text.find_last_not_of(' ') + 1);
+    if (typed.text.empty() && (which == kTotal || which == kPay)) typed.text = "0";
+    box[which] = typed;
     if (!Valid(which)) return kRules[which].invalid;
+    const Sen pay = box[kPay].sen(), sen = typed.sen();
     switch (which) {
       case kTotal:
         LeaveTotal();
         return "";
       case kPay:
-        if (box[kPay].sen() > old_balance) {
-          if (!flexi()) return "Payment cannot more than Payable Amount";
-          if (box[kPay].sen() > Limit()) return AboveLimit();
-        }
+        if (pay > old_balance && !flexi()) return "Payment cannot more than Payable Amount";
+        if (pay > old_balance && pay > Limit()) return AboveLimit();
         Spread();
         return "";
       case kInterest:
         ShowTotal();
         return "";
       case kInstal:
-        if (amount.sen() > box[kPay].sen()) return "Installment cannot more than Payment Amount";
-        box[kExtra].Show(box[kPay].sen() - amount.sen());
+        if (sen > pay) return "Installment cannot more than Payment Amount";
+        box[kExtra] = Amount::Of(pay - sen);
         return "";
       case kExtra:
-        if (amount.sen() > box[kPay].sen()) return "Extra cannot more than Payment Amount";
-        box[kInstal].Show(box[kPay].sen() - amount.sen());
+        if (sen > pay) return "Extra cannot more than Payment Amount";
+        box[kInstal] = Amount::Of(pay - sen);
         return "";
       case kRefund:
         return Refund();
@@ -211,12 +181,12 @@ struct Counter {
         return Multiple();
       case kTopAmt:
       case kTopTerm:
-        if (box[kTopAmt].text.empty() || box[kTopTerm].text.empty()) box[kTopUp].Show(0);
+        if (box[kTopAmt].text.empty() || box[kTopTerm].text.empty()) box[kTopUp] = {};
         if (std::string told = TopTerm(); !told.empty()) return told;
         ShowNewBalance();
         return "";
       default:
-        if (!amount.text.empty()) amount.Show(amount.sen());
+        if (!typed.text.empty()) box[which] = Amount::Of(sen);
         return "";
     }
   }
@@ -231,8 +201,8 @@ struct Counter {
       cheque.clear();
       return "Cheque, Cannot be reuse";
     }
-    box[kPay].Show(found->amount);
-    bank = found->bank;
+    box[kPay] = Amount::Of(found->amount);
+    bank = "MBB";
     collect = "CHEQUE";
     Spread();
     return "";
@@ -259,14 +229,17 @@ struct Counter {
     return "";
   }
 
-  // --- the press of the button, up to the question
+  // --- the press of the button: nothing when it stores, else what is told ("" for nothing)
 
-  Verdict Press(const Answers& answers) {
-    if (!enabled) return {};
+  std::optional<std::string> Press(const Answers& answers) {
+    if (!enabled) return "";
     std::string told = Check(answers);
-    if (!told.empty()) return {Verdict::Kind::refused, told};
-    if (!answers.confirm) return {Verdict::Kind::declined, ""};
-    return {Verdict::Kind::stored, ""};
+    if (!told.empty() || !answers.confirm) return told;
+    told = is_delete() ? Delete() : Store();
+    if (!told.empty()) return told;
+    loan->Rebuild();
+    enabled = false;
+    return std::nullopt;
   }
 
   Sen Limit() const { return loan->Open() + (loaded ? loaded->pay : 0); }
@@ -305,8 +278,8 @@ struct Counter {
     const Sen pay = box[kPay].sen();
     // A split by hand that still adds up stays.
     if (!flexi() || box[kInstal].sen() + box[kExtra].sen() != pay) {
-      box[kInstal].Show(pay);
-      box[kExtra].Show(0);
+      box[kInstal] = Amount::Of(pay);
+      box[kExtra] = {};
     }
     ShowNewBalance();
     ShowTotal();
@@ -315,7 +288,7 @@ struct Counter {
     if (!flexi()) new_balance = old_balance - box[kPay].sen() + box[kTopAmt].sen();
   }
   void ShowTotal() {
-    box[kTotal].Show(box[kPay].sen() + box[kInterest].sen());
+    box[kTotal] = Amount::Of(box[kPay].sen() + box[kInterest].sen());
     split_total = box[kTotal].text;
   }
   std::string AboveLimit() const { return "Total payment cannot more than " + Shown(Limit()); }
@@ -375,7 +348,6 @@ struct Counter {
     return LeaveDate(answers);
   }
 
- public:
   std::string Stale() const {
     return fmt::format("Payment {} was changed meanwhile, Please load it again", OwnID());
   }
@@ -384,17 +356,10 @@ struct Counter {
 
   std::string Store() {
     Paid made = entry;
-    made.pay = box[kPay].sen();
-    made.instalment = box[kInstal].sen();
-    made.extra = box[kExtra].sen();
-    made.late = box[kInterest].sen();
-    made.charge = box[kRefund].sen();
-    made.collector = box[kCollector].sen();
-    made.discount = box[kDiscount].sen();
-    made.calculated = box[kMemo5].sen();
-    made.top = box[kTopAmt].sen();
+    for (std::size_t i = 0; i < kBoxes; ++i) {
+      if (kRules[i].kept_in != nullptr) made.*kRules[i].kept_in = box[i].sen();
+    }
     made.top_term = static_cast<int>(box[kTopTerm].units / 10000);
-    made.topup = box[kTopUp].sen();
     made.cheque = cheque;
     made.bank = bank;
     made.collect = collect;
@@ -410,13 +375,13 @@ struct Counter {
       return failed + "0 - Cheque, Cannot be reuse";
     }
     Paid* stored = is_new() ? nullptr : loan->Find(loaded->id);
-    if (stored != nullptr && !stored->SameEntry(*loaded)) return failed + "0 - " + Stale();
+    if (stored != nullptr && stored->Entry() != loaded->Entry()) return failed + "0 - " + Stale();
     if (!receipt.empty() && company->ReceiptTaken(receipt, OwnID())) {
       return "Same Receipt No detected - " + receipt;
     }
     if (!is_new() && stored == nullptr) return failed;
     made.changed = !is_new();
-    made.commission = is_new() ? box[kCommission].sen() : stored->commission;  // written once
+    if (!is_new()) made.commission = stored->commission;  // written once
     if (is_new()) {
       made.id = fmt::format("{}-{:03}", loan->id, loan->next++);
       loan->counted = true;
@@ -427,41 +392,37 @@ struct Counter {
       made.id = loaded->id;
       *stored = made;
     }
-    for (Cheque& one : loan->cheques) {
-      if (one.pay_id == made.id) one.pay_id.clear();
-    }
+    FreeCheque(made.id);
     if (tied != nullptr) {
       tied->pay_id = made.id;
       tied->date = paid_on;
     }
-    loan->Rebuild();
-    enabled = false;
     return "";
   }
 
   std::string Delete() {
     const Paid before = *loaded;
     const Paid* stored = loan->Find(before.id);
-    if (stored == nullptr || !stored->SameEntry(before)) {
+    if (stored == nullptr || stored->Entry() != before.Entry()) {
       loan->Rebuild();
       return "an error occurs during deleting payment\n" + (stored == nullptr ? "" : Stale());
     }
     std::erase_if(loan->paid, [&](const Paid& one) { return one.id == before.id; });
-    for (Cheque& one : loan->cheques) {
-      if (one.pay_id == before.id) one.pay_id.clear();
-    }
+    FreeCheque(before.id);
     loan->topup -= before.topup;
     Reversed& off = loan->reversed[before.row];
     off.interest -= before.interest_open;
     off.capital -= before.capital_open;
     off.collector -= before.collector;
     off.late -= before.late;
-    loan->Rebuild();
-    enabled = false;
     return "";
   }
 
- private:
+  void FreeCheque(const std::string& pay_id) {
+    for (Cheque& one : loan->cheques) {
+      if (one.pay_id == pay_id) one.pay_id.clear();
+    }
+  }
   // Late charges that the batch has posted for days after the payment, up to the next due date.
   void Waive() {
     for (Charge& one : loan->charges) {

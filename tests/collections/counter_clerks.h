@@ -3,7 +3,6 @@
 #pragma once
 
 #include <array>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,10 +13,9 @@
 
 namespace kaunter {
 
+using counter::Amount;
 using counter::Box;
 using counter::Dashed;
-using counter::Typed;
-using counter::Verdict;
 
 inline constexpr std::array<TextBox PaymentFrm::*, counter::kBoxes> kBoxesOfScreen = {
     &PaymentFrm::TotPay,  &PaymentFrm::PayAmt,    &PaymentFrm::InstalAmt,    &PaymentFrm::PayExtra,
@@ -25,16 +23,7 @@ inline constexpr std::array<TextBox PaymentFrm::*, counter::kBoxes> kBoxesOfScre
     &PaymentFrm::Memo5,   &PaymentFrm::MPayment,  &PaymentFrm::SalesmanComm, &PaymentFrm::TopAmt,
     &PaymentFrm::TopTerm, &PaymentFrm::TopUpAmt};
 
-struct Counted {
-  int histories = 0, typed = 0, pressed = 0, refused = 0, stored = 0, changed = 0, deleted = 0;
-  int taken_back = 0;
-  std::map<std::string, int> told;  // how often each refusal was met, without its figures
-};
-
-class CounterClerks : protected CounterOffice {
- public:
-  Counted counted;
-
+class CounterClerks : public CounterOffice {
  protected:
   // A screen and what should stand on it.
   struct Clerk {
@@ -45,71 +34,70 @@ class CounterClerks : protected CounterOffice {
 
   // --- at the screen
 
-  Clerk& Opened(Who who) {
+  // Cleared, or opened anew; with a loan that is handed over, always the latter.
+  Clerk& Opened(Who who, const std::string& handed_over = {}) {
+    static constexpr const char* kModes[] = {"New Payment", "New Payment", "Edit Payment",
+                                             "Delete Payment"};
     Clerk& clerk = clerks_[who];
-    if (clerk.screen == nullptr || OneIn(12)) return Reopened(who, "");
-    clerk.screen->Guard([&] { clerk.screen->CmdClear.Click(); });
-    clerk.model.Start(company_, kModes[who]);
-    return clerk;
-  }
-  Clerk& Reopened(Who who, const std::string& loan) {
-    Clerk& clerk = clerks_[who];
-    if (clerk.screen != nullptr) clerk.screen->Close();
-    office_.session.CallerTag = kModes[who];
-    office_.session.HandOverLoanID = loan;
-    office_.session.PickerExtra.clear();
-    desk_.messages.clear();
-    clerk.screen = std::make_unique<PaymentFrm>(office_.session, desk_);
-    clerk.screen->Guard([&] { clerk.screen->Load(); });
+    desk_.told.clear();
+    if (clerk.screen != nullptr && handed_over.empty() && !OneIn(12)) {
+      clerk.screen->Guard([&] { clerk.screen->CmdClear.Click(); });
+    } else {
+      if (clerk.screen != nullptr) clerk.screen->Close();
+      office_.session.CallerTag = kModes[who];
+      office_.session.HandOverLoanID = handed_over;
+      office_.session.PickerExtra.clear();
+      clerk.screen = std::make_unique<PaymentFrm>(office_.session, desk_);
+      clerk.screen->Guard([&] { clerk.screen->Load(); });
+    }
     clerk.model.Start(company_, kModes[who]);
     return clerk;
   }
 
+  static bool Place(TextBox& box, const std::string& text) { return box.Type(text); }
+  static bool Place(ComboBox& box, const std::string& text) { return box.Pick(text); }
+
+  // A box is typed into and left; `leave` does the same in the model and says what is told.
   template <typename AnyBox>
-  void Put(AnyBox& box, const std::string& text) {
+  void Type(Clerk& clerk, AnyBox& box, const std::string& text, const auto& leave) {
+    if (!held_) return;
+    Note(box.name() + " \"" + text + "\"");
+    desk_.told.clear();
     box.Enter();
-    Place(box, text);
-    box.screen().Guard([&] { box.Leave(); });
-    ++counted.typed;
+    if (!Place(box, text)) Fault(box.name() + " does not take " + text);
+    clerk.screen->Guard([&] { box.Leave(); });
+    Told(box.name(), leave());
+    CompareBoxes(clerk);
   }
-  void Place(TextBox& box, const std::string& text) {
-    if (!box.Type(text)) Fault(box.name() + " does not take " + text);
-  }
-  void Place(ComboBox& box, const std::string& text) {
-    if (!box.Pick(text)) Fault(box.name() + " does not take " + text);
-  }
-  std::string LastTold() { return desk_.messages.empty() ? "" : desk_.messages.back(); }
+  // "?" stands for a question that was answered with no.
   void Told(const std::string& where, const std::string& should_be) {
-    const std::string is = LastTold();
-    if (should_be.empty() ? !is.empty() : !is.starts_with(should_be)) {
-      Fault(fmt::format("{} told \"{}\", should be \"{}\"", where, is, should_be));
+    if (should_be.empty() || should_be == "?" ? !desk_.told.empty()
+                                              : !desk_.told.starts_with(should_be)) {
+      Fault(fmt::format("{} told \"{}\", should be \"{}\"", where, desk_.told, should_be));
     }
   }
 
   bool BringLoan(Clerk& clerk, Loan& loan) {
-    Note(fmt::format("{} on {} (balance {})", clerk.model.mode, loan.id,
-                     counter::Shown(loan.ledger.balance)));
-    desk_.messages.clear();
-    Put(clerk.screen->LoanID, OneIn(5) ? " " + loan.id + " " : loan.id);
-    Told("loan", clerk.model.OpenLoan(loan));
-    CompareBoxes(clerk);
+    Note(fmt::format("{} (balance {})", clerk.model.mode, counter::Shown(loan.ledger.balance)));
+    Type(clerk, clerk.screen->LoanID, OneIn(5) ? " " + loan.id + " " : loan.id,
+         [&] { return clerk.model.OpenLoan(loan); });
     return held_ && clerk.model.enabled;
   }
   bool BringPayment(Clerk& clerk, Loan& loan, const std::string& pay_id) {
-    Note(fmt::format("{} of {}", clerk.model.mode, pay_id));
+    Note(clerk.model.mode);
     clerk.screen->Guard([&] { clerk.screen->CmdClear.Click(); });
     clerk.model.Start(company_, clerk.model.mode);
-    desk_.messages.clear();
-    Put(clerk.screen->PayID, pay_id);
-    Told("payment", "");
-    clerk.model.OpenPayment(loan, *loan.Find(pay_id));
-    CompareBoxes(clerk);
+    Type(clerk, clerk.screen->PayID, pay_id, [&] {
+      clerk.model.OpenPayment(loan, *loan.Find(pay_id));
+      return "";
+    });
     return held_;
   }
 
   // The amounts on the screen are those of the model.
   void CompareBoxes(Clerk& clerk) {
     const counter::Counter& on = clerk.model;
+    if (on.loan == nullptr) return;
     for (const Box box : {counter::kPay, counter::kInstal, counter::kExtra, counter::kInterest}) {
       const std::string& text = (*clerk.screen.*kBoxesOfScreen[box]).text();
       if (!on.box[box].number) continue;
@@ -123,170 +111,105 @@ class CounterClerks : protected CounterOffice {
     Same("OldLoanBal", clerk.screen->OldLoanBal.text(), counter::Shown(on.old_balance));
   }
 
-  void TypeAmount(Clerk& clerk, Box which, const Typed& typed) {
+  void TypeAmount(Clerk& clerk, Box which, const Amount& typed) {
     TextBox& box = *clerk.screen.*kBoxesOfScreen[which];
     if (box.locked() != clerk.model.Locked(which)) Fault(box.name() + " is locked or is not");
-    if (box.locked() || !held_) return;
-    Note(fmt::format("{} \"{}\"", box.name(), typed.text));
-    desk_.messages.clear();
-    Put(box, typed.text);
-    const std::string told = clerk.model.Leave(which, typed);
-    Told(box.name(), told);
-    if (!told.empty()) Same(box.name(), box.text(), clerk.model.box[which].text);
-    CompareBoxes(clerk);
+    if (box.locked()) return;
+    std::string told;
+    Type(clerk, box, typed.text, [&] { return told = clerk.model.Leave(which, typed); });
+    if (!told.empty()) Same("a refused box", box.text(), clerk.model.box[which].text);
   }
   void TypeCheque(Clerk& clerk, const std::string& no) {
-    if (!held_) return;
-    Note("ChqNo " + no);
-    desk_.messages.clear();
-    Put(clerk.screen->ChqNo, no);
-    Told("ChqNo", clerk.model.LeaveCheque(no));
-    CompareBoxes(clerk);
+    Type(clerk, clerk.screen->ChqNo, no, [&] { return clerk.model.LeaveCheque(no); });
   }
   void TypeReceipt(Clerk& clerk, const std::string& number) {
-    Note("ReceiptNo " + number);
-    Put(clerk.screen->ReceiptNo, number);
-    clerk.model.receipt = number;
+    Type(clerk, clerk.screen->ReceiptNo, number, [&] {
+      clerk.model.receipt = number;
+      return "";
+    });
   }
   void TypeDate(Clerk& clerk, const std::string& text, const std::optional<Day>& day) {
-    if (!held_) return;
     desk_.answers.holiday = !OneIn(3);
-    Note(fmt::format("PayDate {}{}", text, desk_.answers.holiday ? "" : ", not on a holiday"));
-    desk_.messages.clear();
-    Put(clerk.screen->PayDate, text);
-    clerk.model.TypeDate(text, day);
-    std::string told = clerk.model.LeaveDate(desk_.answers);
-    Told("PayDate", told == "?" ? "" : told);
+    Type(clerk, clerk.screen->PayDate, text, [&] {
+      clerk.model.TypeDate(text, day);
+      return clerk.model.LeaveDate(desk_.answers);
+    });
     Same("PayDate", clerk.screen->PayDate.text(), text);
   }
+  void TypeDate(Clerk& clerk, const Day& day) { TypeDate(clerk, Dashed(day), day); }
 
   // --- what is typed
 
-  Typed As(Sen sen) {
+  Amount As(Sen sen) {
     const std::string plain = Text(sen);
-    switch (Between(0, 9)) {
-      case 0:
-        return {" " + plain + " ", sen * 100};
-      case 1:
-      case 2:
-        return {counter::Shown(sen), sen * 100};
-      case 3:
-        if (sen >= 0 && sen % 100 == 0) return {plain + ".005", sen * 100 + 50};
-        return {plain, sen * 100};
-      default:
-        return {plain, sen * 100};
-    }
+    const auto form = Between(0, 9);
+    if (form == 0) return {" " + plain + " ", sen * 100};
+    if (form < 3) return Amount::Of(sen);
+    if (form == 3 && sen >= 0 && sen % 100 == 0) return {plain + ".005", sen * 100 + 50};
+    return {plain, sen * 100};
   }
-  Typed Wrong() {
-    static const Typed kWrong[] = {
-        {"abc", 0, false}, {"1O0", 0, false}, {"1e3", 0, false}, {"12..5", 0, false},
-        {"1';", 0, false}, {"-5", -50000},    {"-0.01", -100},   {"", 0}};
-    return kWrong[Between(0, 7)];
-  }
-  Typed DrawTyped(const counter::Counter& on, Box which) {
+  Amount DrawTyped(const counter::Counter& on, Box which) {
+    static const Amount kWrong[] = {{"abc", 0, false}, {"1O0", 0, false},  {"1e3", 0, false},
+                                    {"1';", 0, false}, {"-5", -50000},     {"-0.01", -100},
+                                    {"", 0},           {"12..5", 0, false}};
     if (OneIn(14)) {
-      const Typed wrong = Wrong();
-      // A count has room for four signs.
-      if (wrong.text.size() <= 4) return wrong;
+      const Amount& wrong = AnyOf(kWrong);
+      if (wrong.text.size() <= 4) return wrong;  // a count has room for four signs
     }
-    const Sen balance = std::max<Sen>(on.old_balance, 1);
-    switch (which) {
-      case counter::kTotal:
-      case counter::kPay:
-        switch (Between(0, 11)) {
-          case 0:
-            return As(balance);
-          case 1:
-            return As(balance + 1);
-          case 2:
-            return As(0);
-          case 3:
-            return As(std::max<Sen>(on.Limit(), 0) + Between(0, 1));
-          case 4:
-            return As(std::max<Sen>(on.outstanding, 0) + Between(0, 1));
-          case 5:
-          case 6:
-          case 7:
-            return As(std::max<Sen>(on.entry.payable, 0));
-          default:
-            return As(Between(1, balance / (OneIn(2) ? 1 : 4)));
-        }
-      case counter::kInstal:
-      case counter::kExtra:
-        return As(Between(0, on.box[counter::kPay].sen() + (OneIn(6) ? 1 : 0)));
-      case counter::kInterest:
-        return As(Between(OneIn(5) ? -500 : 0, OneIn(3) ? on.outstanding : 5000));
-      case counter::kRefund:
-        return As(Between(0, OneIn(3) ? 60000 : on.loan->deposit));
-      case counter::kMultiple:
-      case counter::kTopTerm: {
-        const auto count = Between(0, which == counter::kTopTerm ? 3 : 6);
-        return {std::to_string(count), count * 10000};
-      }
-      default:
-        return As(Between(0, 20000));
+    if (which == counter::kMultiple || which == counter::kTopTerm) {
+      const auto count = Between(0, which == counter::kTopTerm ? 3 : 6);
+      return {std::to_string(count), count * 10000};
     }
+    const Sen balance = std::max<Sen>(on.old_balance, 1), due = std::max<Sen>(on.entry.payable, 0);
+    const Sen limit = std::max<Sen>(on.Limit(), 0) + Between(0, 1);
+    const Sen charges = std::max<Sen>(on.outstanding, 0) + Between(0, 1);
+    const Sen part = Between(1, balance / (OneIn(2) ? 1 : 4));
+    const Sen pays[] = {balance, balance + 1, 0,    limit, charges, due,
+                        due,     due,         part, part,  part,    part};
+    return As(which <= counter::kPay ? AnyOf(pays)
+              : which <= counter::kExtra
+                  ? Between(0, on.box[counter::kPay].sen() + (OneIn(6) ? 1 : 0))
+              : which == counter::kInterest
+                  ? Between(OneIn(5) ? -500 : 0, OneIn(3) ? on.outstanding : 5000)
+              : which == counter::kRefund ? Between(0, OneIn(3) ? 60000 : on.loan->deposit)
+                                          : Between(0, 20000));
   }
 
   void TypeDay(Clerk& clerk) {
     const Loan& loan = *clerk.model.loan;
-    switch (Between(0, 14)) {
-      case 0:
-        TypeDate(clerk, OneIn(2) ? "31-02-2024" : "tomorrow", std::nullopt);
-        return;
-      case 1:
-        TypeDate(clerk, "", std::nullopt);
-        return;
-      case 2: {
-        const Day before{loan.lent.year, loan.lent.month, 19};
-        TypeDate(clerk, Dashed(before), before);
-        return;
-      }
-      case 3:
-        TypeDate(clerk, Dashed(loan.lent), loan.lent);
-        return;
-      case 4:
-        if (model::NotBefore(company_.holiday, loan.lent)) {
-          TypeDate(clerk, Dashed(company_.holiday), company_.holiday);
-          return;
-        }
-        [[fallthrough]];
-      default: {
-        const Day day = AnyDay(loan);
-        TypeDate(clerk, Dashed(day), day);
-      }
+    const auto pick = Between(0, 14);
+    if (pick < 2) {
+      TypeDate(clerk, pick == 0 ? "" : OneIn(2) ? "31-02-2024" : "tomorrow", std::nullopt);
+      return;
     }
+    const Day before{loan.lent.year, loan.lent.month, 19};
+    const bool holiday = pick == 4 && model::NotBefore(company_.holiday, loan.lent);
+    TypeDate(clerk, pick == 2   ? before
+                    : pick == 3 ? loan.lent
+                    : holiday   ? company_.holiday
+                                : AnyDay(loan));
   }
 
   void TypeSome(Clerk& clerk) {
-    const counter::Counter& on = clerk.model;
+    using namespace counter;
     const auto type = [&](Box box) { TypeAmount(clerk, box, DrawTyped(clerk.model, box)); };
-    if (on.date.empty() ? !OneIn(20) : OneIn(4)) TypeDay(clerk);
+    const auto any = [&] { return static_cast<Box>(Between(0, kBoxes - 1)); };
+    if (clerk.model.date.empty() ? !OneIn(20) : OneIn(4)) TypeDay(clerk);
     if (OneIn(8)) TypeCheque(clerk, fmt::format("CHQ{}", Between(1, 3)));
-    switch (Between(0, 5)) {
-      case 0:
-      case 1:
-        type(on.is_new() ? counter::kTotal : counter::kPay);
-        break;
-      case 2:
-        type(counter::kPay);
-        break;
-      case 3:
-        type(counter::kPay);
-        type(OneIn(2) ? counter::kInstal : counter::kExtra);
-        break;
-      case 4:
-        type(OneIn(2) ? counter::kInterest : counter::kRefund);
-        break;
-      default:
-        for (int i = 0; i < 4; ++i) type(static_cast<Box>(Between(0, counter::kBoxes - 1)));
-    }
-    for (int box = counter::kInterest; box < counter::kBoxes; ++box) {
+    const Box first = clerk.model.is_new() ? kTotal : kPay;
+    const std::vector<Box> groups[] = {{first},
+                                       {first},
+                                       {kPay},
+                                       {kPay, OneIn(2) ? kInstal : kExtra},
+                                       {OneIn(2) ? kInterest : kRefund},
+                                       {any(), any(), any(), any()}};
+    for (const Box box : AnyOf(groups)) type(box);
+    for (int box = kInterest; box < kBoxes; ++box) {
       if (OneIn(14)) type(static_cast<Box>(box));
     }
     if (OneIn(10)) {
-      type(counter::kTopAmt);
-      type(counter::kTopTerm);
+      type(kTopAmt);
+      type(kTopTerm);
     }
     if (OneIn(8)) TypeReceipt(clerk, AnyReceipt());
     if (OneIn(12)) TypeDay(clerk);
@@ -301,7 +224,7 @@ class CounterClerks : protected CounterOffice {
     for (const auto& [key, at] : company_.counters) {
       choice.push_back(fmt::format("{}{:04}", key.substr(key.find('#') + 1), at + 1));
     }
-    return choice[static_cast<std::size_t>(Between(0, static_cast<int>(choice.size()) - 1))];
+    return AnyOf(choice);
   }
 
   Answers DrawAnswers() {
@@ -323,25 +246,17 @@ class CounterClerks : protected CounterOffice {
 
   // What the last press was refused for is typed anew.
   void Mend(Clerk& clerk, const std::string& told) {
-    if (told.find("ate") != std::string::npos && told.find("day") == std::string::npos) {
-      const Day day = AnyDay(*clerk.model.loan);
-      TypeDate(clerk, Dashed(day), day);
+    const auto says = [&](const char* what) { return told.find(what) != std::string::npos; };
+    if (says("ate") && !says("day")) TypeDate(clerk, AnyDay(*clerk.model.loan));
+    if (says("discount")) TypeAmount(clerk, counter::kDiscount, {"0", 0});
+    if (says("eposit")) TypeAmount(clerk, counter::kRefund, {"", 0});
+    if (says("Cannot exceed")) TypeAmount(clerk, counter::kMultiple, {"0", 0});
+    if (says("Topup more")) TypeAmount(clerk, counter::kTopTerm, {"1", 10000});
+    if (says("Same Receipt")) TypeReceipt(clerk, "");
+    for (std::size_t i = 0; i < counter::kBoxes; ++i) {
+      if (told == counter::kRules[i].invalid) TypeAmount(clerk, static_cast<Box>(i), {"0", 0});
     }
-    if (told.find("discount") != std::string::npos) {
-      TypeAmount(clerk, counter::kDiscount, {"0", 0});
-    }
-    if (told.find("eposit") != std::string::npos) TypeAmount(clerk, counter::kRefund, {"", 0});
-    if (told.starts_with("Cannot exceed")) TypeAmount(clerk, counter::kMultiple, {"0", 0});
-    if (told.find("Topup more") != std::string::npos) {
-      TypeAmount(clerk, counter::kTopTerm, {"1", 10000});
-    }
-    if (told.starts_with("Same Receipt")) TypeReceipt(clerk, "");
-    for (int i = 0; i < counter::kBoxes; ++i) {
-      if (told == counter::kRules[static_cast<std::size_t>(i)].invalid) {
-        TypeAmount(clerk, static_cast<Box>(i), {"0", 0});
-      }
-    }
-    if (told.find("ayment") != std::string::npos) {
+    if (says("ayment")) {
       const Sen due = std::max<Sen>(clerk.model.entry.payable, 1);
       TypeAmount(clerk, counter::kPay, As(std::clamp<Sen>(clerk.model.old_balance, 0, due)));
     }
@@ -361,62 +276,40 @@ class CounterClerks : protected CounterOffice {
 
   bool Press(Clerk& clerk, const Answers& answers) {
     if (!held_) return false;
-    ++counted.pressed;
-    const std::string before = bare_.Everything();
+    const std::string before = Everything();
     const std::vector<std::string> typed = BoxTexts(*clerk.screen);
-    const Verdict verdict = clerk.model.Press(answers);
-    std::string failed;
-    if (verdict.kind == Verdict::Kind::stored) {
-      failed = clerk.model.is_delete() ? clerk.model.Delete() : clerk.model.Store();
-    }
-    const bool stored = verdict.kind == Verdict::Kind::stored && failed.empty();
-    Note(fmt::format("press: {}", stored                                    ? "stored"
-                                  : verdict.kind == Verdict::Kind::declined ? "declined"
-                                  : verdict.kind == Verdict::Kind::dead     ? "dead"
-                                  : failed.empty()                          ? verdict.told
-                                                                            : failed));
-    desk_.messages.clear();
-    desk_.asked.clear();
+    const std::optional<std::string> refused = clerk.model.Press(answers);
+    Note("press: " + refused.value_or("stored"));
+    desk_.told.clear();
     desk_.answers = answers;
     clerk.screen->Guard([&] { clerk.screen->SaveCmd.Click(); });
     if (main().InTransaction()) Fault("a transaction is left open");
-    if (!stored) {
-      ++counted.refused;
-      const std::string told = verdict.told.empty() ? failed : verdict.told;
-      clerk.model.refused_for = told;
-      Told("the press", told == "?" ? "" : told);
-      ++counted.told[WithoutFigures(told)];
-      // A failed delete has the loan rebuilt all the same.
-      if (!clerk.model.is_delete() || !clerk.model.loan->CutAnew()) {
-        Same("a refused press changed rows", bare_.Everything(), before);
-      }
-      KeepsTyped(clerk, typed);
-      return false;
+    if (!refused) {
+      Told("the press", clerk.model.is_new() ? "Payment ID " : "Loan ID ");
+      ++checked[clerk.model.mode];
+      Compare(clerk.model.loan);
+      return held_;
     }
-    Told("the press", clerk.model.is_new() ? "Payment ID " : "Loan ID ");
-    ++(clerk.model.is_new()      ? counted.stored
-       : clerk.model.is_delete() ? counted.deleted
-                                 : counted.changed);
-    Compare("behind the press", clerk.model.loan);
-    return held_;
+    clerk.model.refused_for = *refused;
+    Told("the press", *refused);
+    ++told[WithoutFigures(*refused)];
+    // A failed delete has the loan rebuilt all the same.
+    if (!clerk.model.is_delete() || !clerk.model.loan->CutAnew()) {
+      Same("a refused press changes no row", Everything(), before);
+    }
+    // A blank box may have taken its default; what was typed stands where it stood.
+    const std::vector<std::string> after = BoxTexts(*clerk.screen);
+    for (std::size_t i = 0; i < typed.size(); ++i) {
+      if (!typed[i].ends_with("=")) Same("a refused press changes no box", after[i], typed[i]);
+    }
+    Same("LampiranStatus", clerk.screen->LampiranStatus.text(), clerk.model.group);
+    return false;
   }
 
   static std::string WithoutFigures(std::string text) {
     std::erase_if(text, [](char c) { return c == '.' || c == ',' || (c >= '0' && c <= '9'); });
     return text;
   }
-
-  // A blank box may have taken its default; what was typed stands where it stood.
-  void KeepsTyped(Clerk& clerk, const std::vector<std::string>& typed) {
-    const std::vector<std::string> after = BoxTexts(*clerk.screen);
-    for (std::size_t i = 0; i < typed.size(); ++i) {
-      if (!typed[i].ends_with("=")) Same("a refused press changed a box", after[i], typed[i]);
-    }
-    Same("LampiranStatus", clerk.screen->LampiranStatus.text(), clerk.model.group);
-  }
-
-  static constexpr const char* kModes[] = {"New Payment", "New Payment", "Edit Payment",
-                                           "Delete Payment"};
 
   std::array<Clerk, 4> clerks_;
 };
