@@ -9,9 +9,9 @@
 #include "core/password_screens.h"
 #include "loans/rebuild.h"
 #include "platform/sql/transaction.h"
-#include "tests/collections/bare_ledger.h"
 #include "tests/collections/counter_boxes.h"
 #include "tests/core/office.h"
+#include "tests/loans/bare_ledger.h"
 #include "tests/loans/stored_loan.h"
 
 namespace kaunter {

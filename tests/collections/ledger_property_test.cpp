@@ -13,8 +13,8 @@
 
 #include "collections/ledger_check.h"
 #include "loans/rebuild.h"
-#include "tests/collections/bare_ledger.h"
 #include "tests/core/office.h"
+#include "tests/loans/bare_ledger.h"
 #include "tests/loans/stored_loan.h"
 
 namespace kaunter {

@@ -1,4 +1,5 @@
-// How a loan or a payment comes on the payment screen, and how the money is split there.
+// How a loan or a payment comes on the payment screen, and how the money is split there. The
+// limits of the boxes, and how they follow each other: counter_property_test.cpp.
 #include "tests/collections/payment_counter.h"
 
 namespace kaunter {
@@ -72,55 +73,6 @@ TEST_F(PaymentScreen, ACustomersOnlyLoanComesByItself) {
   EXPECT_EQ(office.session.MsgTitle, "Edit Customer");
 }
 
-TEST_F(PaymentScreen, AFlexiLoanIsSplitByHandAndDueAStepLater) {
-  // Its next row stands elsewhere: the step counts, not the row.
-  office.Run("UPDATE SchMast SET DueDate='2024-03-09' WHERE LoanID='HQ0001-002' AND SchID=2");
-  auto screen = New(kFlexi);
-  PaymentFrm& s = *screen;
-  EXPECT_EQ(s.NextDueDate.text(), "29-02-2024");
-  EXPECT_EQ(s.DragLoan.text(), "Flexi Loan");
-  Put(s.PayAmt, "500");
-  EXPECT_EQ(Split(s), "500 500.00 0.00 0.00 " + s.OldLoanBal.text());
-  Put(s.InstalAmt, "106.62");
-  EXPECT_EQ(Split(s), "500 106.62 393.38 0.00 " + s.OldLoanBal.text());
-  Put(s.PayExtra, "400.5");
-  EXPECT_EQ(Split(s), "500 99.50 400.5 0.00 " + s.OldLoanBal.text());
-  Put(s.PayAmt, "500");  // passed by, not changed
-  EXPECT_EQ(s.InstalAmt.text(), "99.50");
-  Put(s.InstalAmt, "500.01");
-  EXPECT_EQ(LastMessage(), "New Payment: Installment cannot more than Payment Amount");
-  Put(s.InstalAmt, "0");
-  Put(s.PayExtra, "501");
-  EXPECT_EQ(LastMessage(), "New Payment: Extra cannot more than Payment Amount");
-  EXPECT_EQ(s.InstalAmt.text(), "0");
-  Put(s.PayAmt, "400");
-  EXPECT_EQ(Split(s), "400 400.00 0.00 0.00 " + s.OldLoanBal.text());
-  // What is still open of the schedule may be paid, and not a sen more.
-  office.Run(
-      "UPDATE LoanMast SET LoanBal=600 WHERE LoanID='HQ0001-002';"
-      "UPDATE SchMast SET CapitalAmt=100,InterestAmt=10,CapitalPayment=50 WHERE "
-      "LoanID='HQ0001-002'");
-  auto late = New(kFlexi);
-  Put(late->PayAmt, "720.01");
-  EXPECT_EQ(LastMessage(), "New Payment: Total payment cannot more than 720.00");
-  EXPECT_EQ(late->focus(), &late->PayAmt);
-  Put(late->PayAmt, "720");
-  EXPECT_EQ(late->InstalAmt.text(), "720.00");
-}
-
-TEST_F(PaymentScreen, AChangedPaymentMayPayOnceMoreWhatItPaidBefore) {
-  const std::string id = Store("100", "31-01-2024", kFlexi);
-  office.Run(
-      "UPDATE PaymentMast SET OldLoanBal=600;UPDATE SchMast SET CapitalAmt=100,InterestAmt=10,"
-      "CapitalPayment=50,InterestPayment=0 WHERE LoanID='HQ0001-002'");
-  auto edit = Open("Edit Payment", {}, id);
-  Put(edit->PayAmt, "820.01");  // 12 x 60 open, and the 100
-  EXPECT_EQ(LastMessage(), "Edit Payment: Total payment cannot more than 820.00");
-  counter.messages.clear();
-  Put(edit->PayAmt, "820");
-  EXPECT_EQ(LastMessage(), "");
-}
-
 TEST_F(PaymentScreen, LateInterestIsPaidFirst) {
   struct Case {
     const char* charged;
@@ -186,61 +138,6 @@ TEST_F(PaymentScreen, WhatWasTypedBeforeTheLoanIsLookedAtWithIt) {
     Save(*screen);
     EXPECT_EQ(LastMessage(), "New Payment: Payment date cannot eariler than loan date");
   }
-}
-
-TEST_F(PaymentScreen, APersonalLoanTakesNoMoreThanItsBalance) {
-  auto screen = New();
-  Put(screen->PayAmt, "1344.01");
-  EXPECT_EQ(LastMessage(), "New Payment: Payment cannot more than Payable Amount");
-  EXPECT_EQ(screen->focus(), &screen->PayAmt);
-  EXPECT_EQ(screen->PayAmt.text(), "1344.01");
-  Put(screen->TopAmt, "20");
-  Put(screen->PayAmt, "1,344");
-  EXPECT_EQ(screen->NewLoanBal.text(), "20.00");
-  EXPECT_EQ(screen->TotPay.text(), "1,344.00");
-}
-
-TEST_F(PaymentScreen, ADepositIsRefundedOnce) {
-  struct Case {
-    const char* before;  // refunded by other payments
-    const char* refund;
-    const char* told;
-  };
-  for (const Case& one : std::initializer_list<Case>{
-           {"0", "50", ""},
-           {"0", "50.01", "Refund Deposit cannot more than 50.00 Deposit Amount, Please check"},
-           {"30", "20", ""},
-           {"30", "20.01", "Refund Deposit cannot more than 20.00 Deposit Amount, Please check"},
-           {"50", "0.01", "This loan has no deposit or fully refunded"},
-           {"50", "0", ""}}) {
-    office.Run("DELETE FROM PaymentMast");
-    Pay("HQ0001-001-009", kPersonal, "2024-01-31", "1");
-    office.Run(
-        fmt::format("UPDATE PaymentMast SET ChargeAmt={},PaymentStatus='ACTIVE'", one.before));
-    auto screen = New();
-    Put(screen->ChargeAmt, one.refund);
-    EXPECT_EQ(LastMessage(), *one.told == '\0' ? "" : std::string("New Payment: ") + one.told);
-    // The payment's own refund does not count against it.
-    auto own = Open("Edit Payment", {}, "HQ0001-001-009");
-    Put(own->ChargeAmt, "50");
-    EXPECT_EQ(LastMessage(), "");
-  }
-}
-
-TEST_F(PaymentScreen, CountsAndTopUps) {
-  auto screen = New(kFlexi);
-  PaymentFrm& s = *screen;
-  Put(s.MPayment, "12");
-  EXPECT_EQ(LastMessage(), "New Payment: Cannot exceed 11 payment");
-  Put(s.MPayment, "11");
-  Put(s.TopUpAmt, "300");
-  Put(s.TopAmt, "");
-  EXPECT_EQ(s.TopUpAmt.text(), "0.00");
-  counter.messages.clear();
-  Put(s.TopTerm, "1");
-  EXPECT_EQ(LastMessage(), "");
-  Put(s.TopTerm, "2");
-  EXPECT_EQ(LastMessage(), "New Payment: Flexi Loan not allow to Topup more than 1 term");
 }
 
 TEST_F(PaymentScreen, AChequeBringsItsAmountUnlessItIsTaken) {

@@ -11,7 +11,8 @@
 #include "loans/rebuild.h"
 #include "platform/sql/transaction.h"
 #include "tests/core/office.h"
-#include "tests/loans/random_loans.h"
+#include "tests/loans/bare_ledger.h"
+#include "tests/loans/stored_loan.h"
 
 namespace kaunter {
 namespace {
@@ -34,29 +35,13 @@ class RebuildPropertyTest : public ::testing::Test {
         "('L','C','HQ','{}','{}',{},{},{},'PINJAMAN SEMASA','ACTIVE',77.77,'1999-01-01')",
         loan.scheme, loan.special ? 1 : 0, Text(loan.amount),
         Money::FromTenThousandths(loan.rate4).ToText(), Text(loan.instalment)));
-    for (const Row& row : loan.rows) {
-      main().Execute(fmt::format(
-          "INSERT INTO SchMast (SchID,LoanID,CustID,DueDate,PayableAmt,CapitalAmt,InterestAmt,"
-          "Payment,PayExtra) VALUES ({},'L','C',{},{},{},{},1.11,2.22)",
-          row.id, Text(row.due), Text(row.payable), Text(row.capital), Text(row.interest)));
-    }
-    for (const Row& row : loan.backup) {
-      main().Execute(fmt::format(
-          "INSERT INTO SchMast2 (SchID,LoanID,CustID,DueDate,PayableAmt,CapitalAmt,InterestAmt,"
-          "LoanBal) VALUES ({},'L','C',{},{},{},{},0)",
-          row.id, Text(row.due), Text(row.payable), Text(row.capital), Text(row.interest)));
-    }
-    for (const Payment& p : loan.payments) {
-      // PayAmt is one more than its parts: it must not matter.
-      main().Execute(fmt::format(
-          "INSERT INTO PaymentMast (PayID,LoanID,CustID,PayDate,PayAmt,InstalAmt,PayExtra,IntAmt,"
-          "ChargeAmt,CollectorAmt,DiscAmt,Memo5,TopAmt,TopTerm,TopUpAmt,UserID,DateCreated,"
-          "PaymentStatus) VALUES "
-          "('{}','L','C',{},{},{},{},{},{},{},{},{},{},{},0,'AMY','2024-01-05 10:20:30','VOID')",
-          p.id, Text(p.date), Text(p.instalment + p.extra + 100), Text(p.instalment), Text(p.extra),
-          Text(p.late), Text(p.charge), Text(p.collector), Text(p.discount), Text(p.calculated),
-          Text(p.top), p.top_term));
-    }
+    StoreRows(main(), "SchMast", "L", loan.rows);
+    StoreRows(main(), "SchMast2", "L", loan.backup);
+    for (const Payment& payment : loan.payments) StorePayment(main(), "L", payment);
+    // PayAmt is one more than its parts: it must not matter.
+    main().Execute(
+        "UPDATE SchMast SET CustID='C',Payment=1.11,PayExtra=2.22;"
+        "UPDATE PaymentMast SET CustID='C',PayAmt=PayAmt+1,UserID='AMY',PaymentStatus='VOID'");
     // A penalty, a waived one, one that counts nowhere, an invoice, and a stale payment row.
     main().Execute(
         "INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,OrgAmt,PType) VALUES "
@@ -136,18 +121,7 @@ class RebuildPropertyTest : public ::testing::Test {
 
   Connection& main() { return office.session.Main(); }
   Office office{Office::State::patched};
-};
-
-// What must hold of any rebuilt loan, asked of the database alone.
-constexpr const char* kBroken[] = {
-    "SELECT SchID FROM SchMast WHERE Payment <> CapitalPayment + InterestPayment",
-    "SELECT SchID FROM SchMast WHERE Payment > PayableAmt AND Payment > 0",
-    "SELECT SchID FROM SchMast WHERE CapitalPayment > 0 AND InterestPayment <> InterestAmt",
-    "SELECT SchID FROM SchMast WHERE PayableAmt <> CapitalAmt + InterestAmt",
-    "SELECT LoanID FROM LoanMast WHERE TotPay <> (SELECT CASE WHEN SUM(InstalAmt) is null then 0 "
-    "else SUM(InstalAmt) END FROM PaymentMast WHERE PaymentMast.LoanID=LoanMast.LoanID)",
-    "SELECT LoanID FROM LoanMast WHERE LastPaymentNo <> '' AND LoanBal <> (SELECT NewLoanBal FROM "
-    "PaymentMast WHERE PayID=LoanMast.LastPaymentNo)",
+  BareFile file{office.folder.File("office.db")};
 };
 
 TEST_F(RebuildPropertyTest, TheReplayAgreesWithTheSecondModel) {
@@ -167,7 +141,10 @@ TEST_F(RebuildPropertyTest, TheReplayAgreesWithTheSecondModel) {
     model::Replay(loan).Run();
     const std::string first = Stored();
     ASSERT_EQ(first, Told(loan));
-    for (const char* broken : kBroken) ASSERT_EQ(Lines(broken), "") << broken;
+    AskIdentities(file, [](const char* what, std::int64_t, const std::string& broken) {
+      EXPECT_EQ(broken, "") << what;
+    });
+    ASSERT_FALSE(HasFailure());
     // Once more. A flexi loan that is not derived anew keeps the rows that extra capital has cut,
     // and so does an interest-only row that has been cut; all others come out the same.
     const bool settles =
