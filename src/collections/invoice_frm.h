@@ -12,7 +12,6 @@
 
 #include "core/record.h"
 #include "core/session_screen.h"
-#include "platform/money.h"
 
 namespace kaunter {
 

@@ -5,10 +5,8 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "core/session_screen.h"
-#include "platform/money.h"
 
 namespace kaunter {
 

@@ -20,7 +20,6 @@
 #include "core/session.h"
 #include "core/values.h"
 #include "platform/sql/data_source.h"
-#include "platform/sql/sql_error.h"
 #include "tests/screen/silent_desk.h"
 
 namespace kaunter {
@@ -101,6 +100,7 @@ class Office {
   bool FailAt(int at, Failure how, const std::function<void()>& act) {
     int count = 0;
     bool hit = false;
+    committed = false;
     session.Main().SetFaultHook([&](std::string_view sql) {
       if (sql.starts_with("ROLLBACK") && how != Failure::line_cut) return;
       ++count;
@@ -108,11 +108,13 @@ class Office {
         hit = true;
         throw SqlError(1105, "the disk is full");
       }
+      committed = committed || sql.starts_with("COMMIT");
     });
     act();
     session.Main().SetFaultHook({});
     return hit;
   }
+  bool committed = false;  // the act of FailAt had come past a commit
 
   // All tables with their columns, in order.
   std::map<std::string, std::vector<std::string>> Shape() {

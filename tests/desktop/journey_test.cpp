@@ -6,7 +6,6 @@
 #include <QFileDialog>
 #include <QTabWidget>
 #include <QTimer>
-#include <filesystem>
 #include <fstream>
 
 #include "app/catalogue.h"

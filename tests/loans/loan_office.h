@@ -104,19 +104,8 @@ struct LoanOffice {
     return all;
   }
 
-  // Runs the act with the database failing at its statement `at`; true when that was reached. A
-  // rollback never fails.
   bool FailAt(int at, const std::function<void()>& act) {
-    int count = 0;
-    committed = false;
-    main().SetFaultHook([&](std::string_view sql) {
-      if (sql.starts_with("ROLLBACK")) return;
-      if (++count == at) throw SqlError(1105, "the disk is full");
-      committed = committed || sql.starts_with("COMMIT");
-    });
-    act();
-    main().SetFaultHook({});
-    return count >= at;
+    return office.FailAt(at, Office::Failure::passes, act);
   }
 
   // The act fails at each of its statements in turn and leaves everything as it was, with no
@@ -134,8 +123,8 @@ struct LoanOffice {
     return 0;
   }
 
-  bool committed = false;  // the act of FailAt had come past its commit
   Office office{Office::State::patched};
+  bool& committed = office.committed;
   AgreeingDesk desk;
 };
 

@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <map>
-#include <memory>
 #include <set>
 #include <string>
 #include <vector>

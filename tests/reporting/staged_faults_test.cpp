@@ -72,15 +72,8 @@ struct MovingOffice : StagedOffice {
   }
 };
 
-// Fails at the statement `at` of the act; true when that was reached.
 bool FailAt(StagedOffice& o, int at, const std::function<void()>& act) {
-  int count = 0;
-  o.main().SetFaultHook([&](std::string_view sql) {
-    if (!sql.starts_with("ROLLBACK") && ++count == at) throw SqlError(1105, "the disk is full");
-  });
-  act();
-  o.main().SetFaultHook({});
-  return count >= at;
+  return o.office.FailAt(at, Office::Failure::passes, act);
 }
 
 // Whatever statement fails, the rows of the last good run stand as they were, no transaction is

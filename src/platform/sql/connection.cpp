@@ -2,26 +2,13 @@
 
 #include <fmt/format.h>
 
+#include "platform/sql/text.h"
 #include "platform/sql/waiting.h"
 
 namespace kaunter {
-namespace {
-
-char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
-
-bool SameName(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (LowerAscii(a[i]) != LowerAscii(b[i])) return false;
-  }
-  return true;
-}
-
-}  // namespace
-
 const Value& Recordset::Field(std::string_view name) const {
   for (std::size_t i = 0; i < columns_.size(); ++i) {
-    if (SameName(columns_[i].name, name)) return Field(i);
+    if (sql::SameName(columns_[i].name, name)) return Field(i);
   }
   throw std::out_of_range(fmt::format("the recordset has no field {}", name));
 }

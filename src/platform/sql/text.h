@@ -22,7 +22,10 @@ void AppendUtf8(std::string* to, char32_t c);
 std::string Encode(std::u32string_view text);
 std::size_t CountChars(std::string_view text);
 // For names: A to Z in lower case, all else as it is.
+constexpr char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 std::string LowerAscii(std::string_view text);
+// True for two names that differ in the case of A to Z only.
+bool SameName(std::string_view a, std::string_view b);
 
 // Below 0, 0 or above 0: the order of the collation.
 int CompareText(std::string_view a, std::string_view b);

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/sql/translator/lexer.h"
+#include "platform/sql/text.h"
 #include "platform/sql/translator/parser.h"
 #include "platform/sql/translator/translate.h"
 

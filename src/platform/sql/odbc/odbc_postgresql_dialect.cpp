@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/sql/decimal.h"
+#include "platform/sql/odbc/odbc_error.h"
 #include "platform/sql/odbc/odbc_postgresql_error.h"
 #include "platform/sql/odbc/odbc_text.h"
 #include "platform/sql/odbc/postgresql_functions.h"

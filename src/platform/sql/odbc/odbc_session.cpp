@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/sql/odbc/odbc_error.h"
 #include "platform/sql/odbc/odbc_rows.h"
 #include "platform/sql/odbc/odbc_string.h"
 #include "platform/sql/odbc/odbc_text.h"

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "platform/sql/connection.h"
-#include "platform/sql/odbc/odbc_error.h"
 #include "platform/sql/odbc/odbc_handle.h"
 #include "platform/sql/odbc/odbc_worker.h"
 #include "platform/sql/translator/translate.h"

@@ -4,7 +4,6 @@
 #include <sql.h>
 #include <sqlext.h>
 
-#include <algorithm>
 #include <charconv>
 #include <filesystem>
 
@@ -44,8 +43,6 @@ class Builder {
  private:
   std::string text_;
 };
-
-bool SameName(std::string_view a, std::string_view b) { return LowerAscii(a) == LowerAscii(b); }
 
 bool NamesSqlite(std::string_view driver) {
   return LowerAscii(driver).find("sqlite") != std::string::npos;

@@ -6,14 +6,10 @@
 
 #include "platform/sql/sqlite/sqlite_error.h"
 #include "platform/sql/sqlite/sqlite_statement.h"
+#include "platform/sql/text.h"
 
 namespace kaunter::sql {
 namespace {
-
-bool SameName(std::string_view a, std::string_view b) {
-  return a.size() == b.size() &&
-         sqlite3_strnicmp(a.data(), b.data(), static_cast<int>(a.size())) == 0;
-}
 
 bool IsWordChar(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||

@@ -1,6 +1,7 @@
 // The binder's aggregates: whose rows one counts, and where it may stand.
 #include <algorithm>
 
+#include "platform/sql/text.h"
 #include "platform/sql/translator/binder.h"
 
 namespace kaunter::sql {

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "platform/sql/text.h"
 #include "platform/sql/translator/binder.h"
 
 namespace kaunter::sql {

@@ -1,6 +1,7 @@
 // The binder's SELECT: scopes, result columns, grouping and order.
 #include <algorithm>
 
+#include "platform/sql/text.h"
 #include "platform/sql/translator/binder.h"
 
 namespace kaunter::sql {

@@ -1,5 +1,6 @@
 #include "platform/sql/translator/function_table.h"
 
+#include "platform/sql/text.h"
 #include "platform/sql/translator/lexer.h"
 
 namespace kaunter::sql {

@@ -4,16 +4,16 @@
 #include <array>
 
 #include "platform/sql/sql_error.h"
+#include "platform/sql/text.h"
 
 namespace kaunter::sql {
 namespace {
 
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsHex(char c) { return IsDigit(c) || (Lower(c) >= 'a' && Lower(c) <= 'f'); }
+bool IsHex(char c) { return IsDigit(c) || (LowerAscii(c) >= 'a' && LowerAscii(c) <= 'f'); }
 // Bytes of UTF-8 beyond ASCII are letters of a name.
 bool IsNameStart(char c) {
-  return (Lower(c) >= 'a' && Lower(c) <= 'z') || c == '_' || c == '#' ||
+  return (LowerAscii(c) >= 'a' && LowerAscii(c) <= 'z') || c == '_' || c == '#' ||
          static_cast<unsigned char>(c) >= 0x80;
 }
 bool IsNamePart(char c) { return IsNameStart(c) || IsDigit(c) || c == '$' || c == '@'; }
@@ -131,7 +131,7 @@ constexpr std::array<std::uint8_t, kSlots> kSlotTable = MakeSlots();
 
 Keyword FindKeyword(std::string_view text) {
   if (text.size() < 2 || text.size() > kLongestKeyword) return Keyword::kNone;
-  std::size_t slot = Slot(text, Lower(text[0]), Lower(text[1]), Lower(text.back()));
+  std::size_t slot = Slot(text, LowerAscii(text[0]), LowerAscii(text[1]), LowerAscii(text.back()));
   while (kSlotTable[slot] != 0) {
     const KeywordEntry& entry = kKeywords[kSlotTable[slot] - 1];
     if (SameName(entry.text, text)) return entry.keyword;
@@ -150,14 +150,6 @@ bool IsSizedType(std::string_view name) {
 }
 
 }  // namespace
-
-bool SameName(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (a[i] != b[i] && Lower(a[i]) != Lower(b[i])) return false;
-  }
-  return true;
-}
 
 Token Lexer::Next() {
   SkipBlanks();
@@ -271,7 +263,7 @@ void Lexer::ReadNumber(Token& token) {
   const auto digits = [this] {
     while (at_ < text_.size() && IsDigit(text_[at_])) ++at_;
   };
-  if (text_[at_] == '0' && at_ + 1 < text_.size() && Lower(text_[at_ + 1]) == 'x') {
+  if (text_[at_] == '0' && at_ + 1 < text_.size() && LowerAscii(text_[at_ + 1]) == 'x') {
     token.kind = TokenKind::kBinary;
     at_ += 2;
     while (at_ < text_.size() && IsHex(text_[at_])) ++at_;
@@ -286,7 +278,7 @@ void Lexer::ReadNumber(Token& token) {
     digits();
     token.decimals = static_cast<int>(std::min<std::size_t>(at_ - point - 1, 38));
   }
-  if (at_ < text_.size() && Lower(text_[at_]) == 'e') {
+  if (at_ < text_.size() && LowerAscii(text_[at_]) == 'e') {
     std::size_t exponent = at_ + 1;
     if (exponent < text_.size() && (text_[exponent] == '+' || text_[exponent] == '-')) ++exponent;
     if (exponent < text_.size() && IsDigit(text_[exponent])) {

@@ -152,9 +152,6 @@ struct Token {
   std::string_view text;  // the token without its quotes, brackets or N
 };
 
-// True for two ASCII texts that differ in case only.
-bool SameName(std::string_view a, std::string_view b);
-
 class Lexer {
  public:
   explicit Lexer(std::string_view text) : text_(text) {}

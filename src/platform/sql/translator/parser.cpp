@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/sql/sql_error.h"
+#include "platform/sql/text.h"
 
 namespace kaunter::sql {
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "platform/sql/sql_error.h"
+#include "platform/sql/text.h"
 #include "platform/sql/translator/parser.h"
 
 namespace kaunter::sql {
@@ -79,11 +80,8 @@ void Parser::SkipStorage() {
 }
 
 std::string Parser::TypeName() {
-  std::string type;
   if (!AtName()) SyntaxError();
-  for (const char c : token_.text) {
-    type += c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  }
+  std::string type = LowerAscii(token_.text);
   Advance();
   if (type == "character" && AcceptWord("varying")) type = "varchar";
   if (!Accept(Symbol::kOpen)) return type;

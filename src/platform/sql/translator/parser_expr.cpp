@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/sql/sql_error.h"
+#include "platform/sql/text.h"
 #include "platform/sql/translator/parser.h"
 
 namespace kaunter::sql {

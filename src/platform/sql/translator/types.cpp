@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <string>
 
+#include "platform/sql/text.h"
 #include "platform/sql/translator/lexer.h"
 #include "platform/sql/translator/translate.h"
 

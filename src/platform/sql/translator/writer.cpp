@@ -6,6 +6,8 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/sql/text.h"
+
 namespace kaunter::sql {
 namespace {
 

@@ -1,6 +1,7 @@
 // CREATE, DROP and ALTER, as far as the dialects share them.
 #include <algorithm>
 
+#include "platform/sql/text.h"
 #include "platform/sql/translator/writer.h"
 
 namespace kaunter::sql {

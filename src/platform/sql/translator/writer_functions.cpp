@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "platform/sql/sql_error.h"
+#include "platform/sql/text.h"
 #include "platform/sql/translator/writer.h"
 
 namespace kaunter::sql {
@@ -179,9 +180,7 @@ void Writer::Aggregate(const Expr& expr) {
 void Writer::Window(const Expr& expr) {
   const bool rounded = IsDecimal(expr) && (expr.text == "sum" || expr.text == "avg");
   if (rounded) OpenRound();
-  for (const char c : expr.text) {
-    out_ += c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  }
+  out_ += LowerAscii(expr.text);
   out_ += '(';
   if (expr.own_args == 0 && expr.text == "count") out_ += '*';
   std::size_t at = 0;

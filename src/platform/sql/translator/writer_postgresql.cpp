@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/sql/text.h"
 #include "platform/sql/translator/functions.h"
 
 namespace kaunter::sql {

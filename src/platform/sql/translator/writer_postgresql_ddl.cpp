@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "platform/sql/sql_error.h"
+#include "platform/sql/text.h"
 #include "platform/sql/translator/writer_postgresql.h"
 
 namespace kaunter::sql {

@@ -1,6 +1,7 @@
 // SQLite's CREATE, DROP and ALTER. The declared types stay word for word: they are the catalogue.
 #include <algorithm>
 
+#include "platform/sql/text.h"
 #include "platform/sql/translator/functions.h"
 #include "platform/sql/translator/writer_sqlite.h"
 
