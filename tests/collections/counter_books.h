@@ -86,6 +86,11 @@ struct Loan {
   std::map<int, Reversed> reversed;
 
   bool flexi() const { return ledger.scheme != "0"; }
+  // Due so many instalments after another day.
+  Day Step(const Day& due, int count) const {
+    if (type == "MONTH") return model::MonthlyDue(due, count);
+    return model::PlusDays(due, count * (type == "WEEK" ? 7 : type == "DAILY" ? 1 : 14));
+  }
   Paid* Find(const std::string& pay_id) {
     const auto found =
         std::find_if(paid.begin(), paid.end(), [&](const Paid& one) { return one.id == pay_id; });

@@ -82,13 +82,11 @@ struct Counter {
   std::optional<Paid> loaded;  // as it was when it came on the screen
   std::array<Amount, kBoxes> box;
   Sen old_balance = 0, new_balance = 0, outstanding = 0, drawn = 0;
-  std::string split_total, date, checked_date, cheque, bank, collect, group, receipt;
-  Day paid_on{};
-  bool is_date = false;
-  std::optional<Day> waive_from;
+  std::string split_total, date, checked_date, group;
+  std::optional<Day> day, waive_from;  // what the date box holds, if it is one
   bool signed_in = false;
   std::string refused_for;
-  Paid entry;  // row, due dates, open amounts
+  Paid entry;  // but for the amounts, what is stored
 
   bool is_new() const { return mode == "New Payment"; }
   bool is_edit() const { return mode == "Edit Payment"; }
@@ -105,7 +103,6 @@ struct Counter {
     *this = {};
     company = &in;
     mode = std::move(as);
-    bank = collect = "CASH";
     box[kMultiple].text = box[kTopTerm].text = "0";
   }
   // What is told of a loan that comes on the screen.
@@ -120,7 +117,7 @@ struct Counter {
     entry.payable = row.payable;
     entry.interest_open = row.interest - row.interest_paid;
     entry.capital_open = row.capital - row.capital_paid;
-    entry.next_due = with.flexi() ? Following(row.due) : NextOf(row);
+    entry.next_due = NextOf(row);
     enabled = old_balance > 0;
     return enabled ? "" : "Loan settled, cannot make payment";
   }
@@ -136,14 +133,9 @@ struct Counter {
     }
     box[kTotal] = Amount::Of(stored.pay + stored.late);
     box[kTopTerm] = {std::to_string(stored.top_term), stored.top_term * 10000};
-    cheque = stored.cheque;
-    bank = stored.bank;
-    collect = stored.collect;
     group = stored.group;
-    receipt = stored.receipt;
     date = checked_date = Dashed(stored.date);
-    paid_on = stored.date;
-    is_date = true;
+    day = stored.date;
   }
 
   // --- boxes that are left; what is told
@@ -192,39 +184,29 @@ struct Counter {
   }
 
   std::string LeaveCheque(const std::string& no) {
-    const std::string before = cheque;
-    cheque = no;
-    if (no == before) return "";
+    if (std::exchange(entry.cheque, no) == no) return "";
     const Cheque* found = loan->FindCheque(no);
     if (found == nullptr) return "";
     if (!found->pay_id.empty() && found->pay_id != OwnID()) {
-      cheque.clear();
+      entry.cheque.clear();
       return "Cheque, Cannot be reuse";
     }
     box[kPay] = Amount::Of(found->amount);
-    bank = "MBB";
-    collect = "CHEQUE";
+    entry.bank = "MBB";
+    entry.collect = "CHEQUE";
     Spread();
     return "";
   }
 
-  void TypeDate(const std::string& text, const std::optional<Day>& day) {
-    date = text;
-    is_date = day.has_value();
-    if (day) paid_on = *day;
-  }
   std::string LeaveDate(const Answers& answers) {
     if (date.empty() || date == checked_date) return "";
     waive_from.reset();
     checked_date.clear();
-    if (!is_date) return "Invalid Date, Please check";
-    if (!model::NotBefore(paid_on, loan->lent)) {
-      return "Payment date cannot eariler than loan date";
-    }
-    if (company->check_holiday && !answers.holiday) {
-      if (IsSunday(paid_on) || paid_on == company->holiday) return "?";
-    }
-    waive_from = paid_on;
+    if (!day) return "Invalid Date, Please check";
+    if (!model::NotBefore(*day, loan->lent)) return "Payment date cannot eariler than loan date";
+    const bool closed = company->check_holiday && (IsSunday(*day) || *day == company->holiday);
+    if (closed && !answers.holiday) return "?";
+    waive_from = day;
     checked_date = date;
     return "";
   }
@@ -245,11 +227,8 @@ struct Counter {
   Sen Limit() const { return loan->Open() + (loaded ? loaded->pay : 0); }
 
  private:
-  Day Following(const Day& due) const {
-    if (loan->type == "MONTH") return model::MonthlyDue(due, 1);
-    return model::PlusDays(due, loan->type == "WEEK" ? 7 : loan->type == "DAILY" ? 1 : 14);
-  }
   Day NextOf(const model::Row& row) const {
+    if (flexi()) return loan->Step(row.due, 1);
     for (const model::Row& other : loan->ledger.rows) {
       if (other.id == row.id + 1) return other.due;
     }
@@ -336,12 +315,11 @@ struct Counter {
     if (box[kInstal].sen() + box[kExtra].sen() > pay) {
       return "Instalment & Extra not tally with Payment Amount";
     }
-    if (!is_date) return "Date is required";
-    bool nothing = true;
-    for (const Box which : {kInterest, kCollector, kPay, kRefund, kTopAmt, kExtra, kInstal}) {
-      if (box[which].sen() != 0) nothing = false;
+    if (!day) return "Date is required";
+    const auto all = {kInterest, kCollector, kPay, kRefund, kTopAmt, kExtra, kInstal};
+    if (std::all_of(all.begin(), all.end(), [&](Box one) { return box[one].sen() == 0; })) {
+      return "No payment";
     }
-    if (nothing) return "No payment";
     for (const std::string& told : {Refund(), Multiple(), TopTerm()}) {
       if (!told.empty()) return told;
     }
@@ -360,42 +338,37 @@ struct Counter {
       if (kRules[i].kept_in != nullptr) made.*kRules[i].kept_in = box[i].sen();
     }
     made.top_term = static_cast<int>(box[kTopTerm].units / 10000);
-    made.cheque = cheque;
-    made.bank = bank;
-    made.collect = collect;
     if (!group.empty()) made.group = group;
-    made.receipt = receipt;
-    made.date = paid_on;
+    made.date = *day;
     const std::string failed = "An error occurs during saving payment\n";
     if (is_new() && made.pay > loan->ledger.balance && !(flexi() && made.pay <= Limit())) {
       return failed + "0 - Payment amount cannot more than loan balance amount";
     }
-    Cheque* tied = loan->FindCheque(cheque);
+    Cheque* tied = loan->FindCheque(made.cheque);
     if (tied != nullptr && !tied->pay_id.empty() && tied->pay_id != OwnID()) {
       return failed + "0 - Cheque, Cannot be reuse";
     }
     Paid* stored = is_new() ? nullptr : loan->Find(loaded->id);
     if (stored != nullptr && stored->Entry() != loaded->Entry()) return failed + "0 - " + Stale();
-    if (!receipt.empty() && company->ReceiptTaken(receipt, OwnID())) {
-      return "Same Receipt No detected - " + receipt;
+    if (!made.receipt.empty() && company->ReceiptTaken(made.receipt, OwnID())) {
+      return "Same Receipt No detected - " + made.receipt;
     }
     if (!is_new() && stored == nullptr) return failed;
-    made.changed = !is_new();
-    if (!is_new()) made.commission = stored->commission;  // written once
     if (is_new()) {
       made.id = fmt::format("{}-{:03}", loan->id, loan->next++);
       loan->counted = true;
-      if (receipt.empty()) made.receipt = company->NextReceipt(paid_on);
+      if (made.receipt.empty()) made.receipt = company->NextReceipt(*day);
       loan->paid.push_back(made);
       if (waive_from) Waive();
     } else {
-      made.id = loaded->id;
+      made.changed = true;
+      made.commission = stored->commission;  // written once
       *stored = made;
     }
     FreeCheque(made.id);
     if (tied != nullptr) {
       tied->pay_id = made.id;
-      tied->date = paid_on;
+      tied->date = *day;
     }
     return "";
   }
@@ -426,12 +399,9 @@ struct Counter {
   // Late charges that the batch has posted for days after the payment, up to the next due date.
   void Waive() {
     for (Charge& one : loan->charges) {
-      if (one.type != "Batch" || one.amount <= 0 || model::NotBefore(*waive_from, one.date) ||
-          !model::NotBefore(entry.next_due, one.date)) {
-        continue;
-      }
-      one.original = one.amount;
-      one.amount = 0;
+      const bool obsolete = one.type == "Batch" && !model::NotBefore(*waive_from, one.date) &&
+                            model::NotBefore(entry.next_due, one.date);
+      if (obsolete && one.amount > 0) one.original = std::exchange(one.amount, 0);
     }
   }
 };

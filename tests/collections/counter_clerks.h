@@ -124,14 +124,15 @@ class CounterClerks : public CounterOffice {
   }
   void TypeReceipt(Clerk& clerk, const std::string& number) {
     Type(clerk, clerk.screen->ReceiptNo, number, [&] {
-      clerk.model.receipt = number;
+      clerk.model.entry.receipt = number;
       return "";
     });
   }
   void TypeDate(Clerk& clerk, const std::string& text, const std::optional<Day>& day) {
     desk_.answers.holiday = !OneIn(3);
     Type(clerk, clerk.screen->PayDate, text, [&] {
-      clerk.model.TypeDate(text, day);
+      clerk.model.date = text;
+      clerk.model.day = day;
       return clerk.model.LeaveDate(desk_.answers);
     });
     Same("PayDate", clerk.screen->PayDate.text(), text);

@@ -49,16 +49,21 @@ struct Place {
   bool comes_back = true;  // with a payment that is taken back
 };
 
-inline std::string Schedule(const Loan& loan) {
-  std::map<int, std::string> by_number;
-  for (const model::Row& row : loan.ledger.rows) {
-    by_number[row.id] = fmt::format("{}|{}|{}|{}|{}|{}|{}|{}|{}|{}|\n", row.id, Iso(row.due),
-                                    row.payable, row.capital, row.interest, row.paid,
-                                    row.capital_paid, row.interest_paid, row.balance, row.extra);
-  }
+// In the order of their keys; `line` gives each its own and its text.
+inline std::string Lines(const auto& list, const auto& line) {
+  std::map<decltype(line(list.front()).first), std::string> lines;
+  for (const auto& one : list) lines.insert(line(one));
   std::string all;
-  for (const auto& [id, text] : by_number) all += text;
+  for (const auto& [key, text] : lines) all += text + "\n";
   return all;
+}
+inline std::string Schedule(const Loan& loan) {
+  return Lines(loan.ledger.rows, [](const model::Row& row) {
+    return std::pair(
+        row.id, fmt::format("{}|{}|{}|{}|{}|{}|{}|{}|{}|{}|", row.id, Iso(row.due), row.payable,
+                            row.capital, row.interest, row.paid, row.capital_paid,
+                            row.interest_paid, row.balance, row.extra));
+  });
 }
 inline std::string TakenOffRows(const Loan& loan) {
   std::string all;
@@ -80,37 +85,29 @@ inline std::string Sums(const Loan& loan) {
                      last ? Iso(last->date) : "", last ? last->id : "", loan.group);
 }
 inline std::string Entries(const Loan& loan) {
-  std::string all;
-  for (const Paid& one : loan.paid) {
-    all += one.Entry() + (one.changed ? "0" : "") + "|0|ACTIVE|C|HQ|\n";
-  }
-  return all;
+  return Lines(loan.paid, [](const Paid& one) {
+    return std::pair(one.id, one.Entry() + (one.changed ? "0" : "") + "|0|ACTIVE|C|HQ|");
+  });
 }
 inline std::string Replayed(const Loan& loan) {
-  std::string all;
-  for (const Paid& p : loan.paid) {
-    all += fmt::format("{}|{}|{}|{}|{}|{}|{}|{}|{}|{}|{}|\n", p.id, Iso(p.date), p.pay,
-                       p.instalment, p.extra, p.late, p.receipt, p.old_balance, p.new_balance,
-                       p.interest_part, p.capital_part);
-  }
-  return all;
+  return Lines(loan.paid, [](const Paid& p) {
+    return std::pair(
+        p.id, fmt::format("{}|{}|{}|{}|{}|{}|{}|{}|{}|{}|{}|", p.id, Iso(p.date), p.pay,
+                          p.instalment, p.extra, p.late, p.receipt, p.old_balance, p.new_balance,
+                          p.interest_part, p.capital_part));
+  });
 }
 inline std::string Charges(const Loan& loan) {
-  std::map<std::string, std::string> by_id;
-  for (const counter::Charge& one : loan.charges) {
-    by_id[one.id] =
-        fmt::format("{}|{}|{}|{}|{}|\n", one.id, Iso(one.date), one.amount, one.original, one.type);
-  }
-  std::string all;
-  for (const auto& [id, text] : by_id) all += text;
-  return all;
+  return Lines(loan.charges, [](const counter::Charge& one) {
+    return std::pair(one.id, fmt::format("{}|{}|{}|{}|{}|", one.id, Iso(one.date), one.amount,
+                                         one.original, one.type));
+  });
 }
 inline std::string Cheques(const Loan& loan) {
-  std::string all;
-  for (const counter::Cheque& one : loan.cheques) {
-    all += fmt::format("{}|{}|{}|\n", one.no, one.pay_id, one.pay_id.empty() ? "" : Iso(one.date));
-  }
-  return all;
+  return Lines(loan.cheques, [](const counter::Cheque& one) {
+    return std::pair(one.no, fmt::format("{}|{}|{}|", one.no, one.pay_id,
+                                         one.pay_id.empty() ? "" : Iso(one.date)));
+  });
 }
 
 inline constexpr Place kPlaces[] = {
@@ -237,8 +234,7 @@ class CounterOffice {
       first = ledger.rows.front().due;
     } while (first.year == 2000 && first.month == 1);  // a day before 2000 is shown as none
     for (std::size_t i = 0; loan.type != "MONTH" && i < ledger.rows.size(); ++i) {
-      const int step = loan.type == "WEEK" ? 7 : loan.type == "DAILY" ? 1 : 14;
-      ledger.rows[i].due = model::PlusDays(first, static_cast<int>(i) * step);
+      ledger.rows[i].due = loan.Step(first, static_cast<int>(i));
     }
     // A row that asks for nothing is the loan's own all the same.
     if (OneIn(3)) {
@@ -334,6 +330,7 @@ class CounterOffice {
   void Compare(const Loan* touched = nullptr) {
     Sen lent = 0, balance = 0, topup = 0;
     std::map<std::string, std::string> numbers;
+    bare_.Rows("BEGIN");  // one lock for all that is read
     for (const Loan& loan : company_.loans) {
       for (const Place& place : kPlaces) {
         Same(place.name, bare_.Rows(place.sql, loan.id), place.should_be(loan));
@@ -354,6 +351,7 @@ class CounterOffice {
       checked[what] += rows;
       if (!broken.empty()) Fault(fmt::format("{} does not hold: {}", what, broken));
     });
+    bare_.Rows("COMMIT");
     if (held_ && OneIn(2)) RebuildAgain(touched);
   }
 

@@ -200,8 +200,8 @@ class CounterHistory : public CounterClerks {
                      quote.NPayment, quote.EPayment, quote.OPayment));
     Told("hand-over", on.OpenLoan(loan));
     if (!on.enabled) return;
-    on.TypeDate(Dashed(day), day);
-    on.waive_from = day;
+    on.date = Dashed(day);
+    on.day = on.waive_from = day;
     on.box[counter::kInterest] = Amount::Of(charges);
     on.box[counter::kPay] = Amount::Of(loan.flexi() ? schedule + rest : schedule);
     on.box[counter::kInstal] = Amount::Of(schedule);
