@@ -72,19 +72,6 @@ TEST_F(RebuildTest, RowsDueOnOneDayGoByTheirNumberHoweverTheServerTellsThem) {
   EXPECT_EQ(Row(3), "112 100 12 0 0 0 1224 0\n");
 }
 
-TEST_F(RebuildTest, TheGroupFollowsTheBalanceOnlyWhereItIsOneOfTheTwo) {
-  MakeLoan(kId, LoanScheme::kPersonal, "1200", "12");
-  Pay(kId + "-001", kId, "2024-02-01", "1344");
-  Rebuild();
-  EXPECT_EQ(Lines("SELECT LoanBal,LoanGroupID FROM LoanMast"), "0 PINJAMAN SELESAI\n");
-  office.Run("UPDATE PaymentMast SET InstalAmt=1343.99");
-  Rebuild();
-  EXPECT_EQ(Lines("SELECT LoanBal,LoanGroupID FROM LoanMast"), "0.01 PINJAMAN SEMASA\n");
-  office.Run("UPDATE PaymentMast SET InstalAmt=1344;UPDATE LoanMast SET LoanGroupID='COURT'");
-  Rebuild();
-  EXPECT_EQ(Lines("SELECT LoanBal,LoanGroupID FROM LoanMast"), "0 COURT\n");
-}
-
 TEST_F(RebuildTest, AClosedLoanStaysClosed) {
   MakeLoan(kId, LoanScheme::kPersonal, "1200", "12");
   Pay(kId + "-001", kId, "2024-02-01", "112");
