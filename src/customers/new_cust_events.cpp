@@ -1,7 +1,6 @@
 // What happens when a box of the customer screen is left.
 #include <fmt/format.h>
 
-#include "core/boxes.h"
 #include "core/identity.h"
 #include "core/values.h"
 #include "customers/customer_store.h"
@@ -29,10 +28,6 @@ void NewCustFrm::CheckDuplicate(TextBox& box, const std::string& column, const C
                                               box.text(), holder->company, holder->name),
                                   fmt::format("{} {} 是属于 {} 顾客 {}", kind.chinese, box.text(),
                                               holder->company, holder->name)});
-}
-
-void NewCustFrm::LeaveDate(TextBox& box) {
-  if (CheckDateBox(session(), box)) box.SetMark(false);
 }
 
 void NewCustFrm::LeaveMoney(TextBox& box) {

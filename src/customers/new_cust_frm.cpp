@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/identity.h"
 #include "core/open_for.h"
@@ -108,7 +109,7 @@ void NewCustFrm::BindEvents() {
   CustOthIC.onLeave = [this] { CheckDuplicate(CustOthIC, "CustOthIC", {"Other IC", "其他证件"}); };
   CustSpouseNIC.onLeave = [this] { LeaveNewIc(CustSpouseNIC, CustSpouseDOB); };
   for (TextBox* box : {&TrxDate, &DOB, &CustSpouseDOB, &StartWorkDate, &EndWorkDate}) {
-    box->onLeave = [this, box] { LeaveDate(*box); };
+    box->onLeave = [this, box] { CheckDateBox(this->session(), *box); };
   }
   for (TextBox* box : {&CustCompIncome, &CustSpouseCompIncome, &CreditLimit, &RefererCompIncome}) {
     box->onLeave = [this, box] { LeaveMoney(*box); };

@@ -239,7 +239,6 @@ class NewCustFrm : public SessionScreen {
   // new_cust_events.cpp: what happens when a box is left
   void LeaveNewIc(TextBox& ic, TextBox& birth);
   void CheckDuplicate(TextBox& box, const std::string& column, const Caption& kind);
-  void LeaveDate(TextBox& box);
   void LeaveMoney(TextBox& box);
   void LeaveArea();
 

@@ -40,7 +40,7 @@ Drawdown::Drawdown(Session& session, Desk& desk)
   record_.AddValue("UserID", [this] { return QuoteStr(this->session().CurrentUserID); })
       .InsertOnly();
   record_.AddValue("DateCreated", [this] { return SqlDateTime(ServerTime(main())); }).InsertOnly();
-  TrxDate.onLeave = [this] { LeaveDate(); };
+  TrxDate.onLeave = [this] { CheckDateBox(this->session(), TrxDate, {"Invalid Date"}); };
   DrawDownAmt.onLeave = [this] { LeaveAmount(); };
   Payee.onLeave = [this] { Payee.SetText(ApplyCapLock(this->session(), Payee.text())); };
   SaveCmd.onClick = [this] { Save(); };
@@ -112,12 +112,6 @@ void Drawdown::ProposeRelease() {
 
 bool Drawdown::RequestClose() { return MayDiscard(SaveCmd.enabled() && record_.Changed()); }
 
-void Drawdown::LeaveDate() {
-  if (CheckDateBox(session(), TrxDate, {"Invalid Date"}) && !TrxDate.empty()) {
-    TrxDate.SetMark(false);
-  }
-}
-
 void Drawdown::LeaveAmount() {
   DrawDownAmt.SetText(Trim(DrawDownAmt.text()));
   if (DrawDownAmt.empty()) return;
@@ -141,8 +135,7 @@ Money Drawdown::SumOfOthers() {
 bool Drawdown::ExceedsLoan() { return SumOfOthers() + Sen(DrawDownAmt) > Amount(LoanAmt); }
 
 bool Drawdown::Check() {
-  if (TrxDate.empty()) return Refuse(TrxDate, {"Date is required"});
-  if (!IsDate(TrxDate.text())) return Refuse(TrxDate, {"Invalid Date"});
+  if (!RequireDate(session(), TrxDate, {"Date is required"}, {"Invalid Date"})) return false;
   if (DrawDownAmt.empty()) return Refuse(DrawDownAmt, {"Drawdown amount is requured"});
   if (!Money::TryText(DrawDownAmt.text())) return Refuse(DrawDownAmt, {"Invalid Amount"});
   // Nothing is taken back here either.

@@ -46,7 +46,6 @@ class Drawdown : public SessionScreen {
   void ProposeRelease();
   // Shows the loan of LoanID. False when there is none that the person may see.
   bool ShowLoan();
-  void LeaveDate();
   void LeaveAmount();
 
   bool Check();

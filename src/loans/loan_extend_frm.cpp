@@ -48,7 +48,7 @@ void LoanExtendfrm::LoadLoan(std::string id) {
       "as b on a.CustID=b.CustID WHERE a.LoanID=" +
       QuoteStr(id));
   if (row.Eof()) {
-    Refuse(LoanID, {fmt::format("Loan ID {} not found", id), fmt::format("找不到贷款 {}", id)});
+    Refuse(LoanID, {fmt::format("Loan ID {} not found", id), fmt::format("找不到贷款编号 {}", id)});
     return;
   }
   const std::string company = NullToEmpty(row.Field("CompCode"));

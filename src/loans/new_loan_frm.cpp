@@ -365,12 +365,12 @@ void NewLoanFrm::LoadLoan() {
       main().Query(fmt::format("SELECT * FROM LoanMast WHERE LoanID={}", QuoteStr(id)));
   if (row.Eof()) {
     StartAgain();
-    Refuse(LoanID, {fmt::format("Laon ID {} not found", id), fmt::format("找不到贷款 {}", id)});
+    Refuse(LoanID, {fmt::format("Laon ID {} not found", id), fmt::format("找不到贷款编号 {}", id)});
     return;
   }
   if (!MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
     StartAgain();
-    Refuse(LoanID, {"Laon ID not found", "找不到贷款"});
+    Refuse(LoanID, {"Laon ID not found", "找不到贷款编号"});
     return;
   }
   if (LoanMode == "New Loan") LoanMode = "Edit Loan";
