@@ -16,9 +16,9 @@ using ReportProgress = std::function<bool(ReportStage stage, std::size_t done, s
 // Thrown by a report that was stopped: no failure, and nobody needs to be told.
 struct ReportStopped {};
 
-inline void TellProgress(const ReportProgress& progress, ReportStage stage, std::size_t done,
+inline void TellProgress(const ReportProgress& told, ReportStage stage, std::size_t done,
                          std::size_t of) {
-  if (progress && !progress(stage, done, of)) throw ReportStopped{};
+  if (told && !told(stage, done, of)) throw ReportStopped{};
 }
 
 }  // namespace kaunter

@@ -29,17 +29,10 @@ class CounterJourney : public ::testing::Test, protected LoanOffice {
     office.session.CallerTag = "New Payment";
     screen = std::make_unique<PaymentFrm>(office.session, desk);
     dialog = std::make_unique<ScreenDialog>(*screen, nullptr);
-    EXPECT_TRUE(dialog->Open());
-    OpenScreen::Wait();
-    dialog->activateWindow();
-    OpenScreen::Wait();
-    dialog->face().StartFocus();
-    OpenScreen::Wait();
+    EXPECT_TRUE(OpenScreen::Show(*dialog));
   }
   void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QWidget* target = QApplication::focusWidget();
-    QTest::keyClick(target ? target : dialog.get(), static_cast<Qt::Key>(key), modifiers);
-    OpenScreen::Wait();
+    OpenScreen::Press(*dialog, key, modifiers);
   }
   // The text goes into the box that has the cursor, and Enter leaves it.
   void Enter(const char* text) {

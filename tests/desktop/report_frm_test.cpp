@@ -43,17 +43,10 @@ struct OpenReport {
     dialog.reset();
     screen = std::make_unique<ReportFrm>(office.session, desk);
     dialog = std::make_unique<ScreenDialog>(*screen, nullptr);
-    ASSERT_TRUE(dialog->Open());
-    OpenScreen::Wait();
-    dialog->activateWindow();
-    OpenScreen::Wait();
-    dialog->face().StartFocus();
-    OpenScreen::Wait();
+    ASSERT_TRUE(OpenScreen::Show(*dialog));
   }
   void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QWidget* target = QApplication::focusWidget();
-    QTest::keyClick(target ? target : dialog.get(), static_cast<Qt::Key>(key), modifiers);
-    OpenScreen::Wait();
+    OpenScreen::Press(*dialog, key, modifiers);
   }
   void Type(const char* text) {
     QTest::keyClicks(QApplication::focusWidget(), text);

@@ -84,15 +84,26 @@ class TestScreen : public Screen {
 // The screen in an open dialog, with the few gestures that the tests speak.
 struct OpenScreen {
   OpenScreen() : dialog(screen, nullptr) {
-    dialog.Open();
+    Show(dialog);
+    screen.events.clear();
+  }
+  static void Wait() { QTest::qWait(5); }
+  // As a person meets it: in front, the focus where it begins. False when it does not open.
+  static bool Show(ScreenDialog& dialog) {
+    const bool open = dialog.Open();
     Wait();
     dialog.activateWindow();
     Wait();
     dialog.face().StartFocus();
     Wait();
-    screen.events.clear();
+    return open;
   }
-  static void Wait() { QTest::qWait(5); }
+  static void Press(ScreenDialog& dialog, int key,
+                    Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QWidget* target = QApplication::focusWidget();
+    QTest::keyClick(target ? target : &dialog, static_cast<Qt::Key>(key), modifiers);
+    Wait();
+  }
 
   ControlView& View(Control& control) { return dialog.face().View(control); }
   QLineEdit& Edit(TextBox& box) { return static_cast<TextBoxView&>(View(box)).edit(); }
@@ -103,9 +114,7 @@ struct OpenScreen {
     Wait();
   }
   void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QWidget* target = QApplication::focusWidget();
-    QTest::keyClick(target ? target : &dialog, static_cast<Qt::Key>(key), modifiers);
-    Wait();
+    Press(dialog, key, modifiers);
   }
   void Type(const QString& text) {
     QTest::keyClicks(QApplication::focusWidget(), text);
