@@ -5,9 +5,9 @@
 namespace kaunter {
 namespace {
 
-std::function<void()> while_waiting;
-std::function<bool()> stop_asked;
-bool waiting = false;
+thread_local std::function<void()> while_waiting;
+thread_local std::function<bool()> stop_asked;
+thread_local bool waiting = false;
 
 }  // namespace
 

@@ -1,5 +1,5 @@
-// What the program does while a statement takes long: the desktop goes on painting its windows, and
-// a person may end it.
+// What a thread does while a statement of its own takes long: the desktop's goes on painting its
+// windows, and a person may end it.
 #pragma once
 
 #include <functional>
