@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/platform/support/error_number.h"
 #include "tests/platform/support/test_engine.h"
 
 namespace kaunter {
@@ -114,14 +115,6 @@ class Behaviour : public ::testing::TestWithParam<Engine> {
   }
 
   std::string Ask(const char* sql) { return Show(db_->Query(sql)); }
-  static int NumberOf(Connection& db, const std::string& sql) {
-    try {
-      db.Execute(sql);
-      return 0;
-    } catch (const SqlError& error) {
-      return error.number();
-    }
-  }
 
   Clock clock_;
   testing::TestDatabases databases_{GetParam()};

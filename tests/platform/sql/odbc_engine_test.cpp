@@ -12,6 +12,7 @@
 #include "platform/sql/data_source.h"
 #include "platform/sql/odbc/odbc_connection.h"
 #include "platform/sql/waiting.h"
+#include "tests/platform/support/error_number.h"
 #include "tests/platform/support/odbc_driver.h"
 #include "tests/platform/support/test_engine.h"
 
@@ -33,16 +34,6 @@ OdbcOutcome RunRaw(const std::string& text) {
 }
 
 enum class Driver { kSqlite, kPostgres };
-
-int NumberOf(Connection& connection, const std::string& statement, std::string* words = nullptr) {
-  try {
-    connection.Execute(statement);
-  } catch (const SqlError& error) {
-    if (words != nullptr) *words = error.what();
-    return error.number();
-  }
-  return 0;
-}
 
 void PrintTo(Driver driver, std::ostream* out) {
   *out << (driver == Driver::kSqlite ? "SQLite" : "PostgreSQL");

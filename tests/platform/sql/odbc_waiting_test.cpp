@@ -9,6 +9,7 @@
 #include "platform/sql/data_source.h"
 #include "platform/sql/odbc/odbc_connection.h"
 #include "platform/sql/waiting.h"
+#include "tests/platform/support/error_number.h"
 #include "tests/platform/support/odbc_driver.h"
 #include "tests/platform/support/test_engine.h"
 
@@ -20,16 +21,6 @@ using sql::OdbcSession;
 using testing::PostgresServer;
 
 PostgresServer& Server() { return testing::SharedPostgres(); }
-
-int NumberOf(Connection& connection, const std::string& statement, std::string* words = nullptr) {
-  try {
-    connection.Execute(statement);
-  } catch (const SqlError& error) {
-    if (words != nullptr) *words = error.what();
-    return error.number();
-  }
-  return 0;
-}
 
 class Acting {
  public:
