@@ -1,5 +1,7 @@
 #include "collections/payment_store.h"
 
+#include <fmt/format.h>
+
 #include <utility>
 
 #include "collections/receipt_number.h"
@@ -10,7 +12,6 @@
 #include "core/sequences.h"
 #include "core/session.h"
 #include "core/values.h"
-#include "fmt/format.h"
 #include "fmt/ranges.h"
 
 namespace kaunter {

@@ -1,10 +1,11 @@
 #include "collections/receipt_number.h"
 
+#include <fmt/format.h>
+
 #include <stdexcept>
 
 #include "core/sequences.h"
 #include "core/values.h"
-#include "fmt/format.h"
 
 namespace kaunter {
 namespace {

@@ -1,12 +1,13 @@
 #include "collections/renumber_receipts.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "collections/receipt_number.h"
 #include "core/sequences.h"
 #include "core/session.h"
 #include "core/values.h"
-#include "fmt/format.h"
 
 namespace kaunter {
 namespace {

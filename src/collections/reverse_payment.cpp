@@ -1,11 +1,12 @@
 #include "collections/reverse_payment.h"
 
+#include <fmt/format.h>
+
 #include <cstdint>
 
 #include "collections/payment_store.h"
 #include "core/amounts.h"
 #include "core/values.h"
-#include "fmt/format.h"
 
 namespace kaunter {
 namespace {

@@ -1,8 +1,9 @@
 #include "collections/settlement_quote.h"
 
+#include <fmt/format.h>
+
 #include "core/amounts.h"
 #include "core/values.h"
-#include "fmt/format.h"
 
 namespace kaunter {
 namespace {

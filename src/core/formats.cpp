@@ -1,5 +1,7 @@
 #include "core/formats.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -7,7 +9,6 @@
 
 #include "core/numbers.h"
 #include "core/texts.h"
-#include "fmt/format.h"
 
 namespace kaunter {
 namespace {

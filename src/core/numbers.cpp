@@ -1,12 +1,13 @@
 #include "core/numbers.h"
 
+#include <fmt/format.h>
+
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <optional>
 #include <stdexcept>
 
-#include "fmt/format.h"
 #include "platform/number_text.h"
 
 namespace kaunter {

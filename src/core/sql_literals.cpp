@@ -1,12 +1,13 @@
 #include "core/sql_literals.h"
 
+#include <fmt/format.h>
+
 #include <optional>
 #include <stdexcept>
 
 #include "core/formats.h"
 #include "core/numbers.h"
 #include "core/texts.h"
-#include "fmt/format.h"
 
 namespace kaunter {
 namespace {

@@ -1,5 +1,7 @@
 #include "loans/drawdown.h"
 
+#include <fmt/format.h>
+
 #include <stdexcept>
 #include <utility>
 
@@ -9,7 +11,6 @@
 #include "core/company_access.h"
 #include "core/sequences.h"
 #include "core/values.h"
-#include "fmt/format.h"
 #include "links/accounting_link.h"
 #include "loans/loan_lifecycle.h"
 #include "screen/hourglass.h"

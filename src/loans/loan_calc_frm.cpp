@@ -1,5 +1,7 @@
 #include "loans/loan_calc_frm.h"
 
+#include <fmt/format.h>
+
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -9,7 +11,6 @@
 #include "core/session.h"
 #include "core/session_report.h"
 #include "core/values.h"
-#include "fmt/format.h"
 #include "loans/schedule_store.h"
 #include "screen/report_job.h"
 

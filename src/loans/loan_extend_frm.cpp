@@ -1,5 +1,7 @@
 #include "loans/loan_extend_frm.h"
 
+#include <fmt/format.h>
+
 #include <stdexcept>
 #include <utility>
 
@@ -7,7 +9,6 @@
 #include "core/picker.h"
 #include "core/record.h"
 #include "core/values.h"
-#include "fmt/format.h"
 #include "loans/step_date.h"
 #include "screen/hourglass.h"
 

@@ -1,5 +1,7 @@
 #include "loans/loan_lifecycle.h"
 
+#include <fmt/format.h>
+
 #include <stdexcept>
 #include <string>
 
@@ -8,7 +10,6 @@
 #include "core/record.h"
 #include "core/session.h"
 #include "core/values.h"
-#include "fmt/format.h"
 #include "platform/sql/transaction.h"
 
 namespace kaunter {

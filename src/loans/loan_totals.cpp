@@ -1,8 +1,9 @@
 #include "loans/loan_totals.h"
 
+#include <fmt/format.h>
+
 #include "core/amounts.h"
 #include "core/values.h"
-#include "fmt/format.h"
 
 namespace kaunter {
 namespace {

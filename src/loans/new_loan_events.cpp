@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kManager = 3;  // level from which a collateral value needs no second person
 
-const Caption kInvalidAmount = {"Invalid Amount", "数额不正确"};
+const Caption kInvalidAmount = {"Invalid Amount", "金额不正确"};
 
 Money Amount(const std::string& text) { return Money::TryText(text).value_or(Money()); }
 

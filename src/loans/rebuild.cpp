@@ -1,5 +1,7 @@
 #include "loans/rebuild.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <optional>
 #include <tuple>
@@ -7,7 +9,6 @@
 #include <vector>
 
 #include "core/values.h"
-#include "fmt/format.h"
 #include "loans/charge_totals.h"
 #include "loans/replay.h"
 #include "loans/schedule_store.h"

@@ -1,7 +1,8 @@
 #include "loans/schedule_store.h"
 
+#include <fmt/format.h>
+
 #include "core/values.h"
-#include "fmt/format.h"
 
 namespace kaunter {
 namespace {

@@ -1,9 +1,10 @@
 #include "loans/step_date.h"
 
+#include <fmt/format.h>
+
 #include <stdexcept>
 
 #include "core/numbers.h"
-#include "fmt/format.h"
 
 namespace kaunter {
 namespace {

@@ -1,11 +1,12 @@
 #include "loans/terms.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
 #include <limits>
 #include <stdexcept>
 
 #include "core/numbers.h"
-#include "fmt/format.h"
 #include "loans/step_date.h"
 #include "platform/money.h"
 

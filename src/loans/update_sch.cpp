@@ -1,5 +1,7 @@
 #include "loans/update_sch.h"
 
+#include <fmt/format.h>
+
 #include <stdexcept>
 #include <vector>
 
@@ -10,7 +12,6 @@
 #include "core/picker.h"
 #include "core/record.h"
 #include "core/values.h"
-#include "fmt/format.h"
 #include "screen/hourglass.h"
 
 namespace kaunter {

@@ -1,11 +1,12 @@
 #include "platform/money.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
 
-#include "fmt/format.h"
 #include "platform/number_text.h"
 
 namespace kaunter {

@@ -1,13 +1,14 @@
 // Random loans with random payment histories against the second model of rebuild_model.h, to the
 // sen. The seed is printed; KAUNTER_SEED sets it, KAUNTER_LOANS the number of loans.
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
 #include <chrono>
 #include <cstdint>
 #include <iostream>
 #include <string>
 
 #include "core/values.h"
-#include "fmt/format.h"
-#include "gtest/gtest.h"
 #include "loans/rebuild.h"
 #include "platform/sql/transaction.h"
 #include "tests/core/office.h"
