@@ -276,7 +276,7 @@ void ChqCtrlFrm::Add() {
     if (existed) return;
     // Another desktop may have deleted the loan while the question stood.
     if (main().Query("SELECT LoanID FROM LoanMast WHERE LoanID=" + loan).Eof()) {
-      throw std::runtime_error(LoanNotFound(loaded_loan_).english);
+      throw std::runtime_error(session().In(LoanNotFound(loaded_loan_)));
     }
     const std::string last =
         ScalarQuery(main(), "SELECT MAX(SeqNo) FROM ChqMast WHERE LoanID=" + loan);

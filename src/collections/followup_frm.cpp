@@ -107,7 +107,7 @@ bool FollowupFrm::Read(const Caption& failed, const std::function<void()>& read)
                     failed, read);
 }
 
-bool FollowupFrm::LoadLoan(const std::string& id, const Caption& not_found) {
+void FollowupFrm::LoadLoan(const std::string& id, const Caption& not_found) {
   ClearLoan();
   ClearEntry();
   HisLoanID.SetText(id);
@@ -118,13 +118,16 @@ bool FollowupFrm::LoadLoan(const std::string& id, const Caption& not_found) {
     found = !row.Eof();
     if (found) CompCode.SetText(NullToEmpty(row.Field("CompCode")));
   });
-  if (!read) return false;
-  if (!found) return Refuse(HisLoanID, not_found);
+  if (!read) return;
+  if (!found) {
+    Refuse(HisLoanID, not_found);
+    return;
+  }
   if (!CheckCompanyAccess(session(), desk(), CompCode)) {
     CompCode.Clear();
     HisLoanID.SetMark(true);
     FocusOn(HisLoanID);
-    return false;
+    return;
   }
   HisLoanID.SetMark(false);
   loaded_loan_ = id;
@@ -133,11 +136,10 @@ bool FollowupFrm::LoadLoan(const std::string& id, const Caption& not_found) {
   if (!complete) {
     ClearLoan();
     HisLoanID.SetText(id);
-    return false;
+    return;
   }
   Command3.SetEnabled(!HisCustID.empty());
   Command4.SetEnabled(true);
-  return true;
 }
 
 void FollowupFrm::ReadContacts() {

@@ -67,8 +67,8 @@ class FollowupFrm : public SessionScreen {
   bool Typed() const;
   void LeaveLoanID();
   void PickLoan();
-  // False when the loan is not there or not for this person; `not_found` is told then.
-  bool LoadLoan(const std::string& id, const Caption& not_found);
+  // `not_found` is told when the loan is not there; the screen then shows none.
+  void LoadLoan(const std::string& id, const Caption& not_found);
   void ReadContacts();
   void ClearLoan();
   void ClearEntry();

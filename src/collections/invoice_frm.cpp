@@ -293,7 +293,7 @@ void Invoicefrm::Store() {
   const std::string loan = QuoteStr(LoanID.text());
   // Another desktop may have deleted the loan while the question stood.
   if (main().Query("SELECT LoanID FROM LoanMast WHERE LoanID=" + loan).Eof()) {
-    throw std::runtime_error(LoanNotFound(LoanID.text()).english);
+    throw std::runtime_error(session().In(LoanNotFound(LoanID.text())));
   }
   if (is_new) {
     ChargeID.SetText(DrawNumber(main(), PType.text(), CompCode.text()));

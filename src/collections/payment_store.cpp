@@ -1,6 +1,7 @@
 #include "collections/payment_store.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <utility>
 
@@ -12,7 +13,6 @@
 #include "core/sequences.h"
 #include "core/session.h"
 #include "core/values.h"
-#include "fmt/ranges.h"
 
 namespace kaunter {
 namespace {

@@ -6,10 +6,6 @@
 
 namespace kaunter {
 
-Caption LoanNotFound(std::string_view loan_id) {
-  return {fmt::format("Loan ID {} not found", loan_id), fmt::format("找不到贷款编号 {}", loan_id)};
-}
-
 Caption NoPaymentFor(std::string_view status) {
   return {fmt::format("No payment for {} loan", status),
           fmt::format("状态 {} 的贷款不可付款", status)};

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "loans/refusal.h"  // LoanNotFound
 #include "platform/money.h"
 #include "screen/caption.h"
 
@@ -12,7 +13,6 @@ namespace kaunter {
 inline const Caption kInvalidAmount{"Invalid Amount", "金额不正确"};
 inline const Caption kLoanRequired{"Loan ID is required", "请输入贷款编号"};
 
-Caption LoanNotFound(std::string_view loan_id);
 Caption NoPaymentFor(std::string_view status);
 inline const Caption kNotDrawn{"Loan not fully drawdown cannot make payment",
                                "贷款尚未全部放款，不可付款"};

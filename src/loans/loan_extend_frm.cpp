@@ -9,6 +9,7 @@
 #include "core/picker.h"
 #include "core/record.h"
 #include "core/values.h"
+#include "loans/refusal.h"
 #include "loans/step_date.h"
 #include "screen/hourglass.h"
 
@@ -49,7 +50,7 @@ void LoanExtendfrm::LoadLoan(std::string id) {
       "as b on a.CustID=b.CustID WHERE a.LoanID=" +
       QuoteStr(id));
   if (row.Eof()) {
-    Refuse(LoanID, {fmt::format("Loan ID {} not found", id), fmt::format("找不到贷款编号 {}", id)});
+    Refuse(LoanID, LoanNotFound(id));
     return;
   }
   const std::string company = NullToEmpty(row.Field("CompCode"));

@@ -12,6 +12,7 @@
 #include "core/report_path.h"
 #include "core/session_report.h"
 #include "core/values.h"
+#include "loans/refusal.h"
 #include "reporting/report_criteria.h"
 #include "reporting/report_picture.h"
 #include "reporting/report_selection.h"
@@ -88,8 +89,7 @@ bool frmPrinting::ShowLoan(const std::string& loan_id) {
       "l.CustID=c.CustID WHERE l.LoanID={}",
       QuoteStr(loan_id)));
   if (loan.Eof() || !MayUseCompany(session(), NullToEmpty(loan.Field("CompCode")))) {
-    return Refuse(LoanID, {fmt::format("Loan ID {} not found", loan_id),
-                           fmt::format("找不到贷款编号 {}", loan_id)});
+    return Refuse(LoanID, LoanNotFound(loan_id));
   }
   LoanID.SetMark(false);
   loan_id_ = NullToEmpty(loan.Field("LoanID"));
