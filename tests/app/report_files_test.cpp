@@ -10,13 +10,14 @@
 #include "app/menu_table.h"
 #include "core/report_path.h"
 #include "reporting/report_criteria.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path kSource = KAUNTER_SOURCE_DIR;
+const fs::path kSource = test::SourceDir();
 
 using Names = std::set<std::string>;
 

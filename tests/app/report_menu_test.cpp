@@ -10,6 +10,7 @@
 #include "core/main_frm.h"
 #include "screen/report_job.h"
 #include "tests/core/office.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -211,7 +212,7 @@ TEST(ReportMenu, AnEntryWithoutItsFileIsGrey) {
 }
 
 TEST(ReportMenu, WhatComesWithLaterSubsystemsIsGreyInAnInstalledCopy) {
-  MenuOffice o(KAUNTER_SOURCE_DIR "/reports");
+  MenuOffice o(test::SourceDir() + "/reports");
   o.Start();
   for (const char* entry : {"BuyGoldRptMnu", "SellGoldRptMnu", "SMSSentCompMnu", "SMSSentHPMnu",
                             "EInvSubmit", "NewLampiranMnu", "YearRpt", "BuyGoldMnu", "SellGoldMnu",

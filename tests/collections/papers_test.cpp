@@ -5,6 +5,7 @@
 #include "reports/run_report.h"
 #include "screen/report_job.h"
 #include "tests/loans/loan_office.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -50,7 +51,7 @@ class PapersTest : public ::testing::Test, protected LoanOffice {
   std::vector<std::string> Print(const std::string& file, const std::string& formula,
                                  const std::vector<std::string>& parameters = {}) {
     ReportJob job;
-    job.ReportFileName = std::string(KAUNTER_SOURCE_DIR "/reports/") + file;
+    job.ReportFileName = std::string(test::SourceDir() + "/reports/") + file;
     job.SelectionFormula = formula;
     job.Connect = &main();
     for (std::size_t i = 0; i < parameters.size(); ++i) {

@@ -12,6 +12,7 @@
 
 #include "core/picker.h"
 #include "tests/core/office.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -368,7 +369,7 @@ TEST_F(PopupFrmTest, EveryStatementRuns) {
 
 // The statements of the business, by their headings.
 std::map<std::string, std::string> KnownStatements() {
-  std::ifstream file(KAUNTER_SOURCE_DIR "/tests/platform/sql/statements/pickers.sql");
+  std::ifstream file(test::SourceDir() + "/tests/platform/sql/statements/pickers.sql");
   std::map<std::string, std::string> statements;
   std::string title;
   for (std::string line; std::getline(file, line);) {

@@ -18,6 +18,7 @@
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
 #include "tests/core/office.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -43,7 +44,7 @@ class DailyBatchProgramTest : public ::testing::Test {
         const rlimit limit{largest_file, largest_file};
         setrlimit(RLIMIT_FSIZE, &limit);
       }
-      const std::string program = KAUNTER_BINARY_DIR "/bin/DailyBatch/DailyBatch";
+      const std::string program = test::BinaryDir() + "/bin/DailyBatch/DailyBatch";
       std::vector<std::string> words = {
           program, "--app", folder.path(), "--now", "2024-01-31 14:05:09", date};
       for (const std::string& word : WhichOffice()) words.push_back(word);

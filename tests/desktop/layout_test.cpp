@@ -11,6 +11,7 @@
 #include "core/user_login.h"
 #include "desktop/layout_table.h"
 #include "test_screen.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -39,7 +40,7 @@ TEST(LayoutTest, EveryTableFitsItsScreen) {
   }
   // A table that nobody has put into the catalogue would never be used.
   int functions = 0;
-  const std::filesystem::path folder = KAUNTER_SOURCE_DIR "/src/desktop/layouts";
+  const std::filesystem::path folder = test::SourceDir() + "/src/desktop/layouts";
   for (const auto& file : std::filesystem::directory_iterator(folder)) {
     if (file.path().extension() != ".cpp") continue;
     std::ifstream in(file.path());

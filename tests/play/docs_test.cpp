@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/play/office.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -34,7 +35,7 @@ std::vector<Example> ExamplesOf(const std::string& page) {
 }
 
 TEST(PlayPage, ItsExamplesHold) {
-  const std::vector<Example> examples = ExamplesOf(KAUNTER_SOURCE_DIR "/docs/play.md");
+  const std::vector<Example> examples = ExamplesOf(test::SourceDir() + "/docs/play.md");
   ASSERT_GE(examples.size(), 4U) << "the page has lost its examples";
   for (const Example& example : examples) {
     const Played played = Office().Play(example.script);

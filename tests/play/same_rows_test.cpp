@@ -12,6 +12,7 @@
 
 #include "platform/sql/data_source.h"
 #include "tests/core/office.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -93,7 +94,7 @@ class PostgresqlOffice : public ::testing::Test {
       const std::string place = folder.File(engine);
       const std::string said = place + "/said.txt";
       const std::string words =
-          fmt::format(fmt::runtime(command), KAUNTER_SOURCE_DIR, KAUNTER_BINARY_DIR "/bin", place);
+          fmt::format(fmt::runtime(command), test::SourceDir(), test::BinaryDir() + "/bin", place);
       ASSERT_EQ(std::system(fmt::format("{{ {}; }} >'{}' 2>&1", words, said).c_str()), 0)
           << TextOf(said);
     }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/reporting/report_office.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -20,7 +21,7 @@ std::string Printed(ReportOffice& office, const std::string& file, const std::st
   job.Connect = &office.main();
   job.SelectionFormula = "{LoanMast.LoanID} = '" + loan + "'";
   job.ParameterFields[0] = std::string("RptID;") + special + ";True";
-  job.ReportFileName = KAUNTER_SOURCE_DIR "/reports/" + file;
+  job.ReportFileName = test::SourceDir() + "/reports/" + file;
   return TextsOf(RunWholeReport(job).document);
 }
 

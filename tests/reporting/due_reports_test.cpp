@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/reporting/report_rows.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -183,7 +184,7 @@ TEST(DueReports, AgingIsDrawn) {
   ReportOffice office;
   ReportJob job;
   job.Connect = &office.main();
-  job.ReportFileName = KAUNTER_SOURCE_DIR "/reports/AgingMonth.rpt";
+  job.ReportFileName = test::SourceDir() + "/reports/AgingMonth.rpt";
   const ReportRun run = RunWholeReport(job);
   const auto& texts = run.document.pages.front().texts;
   std::vector<std::string> bars;

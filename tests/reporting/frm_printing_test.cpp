@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "tests/reporting/report_counter.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -225,7 +226,7 @@ TEST(FrmPrinting, WithoutALoanItAsksForOneThatThePersonMaySee) {
 TEST(FrmPrinting, TheListsThatComeWithTheProgramAreWhole) {
   for (const char* name : {"loan", "gold"}) {
     const PrintingList list =
-        ReadPrintingList(std::string(KAUNTER_SOURCE_DIR) + "/reports/ReportList/" + name + ".ini");
+        ReadPrintingList(std::string(test::SourceDir()) + "/reports/ReportList/" + name + ".ini");
     EXPECT_TRUE(list.complete) << name;
     ASSERT_GT(list.documents.size(), 3U) << name;
     EXPECT_EQ(list.documents[1].file, "AgreeJ.rpt");

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/reporting/report_office.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -29,7 +30,7 @@ std::string Printed(ReportOffice& office, const std::string& file, const std::st
   for (std::size_t i = 0; i < parameters.size(); ++i) {
     job.ParameterFields[static_cast<int>(i)] = parameters[i];
   }
-  job.ReportFileName = KAUNTER_SOURCE_DIR "/reports/" + file;
+  job.ReportFileName = test::SourceDir() + "/reports/" + file;
   std::string all = "|";
   const ReportDocument document = RunWholeReport(job).document;
   for (const ReportPage& page : document.pages) {

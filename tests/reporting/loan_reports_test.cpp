@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/reporting/report_rows.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -351,7 +352,7 @@ TEST(LoanReports, AChequeThatAPaymentTookIsNotNew) {
   ReportJob job;
   job.Connect = &office.main();
   for (const char* file : {"ChqMastList.rpt", "LoanChqMastList.rpt"}) {
-    job.ReportFileName = std::string(KAUNTER_SOURCE_DIR "/reports/") + file;
+    job.ReportFileName = std::string(test::SourceDir() + "/reports/") + file;
     std::string statuses;
     for (const auto& page : RunWholeReport(job).document.pages) {
       for (const auto& text : page.texts) {

@@ -6,6 +6,7 @@
 
 #include "core/values.h"
 #include "tests/reporting/report_office.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -26,7 +27,7 @@ std::ostream& operator<<(std::ostream& out, const Printed& printed) {
 Printed Print(ReportOffice& office, const std::string& file) {
   ReportJob job;
   job.Connect = file == "AuditLogs.rpt" ? &office.logs() : &office.main();
-  job.ReportFileName = KAUNTER_SOURCE_DIR "/reports/" + file;
+  job.ReportFileName = test::SourceDir() + "/reports/" + file;
   // The letter of a settlement quotes what the screen worked out.
   job.ParameterFields = {{0, "SettleAmt;0;True"}, {1, "SettleDate;;True"}};
   const ReportRun run = RunWholeReport(job);
@@ -50,7 +51,7 @@ Printed Print(ReportOffice& office, const std::string& file) {
 
 std::map<std::string, Printed> PrintAll(ReportOffice& office) {
   std::map<std::string, Printed> all;
-  for (const auto& entry : std::filesystem::directory_iterator(KAUNTER_SOURCE_DIR "/reports")) {
+  for (const auto& entry : std::filesystem::directory_iterator(test::SourceDir() + "/reports")) {
     if (entry.path().extension() != ".rpt") continue;
     const std::string file = entry.path().filename().string();
     all[file] = Print(office, file);

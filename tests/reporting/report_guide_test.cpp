@@ -7,6 +7,7 @@
 
 #include "tests/reporting/report_office.h"
 #include "tests/reports/list_rows.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -20,13 +21,13 @@ std::string TextOf(const std::string& path) {
 
 struct Guide : ReportOffice {
   Guide() {
-    const std::string page = TextOf(KAUNTER_SOURCE_DIR "/docs/reports.md");
+    const std::string page = TextOf(test::SourceDir() + "/docs/reports.md");
     for (const char* name : {"LoanMastList.rpt", "ThankYou.rpt"}) {
       const std::string head = std::string("```\n# ") + name + "\n";
       const auto begin = page.find(head) + 4;
       std::ofstream(files.File(name)) << page.substr(begin, page.find("\n```", begin) - begin);
     }
-    std::filesystem::copy_file(KAUNTER_SOURCE_DIR "/reports/LoanMastList.rpt",
+    std::filesystem::copy_file(test::SourceDir() + "/reports/LoanMastList.rpt",
                                files.File("LoanMastList original.rpt"));
   }
   std::vector<std::string> Print(const std::string& name, const std::string& formula) {

@@ -15,6 +15,7 @@
 #include "reports/report_table.h"
 #include "reports/report_texts.h"
 #include "reports/text_width.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -88,7 +89,7 @@ std::string Cut(const ReportFile& file) {
 
 TEST(ReportHeadings, NoneIsCut) {
   std::size_t files = 0;
-  for (const auto& entry : fs::directory_iterator(KAUNTER_SOURCE_DIR "/reports")) {
+  for (const auto& entry : fs::directory_iterator(test::SourceDir() + "/reports")) {
     if (entry.path().extension() != ".rpt") continue;
     ++files;
     for (const auto& parameters : ReadingsOf(entry.path())) {

@@ -16,6 +16,7 @@
 #include "reports/run_report.h"
 #include "reports/text_width.h"
 #include "tests/reporting/staged_office.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 
@@ -316,7 +317,7 @@ class ReportCheck {
 
  private:
   static std::string PathOf(const std::string& file) {
-    return KAUNTER_SOURCE_DIR "/reports/" + file;
+    return test::SourceDir() + "/reports/" + file;
   }
 
   // Gives the headings.

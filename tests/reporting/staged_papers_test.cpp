@@ -6,6 +6,7 @@
 
 #include "tests/reporting/report_counter.h"
 #include "tests/reporting/report_office.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -76,7 +77,7 @@ struct PaperCounter : ReportOffice {
 std::vector<std::string> TextsOf(const ReportJob& job) {
   ReportJob of_source = job;
   of_source.ReportFileName =
-      KAUNTER_SOURCE_DIR "/reports" + job.ReportFileName.substr(job.ReportFileName.rfind('/'));
+      test::SourceDir() + "/reports" + job.ReportFileName.substr(job.ReportFileName.rfind('/'));
   std::vector<std::string> texts;
   const ReportDocument document = RunWholeReport(of_source).document;
   for (const ReportPage& page : document.pages) {

@@ -15,6 +15,7 @@
 #include "reports/report_file.h"
 #include "reports/report_layout.h"
 #include "reports/text_width.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -254,7 +255,7 @@ TEST(Letter, WhatIsHigherThanAPageGoesOnOnTheNext) {
   // A picture is never parted.
   EXPECT_THROW(
       LayOut(Letter("columns 1 1\ntext \"a\"\nbeside\npicture \"" +
-                    std::string(KAUNTER_SOURCE_DIR) + "/docs/pictures/home.png\" 40 400\nacross\n"),
+                    std::string(test::SourceDir()) + "/docs/pictures/home.png\" 40 400\nacross\n"),
              {}, Rows({{"L1", "A", "1"}})),
       std::runtime_error);
 }
@@ -431,7 +432,7 @@ TEST(ReportFile, ADamagedFileIsRefusedOrPrinted) {
     return std::string{std::istreambuf_iterator<char>(stream), {}};
   };
   std::string words;  // of all files: one may be like another
-  for (const auto& entry : std::filesystem::directory_iterator(KAUNTER_SOURCE_DIR "/reports")) {
+  for (const auto& entry : std::filesystem::directory_iterator(test::SourceDir() + "/reports")) {
     if (entry.path().extension() == ".rpt") words += text_of(entry.path());
   }
   // Rows that have every column that a file asks for.
@@ -446,7 +447,7 @@ TEST(ReportFile, ADamagedFileIsRefusedOrPrinted) {
   for (const std::string& name : names) columns.push_back({name, FieldType::kMoney, 0, 2});
   const std::vector<Value> row(columns.size(), Value(Money::FromText("12.50")));
   const Recordset rows(columns, {row, row, row});
-  for (const auto& entry : std::filesystem::directory_iterator(KAUNTER_SOURCE_DIR "/reports")) {
+  for (const auto& entry : std::filesystem::directory_iterator(test::SourceDir() + "/reports")) {
     if (entry.path().extension() != ".rpt") continue;
     const std::string text = text_of(entry.path());
     const ReportFile whole = ReportFile::Read(entry.path().string());
@@ -455,7 +456,7 @@ TEST(ReportFile, ADamagedFileIsRefusedOrPrinted) {
     for (int i = 0; i < 40; ++i) {
       const std::string damaged = Damaged(text, random);
       try {
-        LayOut(ReportFile::Parse(damaged, KAUNTER_SOURCE_DIR "/reports/t.rpt"), {}, rows);
+        LayOut(ReportFile::Parse(damaged, test::SourceDir() + "/reports/t.rpt"), {}, rows);
         ++printed;
       } catch (const std::runtime_error& error) {
         ++refused;

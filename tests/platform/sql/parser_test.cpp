@@ -14,6 +14,7 @@
 
 #include "platform/sql/connection.h"
 #include "tests/platform/sql/test_catalogue.h"
+#include "tests/support/places.h"
 
 namespace kaunter::sql {
 namespace {
@@ -30,7 +31,7 @@ std::string ReadFile(const fs::path& path) {
 // The statements of statements/*.sql, labels and all: a label is a comment of T-SQL.
 std::vector<std::string> BusinessStatements() {
   std::vector<std::string> statements;
-  const fs::path folder = fs::path(KAUNTER_SOURCE_DIR) / "tests/platform/sql/statements";
+  const fs::path folder = fs::path(test::SourceDir()) / "tests/platform/sql/statements";
   for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
     if (entry.path().extension() != ".sql" && entry.path().extension() != ".ddl") continue;
     std::istringstream text(ReadFile(entry.path()) + "\n;;\n");
@@ -50,7 +51,7 @@ std::vector<std::string> BusinessStatements() {
 const TestCatalogue& BusinessTables() {
   static const TestCatalogue catalogue = [] {
     TestCatalogue made;
-    made.Apply(ReadFile(fs::path(KAUNTER_SOURCE_DIR) / "schema/base.sql"));
+    made.Apply(ReadFile(fs::path(test::SourceDir()) / "schema/base.sql"));
     for (const std::string& statement : BusinessStatements()) made.Apply(statement);
     return made;
   }();

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/sql/translator/translate.h"
+#include "tests/support/places.h"
 
 namespace kaunter::sql {
 namespace {
@@ -19,7 +20,7 @@ namespace {
 std::vector<std::string> BusinessStatements() {
   std::vector<std::string> statements;
   const std::filesystem::path folder =
-      std::filesystem::path(KAUNTER_SOURCE_DIR) / "tests/platform/sql/statements";
+      std::filesystem::path(test::SourceDir()) / "tests/platform/sql/statements";
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
     if (entry.path().extension() != ".sql") continue;
     std::ifstream in(entry.path());

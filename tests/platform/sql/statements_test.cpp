@@ -16,6 +16,7 @@
 #include "platform/clock.h"
 #include "platform/sql/translator/translate.h"
 #include "tests/platform/support/test_engine.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -92,7 +93,7 @@ class Statements : public ::testing::TestWithParam<Engine> {
     if (undo) connection.RollbackTrans();
   }
 
-  const fs::path source_ = KAUNTER_SOURCE_DIR;
+  const fs::path source_ = test::SourceDir();
   const fs::path statements_ = source_ / "tests" / "platform" / "sql" / "statements";
   Clock clock_;
   testing::TestDatabases databases_{GetParam()};

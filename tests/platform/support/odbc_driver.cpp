@@ -1,4 +1,5 @@
 #include "tests/platform/support/odbc_driver.h"
+#include "tests/support/places.h"
 
 #include <filesystem>
 #include <stdexcept>
@@ -25,7 +26,7 @@ std::string PostgresDriver() { return OdbcDriverFile("psqlodbcw.so", "odbc-postg
 std::string FreeTdsDriver() { return OdbcDriverFile("libtdsodbc.so", "tdsodbc"); }
 
 std::string SqliteOdbcText(const std::string& file) {
-  const std::string functions = KAUNTER_BINARY_DIR "/bin/kaunter_sqlite.so";
+  const std::string functions = test::BinaryDir() + "/bin/kaunter_sqlite.so";
   if (!fs::exists(functions)) {
     throw std::runtime_error(functions + " is not built: build the target kaunter_sqlite.");
   }
