@@ -73,8 +73,3 @@ SELECT LinkAccCode FROM LinkAccMast WHERE LinkID='MRTA'
 --- accounts are replaced whole, one batch @alone
 DELETE FROM LinkAccMast;INSERT INTO LinkAccMast (SeqNo,LinkID,LinkDesc,LinkAccCode,LinkAccDesc) VALUES (1,'HP','Personal Loan (HP)','500-0001','HP DEBTORS; A~B');INSERT INTO LinkAccMast (SeqNo,LinkID,LinkDesc,LinkAccCode,LinkAccDesc) VALUES (2,'TL','Flexi Loan (TL)','','');
 ;;
---- code of the linked database, one batch
-DELETE Systemast WHERE Param in ('LinkDB','LinkDBContact');INSERT INTO Systemast ([Value],Param) Values ('Provider=SQLOLEDB.1;Password=x;User ID=ab;Initial Catalog=OLD;Data Source=srv','LinkDB');INSERT INTO Systemast ([Value],Param) Values ('Mr Tan; 012-3456789','LinkDBContact')
-;;
---- contact of the linked database
-SELECT [Value] FROM Systemast WHERE Param='LinkDBContact'

@@ -1,6 +1,3 @@
---- name of a company
-Select CompDesc from CompMast where CompCode = 'AB'
-;;
 --- a new movement entered by hand
 INSERT INTO CashBook (CompCode,TranDate,TranType,TranDesc,TranMemo,TranAmt,CashBal,BankBal,CBType,CatCode) VALUES ('AB','2024-01-31','Cash In','Float','Start of day',500.00,500.00,0,'M','LOAN')
 ;;
@@ -42,3 +39,4 @@ SELECT CBOpenDate,CBOpenCash,CBOpenBank FROM CompMast WHERE CompCode='AB'
 ;;
 --- recalculated balances of one movement
 UPDATE CashBook SET CashBal=500.00,BankBal=0 WHERE DocID=1
+;;

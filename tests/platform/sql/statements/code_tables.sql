@@ -4,26 +4,11 @@ SELECT * FROM AdvertiseMast
 --- rows of the company category table, so spelt
 SELECT * FROM CampanyCategory
 ;;
---- whether a code is there already
-SELECT * FROM AreaMast WHERE AreaCode='JOHOR'
-;;
---- a new code
-INSERT INTO AreaMast (AreaCode,AreaDesc) VALUES ('JOHOR','JOHOR BAHRU')
-;;
 --- a changed description
 UPDATE AreaMast SET AreaDesc='JOHOR' WHERE AreaCode='JOHOR'
 ;;
 --- a code is deleted
 DELETE FROM AreaMast WHERE AreaCode='JOHOR'
-;;
---- a new salesman
-INSERT INTO SalesmanMast (SalesmanID,SalesmanName,TotAccComm,TotPayComm) VALUES ('LIM','LIM AH KOW',0,0)
-;;
---- a new holder of a power of attorney
-INSERT INTO OwnerMast (OwnerName,OwnerIC,PANo) VALUES ('LEE KIM','700101-01-1234','PA 12/2024')
-;;
---- customers of a company
-SELECT COUNT(*) FROM CustMast WHERE CompCode='AB'
 ;;
 --- customers of a race
 SELECT COUNT(*) FROM CustMast WHERE CustRace='CINA'
@@ -79,15 +64,6 @@ SELECT Count(SID) FROM DrawDownMast WHERE Bank='CASH'
 --- loans of a holder of a power of attorney
 SELECT Count(LoanID) FROM LoanMast WHERE OwnerName='LEE KIM'
 ;;
---- a company
-SELECT * FROM CompMast WHERE CompCode='AB'
-;;
---- loans of a company
-SELECT COUNT(LoanID) FROM LoanMast WHERE CompCode='AB'
-;;
---- whether the company is there already
-SELECT CompCode FROM CompMast WHERE CompCode='AB'
-;;
 --- a new company, money-laundering settings on
 INSERT INTO CompMast (CompCode,CompDesc,AreaCode,Address,PersonIncharge,Tel1,Tel2,Fax,HP1,HP2,CashInHand,CashInBank,CompNo,LicenseNo,email,CompanyType,ICNo,SerialReceiptNo,AMLA,AMLACheckIC,AMLALoan,AMLAPayment,AMLAWarning,AMLAOfficer,DisableSTR,SQLPath,ClientID,ClientSecret,MyTaxClientID,MyTaxClientSecret,SMSName) VALUES ('AB','AB Kredit Sdn Bhd','COMPANY','1, Jalan Satu
 50000 Kuala Lumpur','Mr O''Hara','03-12345678','','','','',0,0,'','WL1234/01/01-1/010125','','','','1','1','0',25000.00,25000.00,'1','Siti','0','','','','','','AB Kredit')
@@ -107,8 +83,6 @@ UPDATE CompMast SET CompDesc='AB Kredit Sdn Bhd',AreaCode='COMPANY',Address='1, 
 --- a company is deleted
 DELETE FROM CompMast WHERE CompCode='AB2'
 ;;
---- profile of the deployment
-SELECT * FROM CompanyProfile
-;;
 --- changed profile of the deployment
 UPDATE CompanyProfile SET CompanyName='AB Kredit Sdn Bhd',RegNo='123456-X',LicenseNo='WL1234/01/01-1/010125',Tel='03-12345678',Fax='',email='ab@example.com',Address1='1, Jalan Satu',Address2='',Address3='',PostCode='50000',City='Kuala Lumpur',State='WP'
+;;

@@ -19,11 +19,9 @@ SELECT l.LoanID,c.CustName,l.TrxDate,l.LoanAmt FROM LoanMast as l INNER JOIN Cus
 --- a stored statement runs for the allowed companies
 SELECT l.LoanID,c.CustName,l.TrxDate,l.LoanAmt FROM LoanMast as l INNER JOIN CustMast as c on l.CustID=c.CustID WHERE l.LoanGroupID<>'PINJAMAN SELESAI' AND l.TrxDate >= '2024-01-01' AND l.TrxDate <= '2024-01-31'  and l.CompCode in ('AB','CD')  ORDER BY l.TrxDate
 ;;
---- name of the regulator's upload
-SELECT Value FROM Systemast WHERE PARAM='IDEAL'
-;;
 --- statement of the regulator's upload @conn=AMLA
 SELECT * FROM DataExport WHERE SID='IDEAL UPLOAD'
 ;;
 --- a stored statement is deleted, no FROM
 DELETE DataExport WHERE SID='Loans by month'
+;;

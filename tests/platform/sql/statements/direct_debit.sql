@@ -7,5 +7,3 @@ SELECT LoanID,MAX(DueDate) as [DueDate],CustName,OldLoanCode,Memo5,MAX(Amt) as [
 --- identifiers of the direct debit file are replaced: old ones go
 DELETE FROM Systemast WHERE Param like 'DD-%'
 ;;
---- identifiers of the direct debit file are replaced: one of them
-INSERT INTO Systemast (Param,Value) VALUES ('DD-00','00')

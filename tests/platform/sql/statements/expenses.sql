@@ -19,17 +19,9 @@ SELECT * FROM PersonalExp WHERE TrxID=1
 --- an expense is deleted, no FROM
 DELETE PersonalExp WHERE TrxID=1
 ;;
---- a cheque of a loan by its number
-SELECT * FROM ChqMast WHERE LoanID = 'AB0012-001' and ChqNo = '000123'
-;;
---- next row number of a loan's cheques
-SELECT MAX(SeqNo) FROM ChqMast WHERE LoanID='AB0012-001'
-;;
---- a new cheque
-INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqDate,ChqBank,ChqAmt,PayID,ChqStatus) VALUES ('AB0012-001',1,'000123','2024-02-29','PBB',983.33,'','NEW')
-;;
 --- a changed cheque
 UPDATE ChqMast SET ChqDate='2024-03-01',ChqBank='MBB',ChqAmt=983.33,PayID='',ChqStatus='NEW' WHERE LoanID = 'AB0012-001' and ChqNo = '000123'
 ;;
 --- a cheque is removed
 DELETE FROM ChqMast WHERE LoanID = 'AB0012-001' and ChqNo = '000123'
+;;

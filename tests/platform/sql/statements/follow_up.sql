@@ -1,18 +1,3 @@
---- customer and company of a loan
-SELECT CustID,CompCode FROM LoanMast WHERE LoanID='AB0012-001'
-;;
---- contact numbers of a loan's customer
-Select cm.CustTel1, cm.CustTel2, cm.CustHP1, cm.CustHP2, cm.CustID, cm.CustName from LoanMast as ln inner join CustMast as cm on ln.CustID = cm.CustID where ln.LoanID = 'AB0012-001'
-;;
---- calls of a loan, latest first
-Select HisDate, HisTime, LoanID, HisRemarks, HisStatus, UserID, NextCall from followUpMast where LoanID = 'AB0012-001' order by Hisdate DESC, HisTime DESC
-;;
---- a call
-INSERT INTO FollowUpMast (HisDate,HisTime,LoanID,HisStatus,HisRemarks,NextCall,UserID,DateCreated) VALUES ('2024-01-31','14:05:09','AB0012-001','NIL','Says he''ll pay on Friday','2024-02-02','CLERK1','2024-01-31 14:05:09')
-;;
---- next call of a loan
-UPDATE LoanMast SET NextCall='2024-02-02' WHERE LoanID='AB0012-001'
-;;
 --- calls due, all companies
 SELECT * FROM (SELECT TOP 50 * FROM (Select TOP 50 ln.NextCall as 'NextCall', ln.NextDueDate as 'NextDueDate', ln.LoanID as 'LoanID',ln.CompCode as 'CompCode',cm.CustName as 'CustName' from LoanMast as ln LEFT OUTER JOIN CustMast as cm on ln.CustID = cm.CustID where ln.NextCall <= '2024-01-31' and ln.LoanBal > 0  order by ln.NextCall DESC) as a ORDER BY a.NextCall ASC) as b ORDER BY b.NextCall DESC
 ;;
@@ -21,9 +6,6 @@ SELECT * FROM (SELECT TOP 50 * FROM (Select TOP 100 ln.NextCall as 'NextCall', l
 ;;
 --- calls due, the companies allowed to the user
 SELECT * FROM (SELECT TOP 50 * FROM (Select TOP 50 ln.NextCall as 'NextCall', ln.NextDueDate as 'NextDueDate', ln.LoanID as 'LoanID',ln.CompCode as 'CompCode',cm.CustName as 'CustName' from LoanMast as ln LEFT OUTER JOIN CustMast as cm on ln.CustID = cm.CustID where ln.NextCall <= '2024-01-31' and ln.LoanBal > 0  and ln.CompCode in ('AB','CD') order by ln.NextCall DESC) as a ORDER BY a.NextCall ASC) as b ORDER BY b.NextCall DESC
-;;
---- loan by its old code
-SELECT LoanID FROM LoanMast WHERE OldLoanCode='L-77'
 ;;
 --- loan by its customer's new IC
 SELECT l.LoanID FROM CustMast as c INNER JOIN LoanMast as l ON c.CustID=l.CustID WHERE c.CustNIC='800131-10-5555'
@@ -34,14 +16,9 @@ SELECT c.CustID FROM CustMast as c INNER JOIN LoanMast as l ON c.CustID=l.CustID
 --- customer by new IC
 SELECT CustID FROM CustMast WHERE CustNIC='800131-10-5555'
 ;;
---- due dates, nothing asked for
-SELECT h.duedate,l.LoanID,l.OldLoanCode,l.CustID,c.CustName,h.PayableAmt,h.Payment,h.PayableAmt-h.Payment as Balance FROM (SchMast as h INNER JOIN LoanMast as l on l.LoanID=h.LoanID) INNER JOIN CustMast as c on h.CustID=c.CustID  WHERE 1=2 ORDER BY h.DueDate DESC
-;;
 --- due dates of a customer's loan between two dates, home company
 SELECT h.duedate,l.LoanID,l.OldLoanCode,l.CustID,c.CustName,h.PayableAmt,h.Payment,h.PayableAmt-h.Payment as Balance FROM (SchMast as h INNER JOIN LoanMast as l on l.LoanID=h.LoanID) INNER JOIN CustMast as c on h.CustID=c.CustID  WHERE h.PayableAmt-h.Payment > 0  AND h.CustID='AB0012' AND h.LoanID='AB0012-001' AND h.DueDate >= '2024-01-01' AND h.DueDate <= '2024-12-31' AND l.CompCode='AB' ORDER BY h.DueDate DESC
 ;;
 --- due dates of one customer, all companies
 SELECT h.duedate,l.LoanID,l.OldLoanCode,l.CustID,c.CustName,h.PayableAmt,h.Payment,h.PayableAmt-h.Payment as Balance FROM (SchMast as h INNER JOIN LoanMast as l on l.LoanID=h.LoanID) INNER JOIN CustMast as c on h.CustID=c.CustID  WHERE h.PayableAmt-h.Payment > 0  AND h.CustID='AB0012' ORDER BY h.DueDate DESC
 ;;
---- fully paid-out loans in arrears for reminder letters
-SELECT l.LoanID,c.CustName,l.NextDueDate,l.ReminderDate FROM LoanMast as l INNER JOIN CustMast as c on l.CustID=c.CustID WHERE LoanBal > 0 AND PayOutAmt=LoanAmt AND l.NextDueDate < '2024-01-31' ORDER BY NextDueDate

@@ -19,9 +19,6 @@ SELECT * FROM GoldTransmast WHERE LoanID='B0001'
 --- items of a purchase
 SELECT * FROM LoanCollateral WHERE LoanID='B0001' ORDER BY SeqNo
 ;;
---- name of the seller
-SELECT CustName FROM CustMast WHERE CustID='AB0012'
-;;
 --- items for sale, all companies
 SELECT l.CompCode,l.LoanID,l.SeqNo,g.TrxDate,l.GoldID,l.GoldDesc,l.Qty,l.UnitPrice,l.Weight,l.TotalAmt,l.LoanAmt,l.Remarks,l.SoldAmt,l.SoldDate,l.SoldRemarks FROM GoldTransMast as g inner join LoanCollateral as l on g.LoanID=l.LoanID WHERE g.TrxDate >= '2024-01-01' AND g.TrxDate <='2024-01-31' ORDER BY l.LoanID,l.SeqNo
 ;;
@@ -39,3 +36,4 @@ DELETE GoldTransMast WHERE LoanID='B0001'
 ;;
 --- a deleted purchase's items go
 DELETE FROM LoanCollateral WHERE LoanID='B0001'
+;;

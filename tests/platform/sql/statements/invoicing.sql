@@ -1,11 +1,5 @@
---- service settings are replaced: old ones go, no FROM
-delete Systemast Where Param in ('GetTokenurl','GetTINurl','Getclient_id','Getclient_secret','GetEInvAPIConsolidated','GetEInvAPICancel','GetEInvAPIInv','GetEInvAPIStatus','GetTokenInv','GetEInvAPISelfBill')
-;;
 --- service settings of the central database @conn=AMLA
 select * FROM Systemast where Param in ('GetTokenurl','GetTINurl','Getclient_id','Getclient_secret','GetEInvAPIConsolidated','GetEInvAPICancel','GetEInvAPIInv','GetEInvAPIStatus','GetTokenInv','GetEInvAPISelfBill')
-;;
---- service settings are replaced: one setting
-INSERT INTO Systemast (Param,Value) VALUES ('GetTokenurl','https://token.example/connect/token')
 ;;
 --- states are replaced: old ones go
 delete from eState
@@ -58,9 +52,6 @@ select ec.tin,ec.CustTypeID,ec.CustType,ec.MISCCode,em.MISCName,ec.CustName,ec.P
 --- e-invoicing account of the company
 select ClientID,ClientSecret from CompMast where compcode='AB'
 ;;
---- where a token for documents comes from
-SELECT Value FROM Systemast where Param='GetTokenInv'
-;;
 --- statement that selects the documents @conn=AMLA
 SELECT SQLStatement FROM DataExport WHERE SID='VKT-Individual'
 ;;
@@ -73,20 +64,11 @@ SELECT uuid FROM EinvMast WHERE eInvID='AB0012-001-001'
 --- status of a document sent before
 SELECT lhdnstatus FROM EinvMast WHERE eInvID='AB0012-001-001'
 ;;
---- whether a document is a payment
-SELECT PayID FROM PaymentMast WHERE PayID='AB0012-001-001'
-;;
 --- payment that a credit note reverses
 SELECT OldPayID FROM PaymentMast WHERE PayID='AB0012-001-001'
 ;;
---- whether a document is a charge
-SELECT ChargeID FROM ChargeMast WHERE ChargeID='INV0001'
-;;
 --- charge that a credit note reverses
 SELECT OldChargeID FROM ChargeMast WHERE ChargeID='INV0001'
-;;
---- where invoices are sent
-SELECT Value FROM Systemast where Param='GetEInvAPIInv'
 ;;
 --- whether a document was sent before
 SELECT eInvID FROM EInvMast WHERE eInvID='AB0012-001-001'
@@ -105,3 +87,4 @@ UPDATE EInvMast SET LHDNQR='https://myinvois.example/A1B2C3/share/9' WHERE eInvI
 ;;
 --- status of a document
 UPDATE EInvMast SET LHDNStatus='Valid' WHERE eInvID='AB0012-001-001'
+;;

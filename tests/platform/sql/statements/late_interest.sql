@@ -1,17 +1,5 @@
---- date of the last late-interest run
-SELECT [Value] FROM Systemast WHERE ID='LateIntDate'
-;;
---- date of the last late-interest run is set
-UPDATE Systemast SET [Value]='2024-01-31' WHERE ID='LateIntDate'
-;;
---- overdue rows that carry late interest
-SELECT s.LoanID,l.LateChargePerDay,s.PayableAmt-s.Payment as BalDue FROM SchMast as s INNER JOIN LoanMast as l on s.LoanID=l.LoanID WHERE l.LateChargePerDay > 0 AND s.PayableAmt-s.Payment > 0 AND s.DueDate <= '2024-01-31' ORDER BY LoanID,SchID
-;;
 --- one day's late interest of an overdue row
 INSERT INTO ChargeMast (ChargeID,TrxDate,BatchDate,LoanID,CustID,CompCode,DueDate,LateAmt,LateInt,ChargeAmt,ChargeDesc,UserID,DateCreated,PType,OrgAmt) VALUES ('AB0012-001-1-B20240201','2024-02-01','2024-02-01','AB0012-001','AB0012','AB','2024-01-31',983.33,0,0.48,'Late Interest','BATCH','2024-02-01 01:00:00','Batch',0)
-;;
---- daily late charges of a loan within a month
-SELECT ChargeID,TrxDate,ChargeAmt,ChargeDesc,PType,DueDate FROM ChargeMast WHERE LoanID='AB0012-001' AND PType='Batch' and TrxDate >='2024-02-01' AND TrxDate <= '2024-02-29' ORDER BY TrxDate
 ;;
 --- charges of a loan other than the daily ones
 SELECT ChargeID,TrxDate,ChargeAmt,ChargeDesc,PType,DueDate FROM ChargeMast where PType <> 'Batch' AND LoanID='AB0012-001'
@@ -19,35 +7,14 @@ SELECT ChargeID,TrxDate,ChargeAmt,ChargeDesc,PType,DueDate FROM ChargeMast where
 --- daily late charges of a loan summed by month
 SELECT DATEPART(year,TrxDate) as [Year],DATEPART(month,TrxDate) as [Month],SUM(ChargeAmt) as ChargeAmt,'Late Interest' as ChargeDesc,PType,Max(DueDate) as DueDate from ChargeMast WHERE PType = 'Batch' and LoanID='AB0012-001' GROUP BY DATEPART(year,TrxDate),DATEPART(month,TrxDate),PType
 ;;
---- all daily late charges of a loan for correction
-SELECT ChargeID,LoanID,TrxDate,DueDate,ChargeAmt,OrgAmt From ChargeMast WHERE LoanID='AB0012-001' AND  PType='Batch' ORDER BY TrxDate
-;;
 --- daily late charges of a loan between two dates for correction
 SELECT ChargeID,LoanID,TrxDate,DueDate,ChargeAmt,OrgAmt FROM ChargeMast WHERE PType='Batch' AND TrxDate >= '2024-02-01' AND TrxDate <= '2024-02-29' AND LoanID='AB0012-001'
-;;
---- one corrected late charge
-UPDATE ChargeMast SET ChargeAmt=0.30,OrgAmt=0.48 WHERE ChargeID='AB0012-001-1-B20240201'
-;;
---- what a loan was charged
-UPDATE LoanMast SET TotCollectorAmt=(SELECT (CASE WHEN SUM(ChargeAmt) is null then 0 else SUM(ChargeAmt) END) FROM ChargeMast WHERE LoanMast.LoanID=ChargeMast.LoanID AND ChargeMast.ChargeAmt > 0 AND PType <> 'Batch Loan Interest') WHERE LoanID='AB0012-001'
-;;
---- what a loan paid of its charges
-UPDATE LoanMast SET TotInt=(SELECT (CASE WHEN SUM(ChargeAmt) is null then 0 else SUM(ChargeAmt) END) FROM ChargeMast WHERE LoanMast.LoanID=ChargeMast.LoanID AND ChargeMast.ChargeAmt < 0 AND PType <> 'Batch Loan Interest') WHERE LoanID='AB0012-001'
 ;;
 --- payments entered after they fell due
 SELECT p.PayID,p.DateCreated,PayDate,p.LoanID,(p.PayAmt+p.IntAmt-p.DiscAmt) as [Payment],p.LastDueDate, c.CustName,l.OldLoanCode + ' (' + l.Memo5 + ')' as [LotNo] FROM PaymentMast  as p INNER JOIN CustMast as c on p.CustID=c.CustID INNER JOIN LoanMast as l on p.LoanID=l.LoanID WHERE p.DateCreated >= '2024-02-01' AND p.DateCreated <= '2024-02-29 23:59:59' AND p.DateCreated > p.LastDueDate ORDER BY p.PayDate,p.LoanID
 ;;
---- customer of the loan of an invoice
-SELECT CustID FROM LoanMast WHERE LoanID='AB0012-001'
-;;
---- one charge
-SELECT * FROM ChargeMast WHERE ChargeID='INV0001'
-;;
 --- accounts of invoices and credit notes that are not set up
 SELECT COUNT(*) FROM LinkAccMast WHERE LinkID in ('ARINV','ARCN') AND LinkAccCode=''
-;;
---- a new invoice
-INSERT INTO ChargeMast (ChargeID,TrxDate,LoanID,CustID,CompCode,DueDate,LateAmt,LateInt,ChargeAmt,ChargeDesc,UserID,DateCreated,PType) VALUES ('INV0001','2024-01-31','AB0012-001','AB0012','AB','2024-01-31',50,0,50,'Legal letter','CLERK1','2024-01-31 14:05:09','Invoice')
 ;;
 --- a changed invoice
 UPDATE ChargeMast SET TrxDate='2024-02-01',ChargeAmt=60,ChargeDesc='Legal letter, 2nd',DueDate='2024-02-01',LateAmt=60,LateInt=0 WHERE ChargeID='INV0001'
@@ -72,3 +39,4 @@ SELECT s.LoanID,s.DueDate,s.PayableAmt-s.Payment as [Balance],c.CustName,c.OldCo
 ;;
 --- what fell due in a group between two dates, by due date
 SELECT s.LoanID,s.DueDate,s.PayableAmt-s.Payment as [Balance],c.CustName,c.OldCode,l.LoanTypeID,l.OfferDays,l.LateChargePerDay,l.LoanBal,l.DragLoan,l.OldLoanCode,l.CompCode,l.CustID FROM (SchMast as s INNER JOIN LoanMast as l on s.LoanID=l.LoanID) INNER JOIN CustMast as c on l.CustID=c.CustID WHERE s.DueDate >= '2024-01-01' AND s.DueDate <= '2024-01-31' AND l.LoanGroupID='PINJAMAN SEMASA' AND s.PayableAmt-s.Payment > 0 AND l.CompCode='AB' ORDER BY s.DueDate
+;;

@@ -1,6 +1,3 @@
---- whether the new company code is taken
-SELECT CompCode FROM CompMast WHERE CompCode='ZZ'
-;;
 --- the database is cleared: CashBookCat @alone
 Delete from CashBookCat
 ;;
@@ -103,11 +100,9 @@ Delete from YearlyLoanMast
 --- expenses of the company go before they are copied anew
 DELETE FROM PersonalExp WHERE CompCode='ZZ'
 ;;
---- drawdown of a copied loan
-INSERT INTO DrawDownMast (SID,LoanID,CustID,TrxDate,CompCode,DrawDownAmt,Payee,Bank,ChqNo,Remarks,UserID,DateCreated) VALUES ('DL0900','ZZ0001-001','ZZ0001','2012-05-31','ZZ',5000.00,'Tan Ah Kow','CASH','','','OWL','2024-01-31 14:05:09')
-;;
 --- copied loans that are to be replayed
 SELECT LoanID,CustID FROM LoanMast WHERE CompCode='ZZ'
 ;;
 --- the user who copied belongs to the new company
 UPDATE UserMast SET CompCode='ZZ' WHERE UserID='OWL'
+;;

@@ -1,6 +1,3 @@
---- loan size setting of the yearly return
-SELECT [Value] FROM Systemast WHERE Param='2E'
-;;
 --- yearly return: the row of an earlier run goes
 Delete from YearlyLoanMast
 ;;
@@ -91,9 +88,6 @@ Insert into YearlyLoanMast (CompCode,year,FromDate,ToDate,field01,field02,field0
 --- yearly return: the row for its report
 SELECT * FROM YearlyLoanMast
 ;;
---- new Lampiran: old rows of this PC go
-DELETE FROM MasterReport WHERE pcname='PC-01' AND reportname='NewLampiran.rpt'
-;;
 --- new Lampiran: an empty band of a month
 INSERT INTO MasterReport (pcname,reportname,recordid,s1,s2,s3,c2,c1) VALUES ('PC-01','NewLampiran.rpt','2024011','202401','1','AB',0,0)
 ;;
@@ -123,3 +117,4 @@ UPDATE LoanMast SET LoanGroupID='DALAM PROSES DAPAT BALIK' WHERE LoanBal>0 AND L
 ;;
 --- overdue loans that paid last before the cut-off change their group
 UPDATE LoanMast SET LoanGroupID='DALAM PROSES DAPAT BALIK' WHERE LoanBal>0 AND LoanGroupID ='PINJAMAN SEMASA' and CompCode='AB' and NextDueDate <='2023-10-31' and LastPaymentDate <='2023-10-31' AND not LastPaymentDate is null
+;;

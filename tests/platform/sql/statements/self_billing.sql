@@ -28,5 +28,3 @@ SELECT * FROM SelfBillTrans WHERE SID='SB0001' ORDER BY SeqNo
 --- status of a self-billed invoice
 UPDATE SelfBillMast set SelfBillStatus='Valid' WHERE SID='SB0001'
 ;;
---- where self-billed invoices are sent
-SELECT Value FROM Systemast where Param='GetEInvAPISelfBill'

@@ -1,6 +1,3 @@
---- old rows of a report go
-DELETE FROM MasterReport WHERE pcname='PC-01' AND reportname='DailyCollection.rpt'
-;;
 --- daily collection: loans
 INSERT INTO MasterReport (pcname,reportname,recordid,s1,c1,c2,d1,s10) SELECT 'PC-01','DailyCollection.rpt',LoanID,LoanID,LoanAmt,PayOutAmt,TrxDate,CompCode FROM LoanMast  WHERE TrxDate >= '2024-01-01' AND TrxDate <= '2024-01-31'
 ;;
@@ -25,9 +22,6 @@ UPDATE MasterReport SET C1=(SELECT case when SUM(Payamt-DiscAmt) is null then 0 
 --- statement: loans for the opening rows
 SELECT l.LoanID,l.TrxDate,l.PayOutAmt,l.Bank,l.BankBranch,l.LoanAmt FROM LoanMast as l WHERE 1=1  AND (l.CompCode = 'AB'  or l.CompCode = 'CD' )  AND l.TrxDate <= '2024-01-31'
 ;;
---- statement: loans for the opening rows, a range of loans
-SELECT l.LoanID,l.TrxDate,l.PayOutAmt,l.Bank,l.BankBranch,l.LoanAmt FROM LoanMast as l WHERE 1=1  AND l.LoanID >= 'AB0012-001' AND l.LoanID <= 'AB0012-002' AND l.TrxDate <= '2024-01-31'
-;;
 --- statement: opening rows, one batch
 INSERT INTO MasterReport (pcname,reportname,recordID,s1,s2,c1,c2,d1,d2,s10,c7,c8,c9,c10,c11,c12,c13,c14) VALUES ('PC-01','StatementList.rpt','#-AB0012-001','Balance BF','',0,0,'2023-12-31','2024-01-31','AB0012-001',0,0,0,0,0,0,0,0);INSERT INTO MasterReport (pcname,reportname,recordID,s1,s2,c1,c2,d1,d2,s10,c7,c8,c9,c10,c11,c12,c13,c14) VALUES ('PC-01','StatementList.rpt','#-AB0012-002','Balance BF','',0,0,'2023-12-31','2024-01-31','AB0012-002',0,0,0,0,0,0,0,0)
 ;;
@@ -49,26 +43,17 @@ UPDATE MasterReport SET c2=c2 + 983.33,c9=c9 + 150.00,c10=c10 + 833.33,c12=c12 +
 --- statement: whole interest of the loans
 SELECT l.LoanID,l.TotLoanInt,l.TrxDate FROM LoanMast as l WHERE 1=1  AND (l.CompCode = 'AB' )  AND l.TrxDate <= '2024-01-31'
 ;;
---- statement: whole interest of a loan in the range
-INSERT INTO MasterReport (pcname,reportname,recordID,s1,s2,c1,c2,d1,d2,s10,c7,c8,c9,c10,c11,c12,c13,c14) VALUES ('PC-01','StatementList.rpt','AB0012-001-i','Total Loan Interest','',1800.00,0,'2024-01-05','2024-01-31','AB0012-001',1800.00,0,0,0,0,0,0,0)
-;;
 --- statement: whole interest of a loan before the range
 UPDATE MasterReport SET c1=c1 + 1800.00,c7=c7 + 1800.00 WHERE pcname='PC-01' AND reportname='StatementList.rpt' AND recordID='#-AB0012-001';
 ;;
 --- statement: charges other than the daily ones
 SELECT c.ChargeID,c.LoanID,c.TrxDate,c.DueDate,c.ChargeAmt,c.PType,c.ChargeDesc FROM ChargeMast as c INNER JOIN LoanMast as l on l.LoanID=c.LoanID WHERE c.PType <> 'Batch'  AND c.PType <> 'Payment'  AND (l.CompCode = 'AB' )  AND c.TrxDate <= '2024-01-31'
 ;;
---- statement: a credit note in the range
-INSERT INTO MasterReport (pcname,reportname,recordID,s1,s2,c1,c2,d1,d2,s10,c7,c8,c9,c10,c11,c12,c13,c14) VALUES ('PC-01','StatementList.rpt','CN0001','CN - Goodwill','',0,-20.00,'2024-01-20','2024-01-31','AB0012-001',0,0,0,0,-20.00,0,0,0)
-;;
 --- statement: a charge before the range
 UPDATE MasterReport SET c1=c1 + 50.00,c11=c11 + 50.00 WHERE pcname='PC-01' AND reportname='StatementList.rpt' AND recordID='#-AB0012-001';
 ;;
 --- statement: daily charges in the range by month
 SELECT DATEPART(Month,c.TrxDate) [Month], DATEPART(year,c.TrxDate) [Year],c.LoanID,MAX(c.BatchDate) [TrxDate],MIN(c.BatchDate) [MinTrxDate],MAX(c.DueDate) [DueDate],SUM(c.ChargeAmt) [ChargeAmt] FROM ChargeMast as c INNER JOIN LoanMast as l on l.LoanID=c.LoanID WHERE c.ChargeAmt > 0  AND (l.CompCode = 'AB'  or l.CompCode = 'CD' )  AND c.TrxDate <= '2024-01-31' AND c.PType = 'Batch' AND c.TrxDate >= '2024-01-01' group by DATEPART(Month,c.TrxDate) , DATEPART(year,c.TrxDate),c.LoanID
-;;
---- statement: daily charges of a month
-INSERT INTO MasterReport (pcname,reportname,recordID,s1,s2,c1,c2,d1,d2,s10,s11,c7,c8,c9,c10,c11,c12,c13,c14) VALUES ('PC-01','StatementList.rpt','12024AB0012-001','Overdue Interest 01-01-2024 - 31-01-2024','',14.88,0,'2024-01-31','2024-01-31','AB0012-001','12024',0,0,0,0,14.88,0,0,0)
 ;;
 --- statement: daily charges before the range
 SELECT SUM(c.ChargeAmt) [ChargeAmt],c.LoanID as LoanID FROM ChargeMast as c INNER JOIN LoanMast as l on l.LoanID=c.LoanID WHERE c.ChargeAmt > 0 AND c.PType = 'Batch' AND c.TrxDate < '2024-01-01' AND (l.CompCode = 'AB' )  GROUP BY c.LoanID
@@ -138,3 +123,4 @@ UPDATE MasterReport SET c3=4916.65,c5=0 WHERE pcname='PC-01' AND reportname='Acc
 ;;
 --- account: expenses before the period go into the opening line
 UPDATE MasterReport SET c4=-3600.00 WHERE pcname='PC-01' AND reportname='AccountReport.rpt' AND recordID='#-AB'
+;;

@@ -40,12 +40,6 @@ SELECT MiscCode FROM eMiscCode WHERE MiscCode='64922'
 --- name of a business code
 SELECT MiscName FROM eMiscCode WHERE MiscCode='64922'
 ;;
---- where a token for the tax look-up comes from
-SELECT Value FROM Systemast where Param='GetTokenURL'
-;;
---- where the tax look-up is
-SELECT Value FROM Systemast where Param='GetTINURL'
-;;
 --- whether a tax identity is there already
 SELECT CustID from ECustMast WHERE CustID='AB0012'
 ;;
@@ -54,3 +48,4 @@ INSERT INTO ECustMast (CustID,TIN,MISCCode,Address,PostCode,City,State,Country,P
 ;;
 --- a changed tax identity
 UPDATE ECustMast set TIN='IG12345678910',MISCCode='64922',Address='2, Jalan Dua',PostCode='81100',City='Johor Bahru',State='01',Country='MYS',Phone='+60123456789',Email='',CustType='NRIC',CustTypeID='800131105555',CustName='Tan Ah Kow' WHERE CustID='AB0012'
+;;
