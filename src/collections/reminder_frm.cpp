@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "collections/reading.h"
+#include "collections/reminder_state.h"
 #include "core/boxes.h"
 #include "core/log.h"
 #include "core/record.h"
@@ -102,8 +103,9 @@ void Reminderfrm::Process() {
   Letter first{"Reminder.rpt", "ReminderDate", {}};
   Letter second{"Reminder2.rpt", "ReminderDate2", {}};
   std::vector<std::string> skipped;
+  std::vector<std::string> early;
   if (!ReadOrTell(session(), *this, "Reminder Letter", kReadFailed,
-                  [&] { skipped = Sort(first, second); })) {
+                  [&] { skipped = Sort(first, second, early); })) {
     return;
   }
   std::vector<Letter> printed;
@@ -113,31 +115,37 @@ void Reminderfrm::Process() {
     Tell(MessageKind::warning,
          {fmt::format("Not in arrears any more, no letter: {}", fmt::join(skipped, ", "))});
   }
+  if (!early.empty()) {
+    Tell(MessageKind::warning,
+         {fmt::format("The {} days of the first reminder are not over, no letter: {}", kDaysToPay,
+                      fmt::join(early, ", "))});
+  }
   if (sent && kept) Tell(MessageKind::information, {"Process completed"});
   List();
 }
 
-std::vector<std::string> Reminderfrm::Sort(Letter& first, Letter& second) {
+std::vector<std::string> Reminderfrm::Sort(Letter& first, Letter& second,
+                                           std::vector<std::string>& early) {
   const auto bar = desk().Progress(title().english);
   bar->SetRange(Ticked());
-  const std::string today = SqlDate(ServerNow(main(), false));
   std::vector<std::string> skipped;
   for (int row = 0; row < vsd.RowCount(); ++row) {
     if (!vsd.Ticked(row)) continue;
     const std::string& id = vsd.Cell(row, kLoan);
     bar->SetText(id);
     // As it is now: a payment or another desktop's letter may have come in since the list was read.
-    // A loan without an open instalment has nothing to stand in a letter.
-    const Recordset loan = main().Query(fmt::format(
-        "SELECT ReminderDate FROM LoanMast WHERE LoanID={} AND LoanBal > 0 AND PayOutAmt=LoanAmt "
-        "AND NextDueDate < {} AND EXISTS (SELECT SchID FROM SchMast WHERE "
-        "SchMast.LoanID=LoanMast.LoanID AND SchMast.PayableAmt-SchMast.Payment > 0 AND "
-        "(SchMast.DueDate < {} OR SchMast.DueDate <= LoanMast.NextDueDate))",
-        QuoteStr(id), SqlDate(listed_date_), today));
-    if (loan.Eof()) {
+    const ReminderState state = ReadReminderState(main(), id);
+    const bool listed = !main()
+                             .Query(fmt::format("SELECT LoanID FROM LoanMast WHERE LoanID={} AND "
+                                                "PayOutAmt=LoanAmt AND NextDueDate < {}",
+                                                QuoteStr(id), SqlDate(listed_date_)))
+                             .Eof();
+    if (!state.overdue || !listed) {
       skipped.push_back(id);
-    } else if (ShowDate(loan.Field("ReminderDate")).empty()) {
+    } else if (state.first_letter.empty()) {
       first.loans.push_back(id);
+    } else if (!state.given_until.empty()) {
+      early.push_back(id);
     } else {
       second.loans.push_back(id);
     }

@@ -1,8 +1,9 @@
 // Reminderfrm, "Reminder Letter": loans in arrears whose money has been drawn in full. Those that
-// are ticked get their letter: the first reminder, or the second when a first one has gone out. The
-// letters of a kind are one print, a page a loan. After the prints one question decides whether
-// their date goes on the loans, since a preview may have been looked at only; a print that failed
-// leaves none. The screen speaks English whatever the language in force.
+// are ticked get their letter: the first reminder, or the second when a first one dunned for what
+// is open and its time has passed. The letters of a kind are one print, a page a loan. After the
+// prints one question decides whether their date goes on the loans, since a preview may have been
+// looked at only; a print that failed leaves none. The screen speaks English whatever the language
+// in force.
 #pragma once
 
 #include <string>
@@ -47,8 +48,9 @@ class Reminderfrm : public SessionScreen {
   void ShowCount();
   int Ticked() const;
   void Process();
-  // Sorts the ticked loans under their letters; gives those that are not in arrears any more.
-  std::vector<std::string> Sort(Letter& first, Letter& second);
+  // Sorts the ticked loans under their letters; gives those that are not in arrears any more. A
+  // loan whose first letter still gives it time is `early`.
+  std::vector<std::string> Sort(Letter& first, Letter& second, std::vector<std::string>& early);
   // These give false when it went wrong, which has then been told.
   bool SendAll(const Letter& letter, std::vector<Letter>& printed);
   bool Print(const Letter& letter);

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "collections/reminder_state.h"
 #include "compliance/aml.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
@@ -184,6 +185,7 @@ bool frmPrinting::Prepare(const ListedDocument& document, ReportJob& job) {
   if (is({"AgreeJ.rpt", "AgreeK.rpt"})) {
     job.ParameterFields[0] = session().Special ? "RptID;True;True" : "RptID;False;True";
   }
+  if (is({"Reminder.rpt", "Reminder2.rpt"}) && !MayDun(is({"Reminder2.rpt"}))) return false;
   if (is({"Reminder.rpt"})) {
     OfferReminderDate(
         {"Confirm to update 1st reminder date as today ?", "确定把第一次催款日期改为今天？"},
@@ -195,6 +197,31 @@ bool frmPrinting::Prepare(const ListedDocument& document, ReportJob& job) {
         "ReminderDate2");
   }
   return !is({"LateInvoice.rpt"}) || PrepareLateInvoice(job);
+}
+
+bool frmPrinting::MayDun(bool second) {
+  const ReminderState state = ReadReminderState(main(), loan_id_);
+  if (!state.overdue) {
+    return Refuse(
+        {fmt::format("Loan {} has nothing that was due before today and is still owed: no "
+                     "reminder is printed.",
+                     loan_id_),
+         fmt::format("贷款 {} 没有逾期未还的款项，因此不打印催款信。", loan_id_)});
+  }
+  if (!second) return true;
+  if (state.first_letter.empty()) {
+    return Confirm(
+        {"No first reminder of what is overdue is on record, and the second one speaks of it. "
+         "Print "
+         "the second reminder all the same?",
+         "没有就逾期款项发出第一次催款信的记录，而第二次催款信会提到它。仍要打印第二次催款信吗？"});
+  }
+  return state.given_until.empty() ||
+         Confirm({fmt::format("The first reminder of {} gives time until {}. Print the second one "
+                              "all the same?",
+                              state.first_letter, state.given_until),
+                  fmt::format("{} 的第一次催款信宽限至 {}。仍要打印第二次催款信吗？",
+                              state.first_letter, state.given_until)});
 }
 
 // The day is noted before the print and stays even when the print fails.

@@ -42,6 +42,8 @@ class frmPrinting : public SessionScreen {
   bool TryToPrint(const ListedDocument& document, const ListedDocument& next);
   // False when the document is not printed after all.
   bool Prepare(const ListedDocument& document, ReportJob& job);
+  // Something is overdue, and a second reminder has its first; else it is told or asked.
+  bool MayDun(bool second);
   void OfferReminderDate(const Caption& question, std::string_view column);
   bool PrepareLateInvoice(ReportJob& job);
   void LayPhoto();

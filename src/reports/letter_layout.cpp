@@ -10,6 +10,7 @@
 #include "reports/letter_parts.h"
 #include "reports/report_layout.h"
 #include "reports/report_table.h"
+#include "reports/text_width.h"
 
 namespace kaunter {
 namespace {
@@ -27,6 +28,7 @@ class LetterLayout {
   LetterLayout(const ReportFile& file, const ReportHeading& heading, const Recordset& rows,
                const ReportProgress& progress)
       : file_(file),
+        heading_(heading),
         rows_(rows),
         progress_(progress),
         texts_(file.path, heading, rows),
@@ -176,13 +178,28 @@ class LetterLayout {
     }
   }
 
+  // Whose paper it would be, what was asked for, and that there is nothing.
   void SayEmpty() {
     NewPage();
-    page().texts.push_back({file_.letter.margin, y_, file_.width_mm - 2 * file_.letter.margin, 6,
-                            file_.words().NoRows(), 9, false, TextAlign::left, Tone::quiet});
+    const auto put = [this](const std::string& text, double points, bool bold, Tone tone) {
+      const double width = file_.width_mm - 2 * file_.letter.margin;
+      for (const std::string& line : WrapText(text, width, points, bold)) {
+        const double height = points * 0.5;
+        page().texts.push_back(
+            {file_.letter.margin, y_, width, height, line, points, bold, TextAlign::left, tone});
+        y_ += height;
+      }
+      if (!text.empty()) y_ += 1.5;
+    };
+    put(heading_.company, 11, true, Tone::accent);
+    put(Trim(document_.title), 15, true, Tone::accent);
+    put(heading_.subtitle, 9, false, Tone::quiet);
+    put(file_.NoRows(), 10, false, Tone::ink);
+    put(heading_.printed_at, kFootPoints, false, Tone::quiet);
   }
 
   const ReportFile& file_;
+  const ReportHeading& heading_;
   const Recordset& rows_;
   const ReportProgress& progress_;
   ReportTexts texts_;

@@ -95,11 +95,13 @@ struct ReportFile {
   FileLine total_line;
   std::string note;  // a closing sentence under the table
   FileLine note_line;
+  std::string empty;     // why there may be no rows; "" says that there are none
   bool summary = false;  // subtotals without the rows
   std::string summary_heading;
   LetterFile letter;  // its key is empty in a list
 
   PaperWords words() const { return PaperWords(language); }
+  std::string NoRows() const { return empty.empty() ? words().NoRows() : empty; }
   bool IsLetter() const { return !letter.key.empty(); }
 
   // Throws std::runtime_error naming file, line and what is wrong.

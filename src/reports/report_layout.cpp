@@ -51,7 +51,7 @@ class Layout {
     }
     CloseGroups(rows_.RowCount());
     if (rows_.RowCount() == 0) {
-      Quiet(file_.words().NoRows());
+      Quiet(file_.NoRows());
     } else if (!file_.total_label.empty()) {
       TotalRow(Fill(file_.total_label, file_.total_line), sums_[0], true);
     }

@@ -80,7 +80,8 @@ class FileParser {
     } else if (!Settings(words) && !Layout(words) && !letter_.Take(words.all(), Here())) {
       throw std::invalid_argument(fmt::format(
           "\"{}\" is not known; a line begins with like, paper, language, title, field, picture, "
-          "parameter, alias, query, order, column, group, total, summary, chart, note, if, else or "
+          "parameter, alias, query, order, column, group, total, summary, chart, note, empty, if, "
+          "else or "
           "endif, in "
           "a letter with {}",
           key, LetterWords()));
@@ -184,6 +185,9 @@ class FileParser {
       ListOnly();
       file_.note = words.Caption(1, file_);
       file_.note_line = Here();
+    } else if (key == "empty") {
+      words.Need(1);
+      file_.empty = words.Caption(1, file_);
     } else {
       return false;
     }

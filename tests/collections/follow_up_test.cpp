@@ -470,11 +470,20 @@ TEST_F(ReminderTest, TheFirstLetterThenTheSecond) {
   EXPECT_EQ(LastMessage(), "Reminder Letter: Process completed");
   EXPECT_EQ(Dates(), "A1 2024-01-31 \nA2 2024-01-12 2024-01-31\nA3 2024-01-31 \n");
   EXPECT_EQ(Column(screen.vsd, 3), "12-01-2024 31-01-2024 31-01-2024 ");
-  // Only what is ticked; the first date stays.
+  // Only what is ticked; the first date stays. Its letter gives time, this day does not end it.
   screen.vsd.Tick(1, true);
   screen.SaveCmd.Click();
-  EXPECT_EQ(counter.printed.back(), "Reminder2.rpt {LoanMast.LoanID}='A1'");
-  EXPECT_EQ(Dates(), "A1 2024-01-31 2024-01-31\nA2 2024-01-12 2024-01-31\nA3 2024-01-31 \n");
+  EXPECT_EQ(counter.printed.size(), 2u);
+  EXPECT_EQ(counter.messages.at(counter.messages.size() - 2),
+            "Reminder Letter: The 14 days of the first reminder are not over, no letter: A1");
+  // A first letter of arrears that were paid since is none: A3's row fell due on 2024-01-30.
+  office.Run("UPDATE LoanMast SET ReminderDate='2024-01-16' WHERE LoanID IN ('A1','A3')");
+  screen.SelectAllCmd.Click();
+  screen.vsd.Tick(0, false);
+  screen.SaveCmd.Click();
+  EXPECT_EQ(counter.printed.at(2), "Reminder.rpt {LoanMast.LoanID}='A3'");
+  EXPECT_EQ(counter.printed.at(3), "Reminder2.rpt {LoanMast.LoanID}='A1'");
+  EXPECT_EQ(Dates(), "A1 2024-01-16 2024-01-31\nA2 2024-01-12 2024-01-31\nA3 2024-01-31 \n");
 }
 
 TEST_F(ReminderTest, ALetterThatWasNotPrintedLeavesNoDate) {

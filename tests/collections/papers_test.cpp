@@ -99,6 +99,7 @@ TEST_F(PapersTest, AReceiptAddsUpAndLeavesOutWhatIsNot) {
 }
 
 TEST_F(PapersTest, AReminderListsWhatIsOverdueToday) {
+  office.Run("UPDATE LoanMast SET NextDueDate='2024-01-31'");  // due today is not overdue
   for (const char* file : {"Reminder.rpt", "Reminder2.rpt"}) {
     const auto pages = Print(file, "{LoanMast.LoanID}='L1' or {LoanMast.LoanID}='L2'");
     ASSERT_EQ(pages.size(), 2u);
@@ -106,13 +107,62 @@ TEST_F(PapersTest, AReminderListsWhatIsOverdueToday) {
     ExpectAll(pages[0], {"Tan 'Ah' Kow|12 Jalan Raja|Ipoh|",
                          "2|31-12-2023|112.00|12.00|100.00|3|30-01-2024|112.00|0.00|112.00|"
                          "2 instalment(s)|224.00|12.00|212.00|",
-                         "RM 212.00|", "RM 10.00|", "RM 222.00|"});
-    ExpectNone(pages[0], {"4|31-01-2024", "1|30-11-2023"});
+                         "|212.00|", "|10.00|", "RM 222.00|"});
+    ExpectNone(pages[0], {"4|31-01-2024", "1|30-11-2023", "Covered"});
     ExpectAll(pages[1], {"Lim|"});
     ExpectNone(pages[1], {"Tan"});
   }
-  office.Run("UPDATE SchMast SET Payment=PayableAmt WHERE LoanID='L1'");
-  EXPECT_EQ(Print("Reminder.rpt", "{LoanMast.LoanID}='L1'").at(0), "No rows for this selection.|");
+}
+
+// Who owes nothing that is overdue is not dunned; nobody is asked for more than the balance, and
+// the second letter speaks of a first one only where there is one that asked for these rows.
+TEST_F(PapersTest, WhatAReminderMaySay) {
+  const struct {
+    const char* change;
+    const char* file;
+    std::vector<const char*> says;
+    std::vector<const char*> not_said;
+  } kCases[] = {
+      {"UPDATE SchMast SET Payment=PayableAmt", "Reminder.rpt", {"still owed"}, {"Tan"}},
+      // Settled, though rows stand open behind extra capital.
+      {"UPDATE LoanMast SET LoanBal=0", "Reminder2.rpt", {"still owed"}, {"Tan"}},
+      {"UPDATE SchMast SET DueDate='2024-01-31'", "Reminder2.rpt", {"still owed"}, {"Tan"}},
+      // 212.00 is open, 150.00 is owed.
+      {"UPDATE LoanMast SET LoanBal=150,DragLoan='0'",
+       "Reminder.rpt",
+       {"Covered by capital paid beyond them|-62.00|", "RM 160.00|"},
+       {}},
+      // A flexi loan owes the interest of its rows beside its balance of capital.
+      {"UPDATE LoanMast SET LoanBal=150,DragLoan='1'; UPDATE SchMast SET InterestAmt=10 WHERE "
+       "SchID IN (2,3); UPDATE SchMast SET InterestPayment=4 WHERE SchID=2",
+       "Reminder.rpt",
+       {"Covered by capital paid beyond them|-46.00|", "RM 176.00|"},
+       {}},
+      {"UPDATE LoanMast SET ReminderDate=NULL", "Reminder2.rpt", {"DO NOT SEND: no first"}, {}},
+      // Of arrears that were paid since.
+      {"UPDATE LoanMast SET ReminderDate='2023-12-15'",
+       "Reminder2.rpt",
+       {"DO NOT SEND: no first"},
+       {"15-12-2023"}},
+      {"UPDATE LoanMast SET ReminderDate='2024-01-16'",
+       "Reminder2.rpt",
+       {"In spite of our reminder of 16 January 2024"},
+       {"DO NOT SEND"}},
+      {"UPDATE LoanMast SET ReminderDate='2024-01-17'",
+       "Reminder2.rpt",
+       {"DO NOT SEND: the first", "31-01-2024.|"},
+       {"no first reminder"}},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.change);
+    main().BeginTrans();
+    office.Run(c.change);
+    const auto pages = Print(c.file, "{LoanMast.LoanID}='L1'");
+    main().RollbackTrans();
+    ASSERT_EQ(pages.size(), 1u);
+    for (const char* text : c.says) ExpectAll(pages[0], {text});
+    for (const char* text : c.not_said) ExpectNone(pages[0], {text});
+  }
 }
 
 TEST_F(PapersTest, ASettlementIsQuotedForTheDatesAskedFor) {

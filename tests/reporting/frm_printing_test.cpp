@@ -146,6 +146,16 @@ TEST(FrmPrinting, AReminderNotesItsDayBeforeThePrintWhenWanted) {
   };
   counter.Install("Reminder.rpt");
   counter.Install("Reminder2.rpt");
+  // Nothing is overdue: no letter, no date.
+  EXPECT_EQ(counter.PrintOnly("First,Reminder.rpt,{LoanMast.LoanID}"), nullptr);
+  EXPECT_NE(counter.desk.messages.back().find("no reminder is printed"), std::string::npos);
+  EXPECT_EQ(counter.desk.questions.size(), 1u);
+  counter.office.Run(
+      "UPDATE LoanMast SET LoanBal=1;INSERT INTO SchMast (LoanID,SchID,DueDate,PayableAmt) VALUES "
+      "('L1',1,'2024-01-30',1)");
+  // A second letter without a first one, or within its time, is asked about.
+  counter.desk.declined = "No first reminder";
+  EXPECT_EQ(counter.PrintOnly("Second,Reminder2.rpt,{LoanMast.LoanID}"), nullptr);
   // Yes to the print, no to the day.
   counter.desk.declined = "1st reminder";
   EXPECT_NE(counter.PrintOnly("First,Reminder.rpt,{LoanMast.LoanID}"), nullptr);
@@ -154,6 +164,9 @@ TEST(FrmPrinting, AReminderNotesItsDayBeforeThePrintWhenWanted) {
   EXPECT_NE(counter.PrintOnly("First,Reminder.rpt,{LoanMast.LoanID}"), nullptr);
   EXPECT_EQ(counter.desk.questions.back(), "Confirm to update 1st reminder date as today ?");
   EXPECT_EQ(dates(), "2024-01-31/");
+  counter.desk.declined = "gives time until 14-02-2024";
+  EXPECT_EQ(counter.PrintOnly("Second,Reminder2.rpt,{LoanMast.LoanID}"), nullptr);
+  counter.desk.declined.clear();
   EXPECT_NE(counter.PrintOnly("Second,Reminder2.rpt,{LoanMast.LoanID}"), nullptr);
   EXPECT_EQ(counter.desk.questions.back(), "Confirm to update 2nd reminder date as today ?");
   EXPECT_EQ(dates(), "2024-01-31/2024-01-31");
