@@ -238,8 +238,8 @@ std::string UserFrm::AllowedList() const {
   std::string list;
   std::istringstream lines(gcc2.empty() ? CompCode.text() : gcc2.text());
   for (std::string line; std::getline(lines, line);) {
-    line = Trim(line);
     if (!line.empty() && line.back() == '\r') line.pop_back();
+    line = Trim(line);
     if (line.empty()) continue;
     const std::string known = ScalarQuery(
         main(), fmt::format("SELECT CompCode FROM CompMast WHERE CompCode={}", QuoteStr(line)));

@@ -80,7 +80,13 @@ bool ScaleByDigits(double x, int scale, std::int64_t* units) {
 }
 
 // How near to a tie the product may be and still be one that binary arithmetic has missed.
-double TieWindow(double product) { return std::fmax(1e-9, std::fabs(product) * 2e-15); }
+double TieWindow(double product) {
+  constexpr double kWidest = 0.05;
+  return std::fmin(kWidest, std::fmax(1e-9, std::fabs(product) * 2e-15));
+}
+
+// A number of more digits than these is no longer told apart by its first 15.
+constexpr double kDecidedByDigits = 1e14;
 
 constexpr double kLimit = 9.2e18;
 
@@ -105,7 +111,9 @@ bool ScaleDouble(double x, int scale, std::int64_t* units) {
   const double product = x * static_cast<double>(PowerOfTen(scale));
   if (!(std::fabs(product) < kLimit)) return false;
   const double fraction = std::fabs(product - std::trunc(product));
-  if (std::fabs(fraction - 0.5) <= TieWindow(product)) return ScaleByDigits(x, scale, units);
+  if (std::fabs(fraction - 0.5) <= TieWindow(product) && std::fabs(product) < kDecidedByDigits) {
+    return ScaleByDigits(x, scale, units);
+  }
   *units = std::llround(product);
   return true;
 }
@@ -121,6 +129,13 @@ bool CutDouble(double x, int scale, std::int64_t* units) {
 
 double Unscale(std::int64_t units, int scale) {
   return static_cast<double>(units) / static_cast<double>(PowerOfTen(scale));
+}
+
+std::int64_t DivideHalfAway(std::int64_t units, std::int64_t divisor) {
+  const std::int64_t whole = units / divisor;
+  const std::int64_t rest = units % divisor;
+  if (rest >= divisor - divisor / 2) return whole + 1;
+  return -rest >= divisor - divisor / 2 ? whole - 1 : whole;
 }
 
 DecimalResult ParseDecimal(std::string_view text, int scale, std::int64_t* units, bool exponent) {
@@ -184,6 +199,19 @@ DecimalResult ParseInteger(std::string_view text, bool cut, std::int64_t* value)
   Collector collector(0);
   for (std::size_t i = 0; i < digits; ++i) collector.Add(text[i] - '0', false);
   return collector.Finish(negative, value) ? DecimalResult::kOk : DecimalResult::kTooLarge;
+}
+
+bool FitsInteger(std::int64_t value, int digits) {
+  switch (digits) {
+    case 3:
+      return value >= 0 && value <= 255;
+    case 5:
+      return value == static_cast<std::int16_t>(value);
+    case 10:
+      return value == static_cast<std::int32_t>(value);
+    default:
+      return true;
+  }
 }
 
 bool ParseDouble(std::string_view text, double* value) {

@@ -22,6 +22,8 @@ bool ScaleDouble(double x, int scale, std::int64_t* units);
 bool CutDouble(double x, int scale, std::int64_t* units);
 // units / 10^scale; never a negative zero.
 double Unscale(std::int64_t units, int scale);
+// units / divisor, rounded half away from zero.
+std::int64_t DivideHalfAway(std::int64_t units, std::int64_t divisor);
 
 enum class DecimalResult { kOk, kNoNumber, kTooLarge };
 // Blanks around, sign, digits and one point; exact, half away from zero. With `exponent` also
@@ -30,6 +32,10 @@ DecimalResult ParseDecimal(std::string_view text, int scale, std::int64_t* units
                            bool exponent = false);
 // Digits with blanks and a sign around them, the whole part only up to a point when `cut`.
 DecimalResult ParseInteger(std::string_view text, bool cut, std::int64_t* value);
+// Whether an integer type of so many digits (3 tinyint, 5 smallint, 10 int) holds the value; others
+// hold all.
+bool FitsInteger(std::int64_t value, int digits);
+inline constexpr int kBitDigits = 1;  // a bit takes any number: 0 or not 0
 // A number with an optional exponent, blanks around.
 bool ParseDouble(std::string_view text, double* value);
 

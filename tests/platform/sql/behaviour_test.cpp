@@ -183,6 +183,24 @@ TEST_P(Behaviour, DecimalsHoldExactlyTheirPlaces) {
        "select LoanAmt from LoanMast where LoanID='L1'", "642.86"},
       {"update LoanMast set LoanAmt=LoanAmt-2999.995 where LoanID='L1'",
        "select LoanAmt from LoanMast where LoanID='L1'", "0.01"},
+      // What is rounded is the exact difference, not the binary one: 983.30-983.295 is 0.005.
+      {"update SchMast set Payment=PayableAmt-983.325-983.33+983.33 where SchID=2",
+       "select Payment from SchMast where SchID=2", "0.01"},
+      {"update SchMast set Payment=(PayableAmt-983.325)*1.0 where SchID=2",
+       "select Payment from SchMast where SchID=2", "0.01"},
+      {"update SchMast set Payment=(PayableAmt-983.325)/1 where SchID=2",
+       "select Payment from SchMast where SchID=2", "0.01"},
+      {"update SchMast set Payment=PayableAmt-7866.60/8 where SchID=2",
+       "select Payment from SchMast where SchID=2", "0.01"},
+      {"update SchMast set Payment=983.325-PayableAmt where SchID=2",
+       "select Payment,convert(decimal(18,2),PayableAmt-983.325) from SchMast where SchID=2",
+       "-0.01|0.01"},
+      {"update SchMast set Payment=PayableAmt*InsRate-1474.985 from SchMast,LoanMast where "
+       "SchMast.LoanID=LoanMast.LoanID and SchID=2",
+       "select Payment from SchMast where SchID=2", "0.01"},
+      {"update SchMast set Payment=(select sum(PayableAmt-982.325) from SchMast where SchID=2)",
+       "select distinct Payment from SchMast", "1.01"},
+      {"", "select isnull(CustChild,1.5)+isnull(null,2.5) from CustMast where CustID='C3'", "3.5"},
       {"update LoanMast set LoanAmt=-0.004 where LoanID='L1'",
        "select LoanAmt from LoanMast where LoanID='L1'", "0"},
       {"", "select SchID from SchMast where PayableAmt-Payment=0.20", "1"},
@@ -223,6 +241,29 @@ TEST_P(Behaviour, DecimalsHoldExactlyTheirPlaces) {
 }
 
 // Only money has these texts: a decimal shows all its places under every style.
+// A million rows, whose sums of binary fractions drift by whole sen.
+TEST_P(Behaviour, SumsOfManyRowsAreExact) {
+  db_->Execute("create table N (K int NOT NULL PRIMARY KEY, V decimal(18, 2) NULL)");
+  db_->BeginTrans();
+  for (int k = 1; k <= 1000; ++k) {
+    db_->Execute(fmt::format("insert into N values ({},{}*100000.01)", k, k));
+  }
+  db_->CommitTrans();
+  Check({
+      {"",
+       "select sum(a.V),avg(a.V),sum(a.V*0.015),convert(decimal(18,2),sum(a.V/3)) from N as a,N as "
+       "b",
+       "50050005005000|50050005.005|750750075075|16683335001666.67"},
+      {"",
+       "select max(S),max(A),max(N) from (select sum(a.V) over (order by a.K,b.K) as S,avg(a.V) "
+       "over "
+       "(order by a.K,b.K) as A,avg(a.K) over (order by a.K,b.K) as N from N as a,N as b) as x",
+       "50050005005000|50050005.005|500"},
+      {"", "select sum(distinct a.V),avg(distinct a.V) from N as a,N as b",
+       "50050005005|50050005.005"},
+  });
+}
+
 TEST_P(Behaviour, MoneyHasItsOwnTexts) {
   Check({
       {"", "select convert(nvarchar,convert(money,150000),1)", "150,000.00"},
@@ -355,6 +396,16 @@ TEST_P(Behaviour, NumbersMeetTexts) {
       {"update NumberMast set PaymentNo=12.9", "select PaymentNo from NumberMast", "12"},
       {"update NumberMast set PaymentNo=''", "select PaymentNo from NumberMast", "0"},
       {"", "select count(*) from NumberMast where PaymentNo=''", "0"},
+      {"insert into CustMast (CustID) values ('C4')",
+       "select isnull(CustName,'0123456789abc')+'|',isnull(CustName,DOB)+'|' from CustMast where "
+       "CustID='C4'",
+       "0123456789||NULL"},
+      {"", "select convert(bit,-0.5),convert(bit,256),convert(bigint,99999999999)",
+       "1|1|99999999999"},
+      RefusedQuery(8115, "int", "select convert(int,99999999999)"),
+      RefusedQuery(8115, "int", "select convert(int,LoanAmt*1000000) from LoanMast"),
+      RefusedQuery(8115, "int", "select convert(tinyint,PaymentNo-8) from NumberMast"),
+      RefusedQuery(248, "int", "select convert(int,'99999999999')"),
       Refused(245, "PaymentNo", "update NumberMast set PaymentNo='x'"),
       Refused(245, "PaymentNo", "update NumberMast set PaymentNo='12.9'"),
       Refused(8115, "PaymentNo", "update NumberMast set PaymentNo=2147483648"),

@@ -4,7 +4,12 @@ namespace kaunter::sql {
 
 std::string_view PostgresNumberFunctions() {
   static constexpr std::string_view kText = R"sql(-- numbers
-CREATE OR REPLACE FUNCTION kaunter_sql.k_to_int(x bpchar) RETURNS bigint
+CREATE OR REPLACE FUNCTION kaunter_sql.k_fits(x numeric, digits bigint) RETURNS boolean
+  LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS $$
+  SELECT CASE digits WHEN 3 THEN x BETWEEN 0 AND 255 WHEN 5 THEN x BETWEEN -32768 AND 32767
+    WHEN 10 THEN x BETWEEN -2147483648 AND 2147483647
+    ELSE x BETWEEN -9223372036854775808 AND 9223372036854775807 END $$;
+CREATE OR REPLACE FUNCTION kaunter_sql.k_to_int(x bpchar, digits bigint DEFAULT 19) RETURNS bigint
   LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
 DECLARE t text COLLATE "C" := btrim(kaunter_sql.k_raw(x) COLLATE "C");
 BEGIN
@@ -13,16 +18,26 @@ BEGIN
     PERFORM kaunter_sql.k_fail(245, 'Conversion failed when converting the nvarchar value ''' || t ||
                            ''' to data type int.');
   END IF;
-  IF t::numeric NOT BETWEEN -9223372036854775808 AND 9223372036854775807 THEN
+  IF NOT kaunter_sql.k_fits(t::numeric, digits) THEN
     PERFORM kaunter_sql.k_fail(248, 'The conversion of the nvarchar value ''' || t ||
                            ''' overflowed an int column.');
   END IF;
-  RETURN t::bigint;
+  RETURN CASE WHEN digits = 1 THEN (t::numeric <> 0)::int ELSE t::bigint END;
 END $$;
-CREATE OR REPLACE FUNCTION kaunter_sql.k_to_int(x numeric) RETURNS bigint
-  LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS 'SELECT trunc(x)::bigint';
-CREATE OR REPLACE FUNCTION kaunter_sql.k_to_int(x float8) RETURNS bigint
-  LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS 'SELECT trunc(x)::bigint';
+CREATE OR REPLACE FUNCTION kaunter_sql.k_to_int(x numeric, digits bigint DEFAULT 19) RETURNS bigint
+  LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
+BEGIN
+  IF digits = 1 THEN RETURN (x <> 0)::int; END IF;
+  IF NOT kaunter_sql.k_fits(trunc(x), digits) THEN
+    PERFORM kaunter_sql.k_fail(8115,
+        'Arithmetic overflow error converting expression to data type int.');
+  END IF;
+  RETURN trunc(x)::bigint;
+END $$;
+CREATE OR REPLACE FUNCTION kaunter_sql.k_to_int(x bigint, digits bigint DEFAULT 19) RETURNS bigint
+  LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS 'SELECT kaunter_sql.k_to_int(x::numeric, digits)';
+CREATE OR REPLACE FUNCTION kaunter_sql.k_to_int(x float8, digits bigint DEFAULT 19) RETURNS bigint
+  LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS 'SELECT kaunter_sql.k_to_int(x::numeric, digits)';
 CREATE OR REPLACE FUNCTION kaunter_sql.k_to_dec(x bpchar, scale int) RETURNS numeric
   LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
 DECLARE t text COLLATE "C" := btrim(kaunter_sql.k_raw(x) COLLATE "C");

@@ -5,13 +5,28 @@
 namespace kaunter::sql {
 namespace {
 
-// SQLite gives an aggregate zeroed memory of this size: all members must be right as zero.
-struct Sum {
-  std::int64_t units;  // of 10^places
+__extension__ using Wide = __int128;
+
+// SQLite gives an aggregate zeroed memory of this size, at an address that suits 64 bits: all
+// members must be right as zero.
+struct __attribute__((packed, aligned(8))) Sum {
+  Wide units;  // of 10^places
   std::int64_t count;
   int scale;
   int places;
 };
+
+// What a value is kept with while it is added: finer than a division gives it.
+int PlacesFor(int scale) { return scale <= 4 ? 4 : scale <= 6 ? 6 : kMaxScale; }
+
+// A value too large for so many places has none so fine.
+Wide UnitsOf(sqlite3_value* value, int places) {
+  constexpr int kCoarse = 4;
+  std::int64_t units = 0;
+  if (places == kCoarse) return DecimalUnits(value, kCoarse);
+  if (ScaleDouble(sqlite3_value_double(value), places, &units)) return units;
+  return static_cast<Wide>(DecimalUnits(value, kCoarse)) * PowerOfTen(places - kCoarse);
+}
 
 Sum* SumOf(sqlite3_context* context) {
   return static_cast<Sum*>(sqlite3_aggregate_context(context, sizeof(Sum)));
@@ -22,45 +37,42 @@ void AddDecimal(Call& call) {
   Sum* sum = SumOf(call.context());
   if (sum == nullptr) throw std::bad_alloc();
   if (sum->count == 0) {
-    const std::int64_t scale = call.Integer(1);
-    sum->scale = scale < 0 ? 0 : scale > kMaxScale ? kMaxScale : static_cast<int>(scale);
-    sum->places = scale > 4 ? 6 : 4;
+    sum->scale = call.count() > 1 ? static_cast<int>(call.Integer(1)) : kMaxScale;
+    sum->places = PlacesFor(sum->scale);
   }
   ++sum->count;
-  if (__builtin_add_overflow(sum->units, DecimalUnits(call.Raw(0), sum->places), &sum->units)) {
-    RefuseOverflow("numeric");
-  }
+  sum->units += UnitsOf(call.Raw(0), sum->places);
 }
 
-void ReturnUnits(Call& call, std::int64_t units, int scale) {
-  if (units % PowerOfTen(scale) == 0) return call.Return(units / PowerOfTen(scale));
-  call.Return(Unscale(units, scale));
+// A row leaves the frame of a window.
+void TakeDecimal(Call& call) {
+  Sum* sum = SumOf(call.context());
+  if (call.IsNull(0) || sum == nullptr) return;
+  --sum->count;
+  sum->units -= UnitsOf(call.Raw(0), sum->places);
 }
 
-std::int64_t HalfAway(std::int64_t units, std::int64_t divisor) {
-  const std::int64_t whole = units / divisor;
-  const std::int64_t rest = units % divisor;
-  if (rest >= divisor - divisor / 2) return whole + 1;
-  return -rest >= divisor - divisor / 2 ? whole - 1 : whole;
+void ReturnUnits(Call& call, Wide units, int scale) {
+  const Wide power = PowerOfTen(scale);
+  const auto whole = static_cast<std::int64_t>(units / power);
+  if (whole != units / power) RefuseOverflow("numeric");
+  if (units % power == 0) return call.Return(whole);
+  call.Return(static_cast<double>(units) / static_cast<double>(power));
 }
 
 void FinishSum(Call& call) {
   const auto* sum = static_cast<Sum*>(sqlite3_aggregate_context(call.context(), 0));
   if (sum == nullptr || sum->count == 0) return call.Null();
-  if (sum->scale >= sum->places) return ReturnUnits(call, sum->units, sum->places);
-  const std::int64_t divisor = PowerOfTen(sum->places - sum->scale);
-  ReturnUnits(call, divisor == 1 ? sum->units : HalfAway(sum->units, divisor), sum->scale);
+  const Wide divisor = PowerOfTen(sum->places - sum->scale);
+  const Wide half = sum->units < 0 ? -(divisor / 2) : divisor / 2;
+  ReturnUnits(call, (sum->units + half) / divisor, sum->scale);
 }
 
 void FinishAverage(Call& call) {
   const auto* sum = static_cast<Sum*>(sqlite3_aggregate_context(call.context(), 0));
   if (sum == nullptr || sum->count == 0) return call.Null();
-  __extension__ using Wide = __int128;
-  const Wide scaled = static_cast<Wide>(sum->units) * PowerOfTen(sum->scale);
-  const Wide average = scaled / (static_cast<Wide>(sum->count) * PowerOfTen(sum->places));
-  const auto units = static_cast<std::int64_t>(average);
-  if (units != average) RefuseOverflow("numeric");
-  ReturnUnits(call, units, sum->scale);
+  const Wide divisor = static_cast<Wide>(sum->count) * PowerOfTen(sum->places - sum->scale);
+  ReturnUnits(call, sum->units / divisor, sum->scale);
 }
 
 void AddInteger(Call& call) {
@@ -68,13 +80,20 @@ void AddInteger(Call& call) {
   Sum* sum = SumOf(call.context());
   if (sum == nullptr) throw std::bad_alloc();
   ++sum->count;
-  if (__builtin_add_overflow(sum->units, call.Integer(0), &sum->units)) RefuseOverflow("int");
+  sum->units += call.Integer(0);
+}
+
+void TakeInteger(Call& call) {
+  Sum* sum = SumOf(call.context());
+  if (call.IsNull(0) || sum == nullptr) return;
+  --sum->count;
+  sum->units -= call.Integer(0);
 }
 
 void FinishIntegerAverage(Call& call) {
   const auto* sum = static_cast<Sum*>(sqlite3_aggregate_context(call.context(), 0));
   if (sum == nullptr || sum->count == 0) return call.Null();
-  call.Return(sum->units / sum->count);
+  call.Return(static_cast<std::int64_t>(sum->units / sum->count));
 }
 
 struct One {
@@ -108,10 +127,11 @@ void GuardedFinal(sqlite3_context* context) {
 }
 
 constexpr AggregateEntry kEntries[] = {
-    {"k_sum", Guarded<AddDecimal, false>, GuardedFinal<FinishSum>},
-    {"k_avg", Guarded<AddDecimal, false>, GuardedFinal<FinishAverage>},
-    {"k_avg_int", Guarded<AddInteger, false>, GuardedFinal<FinishIntegerAverage>},
-    {"k_one", Guarded<TakeOne, false>, FinishOne},
+    {"k_sum", Guarded<AddDecimal, false>, GuardedFinal<FinishSum>, Guarded<TakeDecimal, false>},
+    {"k_avg", Guarded<AddDecimal, false>, GuardedFinal<FinishAverage>, Guarded<TakeDecimal, false>},
+    {"k_avg_int", Guarded<AddInteger, false>, GuardedFinal<FinishIntegerAverage>,
+     Guarded<TakeInteger, false>},
+    {"k_one", Guarded<TakeOne, false>, FinishOne, nullptr},
 };
 
 }  // namespace

@@ -78,7 +78,8 @@ void Guarded(sqlite3_context* context, int count, sqlite3_value** arguments) {
 struct AggregateEntry {
   const char* name;
   SqliteFunction step;
-  void (*final)(sqlite3_context*);
+  void (*final)(sqlite3_context*);  // also gives the value of a window, where there is an inverse
+  SqliteFunction inverse;           // null: it stands in no window
 };
 
 std::span<const FunctionEntry> NumberFunctions();

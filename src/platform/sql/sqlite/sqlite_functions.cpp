@@ -64,8 +64,9 @@ void RegisterOne(sqlite3* db, const FunctionSignature& f, StatementClock* clock,
     if (f.aggregate) {
       const AggregateEntry* entry = FindAggregate(f.name);
       if (entry == nullptr) Check(SQLITE_ERROR, f.name);
-      Check(sqlite3_create_function_v2(db, f.name, count, flags, nullptr, nullptr, entry->step,
-                                       entry->final, nullptr),
+      Check(sqlite3_create_window_function(
+                db, f.name, count, flags, nullptr, entry->step, entry->final,
+                entry->inverse != nullptr ? entry->final : nullptr, entry->inverse, nullptr),
             f.name);
     } else {
       const FunctionEntry* entry = Find(f.name);

@@ -22,9 +22,18 @@ void ReturnUnits(Call& call, std::int64_t units, int scale) {
   call.Return(Unscale(units, scale));
 }
 
+// A sum or difference of decimals keeps a residue that may lie at a tie of the coarser scale:
+// 983.30 - 983.295 is 0.00499999999. It is first brought to the places that it has.
 void Round(Call& call) {
   if (call.IsInteger(0)) return call.ReturnArgument(0);
   const int scale = ScaleArgument(call, 1);
+  std::int64_t units = 0;
+  if (call.count() > 2) {
+    const int from = ScaleArgument(call, 2);
+    if (from > scale && ScaleDouble(call.Number(0), from, &units)) {
+      return call.Return(Unscale(DivideHalfAway(units, PowerOfTen(from - scale)), scale));
+    }
+  }
   call.Return(Unscale(DecimalUnits(call.Raw(0), scale), scale));
 }
 
@@ -34,31 +43,38 @@ void ToDecimal(Call& call) {
   ReturnUnits(call, DecimalUnits(call.Raw(0), scale), scale);
 }
 
-void ToInteger(Call& call) {
-  if (call.IsInteger(0)) return call.ReturnArgument(0);
-  if (!call.IsText(0)) {
-    const double x = std::trunc(call.Number(0));
-    if (!(std::fabs(x) < 9.2e18)) {
-      throw Refusal{248, "The conversion of a number overflowed an int column."};
-    }
-    return call.Return(static_cast<std::int64_t>(x));
+// The whole part of a number, in an integer type of so many digits.
+std::int64_t WholePart(const Call& call, int digits) {
+  const double number = call.Number(0);
+  if (digits == kBitDigits) return number != 0 ? 1 : 0;
+  std::int64_t value = call.IsInteger(0) ? call.Integer(0) : 0;
+  if (!call.IsInteger(0)) {
+    if (!(std::fabs(number) < 9.2e18)) RefuseOverflow("int");
+    value = static_cast<std::int64_t>(number);
   }
+  if (!FitsInteger(value, digits)) RefuseOverflow("int");
+  return value;
+}
+
+void ToInteger(Call& call) {
+  const int digits = call.count() > 1 ? static_cast<int>(call.Integer(1)) : 0;
+  if (!call.IsText(0)) return call.Return(WholePart(call, digits));
   const std::string_view text = call.Text(0);
   if (text.find_first_not_of(' ') == std::string_view::npos) return call.Return(0);
   std::int64_t value = 0;
-  switch (ParseInteger(text, /*cut=*/false, &value)) {
-    case DecimalResult::kOk:
-      return call.Return(value);
-    case DecimalResult::kTooLarge:
-      throw Refusal{
-          248,
-          fmt::format("The conversion of the nvarchar value '{}' overflowed an int column.", text)};
-    case DecimalResult::kNoNumber:
-      throw Refusal{
-          245,
-          fmt::format("Conversion failed when converting the nvarchar value '{}' to data type int.",
-                      text)};
+  const DecimalResult result = ParseInteger(text, /*cut=*/false, &value);
+  if (result == DecimalResult::kNoNumber) {
+    throw Refusal{
+        245,
+        fmt::format("Conversion failed when converting the nvarchar value '{}' to data type int.",
+                    text)};
   }
+  if (result == DecimalResult::kTooLarge || !FitsInteger(value, digits)) {
+    throw Refusal{
+        248,
+        fmt::format("The conversion of the nvarchar value '{}' overflowed an int column.", text)};
+  }
+  call.Return(digits == kBitDigits ? value != 0 : value);
 }
 
 void ToFloat(Call& call) {

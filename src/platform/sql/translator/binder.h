@@ -96,6 +96,7 @@ class Binder {
   // binder_types.cpp
   void Coerce(ExprPtr& expr, const Type& target) const;
   bool CoerceLiteral(Expr& expr, const Type& target) const;
+  void CutTo(ExprPtr& expr, const Type& target) const;
   void Compare(ExprPtr& left, ExprPtr& right) const;
   void Assign(ExprPtr& expr, const Type& target, std::string_view column) const;
   void CheckConvertible(const Type& from, const Type& to, std::size_t place) const;

@@ -316,9 +316,7 @@ void Binder::BindChoice(Expr& expr, Scope& scope) {
   expr.type = expr.args[first]->type;
   if (expr.function == Function::kIsNull) {
     if (expr.type.kind == TypeKind::kNull) expr.type = expr.args[1]->type;
-    Coerce(expr.args[1], expr.type);
-    // The replacement may be the longer text; the server cuts it, we keep it and check at the end.
-    if (expr.type.kind == TypeKind::kText) expr.type.width = 0;
+    CutTo(expr.args[1], expr.type);
     return;
   }
   for (std::size_t i = first + 1; i < expr.args.size(); ++i) {
@@ -443,10 +441,11 @@ void Binder::BindConvert(Expr& expr, Scope& scope) {
   for (ExprPtr& argument : expr.args) BindValue(*argument, scope);
   if (expr.args.size() > 1) Coerce(expr.args[1], kInteger);
   expr.type = expr.target;
-  // Text or number to the type of the target without a style is what a coercion does.
+  // Text to the type of the target without a style is what a coercion does; to an integer, the type
+  // decides how large it may be.
   const Type& from = expr.args[0]->type;
   if (expr.args.size() == 1 && from.kind == TypeKind::kText &&
-      expr.target.kind != TypeKind::kText) {
+      expr.target.kind != TypeKind::kText && expr.target.kind != TypeKind::kInteger) {
     Coerce(expr.args[0], expr.target);
   }
 }

@@ -184,6 +184,23 @@ void Binder::Coerce(ExprPtr& expr, const Type& target) const {
   expr = std::move(wrapped);
 }
 
+// As Coerce, but a text longer than the target is cut.
+void Binder::CutTo(ExprPtr& expr, const Type& target) const {
+  const Type& from = expr->type;
+  const bool fits = from.kind == TypeKind::kText && from.width > 0 && from.width <= target.width;
+  if (target.kind != TypeKind::kText || target.width == 0 || IsOpen(from) || fits) {
+    return Coerce(expr, target);
+  }
+  CheckConvertible(from, target, expr->place);
+  auto wrapped = std::make_unique<Expr>();
+  wrapped->kind = ExprKind::kConvert;
+  wrapped->place = expr->place;
+  wrapped->target = target;
+  wrapped->type = target;
+  wrapped->args.push_back(std::move(expr));
+  expr = std::move(wrapped);
+}
+
 void Binder::Compare(ExprPtr& left, ExprPtr& right) const {
   const Type& a = left->type;
   const Type& b = right->type;

@@ -14,11 +14,14 @@
 // columns) except where "not constant" is told; all are innocuous.
 //
 //   numbers
-//   k_round(x, scale)         nearest decimal with `scale` places, half away from zero, decided on
+//   k_round(x, scale[, from]) nearest decimal with `scale` places, half away from zero, decided on
 //                             the 15 digits of the shortest text; scale 0 to 10. A real or an
 //                             integer, never -0.0. Beyond 9*10^13 with a scale of 2 or more [8115].
-//   k_to_int(x)               number: fraction cut; text: blanks around, sign and digits, '' is 0,
-//                             anything else [245]; outside 64 bits [248].
+//                             With `from`, x is first rounded to the places that it has.
+//   k_to_int(x[, digits])     number: fraction cut; text: blanks around, sign and digits, '' is 0,
+//                             anything else [245]. What is outside 64 bits or the type of so many
+//                             digits (10 int, 5 smallint, 3 tinyint): a text [248], a number
+//                             [8115]; 1 digit is a bit.
 //   k_to_dec(x, scale)        number as k_round; text: blanks around, sign, digits, one point, else
 //                             [8114] ('' and '1,234.50' too).
 //   k_to_float(x)             number as it is (as real); text as a number with exponent, '' is 0,
@@ -90,11 +93,11 @@
 //   k_newid()                 a random UUID in upper case; not constant
 //
 // Aggregates
-//   k_sum(x, scale)           exact sum of decimals: each value rounded to ten-thousandths (to
-//                             millionths when scale is above 4), added in 64 bits with a check
-//                             [8115]; null without values. Rounded to `scale`. Integers and
-//                             floating columns use SQLite's own sum.
-//   k_avg(x, scale)           k_sum divided by the number of values, cut to `scale` places
+//   k_sum(x[, scale])         exact sum of decimals: each value rounded to ten-thousandths (to
+//                             millionths when scale is above 4, to ten places above 6), added in
+//                             128 bits; null without values. Rounded to `scale` (10). Integers
+//                             and floating columns use SQLite's own sum.
+//   k_avg(x[, scale])         k_sum divided by the number of values, cut to `scale` places
 //   k_avg_int(x)              integer average, cut towards zero
 //   k_one(x)                  the value of the only row; null without rows (and for a null value);
 //                             a second row [512]: a subquery that stands for one value
@@ -114,8 +117,8 @@ struct FunctionSignature {
 
 // Everything above, for the registration and for the test that nothing is missing.
 inline constexpr FunctionSignature kFunctions[] = {
-    {"k_round", 2, 2},
-    {"k_to_int", 1, 1},
+    {"k_round", 2, 3},
+    {"k_to_int", 1, 2},
     {"k_to_dec", 2, 2},
     {"k_to_float", 1, 1},
     {"k_divisor", 1, 1},
@@ -160,8 +163,8 @@ inline constexpr FunctionSignature kFunctions[] = {
     {"k_date_plus", 2, 2},
     {"k_eomonth", 2, 2},
     {"k_newid", 0, 0, false, false},
-    {"k_sum", 2, 2, true},
-    {"k_avg", 2, 2, true},
+    {"k_sum", 1, 2, true},
+    {"k_avg", 1, 2, true},
     {"k_avg_int", 1, 1, true},
     {"k_one", 1, 1, true},
 };

@@ -66,20 +66,6 @@ void ConvertDecimal(std::string_view literal, const Parameter& parameter, Litera
   to->scale = scale;
 }
 
-// What an integer column holds, by the digits of its largest value (tinyint, smallint, int).
-bool FitsInteger(std::int64_t value, int digits) {
-  switch (digits) {
-    case 3:
-      return value >= 0 && value <= 255;
-    case 5:
-      return value == static_cast<std::int16_t>(value);
-    case 10:
-      return value == static_cast<std::int32_t>(value);
-    default:
-      return true;
-  }
-}
-
 void ConvertInteger(std::string_view literal, const Parameter& parameter, LiteralValue* to) {
   to->kind = LiteralValue::Kind::kInteger;
   std::int64_t value = 0;
@@ -97,7 +83,7 @@ void ConvertInteger(std::string_view literal, const Parameter& parameter, Litera
                                       literal, Named(parameter)));
   }
   if (!FitsInteger(value, parameter.width)) RefuseOverflow("int", parameter);
-  to->integer = parameter.width == 1 ? value != 0 : value;
+  to->integer = parameter.width == kBitDigits ? value != 0 : value;
 }
 
 void ConvertDouble(std::string_view literal, const Parameter& parameter, LiteralValue* to) {

@@ -46,18 +46,21 @@ class Writer {
   virtual void OwnOrder(const Select&) {}
   // Writes a comparison with a sum or difference in a way of its own; false: it has none.
   virtual bool SumComparison(const Expr&) { return false; }
-  // Around a number that is brought to the scale of a decimal.
+  // Around a number that is brought to the scale of a decimal; `from`: the places that it has.
   virtual void OpenRound() = 0;
-  virtual void CloseRound(int scale) = 0;
+  virtual void CloseRound(int scale, int from) = 0;
   virtual void DivideBy(const Expr& divisor, bool integer) = 0;
   virtual void Modulo(const Expr& expr) = 0;
   virtual void Concatenation(const Expr& expr) = 0;
   virtual void Like(const Expr& expr) = 0;
   virtual void FunctionCall(const Expr& expr);
   virtual void Argument(const Expr& expr) { Value(expr); }  // of a function
-  virtual void Sum(const Expr& expr) = 0;                   // SUM and AVG
-  virtual void TextOf(const Expr& value) = 0;               // anything to text
-  virtual void ToDouble(const Expr& value) = 0;             // of a number
+  // SUM and AVG: the call itself, behind which OVER may stand, and what stands around it.
+  virtual void OpenSum(const Expr& expr) = 0;
+  virtual void SumCall(const Expr& expr) = 0;
+  virtual void CloseSum(const Expr& expr) = 0;
+  virtual void TextOf(const Expr& value) = 0;    // anything to text
+  virtual void ToDouble(const Expr& value) = 0;  // of a number
   virtual void Subquery(const Expr& expr) = 0;
 
   // --- what they share
@@ -119,6 +122,7 @@ class Writer {
   void Window(const Expr& expr);
 
   // writer_convert.cpp
+  void ToInteger(const Expr& value, int digits);
   void Coercion(const Expr& value, const Type& target);
   void ConvertedToText(const Expr& value, const Expr* style, int width);
   void Converted(const Expr& expr);

@@ -8,6 +8,23 @@
 
 namespace kaunter::sql {
 
+namespace {
+
+// The places of a sum, difference or product; 0 for a quotient, which has its own digits, and for
+// what is rounded already.
+int PlacesOf(const Expr& value) {
+  if (!IsDecimal(value) || value.kind != ExprKind::kBinary || value.op == Op::kDivide) return 0;
+  return value.type.scale;
+}
+
+}  // namespace
+
+void Writer::ToInteger(const Expr& value, int digits) {
+  out_ += "k_to_int(";
+  Argument(value);
+  fmt::format_to(std::back_inserter(out_), ", {})", digits);
+}
+
 void Writer::Coercion(const Expr& value, const Type& target) {
   const bool text = IsText(value);
   switch (target.kind) {
@@ -15,9 +32,7 @@ void Writer::Coercion(const Expr& value, const Type& target) {
       TextOf(value);
       return;
     case TypeKind::kInteger:
-      out_ += "k_to_int(";
-      Value(value);
-      out_ += ')';
+      ToInteger(value, target.precision);
       return;
     case TypeKind::kDecimal:
       if (text) {
@@ -27,7 +42,7 @@ void Writer::Coercion(const Expr& value, const Type& target) {
       } else {
         OpenRound();
         Operand(value);
-        CloseRound(target.scale);
+        CloseRound(target.scale, PlacesOf(value));
       }
       return;
     case TypeKind::kDouble:
@@ -109,6 +124,15 @@ void Writer::Converted(const Expr& expr) {
   if (IsDate(from) && IsNumber(target)) {
     Fail(529, "Explicit conversion of a date to this number type is not known here.",
          statement_.text, expr.place);
+  }
+  if (from.kind == TypeKind::kInteger && target.kind == TypeKind::kInteger) {
+    // A column is known to fit; what was worked out or written may be larger than its type.
+    if (value.kind == ExprKind::kColumn && from.precision <= target.precision) {
+      Value(value);
+    } else {
+      ToInteger(value, target.precision);
+    }
+    return;
   }
   const bool same =
       from.kind == target.kind && (from.kind != TypeKind::kDecimal || from.scale <= target.scale);

@@ -142,13 +142,13 @@ void Writer::Value(const Expr& expr) {
   }
 }
 
-// One rounding around the outermost + - * / of decimals is enough, since the binary residue of a
+// One rounding around the outermost + - * of decimals is enough, since the binary residue of a
 // chain stays far below the last place.
 void Writer::Binary(const Expr& expr) {
   if (IsChain(expr)) {
     OpenRound();
     Chain(expr);
-    CloseRound(expr.type.scale);
+    CloseRound(expr.type.scale, 0);
     return;
   }
   const Expr& left = *expr.args[0];
@@ -185,10 +185,12 @@ void Writer::Binary(const Expr& expr) {
 
 void Writer::Chain(const Expr& expr) {
   out_ += '(';
-  Operand(*expr.args[0]);
   if (expr.op == Op::kDivide) {
+    // What is divided is exact first: nothing tells the residue from the quotient's own digits.
+    Value(*expr.args[0]);
     DivideBy(*expr.args[1], false);
   } else {
+    Operand(*expr.args[0]);
     out_ += OpText(expr.op);
     Operand(*expr.args[1]);
   }

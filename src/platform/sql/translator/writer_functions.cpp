@@ -113,7 +113,7 @@ void Writer::FunctionCall(const Expr& expr) {
     default:
       Call(called->name, expr);
   }
-  if (rounded) CloseRound(expr.type.scale);
+  if (rounded) CloseRound(expr.type.scale, 0);
 }
 
 // The functions whose arguments do not simply follow each other.
@@ -169,7 +169,9 @@ void Writer::Aggregate(const Expr& expr) {
   }
   const Expr& value = *expr.args[0];
   if (expr.text == "sum" || expr.text == "avg") {
-    Sum(expr);
+    OpenSum(expr);
+    SumCall(expr);
+    CloseSum(expr);
     return;
   }
   fmt::format_to(std::back_inserter(out_), "{}({}", expr.text, expr.distinct ? "DISTINCT " : "");
@@ -178,17 +180,22 @@ void Writer::Aggregate(const Expr& expr) {
 }
 
 void Writer::Window(const Expr& expr) {
-  const bool rounded = IsDecimal(expr) && (expr.text == "sum" || expr.text == "avg");
-  if (rounded) OpenRound();
-  out_ += LowerAscii(expr.text);
-  out_ += '(';
-  if (expr.own_args == 0 && expr.text == "count") out_ += '*';
-  std::size_t at = 0;
-  for (; at < expr.own_args; ++at) {
-    if (at > 0) out_ += ", ";
-    Value(*expr.args[at]);
+  const bool sum = expr.text == "sum" || expr.text == "avg";
+  std::size_t at = expr.own_args;
+  if (sum) {
+    OpenSum(expr);
+    SumCall(expr);
+  } else {
+    out_ += LowerAscii(expr.text);
+    out_ += '(';
+    if (expr.own_args == 0 && expr.text == "count") out_ += '*';
+    for (std::size_t i = 0; i < expr.own_args; ++i) {
+      if (i > 0) out_ += ", ";
+      Value(*expr.args[i]);
+    }
+    out_ += ')';
   }
-  out_ += ") OVER (";
+  out_ += " OVER (";
   const std::size_t order = at + expr.partition_args;
   for (const char* separator = "PARTITION BY "; at < order; ++at) {
     out_ += separator;
@@ -205,7 +212,7 @@ void Writer::Window(const Expr& expr) {
     }
   }
   out_ += ')';
-  if (rounded) CloseRound(expr.type.scale);
+  if (sum) CloseSum(expr);
 }
 
 }  // namespace kaunter::sql

@@ -99,7 +99,7 @@ void PostgresWriter::OwnOrder(const Select& select) {
   }
 }
 
-void PostgresWriter::CloseRound(int scale) {
+void PostgresWriter::CloseRound(int scale, int) {
   fmt::format_to(std::back_inserter(out_), ")::numeric, {})", scale);
 }
 
@@ -149,17 +149,21 @@ void PostgresWriter::Argument(const Expr& expr) {
   out_ += ")::bigint";
 }
 
-void PostgresWriter::Sum(const Expr& expr) {
+void PostgresWriter::OpenSum(const Expr& expr) {
   const bool average = expr.text == "avg";
-  const bool decimal = IsDecimal(expr);
-  const bool integer = expr.type.kind == TypeKind::kInteger;
-  if (decimal) out_ += average ? "trunc(" : "round(";
-  if (integer) out_ += average ? "trunc(" : "(";
+  if (IsDecimal(expr)) out_ += average ? "trunc(" : "round(";
+  if (expr.type.kind == TypeKind::kInteger) out_ += average ? "trunc(" : "(";
+}
+
+void PostgresWriter::SumCall(const Expr& expr) {
   fmt::format_to(std::back_inserter(out_), "{}({}", expr.text, expr.distinct ? "DISTINCT " : "");
   Operand(*expr.args[0]);
   out_ += ')';
-  if (decimal) fmt::format_to(std::back_inserter(out_), ", {})", expr.type.scale);
-  if (integer) out_ += ")::bigint";
+}
+
+void PostgresWriter::CloseSum(const Expr& expr) {
+  if (IsDecimal(expr)) fmt::format_to(std::back_inserter(out_), ", {})", expr.type.scale);
+  if (expr.type.kind == TypeKind::kInteger) out_ += ")::bigint";
 }
 
 void PostgresWriter::TextOf(const Expr& value) {
@@ -172,7 +176,7 @@ void PostgresWriter::TextOf(const Expr& value) {
     case TypeKind::kDecimal:
       OpenRound();
       Operand(value);
-      CloseRound(value.type.scale);
+      CloseRound(value.type.scale, 0);
       out_ += "::text::bpchar";
       return;
     case TypeKind::kDouble:

@@ -29,14 +29,16 @@ class PostgresWriter : public Writer {
   void OrderDirection(const Expr* key, bool text_position, bool descending) override;
   void OwnOrder(const Select& select) override;
   void OpenRound() override { out_ += "round(("; }
-  void CloseRound(int scale) override;
+  void CloseRound(int scale, int from) override;
   void DivideBy(const Expr& divisor, bool integer) override;
   void Modulo(const Expr& expr) override;
   void Concatenation(const Expr& expr) override;
   void Like(const Expr& expr) override;
   void FunctionCall(const Expr& expr) override;
   void Argument(const Expr& expr) override;
-  void Sum(const Expr& expr) override;
+  void OpenSum(const Expr& expr) override;
+  void SumCall(const Expr& expr) override;
+  void CloseSum(const Expr& expr) override;
   void TextOf(const Expr& value) override;
   void ToDouble(const Expr& value) override;
   void Subquery(const Expr& expr) override;

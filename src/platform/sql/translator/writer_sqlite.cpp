@@ -135,8 +135,12 @@ bool SqliteWriter::SumComparison(const Expr& expr) {
 
 void SqliteWriter::OpenRound() { out_ += "k_round("; }
 
-void SqliteWriter::CloseRound(int scale) {
-  fmt::format_to(std::back_inserter(out_), ", {})", scale);
+void SqliteWriter::CloseRound(int scale, int from) {
+  if (from > scale) {
+    fmt::format_to(std::back_inserter(out_), ", {}, {})", scale, from);
+  } else {
+    fmt::format_to(std::back_inserter(out_), ", {})", scale);
+  }
 }
 
 // Decimals without a fraction are stored as integers, and SQLite would divide them so.
@@ -205,25 +209,28 @@ void SqliteWriter::FunctionCall(const Expr& expr) {
   }
 }
 
-void SqliteWriter::Sum(const Expr& expr) {
-  const Expr& value = *expr.args[0];
-  const std::string_view distinct = expr.distinct ? "DISTINCT " : "";
-  if (!IsDecimal(value)) {
-    const bool integer = expr.type.kind == TypeKind::kInteger;
-    fmt::format_to(std::back_inserter(out_), "{}({}",
-                   integer && expr.text == "avg" ? "k_avg_int" : expr.text, distinct);
-    Value(value);
-    out_ += ')';
-  } else if (expr.distinct) {
-    // An aggregate of two arguments takes no DISTINCT.
-    fmt::format_to(std::back_inserter(out_), "k_round({}(DISTINCT ", expr.text);
-    Value(value);
-    fmt::format_to(std::back_inserter(out_), "), {})", expr.type.scale);
+// An aggregate of two arguments takes no DISTINCT: it is rounded from outside.
+void SqliteWriter::OpenSum(const Expr& expr) {
+  if (IsDecimal(expr) && expr.distinct) OpenRound();
+}
+
+void SqliteWriter::SumCall(const Expr& expr) {
+  const bool own = IsDecimal(expr);
+  const bool integer = expr.type.kind == TypeKind::kInteger;
+  const std::string_view name = integer && expr.text == "avg" ? "avg_int" : expr.text;
+  fmt::format_to(std::back_inserter(out_), "{}{}({}", own || name != expr.text ? "k_" : "", name,
+                 expr.distinct ? "DISTINCT " : "");
+  if (expr.distinct) {
+    Value(*expr.args[0]);
   } else {
-    fmt::format_to(std::back_inserter(out_), "k_{}(", expr.text);
-    Operand(value);
-    fmt::format_to(std::back_inserter(out_), ", {})", expr.type.scale);
+    Operand(*expr.args[0]);
   }
+  if (own && !expr.distinct) fmt::format_to(std::back_inserter(out_), ", {}", expr.type.scale);
+  out_ += ')';
+}
+
+void SqliteWriter::CloseSum(const Expr& expr) {
+  if (IsDecimal(expr) && expr.distinct) CloseRound(expr.type.scale, 0);
 }
 
 void SqliteWriter::TextOf(const Expr& value) {
