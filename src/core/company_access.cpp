@@ -9,17 +9,22 @@
 
 namespace kaunter {
 
-std::string CompanyCondition(const Session& session, std::string_view column) {
+std::string CompanyLiterals(const Session& session) {
   if (session.CurrentLevel >= 4) return {};
-  if (session.AllowedCompanies.empty()) {
-    return fmt::format("{}={}", column, QuoteStr(session.CurrentCompCode));
-  }
+  if (session.AllowedCompanies.empty()) return QuoteStr(session.CurrentCompCode);
   // A single quote inside a code is doubled before the double quotes become the literal's own.
   std::string list = EscapeQuotes(session.AllowedCompanies);
   for (char& c : list) {
     if (c == '"') c = '\'';
   }
-  return fmt::format("{} in ({})", column, list);
+  return list;
+}
+
+std::string CompanyCondition(const Session& session, std::string_view column) {
+  const std::string codes = CompanyLiterals(session);
+  if (codes.empty()) return codes;
+  return session.AllowedCompanies.empty() ? fmt::format("{}={}", column, codes)
+                                          : fmt::format("{} in ({})", column, codes);
 }
 
 std::string CompanyFilter(const Session& session, std::string_view column) {

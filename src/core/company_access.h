@@ -10,6 +10,8 @@ class Session;
 class Desk;
 class ComboBox;
 
+// The companies that a person may see as literals, "'A','B'"; "" for level 4 up, who sees all.
+std::string CompanyLiterals(const Session& session);
 // The company condition of a list without its leading word: "" for level 4 up (all companies), else
 // "l.CompCode in ('A','B')" or "l.CompCode='A'". `column` is the column as the statement names it.
 std::string CompanyCondition(const Session& session, std::string_view column);

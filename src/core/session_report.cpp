@@ -1,5 +1,6 @@
 #include "core/session_report.h"
 
+#include "core/company_access.h"
 #include "core/data_access.h"
 #include "core/session.h"
 
@@ -11,6 +12,7 @@ ReportJob SessionReport(const Session& session, const std::string& file) {
   job.Connect = session.MainConn.get();
   job.PrintedBy = session.CurrentUserID;
   job.Company = ScalarQuery(session.Main(), "SELECT CompanyName FROM CompanyProfile");
+  job.Companies = CompanyLiterals(session);
   return job;
 }
 

@@ -65,6 +65,7 @@ class ReportFrm : public SessionScreen {
   void Print();
   bool CheckAndSelect();
   bool DatesAreGood();
+  bool IdsAreGood();
   bool CompanyIsChosen();
   bool BuildFormula();
   bool PrepareByFile();

@@ -38,7 +38,7 @@ void ReportFrm::Print() {
 // --- what must be there, and the formula
 
 bool ReportFrm::CheckAndSelect() {
-  if (!DatesAreGood()) return false;
+  if (!DatesAreGood() || !IdsAreGood()) return false;
   if (Is({"YearlyLoan.rpt", "NewLampiran.rpt"})) {
     if (List2.RowCount() == 0) return Refuse(ListCombo, kCompanyMissing);
     return Refuse({"This report is not available yet.", "此报告尚未提供。"});
@@ -60,6 +60,19 @@ bool ReportFrm::DatesAreGood() {
   if (DateTo.empty()) return Refuse(DateTo, {"Date To is required", "请输入结束日期"});
   for (TextBox* box : {&DateFrom, &DateTo}) {
     if (!CheckDateBox(session(), *box)) return false;
+  }
+  return true;
+}
+
+// The texts go into the formula as they stand: a sign of its own grammar is no part of a number.
+bool ReportFrm::IdsAreGood() {
+  if (criteria_->ids == IdBoxes::free_text) return true;
+  for (TextBox* box : {&IDFrom, &IDTo}) {
+    if (box->text().find_first_of("'{}") == std::string::npos) continue;
+    const auto& [english, chinese] = box->caption();
+    return Refuse(*box,
+                  {english + ": ' { and } cannot stand in a number. Type it as its record has it.",
+                   chinese + "：编号不可含有 ' { }。请照记录输入。"});
   }
   return true;
 }

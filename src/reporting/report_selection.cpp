@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "core/values.h"
@@ -39,9 +40,10 @@ Selection DateClause(const SelectionRequest& request) {
 }
 
 // The audit spells its column otherwise, the daily collection keeps the company in a staged column.
-bool NamesCompany(std::string_view formula) {
+bool ChoosesCompany(const StagedFilter& filter) {
+  if (filter.values.empty()) return false;
   for (std::string_view field : {".CompCode}", "{MasterReport.s10}", ".ConmpCode}"}) {
-    if (formula.find(field) != std::string_view::npos) return true;
+    if (filter.field.ends_with(field)) return true;
   }
   return false;
 }
@@ -77,7 +79,9 @@ std::optional<Selection> BuildSelectionFormula(SelectionRequest& request) {
   if (!request.DateFrom.empty() || (open && !request.DateTo.empty())) {
     PutInFront(selection, DateClause(request));
   }
-  if (request.level < 4 && request.CompanyRequired && !NamesCompany(selection.formula)) {
+  // Asked of what is chosen, and not of the text: any box could hold the words.
+  if (request.level < 4 && request.CompanyRequired &&
+      std::none_of(request.filters.begin(), request.filters.end(), ChoosesCompany)) {
     return std::nullopt;
   }
   return selection;

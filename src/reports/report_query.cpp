@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "core/values.h"
+#include "reports/report_company.h"
 #include "reports/selection_formula.h"
 
 namespace kaunter {
@@ -22,11 +23,28 @@ std::optional<std::string> ValueOf(const ReportFile& file, const ReportParameter
   return fmt::format("date({},{},{})", today.year, today.month, today.day);
 }
 
+// "company LoanMast.CompCode" gives the column; "" for another place.
+std::string ToldColumn(std::string_view place) {
+  constexpr std::string_view kWord = "company ";
+  return SameText(place.substr(0, kWord.size()), kWord) ? Trim(place.substr(kWord.size())) : "";
+}
+
+bool TellsCompany(std::string_view query) {
+  for (auto open = query.find('{'); open != query.npos; open = query.find('{', open + 1)) {
+    if (!ToldColumn(Trim(query.substr(open + 1, query.find('}', open) - open - 1))).empty()) {
+      return true;
+    }
+  }
+  return false;
+}
+
 class StatementWriter {
  public:
   StatementWriter(const ReportFile& file, std::string_view formula,
-                  const ReportParameters& parameters, const DateTime& today)
-      : file_(file), parameters_(parameters), today_(today) {
+                  const ReportParameters& parameters, const DateTime& today,
+                  const std::string& companies)
+      : file_(file), parameters_(parameters), today_(today), companies_(companies) {
+    told_company_ = TellsCompany(file.query);
     condition_ = FormulaToCondition(formula, file.aliases);
     if (condition_.empty()) condition_ = "1=1";
   }
@@ -42,8 +60,13 @@ class StatementWriter {
         Refuse("a { is not closed with }");
       statement.append(query, i, open == std::string::npos ? open : open - i);
       if (open == std::string::npos) break;
-      statement += Place(Trim(query.substr(open + 1, close - open - 1)));
+      const std::string place = Trim(query.substr(open + 1, close - open - 1));
+      statement += SameText(place, "selection") ? Selection(statement) : Place(place);
       i = close + 1;
+    }
+    if (all_companies_ && !told_company_ && ReadsCompanies(statement)) {
+      Refuse(
+          "the query does not show whose rows it gives; a place {company Table.Column} tells it");
     }
     if (!file_.order.empty()) statement += " ORDER BY " + file_.order;
     return statement;
@@ -54,11 +77,25 @@ class StatementWriter {
     throw std::runtime_error(fmt::format("{}: {}.", file_.query_line.Told(), what));
   }
 
+  // Beside the condition, and not within it: no text of the formula can undo the companies.
+  std::string Selection(std::string_view before) {
+    const std::string column = companies_.empty() || told_company_ ? "" : CompanyColumn(before);
+    all_companies_ = all_companies_ || (column.empty() && !companies_.empty());
+    return column.empty() ? "(" + condition_ + ")"
+                          : fmt::format("(({}) AND {})", condition_, OfCompanies(column));
+  }
+
+  std::string OfCompanies(const std::string& column) const {
+    return companies_.empty() ? "1=1" : fmt::format("{} IN ({})", column, companies_);
+  }
+
   std::string Place(const std::string& place) const {
-    if (SameText(place, "selection")) return "(" + condition_ + ")";
+    if (const std::string column = ToldColumn(place); !column.empty()) return OfCompanies(column);
     if (place.empty() || place[0] != '?') {
-      Refuse(fmt::format(
-          "the query has a place {{{}}}; it knows {{selection}} and {{?Parameter}} only", place));
+      Refuse(
+          fmt::format("the query has a place {{{}}}; it knows {{selection}}, {{?Parameter}} and "
+                      "{{company Table.Column}} only",
+                      place));
     }
     const auto colon = place.find(':');
     const std::string name = Trim(place.substr(1, colon == place.npos ? colon : colon - 1));
@@ -99,14 +136,18 @@ class StatementWriter {
   const ReportFile& file_;
   const ReportParameters& parameters_;
   const DateTime& today_;
+  std::string companies_;
   std::string condition_;
+  bool told_company_ = false;   // the query has a place of its own for the companies
+  bool all_companies_ = false;  // a condition that no company narrows
 };
 
 }  // namespace
 
 std::string ReportStatement(const ReportFile& file, std::string_view formula,
-                            const ReportParameters& parameters, const DateTime& today) {
-  return StatementWriter(file, formula, parameters, today).Run();
+                            const ReportParameters& parameters, const DateTime& today,
+                            const std::string& companies) {
+  return StatementWriter(file, formula, parameters, today, companies).Run();
 }
 
 ReportParameters ShownParameters(const ReportFile& file, const ReportParameters& parameters,

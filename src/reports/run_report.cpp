@@ -76,7 +76,7 @@ ReportRun RunWholeReport(const ReportJob& job, const ReportProgress& progress) {
   }
   const DateTime now = ServerTime(*job.Connect);
   const std::string statement =
-      ReportStatement(run.file, job.SelectionFormula, reading.parameters, now);
+      ReportStatement(run.file, job.SelectionFormula, reading.parameters, now, job.Companies);
   run.heading = HeadingOf(run.file, job, reading.parameters, now);
   run.rows = ReadRows(run.file, job, statement, progress);
   run.document = LayOut(run.file, run.heading, run.rows, progress);

@@ -20,6 +20,7 @@ struct ReportJob {
   ReportDestination Destination = ReportDestination::preview;
   std::string PrintedBy = {};  // who prints, for the foot; may be empty
   std::string Company = {};    // above the title
+  std::string Companies = {};  // whose rows may be printed, "'A','B'" as literals; "" for all
 };
 
 }  // namespace kaunter

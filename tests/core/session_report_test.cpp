@@ -17,6 +17,12 @@ TEST(SessionReport, SaysWhoPrintsWhatFromWhere) {
   // The office may have taken another name since the start, on another desktop.
   office.Run("UPDATE CompanyProfile SET CompanyName='Ros'' Holdings'");
   EXPECT_EQ(SessionReport(office.session, "Reminder.rpt").Company, "Ros' Holdings");
+  office.session.CurrentCompCode = "D'OR";
+  EXPECT_EQ(SessionReport(office.session, "Reminder.rpt").Companies, "'D''OR'");
+  office.session.AllowedCompanies = R"("A","B'C")";
+  EXPECT_EQ(SessionReport(office.session, "Reminder.rpt").Companies, "'A','B''C'");
+  office.session.CurrentLevel = 4;
+  EXPECT_EQ(SessionReport(office.session, "Reminder.rpt").Companies, "");
   office.session.CurrentUserID = "BOSS";
   EXPECT_EQ(SessionReport(office.session, "Reminder.rpt").PrintedBy, "BOSS");
 }

@@ -185,6 +185,7 @@ TEST(ReportPrint, WhatIsMissingIsToldInTheFixedOrder) {
     const char *file, *from, *to;
     bool company;
     const char* refusal;
+    const char* id_to = "";
   };
   const char* no_from = "Paper: Date From is required";
   const char* no_to = "Paper: Date To is required";
@@ -196,6 +197,9 @@ TEST(ReportPrint, WhatIsMissingIsToldInTheFixedOrder) {
       {"LoanMastList.rpt", "01-01-2024", "31-01-2024", false, no_company},
       {"LoanMastList.rpt", "2024", "31-01-2024", true, "Paper: Invalid Date"},
       {"LoanMastList.rpt", "01-01-2024", "31-01-2024", true, ""},
+      {"LoanMastList.rpt", "01-01-2024", "31-01-2024", false,
+       "Paper: ID To: ' { and } cannot stand in a number. Type it as its record has it.",
+       "ZZ{.CompCode}"},
       // Only the two plain names go without a first date.
       {"DueDate.rpt", "", "31-01-2024", true, ""},
       {"DueDate3.rpt", "", "31-01-2024", true, ""},
@@ -217,6 +221,8 @@ TEST(ReportPrint, WhatIsMissingIsToldInTheFixedOrder) {
     ReportFrm& frm = counter.Open(c.file);
     frm.DateFrom.SetText(c.from);
     frm.DateTo.SetText(c.to);
+    frm.IDFrom.SetText(c.id_to[0] == '\0' ? "" : "A");
+    frm.IDTo.SetText(c.id_to);
     if (c.company) counter.Choose(0, 0);
     counter.Print();
     EXPECT_EQ(counter.Refusal(), c.refusal) << c.file << " " << c.from << " " << c.to;

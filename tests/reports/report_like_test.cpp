@@ -160,6 +160,44 @@ TEST(ReportQuery, AParameterIsALiteralWhateverItHolds) {
   }
 }
 
+// Whatever the formula says: it stands in brackets of its own.
+TEST(ReportQuery, TheCompaniesOfThePersonStandBesideEachCondition) {
+  const struct {
+    const char* query;
+    const char* ending;  // of the statement behind its last WHERE; "" where it is refused
+  } cases[] = {
+      {"SELECT a FROM LoanMast WHERE {selection}", "((t.a=1) AND [LoanMast].CompCode IN ('A'))"},
+      {"SELECT a FROM CustMast AS c JOIN dbo.[LoanMast] AS l ON 1=1 WHERE {selection}",
+       "((t.a=1) AND [l].CompCode IN ('A'))"},
+      {"SELECT a FROM SchMast s, custmast c WHERE {selection}",
+       "((t.a=1) AND [c].CompCode IN ('A'))"},
+      {"SELECT a FROM CashBook UNION SELECT b FROM PersonalExp WHERE {selection}",
+       "((t.a=1) AND [PersonalExp].CompCode IN ('A'))"},
+      {"SELECT (SELECT MAX(b) FROM PaymentMast) FROM TransLogs WHERE {selection}",
+       "((t.a=1) AND [TransLogs].ConmpCode IN ('A'))"},
+      {"SELECT a FROM LoanMast m WHERE EXISTS (SELECT 1 FROM BankMast WHERE {selection})",
+       "((t.a=1) AND [m].CompCode IN ('A')))"},
+      {"SELECT a /* FROM AppMast */ FROM BankMast WHERE {selection}", "(t.a=1)"},
+      {"SELECT a FROM MasterReport WHERE {company s3} AND {selection}", "s3 IN ('A') AND (t.a=1)"},
+      {"SELECT a FROM MasterReport WHERE {selection}", ""},
+      {"SELECT (SELECT 1 FROM LoanMast) FROM BankMast WHERE {selection}", ""},
+      {"SELECT a FROM BankMast WHERE {selection} AND EXISTS (SELECT 1 FROM AppMast)", ""},
+  };
+  for (const auto& c : cases) {
+    ReportFile file = ListFile("column \"A\" a text 9\n");
+    file.query = c.query;
+    std::string statement;
+    try {
+      statement = ReportStatement(file, "{t.a} = 1", {}, {2024, 1, 31}, "'A'");
+      statement.erase(0, statement.rfind("WHERE ") + 6);
+    } catch (const std::runtime_error& error) {
+      EXPECT_NE(std::string(error.what()).find("{company Table.Column}"), std::string::npos);
+    }
+    EXPECT_EQ(statement, c.ending) << c.query;
+    EXPECT_EQ(ReportStatement(file, "", {}, {2024, 1, 31}).find("'A'"), std::string::npos);
+  }
+}
+
 TEST(ReportQuery, RefusesAPlaceThatItCannotFill) {
   const struct {
     std::string place;
