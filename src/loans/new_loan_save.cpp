@@ -213,7 +213,7 @@ void NewLoanFrm::WriteSchedule(bool is_new) {
   ClearSchedule(main(), key.LoanID);
   Transaction transaction(main());
   GenerateSchedule(main(), key, Terms(), special);
-  if (SchChanged.checked()) ApplyEditedSchedule(main(), key.LoanID, EditedLines(), special);
+  if (SchChanged.checked()) ApplyEditedSchedule(main(), key.LoanID, EditedLines());
   transaction.Commit();
   // The new rows have lost what was paid on the old ones.
   if (CountPayments(main(), key.LoanID) > 0) {

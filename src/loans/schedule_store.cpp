@@ -119,14 +119,15 @@ std::optional<Refusal> CheckScheduleCapital(const std::vector<EditedLine>& lines
 }
 
 void ApplyEditedSchedule(Connection& connection, std::string_view loan_id,
-                         const std::vector<EditedLine>& lines, bool special) {
+                         const std::vector<EditedLine>& lines) {
   for (const EditedLine& line : lines) {
     connection.Execute(
         fmt::format("UPDATE SchMast SET PayableAmt={},CapitalAmt= {} WHERE LoanID={} and SchID={}",
                     StripCommaOrZero(line.PayableAmt), StripCommaOrZero(line.CapitalAmt),
                     QuoteStr(loan_id), StripCommaOrZero(line.SchID)));
   }
-  if (special) CopySchedule(connection, loan_id, /*update_rows=*/false, /*to_backup=*/true);
+  // The rows as the parties agreed on them: what a rebuild makes of them later is no agreement.
+  CopySchedule(connection, loan_id, /*update_rows=*/false, /*to_backup=*/true);
 }
 
 void StoreCalculation(Connection& connection, std::string_view loan_id, const Schedule& schedule,

@@ -56,10 +56,10 @@ std::optional<Refusal> EditPayable(EditedLine* line, std::string_view payable);
 std::optional<Refusal> CheckScheduleCapital(const std::vector<EditedLine>& lines,
                                             std::string_view loan_amt);
 // Puts payable and capital of the lines over the generated rows; their interest stays as generated,
-// on purpose. With `special` the backup is made anew afterwards, or the first rebuild would lose
-// the edits.
+// on purpose. The backup is made anew afterwards: it keeps what was agreed, and the first rebuild
+// of a special schedule would lose the edits.
 void ApplyEditedSchedule(Connection& connection, std::string_view loan_id,
-                         const std::vector<EditedLine>& lines, bool special);
+                         const std::vector<EditedLine>& lines);
 
 // --- the calculator's rows, in SchMast2 under its own number
 // Replaces the rows of `loan_id`. `loan_bal` as its box shows it.

@@ -41,7 +41,13 @@ class Composer {
   std::vector<LetterBlock> Run() {
     for (const LetterItem& item : file_.letter.items) {
       item_ = &item;
-      Item(item);
+      if (item.kind == LetterKind::when || item.kind == LetterKind::unless) {
+        skipping_ = Filled(0).empty() == (item.kind == LetterKind::when);
+      } else if (item.kind == LetterKind::done) {
+        skipping_ = false;
+      } else if (!skipping_) {
+        Item(item);
+      }
     }
     return std::move(blocks_);
   }
@@ -132,6 +138,10 @@ class Composer {
         return JoinColumns();
       case LetterKind::page:
         return BeginPage();
+      case LetterKind::when:
+      case LetterKind::unless:
+      case LetterKind::done:
+        return;
     }
   }
 
@@ -361,6 +371,7 @@ class Composer {
   const ReportTable& table_;
   RowSpan span_;
   const LetterItem* item_ = nullptr;
+  bool skipping_ = false;  // a condition does not hold
   double x_ = 0;
   double width_ = 0;
   double label_width_ = kUsualLabel;

@@ -107,7 +107,7 @@ LetterItem ItemOf(const Shape& shape, const std::vector<ReportWord>& words) {
 }  // namespace
 
 bool LetterParser::Take(const std::vector<ReportWord>& words, const FileLine& line) {
-  if (TakeSetting(words, line)) return true;
+  if (TakeSetting(words, line) || TakeCondition(words, line)) return true;
   for (const Shape& shape : kShapes) {
     if (words[0].text != shape.word) continue;
     LetterItem item = ItemOf(shape, words);
@@ -141,6 +141,34 @@ bool LetterParser::TakeSetting(const std::vector<ReportWord>& words, const FileL
   } else {
     TakeMore(words);
   }
+  return true;
+}
+
+// "when Column" and "unless Column", up to "done".
+bool LetterParser::TakeCondition(const std::vector<ReportWord>& words, const FileLine& line) {
+  const std::string& key = words[0].text;
+  const bool ends = key == "done";
+  if (key != "when" && key != "unless" && !ends) return false;
+  if (words.size() != (ends ? 1 : 2)) {
+    Refuse(ends ? "\"done\" stands alone" : fmt::format("\"{}\" takes a column", key));
+  }
+  DropInherited();
+  if (ends != conditional_) {
+    Refuse(ends ? "\"done\" stands without \"when\" or \"unless\" before it"
+                : fmt::format("\"{}\" stands within another: put \"done\" before", key));
+  }
+  if (open_ != LetterKind::across) {
+    Refuse(fmt::format("\"{}\" does not go into what stands together: put \"across\" before", key));
+  }
+  conditional_ = !ends;
+  LetterItem item{ends            ? LetterKind::done
+                  : key == "when" ? LetterKind::when
+                                  : LetterKind::unless,
+                  line,
+                  {},
+                  {}};
+  if (!ends) item.texts.push_back("{" + words[1].text + "}");
+  letter_.items.push_back(std::move(item));
   return true;
 }
 
@@ -192,6 +220,7 @@ void LetterParser::CheckOrder(const LetterItem& item) {
 LetterFile LetterParser::Finish(bool has_columns) {
   if (open_ != LetterKind::across)
     Refuse("\"columns\" or \"together\" is not closed with \"across\"");
+  if (conditional_) Refuse("\"when\" or \"unless\" is not closed with \"done\"");
   bool has_items = false;
   for (const LetterItem& item : letter_.items) {
     has_items = has_items || item.kind == LetterKind::items;
@@ -204,7 +233,7 @@ LetterFile LetterParser::Finish(bool has_columns) {
 }
 
 std::string LetterWords() {
-  std::string words = "letter, margin, copies, foot, more";
+  std::string words = "letter, margin, copies, foot, more, when, unless, done";
   for (const Shape& shape : kShapes) words += fmt::format(", {}", shape.word);
   return words;
 }

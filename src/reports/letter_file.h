@@ -28,7 +28,10 @@ enum class LetterKind {
   columns,
   beside,
   across,
-  page
+  page,
+  when,    // what follows stands only where this column has a text,
+  unless,  // or has none,
+  done     // up to here
 };
 
 struct LetterItem {
@@ -71,6 +74,7 @@ class LetterParser {
 
  private:
   bool TakeSetting(const std::vector<ReportWord>& words, const FileLine& line);
+  bool TakeCondition(const std::vector<ReportWord>& words, const FileLine& line);
   void TakeMore(const std::vector<ReportWord>& words);
   void CheckOrder(const LetterItem& item);
 
@@ -78,6 +82,7 @@ class LetterParser {
 
   LetterFile letter_;
   bool inherited_ = false;                // the items are those of the other file
+  bool conditional_ = false;              // within "when" or "unless"
   LetterKind open_ = LetterKind::across;  // together, columns, beside, or across when none is open
 };
 

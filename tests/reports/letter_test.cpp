@@ -254,8 +254,8 @@ TEST(Letter, WhatIsHigherThanAPageGoesOnOnTheNext) {
   ExpectInside(document);
   // A picture is never parted.
   EXPECT_THROW(
-      LayOut(Letter("columns 1 1\ntext \"a\"\nbeside\npicture \"" +
-                    std::string(test::SourceDir()) + "/docs/pictures/home.png\" 40 400\nacross\n"),
+      LayOut(Letter("columns 1 1\ntext \"a\"\nbeside\npicture \"" + std::string(test::SourceDir()) +
+                    "/docs/pictures/home.png\" 40 400\nacross\n"),
              {}, Rows({{"L1", "A", "1"}})),
       std::runtime_error);
 }
@@ -360,6 +360,11 @@ TEST(Letter, RefusesWithFileAndLine) {
       {"items", "\"items\" needs a line \"column\""},
       {"column \"A\" Amt money 5\ntext \"a\"", "a line \"items\" must say"},
       {"", "the letter has no text"},
+      {"when\ntext \"a\"", "line 5: \"when\" takes a column"},
+      {"when A\nunless B", "line 6: \"unless\" stands within another"},
+      {"text \"a\"\ndone", "line 6: \"done\" stands without"},
+      {"together\nwhen A", "line 6: \"when\" does not go into"},
+      {"when A\ntext \"a\"", "is not closed with \"done\""},
       {"margin 90", "line 5: the margin is at most"},
       {"paragraph \"a\"", "line 5: \"paragraph\" is not known"},
   };
