@@ -136,7 +136,7 @@ class Portion {
   void ReadPayments() {
     ForEachRow(
         "SELECT LoanID,PayID,PayDate,IntAmt,ChargeAmt,DiscAmt,TopTerm,TopAmt,InstalAmt,PayExtra,"
-        "Memo5,OldLoanBal,NewLoanBal,IntPay,CapPay FROM PaymentMast WHERE " +
+        "Memo5,OldLoanBal,NewLoanBal,IntPay,CapPay,PayAmt,settlement FROM PaymentMast WHERE " +
             in_ + " ORDER BY LoanID,PayID",
         [](LedgerLoan& loan, const Row& row) {
           loan.payments.push_back({{.PayID = NullToEmpty(row[1]),
@@ -152,7 +152,9 @@ class Portion {
                                    {.OldLoanBal = ReplayAmount(row[11]),
                                     .NewLoanBal = ReplayAmount(row[12]),
                                     .IntPay = ReplayAmount(row[13]),
-                                    .CapPay = ReplayAmount(row[14])}});
+                                    .CapPay = ReplayAmount(row[14])},
+                                   ReplayAmount(row[15]),
+                                   NullToEmpty(row[16]) == "1"});
         });
   }
 
@@ -197,6 +199,13 @@ std::vector<LedgerFault> FaultsOfPortion(Connection& main, const std::string& wh
 }
 
 }  // namespace
+
+std::optional<LedgerLoan> ReadLedgerLoan(Connection& main, std::string_view loan_id) {
+  const std::string which = "LoanID=" + QuoteStr(loan_id);
+  const Portion portion(main, ReadLoans(main, which), which);
+  if (portion.loans().empty()) return std::nullopt;
+  return portion.loans().front();
+}
 
 std::vector<LedgerFault> CheckLoan(Connection& main, std::string_view loan_id) {
   std::optional<Transaction> as_one;

@@ -12,6 +12,7 @@
 //   not asked this of a loan without payments, whose schedule is as it was generated, nor of one
 //   on which extra capital has cut rows that no derivation brings back: there each rebuild comes to
 //   other rows.
+// - no more late interest is paid than is charged: no rebuild mends that.
 // A figure that breaks the rules of its neighbours is told alone, with what a rebuild writes there.
 #pragma once
 
@@ -32,6 +33,7 @@ struct LedgerFault {
   Caption what;
   std::string stored;     // as shown
   std::string should_be;  // as shown: what a rebuild writes, where it can be foretold
+  Caption mend;           // what mends it, where a rebuild does not
 };
 
 struct LedgerProgress {

@@ -6,94 +6,11 @@
 #include <map>
 #include <stdexcept>
 
+#include "collections/ledger_rows.h"
 #include "core/values.h"
 
 namespace kaunter {
 namespace {
-
-// The schedule in memory, for the replay to work on.
-class RowsInMemory : public ReplayRows {
- public:
-  explicit RowsInMemory(std::vector<LedgerLine> lines) : lines_(std::move(lines)) {}
-
-  std::vector<ReplayLine> Lines() override {
-    std::vector<ReplayLine> all;
-    for (const LedgerLine& row : lines_) all.push_back(row.line);
-    return all;
-  }
-  std::vector<ReplayLine> OpenLines() override {
-    std::vector<ReplayLine> open;
-    for (const LedgerLine& row : lines_) {
-      if (row.line.Open()) open.push_back(row.line);
-    }
-    return open;
-  }
-  std::optional<ReplayLine> FirstOpenLine() override {
-    for (const LedgerLine& row : lines_) {
-      if (row.line.Open()) return row.line;
-    }
-    return std::nullopt;
-  }
-  void Derive(const ReplayLine& line, Money capital, Money interest, Money balance) override {
-    SetAmounts(Row(line), capital, interest, balance);
-  }
-  void Pay(const ReplayLine& line, Money paid, Money capital, Money interest,
-           Money balance) override {
-    LedgerLine& row = Row(line);
-    row.line.Payment = paid;
-    row.line.CapitalPayment = capital;
-    row.line.InterestPayment = interest;
-    row.LoanBal = balance;
-  }
-  void SetBalanceAhead(const ReplayLine& line, Money balance) override {
-    for (LedgerLine& row : lines_) {
-      if (row.line.SchID > line.SchID) row.LoanBal = balance;
-    }
-  }
-  void Cut(const ReplayLine& line, Money capital, Money interest, Money balance,
-           Money extra) override {
-    LedgerLine& row = Row(line);
-    SetAmounts(row, capital, interest, balance);
-    row.line.PayExtra = extra;
-  }
-
-  void Wipe(Money opening) {
-    for (LedgerLine& row : lines_) {
-      row.line.Payment = row.line.CapitalPayment = row.line.InterestPayment = Money();
-      row.line.PayExtra = Money();
-      row.LoanBal = opening;
-    }
-  }
-  void TakeBackup(const std::vector<LedgerBackup>& backup) {
-    for (const LedgerBackup& kept : backup) {
-      for (LedgerLine& row : lines_) {
-        if (row.line.SchID != kept.SchID) continue;
-        row.line.PayableAmt = kept.PayableAmt;
-        row.line.CapitalAmt = kept.CapitalAmt;
-        row.line.InterestAmt = kept.InterestAmt;
-        row.LoanBal = kept.LoanBal;
-      }
-    }
-  }
-  void SumPayables() {
-    for (LedgerLine& row : lines_) row.line.PayableAmt = row.line.CapitalAmt + row.line.InterestAmt;
-  }
-  const std::vector<LedgerLine>& lines() const { return lines_; }
-
- private:
-  LedgerLine& Row(const ReplayLine& line) {
-    return *std::find_if(lines_.begin(), lines_.end(),
-                         [&line](const LedgerLine& row) { return row.line.SchID == line.SchID; });
-  }
-  static void SetAmounts(LedgerLine& row, Money capital, Money interest, Money balance) {
-    row.line.CapitalAmt = capital;
-    row.line.InterestAmt = interest;
-    row.line.PayableAmt = capital + interest;
-    row.LoanBal = balance;
-  }
-
-  std::vector<LedgerLine> lines_;
-};
 
 std::string Shown(Money amount) { return ShowMoney(amount); }
 std::string Shown(const std::optional<DateTime>& date) {
@@ -122,6 +39,7 @@ class Check {
     }
     CompareCharges();
     if (!settled || faults_.empty()) CheckIdentities();
+    CheckCredit();
     return std::move(faults_);
   }
 
@@ -132,7 +50,7 @@ class Check {
       return fault.what.english == what.english;
     };
     if (std::any_of(faults_.begin(), faults_.end(), told)) return;
-    faults_.push_back({loan_.LoanID, loan_.CustID, loan_.closed, what, stored, should_be});
+    faults_.push_back({loan_.LoanID, loan_.CustID, loan_.closed, what, stored, should_be, {}});
   }
   // The texts are made only for what does not hold.
   void Expect(const char* column, Money stored, Money should_be) {
@@ -175,18 +93,11 @@ class Check {
     }
   }
 
-  Money Opening() const {
-    if (!loan_.terms.personal) return loan_.LoanAmt;
-    Money sum;
-    for (const LedgerLine& row : loan_.lines) sum += row.line.PayableAmt;
-    return sum;
-  }
-
   void CheckBalances() {
     if (HasPayments()) {
       CheckBalance(loan_.payments.back().split.NewLoanBal);
     } else if (!loan_.lines.empty()) {
-      CheckBalance(Opening());
+      CheckBalance(OpeningBalance(loan_));
     }
     const LedgerPayment* before = nullptr;
     for (const LedgerPayment& stored : loan_.payments) {
@@ -228,14 +139,8 @@ class Check {
 
   // True when it has settled every figure.
   bool CompareReplay() {
-    const Money opening = Opening();
-    rows_.Wipe(opening);
-    LoanReplay replay(loan_.terms, opening, rows_);
-    if (loan_.terms.derived && loan_.terms.special) {
-      rows_.TakeBackup(loan_.backup);
-    } else if (loan_.terms.derived && HasPayments()) {
-      replay.DeriveRows();
-    }
+    LoanReplay replay(loan_.terms, OpeningBalance(loan_), rows_);
+    BeginReplay(loan_, HasPayments(), rows_, replay);
     std::vector<ReplaySplit> splits;
     for (const LedgerPayment& stored : loan_.payments) {
       splits.push_back(replay.Replay(stored.payment));
@@ -299,11 +204,42 @@ class Check {
     for (const auto& [id, amount] : stored) ExpectCharge(id, Shown(amount), "");
     Expect("TotCollectorAmt", loan_.TotCollectorAmt, charged);
     Expect("TotInt", loan_.TotInt, credited);
+    outstanding_ = charged + credited;
   }
   void ExpectCharge(const std::string& id, const std::string& stored,
                     const std::string& should_be) {
     if (stored == should_be) return;
     Expect({fmt::format("Charge {}", id), fmt::format("收费 {}", id)}, stored, should_be);
+  }
+
+  // More late interest was paid than is charged. No rebuild mends it, and the counter credits each
+  // later payment with it anew.
+  void CheckCredit() {
+    if (loan_.closed || outstanding_ >= Money()) return;
+    Expect({"Outstanding charges", "未付收费"}, Shown(outstanding_), Shown(Money()));
+    faults_.back().mend = MendCredit(-outstanding_);
+  }
+
+  // The last payment that paid late interest paid too much of it, unless it is one that was
+  // credited already.
+  Caption MendCredit(Money credit) const {
+    const auto last =
+        std::find_if(loan_.payments.rbegin(), loan_.payments.rend(),
+                     [](const LedgerPayment& paid) { return !paid.payment.IntAmt.IsZero(); });
+    if (last != loan_.payments.rend()) {
+      const Money late = last->payment.IntAmt;
+      const Money moved = late < Money() ? late : std::min(late, credit);
+      const Money pay = last->PayAmt + moved;
+      const bool fits = moved < Money() || !loan_.terms.personal || pay <= last->split.OldLoanBal;
+      if (!last->settlement && fits) {
+        return {fmt::format("Edit Payment {}: Payment Installment {}, Interest Payment {}",
+                            last->payment.PayID, Shown(pay), Shown(late - moved)),
+                fmt::format("更改付款 {}：分期付款 {}，逾期利息付款 {}", last->payment.PayID,
+                            Shown(pay), Shown(late - moved))};
+      }
+    }
+    return {fmt::format("Invoice of {}", Shown(credit)),
+            fmt::format("开 {} 的发票", Shown(credit))};
   }
 
   void CompareUnpaidRows() {
@@ -337,10 +273,27 @@ class Check {
 
   const LedgerLoan& loan_;
   RowsInMemory rows_;
+  Money outstanding_;  // charges, with what a rebuild writes of the late interest paid
   std::vector<LedgerFault> faults_;
 };
 
 }  // namespace
+
+Money OpeningBalance(const LedgerLoan& loan) {
+  if (!loan.terms.personal) return loan.LoanAmt;
+  Money sum;
+  for (const LedgerLine& row : loan.lines) sum += row.line.PayableAmt;
+  return sum;
+}
+
+void BeginReplay(const LedgerLoan& loan, bool derive, RowsInMemory& rows, LoanReplay& replay) {
+  rows.Wipe(OpeningBalance(loan));
+  if (loan.terms.derived && loan.terms.special) {
+    rows.TakeBackup(loan.backup);
+  } else if (loan.terms.derived && derive) {
+    replay.DeriveRows();
+  }
+}
 
 bool NeedsBackup(const LedgerLoan& loan) {
   return loan.terms.derived && (loan.terms.special || PaidExtra(loan));

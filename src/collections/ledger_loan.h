@@ -19,6 +19,8 @@ struct LedgerLine {
 struct LedgerPayment {
   ReplayPayment payment;
   ReplaySplit split;
+  Money PayAmt;
+  bool settlement = false;
 };
 
 struct LedgerCharge {
@@ -60,9 +62,21 @@ struct LedgerLoan {
   Money credited;                       // of the negative ones
 };
 
+class RowsInMemory;
+
+// What a replay begins with: the instalments of a personal loan, the amount of another.
+Money OpeningBalance(const LedgerLoan& loan);
+
+// The rows as they stand before the first payment, with `derive` those of a derived loan anew.
+// Throws std::runtime_error for a row without a due date.
+void BeginReplay(const LedgerLoan& loan, bool derive, RowsInMemory& rows, LoanReplay& replay);
+
 // A derived loan whose rows a replay takes from the backup, or that extra capital has cut.
 bool NeedsBackup(const LedgerLoan& loan);
 
 std::vector<LedgerFault> FaultsOf(const LedgerLoan& loan);
+
+// Nothing for a loan that is not there. Throws SqlError.
+std::optional<LedgerLoan> ReadLedgerLoan(Connection& main, std::string_view loan_id);
 
 }  // namespace kaunter

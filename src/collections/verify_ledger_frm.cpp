@@ -92,7 +92,10 @@ void VerifyLedgerFrm::Verify() {
   faults_ = std::move(report.faults);
   ShowFaults();
   for (int row = 0; row < DG.RowCount(); ++row) {
-    DG.SetTicked(row, !faults_[static_cast<std::size_t>(row)].closed);
+    const LedgerFault& fault = faults_[static_cast<std::size_t>(row)];
+    if (fault.closed || !fault.mend.english.empty()) continue;
+    DG.SetTicked(row, true);
+    TickLoan(row);
   }
   ResultLBL.SetText(session().In(told));
   Tell(MessageKind::information, told);
@@ -113,8 +116,10 @@ LedgerReport VerifyLedgerFrm::Check() {
 void VerifyLedgerFrm::ShowFaults() {
   std::vector<std::vector<std::string>> rows;
   for (const LedgerFault& fault : faults_) {
+    const bool rebuild = fault.mend.english.empty();
     rows.push_back({fault.LoanID, fault.closed ? session().In({"CLOSED", "已结束"}) : "",
-                    session().In(fault.what), fault.stored, fault.should_be});
+                    session().In(fault.what), fault.stored, fault.should_be,
+                    session().In(rebuild ? Caption{"Rebuild", "重算"} : fault.mend)});
   }
   DG.SetRows(std::move(rows));
   RepairCmd.SetEnabled(!faults_.empty());

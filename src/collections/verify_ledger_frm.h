@@ -24,7 +24,8 @@ class VerifyLedgerFrm : public SessionScreen {
            {{"Status", "状态"}, Kind::text, 8},
            {{"Figure", "项目"}, Kind::text, 30},
            {{"Stored", "现存"}, Kind::money, 14},
-           {{"Should Be", "应为"}, Kind::money, 14}}};
+           {{"Should Be", "应为"}, Kind::money, 14},
+           {{"Mended By", "更正方法"}, Kind::text, 46}}};
   Button RepairCmd{*this, "RepairCmd", {"&Rebuild Ticked Loans", "重算所选贷款(&R)"}};
   Button CancelCmd{*this, "CancelCmd", {"&Close", "关闭(&C)"}, ButtonRole::cancel};
 

@@ -58,6 +58,48 @@ TEST_F(LedgerCheckTest, SoundLoans) {
   EXPECT_EQ(Told(CheckLoan(main(), "C")), "");
 }
 
+// More late interest is paid than is charged: what mends it is told, step by step, until it holds.
+TEST_F(LedgerCheckTest, ACreditOfLateInterestIsToldWithWhatMendsIt) {
+  MakeLoan("P", LoanScheme::kPersonal, "1200", "12");
+  office.Run("UPDATE LoanMast SET PayOutAmt=1200 WHERE LoanID='P'");
+  Pay("P-001", "P", "2024-02-05", "70");
+  Pay("P-002", "P", "2024-03-05", "115");
+  office.Run(
+      "UPDATE PaymentMast SET PayAmt=InstalAmt,IntAmt=42 WHERE PayID='P-001';"
+      "UPDATE PaymentMast SET PayAmt=InstalAmt,IntAmt=-15 WHERE PayID='P-002';"
+      "INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,PType) VALUES ('B','P',27,'Batch')");
+  struct Case {
+    const char* change;
+    const char* told;
+    const char* mend;
+  };
+  const char* const kCredit = "Outstanding charges: -15.00 for 0.00\n";
+  for (const Case& one : std::initializer_list<Case>{
+           {"", kCredit, "Edit Payment P-002: Payment Installment 100.00, Interest Payment 0.00"},
+           {"UPDATE PaymentMast SET PayAmt=100,InstalAmt=100,IntAmt=0 WHERE PayID='P-002'", kCredit,
+            "Edit Payment P-001: Payment Installment 85.00, Interest Payment 27.00"},
+           {"UPDATE PaymentMast SET settlement='1' WHERE PayID='P-001'", kCredit,
+            "Invoice of 15.00"},
+           {"UPDATE PaymentMast SET settlement='0',PayAmt=1335 WHERE PayID='P-001'", kCredit,
+            "Invoice of 15.00"},
+           {"UPDATE PaymentMast SET PayAmt=70,IntAmt=10 WHERE PayID='P-001';"
+            "UPDATE ChargeMast SET ChargeAmt=-20 WHERE ChargeID='B'",
+            "Outstanding charges: -30.00 for 0.00\n",
+            "Edit Payment P-001: Payment Installment 80.00, Interest Payment 0.00"},
+           {"UPDATE PaymentMast SET IntAmt=42 WHERE PayID='P-001';UPDATE ChargeMast SET "
+            "ChargeAmt=42 WHERE ChargeID='B'",
+            "", ""},
+           {"UPDATE ChargeMast SET ChargeAmt=27 WHERE ChargeID='B';UPDATE LoanMast SET "
+            "LoanStatus='CLOSED',CloseBal=LoanBal,LoanBal=0",
+            "", ""}}) {
+    office.Run(one.change);
+    ASSERT_TRUE(RebuildLoan(main(), "P").done);
+    const auto faults = CheckLoan(main(), "P");
+    EXPECT_EQ(Told(faults), one.told) << one.change;
+    EXPECT_EQ(faults.empty() ? "" : faults[0].mend.english, one.mend) << one.change;
+  }
+}
+
 // With what a rebuild writes there, and none of its neighbours that a rebuild leaves as they are.
 TEST_F(LedgerCheckTest, EachBrokenFigureIsTold) {
   MakePersonal();

@@ -118,7 +118,7 @@ class RandomOffice {
     }
     for (const model::Payment& payment : loan.payments) StorePayment(main(), id, payment);
     main().Execute(fmt::format(
-        "INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,PType) VALUES ('{0}B','{0}',15.34,"
+        "INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,PType) VALUES ('{0}B','{0}',915.34,"
         "'Batch'),('{0}X','{0}',900,'Batch Loan Interest'),('{0}N','{0}',-1.5,'Credit Note')",
         id));
   }
