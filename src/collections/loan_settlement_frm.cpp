@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "collections/plain_payment.h"
 #include "collections/reading.h"
 #include "collections/refusals.h"
 #include "core/amounts.h"
@@ -259,12 +260,21 @@ bool LoanSettlementfrm::CheckForfeit() {
 // --- save and delete
 
 bool LoanSettlementfrm::Check() {
-  if (shown_.LoanID.empty()) return Refuse(LoanID, kLoanRequired);
   if (!RequireDate(session(), PayDate, {"Date is require", "请输入日期"})) return false;
   if (IsAmount(Payment) && Sen(Payment).IsZero()) {
     return Refuse(Payment, {"Payment is require", "请输入付款额"});
   }
-  return CheckPayment() && CheckForfeit();
+  if (shown_.LoanID.empty()) return Refuse(LoanID, kLoanRequired);
+  return CheckPayment() && CheckForfeit() && CheckLoan();
+}
+
+// What is refused at the counter is refused here too.
+bool LoanSettlementfrm::CheckLoan() {
+  const Recordset loan = main().Query(
+      "SELECT LoanID,LoanStatus,PayOutAmt FROM LoanMast WHERE LoanID=" + QuoteStr(shown_.LoanID));
+  if (loan.Eof()) return Refuse(LoanID, LoanNotFound(shown_.LoanID));
+  const auto reason = WhyNoPayment(main(), loan, PayDate.text());
+  return !reason || Refuse(LoanID, *reason);
 }
 
 void LoanSettlementfrm::Save() {

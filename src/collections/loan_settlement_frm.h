@@ -69,6 +69,7 @@ class LoanSettlementfrm : public SessionScreen {
   void LeaveForfeit();
   bool CheckPayment();
   bool CheckForfeit();
+  bool CheckLoan();
   bool Check();
   void Save();
   void Delete();

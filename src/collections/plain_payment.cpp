@@ -18,18 +18,10 @@ bool IsPersonal(const Recordset& loan) {
 
 std::optional<Caption> WhyNot(Connection& main, const Recordset& loan, std::string_view pay_date,
                               Money amount) {
-  const std::string status = NullToEmpty(loan.Field("LoanStatus"));
-  if (!SameText(status, "ACTIVE")) return NoPaymentFor(status);
-  if (Sen(loan, "PayOutAmt").IsZero()) {
-    return kNotDrawn;
-  }
-  const std::string loan_id = NullToEmpty(loan.Field("LoanID"));
-  if (IsBeforeLoanDate(main, pay_date, loan_id)) {
-    return kBeforeLoanDate;
-  }
+  if (auto reason = WhyNoPayment(main, loan, pay_date)) return reason;
   if (amount <= Sen(loan, "LoanBal")) return std::nullopt;
   if (IsPersonal(loan)) return kAboveBalance;
-  const Money limit = OpenOnSchedule(main, loan_id);
+  const Money limit = OpenOnSchedule(main, NullToEmpty(loan.Field("LoanID")));
   if (amount <= limit) return std::nullopt;
   return AboveOpen(limit);
 }
@@ -48,6 +40,15 @@ void TakeInstalment(Connection& main, const Recordset& loan, Payment& payment) {
 }
 
 }  // namespace
+
+std::optional<Caption> WhyNoPayment(Connection& main, const Recordset& loan,
+                                    std::string_view pay_date) {
+  const std::string status = NullToEmpty(loan.Field("LoanStatus"));
+  if (!SameText(status, "ACTIVE")) return NoPaymentFor(status);
+  if (Sen(loan, "PayOutAmt").IsZero()) return kNotDrawn;
+  if (IsBeforeLoanDate(main, pay_date, NullToEmpty(loan.Field("LoanID")))) return kBeforeLoanDate;
+  return std::nullopt;
+}
 
 std::variant<Payment, Caption> PlainPayment(Connection& main, std::string_view loan_id,
                                             std::string_view pay_date, Money amount) {

@@ -2,6 +2,7 @@
 // it goes to the instalments, late interest stays outstanding.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -12,6 +13,11 @@
 #include "screen/caption.h"
 
 namespace kaunter {
+
+// Why the counter takes no money for a loan on a day (dd-mm-yyyy), whatever the amount: it is not
+// active, not drawn, younger than the day. `loan` has LoanID, LoanStatus and PayOutAmt.
+std::optional<Caption> WhyNoPayment(Connection& main, const Recordset& loan,
+                                    std::string_view pay_date);
 
 // The payment ready for CreatePayment, or why the loan cannot take it: the loan is gone, not
 // active, not drawn; the date (dd-mm-yyyy) lies before the loan's; the amount is above the balance

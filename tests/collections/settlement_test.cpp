@@ -349,6 +349,7 @@ class LoanSettlementTest : public SettlementTest {
     office.Run("UPDATE NumberMast SET LoanNo='002' WHERE CustID='HQ0001-001'");
     EXPECT_TRUE(RebuildLoan(main(), kId).done);
     EXPECT_TRUE(RebuildCustomer(main(), "HQ0001").done);
+    office.Run("UPDATE LoanMast SET PayOutAmt=10000");
   }
   std::string OfLoan() {
     return Lines(
@@ -360,6 +361,8 @@ class LoanSettlementTest : public SettlementTest {
 
 TEST_F(LoanSettlementTest, WhatIsTypedIsChecked) {
   auto screen = Open<LoanSettlementfrm>();
+  screen->PayDate.SetText("10-02-2024");
+  screen->Payment.SetText("1");
   screen->Command1.Click();
   EXPECT_EQ(LastMessage(), "Loan Settlement: Loan ID is required");
   Put(screen->LoanID, kId);
@@ -369,6 +372,7 @@ TEST_F(LoanSettlementTest, WhatIsTypedIsChecked) {
     const char* payment;
     const char* forfeit;
     const char* told;
+    const char* meanwhile = "";
   };
   for (const Case& one : std::initializer_list<Case>{
            {"", "", "", "Date is require"},
@@ -378,7 +382,13 @@ TEST_F(LoanSettlementTest, WhatIsTypedIsChecked) {
            {"10-02-2024", "plenty", "", "Invalid Amount"},
            {"10-02-2024", "-1", "", "Invalid Amount"},
            {"10-02-2024", "9400.01", "x", "Payment Amount cannot more than Loan Balance"},
-           {"10-02-2024", "9400", "1'; DROP TABLE x", "Invalid Amount"}}) {
+           {"10-02-2024", "9400", "1'; DROP TABLE x", "Invalid Amount"},
+           {"04-01-2024", "9400", "", "Payment date cannot eariler than loan date"},
+           {"04-01-2024", "9400", "", "Loan not fully drawdown cannot make payment",
+            "UPDATE LoanMast SET PayOutAmt=0"},
+           {"04-01-2024", "9400", "", "No payment for CLOSED loan",
+            "UPDATE LoanMast SET LoanStatus='CLOSED'"}}) {
+    office.Run(one.meanwhile);
     screen->PayDate.SetText(one.date);
     screen->Payment.SetText(one.payment);
     screen->IntAmt.SetText(one.forfeit);
