@@ -185,7 +185,8 @@ class DailyBatch {
         return charges;
       });
       done += portion.rows;
-      Tell(static_cast<double>(done) / static_cast<double>(total));
+      // Never the whole day: its term end interest is still to come.
+      Tell(static_cast<double>(done) / static_cast<double>(total + 1));
     }
   }
 

@@ -259,7 +259,12 @@ TEST_F(DailyBatchTest, AFailureAtAnyStatementIsMadeGoodByAnotherRun) {
       "UPDATE LoanMast SET EndTermIntDate='2024-01-30',LoanBal=800,InsRate=12 WHERE "
       "LoanID='M5'");
   SetLast("2024-01-28");
-  Post(main(), kToday);
+  std::int64_t told = 0;  // posted when all is done
+  const BatchOutcome outcome =
+      RunDailyBatch(main(), kToday, "DailyBatch", [&](const BatchProgress& progress) {
+        if (progress.percent == 100 && told == 0) told = progress.posted;
+      });
+  EXPECT_EQ(told, outcome.posted);
   const std::string undisturbed = State(main());
   int at = 1;
   for (bool reached = true; reached && at < 500; ++at) {

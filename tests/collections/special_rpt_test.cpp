@@ -71,7 +71,9 @@ TEST_F(SpecialRptTest, ListsWhatIsOpenInTheRangeOfOneCompany) {
   screen->LoanGroupID.SetText("PINJAMAN SELESAI");
   EXPECT_EQ(again(), "");
   screen->LoanGroupID.SetText("PINJAMAN SEMASA");
-  screen->Bank.Clear();
+  ASSERT_TRUE(screen->Bank.Pick(""));
+  ASSERT_TRUE(screen->LoanGroupID.Pick(""));
+  EXPECT_EQ(again(), "002 31-01; 001 29-02; 002 29-02; ");
   screen->CompCode.SetText("O'B");
   EXPECT_EQ(again(), "");
 }
