@@ -62,6 +62,10 @@ Money AmountIn(const TextBox& box) {
   return amount ? Money::FromText(ShowMoney(*amount)) : Money();
 }
 
+const char* GroupFor(Money balance) {
+  return balance > Money() ? "PINJAMAN SEMASA" : "PINJAMAN SELESAI";
+}
+
 PaymentFrm::PaymentFrm(Session& session, Desk& desk)
     : SessionScreen("PaymentFrm", {"Payment", "付款"}, session, desk),
       DG(*this, "DG", {"Payments of the loan", "贷款的付款"}, PaymentColumns(), &ListPage),
@@ -76,7 +80,7 @@ void PaymentFrm::BindRecord() {
     record_.Add(*box, As::money_or_null);
   }
   record_.AddPage(Identity, {&TotPay, &CustName, &AltCode});
-  record_.AddPage(Glance, {&DragIntType, &ActPayable});
+  record_.AddPage(Glance, {&DragIntType, &WaivedAmt, &ActPayable});
   record_.AddPage(PaymentPage,
                   {&MPayment, &IntDate, &OutIntAmt, &OutDragAmt, &DragLoan, &LoanTerm, &LoanType,
                    &LoanAmt, &PayOutAmt, &InsRate, &LateChargePerDay, &OfferDays});
@@ -181,7 +185,10 @@ void PaymentFrm::ClearScreen() {
   DragLoan.Clear();
   ChqNo.SetItems({});
   DG.Clear();
+  SplitLBL.SetText({});
   snapshot_ = {};
+  ledger_.reset();
+  offered_group_.clear();
   SignedIn = false;
   loaded_loan_.clear();
   loaded_payment_.clear();
@@ -218,11 +225,11 @@ void PaymentFrm::ApplyLocks() {
     control->SetLocked(IsDelete() && control != &LoanID && control != &PayID);
   }
   for (Control* shown : std::initializer_list<Control*>{
-           &CustName,         &CustID,     &AltCode,      &CompCode,     &UserID,      &OldLoanBal,
-           &DragIntType,      &ActPayable, &NewLoanBal,   &SchID,        &LastDueDate, &NextDueDate,
-           &IntDate,          &PayableAmt, &OutIntAmt,    &IntChargeAmt, &OutDragAmt,  &DragInt,
-           &DragLoan,         &LoanTerm,   &LoanType,     &LoanAmt,      &PayOutAmt,   &InsRate,
-           &LateChargePerDay, &OfferDays,  &BankinReturn, &BankCloseBal, &AMLAID}) {
+           &CustName,    &CustID,           &AltCode,    &CompCode,     &UserID,       &OldLoanBal,
+           &DragIntType, &WaivedAmt,        &ActPayable, &NewLoanBal,   &SchID,        &LastDueDate,
+           &NextDueDate, &IntDate,          &PayableAmt, &OutIntAmt,    &IntChargeAmt, &OutDragAmt,
+           &DragInt,     &DragLoan,         &LoanTerm,   &LoanType,     &LoanAmt,      &PayOutAmt,
+           &InsRate,     &LateChargePerDay, &OfferDays,  &BankinReturn, &BankCloseBal, &AMLAID}) {
     shown->SetLocked(true);
   }
   const bool is_stored = !loaded_payment_.empty();

@@ -13,10 +13,11 @@
 //   payment_frm_save.cpp    the write and what follows it; delete
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "collections/payment_store.h"
+#include "collections/payment_preview.h"
 #include "core/record.h"
 #include "core/session_screen.h"
 
@@ -48,6 +49,8 @@ class PaymentFrm : public SessionScreen {
   TextBox OldLoanBal{*this, "OldLoanBal", {"Loan Balance", "贷款结余"}, Kind::money, &Glance};
   TextBox DragIntType{
       *this, "DragIntType", {"Outstanding Charges", "未付收费"}, Kind::money, &Glance};
+  // Of those, what the save of a new payment waives for its date.
+  TextBox WaivedAmt{*this, "WaivedAmt", {"Waived by Date", "按日期豁免"}, Kind::money, &Glance};
   TextBox ActPayable{*this, "ActPayable", {"Instalment Due", "本期应还"}, Kind::money, &Glance};
   TextBox NewLoanBal{*this, "NewLoanBal", {"New Balance", "新结余"}, Kind::money, &Glance};
   Button ListCmd{*this, "ListCmd", {"Late Charge", "逾期收费"}, ButtonRole::plain, &Glance};
@@ -63,6 +66,7 @@ class PaymentFrm : public SessionScreen {
   TextBox Memo5{*this, "Memo5", {"Late Interest / Disc", "逾期利息／折扣"}, Kind::money};
   TextBox DiscAmt{*this, "DiscAmt", {"Late Interest / Disc", "逾期利息／折扣"}, Kind::money};
   TextBox MPayment{*this, "MPayment", {"Multiple Payment", "多期付款"}, Kind::integer};
+  Label SplitLBL{*this, "SplitLBL"};  // the payment in words
   ComboBox CollectInfoID{*this, "CollectInfoID", {"Collection Type", "收款方式"}, {}, true};
   ComboBox Bank{*this, "Bank", {"Bank Code", "银行"}, {}, true};
   ComboBox ChqNo{*this, "ChqNo", {"Cheque No", "支票号码"}, {}, true};
@@ -172,21 +176,31 @@ class PaymentFrm : public SessionScreen {
   void ShowStoredInstalment();  // the same, leaving alone what the payment has stored
   void LoadPayments();
   void ApplyQuote(const SettlementQuote& quote);
+  // The loan as the rebuild of the payment will find it.
+  void ReadLedger();
 
   // --- payment_frm_split.cpp
   void BindAmounts();
   // A number that the box takes; a blank one too. Else it is refused in the box's own words.
   bool LeaveAmount(TextBox& box);
+  static bool Fits(const AmountBox& amount);
   bool CheckAmount(const AmountBox& amount);
   bool CheckTotal();
   // The same for all amount boxes and dates, without leaving them.
   bool CheckFigures();
+  // The total is a sum that no one typed, and gives back no more than was paid too much.
+  bool GivesBack(Money total) const;
   void LeaveTotal();
   void LeavePayAmt();
   // PayAmt goes to the schedule unless it is split already; the balance and the total follow.
   void SpreadPayAmt();
   void ShowNewBalance();
   void ShowTotal();
+  // What the payment as it is typed would do; nothing while it cannot be told.
+  std::optional<PaymentPreview> Preview() const;
+  void ShowSplit();
+  // The loan's group follows an edit over the line between owing and owing nothing.
+  void OfferGroup(const std::optional<PaymentPreview>& preview);
   void LeaveInstalment();
   void LeaveExtra();
   bool LeaveRefund();
@@ -215,6 +229,9 @@ class PaymentFrm : public SessionScreen {
   // What leaving a box refuses, for boxes that were never left or kept what was refused.
   bool CheckLeftBoxes();
   bool CheckAmlThreshold();
+  // Questions, for what is hardly ever meant.
+  bool AgreedToCredit();
+  bool AgreedToExtra();
 
   // --- payment_frm_save.cpp
   Payment Collected() const;
@@ -236,7 +253,9 @@ class PaymentFrm : public SessionScreen {
   std::string callers_title_;
   std::string loaded_loan_;
   std::string loaded_payment_;
-  Payment snapshot_;  // the payment as loaded; empty for a new one
+  Payment snapshot_;                  // the payment as loaded; empty for a new one
+  std::optional<LedgerLoan> ledger_;  // of loaded_loan_
+  std::string offered_group_;         // what the balance of an edit stands for
   // Zeroes the late charges that an earlier PayDate makes obsolete; empty when none was looked for.
   std::string PendingChargeUpdate;
   std::string late_charges_;    // the SELECT of the same rows
@@ -245,6 +264,9 @@ class PaymentFrm : public SessionScreen {
   std::string checked_date_;    // the PayDate that passed
   std::string checked_cheque_;  // the ChqNo that was looked up
 };
+
+// The group of a loan that a payment leaves with this balance.
+const char* GroupFor(Money balance);
 
 // The amount of a box as its column keeps it; 0 for a blank and for what is no amount.
 Money AmountIn(const TextBox& box);

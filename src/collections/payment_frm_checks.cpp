@@ -2,6 +2,8 @@
 // same checks, but for those of figures that it does not use.
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "collections/payment_frm.h"
 #include "collections/refusals.h"
 #include "compliance/aml.h"
@@ -18,7 +20,8 @@ bool PaymentFrm::CheckAll() {
   }
   FillBlanks();
   return (IsDelete() || CheckFigures()) && CheckBalance() && CheckTally() && CheckDate() &&
-         CheckNotNothing() && (IsDelete() || CheckLeftBoxes()) && CheckAmlThreshold();
+         CheckNotNothing() && (IsDelete() || CheckLeftBoxes()) && CheckAmlThreshold() &&
+         (IsDelete() || (AgreedToCredit() && AgreedToExtra()));
 }
 
 bool PaymentFrm::CheckDrawn() {
@@ -44,8 +47,7 @@ bool PaymentFrm::MayEdit() {
 
 void PaymentFrm::FillBlanks() {
   FillBlank(Bank, "CASH");
-  FillBlank(LampiranStatus,
-            AmountIn(NewLoanBal) > Money() ? "PINJAMAN SEMASA" : "PINJAMAN SELESAI");
+  FillBlank(LampiranStatus, GroupFor(AmountIn(NewLoanBal)));
   for (TextBox* box : {&PayAmt, &IntAmt, &DiscAmt, &IntChargeAmt, &CollectorAmt, &SalesmanComm,
                        &ChargeAmt, &MPayment, &PayableAmt}) {
     FillBlank(*box, "0");
@@ -107,6 +109,63 @@ bool PaymentFrm::CheckAmlThreshold() {
   if (decision.act == Act::warn) return true;
   AMLACode.SetMark(true);
   FocusOn(AMLACode);
+  return false;
+}
+
+// More late interest than is owed makes the outstanding charges fall below zero, where each later
+// payment is credited with them anew.
+bool PaymentFrm::AgreedToCredit() {
+  const Money late = AmountIn(IntAmt);
+  if (IsEdit() && late == snapshot_.IntAmt) return true;
+  // What this payment has paid before may be paid again.
+  const Money outstanding = AmountIn(DragIntType) + std::max(snapshot_.IntAmt, Money());
+  const Money waived = AmountIn(WaivedAmt);
+  const Money owed = outstanding - waived;
+  Caption text;
+  if (late < Money()) {
+    const std::string credit = ShowMoney(-late);
+    text = {
+        fmt::format("Interest Payment is {}: {} more is credited than is received, and every "
+                    "later payment is credited with it again.\nSave all the same ?",
+                    ShowMoney(late), credit),
+        fmt::format("逾期利息付款为 {}：入账比实收多 {}，以后每次付款还会再入账一次。\n仍要储存？",
+                    ShowMoney(late), credit)};
+  } else if (late > owed && !(late.IsZero() && waived.IsZero())) {
+    text = {fmt::format("Interest Payment {} is more than what is owed: {} outstanding, of which "
+                        "the date waives {}. The {} too much is credited again with every later "
+                        "payment.\nSave all the same ?",
+                        ShowMoney(late), ShowMoney(outstanding), ShowMoney(waived),
+                        ShowMoney(late - owed)),
+            fmt::format("逾期利息付款 {} 多过所欠：未付收费 {}，其中按日期豁免 {}。多付的 {} "
+                        "以后每次付款都会再入账一次。\n仍要储存？",
+                        ShowMoney(late), ShowMoney(outstanding), ShowMoney(waived),
+                        ShowMoney(late - owed))};
+  } else {
+    return true;
+  }
+  if (Confirm(text)) return true;
+  FocusOn(IntAmt);
+  return false;
+}
+
+bool PaymentFrm::AgreedToExtra() {
+  const Money extra = AmountIn(PayExtra);
+  if (!IsFlexi() || extra <= Money()) return true;
+  if (IsEdit() && extra == snapshot_.PayExtra && AmountIn(InstalAmt) == snapshot_.InstalAmt) {
+    return true;
+  }
+  const auto preview = Preview();
+  if (!preview) return true;
+  const Money too_much = -std::min(preview->NewLoanBal, preview->last_balance);
+  if (too_much <= Money()) return true;
+  if (Confirm({fmt::format("Extra Capital {} is {} more than the capital that is left: it opens an "
+                           "instalment that nobody owes.\nSave all the same ?",
+                           ShowMoney(extra), ShowMoney(too_much)),
+               fmt::format("额外本金 {} 比所剩本金多 {}，会开出一期没有人欠的分期。\n仍要储存？",
+                           ShowMoney(extra), ShowMoney(too_much))})) {
+    return true;
+  }
+  FocusOn(PayExtra);
   return false;
 }
 

@@ -52,6 +52,7 @@ bool PaymentFrm::OpenLoan(const std::string& code) {
   SchID.SetText(row);
   ShowInstalment();
   LoadPayments();
+  ReadLedger();
   ApplyLocks();
   record_.Remember();
   if (!IsNew()) return true;
@@ -60,9 +61,13 @@ bool PaymentFrm::OpenLoan(const std::string& code) {
     return false;
   }
   SaveCmd.SetEnabled(true);
-  LeaveCheque();  // one typed before the loan brings its amount now
+  LeaveCheque();   // one typed before the loan brings its amount now
+  LeavePayDate();  // and a date is looked at with it
+  ShowSplit();
   return true;
 }
+
+void PaymentFrm::ReadLedger() { ledger_ = ReadLedgerLoan(main(), LoanID.text()); }
 
 Recordset PaymentFrm::ReadLoan(const std::string& id) {
   return main().Query(fmt::format(
@@ -201,6 +206,8 @@ void PaymentFrm::LoadPayment(std::string id) {
   checked_date_ = PayDate.text();
   checked_cheque_ = ChqNo.text();
   snapshot_ = PaymentIn(row);
+  offered_group_ = GroupFor(snapshot_.NewLoanBal);
+  ShowSplit();
   SaveCmd.SetEnabled(may_save);
   ApplyLocks();
   ShowAml();
@@ -218,6 +225,7 @@ bool PaymentFrm::ShowLoanOfPayment() {
   // What the row asked for at entry stays; the rest is as it is today.
   ShowStoredInstalment();
   LoadPayments();
+  ReadLedger();
   return true;
 }
 
@@ -231,6 +239,11 @@ void PaymentFrm::ApplyQuote(const SettlementQuote& quote) {
     PayAmt.SetText(quote.PayAmt);
     InstalAmt.SetText(quote.NPayment);
     PayExtra.SetText(quote.EPayment);
+    // More capital falls due by the date than is left: the instalments are paid by that much less.
+    if (AmountIn(PayExtra) < Money()) {
+      InstalAmt.SetText(ShowMoney(AmountIn(InstalAmt) + AmountIn(PayExtra)));
+      PayExtra.SetText("0.00");
+    }
     DiscAmt.SetText("0");
     ShowTotal();
   } else {
@@ -241,6 +254,7 @@ void PaymentFrm::ApplyQuote(const SettlementQuote& quote) {
     SpreadPayAmt();
   }
   FindLateCharges();
+  ShowSplit();
 }
 
 }  // namespace kaunter

@@ -2,6 +2,9 @@
 // what each box refuses.
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <stdexcept>
+
 #include "collections/instalment.h"
 #include "collections/late_interest.h"
 #include "collections/pay_day.h"
@@ -70,17 +73,29 @@ void PaymentFrm::BindAmounts() {
   }
   ChqNo.onLeave = [this] { LeaveCheque(); };
   PayDate.onLeave = [this] { LeavePayDate(); };
+  // Whatever was typed, the sentence below the amounts tells what becomes of it.
+  std::vector<Control*> tellers = {&TotPay, &ChqNo, &PayDate};
+  for (const AmountBox& amount : amounts_) tellers.push_back(amount.box);
+  for (Control* box : tellers) {
+    box->onLeave = [this, leave = box->onLeave] {
+      leave();
+      ShowSplit();
+    };
+  }
   WithdrawDate.onLeave = [this] { CheckDateBox(session(), WithdrawDate, Invalid(WithdrawDate)); };
 }
 
-bool PaymentFrm::CheckAmount(const AmountBox& amount) {
-  TextBox& box = *amount.box;
+bool PaymentFrm::Fits(const AmountBox& amount) {
+  const TextBox& box = *amount.box;
   if (Trim(box.text()).empty()) return true;
   const auto value = Money::TryText(box.text());
   const bool whole = box.kind() != Kind::integer ||
                      box.text().find_first_not_of("0123456789") == std::string::npos;
-  if (value && whole && (amount.may_be_negative || *value >= Money())) return true;
-  return Refuse(box, amount.invalid);
+  return value && whole && (amount.may_be_negative || *value >= Money());
+}
+
+bool PaymentFrm::CheckAmount(const AmountBox& amount) {
+  return Fits(amount) || Refuse(*amount.box, amount.invalid);
 }
 
 bool PaymentFrm::LeaveAmount(TextBox& box) {
@@ -95,8 +110,13 @@ bool PaymentFrm::LeaveAmount(TextBox& box) {
 bool PaymentFrm::CheckTotal() {
   if (TotPay.locked() || TotPay.empty()) return true;
   const auto total = Money::TryText(TotPay.text());
-  return (total && *total >= Money()) ||
+  return (total && (*total >= Money() || GivesBack(*total))) ||
          Refuse(TotPay, {"Invalid Total Payment", "付款总额不正确"});
+}
+
+bool PaymentFrm::GivesBack(Money total) const {
+  return TotPay.text() == split_total_ && total == AmountIn(PayAmt) + AmountIn(IntAmt) &&
+         AmountIn(IntAmt) >= AmountIn(DragIntType);
 }
 
 bool PaymentFrm::CheckFigures() {
@@ -161,6 +181,34 @@ void PaymentFrm::ShowTotal() {
   split_total_ = TotPay.text();
 }
 
+std::optional<PaymentPreview> PaymentFrm::Preview() const {
+  if (!ledger_) return std::nullopt;
+  try {
+    return PreviewPayment(*ledger_, Collected());
+  } catch (const std::runtime_error&) {
+    return std::nullopt;  // a row that no rebuild comes through, which tells it
+  }
+}
+
+void PaymentFrm::ShowSplit() {
+  SplitLBL.SetText({});
+  if (IsDelete() || loaded_loan_.empty() || !std::all_of(amounts_.begin(), amounts_.end(), Fits)) {
+    return;
+  }
+  const auto preview = Preview();
+  SplitLBL.SetText(session().In(InWords(Collected(), preview)));
+  OfferGroup(preview);
+}
+
+void PaymentFrm::OfferGroup(const std::optional<PaymentPreview>& preview) {
+  if (!IsEdit() || offered_group_.empty()) return;
+  const Money balance = IsFlexi() && preview ? preview->NewLoanBal : AmountIn(NewLoanBal);
+  const std::string group = GroupFor(balance);
+  if (group == offered_group_) return;
+  if (SameText(LampiranStatus.text(), offered_group_)) LampiranStatus.SetText(group);
+  offered_group_ = group;
+}
+
 void PaymentFrm::LeaveInstalment() {
   if (InstalAmt.locked() || !LeaveAmount(InstalAmt)) return;
   if (AmountIn(InstalAmt) > AmountIn(PayAmt)) {
@@ -195,7 +243,8 @@ bool PaymentFrm::LeaveRefund() {
   if (ChargeAmt.locked()) return true;
   if (!LeaveAmount(ChargeAmt)) return false;
   const Money refund = AmountIn(ChargeAmt);
-  if (refund.IsZero() || LoanID.empty()) return true;
+  // What was refunded already stands, though the deposit was lowered since.
+  if (refund == snapshot_.ChargeAmt || LoanID.empty()) return true;
   const Money deposit = Sen(ScalarQuery(
       main(), "SELECT DepositAmt2 FROM LoanMast WHERE LoanID=" + QuoteStr(LoanID.text())));
   const Money refunded = Sen(ScalarQuery(
@@ -312,7 +361,12 @@ void PaymentFrm::FindLateCharges() {
   PendingChargeUpdate = "UPDATE ChargeMast SET OrgAmt=ChargeAmt,ChargeAmt=0 WHERE " + obsolete;
   late_charges_ =
       "SELECT ChargeID,LoanID,TrxDate,DueDate,ChargeAmt FROM ChargeMast WHERE " + obsolete;
-  const std::size_t count = main().Query(late_charges_).RowCount();
+  Recordset found = main().Query(late_charges_);
+  const std::size_t count = found.RowCount();
+  Money waived;
+  for (; !found.Eof(); found.MoveNext()) waived += Sen(found, "ChargeAmt");
+  // A changed date waives nothing.
+  if (IsNew() && loaded_payment_.empty()) WaivedAmt.SetText(ShowMoney(waived));
   ListCmd.SetVisible(count > 0);
   ListCmd.SetCaption(
       {fmt::format("{} Late Charge Found", count), fmt::format("有 {} 笔逾期收费", count)});
@@ -329,6 +383,7 @@ void PaymentFrm::ShowLateCharges() {
 void PaymentFrm::ForgetLateCharges() {
   PendingChargeUpdate.clear();
   late_charges_.clear();
+  WaivedAmt.Clear();
   ListCmd.SetVisible(false);
 }
 

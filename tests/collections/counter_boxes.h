@@ -70,7 +70,13 @@ inline constexpr std::array<Rule, kBoxes> kRules = {{
 
 // How the desk answers while it is pressed.
 struct Answers {
-  bool holiday = true, confirm = true, manager = false;
+  bool holiday = true, confirm = true, manager = false, credit = true, extra = true;
+};
+
+// A loan with a payment as it is typed.
+struct Foreseen {
+  std::vector<model::Row> before, after;  // the payment
+  Sen new_balance = 0, last_balance = 0;
 };
 
 // The boxes of one open screen.
@@ -78,11 +84,13 @@ struct Counter {
   Company* company = nullptr;
   std::string mode;
   Loan* loan = nullptr;
+  Loan seen;  // as it came on the screen
   bool enabled = false;
   std::optional<Paid> loaded;  // as it was when it came on the screen
   std::array<Amount, kBoxes> box;
-  Sen old_balance = 0, new_balance = 0, outstanding = 0, drawn = 0;
-  std::string split_total, date, checked_date, group;
+  Sen old_balance = 0, new_balance = 0, outstanding = 0, drawn = 0, waived = 0;
+  std::string split_total, date, checked_date, group, offered;
+  std::vector<std::string> asked;      // by the last press, how each question begins
   std::optional<Day> day, waive_from;  // what the date box holds, if it is one
   bool signed_in = false;
   std::string refused_for;
@@ -108,6 +116,7 @@ struct Counter {
   // What is told of a loan that comes on the screen.
   std::string OpenLoan(Loan& with) {
     loan = &with;
+    seen = with;
     old_balance = new_balance = with.ledger.balance;
     outstanding = with.charged + with.credited;
     drawn = company->special_user ? 0 : with.drawn;
@@ -123,8 +132,11 @@ struct Counter {
   }
   void OpenPayment(Loan& with, const Paid& stored) {
     loan = &with;
+    seen = with;
     loaded = entry = stored;
     enabled = true;
+    outstanding = with.charged + with.credited;
+    offered = GroupOf(stored.new_balance);
     old_balance = is_edit() ? stored.old_balance : with.ledger.balance;
     new_balance = is_edit() ? stored.new_balance : old_balance - stored.pay;
     drawn = company->special_user ? 0 : with.drawn;
@@ -201,19 +213,87 @@ struct Counter {
   std::string LeaveDate(const Answers& answers) {
     if (date.empty() || date == checked_date) return "";
     waive_from.reset();
+    waived = 0;
     checked_date.clear();
     if (!day) return "Invalid Date, Please check";
+    if (loan == nullptr) return "";
     if (!model::NotBefore(*day, loan->lent)) return "Payment date cannot eariler than loan date";
     const bool closed = company->check_holiday && (IsSunday(*day) || *day == company->holiday);
     if (closed && !answers.holiday) return "?";
-    waive_from = day;
+    LookForCharges();
     checked_date = date;
     return "";
+  }
+  void LookForCharges() {
+    waive_from = day;
+    waived = 0;
+    for (const Charge& one : loan->charges) {
+      if (is_new() && Obsolete(one)) waived += one.amount;
+    }
+  }
+
+  // The payment in words; "" while a box holds no amount.
+  std::string Words() const {
+    if (is_delete()) return "";
+    for (int i = kPay; i < kBoxes; ++i) {
+      if (!Valid(static_cast<Box>(i))) return "";
+    }
+    const Paid made = Typed();
+    const Foreseen seen_after = Foresee(made);
+    std::string words;
+    const auto add = [&](Sen sen, const std::string& what) {
+      if (sen != 0) words += (words.empty() ? "" : ", ") + Shown(sen) + " " + what;
+    };
+    add(made.late, "late interest");
+    add(made.collector, "collector fee");
+    add(made.charge, "other charges");
+    add(-made.discount, "discount");
+    add(made.extra, "extra capital");
+    Sen interest = 0, capital = 0;
+    std::vector<int> with_capital;
+    const model::Row* last = nullptr;
+    for (std::size_t i = 0; i < seen_after.after.size(); ++i) {
+      const model::Row &row = seen_after.after[i], &was = seen_after.before[i];
+      if (row.paid == was.paid) continue;
+      last = &row;
+      interest += row.interest_paid - was.interest_paid;
+      capital += row.capital_paid - was.capital_paid;
+      if (row.capital_paid != was.capital_paid) with_capital.push_back(row.id);
+    }
+    add(made.pay - made.extra - interest - capital, "to no instalment");
+    add(interest, "interest");
+    if (with_capital.size() == 1) {
+      add(capital, fmt::format("of instalment {}", with_capital[0]));
+    } else if (!with_capital.empty()) {
+      add(capital,
+          fmt::format("of instalments {} to {}", with_capital.front(), with_capital.back()));
+    }
+    if (words.empty()) return "";
+    if (last != nullptr && last->open()) {
+      const bool named = with_capital == std::vector<int>{last->id};
+      words += fmt::format("; {} of {} stays open", Shown(last->payable - last->paid),
+                           named ? "it" : fmt::format("instalment {}", last->id));
+    }
+    return Shown(made.pay + made.late + made.collector + made.charge - made.discount) + ": " +
+           words;
+  }
+
+  // Behind each box that is left: an edit that pays the loan up, or no longer does, changes the
+  // group that stands for it.
+  void OfferGroup() {
+    if (!is_edit() || loan == nullptr) return;
+    for (int i = kPay; i < kBoxes; ++i) {
+      if (!Valid(static_cast<Box>(i))) return;
+    }
+    const std::string now = GroupOf(flexi() ? Foresee(Typed()).new_balance : new_balance);
+    if (now != offered && group == offered) group = now;
+    offered = now;
   }
 
   // --- the press of the button: nothing when it stores, else what is told ("" for nothing)
 
   std::optional<std::string> Press(const Answers& answers) {
+    asked.clear();
     if (!enabled) return "";
     std::string told = Check(answers);
     if (!told.empty() || !answers.confirm) return told;
@@ -227,6 +307,36 @@ struct Counter {
   Sen Limit() const { return loan->Open() + (loaded ? loaded->pay : 0); }
 
  private:
+  static std::string GroupOf(Sen balance) {
+    return balance > 0 ? "PINJAMAN SEMASA" : "PINJAMAN SELESAI";
+  }
+  // As it would be stored.
+  Paid Typed() const {
+    Paid made = entry;
+    for (std::size_t i = 0; i < kBoxes; ++i) {
+      if (kRules[i].kept_in != nullptr) made.*kRules[i].kept_in = box[i].sen();
+    }
+    made.top_term = static_cast<int>(box[kTopTerm].units / 10000);
+    if (!group.empty()) made.group = group;
+    made.date = day.value_or(Day{});
+    return made;
+  }
+  Foreseen Foresee(Paid made) const {
+    if (is_new()) made.id = "~";
+    const auto replayed = [&](bool with_it, bool later_ones) {
+      model::StoredLoan ledger = seen.ledger;
+      ledger.payments.clear();
+      for (const Paid& one : seen.paid) {
+        if (one.id < made.id || (later_ones && one.id > made.id)) ledger.payments.push_back(one);
+      }
+      if (with_it) ledger.payments.push_back(made);
+      model::Replay(ledger).Run();
+      return ledger;
+    };
+    const model::StoredLoan with_it = replayed(true, false);
+    return {replayed(false, false).rows, with_it.rows, with_it.balance,
+            replayed(true, true).balance};
+  }
   Day NextOf(const model::Row& row) const {
     if (flexi()) return loan->Step(row.due, 1);
     for (const model::Row& other : loan->ledger.rows) {
@@ -241,7 +351,11 @@ struct Counter {
         amount.text.find_first_not_of("0123456789") != std::string::npos) {
       return false;
     }
-    return kRules[which].may_be_negative || amount.units >= 0;
+    // A total that nobody typed may give back what was paid too much.
+    const bool gives_back = which == kTotal && amount.text == split_total &&
+                            amount.sen() == box[kPay].sen() + box[kInterest].sen() &&
+                            box[kInterest].sen() >= outstanding;
+    return kRules[which].may_be_negative || gives_back || amount.units >= 0;
   }
   void LeaveTotal() {
     if (box[kTotal].text == split_total) return;
@@ -277,7 +391,7 @@ struct Counter {
     for (const Paid& one : loan->paid) {
       if (one.id != OwnID()) left -= one.charge;
     }
-    if (refund == 0 || refund <= left) return "";
+    if (refund == 0 || refund <= left || (loaded && refund == loaded->charge)) return "";
     if (left <= 0) return "This loan has no deposit or fully refunded";
     return fmt::format("Refund Deposit cannot more than {} Deposit Amount, Please check",
                        Shown(left));
@@ -323,7 +437,32 @@ struct Counter {
     for (const std::string& told : {Refund(), Multiple(), TopTerm()}) {
       if (!told.empty()) return told;
     }
-    return LeaveDate(answers);
+    if (std::string told = LeaveDate(answers); !told.empty()) return told;
+    return Agreed(answers) ? "" : "?";
+  }
+
+  bool Agreed(const Answers& answers) {
+    const Sen late = box[kInterest].sen(), extra = box[kExtra].sen();
+    if (!loaded || late != loaded->late) {
+      const Sen owed = outstanding + (loaded ? std::max<Sen>(loaded->late, 0) : 0);
+      if (late < 0) {
+        asked.push_back(
+            fmt::format("Interest Payment is {0}: {1} more", Shown(late), Shown(-late)));
+      } else if (late > owed - waived && (late > 0 || waived > 0)) {
+        asked.push_back(fmt::format(
+            "Interest Payment {} is more than what is owed: {} outstanding, of which the date "
+            "waives {}. The {} too",
+            Shown(late), Shown(owed), Shown(waived), Shown(late - owed + waived)));
+      }
+      if (!asked.empty() && !answers.credit) return false;
+    }
+    if (!flexi() || extra <= 0) return true;
+    if (loaded && loaded->extra == extra && loaded->instalment == box[kInstal].sen()) return true;
+    const Foreseen after = Foresee(Typed());
+    const Sen above = -std::min(after.new_balance, after.last_balance);
+    if (above <= 0) return true;
+    asked.push_back(fmt::format("Extra Capital {} is {} more", Shown(extra), Shown(above)));
+    return answers.extra;
   }
 
   std::string Stale() const {
@@ -333,13 +472,7 @@ struct Counter {
   // --- the write; what is told of a failure
 
   std::string Store() {
-    Paid made = entry;
-    for (std::size_t i = 0; i < kBoxes; ++i) {
-      if (kRules[i].kept_in != nullptr) made.*kRules[i].kept_in = box[i].sen();
-    }
-    made.top_term = static_cast<int>(box[kTopTerm].units / 10000);
-    if (!group.empty()) made.group = group;
-    made.date = *day;
+    Paid made = Typed();
     const std::string failed = "An error occurs during saving payment\n";
     if (is_new() && made.pay > loan->ledger.balance && !(flexi() && made.pay <= Limit())) {
       return failed + "0 - Payment amount cannot more than loan balance amount";
@@ -397,11 +530,13 @@ struct Counter {
     }
   }
   // Late charges that the batch has posted for days after the payment, up to the next due date.
+  bool Obsolete(const Charge& one) const {
+    return one.type == "Batch" && !model::NotBefore(*waive_from, one.date) &&
+           model::NotBefore(entry.next_due, one.date) && one.amount > 0;
+  }
   void Waive() {
     for (Charge& one : loan->charges) {
-      const bool obsolete = one.type == "Batch" && !model::NotBefore(*waive_from, one.date) &&
-                            model::NotBefore(entry.next_due, one.date);
-      if (obsolete && one.amount > 0) one.original = std::exchange(one.amount, 0);
+      if (Obsolete(one)) one.original = std::exchange(one.amount, 0);
     }
   }
 };

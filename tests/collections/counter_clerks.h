@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include <fmt/ranges.h>
+
 #include "collections/payment_frm.h"
 #include "tests/collections/counter_office.h"
 
@@ -67,6 +69,7 @@ class CounterClerks : public CounterOffice {
     if (!Place(box, text)) Fault(box.name() + " does not take " + text);
     clerk.screen->Guard([&] { box.Leave(); });
     Told(box.name(), leave());
+    clerk.model.OfferGroup();
     CompareBoxes(clerk);
   }
   // "?" stands for a question that was answered with no.
@@ -79,8 +82,11 @@ class CounterClerks : public CounterOffice {
 
   bool BringLoan(Clerk& clerk, Loan& loan) {
     Note(fmt::format("{} (balance {})", clerk.model.mode, counter::Shown(loan.ledger.balance)));
-    Type(clerk, clerk.screen->LoanID, OneIn(5) ? " " + loan.id + " " : loan.id,
-         [&] { return clerk.model.OpenLoan(loan); });
+    if (OneIn(4)) TypeDate(clerk, AnyDay(loan));
+    Type(clerk, clerk.screen->LoanID, OneIn(5) ? " " + loan.id + " " : loan.id, [&] {
+      const std::string told = clerk.model.OpenLoan(loan);
+      return told.empty() ? clerk.model.LeaveDate(desk_.answers) : told;
+    });
     return held_ && clerk.model.enabled;
   }
   bool BringPayment(Clerk& clerk, Loan& loan, const std::string& pay_id) {
@@ -109,6 +115,13 @@ class CounterClerks : public CounterOffice {
     }
     Same("NewLoanBal", clerk.screen->NewLoanBal.text(), counter::Shown(on.new_balance));
     Same("OldLoanBal", clerk.screen->OldLoanBal.text(), counter::Shown(on.old_balance));
+    CompareWaived(clerk);
+    Same("the words", clerk.screen->SplitLBL.Text(), on.Words());
+  }
+  void CompareWaived(Clerk& clerk) {
+    const counter::Counter& on = clerk.model;
+    Same("WaivedAmt", clerk.screen->WaivedAmt.text(),
+         on.is_new() && on.waive_from ? counter::Shown(on.waived) : "");
   }
 
   void TypeAmount(Clerk& clerk, Box which, const Amount& typed) {
@@ -229,7 +242,11 @@ class CounterClerks : public CounterOffice {
   }
 
   Answers DrawAnswers() {
-    return {.holiday = !OneIn(4), .confirm = !OneIn(10), .manager = OneIn(2)};
+    return {.holiday = !OneIn(4),
+            .confirm = !OneIn(10),
+            .manager = OneIn(2),
+            .credit = !OneIn(3),
+            .extra = !OneIn(3)};
   }
 
   bool TypeAndPress(Clerk& clerk, int times) {
@@ -282,8 +299,16 @@ class CounterClerks : public CounterOffice {
     const std::optional<std::string> refused = clerk.model.Press(answers);
     Note("press: " + refused.value_or("stored"));
     desk_.told.clear();
+    desk_.asked.clear();
     desk_.answers = answers;
     clerk.screen->Guard([&] { clerk.screen->SaveCmd.Click(); });
+    const std::vector<std::string>& asked = clerk.model.asked;
+    if (!std::equal(asked.begin(), asked.end(), desk_.asked.begin(), desk_.asked.end(),
+                    [](const auto& begins, const auto& is) { return is.starts_with(begins); })) {
+      Fault(fmt::format("asked {}, should be {}", fmt::join(desk_.asked, "; "),
+                        fmt::join(asked, "; ")));
+    }
+    for (const std::string& question : asked) ++told[WithoutFigures(question)];
     if (main().InTransaction()) Fault("a transaction is left open");
     if (!refused) {
       Told("the press", clerk.model.is_new() ? "Payment ID " : "Loan ID ");
@@ -301,9 +326,12 @@ class CounterClerks : public CounterOffice {
     // A blank box may have taken its default; what was typed stands where it stood.
     const std::vector<std::string> after = BoxTexts(*clerk.screen);
     for (std::size_t i = 0; i < typed.size(); ++i) {
+      // The charges are looked for anew with a date that was handed over.
+      if (typed[i].starts_with("WaivedAmt=")) continue;
       if (!typed[i].ends_with("=")) Same("a refused press changes no box", after[i], typed[i]);
     }
     Same("LampiranStatus", clerk.screen->LampiranStatus.text(), clerk.model.group);
+    CompareWaived(clerk);
     return false;
   }
 

@@ -27,6 +27,10 @@ class HistoryDesk : public SilentDesk {
  public:
   bool Ask(std::string_view, std::string_view text) override {
     if (text.find("Continue make payment") != std::string_view::npos) return answers.holiday;
+    if (text.starts_with("Interest Payment") || text.starts_with("Extra Capital")) {
+      asked.emplace_back(text);
+      return text.starts_with("E") ? answers.extra : answers.credit;
+    }
     const bool to_store = text.starts_with("Confirm to ") || text.starts_with("confirm to ");
     return !to_store || answers.confirm;
   }
@@ -39,6 +43,7 @@ class HistoryDesk : public SilentDesk {
   Session* session = nullptr;
   Answers answers;
   std::string told;  // last
+  std::vector<std::string> asked;
 };
 
 // What is stored of a loan, and how the model tells it.

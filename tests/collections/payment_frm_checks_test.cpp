@@ -73,9 +73,17 @@ TEST_F(PaymentChecks, StandInTheirOrder) {
             "Amount RM99.99\nPlease fill in the Source of Fund Explaination|");
   EXPECT_EQ(s.focus(), &s.AMLACode);
   s.AMLACode.SetText("SALARY");
+  const std::string credit =
+      "Interest Payment 1.50 is more than what is owed: 0.00 outstanding, of which the date waives "
+      "0.00. The 1.50 too much is credited again with every later payment.\nSave all the same ?";
+  counter.refused = credit;
   Save(s);
-  EXPECT_EQ(Said(),
-            "?confirm to Save Loan ID " + id + " ?|Edit Payment: Loan ID " + id + " Saved|");
+  EXPECT_EQ(Said(), "?" + credit + "|");
+  EXPECT_EQ(s.focus(), &s.IntAmt);
+  counter.refused.clear();
+  Save(s);
+  EXPECT_EQ(Said(), "?" + credit + "|?confirm to Save Loan ID " + id + " ?|Edit Payment: Loan ID " +
+                        id + " Saved|");
   // The manager was asked until he signed in, and then no more.
   EXPECT_EQ(counter.asked_manager, 2);
   EXPECT_EQ(Lines("SELECT PayAmt,InstalAmt,IntAmt,DiscAmt,AMLACode FROM PaymentMast"),

@@ -30,8 +30,10 @@ class PaymentSave : public PaymentCounter {
     }
     return text;
   }
-  // A new payment of 150 with 5 late interest and 2 discount, ready to be saved.
+  // A new payment of 150 with 5 late interest, as much as is owed, and 2 discount, ready to be
+  // saved.
   std::unique_ptr<PaymentFrm> Typed() {
+    office.Run("UPDATE LoanMast SET TotCollectorAmt=5-TotInt WHERE LoanID='HQ0001-001'");
     auto screen = New();
     Put(screen->PayDate, "31-01-2024");
     Put(screen->PayAmt, "150");
@@ -186,8 +188,8 @@ TEST_F(PaymentSave, AFailedDeleteKeepsThePaymentAndItsSums) {
 
 TEST_F(PaymentSave, AReceiptNumberInUseStopsTheSave) {
   Store("10");
-  const std::string before = Stored();
   auto screen = Typed();
+  const std::string before = Stored();
   Put(screen->ReceiptNo, "202401-0001");
   Save(*screen);
   EXPECT_EQ(Said(), "?Confirm to save ?|New Payment: Same Receipt No detected - 202401-0001|");

@@ -123,14 +123,15 @@ TEST_F(PaymentScreen, WhatWasTypedBeforeTheLoanIsLookedAtWithIt) {
   for (const Case& one : std::initializer_list<Case>{
            {"100", "", "100 100.00 0.00 0 1,244.00", ""},
            {"", "C2", "200.00 200.00 0.00 0.00 1,144.00", ""},
-           {"", "C1", "0.00 0.00 0.00 0.00 1,344.00", "New Payment: Cheque, Cannot be reuse"}}) {
+           {"", "C1", "0.00 0.00 0.00 0.00 1,344.00", "New Payment: Cheque, Cannot be reuse|"}}) {
     auto screen = Open("New Payment");
     Put(screen->PayDate, "30-12-2023");  // before the loan was made
     Put(screen->ReceiptNo, "BOOK 7");
     if (*one.total != '\0') Put(screen->TotPay, one.total);
     Put(screen->ChqNo, one.cheque);
     Put(screen->LoanID, kPersonal);
-    EXPECT_EQ(LastMessage(), one.told);
+    EXPECT_EQ(Said(),
+              std::string(one.told) + "New Payment: Payment date cannot eariler than loan date|");
     if (*one.total != '\0') Put(screen->TotPay, one.total);
     EXPECT_EQ(Split(*screen), one.split) << one.total << one.cheque;
     EXPECT_EQ(screen->ReceiptNo.text(), "BOOK 7");

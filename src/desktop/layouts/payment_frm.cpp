@@ -19,7 +19,7 @@ LayoutNode MoneyPage() {
       Group({"Loan", "贷款"}, 2,
             {"DragLoan", "LoanTerm", "LoanAmt", "LoanType", "AltCode", "PayOutAmt",
              Wide(Line({"InsRate", "LateChargePerDay", "OfferDays"}))});
-  return Down({Across({money, how, Down({instalment, loan})}, {7, 9, 12}),
+  return Down({Across({money, how, Down({instalment, loan})}, {7, 9, 12}), Title("SplitLBL"),
                Fields(1, {Wide(Line({"Memo1", "Memo2", "Memo3"}))})});
 }
 
@@ -35,10 +35,10 @@ Layout PaymentFrmLayout() {
                                Fields(1, {Wide(Line({"LoanID", "PayDate", "TotPay", "PayID"})),
                                           Wide(Line({"CustName", "CustID", "PaymentStatus"}))}))},
                        {0, 1}),
-                Inside("Glance",
-                       Across({Figures({"OldLoanBal", "DragIntType", "ActPayable", "NewLoanBal"}),
-                               ButtonsHere({"ListCmd"})},
-                              {5, 1})),
+                Inside("Glance", Across({Figures({"OldLoanBal", "DragIntType", "WaivedAmt",
+                                                  "ActPayable", "NewLoanBal"}),
+                                         ButtonsHere({"ListCmd"})},
+                                        {5, 1})),
                 Tabs("SSTab1",
                      {Page("PaymentPage", MoneyPage()),
                       Page("BankPage", Fields(1, {"WithdrawDate", "BankOpenBal", "WithdrawAmt",
