@@ -6,11 +6,11 @@ namespace {
 LayoutNode MoneyPage() {
   const LayoutNode money = Group({"Money", "款项"}, 1,
                                  {"PayAmt", "InstalAmt", "PayExtra", "IntAmt", "ChargeAmt",
-                                  "CollectorAmt", Stacked({"Memo5", "DiscAmt"}), "MPayment"});
-  const LayoutNode how = Group({"How Paid", "付款方式"}, 1,
-                               {"CollectInfoID", "Bank", "ChqNo", "ReceiptNo", "LampiranStatus",
-                                Line({"SalesmanID", "SalesmanComm"}), Line({"TopAmt", "TopTerm"}),
-                                "TopUpAmt", Line({"UserID", "CompCode"})});
+                                  "CollectorAmt", Beside({"Memo5", "DiscAmt"}), "MPayment"});
+  const LayoutNode how =
+      Group({"How Paid", "付款方式"}, 1,
+            {"CollectInfoID", "Bank", "ChqNo", "ReceiptNo", "LampiranStatus",
+             Line({"SalesmanID", "SalesmanComm"}), Line({"TopAmt", "TopTerm"}), "TopUpAmt"});
   const LayoutNode instalment =
       Group({"Instalment", "分期"}, 2,
             {"SchID", "LastDueDate", "IntDate", "NextDueDate", Wide("PayableAmt"),
@@ -19,8 +19,9 @@ LayoutNode MoneyPage() {
       Group({"Loan", "贷款"}, 2,
             {"DragLoan", "LoanTerm", "LoanAmt", "LoanType", "AltCode", "PayOutAmt",
              Wide(Line({"InsRate", "LateChargePerDay", "OfferDays"}))});
-  return Down({Across({money, how, Down({instalment, loan})}, {7, 9, 12}), Title("SplitLBL"),
-               Fields(1, {Wide(Line({"Memo1", "Memo2", "Memo3"}))})});
+  const LayoutNode amounts = Down({Across({money, how}, {7, 9}), Fields(1, {Wide("SplitLBL")})});
+  return Down({Across({amounts, Down({instalment, loan})}, {16, 12}),
+               Fields(1, {Wide(Line({"Memo1", "Memo2", "Memo3", "UserID", "CompCode"}))})});
 }
 
 }  // namespace
