@@ -216,7 +216,8 @@ void Statement::Payments() {
                        {kInterestAmt, AmountLiteral(row.Field("IntAmt"))},
                        {kExtraPaid, AmountLiteral(row.Field("PayExtra"))}};
     if (Earlier(date)) {
-      // The discount is not added to the credit here, as a listed one is. That is no mistake.
+      // The payment counts its discount already, so that is not added to the credit here. A listed
+      // payment is shown net of the discount that stands below it.
       amounts.emplace_back(kDiscount, discount);
       AddToOpening(id, amounts);
       continue;

@@ -2,7 +2,10 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "reports/run_report.h"
+#include "screen/report_job.h"
 #include "tests/reporting/staged_model.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -97,6 +100,53 @@ TEST(StagedModelTest, RandomOffices) {
     }
   }
   EXPECT_GT(rows, 300u * count);
+}
+
+// What a loan owes at the end is no matter of the day that its statement begins with, and is what
+// the figures below the table consist of.
+TEST(StagedModelTest, ClosingBalanceWhateverTheFirstDay) {
+  const RandomOffice random(7);
+  const PlainOffice& office = random.office();
+  StagedOffice o;
+  Store(office, o);
+  const DateTime to{2024, 4, 15};
+  std::map<std::string, Money> owed;
+  for (const auto& loan : office.loans) {
+    if (loan.date > to) continue;
+    Money& sum = owed[loan.id] = loan.interest;
+    for (const auto& d : office.drawdowns) {
+      if (d.loan == loan.id && d.date <= to) sum += d.amount;
+    }
+    for (const auto& p : office.payments) {  // a discount is a part of what is paid
+      if (p.loan == loan.id && p.date <= to && p.pay) sum -= *p.pay + p.int_amt + p.charge;
+    }
+    for (const auto& c : office.charges) {
+      if (c.loan == loan.id && c.date <= to && c.ptype != "Payment") sum += c.amount;
+    }
+  }
+  int discounts = 0;
+  for (const char* from : {"01-11-2023", "29-02-2024", "01-03-2024", "15-04-2024"}) {
+    const StagedRun run = RunOf("StatementList.rpt", from, "15-04-2024");
+    ASSERT_TRUE(StageStatement(o.session(), o.desk, run));
+    ReportJob job;
+    job.Connect = &o.main();
+    job.ReportFileName = test::SourceDir() + "/reports/StatementList.rpt";
+    job.SelectionFormula = StagedFormula(run.pcname, run.report_name);
+    std::map<std::string, Money> closing;
+    std::map<std::string, Money> parts;
+    for (Recordset rows = RunWholeReport(job).rows; !rows.Eof(); rows.MoveNext()) {
+      const auto of = [&](const char* column) { return MoneyOf(rows.Field(column)); };
+      const std::string loan = NullToEmpty(rows.Field("LoanID"));
+      if (!owed.contains(loan)) continue;
+      closing[loan] += of("Net");
+      parts[loan] += of("c8") + of("c7") + of("c11") - of("CapitalPaid") - of("c13") - of("c9") -
+                     of("c12") - of("OtherPaid");
+      if (NullToEmpty(rows.Field("Description")).starts_with("Payment Discount")) ++discounts;
+    }
+    EXPECT_EQ(closing, owed) << from;
+    EXPECT_EQ(parts, owed) << from;
+  }
+  EXPECT_GT(discounts, 20);
 }
 
 }  // namespace

@@ -88,8 +88,8 @@ std::vector<std::string> TextsOf(const ReportJob& job) {
 
 TEST(StagedPapers, StatementOfAccount) {
   PaperCounter o;
-  // Drawn, interest and all charges but what payments took off; a discount counts as credit only
-  // where it is listed, which is that of P1 (1.50).
+  // Drawn, interest and all charges but what payments took off; a discount is a part of its
+  // payment.
   const char* drawn = "(SELECT SUM(DrawDownAmt) FROM DrawDownMast)";
   o.Expect({.file = "StatementList.rpt",
             .from = "01-12-2023",
@@ -98,7 +98,7 @@ TEST(StagedPapers, StatementOfAccount) {
             .sums = {{"Debit", std::string("SELECT ") + drawn +
                                    "+(SELECT SUM(TotLoanInt) FROM LoanMast)+(SELECT SUM(ChargeAmt) "
                                    "FROM ChargeMast WHERE ChargeAmt > 0)"},
-                     {"Credit", "SELECT SUM(PayAmt+IntAmt+ChargeAmt)+1.50+10 FROM PaymentMast"}},
+                     {"Credit", "SELECT SUM(PayAmt+IntAmt+ChargeAmt)+10 FROM PaymentMast"}},
             // five openings; D2, two interests, three payments and a discount, I2, N1, a month
             .count = "SELECT 5+1+2+4+2+1"});
   // Nothing earlier: the opening rows are empty, and all five discounts and loans are listed.
@@ -107,15 +107,16 @@ TEST(StagedPapers, StatementOfAccount) {
             .to = "31-01-2024",
             .company = "KL",
             .form = "StatementList.rpt",
-            .sums = {{"Debit", "SELECT 1200+120+300+4.75"}, {"Credit", "SELECT 660+660+5"}},
+            .sums = {{"Debit", "SELECT 1200+120+300+4.75"}, {"Credit", "SELECT 660+660"}},
             .count = "SELECT 2+1+2+3+1"});
 }
 
-// 4,800 + 900 + 25 less 1,981.67 and 1.50; the credit note of L2 lowers what its customer owes.
+// 4,800 + 900 + 25 less 1,981.67, of which 1.50 is a discount; the credit note of L2 lowers what
+// its customer owes.
 TEST(StagedPapers, StatementBalances) {
   PaperCounter o;
   const auto texts = TextsOf(o.Start({"StatementList.rpt", "01-12-2023", "31-01-2024", "HQ"}));
-  EXPECT_THAT(texts, Contains("RM 3,741.83"));
+  EXPECT_THAT(texts, Contains("RM 3,743.33"));
   // 60,000 + 3,600 + 35.50 - 10 less 920 and 900
   EXPECT_THAT(texts, Contains("RM 61,805.50"));
   EXPECT_THAT(texts, Not(Contains("L5")));
