@@ -82,10 +82,23 @@ std::string DueDateFrm::FindCustomer(const std::string& typed) {
         "l.OldLoanCode=" +
             key,
         "SELECT CustID FROM CustMast WHERE CustNIC=" + key}) {
-    const std::string id = ScalarQuery(main(), sql);
-    if (!id.empty()) return id;
+    for (Recordset rows = main().Query(sql); !rows.Eof(); rows.MoveNext()) {
+      const std::string id = NullToEmpty(rows.Field(0));
+      if (MayNameCustomer(id)) return id;
+    }
   }
   return {};
+}
+
+// As the picker offers them: a customer of the person's companies, or one with a loan there.
+bool DueDateFrm::MayNameCustomer(const std::string& id) {
+  const std::string key = QuoteStr(id);
+  return MayUseCompany(session(),
+                       ScalarQuery(main(), "SELECT CompCode FROM CustMast WHERE CustID=" + key)) ||
+         !main()
+              .Query("SELECT TOP 1 LoanID FROM LoanMast WHERE CustID=" + key +
+                     AndCompany(session(), "CompCode"))
+              .Eof();
 }
 
 void DueDateFrm::LeaveLoan() {

@@ -41,6 +41,7 @@ class DueDateFrm : public SessionScreen {
   // The key that a typed text means; "" when there is none.
   std::string FindLoan(const std::string& typed);
   std::string FindCustomer(const std::string& typed);
+  bool MayNameCustomer(const std::string& id);
   void ShowName();
   bool CheckDate(TextBox& box);
   bool CheckKeys();

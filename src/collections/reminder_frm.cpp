@@ -11,6 +11,7 @@
 #include "collections/reading.h"
 #include "collections/reminder_state.h"
 #include "core/boxes.h"
+#include "core/company_access.h"
 #include "core/log.h"
 #include "core/record.h"
 #include "core/session_report.h"
@@ -67,8 +68,8 @@ bool Reminderfrm::List() {
              main().Query(fmt::format(
                  "SELECT l.LoanID,c.CustName,l.NextDueDate,l.ReminderDate FROM LoanMast as l INNER "
                  "JOIN CustMast as c on l.CustID=c.CustID WHERE LoanBal > 0 AND PayOutAmt=LoanAmt "
-                 "AND l.NextDueDate < {} ORDER BY NextDueDate",
-                 SqlDate(CalSearchTo.text()))));
+                 "AND l.NextDueDate < {}{} ORDER BY NextDueDate",
+                 SqlDate(CalSearchTo.text()), AndCompany(session(), "l.CompCode"))));
   });
   if (!read) return false;
   listed_date_ = CalSearchTo.text();

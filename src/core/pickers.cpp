@@ -208,6 +208,7 @@ Picker Applications() {
           .key = "AppID",
           .condition = "NOT AppID Like '%*%'",
           .searched = {"AppID", "CustID"},
+          .company = "AppMast.CompCode",
           .extra = ReadyForLoan};
 }
 

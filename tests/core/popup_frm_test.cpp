@@ -425,7 +425,7 @@ TEST_F(PopupFrmTest, StatementsAreThoseOfTheBusiness) {
        {.search = "tan"}},
       {"approved applications that are no loan yet, by search text",
        "AppPop",
-       'h',
+       'a',
        {.search = "AP", .extra = "LOAN"}},
       {"customers of the linked database by search text", "LinkDB", 'h', {.search = "tan"}},
       {"e-invoices of the home company, by search text", "eInvPop", 'h', {.search = "tan"}},
