@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "core/pickers.h"
 #include "core/values.h"
 
 namespace kaunter {
@@ -139,6 +140,7 @@ Kind KindOf(const Column& column) {
 
 // A name needs more room than a code.
 int WeightOf(const Column& column) {
+  if (column.name == kOwnFirst) return 0;
   return column.type == FieldType::kText && column.width >= 100 ? kWide : kNarrow;
 }
 

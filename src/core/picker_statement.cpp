@@ -51,8 +51,13 @@ std::vector<std::string> Conditions(const Session& session, const Picker& picker
   return all;
 }
 
+std::string ExtraColumns(const Picker& picker, const PickerFilter& filter) {
+  return picker.extra_columns == nullptr ? "" : picker.extra_columns(filter.extra);
+}
+
 std::vector<std::string> SortColumns(const Picker& picker, const PickerFilter& filter) {
   std::vector<std::string> columns;
+  if (!ExtraColumns(picker, filter).empty()) columns.emplace_back(kOwnFirst);
   if (!picker.order.empty()) columns.push_back(picker.order);
   if (filter.sort < picker.sorts.size()) columns.push_back(picker.sorts[filter.sort]);
   if (std::find(columns.begin(), columns.end(), picker.key) == columns.end()) {
@@ -65,7 +70,9 @@ std::vector<std::string> SortColumns(const Picker& picker, const PickerFilter& f
 
 std::string PickerStatement(const Session& session, const Picker& picker,
                             const PickerFilter& filter, int page_size, int limit_from) {
-  std::string rows = fmt::format("{} FROM {}", picker.columns, picker.source);
+  const std::string extra = ExtraColumns(picker, filter);
+  std::string rows =
+      fmt::format("{}{}{} FROM {}", picker.columns, extra.empty() ? "" : ",", extra, picker.source);
   const std::vector<std::string> conditions = Conditions(session, picker, filter);
   if (!conditions.empty()) rows += fmt::format("  WHERE {}", fmt::join(conditions, " AND "));
   if (!picker.group_by.empty()) rows += " GROUP BY " + picker.group_by;

@@ -12,10 +12,24 @@ namespace {
 // The instalments of one loan.
 std::string OfLoan(std::string_view loan_id) { return "LoanID =" + QuoteStr(loan_id); }
 
-// The loan screen takes over what both levels have approved and no loan was made of yet.
-std::string ReadyForLoan(std::string_view opened_from) {
-  return opened_from == "LOAN" ? "AppStatus='Approved' AND AppStatus2='Approved' AND LoanID=''"
-                               : "";
+// The loan screen takes over what both levels have approved and no loan was made of yet. Its extra
+// is "LOAN" and the customer.
+constexpr std::string_view kForLoan = "LOAN";
+
+std::string ReadyForLoan(std::string_view extra) {
+  return extra.starts_with(kForLoan)
+             ? "AppStatus='Approved' AND AppStatus2='Approved' AND LoanID=''"
+             : "";
+}
+
+// Whose application it is; those that the customer has part in come first.
+std::string ApplicantColumns(std::string_view extra) {
+  if (!extra.starts_with(kForLoan) || extra == kForLoan) return {};
+  return fmt::format(
+      "CustID,(SELECT c.CustName FROM CustMast as c WHERE c.CustID=AppMast.CustID) as [CustName],"
+      "case when AppMast.CustID={0} or exists (SELECT k.AppID FROM AppMastLink as k WHERE "
+      "k.AppID=AppMast.AppID AND k.CustID={0}) then 0 else 1 end as [{1}]",
+      QuoteStr(Trim(extra.substr(kForLoan.size()))), kOwnFirst);
 }
 
 Picker Customers() {
@@ -209,7 +223,8 @@ Picker Applications() {
           .condition = "NOT AppID Like '%*%'",
           .searched = {"AppID", "CustID"},
           .company = "AppMast.CompCode",
-          .extra = ReadyForLoan};
+          .extra = ReadyForLoan,
+          .extra_columns = ApplicantColumns};
 }
 
 Picker MessageTemplates() {

@@ -11,6 +11,9 @@
 
 namespace kaunter {
 
+// A column that nobody sees: it sorts the rows of the record in work before all others.
+inline constexpr std::string_view kOwnFirst = "OwnFirst";
+
 // Columns are written as the innermost select names them ("L.LoanID"); an empty one means that the
 // picker lacks what it stands for.
 struct Picker {
@@ -35,6 +38,8 @@ struct Picker {
   std::string loan_balance = {};  // HideLoanChk leaves out rows where it is 0 or less
   // The condition that PickerExtra stands for; none when the picker does not use it.
   std::string (*extra)(std::string_view picker_extra) = nullptr;
+  // Columns behind the others that PickerExtra asks for, the last of them kOwnFirst; "" for none.
+  std::string (*extra_columns)(std::string_view picker_extra) = nullptr;
   bool paged = true;
   bool linked = false;  // on the linked database instead of the main one
 };

@@ -20,6 +20,11 @@ struct LoanApplication {
 std::optional<LoanApplication> ReadApplication(Connection& main, std::string_view app_id,
                                                std::string_view cust_id);
 
+// Whose application it is, name and number, when the customer has no part in it: a loan is made to
+// the person that it was approved for, or to one of those linked to it. "" for one that may be
+// taken.
+std::string OtherApplicant(Connection& main, std::string_view app_id, std::string_view cust_id);
+
 // Inside the transaction that makes the loan: the picker then leaves the application out and its
 // screen is locked. An application that another loan has taken meanwhile stays with that loan;
 // false then.

@@ -24,7 +24,8 @@ bool NewLoanFrm::CheckAll() {
   return MayAmend() && CheckRequired() && CheckFirstInstalment() && CheckCollateral() &&
          CheckLateCharge() && CheckGuarantorIncome() && CheckScheme() && CheckAlternateCode() &&
          CheckFigures() && CheckLowestRate() && CheckInstalmentTotal() && CheckLinkAccounts() &&
-         CheckCredit() && CheckEditedSchedule() && CheckTotalRate() && CheckAmlThreshold();
+         CheckCredit() && CheckEditedSchedule() && CheckTotalRate() && CheckAmlThreshold() &&
+         (taken_application_.empty() || CheckApplicant(taken_application_));
 }
 
 bool NewLoanFrm::RefuseInPlace(Control& control, const Caption& text) {

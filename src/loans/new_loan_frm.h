@@ -279,6 +279,8 @@ class NewLoanFrm : public LoanScreen {
   void ChoosePhoto(GuarantorBoxes& boxes);
   void ShowPhotos();
   void TakeApplication();
+  // The customer of the loan has a part in the application; else it is refused with its owner.
+  bool CheckApplicant(const std::string& application);
 
   // --- the checks of a save (new_loan_checks.cpp); each tells its own refusal
   bool CheckAll();  // all of them in their order

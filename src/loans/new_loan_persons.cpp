@@ -214,12 +214,23 @@ void NewLoanFrm::ShowPhotos() {
 
 // --- the application
 
+bool NewLoanFrm::CheckApplicant(const std::string& application) {
+  const std::string owner = OtherApplicant(main(), application, CustID.text());
+  return owner.empty() ||
+         Refuse(CustID, {fmt::format("Application {} belongs to {}, and customer {} has no part in "
+                                     "it. Choose an application of this customer.",
+                                     application, owner, CustID.text()),
+                         fmt::format("申请 {} 属于 {}，与顾客 {} 无关。请选择此顾客的申请。",
+                                     application, owner, CustID.text())});
+}
+
 void NewLoanFrm::TakeApplication() {
   if (CustID.empty()) {
     Refuse(CustID, {"Customer Code is requried", "请输入顾客编号"});
     return;
   }
-  const std::string id = Pick(session(), desk(), "AppPop", {}, "LOAN");
+  const std::string id = Pick(session(), desk(), "AppPop", {}, "LOAN " + CustID.text());
+  if (!id.empty() && !CheckApplicant(id)) return;
   const auto application = id.empty() ? std::nullopt : ReadApplication(main(), id, CustID.text());
   if (!application) return;
   Record terms("AppMast", "AppID");

@@ -328,6 +328,20 @@ TEST_F(PopupFrmTest, ExtraNarrowsInstalmentsAndApplications) {
   }
   EXPECT_THAT(Keys(Open("AppPop")), ElementsAre("A1", "A2", "A3"));
   EXPECT_THAT(Keys(Open("AppPop", "", "LOAN")), ElementsAre("A1"));
+  // The loan screen sees whose they are, its customer's first: the own ones and those with a part.
+  for (const char* values : {"'A5','C''1'", "'A6','C2'", "'A7','C2'"}) {
+    office.Run(
+        fmt::format("INSERT INTO AppMast (AppID,CustID,AppStatus,AppStatus2,LoanID) VALUES "
+                    "({},'Approved','Approved','')",
+                    values));
+  }
+  office.Run(
+      "INSERT INTO AppMastLink (AppID,CustID) VALUES ('A7','C''1'); "
+      "INSERT INTO CustMast (CustID,CustName) VALUES ('C''1','Tan')");
+  PopupFrm& own_first = Open("AppPop", "", "LOAN C'1");
+  EXPECT_THAT(Keys(own_first), ElementsAre("A5", "A7", "A1", "A6"));
+  EXPECT_EQ(own_first.DG.Cell(0, own_first.DG.ColumnIndex("CustName")), "Tan");
+  EXPECT_EQ(own_first.DG.columns().back().weight, 0);
 }
 
 TEST_F(PopupFrmTest, LinkedCustomersComeFromTheOtherDatabase) {

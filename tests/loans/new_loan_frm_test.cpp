@@ -899,7 +899,7 @@ TEST_F(LoanScreen, AnApplicationFillsTheLoan) {
   Set("CustID", "HQ0001");
   desk.on_show = [&] {
     EXPECT_EQ(office.session.PickerName, "AppPop");
-    EXPECT_EQ(office.session.PickerExtra, "LOAN");  // ready for a loan
+    EXPECT_EQ(office.session.PickerExtra, "LOAN HQ0001");  // ready for this customer's loan
     office.session.PickerName.clear();
     office.session.CallerTag = "AP0001";
   };

@@ -136,6 +136,33 @@ TEST_F(LoanSave, AnApplicationIsTakenUpWithItsLoanAndFreeAgainWithout) {
   EXPECT_EQ(taken_by(), "");
 }
 
+TEST_F(LoanSave, AnApplicationIsTakenByThoseWhoHaveAPartInIt) {
+  office.Run(
+      "INSERT INTO CustMast (CustID,CustName,CompCode,CustStatus) VALUES ('HQ0002','Wong','HQ',"
+      "'ACTIVE');"
+      "INSERT INTO AppMast (AppID,CompCode,CustID,NextDueDate,LoanAmt,LoanTypeID,LoanType,DragLoan,"
+      "InsRate,LoanTerm,LoanID) VALUES ('AP0002','HQ','HQ0002','2024-02-29',777,'MONTH',"
+      "'Unsecured','0',18,'12','')");
+  const char* refused =
+      "Application AP0002 belongs to Wong (HQ0002), and customer HQ0001 has no part in it. Choose "
+      "an application of this customer.";
+  desk.picked = "AP0002";
+  auto screen = Open("New Loan");
+  Fill(*screen);
+  screen->SSCommand3.Click();
+  EXPECT_EQ(desk.last(), refused);
+  EXPECT_EQ(screen->LoanAmt.text(), "10,000.00");
+  // Another customer in the place of the one who had a part.
+  office.Run(
+      "INSERT INTO AppMastLink (AppID,CustID,AppType) VALUES ('AP0002','HQ0001','Guarantor')");
+  screen->SSCommand3.Click();
+  EXPECT_EQ(screen->LoanAmt.text(), "777.00");
+  office.Run("DELETE FROM AppMastLink");
+  Save(*screen);
+  EXPECT_EQ(desk.last(), refused);
+  EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM LoanMast"), "0");
+}
+
 // --- the schedule that follows
 
 TEST_F(LoanSave, OpenTermsAreGeneratedAnewAndTakeTheLinesEditedByHand) {
