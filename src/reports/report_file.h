@@ -86,6 +86,7 @@ struct ReportFile {
   std::string query;                    // with {selection} where the condition goes
   FileLine query_line;
   std::string order;
+  FileLine order_line;
   std::map<std::string, std::string> defaults;  // of parameters, by name in lower case
   std::map<std::string, std::string> aliases;   // by what a formula says, in lower case
   std::vector<ReportColumn> columns;

@@ -9,6 +9,7 @@
 
 #include "core/values.h"
 #include "reports/list_lines.h"
+#include "reports/reading_statement.h"
 #include "reports/report_texts.h"
 
 namespace kaunter {
@@ -74,6 +75,7 @@ class FileParser {
     } else if (key == "order") {
       words.Need(1);
       file_.order = Trim(text.substr(text.find("order") + 5));
+      file_.order_line = Here();
     } else if (key == "parameter") {
       words.Need(1);
       file_.defaults[Lower(words.Word(1))] = words.size() > 2 ? words.Caption(2, file_) : "";
@@ -251,6 +253,35 @@ class FileParser {
     if (file_.query.find("{selection}") == std::string::npos) {
       throw std::invalid_argument("the query has no {selection} where the condition goes");
     }
+    CheckQuery();
+  }
+
+  // As it stands in the file, so that the line can be told; what the places make of it is looked at
+  // before it is sent.
+  void CheckQuery() const {
+    std::string statement = WithoutPlaces(file_.query);
+    const std::size_t order = statement.size();
+    if (!file_.order.empty()) statement += " ORDER BY " + WithoutPlaces(file_.order);
+    const auto fault = FaultOfReading(statement);
+    if (!fault) return;
+    FileLine line = fault->at < order ? file_.query_line : file_.order_line;
+    if (fault->at < order) {
+      line.number += 1 + static_cast<int>(std::count(
+                             statement.begin(),
+                             statement.begin() + static_cast<std::ptrdiff_t>(fault->at), '\n'));
+    }
+    throw std::runtime_error(fmt::format("{}: {}.", line.Told(), fault->what));
+  }
+
+  // A place gives one value: it is a figure as long as its name.
+  static std::string WithoutPlaces(std::string text) {
+    for (auto open = text.find('{'); open != std::string::npos; open = text.find('{', open)) {
+      const auto close = text.find('}', open);
+      if (close == std::string::npos) break;
+      text.replace(open, close + 1 - open, close + 1 - open, ' ');
+      text[open] = '1';
+    }
+    return text;
   }
 
   void FinishLetter() {

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "core/values.h"
+#include "reports/reading_statement.h"
 #include "reports/report_company.h"
 #include "reports/selection_formula.h"
 
@@ -69,6 +70,8 @@ class StatementWriter {
           "the query does not show whose rows it gives; a place {company Table.Column} tells it");
     }
     if (!file_.order.empty()) statement += " ORDER BY " + file_.order;
+    // Quotes around a place would let a value out of them.
+    if (const auto fault = FaultOfReading(statement)) Refuse(fault->what);
     return statement;
   }
 

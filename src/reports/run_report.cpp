@@ -32,7 +32,7 @@ Recordset ReadRows(const ReportFile& file, const ReportJob& job, const std::stri
     return stopped;
   });
   try {
-    return job.Connect->Query(statement);
+    return job.Connect->QueryOnly(statement);
   } catch (const SqlError& error) {
     if (stopped) throw ReportStopped{};
     throw SqlError(error.number(), fmt::format("{}, the query that begins there: {}",

@@ -21,6 +21,7 @@ class SampleDatabase : public Connection {
  protected:
   std::int64_t DoExecute(std::string_view) override { return 0; }
   Recordset DoQuery(std::string_view sql) override;
+  Recordset DoQueryOnly(std::string_view sql) override { return DoQuery(sql); }
   void DoBegin() override {}
   void DoCommit() override {}
   void DoRollback() override {}

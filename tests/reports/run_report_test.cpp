@@ -110,6 +110,64 @@ TEST(RunReport, AValueIsNeverReadAsAStatement) {
   EXPECT_EQ(books.Loans(""), "L1L2L3L4");
 }
 
+// Neither on the embedded engine nor on a server that runs whatever follows: so the words count.
+TEST(RunReport, AFileOnlyReads) {
+  Books books;
+  const std::string select = "SELECT LoanID FROM Loans WHERE {selection}";
+  const struct {
+    std::string query, order;
+    const char* told;  // of the line and what is wrong
+  } cases[] = {
+      {select, "LoanID", ""},
+      {"-- DELETE, /* UPDATE\n" + select + ";\n/* DROP */ -- ; x", "", ""},
+      {"SELECT LoanID, 'DROP; TABLE' AS [delete] FROM Loans WHERE {selection}\nUNION ALL\nSELECT "
+       "'L9', 'x' FROM Loans WHERE LoanID IN (SELECT LoanID FROM Loans)",
+       "", ""},
+      {"WITH few AS (SELECT LoanID FROM Loans), more AS (SELECT LoanID FROM few)\nSELECT LoanID "
+       "FROM more WHERE {selection}",
+       "", ""},
+      {"DELETE FROM Loans; " + select, "", "line 2: a report only reads: its query is one"},
+      {"\nEXEC wipe " + select, "", "line 3: a report only reads: its query is one"},
+      {"(" + select + ")", "", "line 2: a report only reads: its query is one"},
+      {"SELECT 1;\n" + select, "", "line 3: a report only reads, by one"},
+      {"SELECT 1\n\n" + select, "", "line 4: a report only reads, by one"},
+      {"WITH a AS (SELECT 1 AS x) SELECT 1 FROM a\n" + select, "",
+       "line 3: a report only reads, by"},
+      {"WITH a AS (SELECT 1 AS x)\nDELETE FROM Loans WHERE {selection}", "",
+       "line 3: a report only"},
+      {select + "\nDELETE FROM Loans", "", "line 3: a report only reads, and DELETE is"},
+      {select + "\ninsert INTO Loans (LoanID) VALUES ('x')", "", "reads, and insert is"},
+      {"SELECT LoanID\nInto Copied FROM Loans WHERE {selection}", "",
+       "line 3: a report only reads"},
+      {select + " AND 1=1edelete FROM Loans", "", "line 2: a blank is missing behind a number"},
+      {select + " AND 1=0xfupdate Loans", "", "line 2: a blank is missing behind a number"},
+      {select + " AND Code=Code\u00a0TRUNCATE\u00a0TABLE Loans", "", "and TRUNCATE is"},
+      {"SELECT * FROM OPENQUERY(s, 'DELETE') WHERE {selection}", "", "and OPENQUERY is"},
+      {"SELECT 1 -- \rDELETE FROM Loans\n WHERE {selection}", "",
+       "line 2: a line break of another"},
+      {select + " /* never closed", "", "Missing end comment"},
+      {select, "LoanID; DELETE FROM Loans", "line 6: a report only reads, by one"},
+      {select, "LoanID DELETE FROM Loans", "line 6: a report only reads, and DELETE is"},
+      {select + " AND Code<>'{?P}'", "", "line 1: a report only reads, by one"},
+  };
+  const std::string before = books.Loans("");
+  for (const auto& c : cases) {
+    books.Write("only.rpt", "query\n" + c.query + "\nend\ncolumn \"Loan\" LoanID text 9\nalias " +
+                                "x = Loans\n" + (c.order.empty() ? "" : "order " + c.order + "\n"));
+    ReportJob job = books.Job("", "only.rpt");
+    job.ParameterFields[0] = "P;x; DELETE FROM Loans;True";
+    std::string told;
+    try {
+      RunWholeReport(job);
+    } catch (const std::runtime_error& error) {
+      told = error.what();
+    }
+    const bool as_told = *c.told == '\0' ? told.empty() : told.find(c.told) != std::string::npos;
+    EXPECT_TRUE(as_told) << c.query << "\n" << told;
+    EXPECT_EQ(books.Loans(""), before) << c.query;
+  }
+}
+
 TEST(RunReport, AnUnknownTableOrColumnNamesTheFileAndItsQuery) {
   Books books;
   for (const char* formula : {"{Customers.Name} = 'A'", "{Loans.Nmae} = 'A'"}) {

@@ -41,6 +41,11 @@ Recordset Connection::Query(std::string_view sql) {
   return DoQuery(sql);
 }
 
+Recordset Connection::QueryOnly(std::string_view sql) {
+  Announce(sql);
+  return DoQueryOnly(sql);
+}
+
 void Connection::BeginTrans() {
   if (InTransaction()) {
     RollbackTrans();

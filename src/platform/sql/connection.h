@@ -78,6 +78,10 @@ class Connection {
   std::int64_t Execute(std::string_view sql);
   // The rows of the last statement of the batch that gives rows.
   Recordset Query(std::string_view sql);
+  // The same for a text that others may have written: it runs in a transaction that may not write
+  // and is rolled back, without the lock that BeginTrans takes where an engine has one. Inside an
+  // open transaction it sees what that has written, which then stands as it stood.
+  Recordset QueryOnly(std::string_view sql);
   void BeginTrans();
   void CommitTrans();
   void RollbackTrans();
@@ -101,6 +105,7 @@ class Connection {
  protected:
   virtual std::int64_t DoExecute(std::string_view sql) = 0;
   virtual Recordset DoQuery(std::string_view sql) = 0;
+  virtual Recordset DoQueryOnly(std::string_view sql) = 0;
   virtual void DoBegin() = 0;
   virtual void DoCommit() = 0;
   virtual void DoRollback() = 0;

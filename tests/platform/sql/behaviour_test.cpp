@@ -649,6 +649,32 @@ TEST_P(Behaviour, TwoDesktopsSeeEachOther) {
   EXPECT_EQ(Show(other->Query("select PaymentNo from NumberMast")), "50");
 }
 
+TEST_P(Behaviour, WhatOnlyReadsKeepsNothingAndWaitsForNobody) {
+  const auto other = Open("Other");
+  const std::string writes = "update NumberMast set PaymentNo=99; select PaymentNo from NumberMast";
+  const auto try_to_write = [&] {
+    try {
+      db_->QueryOnly(writes);
+    } catch (const SqlError&) {
+      // An engine that can refuse does; the others take it back.
+    }
+  };
+  try_to_write();
+  EXPECT_FALSE(db_->InTransaction());
+  other->BeginTrans();
+  other->Execute("update NumberMast set PaymentNo=50");
+  EXPECT_EQ(Show(db_->QueryOnly("select PaymentNo from NumberMast")), "7");
+  other->CommitTrans();
+  // Inside a transaction its own rows are seen, and go on standing.
+  db_->BeginTrans();
+  db_->Execute("update NumberMast set PaymentNo=51");
+  try_to_write();
+  EXPECT_EQ(Show(db_->QueryOnly("select PaymentNo from NumberMast")), "51");
+  db_->CommitTrans();
+  EXPECT_EQ(Show(other->Query("select PaymentNo from NumberMast")), "51");
+  EXPECT_EQ(other->Execute("update NumberMast set PaymentNo=8"), 1);
+}
+
 TEST_P(Behaviour, ABatchStopsAtItsFirstFailure) {
   EXPECT_EQ(
       NumberOf(*db_,

@@ -37,6 +37,12 @@ Recordset OdbcConnection::DoQuery(std::string_view sql) {
   return outcome.rows ? std::move(*outcome.rows) : Recordset();
 }
 
+Recordset OdbcConnection::DoQueryOnly(std::string_view sql) {
+  Link& link = Open();
+  OdbcOutcome outcome = link.dialect->RunReading(link.session, sql);
+  return outcome.rows ? std::move(*outcome.rows) : Recordset();
+}
+
 void OdbcConnection::DoBegin() {
   Link& link = Open();
   link.dialect->Begin(link.session);

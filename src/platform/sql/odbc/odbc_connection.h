@@ -29,6 +29,7 @@ class OdbcConnection : public Connection {
  protected:
   std::int64_t DoExecute(std::string_view sql) override;
   Recordset DoQuery(std::string_view sql) override;
+  Recordset DoQueryOnly(std::string_view sql) override;
   void DoBegin() override;
   void DoCommit() override { link_->session.Commit(); }
   void DoRollback() override;

@@ -23,6 +23,38 @@ class SqlServerDialect : public OdbcDialect {
 
 }  // namespace
 
+OdbcOutcome OdbcDialect::RunReading(OdbcSession& session, std::string_view batch) {
+  const bool own = !session.InTransaction();
+  if (own) {
+    session.Begin();
+  } else {
+    session.Run(Mark(), false);
+  }
+  const auto back = [&] {
+    if (own) {
+      session.Rollback();
+      Forget();
+    } else if (session.InTransaction() && !session.Lost()) {
+      session.Run(BackToMark(), false);
+      ForgetSinceMark();
+    }
+  };
+  OdbcOutcome outcome;
+  try {
+    if (!OnlyRead().empty()) session.Run(OnlyRead(), false);
+    outcome = Run(session, batch, true);
+  } catch (const SqlError&) {
+    try {
+      back();
+    } catch (const SqlError&) {
+      // The failure of the statement is the one to tell.
+    }
+    throw;
+  }
+  back();
+  return outcome;
+}
+
 OdbcOutcome TranslatingDialect::Run(OdbcSession& session, std::string_view batch, bool want_rows) {
   OdbcOutcome outcome;
   std::vector<std::string> statements;

@@ -16,8 +16,19 @@ class OdbcDialect {
   // Runs a batch of T-SQL on `session`, to the first failure.
   virtual OdbcOutcome Run(OdbcSession& session, std::string_view batch, bool want_rows) = 0;
   virtual void Begin(OdbcSession& session) { session.Begin(); }
+  // Runs a batch for its rows, in a transaction that is rolled back; inside an open one back to
+  // where that stood.
+  OdbcOutcome RunReading(OdbcSession& session, std::string_view batch);
   // Called behind a rollback: what the dialect remembers of the tables may be undone.
   virtual void Forget() {}
+
+ protected:
+  // A mark inside a transaction, and the way back to it.
+  virtual std::string_view Mark() const { return "SAVE TRANSACTION only_read"; }
+  virtual std::string_view BackToMark() const { return "ROLLBACK TRANSACTION only_read"; }
+  // What keeps a transaction, from here on, from writing; "" where the engine has no word for it.
+  virtual std::string_view OnlyRead() const { return ""; }
+  virtual void ForgetSinceMark() {}
 };
 
 // A dialect that translates, and so meets BEGIN, COMMIT and ROLLBACK TRAN among the statements.
@@ -27,6 +38,10 @@ class TranslatingDialect : public OdbcDialect {
   void Forget() override { nested_ = 0; }
 
  protected:
+  std::string_view Mark() const override { return "SAVEPOINT only_read"; }
+  std::string_view BackToMark() const override {
+    return "ROLLBACK TO SAVEPOINT only_read; RELEASE SAVEPOINT only_read";
+  }
   // `outcome` holds what the statements before have left; rows and count are put over it.
   virtual void RunStatement(OdbcSession& session, const std::string& statement, const Shape& shape,
                             bool want_rows, OdbcOutcome* outcome) = 0;

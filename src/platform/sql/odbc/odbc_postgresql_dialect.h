@@ -48,6 +48,10 @@ class PostgresDialect : public TranslatingDialect {
   void Begin(OdbcSession& session) override;
   void Forget() override;
 
+ protected:
+  std::string_view OnlyRead() const override { return "SET TRANSACTION READ ONLY"; }
+  void ForgetSinceMark() override { sent_clock_.reset(); }
+
  private:
   struct Plan {
     std::vector<Translated> steps;

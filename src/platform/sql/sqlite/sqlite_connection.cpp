@@ -58,6 +58,25 @@ Recordset SqliteConnection::DoQuery(std::string_view sql) {
   return std::move(outcome.rows);
 }
 
+Recordset SqliteConnection::DoQueryOnly(std::string_view sql) {
+  // Where the transaction was left by a word of the batch itself there is nothing to roll back.
+  struct ReadOnly {
+    ReadOnly(sqlite3* of, bool is_own, const std::string& path) : db(of), own(is_own) {
+      RunPlain(db, own ? "BEGIN" : "SAVEPOINT only_read", path);
+      RunPlain(db, "PRAGMA query_only = ON", path);
+    }
+    ~ReadOnly() {
+      sqlite3_exec(db, own ? "ROLLBACK" : "ROLLBACK TO only_read; RELEASE only_read", nullptr,
+                   nullptr, nullptr);
+      sqlite3_exec(db, "PRAGMA query_only = OFF", nullptr, nullptr, nullptr);
+    }
+    sqlite3* db;
+    bool own;
+  };
+  const ReadOnly reading(db_.get(), !InTransaction(), path_);
+  return DoQuery(sql);
+}
+
 void SqliteConnection::RunBatch(std::string_view batch, Outcome* outcome) {
   const bool looked = look_.Read(batch);
   if (looked) {

@@ -41,6 +41,7 @@ class SqliteConnection final : public Connection {
  protected:
   std::int64_t DoExecute(std::string_view sql) override;
   Recordset DoQuery(std::string_view sql) override;
+  Recordset DoQueryOnly(std::string_view sql) override;
   void DoBegin() override;
   void DoCommit() override;
   void DoRollback() override;
