@@ -54,7 +54,7 @@ class Statement {
     for (void (Statement::*step)() :
          {&Statement::OpenRows, &Statement::Drawdowns, &Statement::Payments,
           &Statement::TotalInterest, &Statement::Charges, &Statement::MonthsOfBatch,
-          &Statement::EarlierBatch}) {
+          &Statement::EarlierBatch, &Statement::TopUps}) {
       steps_.emplace_back();
       (this->*step)();
     }
@@ -77,6 +77,7 @@ class Statement {
   void Charges();
   void MonthsOfBatch();
   void EarlierBatch();
+  void TopUps();
 
   // The rows of a statement that has its WHERE, filtered, up to the cut-off.
   Recordset UpToCutOff(std::string_view select, std::string_view date, std::string_view more = {}) {
@@ -107,6 +108,7 @@ class Statement {
   Recordset charges_;
   Recordset months_;
   Recordset earlier_batch_;
+  Recordset top_ups_;
   std::vector<Batch> steps_;
 };
 
@@ -146,6 +148,10 @@ void Statement::Read() {
       "LoanMast as l on l.LoanID=c.LoanID WHERE c.ChargeAmt > 0 AND c.PType = 'Batch' AND "
       "c.TrxDate < {}{} GROUP BY c.LoanID",
       SqlDate(from_), filter_));
+  top_ups_ = UpToCutOff(
+      "SELECT p.PayID,p.PayDate,p.LoanID,p.TopAmt*p.TopTerm as [TopUp] FROM PaymentMast as p inner "
+      "join LoanMast as l on l.LoanID=p.LoanID WHERE p.TopAmt*p.TopTerm <> 0 ",
+      "p.PayDate");
 }
 
 std::string OpeningID(const Value& loan_id) { return "#-" + NullToEmpty(loan_id); }
@@ -321,6 +327,22 @@ void Statement::EarlierBatch() {
   for (; !sum.Eof(); sum.MoveNext()) {
     const std::string amount = AmountLiteral(sum.Field("ChargeAmt"));
     AddToOpening(sum.Field("LoanID"), {{kDebit, amount}, {kCharges, amount}});
+  }
+}
+
+// What a payment adds to its loan is owed like a drawdown.
+void Statement::TopUps() {
+  Recordset& row = top_ups_;
+  for (; !row.Eof(); row.MoveNext()) {
+    const Value& id = row.Field("LoanID");
+    const std::string amount = AmountLiteral(row.Field("TopUp"));
+    const Amounts amounts = {{kDebit, amount}, {kDrawdown, amount}};
+    if (Earlier(row.Field("PayDate"))) {
+      AddToOpening(id, amounts);
+    } else {
+      const std::string payment = NullToEmpty(row.Field("PayID"));
+      List(id, {payment + "+", "Loan Top Up", payment, DateLiteral(row.Field("PayDate")), amounts});
+    }
   }
 }
 

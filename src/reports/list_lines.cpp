@@ -128,8 +128,8 @@ ReportColumn LineWords::Column(const ReportFile& file, const FileLine& line) con
   if (column.sum && !column.running.empty()) {
     Refuse("a running figure has no sum; \"last\" shows where it ends");
   }
-  if (!column.restart.empty() && column.running.empty()) {
-    Refuse("\"per\" belongs to a running figure");
+  if ((!column.restart.empty() || column.before) && column.running.empty()) {
+    Refuse(fmt::format("\"{}\" belongs to a running figure", column.before ? "before" : "per"));
   }
   return column;
 }
@@ -144,10 +144,12 @@ void LineWords::ColumnOptions(std::size_t at, ReportColumn& column) const {
       column.blank_zero = true;
     } else if (Is(at, "wrap")) {
       column.wrap = true;
+    } else if (Is(at, "before")) {
+      column.before = true;
     } else if (Is(at, "per") && at + 1 < words_.size()) {
       column.restart = Word(++at);
     } else {
-      Unknown(at, "sum, last, blank, wrap, or per and a column");
+      Unknown(at, "sum, last, blank, wrap, before, or per and a column");
     }
   }
 }

@@ -31,6 +31,7 @@ struct ReportColumn {
   bool blank_zero = false;  // 0 is left out
   bool wrap = false;        // a long text takes several lines
   std::vector<RunningTerm> running;
+  bool before = false;  // the running figure as it was before its row
   std::string restart;  // the running figure begins anew when this column changes; "" for never
   FileLine line;
 };

@@ -57,10 +57,11 @@ std::vector<Money> ReportTable::Running(const ReportColumn& column,
         !key.empty() && row > 0 &&
         !SameText(NullToEmpty(values[restart]), NullToEmpty(rows_.rows()[row - 1][restart]));
     if (anew) figure = {};
+    if (column.before) running.push_back(figure);
     for (const auto& [field, minus] : terms) {
       figure += minus ? -MoneyOf(values[field]) : MoneyOf(values[field]);
     }
-    running.push_back(figure);
+    if (!column.before) running.push_back(figure);
   }
   return running;
 }
@@ -72,9 +73,7 @@ Value ReportTable::CellValue(std::size_t column, std::size_t row) const {
 
 std::string ReportTable::CellText(std::size_t column, std::size_t row) const {
   const ReportColumn& shown = file_.columns[column];
-  const Place& place = places_[column];
-  if (!place.running.empty()) return ShowCell(Value(place.running[row]), shown.kind);
-  const Value& value = rows_.rows()[row][place.field];
+  const Value value = CellValue(column, row);
   const bool nothing = shown.blank_zero && value.AsText() == nullptr && value.AsDate() == nullptr &&
                        MoneyOf(value).IsZero();
   return nothing ? std::string() : ShowCell(value, shown.kind);

@@ -30,8 +30,8 @@ struct CashOffice : ReportOffice {
         "SupplierTrans (TransID,SuppID,LoanID,CustID,CompCode,TrxDate,TransDesc,TransType,TransAmt,"
         "UserID)",
         {"'SI1','S1','L4','C3','HQ','2024-01-04','Towing of the lorry','Invoice',450.50,'AMY'",
-         "'SC1','S1','L4','C3','HQ','2024-01-09','Towed a shorter way','Credit Note',50.50,'BOB'",
-         "'SP1','S1','','','HQ','2024-01-15','Paid','Payment',300,'AMY'",
+         "'SC1','S1','L4','C3','HQ','2024-01-09','Towed a shorter way','Credit Note',-50.50,'BOB'",
+         "'SP1','S1','','','HQ','2024-01-15','Paid','Payment',-300,'AMY'",
          // A supplier that was deleted, in another company.
          "'SI2','S9','','','KL','2023-12-30','Stamps','Invoice',12.30,'EVE'"});
   }
@@ -156,7 +156,9 @@ TEST(CashReports, Suppliers) {
               .parameters = kPlain,
               .sums = {{"Invoiced", "SELECT 462.80"},
                        {"Credited", "SELECT 50.50"},
-                       {"Paid", "SELECT 300"}},
+                       {"Paid", "SELECT 300"},
+                       // 450.50, 400.00 and 100.00 of S1, 12.30 of S9
+                       {"", "SELECT 962.80"}},
               .count = "SELECT COUNT(*) FROM SupplierTrans",
               .twin = "-"},
              {.file = "SuppTrans.rpt",

@@ -32,7 +32,9 @@ struct PlainOffice {
     std::string id, loan, company, bank;
     DateTime date;
     std::optional<Money> pay;  // PayAmt may be Null, and a sum with it
-    Money int_amt, charge, collector, discount, top_up, interest_paid, capital_paid, extra, balance;
+    Money int_amt, charge, collector, discount, top_up, interest_paid, capital_paid, extra, balance,
+        top;
+    int top_term = 0;
   };
   struct Charge {
     std::string id, loan, company, ptype;
@@ -114,6 +116,8 @@ class RandomOffice {
                             &p.interest_paid, &p.capital_paid, &p.extra, &p.balance}) {
         if (OneIn(2)) *amount = Amount();
       }
+      if (OneIn(4)) p.top = Amount();
+      p.top_term = OneIn(3) ? 0 : 2;  // one without the other is no top-up
       office_.payments.push_back(p);
     }
     static const std::array kKinds = {
@@ -161,6 +165,8 @@ inline void Store(const PlainOffice& plain, StagedOffice& o) {
                         .bank = p.bank,
                         .company = p.company,
                         .balance = p.balance.ToText()});
+    o.Run(fmt::format("UPDATE PaymentMast SET TopAmt={},TopTerm={} WHERE PayID={}", p.top.ToText(),
+                      p.top_term, QuoteStr(p.id)));
   }
   for (const auto& c : plain.charges) {
     o.AddCharge(c.id, c.loan, c.date.ToCanonical(), c.ptype, c.amount.ToText(), "", "2024-01-31",
@@ -223,6 +229,9 @@ inline PlainRows StatementModel(const PlainOffice& office, const PlainRun& run) 
             {12, p.int_amt},
             {13, p.extra},
             {14, kept}});
+      if (const Money top = p.top_term * p.top; !top.IsZero()) {
+        post(loan.id, p.id + "+", p.date, {{1, top}, {8, top}});
+      }
       if (p.date >= run.from && !p.discount.IsZero()) {
         post(loan.id, p.id + "*", p.date, {{2, p.discount}, {14, p.discount}});
       }

@@ -118,7 +118,9 @@ TEST(StagedModelTest, ClosingBalanceWhateverTheFirstDay) {
       if (d.loan == loan.id && d.date <= to) sum += d.amount;
     }
     for (const auto& p : office.payments) {  // a discount is a part of what is paid
-      if (p.loan == loan.id && p.date <= to && p.pay) sum -= *p.pay + p.int_amt + p.charge;
+      if (p.loan != loan.id || p.date > to) continue;
+      sum += p.top_term * p.top;
+      if (p.pay) sum -= *p.pay + p.int_amt + p.charge;
     }
     for (const auto& c : office.charges) {
       if (c.loan == loan.id && c.date <= to && c.ptype != "Payment") sum += c.amount;

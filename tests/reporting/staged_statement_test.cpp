@@ -199,7 +199,7 @@ TEST(StagedStatementTest, WhatIsWrittenIsReadBefore) {
   ASSERT_TRUE(StageStatement(o.session(), o.desk, January()));
   o.main().SetTrace({});
   EXPECT_EQ(trace,
-            "BEGIN SELECT SELECT SELECT SELECT SELECT SELECT SELECT COMMIT "
+            "BEGIN SELECT SELECT SELECT SELECT SELECT SELECT SELECT SELECT COMMIT "
             "BEGIN DELETE INSERT INSERT UPDATE UPDATE COMMIT ");
 }
 
