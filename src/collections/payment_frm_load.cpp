@@ -7,6 +7,7 @@
 #include "core/amounts.h"
 #include "core/company_access.h"
 #include "core/values.h"
+#include "loans/money_gate.h"
 
 namespace kaunter {
 namespace {
@@ -60,6 +61,7 @@ bool PaymentFrm::OpenLoan(const std::string& code) {
     Refuse({"Loan settled, cannot make payment", "贷款已结清，不可付款"});
     return false;
   }
+  if (const auto refusal = CheckRows(main(), id)) return Refuse(refusal->text);
   SaveCmd.SetEnabled(true);
   LeaveCheque();   // one typed before the loan brings its amount now
   LeavePayDate();  // and a date is looked at with it

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <stdexcept>
 #include <utility>
 
 #include "collections/receipt_number.h"
@@ -13,6 +14,7 @@
 #include "core/sequences.h"
 #include "core/session.h"
 #include "core/values.h"
+#include "loans/money_gate.h"
 
 namespace kaunter {
 namespace {
@@ -127,9 +129,13 @@ void RefuseTakenReceipt(Connection& main, const Payment& payment) {
   }
 }
 
-void RequireLoan(Connection& main, const std::string& loan_id) {
-  if (main.Query("SELECT LoanID FROM LoanMast WHERE LoanID=" + QuoteStr(loan_id)).Eof()) {
+void RequireLoan(const Session& session, const std::string& loan_id) {
+  if (session.Main().Query("SELECT LoanID FROM LoanMast WHERE LoanID=" + QuoteStr(loan_id)).Eof()) {
     throw SqlError(kRowNotFound, fmt::format("{} not found", loan_id));
+  }
+  // It would reach no row, and the balance would fall below nothing.
+  if (const auto refusal = CheckRows(session.Main(), loan_id)) {
+    throw std::runtime_error(session.In(refusal->text));
   }
 }
 
@@ -155,7 +161,7 @@ std::vector<Value> AuditValues(const Payment& payment) {
 
 void CreatePayment(Session& session, Payment& payment) {
   Connection& main = session.Main();
-  RequireLoan(main, payment.LoanID);
+  RequireLoan(session, payment.LoanID);
   Payment made = payment;
   made.PayID = NextPaymentNumber(main, made.LoanID);
   RefuseTakenReceipt(main, made);

@@ -11,6 +11,7 @@
 #include "core/record.h"
 #include "core/sequences.h"
 #include "core/values.h"
+#include "loans/money_gate.h"
 
 namespace kaunter {
 namespace {
@@ -157,6 +158,9 @@ void CreateSettlement(const Session& session, Settlement& settlement) {
   if (balance != settlement.LoanBal) {
     throw std::runtime_error(fmt::format("The balance of {} is {} now, please load the loan again",
                                          settlement.LoanID, ShowMoney(balance)));
+  }
+  if (const auto refusal = CheckRows(main, settlement.LoanID)) {
+    throw std::runtime_error(session.In(refusal->text));
   }
   const std::vector<std::string> open =
       ReadSchIDs(main, fmt::format("SELECT SchID from SchMast WHERE LoanID={} and PayableAmt <> "

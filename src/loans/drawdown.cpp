@@ -13,6 +13,7 @@
 #include "core/values.h"
 #include "links/accounting_link.h"
 #include "loans/loan_lifecycle.h"
+#include "loans/money_gate.h"
 #include "screen/hourglass.h"
 
 namespace kaunter {
@@ -144,7 +145,8 @@ bool Drawdown::Check() {
   if (ExceedsLoan()) {
     return Refuse(DrawDownAmt, {"Drawdown amount cannot more than loan amount"});
   }
-  return true;
+  const auto refusal = CheckRows(main(), LoanID.text());
+  return !refusal || Refuse(refusal->text);
 }
 
 void Drawdown::Save() {
@@ -164,7 +166,11 @@ void Drawdown::Save() {
 void Drawdown::Store() {
   const bool is_new = IsNew();
   // Another desktop may have released the rest while the question stood.
+  LockLoan(main(), LoanID.text());
   if (ExceedsLoan()) throw std::runtime_error("Drawdown amount cannot more than loan amount");
+  if (const auto refusal = CheckRows(main(), LoanID.text())) {
+    throw std::runtime_error(session().In(refusal->text));
+  }
   if (is_new) {
     SID.SetText(DrawNumber(main(), CompCode.text()));
     main().Execute(record_.InsertStatement());

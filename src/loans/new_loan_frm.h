@@ -314,8 +314,9 @@ class NewLoanFrm : public LoanScreen {
   void TakeSaved(bool is_new);  // the loan stands: the screen edits it from here on
   void KeepGuarantorPhotos();
   LoanFigures Figures() const;  // of the boxes
-  void LinkLoanDocuments();
   void WriteSchedule(bool is_new);
+  void ReplayPayments();
+  void LinkLoanDocuments();
   void ReloadAfterSave(const std::string& mode);
   void CloseOrOpen(bool close);
   void Delete();

@@ -1,5 +1,5 @@
-// The save of a loan: the row and the totals in one transaction, then what follows the commit. And
-// the ends of a loan's life that the same button serves: close, open back, delete.
+// The save of a loan: the row, the totals and the schedule in one transaction, then what follows
+// the commit. And the ends of a loan's life that the same button serves: close, open back, delete.
 #include <fmt/format.h>
 
 #include <stdexcept>
@@ -58,15 +58,15 @@ void NewLoanFrm::SaveLoan() {
   }
   if (!Confirm({"Confirm to save ?", "确定储存？"})) return;
   const std::string mode = LoanMode;
-  SaveOK = true;
-  if (WriteLoanRecord() && LinkIsOn(session())) LinkLoanDocuments();
+  SaveOK = WriteLoanRecord();
   if (!SaveOK) return;
-  WriteSchedule(is_new);
+  ReplayPayments();
+  if (LinkIsOn(session())) LinkLoanDocuments();
   LogDone(session(), mode, LoanID.text(), "saved");
   ReloadAfterSave(mode);
 }
 
-// --- the row and the totals
+// --- the row, the totals and the schedule
 
 bool NewLoanFrm::WriteLoanRecord() {
   const Hourglass busy(desk());
@@ -76,7 +76,6 @@ bool NewLoanFrm::WriteLoanRecord() {
   } catch (const std::exception& failure) {
     // A new loan's number went back with the rollback: the box must not go on showing it.
     if (is_new) LoanID.Clear();
-    SaveOK = false;
     LogRollback(session(), LoanMode, failure);
     Tell(MessageKind::critical,
          {fmt::format("An error occurs during saving loan\n{}\n", failure.what()),
@@ -113,7 +112,20 @@ void NewLoanFrm::StoreLoan(bool is_new) {
     if (!taken_application_.empty()) MarkTakenUp(main(), id, taken_application_);
   }
   AddLoanTotals(main(), CustID.text(), added);
+  WriteSchedule(is_new);
   transaction.Commit();
+}
+
+// In the transaction of the row: a loan never stands without its rows, nor beside those of other
+// terms. A new loan's are written twice; the second ones stand.
+void NewLoanFrm::WriteSchedule(bool is_new) {
+  const LoanKey key{LoanID.text(), CustID.text()};
+  const bool special = SpecialSch.checked();
+  if (is_new) GenerateSchedule(main(), key, Terms(), special);
+  if (!TermsOpen) return;
+  ClearSchedule(main(), key.LoanID);
+  GenerateSchedule(main(), key, Terms(), special);
+  if (SchChanged.checked()) ApplyEditedSchedule(main(), key.LoanID, EditedLines());
 }
 
 void NewLoanFrm::RefuseStaleFigures() {
@@ -154,7 +166,7 @@ void NewLoanFrm::KeepGuarantorPhotos() {
     try {
       KeepFile(session(), loaded_id_, chosen, fmt::format("guarantor{}", boxes.index));
     } catch (const std::exception& failure) {
-      // The loan stands without the picture; its schedule must still be written.
+      // The loan stands without the picture.
       Tell(MessageKind::critical, failure.what());
     }
     chosen.clear();
@@ -198,27 +210,10 @@ void NewLoanFrm::LinkLoanDocuments() {
                  Bank.text(), "", total});
 }
 
-// A failure here leaves a loan that stands without rows; as long as its terms are open, the next
-// save writes them.
-void NewLoanFrm::WriteSchedule(bool is_new) {
-  const LoanKey key{LoanID.text(), CustID.text()};
-  const bool special = SpecialSch.checked();
-  // One commit for all rows of a schedule. A new loan's is written twice; the second one stands.
-  if (is_new) {
-    Transaction transaction(main());
-    GenerateSchedule(main(), key, Terms(), special);
-    transaction.Commit();
-  }
-  if (!TermsOpen) return;
-  ClearSchedule(main(), key.LoanID);
-  Transaction transaction(main());
-  GenerateSchedule(main(), key, Terms(), special);
-  if (SchChanged.checked()) ApplyEditedSchedule(main(), key.LoanID, EditedLines());
-  transaction.Commit();
-  // The new rows have lost what was paid on the old ones.
-  if (CountPayments(main(), key.LoanID) > 0) {
-    RebuildAndTell(session(), desk(), key.LoanID, key.CustID);
-  }
+// New rows have lost what was paid on the old ones.
+void NewLoanFrm::ReplayPayments() {
+  if (!TermsOpen || CountPayments(main(), LoanID.text()) == 0) return;
+  RebuildAndTell(session(), desk(), LoanID.text(), CustID.text());
 }
 
 void NewLoanFrm::ReloadAfterSave(const std::string& mode) {

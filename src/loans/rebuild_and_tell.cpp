@@ -6,6 +6,7 @@
 
 #include "core/log.h"
 #include "core/session.h"
+#include "loans/money_gate.h"
 #include "loans/rebuild.h"
 #include "platform/sql/transaction.h"
 
@@ -26,6 +27,7 @@ Rebuilt RebuildInTransaction(Connection& main, std::string_view loan_id) {
   Rebuilt rebuilt;
   try {
     Transaction transaction(main);
+    LockLoan(main, loan_id);
     rebuilt = RebuildLoan(main, loan_id);
     transaction.Commit();
   } catch (const SqlError& error) {
@@ -42,6 +44,10 @@ Rebuilt RebuildInTransaction(Connection& main, std::string_view loan_id) {
 void RebuildAndTell(const Session& session, Desk& desk, std::string_view loan_id,
                     std::string_view cust_id) {
   TellFailure(session, desk, loan_id, RebuildInTransaction(session.Main(), loan_id));
+  RebuildCustomerAndTell(session, desk, cust_id);
+}
+
+void RebuildCustomerAndTell(const Session& session, Desk& desk, std::string_view cust_id) {
   TellFailure(session, desk, cust_id, RebuildCustomer(session.Main(), cust_id));
 }
 

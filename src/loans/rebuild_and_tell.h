@@ -16,5 +16,7 @@ class Session;
 // on. The caller's own transaction must be committed before.
 void RebuildAndTell(const Session& session, Desk& desk, std::string_view loan_id,
                     std::string_view cust_id);
+// The customer alone.
+void RebuildCustomerAndTell(const Session& session, Desk& desk, std::string_view cust_id);
 
 }  // namespace kaunter

@@ -2,7 +2,9 @@
 
 #include <fmt/format.h>
 
+#include "core/amounts.h"
 #include "core/values.h"
+#include "loans/money_gate.h"
 
 namespace kaunter {
 namespace {
@@ -25,6 +27,31 @@ void RefillPaymentList(Connection& connection, const std::string& loan_id) {
       "INSERT INTO PaymentList (LoanID,SeqNo,DueDate,PayDate,PayAmt,PayID,DateCreated,UserID) "
       "SELECT LoanID,SchID,DueDate,duedate,payableamt,'',null,'' from schmast where loanid=" +
       loan_id);
+}
+
+// As the loan screen shows them. What was paid is replayed afterwards, from the whole capital.
+LoanTerms StoredTerms(const Recordset& row) {
+  const auto text = [&row](std::string_view column) { return NullToEmpty(row.Field(column)); };
+  const DateTime* const next_due = row.Field("NextDueDate").AsDate();
+  LoanTerms terms;
+  terms.DragLoan = text("DragLoan") == "1" ? LoanScheme::kFlexi : LoanScheme::kPersonal;
+  terms.LoanPurpose =
+      SameText(text("LoanPurpose"), "FLAT") ? InterestMethod::kFlat : InterestMethod::kReducing;
+  terms.secured = SameText(text("LoanType"), "Secured");
+  terms.LoanTypeID = text("LoanTypeID");
+  if (next_due != nullptr) terms.NextDueDate = *next_due;
+  terms.LoanAmt = text("LoanAmt");
+  terms.InsRate = text("InsRate");
+  terms.LoanTerm = text("LoanTerm");
+  terms.LoanTerm2 = text("LoanTerm2");
+  terms.LoanTerm3 = text("LoanTerm3");
+  terms.FirstPayment = text("FirstPayment");
+  terms.InstallmentAmt = text("InstallmentAmt");
+  terms.InstallmentAmt2 = text("InstallmentAmt2");
+  terms.LastPayment = text("LastPayment");
+  terms.PayOutAmt2 = text("PayOutAmt2");
+  terms.LoanBal = text(text("LastPaymentNo").empty() ? "LoanBal" : "LoanAmt");
+  return terms;
 }
 
 Money SumOfCapital(const std::vector<EditedLine>& lines) {
@@ -63,6 +90,16 @@ Schedule GenerateSchedule(Connection& connection, const LoanKey& key, const Loan
   CopySchedule(connection, key.LoanID, /*update_rows=*/false, /*to_backup=*/true);
   RefillPaymentList(connection, loan_id);
   return schedule;
+}
+
+void RegenerateSchedule(Connection& connection, std::string_view loan_id) {
+  LockLoan(connection, loan_id);
+  const Recordset row =
+      connection.Query("SELECT * FROM LoanMast WHERE LoanID=" + QuoteStr(loan_id));
+  if (row.Eof() || Sen(row, "PayOutAmt") > Money()) return;
+  ClearSchedule(connection, loan_id);
+  GenerateSchedule(connection, {std::string(loan_id), NullToEmpty(row.Field("CustID"))},
+                   StoredTerms(row), NullToEmpty(row.Field("SpecialSch")) == "1");
 }
 
 void CopySchedule(Connection& connection, std::string_view loan_id, bool update_rows,

@@ -2,8 +2,8 @@
 // list in PaymentList, and those of the calculator's throw-away rows.
 //
 // No transaction is opened here and no failure is caught: a statement that fails throws SqlError to
-// the caller, and the rows already written stay. A caller that wants all or nothing brings its own
-// transaction.
+// to the caller, and the rows already written stay. A caller that wants all or nothing brings its
+// own transaction.
 #pragma once
 
 #include <optional>
@@ -32,6 +32,10 @@ void ClearSchedule(Connection& connection, std::string_view loan_id);
 // written.
 Schedule GenerateSchedule(Connection& connection, const LoanKey& key, const LoanTerms& terms,
                           bool special);
+
+// Holds the loan and makes its schedule anew from the terms on its row, as the next save of its
+// screen would. A loan that is gone or drawn by now keeps what it has.
+void RegenerateSchedule(Connection& connection, std::string_view loan_id);
 
 // `to_backup`: the backup is made anew from the schedule. Else `update_rows`: the figures of the
 // schedule's rows are taken from the backup; else the backup's rows are inserted as a new schedule.

@@ -318,13 +318,16 @@ TEST_F(PaymentSave, AnotherDesktopChangedLoanOrPaymentWhileTheQuestionStood) {
            {"Delete Payment", kClosed, "No payment for BAD DEBT loan"},
            {"New Payment", "UPDATE LoanMast SET LoanID='gone' WHERE LoanID='HQ0001-001'",
             "0 - Loan ID HQ0001-001 not found"},
+           {"New Payment", "UPDATE SchMast SET LoanID='gone' WHERE LoanID='HQ0001-001'",
+            "0 - Loan HQ0001-001 has no schedule"},
            {"Edit Payment", kChanged, kChangedTold},
            {"Delete Payment", kChanged, kChangedTold},
            {"Edit Payment", "DELETE FROM PaymentMast", "50000 - HQ0001-001-001 not found"},
            {"Delete Payment", "DELETE FROM PaymentMast", "HQ0001-001-001 not found"}}) {
     office.Run(
         "DELETE FROM PaymentMast;DELETE FROM NumberMast WHERE CustID LIKE 'HQ%';UPDATE LoanMast "
-        "SET LoanStatus='ACTIVE';UPDATE LoanMast SET LoanID='HQ0001-001' WHERE LoanID='gone'");
+        "SET LoanStatus='ACTIVE';UPDATE LoanMast SET LoanID='HQ0001-001' WHERE LoanID='gone';"
+        "UPDATE SchMast SET LoanID='HQ0001-001' WHERE LoanID='gone'");
     const std::string id = Store("100");
     auto screen = Open(one.mode, kPersonal, id);
     if (screen->PayID.empty()) Put(screen->PayDate, "31-01-2024");

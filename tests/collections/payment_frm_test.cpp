@@ -25,7 +25,7 @@ TEST_F(PaymentScreen, ALoanIsFoundByEitherCodeOrToldWhyNot) {
       "INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanStatus,LoanBal) VALUES "
       "('HQ9','HQ0001','HQ','CLOSED',0);"
       "INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanStatus,LoanBal,DragLoan) VALUES "
-      "('HQ8','HQ0001','HQ','ACTIVE',0,'0');"
+      "('HQ8','HQ0001','HQ','ACTIVE',0,'0'),('HQ7','HQ0001','HQ','ACTIVE',200,'0');"
       "INSERT INTO PaymentMast (PayID,LoanID,CompCode) VALUES ('HQ9-001','HQ9','HQ')");
   auto screen = New("");
   PaymentFrm& s = *screen;
@@ -48,12 +48,13 @@ TEST_F(PaymentScreen, ALoanIsFoundByEitherCodeOrToldWhyNot) {
     const char* told;
     int listed;
   };
-  for (const Case& one :
-       std::initializer_list<Case>{{"HQ0001-9", "Loan ID HQ0001-9 not found", 0},
-                                   {"AB1", "Loan ID not found", 0},
-                                   {"x' or '1'='1", "Loan ID x' or '1'='1 not found", 0},
-                                   {"HQ9", "No payment for CLOSED loan", 1},
-                                   {"HQ8", "Loan settled, cannot make payment", 0}}) {
+  for (const Case& one : std::initializer_list<Case>{
+           {"HQ0001-9", "Loan ID HQ0001-9 not found", 0},
+           {"AB1", "Loan ID not found", 0},
+           {"x' or '1'='1", "Loan ID x' or '1'='1 not found", 0},
+           {"HQ9", "No payment for CLOSED loan", 1},
+           {"HQ8", "Loan settled, cannot make payment", 0},
+           {"HQ7", "Loan HQ7 has no schedule: save the loan again first", 0}}) {
     auto refused = New(one.loan);
     EXPECT_EQ(Said(), std::string("New Payment: ") + one.told + "|");
     EXPECT_FALSE(refused->SaveCmd.enabled()) << one.loan;
