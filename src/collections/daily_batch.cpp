@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <vector>
 
 #include "collections/late_interest.h"
@@ -18,6 +19,8 @@ namespace {
 constexpr std::string_view kLastDay = "DailyBatchDate";
 // Charges of one transaction. A loan is never parted.
 constexpr std::int64_t kRowsAtOnce = 1000;
+// Totals of one transaction: each is summed over all charges that its loan ever took.
+constexpr std::size_t kTotalsAtOnce = 100;
 constexpr int kAttempts = 5;
 
 constexpr int kDuplicateKey = 2627;
@@ -39,7 +42,9 @@ std::string NotReached(std::string_view column, const std::string& day) {
 }
 
 std::string ChargeableLoan(const std::string& day) {
-  return "l.LoanStatus='ACTIVE' AND l.PayOutAmt > 0 AND " + NotReached("l.StopInt", day);
+  // Extra capital may leave a row open behind a balance of nothing.
+  return "l.LoanStatus='ACTIVE' AND l.PayOutAmt > 0 AND l.LoanBal > 0 AND " +
+         NotReached("l.StopInt", day);
 }
 
 // Overdue rows. The days of grace are never charged later on.
@@ -55,8 +60,8 @@ std::string OverdueRows(const DateTime& date) {
 // Loans past the start of their term end interest.
 std::string TermEndLoans(const DateTime& date) {
   const std::string day = SqlDate(date);
-  return fmt::format(" FROM LoanMast as l WHERE l.LoanBal > 0 AND l.InsRate > 0 AND {} AND {}",
-                     ChargeableLoan(day), Reached("l.EndTermIntDate", day));
+  return fmt::format(" FROM LoanMast as l WHERE l.InsRate > 0 AND {} AND {}", ChargeableLoan(day),
+                     Reached("l.EndTermIntDate", day));
 }
 
 // The charge of this key is not there yet.
@@ -72,16 +77,6 @@ std::string NoTermEndCharge(const DateTime& day) {
   return NotCharged("l.LoanID + " + QuoteStr("-T" + DayOfKey(day)));
 }
 
-// Whether the loan was charged on the day before. A loan that is charged day after day has its
-// total raised by each day's charges; one whose lateness begins has it summed anew, so that a day
-// costs the same however long the rows before it.
-std::string ChargedTheDayBefore(std::string_view kind, const DateTime& day) {
-  return fmt::format(
-      "(CASE WHEN EXISTS (SELECT y.ChargeID FROM ChargeMast as y WHERE y.LoanID=l.LoanID AND "
-      "y.PType={} AND y.TrxDate={}) THEN 1 ELSE 0 END)",
-      QuoteStr(kind), SqlDate(day.AddDays(-1)));
-}
-
 // --- one charge
 
 struct Charge {
@@ -93,7 +88,6 @@ struct Charge {
   Money LateAmt;  // what it is worked out from
   Value LateInt;  // the rate
   Money ChargeAmt;
-  bool charged_the_day_before = false;  // the loan
 };
 
 constexpr std::string_view kLate = "Batch";
@@ -121,6 +115,7 @@ class DailyBatch {
       MarkDone();
       Tell(1);
     }
+    SumTotals();
     return outcome_;
   }
 
@@ -178,9 +173,9 @@ class DailyBatch {
         std::vector<Charge> charges;
         Recordset row = main_.Query(
             "SELECT s.LoanID,s.SchID,s.DueDate,s.PayableAmt-s.Payment as BalDue,"
-            "l.LateChargePerDay,l.CustID,l.CompCode," +
-            ChargedTheDayBefore(kLate, day_) + rows + Within("l.LoanID", portion) +
-            NoBatchCharge(day_) + " ORDER BY s.LoanID,s.SchID");
+            "l.LateChargePerDay,l.CustID,l.CompCode" +
+            rows + Within("l.LoanID", portion) + NoBatchCharge(day_) +
+            " ORDER BY s.LoanID,s.SchID");
         for (; !row.Eof(); row.MoveNext()) charges.push_back(OverdueCharge(row));
         return charges;
       });
@@ -200,8 +195,7 @@ class DailyBatch {
             .DueDate = row.Field(2),
             .LateAmt = due,
             .LateInt = row.Field(4),
-            .ChargeAmt = DayCharge(due, CDbl(row.Field(4).ToText())),
-            .charged_the_day_before = CLng(row.Field(7).ToText()) != 0};
+            .ChargeAmt = DayCharge(due, CDbl(row.Field(4).ToText()))};
   }
 
   void PostTermEnds() {
@@ -211,9 +205,8 @@ class DailyBatch {
       PostPortion(kTermEnd, "Term End Interest", [&] {
         std::vector<Charge> charges;
         Recordset row = main_.Query(
-            "SELECT l.LoanID,l.EndTermIntDate,l.LoanBal,l.InsRate,l.CustID,l.CompCode," +
-            ChargedTheDayBefore(kTermEnd, day_) + loans + Within("l.LoanID", portion) +
-            NoTermEndCharge(day_) + " ORDER BY l.LoanID");
+            "SELECT l.LoanID,l.EndTermIntDate,l.LoanBal,l.InsRate,l.CustID,l.CompCode" + loans +
+            Within("l.LoanID", portion) + NoTermEndCharge(day_) + " ORDER BY l.LoanID");
         for (; !row.Eof(); row.MoveNext()) charges.push_back(TermEndCharge(row));
         return charges;
       });
@@ -230,8 +223,7 @@ class DailyBatch {
             .DueDate = row.Field(1),
             .LateAmt = balance,
             .LateInt = row.Field(3),
-            .ChargeAmt = DayCharge(balance, CDbl(row.Field(3).ToText())),
-            .charged_the_day_before = CLng(row.Field(6).ToText()) != 0};
+            .ChargeAmt = DayCharge(balance, CDbl(row.Field(3).ToText()))};
   }
 
   static Money Amount(const Value& value) { return Money::FromText(value.ToText()); }
@@ -242,14 +234,26 @@ class DailyBatch {
   // batch got in between, the key stops one of the two; that one looks again.
   void PostPortion(std::string_view kind, std::string_view text,
                    const std::function<std::vector<Charge>()>& read) {
+    std::vector<Charge> charges;
+    AsOne([&] {
+      charges = read();
+      // What is less than half a sen a day is nothing.
+      std::erase_if(charges, [](const Charge& charge) { return charge.ChargeAmt.IsZero(); });
+      Write(kind, text, charges);
+    });
+    outcome_.posted += static_cast<std::int64_t>(charges.size());
+    for (const Charge& charge : charges) {
+      outcome_.amount += charge.ChargeAmt;
+      charged_.insert(charge.LoanID);
+    }
+  }
+
+  void AsOne(const std::function<void()>& write) {
     for (int attempt = 1;; ++attempt) {
       try {
         Transaction transaction(main_);
-        const std::vector<Charge> charges = read();
-        Write(kind, text, charges);
+        write();
         transaction.Commit();
-        outcome_.posted += static_cast<std::int64_t>(charges.size());
-        for (const Charge& charge : charges) outcome_.amount += charge.ChargeAmt;
         return;
       } catch (const SqlError& error) {
         const bool passing = error.number() == kDuplicateKey || error.number() == kDeadlock ||
@@ -277,22 +281,30 @@ class DailyBatch {
       const bool last_of_loan =
           i + 1 == charges.size() || !SameText(charges[i].LoanID, charges[i + 1].LoanID);
       if (!last_of_loan) continue;
-      RaiseTotal(charges[i], of_loan);
+      RaiseTotal(charges[i].LoanID, of_loan);
       of_loan = Money();
     }
   }
 
-  // On the first of a month every total is summed anew, which mends one that another program
-  // spoilt.
-  void RaiseTotal(const Charge& of, Money by) {
-    if (!of.charged_the_day_before || day_.day == 1) {
-      RefreshChargeTotals(main_, of.LoanID);
-      return;
-    }
+  void RaiseTotal(const std::string& loan, Money by) {
     main_.Execute(
         fmt::format("UPDATE LoanMast SET TotCollectorAmt=isnull(TotCollectorAmt,0)+{} WHERE "
                     "LoanID={}",
-                    by.ToText(), QuoteStr(of.LoanID)));
+                    by.ToText(), QuoteStr(loan)));
+  }
+
+  // --- the end of the run
+
+  // Day by day a total is only raised, so that a catch-up of many days sums no loan more than once;
+  // here one that another program spoilt, or that holds nothing, is put right.
+  void SumTotals() {
+    for (auto loan = charged_.begin(); loan != charged_.end();) {
+      const auto first = loan;
+      for (std::size_t i = 0; i < kTotalsAtOnce && loan != charged_.end(); ++i) ++loan;
+      AsOne([&] {
+        for (auto each = first; each != loan; ++each) RefreshChargeTotals(main_, *each);
+      });
+    }
   }
 
   // --- the end of a day
@@ -325,6 +337,7 @@ class DailyBatch {
   DateTime day_;
   int days_ = 0;
   int days_done_ = 0;
+  std::set<std::string> charged_;  // loans that this run has charged
   BatchOutcome outcome_;
 };
 

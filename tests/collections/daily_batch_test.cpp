@@ -55,8 +55,8 @@ class DailyBatchTest : public ::testing::Test {
   void AddLoans() {
     for (int loan = 1; loan <= 5; ++loan) {
       office.Run(
-          fmt::format("INSERT INTO LoanMast (LoanID,LoanStatus,PayOutAmt,LateChargePerDay) VALUES "
-                      "('M{}','ACTIVE',1,18)",
+          fmt::format("INSERT INTO LoanMast (LoanID,LoanStatus,PayOutAmt,LateChargePerDay,LoanBal) "
+                      "VALUES ('M{}','ACTIVE',1,18,1)",
                       loan));
       for (int row = 1; row <= 3; ++row) {
         office.Run(
@@ -87,7 +87,10 @@ TEST_F(DailyBatchTest, WhichRowsTakeACharge) {
        "UPDATE LoanMast SET OfferDays=-5;UPDATE SchMast SET DueDate='2024-02-01'", none},
       {"part paid", "UPDATE SchMast SET Payment=600", "L1-1-B20240131 0.2\n"},
       {"paid", "UPDATE SchMast SET Payment=1000", none},
-      {"next to nothing open", "UPDATE SchMast SET Payment=999.99", "L1-1-B20240131 0\n"},
+      {"next to nothing open", "UPDATE SchMast SET Payment=999.99", none},
+      {"a row left open behind extra capital", "UPDATE LoanMast SET LoanBal=0", none},
+      {"a term end that is worth nothing a day",
+       "UPDATE LoanMast SET EndTermIntDate='2024-01-01',LoanBal=0.1", none},
       {"no rate", "UPDATE LoanMast SET LateChargePerDay=0", none},
       {"not paid out", "UPDATE LoanMast SET PayOutAmt=0", none},
       {"closed", "UPDATE LoanMast SET LoanStatus='CLOSED'", none},
@@ -134,9 +137,9 @@ TEST_F(DailyBatchTest, TheColumnsOfAChargeAndTheTotalsOfTheLoan) {
   EXPECT_EQ(Lines(main(), "SELECT TotCollectorAmt,TotInt FROM LoanMast"), "10.38 -4\n");
 }
 
-// Day after day the total is raised by the charges of the day. It is summed anew where lateness
-// begins and on the first of a month, which mends what another program spoilt.
-TEST_F(DailyBatchTest, ATotalIsRaisedDayByDayAndSummedAnewNowAndThen) {
+// Raised with each charge, and summed anew at the end of a run, which mends what another program
+// spoilt.
+TEST_F(DailyBatchTest, TheTotalOfALoanThatWasChargedIsSummedAnew) {
   office.session.clock.Set({2024, 3, 5, 9, 0, 0});
   office.Run(kLoan);
   const struct {
@@ -150,7 +153,7 @@ TEST_F(DailyBatchTest, ATotalIsRaisedDayByDayAndSummedAnewNowAndThen) {
        {2024, 1, 31},
        "0.49 0\n"},
       {"a first of the month", "UPDATE LoanMast SET TotCollectorAmt=999", {2024, 2, 1}, "0.98 0\n"},
-      {"the next day", "UPDATE LoanMast SET TotCollectorAmt=100", {2024, 2, 2}, "100.49 0\n"},
+      {"the next day", "UPDATE LoanMast SET TotCollectorAmt=100", {2024, 2, 2}, "1.47 0\n"},
       {"a waived charge is a charge",
        "UPDATE ChargeMast SET ChargeAmt=0 WHERE ChargeID='L1-1-B20240202';"
        "UPDATE LoanMast SET TotCollectorAmt=0.98",
@@ -170,7 +173,8 @@ TEST_F(DailyBatchTest, ATotalIsRaisedDayByDayAndSummedAnewNowAndThen) {
        "UPDATE LoanMast SET EndTermIntDate='2024-02-05',TotCollectorAmt=9",
        {2024, 2, 5},
        "4.1 0\n"},
-      {"and goes on", "UPDATE LoanMast SET TotCollectorAmt=5", {2024, 2, 6}, "6.64 0\n"},
+      {"and goes on", "UPDATE LoanMast SET TotCollectorAmt=5", {2024, 2, 6}, "5.74 0\n"},
+      {"no total at all", "UPDATE LoanMast SET TotCollectorAmt=null", {2024, 2, 7}, "7.38 0\n"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -236,8 +240,8 @@ TEST_F(DailyBatchTest, ALoanIsNeverPartedAndEachHasItsTotal) {
   // 700 rows a loan: two of them are more than one transaction takes.
   for (const char* loan : {"A", "b", "C"}) {
     office.Run(
-        fmt::format("INSERT INTO LoanMast (LoanID,LoanStatus,PayOutAmt,LateChargePerDay) VALUES "
-                    "('{}','ACTIVE',1,18)",
+        fmt::format("INSERT INTO LoanMast (LoanID,LoanStatus,PayOutAmt,LateChargePerDay,LoanBal) "
+                    "VALUES ('{}','ACTIVE',1,18,1)",
                     loan));
     main().BeginTrans();
     for (int row = 1; row <= 700; ++row) {

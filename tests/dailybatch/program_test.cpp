@@ -87,10 +87,10 @@ class DailyBatchProgramTest : public ::testing::Test {
   static void AddLoans(Connection& main) {
     main.BeginTrans();
     for (int loan = 1; loan <= 150; ++loan) {
-      main.Execute(
-          fmt::format("INSERT INTO LoanMast (LoanID,LoanStatus,PayOutAmt,LateChargePerDay) VALUES "
-                      "('L{:04}','ACTIVE',1,{})",
-                      loan, 5 + loan % 20));
+      main.Execute(fmt::format(
+          "INSERT INTO LoanMast (LoanID,LoanStatus,PayOutAmt,LateChargePerDay,LoanBal) VALUES "
+          "('L{:04}','ACTIVE',1,{},1)",
+          loan, 5 + loan % 20));
       for (int row = 1; row <= 10; ++row) {
         main.Execute(
             fmt::format("INSERT INTO SchMast (SchID,LoanID,DueDate,PayableAmt,Payment) VALUES "
