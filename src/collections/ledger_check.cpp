@@ -3,18 +3,24 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
 #include <iterator>
 #include <optional>
+#include <thread>
 #include <unordered_map>
 
+#include "collections/ledger_customer.h"
 #include "collections/ledger_loan.h"
 #include "core/values.h"
+#include "loans/money_gate.h"
 #include "platform/sql/transaction.h"
 
 namespace kaunter {
 namespace {
 
 constexpr std::size_t kLoansAtOnce = 250;
+// Between the commit of a payment and that of its replay, generously.
+constexpr std::chrono::milliseconds kReplayTakes{400};
 
 using Row = std::vector<Value>;
 
@@ -26,7 +32,13 @@ std::int64_t Whole(const Value& value) {
 constexpr const char* kLoanColumns =
     "LoanID,CustID,DragLoan,SpecialSch,InsRate,InstallmentAmt2,LoanStatus,LoanAmt,LoanBal,CloseBal,"
     "TotPay,TotInt,TotCharge,TotCollectorAmt,TotDiscAmt,PayExtra,TotLoanInt,NextDueDate,"
-    "LastPaymentDate,LastPaymentNo";
+    "LastPaymentDate,LastPaymentNo,PayOutAmt,SchChanged,LoanTerm,LoanTerm2";
+
+// By its terms; "" where they tell no number.
+std::string RowsWanted(const std::string& term, const std::string& grace) {
+  if (!IsNumeric(term)) return "";
+  return std::to_string(CLng(term) + (IsNumeric(grace) ? CLng(grace) : 0));
+}
 
 LedgerLoan ReadLoan(const Row& row) {
   LedgerLoan loan{
@@ -34,6 +46,9 @@ LedgerLoan ReadLoan(const Row& row) {
       .CustID = NullToEmpty(row[1]),
       .terms = ReplayLoanOf(row[2], row[3]),
       .closed = SameText(NullToEmpty(row[6]), "CLOSED"),
+      .terms_open = ReplayAmount(row[20]) <= Money(),
+      .amended = NullToEmpty(row[21]) == "1",
+      .rows_wanted = RowsWanted(NullToEmpty(row[22]), NullToEmpty(row[23])),
       .LoanAmt = ReplayAmount(row[7]),
       .LoanBal = ReplayAmount(row[8]),
       .CloseBal = ReplayAmount(row[9]),
@@ -198,6 +213,21 @@ std::vector<LedgerFault> FaultsOfPortion(Connection& main, const std::string& wh
   return faults;
 }
 
+// Once more, one by one.
+std::vector<LedgerFault> LookAgain(Connection& main, const std::vector<LedgerFault>& suspected) {
+  std::vector<LedgerFault> faults;
+  const LedgerFault* before = nullptr;
+  for (const LedgerFault& fault : suspected) {
+    const bool seen = before != nullptr && before->SameBook(fault);
+    before = &fault;
+    if (seen) continue;
+    auto found =
+        fault.LoanID.empty() ? CheckCustomer(main, fault.CustID) : CheckLoan(main, fault.LoanID);
+    std::move(found.begin(), found.end(), std::back_inserter(faults));
+  }
+  return faults;
+}
+
 }  // namespace
 
 std::optional<LedgerLoan> ReadLedgerLoan(Connection& main, std::string_view loan_id) {
@@ -210,7 +240,16 @@ std::optional<LedgerLoan> ReadLedgerLoan(Connection& main, std::string_view loan
 std::vector<LedgerFault> CheckLoan(Connection& main, std::string_view loan_id) {
   std::optional<Transaction> as_one;
   if (!main.InTransaction()) as_one.emplace(main);
+  LockLoan(main, loan_id);
   return FaultsOfPortion(main, "LoanID=" + QuoteStr(loan_id));
+}
+
+std::vector<LedgerFault> CheckCustomer(Connection& main, std::string_view cust_id) {
+  std::optional<Transaction> as_one;
+  if (!main.InTransaction()) as_one.emplace(main);
+  const std::string which = "CustID=" + QuoteStr(cust_id);
+  main.Execute("UPDATE CustMast SET TotLoanBal=TotLoanBal WHERE " + which);
+  return FaultsOfCustomers(main, which);
 }
 
 LedgerReport CheckCompany(Connection& main, std::string_view comp_code,
@@ -221,22 +260,30 @@ LedgerReport CheckCompany(Connection& main, std::string_view comp_code,
       main.Query("SELECT LoanID FROM LoanMast WHERE " + of_company + " ORDER BY LoanID");
   for (const Row& row : rows.rows()) ids.push_back(row[0].ToText());
   LedgerReport report;
+  std::vector<LedgerFault> suspected;
+  const auto suspect = [&suspected](std::vector<LedgerFault> found) {
+    std::move(found.begin(), found.end(), std::back_inserter(suspected));
+  };
+  report.complete = true;
   for (std::size_t first = 0; first < ids.size(); first += kLoansAtOnce) {
-    if (!go_on({report.loans, static_cast<int>(ids.size())})) return report;
+    report.complete = go_on({report.loans, static_cast<int>(ids.size())});
+    if (!report.complete) break;
     const std::size_t end = std::min(first + kLoansAtOnce, ids.size());
-    std::string again;
-    for (const LedgerFault& fault :
-         FaultsOfPortion(main, fmt::format("{} AND LoanID >= {} AND LoanID <= {}", of_company,
-                                           QuoteStr(ids[first]), QuoteStr(ids[end - 1])))) {
-      if (fault.LoanID == again) continue;
-      again = fault.LoanID;
-      auto faults = CheckLoan(main, again);
-      std::move(faults.begin(), faults.end(), std::back_inserter(report.faults));
-    }
+    suspect(FaultsOfPortion(main, fmt::format("{} AND LoanID >= {} AND LoanID <= {}", of_company,
+                                              QuoteStr(ids[first]), QuoteStr(ids[end - 1]))));
     report.loans = static_cast<int>(end);
   }
-  report.complete = true;
-  go_on({report.loans, report.loans});
+  if (report.complete) {
+    suspect(FaultsOfCustomers(
+        main,
+        fmt::format("({0} OR CustID IN (SELECT CustID FROM LoanMast WHERE {0}))", of_company)));
+  }
+  report.faults = LookAgain(main, suspected);
+  if (!report.faults.empty()) {
+    std::this_thread::sleep_for(kReplayTakes);
+    report.faults = LookAgain(main, report.faults);
+  }
+  if (report.complete) go_on({report.loans, report.loans});
   return report;
 }
 

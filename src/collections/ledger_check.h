@@ -12,7 +12,11 @@
 //   not asked this of a loan without payments, whose schedule is as it was generated, nor of one
 //   on which extra capital has cut rows that no derivation brings back: there each rebuild comes to
 //   other rows.
-// - no more late interest is paid than is charged: no rebuild mends that.
+// - no more late interest is paid than is charged: no rebuild mends that;
+// - a loan with a balance has rows, and their capital is its amount, unless extra capital was paid
+//   or the lines were amended by hand.
+// And of a customer: TotLoan, TotTopUpAmt and TotLoanBal are the sums over his loans. A loan that
+// was never paid may still stand in TotLoanBal with the instalments that its first save added.
 // A figure that breaks the rules of its neighbours is told alone, with what a rebuild writes there.
 #pragma once
 
@@ -27,13 +31,19 @@
 namespace kaunter {
 
 struct LedgerFault {
-  std::string LoanID;
+  std::string LoanID;  // "" where the customer's own sums do not hold
   std::string CustID;
   bool closed = false;
+  bool of_schedule = false;  // no rebuild mends it: the rows are to be made anew from the terms
   Caption what;
   std::string stored;     // as shown
   std::string should_be;  // as shown: what a rebuild writes, where it can be foretold
   Caption mend;           // what mends it, where a rebuild does not
+
+  // Of the same loan, or the same customer.
+  bool SameBook(const LedgerFault& other) const {
+    return LoanID == other.LoanID && (!LoanID.empty() || CustID == other.CustID);
+  }
 };
 
 struct LedgerProgress {
@@ -47,13 +57,16 @@ struct LedgerReport {
   std::vector<LedgerFault> faults;
 };
 
-// All loans of a company, a few hundred at a time; `go_on` is asked in between and may end it. A
-// loan that does not hold is read once more by itself, in a transaction, since the counter may
-// have taken a payment between two of the readings. Throws SqlError.
+// All loans of a company and their customers, a few hundred at a time; `go_on` is asked in between
+// and may end it. What does not hold is read once more by itself, behind the lock of saves, and
+// what then does not hold either once more after a moment: a payment is stored first and replayed
+// after that. Throws SqlError.
 LedgerReport CheckCompany(Connection& main, std::string_view comp_code,
                           const std::function<bool(const LedgerProgress&)>& go_on);
 
-// One loan; no faults for one that is not there. Throws SqlError.
+// One loan or customer, held while it is read; no faults for one that is not there. Throws
+// SqlError.
 std::vector<LedgerFault> CheckLoan(Connection& main, std::string_view loan_id);
+std::vector<LedgerFault> CheckCustomer(Connection& main, std::string_view cust_id);
 
 }  // namespace kaunter

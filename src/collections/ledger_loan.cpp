@@ -30,6 +30,9 @@ class Check {
   // say less: a wrong figure breaks those of its neighbours, too. They are asked where the replay
   // has not settled every figure, and once more where it finds no fault.
   std::vector<LedgerFault> Run() {
+    CheckSchedule();
+    // Without rows every other figure is as wrong as they.
+    if (!faults_.empty() && loan_.lines.empty()) return std::move(faults_);
     bool settled = false;
     try {
       settled = CompareReplay();
@@ -50,7 +53,8 @@ class Check {
       return fault.what.english == what.english;
     };
     if (std::any_of(faults_.begin(), faults_.end(), told)) return;
-    faults_.push_back({loan_.LoanID, loan_.CustID, loan_.closed, what, stored, should_be, {}});
+    faults_.push_back(
+        {loan_.LoanID, loan_.CustID, loan_.closed, false, what, stored, should_be, {}});
   }
   // The texts are made only for what does not hold.
   void Expect(const char* column, Money stored, Money should_be) {
@@ -71,6 +75,33 @@ class Check {
   }
 
   bool HasPayments() const { return !loan_.payments.empty(); }
+
+  // --- the schedule against the terms
+
+  // Left by a save that was cut between the loan and its rows. Extra capital cuts rows, and lines
+  // amended by hand or special ones add up to what the office wants.
+  void CheckSchedule() {
+    if ((loan_.closed ? loan_.CloseBal : loan_.LoanBal).IsZero()) return;
+    if (loan_.lines.empty()) {
+      ExpectOfSchedule({"Schedule rows", "还款表期数"}, "0", loan_.rows_wanted);
+      return;
+    }
+    if (loan_.amended || loan_.terms.special || PaidExtra(loan_)) return;
+    Money capital;
+    for (const LedgerLine& row : loan_.lines) capital += row.line.CapitalAmt;
+    // A flexi loan's rows are generated from its balance.
+    if (capital == loan_.LoanAmt || (!loan_.terms.personal && capital == loan_.LoanBal)) return;
+    ExpectOfSchedule({"Capital of the schedule", "还款表本金"}, Shown(capital),
+                     Shown(loan_.LoanAmt));
+  }
+  void ExpectOfSchedule(const Caption& what, const std::string& stored,
+                        const std::string& should_be) {
+    Expect(what, stored, should_be);
+    LedgerFault& fault = faults_.back();
+    fault.of_schedule = true;
+    if (loan_.terms_open) return;
+    fault.mend = {"Delete the drawdown, then rebuild", "请先删除放款，再重算"};
+  }
 
   // --- of the stored figures alone
 

@@ -41,6 +41,9 @@ struct LedgerLoan {
   std::string CustID;
   ReplayLoan terms;
   bool closed = false;
+  bool terms_open = false;
+  bool amended = false;  // by hand: its capital need not be the loan's amount
+  std::string rows_wanted;
   Money LoanAmt;
   Money LoanBal;
   Money CloseBal;

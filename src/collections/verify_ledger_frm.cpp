@@ -8,7 +8,9 @@
 
 #include "core/log.h"
 #include "core/values.h"
+#include "loans/money_gate.h"
 #include "loans/rebuild_and_tell.h"
+#include "loans/schedule_store.h"
 #include "screen/cancel_offer.h"
 #include "screen/hourglass.h"
 
@@ -17,27 +19,50 @@ namespace {
 
 constexpr int kLevel = 4;
 
-std::size_t CountLoans(const std::vector<LedgerFault>& faults) {
-  std::size_t count = 0;
-  for (std::size_t i = 0; i < faults.size(); ++i) {
-    if (i == 0 || faults[i].LoanID != faults[i - 1].LoanID) ++count;
+// The first fault of each loan and each customer.
+std::vector<LedgerFault> Books(const std::vector<LedgerFault>& faults) {
+  std::vector<LedgerFault> books;
+  for (const LedgerFault& fault : faults) {
+    if (books.empty() || !books.back().SameBook(fault)) books.push_back(fault);
   }
-  return count;
+  return books;
 }
+bool IsLoan(const LedgerFault& book) { return !book.LoanID.empty(); }
 
 std::string Loans(std::size_t count) {
   return fmt::format("{} loan{}", count, count == 1 ? "" : "s");
 }
+std::string Customers(std::size_t count) {
+  return fmt::format("{} customer{}", count, count == 1 ? "" : "s");
+}
+// "2 loans", "1 customer", "2 loans and 1 customer"
+Caption Counted(const std::vector<LedgerFault>& books) {
+  const auto loans = static_cast<std::size_t>(std::count_if(books.begin(), books.end(), IsLoan));
+  const std::size_t customers = books.size() - loans;
+  if (customers == 0) return {Loans(loans), fmt::format("{} 笔贷款", loans)};
+  if (loans == 0) return {Customers(customers), fmt::format("{} 位顾客", customers)};
+  return {Loans(loans) + " and " + Customers(customers),
+          fmt::format("{} 笔贷款和 {} 位顾客", loans, customers)};
+}
 const char* DoNotHold(std::size_t count) { return count == 1 ? "does not hold" : "do not hold"; }
 
 Caption Told(const LedgerReport& report) {
-  const std::size_t broken = CountLoans(report.faults);
+  const std::vector<LedgerFault> books = Books(report.faults);
+  const auto broken = static_cast<std::size_t>(std::count_if(books.begin(), books.end(), IsLoan));
+  const std::size_t customers = books.size() - broken;
   const auto loans = static_cast<std::size_t>(report.loans);
   Caption text{fmt::format("{} of {} {}", broken, Loans(loans), DoNotHold(broken)),
                fmt::format("已核对 {} 笔贷款，{} 笔不符", loans, broken)};
   if (broken == 0) {
-    text = {fmt::format("{} verified, all hold", Loans(loans)),
-            fmt::format("已核对 {} 笔贷款，全部相符", loans)};
+    text = {fmt::format("{} verified", Loans(loans)), fmt::format("已核对 {} 笔贷款", loans)};
+    if (customers == 0) {
+      text.english += ", all hold";
+      text.chinese += "，全部相符";
+    }
+  }
+  if (customers > 0) {
+    text.english += fmt::format("; the sums of {} {}", Customers(customers), DoNotHold(2));
+    text.chinese += fmt::format("；{} 位顾客的总额不符", customers);
   }
   if (!report.complete) {
     text.english = "Stopped: " + text.english;
@@ -46,13 +71,13 @@ Caption Told(const LedgerReport& report) {
   return text;
 }
 
-Caption ToldOfRepair(std::size_t rebuilt, std::size_t left) {
+Caption ToldOfRepair(const Caption& rebuilt, std::size_t left) {
   if (left == 0) {
-    return {fmt::format("{} rebuilt, all hold", Loans(rebuilt)),
-            fmt::format("已重算 {} 笔贷款，全部相符", rebuilt)};
+    return {fmt::format("{} rebuilt, all hold", rebuilt.english),
+            fmt::format("已重算 {}，全部相符", rebuilt.chinese)};
   }
-  return {fmt::format("{} rebuilt, {} of the list {}", Loans(rebuilt), left, DoNotHold(left)),
-          fmt::format("已重算 {} 笔贷款，列表中 {} 笔不符", rebuilt, left)};
+  return {fmt::format("{} rebuilt, {} of the list {}", rebuilt.english, left, DoNotHold(left)),
+          fmt::format("已重算 {}，列表中 {} 笔不符", rebuilt.chinese, left)};
 }
 
 }  // namespace
@@ -60,7 +85,7 @@ Caption ToldOfRepair(std::size_t rebuilt, std::size_t left) {
 VerifyLedgerFrm::VerifyLedgerFrm(Session& session, Desk& desk)
     : SessionScreen("VerifyLedgerFrm", {"Verify Ledger", "核对账目"}, session, desk) {
   DG.SetHasChecks(true);
-  DG.onTick = [this](int row) { TickLoan(row); };
+  DG.onTick = [this](int row) { TickBook(row); };
   VerifyCmd.onClick = [this] { Verify(); };
   RepairCmd.onClick = [this] { Repair(); };
 }
@@ -95,7 +120,7 @@ void VerifyLedgerFrm::Verify() {
     const LedgerFault& fault = faults_[static_cast<std::size_t>(row)];
     if (fault.closed || !fault.mend.english.empty()) continue;
     DG.SetTicked(row, true);
-    TickLoan(row);
+    TickBook(row);
   }
   ResultLBL.SetText(session().In(told));
   Tell(MessageKind::information, told);
@@ -117,7 +142,8 @@ void VerifyLedgerFrm::ShowFaults() {
   std::vector<std::vector<std::string>> rows;
   for (const LedgerFault& fault : faults_) {
     const bool rebuild = fault.mend.english.empty();
-    rows.push_back({fault.LoanID, fault.closed ? session().In({"CLOSED", "已结束"}) : "",
+    rows.push_back({fault.LoanID, fault.CustID,
+                    fault.closed ? session().In({"CLOSED", "已结束"}) : "",
                     session().In(fault.what), fault.stored, fault.should_be,
                     session().In(rebuild ? Caption{"Rebuild", "重算"} : fault.mend)});
   }
@@ -125,10 +151,10 @@ void VerifyLedgerFrm::ShowFaults() {
   RepairCmd.SetEnabled(!faults_.empty());
 }
 
-void VerifyLedgerFrm::TickLoan(int row) {
-  const std::string loan = faults_[static_cast<std::size_t>(row)].LoanID;
+void VerifyLedgerFrm::TickBook(int row) {
+  const LedgerFault& book = faults_[static_cast<std::size_t>(row)];
   for (int other = 0; other < DG.RowCount(); ++other) {
-    if (faults_[static_cast<std::size_t>(other)].LoanID == loan) {
+    if (faults_[static_cast<std::size_t>(other)].SameBook(book)) {
       DG.SetTicked(other, DG.Ticked(row));
     }
   }
@@ -136,58 +162,84 @@ void VerifyLedgerFrm::TickLoan(int row) {
 
 // --- repair
 
-std::vector<VerifyLedgerFrm::BrokenLoan> VerifyLedgerFrm::TickedLoans() const {
-  std::vector<BrokenLoan> loans;
+std::vector<LedgerFault> VerifyLedgerFrm::TickedBooks() const {
+  std::vector<LedgerFault> ticked;
   for (int row = 0; row < DG.RowCount(); ++row) {
-    const LedgerFault& fault = faults_[static_cast<std::size_t>(row)];
-    if (!DG.Ticked(row) || (!loans.empty() && loans.back().LoanID == fault.LoanID)) continue;
-    loans.push_back({fault.LoanID, fault.CustID, fault.closed});
+    if (DG.Ticked(row)) ticked.push_back(faults_[static_cast<std::size_t>(row)]);
   }
-  return loans;
+  return Books(ticked);
 }
 
-bool VerifyLedgerFrm::ConfirmRepair(std::vector<BrokenLoan>* loans) {
-  if (loans->empty()) {
+bool VerifyLedgerFrm::ConfirmRepair(std::vector<LedgerFault>* books) {
+  if (books->empty()) {
     Refuse({"Tick the loans to be rebuilt first", "请先勾选要重算的贷款"});
     return false;
   }
-  if (!Confirm({fmt::format("Confirm to rebuild {} from the payments ?", Loans(loans->size())),
-                fmt::format("确定按还款重算 {} 笔贷款？", loans->size())})) {
+  const Caption counted = Counted(*books);
+  if (!Confirm({fmt::format("Confirm to rebuild {} from the payments ?", counted.english),
+                fmt::format("确定按还款重算 {}？", counted.chinese)})) {
     return false;
   }
-  const auto is_closed = [](const BrokenLoan& loan) { return loan.closed; };
-  const auto closed = std::count_if(loans->begin(), loans->end(), is_closed);
+  const auto is_closed = [](const LedgerFault& book) { return book.closed; };
+  const auto closed = std::count_if(books->begin(), books->end(), is_closed);
   if (closed > 0 &&
       !Confirm({fmt::format("{} of them closed: a closed loan stays closed, and the balance of "
                             "the rebuild goes to its CloseBal. Rebuild closed loans too ?",
                             closed),
                 fmt::format("其中 {} 笔已结束。重算后仍为已结束，结余记入 CloseBal。也重算吗？",
                             closed)})) {
-    std::erase_if(*loans, is_closed);
+    std::erase_if(*books, is_closed);
   }
-  return !loans->empty();
+  return !books->empty();
 }
 
 void VerifyLedgerFrm::Repair() {
-  std::vector<BrokenLoan> loans = TickedLoans();
-  if (!ConfirmRepair(&loans)) return;
+  std::vector<LedgerFault> books = TickedBooks();
+  if (!ConfirmRepair(&books)) return;
   {
     const Hourglass hourglass(desk());
-    for (const BrokenLoan& loan : loans) RepairLoan(loan);
+    for (const LedgerFault& book : books) RepairBook(book);
+    // A loan's rebuild has mended its customer's sums, or moved them.
+    for (const LedgerFault& book : Books(faults_)) {
+      if (!IsLoan(book)) LookAgain(book);
+    }
   }
   ShowFaults();
-  const Caption told = ToldOfRepair(loans.size(), CountLoans(faults_));
+  const Caption told = ToldOfRepair(Counted(books), Books(faults_).size());
   ResultLBL.SetText(session().In(told));
   Tell(MessageKind::information, told);
 }
 
-void VerifyLedgerFrm::RepairLoan(const BrokenLoan& loan) {
-  RebuildAndTell(session(), desk(), loan.LoanID, loan.CustID);
-  Log(fmt::format("Verify Ledger - Loan {} rebuilt", loan.LoanID));
-  std::vector<LedgerFault> left = CheckLoan(main(), loan.LoanID);
-  const auto of_loan = [&loan](const LedgerFault& fault) { return fault.LoanID == loan.LoanID; };
-  const auto first = std::find_if(faults_.begin(), faults_.end(), of_loan);
-  const auto end = std::find_if_not(first, faults_.end(), of_loan);
+void VerifyLedgerFrm::RepairBook(const LedgerFault& book) {
+  if (!IsLoan(book)) {
+    RebuildCustomerAndTell(session(), desk(), book.CustID);
+    Log(fmt::format("Verify Ledger - Customer {} rebuilt", book.CustID));
+  } else {
+    if (book.of_schedule) RegenerateOpen(book.LoanID);
+    // A replay over no rows would leave the loan without a balance, and nobody would see it again.
+    if (CheckRows(main(), book.LoanID)) return;
+    RebuildAndTell(session(), desk(), book.LoanID, book.CustID);
+    Log(fmt::format("Verify Ledger - Loan {} rebuilt", book.LoanID));
+  }
+  LookAgain(book);
+}
+
+void VerifyLedgerFrm::RegenerateOpen(const std::string& loan_id) {
+  Attempt(
+      fmt::format("Verify Ledger - Loan ID {}", loan_id),
+      {fmt::format("The schedule of {} cannot be made from its terms: open the loan and save it "
+                   "again",
+                   loan_id),
+       fmt::format("贷款 {} 的条款无法生成还款表：请打开该贷款并重新储存", loan_id)},
+      [&] { RegenerateSchedule(main(), loan_id); });
+}
+
+void VerifyLedgerFrm::LookAgain(const LedgerFault& book) {
+  std::vector<LedgerFault> left =
+      IsLoan(book) ? CheckLoan(main(), book.LoanID) : CheckCustomer(main(), book.CustID);
+  const auto of_book = [&book](const LedgerFault& fault) { return fault.SameBook(book); };
+  const auto first = std::find_if(faults_.begin(), faults_.end(), of_book);
+  const auto end = std::find_if_not(first, faults_.end(), of_book);
   const auto place = faults_.erase(first, end);
   faults_.insert(place, std::make_move_iterator(left.begin()), std::make_move_iterator(left.end()));
 }

@@ -21,6 +21,7 @@ class VerifyLedgerFrm : public SessionScreen {
           "DG",
           {"What Does Not Hold", "不符之处"},
           {{{"Loan Code", "贷款编号"}, Kind::text, 14},
+           {{"Customer", "顾客"}, Kind::text, 10},
            {{"Status", "状态"}, Kind::text, 8},
            {{"Figure", "项目"}, Kind::text, 30},
            {{"Stored", "现存"}, Kind::money, 14},
@@ -32,23 +33,22 @@ class VerifyLedgerFrm : public SessionScreen {
   void Load() override;
 
  private:
-  struct BrokenLoan {
-    std::string LoanID;
-    std::string CustID;
-    bool closed = false;
-  };
-
   void Verify();
   LedgerReport Check();
   void ShowFaults();
-  // The lines of a loan are ticked together.
-  void TickLoan(int row);
+  // The lines of a loan, or of a customer, are ticked together.
+  void TickBook(int row);
   void Repair();
-  std::vector<BrokenLoan> TickedLoans() const;
+  // The first line of each.
+  std::vector<LedgerFault> TickedBooks() const;
   // False when the person takes it back.
-  bool ConfirmRepair(std::vector<BrokenLoan>* loans);
-  // Rebuilds loan and customer and puts what is still wrong in the place of its lines.
-  void RepairLoan(const BrokenLoan& loan);
+  bool ConfirmRepair(std::vector<LedgerFault>* books);
+  // Rebuilds loan and customer, the schedule before them where it is at fault and its terms are
+  // open.
+  void RepairBook(const LedgerFault& book);
+  void RegenerateOpen(const std::string& loan_id);
+  // Puts what is wrong now in the place of its lines.
+  void LookAgain(const LedgerFault& book);
   void Log(const std::string& text) const;
 
   std::vector<LedgerFault> faults_;  // a line of the grid each, loan after loan

@@ -259,8 +259,8 @@ class CounterOffice {
     main().Execute(fmt::format(
         "INSERT INTO LoanMast (LoanID,CustID,CompCode,DragLoan,SpecialSch,LoanAmt,LoanAmt2,InsRate,"
         "InstallmentAmt2,LoanStatus,LoanGroupID,LoanTypeID,TrxDate,NextDueDate,PayOutAmt,"
-        "DepositAmt2,TopUpAmt,LoanBal) VALUES ('{}','C','HQ','{}','{}',{},{},{},{},'ACTIVE','{}',"
-        "'{}',{},'1999-01-01',{},{},0,0)",
+        "DepositAmt2,TopUpAmt,LoanBal,SchChanged) VALUES "
+        "('{}','C','HQ','{}','{}',{},{},{},{},'ACTIVE','{}','{}',{},'1999-01-01',{},{},0,0,'1')",
         id, ledger.scheme, ledger.special ? 1 : 0, Text(ledger.amount), Text(ledger.amount),
         Money::FromTenThousandths(ledger.rate4).ToText(), Text(ledger.instalment), loan.group,
         loan.type, Text(loan.lent), Text(loan.drawn), Text(loan.deposit)));

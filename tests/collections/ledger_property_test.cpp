@@ -109,7 +109,8 @@ class RandomOffice {
   void Store(const std::string& id, const model::StoredLoan& loan) {
     main().Execute(fmt::format(
         "INSERT INTO LoanMast (LoanID,CustID,CompCode,DragLoan,SpecialSch,LoanAmt,InsRate,"
-        "InstallmentAmt2,LoanStatus) VALUES ({},'C','HQ','{}','{}',{},{},{},'ACTIVE')",
+        "InstallmentAmt2,LoanStatus,SchChanged) VALUES ({},'C','HQ','{}','{}',{},{},{},'ACTIVE',"
+        "'1')",  // its rows add up to what they like
         QuoteStr(id), loan.scheme, loan.special ? 1 : 0, Text(loan.amount),
         Money::FromTenThousandths(loan.rate4).ToText(), Text(loan.instalment)));
     StoreRows(main(), "SchMast", id, loan.rows);
