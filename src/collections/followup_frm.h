@@ -41,7 +41,7 @@ class FollowupFrm : public SessionScreen {
                   {{{"Date", "日期"}, Kind::date, 10},
                    {{"Time", "时间"}, Kind::time, 8},
                    {{"Loan ID", "贷款编号"}, Kind::text, 14},
-                   {{"Remarks", "备注"}, Kind::text, 40},
+                   {{"Remarks", "备注"}, Kind::memo, 40},
                    {{"Status", "状态"}, Kind::text, 12},
                    {{"User ID", "用户"}, Kind::text, 10},
                    {{"Next Call", "下次联络"}, Kind::date, 10}}};

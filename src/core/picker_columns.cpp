@@ -119,6 +119,7 @@ const std::map<std::string, Caption, std::less<>>& Headings() {
 }
 
 constexpr int kMoneyScale = 2;
+constexpr int kLongestName = 300;
 constexpr int kNarrow = 10;
 constexpr int kWide = 26;
 
@@ -133,7 +134,8 @@ Kind KindOf(const Column& column) {
     case FieldType::kDouble:
       return Kind::rate;
     case FieldType::kText:
-      break;
+      // A remark may be shown cut, a name not.
+      return column.width > kLongestName ? Kind::memo : Kind::text;
   }
   return Kind::text;
 }

@@ -8,16 +8,26 @@
 #include <QWheelEvent>
 
 #include "desktop/accelerators.h"
+#include "desktop/column_widths.h"
 #include "desktop/text.h"
 #include "desktop/text_box_view.h"
 
 namespace kaunter {
 namespace {
 
+constexpr int kAroundText = 44;  // padding, frame and arrow
+
 // The wheel scrolls the window, it never changes a choice in passing.
 class StillComboBox : public QComboBox {
  public:
   using QComboBox::QComboBox;
+
+  // As wide as what is chosen, so that a code is not cut.
+  QSize minimumSizeHint() const override {
+    const QFontMetrics metrics(font());
+    const int text = std::min(metrics.horizontalAdvance(currentText()), WholeTextWidth(metrics));
+    return {text + kAroundText, QComboBox::minimumSizeHint().height()};
+  }
 
  protected:
   void wheelEvent(QWheelEvent* event) override { event->ignore(); }
@@ -81,7 +91,10 @@ void ComboBoxView::Show() {
   box_->setCurrentIndex(combo_.index());
   if (box_->currentText() != Q(combo_.text())) box_->setEditText(Q(combo_.text()));
   box_->lineEdit()->setReadOnly(combo_.locked());
-  if (!box_->hasFocus()) box_->lineEdit()->setCursorPosition(0);
+  if (!box_->hasFocus()) {
+    box_->lineEdit()->setCursorPosition(0);
+    box_->updateGeometry();
+  }
 }
 
 void ComboBoxView::Commit() {

@@ -13,8 +13,8 @@ constexpr int kColumnGap = 28;
 constexpr int kLabelGap = 10;
 constexpr int kComfortableColumn = 340;
 constexpr int kNarrowColumn = 250;  // of several
-constexpr int kNarrowest = 200;
-constexpr int kWidestBox = 440;  // a box wider than this only makes the eye travel
+constexpr int kNarrowest = 190;     // four beside each other fit into half a monitor
+constexpr int kWidestBox = 440;     // a box wider than this only makes the eye travel
 constexpr int kRowsWorthAColumn = 5;
 
 }  // namespace
@@ -120,7 +120,10 @@ FieldsLayout::Plan FieldsLayout::MakePlan(int width) const {
     const Field& field = fields_[place.field];
     if (!field.label) continue;
     int& widest = plan.label_width[static_cast<std::size_t>(place.column)];
-    widest = std::max(widest, std::min(field.label->sizeHint().width(), column_width * 45 / 100));
+    // A label gives way to what its box holds, by a second line, down to a third of the column.
+    const int beside = column_width - kLabelGap - field.editor->minimumSize().width();
+    const int most = std::clamp(beside, column_width * 33 / 100, column_width * 45 / 100);
+    widest = std::max(widest, std::min(field.label->sizeHint().width(), most));
   }
   return plan;
 }
@@ -143,8 +146,10 @@ int FieldsLayout::Arrange(const QRect& rect, bool apply) const {
     const Field& field = fields_[place.field];
     const int left = place.column * (column_width + kColumnGap);
     const int label_width = plan.label_width[static_cast<std::size_t>(place.column)];
-    const int indent = label_width > 0 && !field.from_left ? label_width + kLabelGap : 0;
     const int span = field.wide ? width : column_width;
+    int indent = label_width > 0 && !field.from_left ? label_width + kLabelGap : 0;
+    // A mark whose own words need the whole column begins at its left edge.
+    if (!field.label && field.editor->sizeHint().width() > span - indent) indent = 0;
     int editor_width = span - indent;
     // In a single column boxes stop where the eye would have to travel.
     if (plan.columns == 1 && !field.wide && !field.from_left) {
@@ -181,7 +186,8 @@ int FieldsLayout::Arrange(const QRect& rect, bool apply) const {
     const bool tall = heights[row] > 2 * kBoxHeight;
     if (box.field->label) {
       // Beside a tall box the label stands at its first line.
-      const int height = tall ? kBoxHeight : heights[row];
+      const int of_label = std::max(kBoxHeight, box.field->label->heightForWidth(box.label_width));
+      const int height = tall ? std::min(of_label, heights[row]) : heights[row];
       box.field->label->setGeometry(
           {inner.left() + box.label_x, tops[row], box.label_width, height});
     }
@@ -199,16 +205,19 @@ QSize FieldsLayout::sizeHint() const {
   if (columns == 0) {
     columns = std::clamp((shown + kRowsWorthAColumn - 1) / kRowsWorthAColumn, 1, 3);
   }
-  const int width = columns * kComfortableColumn + (columns - 1) * kColumnGap;
+  int width = columns * kComfortableColumn + (columns - 1) * kColumnGap;
+  for (const Field& field : fields_) {
+    if (!field.wide || !field.Shown()) continue;
+    const int label = field.label ? field.label->sizeHint().width() + kLabelGap : 0;
+    width = std::max(width, label + field.editor->sizeHint().width());
+  }
   return {width, heightForWidth(width)};
 }
 
 QSize FieldsLayout::minimumSize() const {
   const QMargins margins = contentsMargins();
-  // A page that is not shown yet has a width that says nothing.
-  const QWidget* panel = parentWidget();
-  const bool placed = panel && panel->isVisible() && geometry().width() > 0;
-  const int height = heightForWidth(placed ? geometry().width() : sizeHint().width());
+  // A page that was never shown has a width that says nothing.
+  const int height = heightForWidth(seen_ ? geometry().width() : sizeHint().width());
   return {kNarrowest + margins.left() + margins.right(), height};
 }
 
@@ -225,6 +234,7 @@ Qt::Orientations FieldsLayout::expandingDirections() const {
 void FieldsLayout::setGeometry(const QRect& rect) {
   QLayout::setGeometry(rect);
   Arrange(rect, true);
+  seen_ = seen_ || (parentWidget() && parentWidget()->isVisible());
   // Another width may take other rows: who holds the panel must ask for its least height again.
   const int height = heightForWidth(rect.width());
   if (height == height_) return;

@@ -61,7 +61,8 @@ class FieldsLayout : public QLayout {
   int Arrange(const QRect& rect, bool apply) const;
 
   int wanted_columns_;
-  int height_ = 0;  // that it took at its last width
+  int height_ = 0;     // that it took at its last width
+  bool seen_ = false;  // its width is one that it has on the screen
   QList<Field> fields_;
   QList<QLayoutItem*> items_;
 };

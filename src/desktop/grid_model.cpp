@@ -15,6 +15,7 @@ bool GridModel::Sync(bool chinese) {
   const int columns = static_cast<int>(grid_.columns().size()) + (grid_.has_checks() ? 1 : 0);
   const bool reshaped = rows != rows_ || columns != columns_ || grid_.has_checks() != checks_;
   if (reshaped) beginResetModel();
+  broken_.clear();
   rows_ = rows;
   columns_ = columns;
   checks_ = grid_.has_checks();
@@ -108,9 +109,20 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
     return QVariant::fromValue(
         Qt::Alignment(Qt::AlignVCenter | (Right(section) ? Qt::AlignRight : Qt::AlignLeft)));
   }
-  const auto at = static_cast<std::size_t>(GridColumnOf(section));
-  if (role != Qt::DisplayRole || IsCheckColumn(section) || at >= grid_.columns().size()) return {};
+  if (role != Qt::DisplayRole) return {};
+  return section < broken_.size() ? broken_[section] : Heading(section);
+}
+
+QString GridModel::Heading(int column) const {
+  const auto at = static_cast<std::size_t>(GridColumnOf(column));
+  if (IsCheckColumn(column) || at >= grid_.columns().size()) return {};
   return Plain(grid_.columns()[at].header.In(chinese_)).simplified();
+}
+
+void GridModel::SetHeadings(const QStringList& broken) {
+  if (broken == broken_) return;
+  broken_ = broken;
+  if (columns_ > 0) emit headerDataChanged(Qt::Horizontal, 0, columns_ - 1);
 }
 
 Qt::ItemFlags GridModel::flags(const QModelIndex& index) const {

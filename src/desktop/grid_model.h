@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QStringList>
 #include <functional>
 #include <vector>
 
@@ -35,6 +36,9 @@ class GridModel : public QAbstractTableModel {
   int GridColumnOf(int column) const { return column - (checks_ ? 1 : 0); }
   int ViewColumnOf(int grid_column) const { return grid_column + (checks_ ? 1 : 0); }
   bool Right(int column) const;
+  QString Heading(int column) const;
+  // As the view has broken them into lines; empty for the headings as they are.
+  void SetHeadings(const QStringList& broken);
   const std::vector<std::string>& ItemsOf(int column) const;  // empty for any text
   RowTone ToneOf(int row) const;
   // A table may be sorted: its rows are then others than the grid's.
@@ -56,6 +60,7 @@ class GridModel : public QAbstractTableModel {
   int columns_ = 0;
   bool checks_ = false;
   bool chinese_ = false;
+  QStringList broken_;
   int sorted_by_ = -1;
   bool descending_ = false;
   std::vector<int> order_;  // row of the grid by row of the table; empty while not sorted

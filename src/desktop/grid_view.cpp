@@ -3,14 +3,18 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <QToolTip>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <numeric>
 
+#include "desktop/column_widths.h"
 #include "desktop/plain_views.h"
 #include "desktop/row_order.h"
 #include "desktop/text.h"
@@ -23,9 +27,9 @@ namespace {
 constexpr int kRowHeight = 28;
 constexpr int kCellPadding = 9;
 constexpr int kCellRoom = 2 * kCellPadding + 4;
-constexpr int kLikedText = 180;
+constexpr int kLeastProse = 180;
+constexpr int kProse = 60;  // characters: what is longer is no name
 constexpr int kCheckColumnWidth = 36;
-constexpr int kSampleRows = 60;  // enough to see how wide the figures are
 constexpr int kShownRows = 7;
 
 QColor RowColor(RowTone tone, int row) {
@@ -68,6 +72,16 @@ class CellDelegate : public QStyledItemDelegate {
       painter->drawRoundedRect(QRectF(option.rect).adjusted(1, 1, -1, -1), 3, 3);
     }
     painter->restore();
+  }
+
+  // What is cut is told whole.
+  bool helpEvent(QHelpEvent* event, QAbstractItemView*, const QStyleOptionViewItem& option,
+                 const QModelIndex& index) override {
+    const QString text = index.data(Qt::DisplayRole).toString().simplified();
+    const bool cut =
+        option.fontMetrics.horizontalAdvance(text) > option.rect.width() - 2 * kCellPadding;
+    QToolTip::showText(event->globalPos(), cut ? text : QString(), &table_);
+    return true;
   }
 
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
@@ -260,6 +274,7 @@ void GridView::Show() {
     sized_by_hand_ = false;
   }
   showing_ = false;
+  MeasureColumns();
   ShowSort();
   ShareWidth();
   ShowCurrent();
@@ -333,75 +348,125 @@ void GridView::RecallColumns() {
   showing_ = false;
 }
 
+// What each column needs, by all of its texts: measured once for each show, not at each resize.
+void GridView::MeasureColumns() {
+  needs_.clear();
+  const QFontMetrics metrics(table_->font());
+  for (int i = 0; i < model_->columnCount(); ++i) {
+    Needed& needed = needs_.emplace_back();
+    if (model_->IsCheckColumn(i)) continue;
+    const GridColumn& column = grid_.columns()[static_cast<std::size_t>(model_->GridColumnOf(i))];
+    qsizetype longest = 0;
+    for (int row = 0; row < model_->rowCount(); ++row) {
+      const QString text = model_->index(row, i).data(Qt::DisplayRole).toString().simplified();
+      needed.contents = std::max(needed.contents, metrics.horizontalAdvance(text));
+      longest = std::max(longest, text.size());
+    }
+    // Figures and dates must never be cut (a cut amount reads as another amount), nor keys and
+    // names.
+    needed.whole = column.kind != Kind::text && column.kind != Kind::memo;
+    needed.prose = column.kind == Kind::memo || (!needed.whole && longest > kProse);
+    needed.heading = needed.broken = model_->Heading(i);
+    if (metrics.horizontalAdvance(needed.heading) > needed.contents) {
+      needed.broken = InTwoLines(needed.heading, metrics);
+    }
+  }
+}
+
+std::vector<ColumnNeed> GridView::Needs(bool broken_headings) const {
+  std::vector<ColumnNeed> needs;
+  const QFontMetrics metrics(table_->font());
+  const int most = WholeTextWidth(metrics);
+  for (int i = 0; i < static_cast<int>(needs_.size()); ++i) {
+    const Needed& needed = needs_[static_cast<std::size_t>(i)];
+    ColumnNeed& need = needs.emplace_back();
+    if (model_->IsCheckColumn(i)) {
+      need.least = need.liked = kCheckColumnWidth;
+      continue;
+    }
+    need.weight = grid_.columns()[static_cast<std::size_t>(model_->GridColumnOf(i))].weight;
+    if (need.weight == 0) continue;  // hidden
+    const int bound = needed.prose ? kLeastProse : most;
+    const int least = needed.whole ? needed.contents : std::min(needed.contents, bound);
+    const int head = metrics.size(0, broken_headings ? needed.broken : needed.heading).width();
+    const int liked = needed.whole ? needed.contents : std::min(needed.contents, most);
+    need.least = std::max(head, least) + kCellRoom;
+    need.liked = std::max(head, liked) + kCellRoom;
+  }
+  return needs;
+}
+
+int GridView::Missing() const {
+  if (!table_->isVisible() || sized_by_hand_) return 0;
+  const std::vector<ColumnNeed> needs = Needs(false);
+  const int liked = std::accumulate(needs.begin(), needs.end(), 0,
+                                    [](int sum, const ColumnNeed& n) { return sum + n.liked; });
+  return std::max(0, liked - table_->viewport()->width());
+}
+
 void GridView::ShareWidth() {
   RecallColumns();
   empty_->setGeometry(table_->viewport()->geometry());
   const int columns = model_->columnCount();
-  if (columns == 0 || sized_by_hand_ || showing_) return;
+  if (columns == 0 || sized_by_hand_ || showing_ || columns != static_cast<int>(needs_.size())) {
+    return;
+  }
   showing_ = true;
-  const QFontMetrics metrics(table_->font());
-  std::vector<int> least(static_cast<std::size_t>(columns), 0);
-  std::vector<int> liked(static_cast<std::size_t>(columns), 0);
-  std::vector<int> weight(static_cast<std::size_t>(columns), 0);
-  int open = table_->viewport()->width();
-  int weights = 0;
+  const int room = table_->viewport()->width();
+  std::vector<ColumnNeed> needs = Needs(false);
+  const int least = std::accumulate(needs.begin(), needs.end(), 0,
+                                    [](int sum, const ColumnNeed& n) { return sum + n.least; });
+  // Headings take a second line before anything is pushed out of sight.
+  const bool broken = least > room;
+  QStringList headings;
+  if (broken) {
+    needs = Needs(true);
+    for (const Needed& needed : needs_) headings << needed.broken;
+  }
+  model_->SetHeadings(headings);
+  const std::vector<int> widths = SharedWidths(room, needs);
   for (int i = 0; i < columns; ++i) {
     const auto at = static_cast<std::size_t>(i);
-    if (model_->IsCheckColumn(i)) {
-      least[at] = kCheckColumnWidth;
-      open -= kCheckColumnWidth;
-      continue;
-    }
-    const GridColumn& column = grid_.columns()[static_cast<std::size_t>(model_->GridColumnOf(i))];
-    table_->setColumnHidden(i, column.weight == 0);
-    if (column.weight == 0) continue;
-    weight[at] = column.weight;
-    weights += column.weight;
-    const QString header = model_->headerData(i, Qt::Horizontal, Qt::DisplayRole).toString();
-    int width = metrics.horizontalAdvance(header);
-    const int rows = std::min(model_->rowCount(), kSampleRows);
-    int contents = width;
-    for (int row = 0; row < rows; ++row) {
-      const QString text = model_->index(row, i).data(Qt::DisplayRole).toString();
-      contents = std::max(contents, metrics.horizontalAdvance(text));
-    }
-    // Figures and dates must never be cut: a cut amount reads as another amount.
-    const bool whole = column.kind != Kind::text && column.kind != Kind::memo;
-    if (whole) width = contents;
-    least[at] = width + kCellRoom;
-    liked[at] = whole ? least[at] : std::max(least[at], std::min(contents + kCellRoom, kLikedText));
-  }
-  // Texts get the width that they like as long as nothing is pushed out of sight.
-  const int wish = std::accumulate(liked.begin(), liked.end(), 0);
-  for (std::size_t i = 0; i < least.size() && wish <= open; ++i) {
-    if (weight[i] > 0) least[i] = liked[i];
-  }
-  // Columns whose share is too small for their contents take what they need, the rest is shared
-  // by those that are left, until all fit.
-  for (bool again = true; again && weights > 0;) {
-    again = false;
-    for (std::size_t i = 0; i < weight.size(); ++i) {
-      if (weight[i] == 0 || open * weight[i] / weights >= least[i]) continue;
-      open -= least[i];
-      weights -= weight[i];
-      weight[i] = 0;
-      again = true;
-    }
-  }
-  for (int i = 0; i < columns; ++i) {
-    const auto at = static_cast<std::size_t>(i);
-    if (table_->isColumnHidden(i)) continue;
-    table_->setColumnWidth(i, weight[at] ? open * weight[at] / weights : least[at]);
+    const bool hidden = needs[at].weight == 0 && !model_->IsCheckColumn(i);
+    table_->setColumnHidden(i, hidden);
+    if (!hidden) table_->setColumnWidth(i, widths[at]);
   }
   // The last column takes what the divisions left over.
   const int used = table_->horizontalHeader()->length();
-  const int rest = table_->viewport()->width() - used;
+  const int rest = room - used;
   for (int i = columns - 1; i >= 0 && rest > 0; --i) {
     if (table_->isColumnHidden(i) || model_->IsCheckColumn(i)) continue;
     table_->setColumnWidth(i, table_->columnWidth(i) + rest);
     break;
   }
   showing_ = false;
+}
+
+// What a person sees cut who has not chosen the widths: by the widths as they stand.
+std::vector<std::string> GridView::CutColumns() const {
+  std::vector<std::string> cut;
+  const QFontMetrics metrics(table_->font());
+  for (int i = 0; i < model_->columnCount() && !sized_by_hand_; ++i) {
+    if (table_->isColumnHidden(i) || model_->IsCheckColumn(i)) continue;
+    const QVariant heading = model_->headerData(i, Qt::Horizontal, Qt::DisplayRole);
+    const int inside = table_->columnWidth(i) - 2 * kCellPadding;
+    bool short_of = metrics.size(0, heading.toString()).width() > inside;
+    const GridColumn& column = grid_.columns()[static_cast<std::size_t>(model_->GridColumnOf(i))];
+    qsizetype longest = 0;
+    int widest = 0;  // of what must be whole
+    for (int row = 0; row < model_->rowCount() && column.kind != Kind::memo; ++row) {
+      const QString text = model_->index(row, i).data(Qt::DisplayRole).toString().simplified();
+      const int width = metrics.horizontalAdvance(text);
+      longest = std::max(longest, text.size());
+      if (column.kind != Kind::text || width <= WholeTextWidth(metrics)) {
+        widest = std::max(widest, width);
+      }
+    }
+    const bool prose = column.kind == Kind::text && longest > kProse;
+    short_of = short_of || (!prose && widest > inside);
+    if (short_of) cut.push_back(column.name);
+  }
+  return cut;
 }
 
 void GridView::NextEditable(const QModelIndex& from) {

@@ -6,7 +6,10 @@
 #include <QPointer>
 #include <QString>
 #include <QTableView>
+#include <string>
+#include <vector>
 
+#include "desktop/column_widths.h"
 #include "desktop/control_view.h"
 #include "desktop/grid_model.h"
 
@@ -28,11 +31,24 @@ class GridView : public ControlView {
   void HideTitle() { title_hidden_ = true; }
   // Without a card of its own, where it stands in one already.
   void SetBare();
+  // By how much its place is too narrow to show all uncut, each heading in one line.
+  int Missing() const;
+  // The names of the columns that cut a heading, a figure, a key or a name.
+  std::vector<std::string> CutColumns() const;
 
  protected:
   void Show() override;
 
  private:
+  struct Needed {
+    int contents = 0;
+    bool whole = false;
+    bool prose = false;
+    QString heading;
+    QString broken;  // in two lines, where its texts are narrower
+  };
+  void MeasureColumns();
+  std::vector<ColumnNeed> Needs(bool broken_headings) const;
   void ShareWidth();
   // Widths given by hand are kept for each set of columns: a picker's grid has many.
   void RecallColumns();
@@ -54,6 +70,7 @@ class GridView : public ControlView {
   bool showing_ = false;
   bool sized_by_hand_ = false;
   QString columns_name_;
+  std::vector<Needed> needs_;
 };
 
 }  // namespace kaunter

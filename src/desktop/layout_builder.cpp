@@ -8,6 +8,7 @@
 #include "desktop/fields_layout.h"
 #include "desktop/grid_view.h"
 #include "desktop/layout_table.h"
+#include "desktop/line_layout.h"
 #include "desktop/plain_views.h"
 #include "desktop/text.h"
 #include "desktop/text_box_view.h"
@@ -18,7 +19,7 @@ namespace {
 
 constexpr int kSectionGap = 28;
 constexpr int kThumbnail = 54;
-constexpr int kLeastInLine = 30;
+constexpr int kLineGap = 10;
 
 class Builder {
  public:
@@ -201,33 +202,26 @@ class Builder {
   void AddLine(FieldsLayout& fields, const FieldPlace& place) {
     auto* line = new QWidget(face_.host());
     line->setProperty("row", true);
-    auto* row = new QHBoxLayout(line);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(10);
+    auto* row = new LineLayout(kLineGap);
+    line->setLayout(row);
     QLabel* first_label = nullptr;
     bool first = true;
-    bool choices = false;
     for (const std::string& name : place.controls) {
       Control* control = face_.screen().Find(name);
       if (!control) continue;
       ControlView& view = face_.View(*control);
       const bool silent = control->caption().english.empty() || (place.bare && !first);
       QLabel* label = silent ? nullptr : view.label();
-      if (first) {
-        first_label = label;
-      } else if (label) {
-        label->setWordWrap(false);
-        row->addWidget(label);
-      }
-      const bool choice =
-          control->type() == ControlType::check_box || control->type() == ControlType::option;
-      choices |= choice;
-      const bool fixed = choice || control->type() == ControlType::button;
-      if (control->type() == ControlType::text_box) view.widget()->setMinimumWidth(kLeastInLine);
-      row->addWidget(view.widget(), fixed ? 0 : ShareOfLine(*control));
+      if (label && !first) label->setWordWrap(false);
+      auto* words = qobject_cast<QLabel*>(view.widget());
+      if (words) words->setWordWrap(false);
+      const bool fixed = words || control->type() == ControlType::check_box ||
+                         control->type() == ControlType::option ||
+                         control->type() == ControlType::button;
+      row->Add(first ? nullptr : label, view.widget(), fixed ? 0 : ShareOfLine(*control));
+      if (first) first_label = label;
       first = false;
     }
-    if (choices) row->addStretch(1);
     fields.AddField(first_label, line, place.wide, false);
   }
 

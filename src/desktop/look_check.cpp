@@ -9,7 +9,9 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
+#include "desktop/column_widths.h"
 #include "desktop/control_view.h"
+#include "desktop/grid_view.h"
 #include "desktop/screen_dialog.h"
 #include "desktop/text.h"
 
@@ -30,8 +32,13 @@ bool LabelIsCut(const QLabel& label) {
   return taken.width() > room.width() + 1 || taken.height() > label.contentsRect().height() + 2;
 }
 
+// Of a text only what is picked, or comes with it.
 bool BoxIsCut(const TextBox& box, const QLineEdit& edit) {
-  const bool whole = box.kind() != Kind::text && box.kind() != Kind::password;
+  if (box.kind() == Kind::password) return false;
+  const bool key = box.locked() || !box.picker.empty();
+  const bool name = QFontMetrics(edit.font()).horizontalAdvance(edit.text()) <=
+                    WholeTextWidth(QFontMetrics(edit.font()));
+  const bool whole = box.kind() != Kind::text || (key && name);
   return whole &&
          QFontMetrics(edit.font()).horizontalAdvance(edit.text()) + kBoxPadding > edit.width();
 }
@@ -40,7 +47,7 @@ void CheckControl(ControlView& view, std::vector<std::string>& problems) {
   const Control& control = view.control();
   QWidget* widget = view.widget();
   if (!widget->isVisible()) return;
-  const auto tell = [&](const char* what) {
+  const auto tell = [&](const std::string& what) {
     problems.push_back(fmt::format("{} {}", control.name(), what));
   };
   const QLabel* caption = view.made_label();
@@ -53,6 +60,9 @@ void CheckControl(ControlView& view, std::vector<std::string>& problems) {
   if (const auto* button = qobject_cast<QAbstractButton*>(widget);
       button && button->width() < button->sizeHint().width()) {
     tell("is too narrow for its text");
+  }
+  if (const auto* grid = dynamic_cast<GridView*>(&view)) {
+    for (const std::string& column : grid->CutColumns()) tell("cuts " + column);
   }
   const auto* edit = qobject_cast<QLineEdit*>(widget);
   if (edit && BoxIsCut(static_cast<const TextBox&>(control), *edit)) tell("is cut");

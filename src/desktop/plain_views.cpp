@@ -24,7 +24,10 @@ class ClickableLabel : public QLabel {
 
   QSize sizeHint() const override { return Titled() ? TitleSize() : QLabel::sizeHint(); }
   QSize minimumSizeHint() const override {
-    return Titled() ? QSize(160, TitleSize().height()) : QLabel::minimumSizeHint();
+    if (!Titled()) return QLabel::minimumSizeHint();
+    // One line stands beside others, several are the head of a window.
+    const int most = text().contains('\n') ? kWholeHead : kWholeTitle;
+    return {std::min(TitleSize().width(), most), TitleSize().height()};
   }
   bool hasHeightForWidth() const override { return !Titled() && QLabel::hasHeightForWidth(); }
 
@@ -50,6 +53,9 @@ class ClickableLabel : public QLabel {
 
  private:
   static constexpr int kTitleGap = 2;
+  // Up to so wide a title is never cut.
+  static constexpr int kWholeTitle = 200;
+  static constexpr int kWholeHead = 400;
   bool Titled() const { return property("title").toBool(); }
   static QFont LineFont(qsizetype line) {
     return line ? QApplication::font() : ScaledFont(1.2, true);
@@ -108,6 +114,7 @@ void LabelView::Show() {
   text_->setProperty("marked", label_control_.marked());
   if (text_->text() == text) return;
   text_->setText(text);
+  text_->updateGeometry();
   text_->setToolTip(text_->property("title").toBool() ? text : QString());
 }
 

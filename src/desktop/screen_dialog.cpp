@@ -4,12 +4,14 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QScreen>
 #include <QScrollArea>
 #include <QShortcut>
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <utility>
 
+#include "desktop/grid_view.h"
 #include "desktop/layout_builder.h"
 #include "desktop/layout_table.h"
 #include "desktop/text.h"
@@ -122,10 +124,31 @@ bool ScreenDialog::Open() {
   face_.RefreshAll();
   if (!RestoreWindow(*this, Q(screen_.name()))) FitToScreen(*this, FirstSize());
   show();
+  GrowWithTables();
   needed_ = NeededHeight();
   face_.StartFocus();
   tick_.start();
   return true;
+}
+
+QSize ScreenDialog::SizeForTables() const {
+  int missing = 0;
+  for (Control* control : screen_.controls()) {
+    const auto* grid = dynamic_cast<const GridView*>(face_.Find(*control));
+    if (grid) missing = std::max(missing, grid->Missing());
+  }
+  return size() + QSize(missing, 0);
+}
+
+// As wide as its tables need, still in the middle of where it opened.
+void ScreenDialog::GrowWithTables() {
+  const int before = width();
+  const QSize wanted = SizeForTables();
+  if (wanted.width() <= before || isMaximized()) return;
+  FitToScreen(*this, wanted);
+  const QRect room = QWidget::screen()->availableGeometry();
+  const int left = x() - (width() - before) / 2;
+  move(std::clamp(left, room.left(), std::max(room.left(), room.right() - width())), y());
 }
 
 int ScreenDialog::NeededHeight() const {
@@ -144,7 +167,10 @@ bool ScreenDialog::eventFilter(QObject* watched, QEvent* event) {
 void ScreenDialog::GrowWithContents() {
   const int before = std::exchange(needed_, NeededHeight());
   const int missing = needed_ - scroll_->viewport()->height();
-  if (needed_ > before && missing > 0) FitToScreen(*this, size() + QSize(0, missing));
+  if (needed_ <= before || missing <= 0) return;
+  const QSize old = size();
+  FitToScreen(*this, old + QSize(0, missing));
+  resize(size().expandedTo(old));
 }
 
 void ScreenDialog::Run() {

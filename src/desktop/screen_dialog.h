@@ -24,6 +24,8 @@ class ScreenDialog : public QDialog {
 
   // What it opens with on a screen that is large enough.
   QSize FirstSize() const;
+  // At which the tables that are in sight show all of their columns uncut.
+  QSize SizeForTables() const;
 
   ScreenFace& face() { return face_; }
   Screen& screen() { return screen_; }
@@ -45,6 +47,7 @@ class ScreenDialog : public QDialog {
   int NeededHeight() const;
   // After a control has appeared.
   void GrowWithContents();
+  void GrowWithTables();
   // Long work in Load: the window shows with its first moving bar.
   void ShowEarly(const Control& control);
 

@@ -4,12 +4,15 @@
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QFrame>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QRegularExpression>
 #include <QScreen>
 #include <QTimer>
+#include <QToolTip>
 #include <QVBoxLayout>
 
+#include "desktop/column_widths.h"
 #include "desktop/icons.h"
 #include "desktop/text.h"
 #include "desktop/theme.h"
@@ -21,12 +24,37 @@ namespace {
 
 constexpr auto kDateFormat = "dd-MM-yyyy";
 constexpr int kMemoLines = 3;
+constexpr int kBoxPadding = 16;  // both sides, with the frame
+constexpr int kButtonRoom = 26;
+constexpr int kLeastBox = 30;
+constexpr int kCutTolerance = 2;
 
 // A line box that selects its text when the mouse brings the focus: figures are typed over.
 class LineBox : public QLineEdit {
  public:
   LineBox(QWidget* parent, bool select_on_click)
       : QLineEdit(parent), select_on_click_(select_on_click) {}
+
+  // Keys and names are never cut where there is room: what stands in the box, or is usual there.
+  // Not while it is typed in: a box must not move under the hands.
+  void Fit(const QString& usual, bool button) {
+    const QFontMetrics metrics(font());
+    const QString shown = echoMode() == Normal ? text() : QString();
+    const int width = std::max(metrics.horizontalAdvance(usual),
+                               std::min(metrics.horizontalAdvance(shown), WholeTextWidth(metrics)));
+    const int least = width == 0 ? 0 : width + kBoxPadding + (button ? kButtonRoom : 0);
+    if (least == least_) return;
+    least_ = least;
+    updateGeometry();
+  }
+  // Whether its text is wider than the box shows.
+  bool Cut() const {
+    return echoMode() == Normal &&
+           fontMetrics().horizontalAdvance(text()) > width() - kBoxPadding + kCutTolerance;
+  }
+  QSize minimumSizeHint() const override {
+    return {std::max(least_, kLeastBox), QLineEdit::minimumSizeHint().height()};
+  }
 
  protected:
   void mousePressEvent(QMouseEvent* event) override {
@@ -39,10 +67,18 @@ class LineBox : public QLineEdit {
     fresh_ = event->reason() == Qt::MouseFocusReason;
     QLineEdit::focusInEvent(event);
   }
+  bool event(QEvent* event) override {
+    if (event->type() == QEvent::ToolTip && toolTip().isEmpty() && Cut()) {
+      QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
+      return true;
+    }
+    return QLineEdit::event(event);
+  }
 
  private:
   bool select_on_click_;
   bool fresh_ = false;
+  int least_ = 0;
 };
 
 // A few lines high; it grows where its layout has room to spare.
@@ -144,7 +180,17 @@ void TextBoxView::Show() {
   if (button_) button_->setVisible(box_.Editable());
   if (box_.kind() == Kind::date) edit_->setPlaceholderText(box_.Editable() ? "dd-mm-yyyy" : "");
   const QString text = Q(box_.text());
-  if (edit_->text() == text) return;
+  if (edit_->text() != text) ShowText(text);
+  if (!edit_->hasFocus()) Fit();
+}
+
+void TextBoxView::Fit() {
+  const bool date = box_.kind() == Kind::date;
+  const QString usual = date ? "00-00-0000" : box_.picker.empty() ? "" : "AB0000-000";
+  static_cast<LineBox*>(edit_)->Fit(usual, button_ && button_->isVisible());
+}
+
+void TextBoxView::ShowText(const QString& text) {
   edit_->setText(text);
   shown_ = text;
   // A text longer than the box is read from its beginning.

@@ -42,6 +42,8 @@ class TextBoxView : public ControlView {
  private:
   void Equip();
   void Edited(const QString& text);
+  void Fit();
+  void ShowText(const QString& text);
   void Put(const QString& text);
   void OpenCalendar();
   bool StepDate(const QKeyEvent& event);
