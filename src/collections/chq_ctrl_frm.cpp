@@ -344,8 +344,8 @@ void ChqCtrlFrm::Amend() {
 void ChqCtrlFrm::Remove() {
   if (!CheckLoan()) return;
   const std::string number = ChqNo.text();
-  if (!Confirm({fmt::format("Confirm to remove Cheque No {} ?", number),
-                fmt::format("确定删除支票 {}？", number)})) {
+  if (!ConfirmLoss({fmt::format("Confirm to remove Cheque No {} ?", number),
+                    fmt::format("确定删除支票 {}？", number)})) {
     return;
   }
   std::optional<std::string> status;

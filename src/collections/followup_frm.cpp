@@ -13,6 +13,7 @@
 #include "core/open_for.h"
 #include "core/picker.h"
 #include "core/record.h"
+#include "core/screen_rights.h"
 #include "core/values.h"
 #include "screen/hourglass.h"
 
@@ -138,8 +139,8 @@ void FollowupFrm::LoadLoan(const std::string& id, const Caption& not_found) {
     HisLoanID.SetText(id);
     return;
   }
-  Command3.SetEnabled(!HisCustID.empty());
-  Command4.SetEnabled(true);
+  OfferShortcut(session(), Command3, "NewCustFrm", "Edit Customer", !HisCustID.empty());
+  OfferShortcut(session(), Command4, "NewLoanFrm", "Edit Loan");
 }
 
 void FollowupFrm::ReadContacts() {

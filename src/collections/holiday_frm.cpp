@@ -188,7 +188,7 @@ void HolidayModifyFrm::Save() {
 }
 
 void HolidayModifyFrm::Delete() {
-  if (!Confirm(
+  if (!ConfirmLoss(
           {fmt::format("Confirm to delete {} ?", date_), fmt::format("确定刪除 {} ？", date_)})) {
     return;
   }

@@ -219,9 +219,9 @@ bool Invoicefrm::RequestClose() { return MayDiscard(record_.Changed()); }
 
 // --- the save
 
-bool Invoicefrm::MayChange(bool has_right) {
+bool Invoicefrm::MayChange(bool has_right, const Caption& what) {
   if (has_right || manager_agreed_) return true;
-  manager_agreed_ = ManagerOverride(session(), desk(), CompCode.text());
+  manager_agreed_ = ManagerOverride(session(), desk(), what, CompCode.text());
   if (manager_agreed_) return true;
   const std::string& user = session().CurrentUserID;
   return Refuse({fmt::format("User {} Level not allow to edit or delete record", user),
@@ -263,7 +263,8 @@ bool Invoicefrm::Check() {
   if (SameText(PType.text(), kPayment)) {
     return Refuse({"You are not allow to edit record", "您不可更改记录"});
   }
-  if (!IsNew() && !MayChange(session().AllowEdit)) return false;
+  if (!IsNew() && !MayChange(session().AllowEdit, {"save " + loaded_id_, "储存 " + loaded_id_}))
+    return false;
   if (!RequireDate(session(), TrxDate, {"Date is required", "请输入日期"}) || !CheckAmount()) {
     return false;
   }
@@ -349,9 +350,9 @@ void Invoicefrm::Delete() {
     Refuse({"You are not allow to delete record", "您不可删除记录"});
     return;
   }
-  if (!MayChange(session().AllowDelete)) return;
+  if (!MayChange(session().AllowDelete, {"delete " + loaded_id_, "删除 " + loaded_id_})) return;
   const std::string id = loaded_id_;
-  if (!Confirm({fmt::format("Confirm to delete {} ?", id), fmt::format("确定删除 {}？", id)})) {
+  if (!ConfirmLoss({fmt::format("Confirm to delete {} ?", id), fmt::format("确定删除 {}？", id)})) {
     return;
   }
   const bool deleted = Write([&] {

@@ -61,7 +61,7 @@ class Invoicefrm : public SessionScreen {
 
   bool Check();
   // The user's right, or a manager's word for it, once for as long as the record is shown.
-  bool MayChange(bool has_right);
+  bool MayChange(bool has_right, const Caption& what);
   bool CheckAmount();
   bool CheckLoan();
   bool CheckLinkAccounts();

@@ -11,6 +11,7 @@
 #include "core/log.h"
 #include "core/open_for.h"
 #include "core/picker.h"
+#include "core/screen_rights.h"
 #include "core/values.h"
 #include "loans/rebuild_and_tell.h"
 #include "platform/sql/transaction.h"
@@ -60,7 +61,7 @@ LoanSettlementfrm::LoanSettlementfrm(Session& session, Desk& desk)
 }
 
 void LoanSettlementfrm::Load() {
-  CmdQuote.SetVisible(desk().CanShow("Settlementfrm"));
+  OfferShortcut(session(), CmdQuote, "Settlementfrm", "");
   ClearScreen();
 }
 
@@ -297,8 +298,8 @@ void LoanSettlementfrm::Save() {
 }
 
 void LoanSettlementfrm::Delete() {
-  if (!Confirm({fmt::format("Confirm to delete Settlement {} ?", shown_.PayID),
-                fmt::format("确定删除结清 {} ？", shown_.PayID)})) {
+  if (!ConfirmLoss({fmt::format("Confirm to delete Settlement {} ?", shown_.PayID),
+                    fmt::format("确定删除结清 {} ？", shown_.PayID)})) {
     return;
   }
   if (!Write({"An error occur during deleting record", "删除资料时发生错误"},

@@ -38,7 +38,9 @@ bool PaymentFrm::CheckDiscountRight() {
 
 bool PaymentFrm::MayEdit() {
   if (!IsEdit() || session().AllowEdit || SignedIn) return true;
-  SignedIn = ManagerOverride(session(), desk(), CompCode.text());
+  SignedIn = ManagerOverride(session(), desk(),
+                             {"save payment " + loaded_payment_, "储存付款 " + loaded_payment_},
+                             CompCode.text());
   if (SignedIn) return true;
   const std::string& user = session().CurrentUserID;
   return Refuse({fmt::format("User {} Level not allow to edit or delete payment record", user),

@@ -232,8 +232,8 @@ void PaymentFrm::TellLinkedAccounts(const Payment& payment) {
 
 void PaymentFrm::RemovePayment() {
   const std::string id = loaded_payment_;
-  if (!Confirm({fmt::format("Confirm to delete Loan ID {} ?", id),
-                fmt::format("确定删除付款 {} ？", id)})) {
+  if (!ConfirmLoss({fmt::format("Confirm to delete Loan ID {} ?", id),
+                    fmt::format("确定删除付款 {} ？", id)})) {
     return;
   }
   const Payment stored = snapshot_;

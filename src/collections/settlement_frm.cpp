@@ -9,6 +9,7 @@
 #include "core/company_access.h"
 #include "core/open_for.h"
 #include "core/picker.h"
+#include "core/screen_rights.h"
 #include "core/session_report.h"
 #include "core/values.h"
 #include "screen/report_job.h"
@@ -48,6 +49,7 @@ Settlementfrm::Settlementfrm(Session& session, Desk& desk)
 }
 
 void Settlementfrm::Load() {
+  OfferShortcut(session(), Command4, "PaymentFrm", "New Payment");
   if (!session().HandOverLoanID.empty()) LoadLoan(session().HandOverLoanID);
 }
 

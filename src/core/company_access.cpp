@@ -62,6 +62,10 @@ bool UserFlag(Session& session, std::string_view column) {
   return !row.Eof() && NullToEmpty(row.Field("Rst")) == "1";
 }
 
+bool HasFlag(Session& session, std::string_view column) {
+  return session.CurrentLevel == kBuiltInLevel || UserFlag(session, column);
+}
+
 bool CheckUserPassword(Session& session, std::string_view hash) {
   const Recordset row = session.Main().Query(fmt::format(
       "SELECT UserDept FROM UserMast WHERE UserID={}", QuoteStr(session.CurrentUserID)));

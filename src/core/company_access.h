@@ -30,6 +30,8 @@ bool MayUseCompany(const Session& session, std::string_view code);
 
 // A right read afresh from the user's row: true only when the row exists and the column equals 1.
 bool UserFlag(Session& session, std::string_view column);
+// The same for the signed-in person: the built-in logon has no row, and every right.
+bool HasFlag(Session& session, std::string_view column);
 // The stored hash of the signed-in user equals `hash`.
 bool CheckUserPassword(Session& session, std::string_view hash);
 

@@ -58,11 +58,15 @@ CompCodeFrm::CompCodeFrm(Session& session, Desk& desk)
   CashInHand.SetLocked(true);
   CashInBank.SetLocked(true);
   CompCode.onLeave = [this] { LeaveCode(); };
-  OfferPicker(session, CompCode, "CompPop", [this](const std::string& id) { LoadCompany(id); });
+  OfferPicker(session, CompCode, "CompPop", [this](const std::string& id) {
+    if (MayLeaveRecord(record_.Changed())) LoadCompany(id);
+  });
   AMLALoan.onLeave = [this] { CheckAmount(AMLALoan); };
   AMLAPayment.onLeave = [this] { CheckAmount(AMLAPayment); };
   SaveCmd.onClick = [this] { Save(); };
-  CmdClear.onClick = [this] { ClearAll(); };
+  CmdClear.onClick = [this] {
+    if (MayLeaveRecord(record_.Changed())) ClearAll();
+  };
   CmdDelete.onClick = [this] { Delete(); };
 }
 
@@ -90,7 +94,7 @@ void CompCodeFrm::LoadCompany(const std::string& code) {
 }
 
 bool CompCodeFrm::MayDelete(const std::string& code) {
-  if (SameText(code, "HQ")) return false;
+  if (SameText(code, "HQ") || SameText(code, "NIL")) return false;
   const std::string quoted = QuoteStr(code);
   return ScalarQuery(main(), "SELECT COUNT(LoanID) FROM LoanMast WHERE CompCode=" + quoted) ==
              "0" &&
@@ -137,7 +141,7 @@ void CompCodeFrm::Save() {
 void CompCodeFrm::Delete() {
   const std::string code = CompCode.text();
   if (!MayDelete(code)) return;
-  if (!Confirm({fmt::format("Confirm to delete {}", code), fmt::format("确定刪除 {}", code)}))
+  if (!ConfirmLoss({fmt::format("Confirm to delete {}", code), fmt::format("确定刪除 {}", code)}))
     return;
   ExecuteOnRow(main(), fmt::format("DELETE FROM CompMast WHERE CompCode={}", QuoteStr(code)), code);
   ClearAll();

@@ -74,12 +74,15 @@ MainFrm::MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
     if (entry.action == MenuAction::screen) entry.enabled = screen_exists_(entry.target);
     if (entry.action == MenuAction::own && HasNothingToOpen(entry.name)) entry.enabled = false;
   }
+  session.menu = &menu_;
   menu_.HideAll();
   for (Control* control :
        std::initializer_list<Control*>{&Label4, &Label5, &KeyNotice, &EmptyKeyCmd}) {
     control->SetVisible(false);
   }
 }
+
+MainFrm::~MainFrm() { session().menu = nullptr; }
 
 const Caption& MainFrm::NotBuiltText() {
   static const Caption text{"This entry is not available yet.", "此功能尚未提供。"};
@@ -148,6 +151,14 @@ void MainFrm::ShutBuiltInLogon() {
     Refuse(
         {fmt::format("Nobody could manage users any more, tick User Management for {} first", user),
          fmt::format("将没有人可管理用户，请先替 {} 勾选用户管理", user)});
+    return;
+  }
+  if (!desk().AskBeforeLoss(
+          session().ProgramTitle,
+          session().In(
+              {"Shut the built-in logon ADMIN ? Nobody can sign in with it any more, and no "
+               "screen opens it again.",
+               "关闭内置登录 ADMIN？之后无人可用它进入，也没有画面可再打开它。"}))) {
     return;
   }
   main().Execute("UPDATE Systemast SET [Value]='' WHERE Param='KEY'");

@@ -17,6 +17,7 @@ class MainFrm : public SessionScreen {
  public:
   MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
           std::function<bool(std::string_view screen)> screen_exists);
+  ~MainFrm() override;
 
   Label Label1{*this, "Label1"};  // the slogan
   Label Label4{*this, "Label4", {"Today's due", "今日到期"}};
@@ -24,12 +25,12 @@ class MainFrm : public SessionScreen {
   Label Label5{*this, "Label5", {"Sijil Stamp no", "印花证书号码"}};
   Grid LS2;
   // The built-in logon opens every new office with a password that everybody can read: once the
-  // office has an administrator of its own, its home page offers to shut it. Never a question box.
+  // office has an administrator of its own, its home page offers to shut it.
   Label KeyNotice{
       *this,
       "KeyNotice",
       {"The built-in logon ADMIN still opens this office.", "内置登录 ADMIN 仍可进入本系统。"}};
-  Button EmptyKeyCmd{*this, "EmptyKeyCmd", {"&Shut it", "关闭它(&S)"}};
+  Button EmptyKeyCmd{*this, "EmptyKeyCmd", {"Shut it", "关闭它"}};
 
   MainMenu& menu() { return menu_; }
   HomeFigures& home() { return home_; }

@@ -7,6 +7,7 @@
 
 #include "core/session.h"
 #include "core/values.h"
+#include "screen/text.h"
 
 namespace kaunter {
 namespace {
@@ -54,7 +55,7 @@ void MainMenu::HideAll() {
 }
 
 void MainMenu::ApplyRights(Session& session) {
-  const bool built_in = session.CurrentLevel == 5;
+  const bool built_in = session.CurrentLevel == kBuiltInLevel;
   const std::set<std::string> rights = built_in ? std::set<std::string>{} : RightsOf(session);
   const bool aml = session.CurrentLevel >= 3 || (!built_in && HomeCompanyScreens(session));
   for (MenuEntry& entry : entries_) {
@@ -100,6 +101,12 @@ bool MainMenu::Reachable(const MenuEntry& entry) const {
     if (group == nullptr) return false;
     at = group;
   }
+}
+
+std::string PlainCaption(const Caption& caption, bool chinese) {
+  std::string text = caption.In(chinese);
+  if (const auto letter = text.find("(&"); letter != std::string::npos) text.erase(letter, 4);
+  return WithoutMnemonic(text);
 }
 
 std::string DailyBatchProgram(const Session& session) {

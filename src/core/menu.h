@@ -55,6 +55,9 @@ class MainMenu {
   std::vector<MenuEntry> entries_;
 };
 
+// A caption for running text: without its keyboard mark, which Chinese carries as "(&C)".
+std::string PlainCaption(const Caption& caption, bool chinese);
+
 // Path of the companion program that posts late charges.
 std::string DailyBatchProgram(const Session& session);
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <set>
 #include <stdexcept>
 
 #include "core/values.h"
@@ -65,6 +66,28 @@ std::vector<MenuListEntry> ReadMenuList(const std::string& folder) {
   return entries;
 }
 
+std::vector<MenuListEntry> RightsList(const std::string& folder,
+                                      const std::vector<MenuEntry>& menu) {
+  const std::vector<MenuListEntry> lines = ReadMenuList(folder);
+  const auto line_of = [&](std::string_view name) {
+    return std::ranges::find_if(
+        lines, [&](const MenuListEntry& line) { return SameText(line.name, name); });
+  };
+  std::vector<MenuListEntry> list;
+  std::set<std::string> of_the_program;
+  for (const MenuEntry& entry : menu) {
+    of_the_program.insert(Upper(entry.name));
+    if (!entry.needs_right) continue;
+    const auto line = line_of(entry.name);
+    list.push_back({entry.name, static_cast<int>(list.size()) + 1,
+                    line == lines.end() ? PlainCaption(entry.caption, false) : line->caption});
+  }
+  for (const MenuListEntry& line : lines) {
+    if (!line.name.empty() && of_the_program.insert(Upper(line.name)).second) list.push_back(line);
+  }
+  return list;
+}
+
 std::string ShownCaption(const MenuListEntry& entry, const std::vector<MenuEntry>& menu,
                          bool chinese) {
   const auto known = std::ranges::find_if(
@@ -72,9 +95,7 @@ std::string ShownCaption(const MenuListEntry& entry, const std::vector<MenuEntry
   if (!chinese || known == menu.end() || WithoutMnemonic(known->caption.english) != entry.caption) {
     return entry.caption;
   }
-  std::string caption = known->caption.chinese;  // "顾客(&C)"
-  if (const auto letter = caption.find("(&"); letter != std::string::npos) caption.erase(letter, 4);
-  return caption;
+  return PlainCaption(known->caption, true);
 }
 
 void WriteMenuList(const std::string& folder, const std::vector<MenuEntry>& entries) {

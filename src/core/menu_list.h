@@ -1,5 +1,6 @@
-// MenuList.ini: the entries that the rights grid of the user screen offers. It is made from the
-// menu table.
+// MenuList.ini: the entries that the rights grid of the user screen offers beside those of the
+// program, and the office's own words for some of them. It is made from the menu table; an update
+// leaves it alone, so what the program offers never hangs on it.
 //
 // A line is name, running number and caption, parted by commas. A file has at most 68 lines and
 // ends with a line whose first field is [end]; the entries that do not fit stand in MenuList2.ini,
@@ -22,6 +23,10 @@ struct MenuListEntry {
 // Throws std::runtime_error that names the file and line: no end mark within 68 lines, or no three
 // fields.
 std::vector<MenuListEntry> ReadMenuList(const std::string& folder);
+// All entries of the menu table that need a right, then the lines of the files that are none of
+// them, for papers and screens that the office has added. Throws as ReadMenuList.
+std::vector<MenuListEntry> RightsList(const std::string& folder,
+                                      const std::vector<MenuEntry>& menu);
 // The caption for the eye: in Chinese the menu's own, unless the office gave the line other words.
 std::string ShownCaption(const MenuListEntry& entry, const std::vector<MenuEntry>& menu,
                          bool chinese);

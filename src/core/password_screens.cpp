@@ -3,14 +3,23 @@
 #include <fmt/format.h>
 
 #include "core/company_access.h"
+#include "core/log.h"
 #include "core/password.h"
+#include "core/password_tries.h"
 #include "core/record.h"
 #include "core/values.h"
+#include "screen/hourglass.h"
 
 namespace kaunter {
 namespace {
 
 constexpr int kLongestUserID = 50;
+
+// "AMINAH asks: save loan AB0003-001".
+std::string Request(const Session& session, const Caption& what) {
+  return session.In({fmt::format("{} asks: {}", session.CurrentUserID, what.english),
+                     fmt::format("{} 请求：{}", session.CurrentUserID, what.chinese)});
+}
 
 }  // namespace
 
@@ -43,22 +52,28 @@ void ChangePasswordfrm::Save() {
         main().Query(fmt::format("SELECT UserDept FROM UserMast WHERE UserID={}", QuoteStr(id)));
     if (row.Eof()) {
       Refuse({fmt::format("User {} not found", id), fmt::format("找不到用户 {}", id)});
-    } else if (NullToEmpty(row.Field("UserDept")) != PasswordHash(OldPassword.text())) {
+    } else if (!TryPassword(session(), id, title().english, [&] {
+                 return NullToEmpty(row.Field("UserDept")) == PasswordHash(OldPassword.text());
+               })) {
       Refuse(OldPassword, {"Invalid Current password", "现在的密码不正确"});
     } else if (Confirm({"Confirm to change password?", "确定更改密码？"})) {
       ExecuteOnRow(main(),
                    fmt::format("UPDATE UserMast SET UserDept={} WHERE UserID={}",
                                QuoteStr(PasswordHash(NewPassword.text())), QuoteStr(id)),
                    id);
+      WriteLog(session(),
+               LogLine(session(), fmt::format(" - {0} changed the password of {0}", id)));
       Tell(MessageKind::information, {"Password change successfully", "密码已更改"});
       Close();
     }
   }
 }
 
-frmUserSignIn::frmUserSignIn(Session& session, Desk& desk, std::string comp_code)
+frmUserSignIn::frmUserSignIn(Session& session, Desk& desk, const Caption& what,
+                             std::string comp_code)
     : SessionScreen("frmUserSignIn", {"Manager Sign In", "经理进入"}, session, desk),
       comp_code_(std::move(comp_code)) {
+  RequestLBL.SetText(Request(session, what));
   UserID.max_length = kLongestUserID;
   UserID.onLeave = [this] { UserID.SetText(Upper(Trim(UserID.text()))); };
   OKCmd.onClick = [this] { Approve(); };
@@ -70,11 +85,14 @@ void frmUserSignIn::Load() {
 }
 
 void frmUserSignIn::Approve() {
-  const Recordset rows = main().Query(fmt::format(
-      "SELECT UserID FROM UserMast WHERE UserID={} AND UserDept={} AND (Userlevel = 'Manager' or "
-      "UserLevel='Admin')",
-      QuoteStr(UserID.text()), QuoteStr(PasswordHash(Password.text()))));
-  session().OverrideOK = rows.RowCount() == 1;
+  const Hourglass busy(desk());
+  session().OverrideOK = TryPassword(session(), UserID.text(), title().english, [this] {
+    const Recordset rows = main().Query(fmt::format(
+        "SELECT UserID FROM UserMast WHERE UserID={} AND UserDept={} AND (Userlevel = 'Manager' or "
+        "UserLevel='Admin')",
+        QuoteStr(UserID.text()), QuoteStr(PasswordHash(Password.text()))));
+    return rows.RowCount() == 1;
+  });
   if (session().OverrideOK) {
     Close();
     return;
@@ -83,23 +101,28 @@ void frmUserSignIn::Approve() {
   Refuse(Password, {"Invalid Password, Please check", "密码不正确，请检查"});
 }
 
-AccessPasswordFrm::AccessPasswordFrm(Session& session, Desk& desk)
+AccessPasswordFrm::AccessPasswordFrm(Session& session, Desk& desk, const Caption& what)
     : SessionScreen("AccessPasswordFrm", {"Password", "密码"}, session, desk) {
+  RequestLBL.SetText(Request(session, what));
   OKCmd.onClick = [this] {
-    passed_ = CheckUserPassword(this->session(), PasswordHash(Password.text()));
+    const Hourglass busy(this->desk());
+    passed_ = TryPassword(this->session(), this->session().CurrentUserID, title().english, [this] {
+      return CheckUserPassword(this->session(), PasswordHash(Password.text()));
+    });
     Close();
   };
 }
 
-bool ManagerOverride(Session& session, Desk& desk, std::string_view comp_code) {
+bool ManagerOverride(Session& session, Desk& desk, const Caption& what,
+                     std::string_view comp_code) {
   session.OverrideOK = false;
-  frmUserSignIn dialog(session, desk, std::string(comp_code));
+  frmUserSignIn dialog(session, desk, what, std::string(comp_code));
   desk.ShowModal(dialog);
   return session.OverrideOK;
 }
 
-bool ConfirmOwnPassword(Session& session, Desk& desk) {
-  AccessPasswordFrm dialog(session, desk);
+bool ConfirmOwnPassword(Session& session, Desk& desk, const Caption& what) {
+  AccessPasswordFrm dialog(session, desk, what);
   desk.ShowModal(dialog);
   return dialog.passed();
 }

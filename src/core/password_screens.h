@@ -31,9 +31,11 @@ class ChangePasswordfrm : public SessionScreen {
 // A manager approves one action for a clerk. The approver is not recorded.
 class frmUserSignIn : public SessionScreen {
  public:
-  // Shows the company it is called for; the one in work when that is "".
-  frmUserSignIn(Session& session, Desk& desk, std::string comp_code = {});
+  // Shows what is asked for ("save loan AB0003-001") and the company it is called for; the one in
+  // work when that is "".
+  frmUserSignIn(Session& session, Desk& desk, const Caption& what, std::string comp_code = {});
 
+  Label RequestLBL{*this, "RequestLBL"};
   Label Company{*this, "Company"};
   TextBox UserID{*this, "UserID", {"User ID", "用户编号"}};
   TextBox Password{*this, "Password", {"Password", "密码"}, Kind::password};
@@ -51,8 +53,9 @@ class frmUserSignIn : public SessionScreen {
 // The signed-in user types the own password again.
 class AccessPasswordFrm : public SessionScreen {
  public:
-  AccessPasswordFrm(Session& session, Desk& desk);
+  AccessPasswordFrm(Session& session, Desk& desk, const Caption& what);
 
+  Label RequestLBL{*this, "RequestLBL"};
   TextBox Password{*this, "Password", {"Your Password", "您的密码"}, Kind::password};
   Button OKCmd{*this, "OKCmd", {"&OK", "确定(&O)"}, ButtonRole::primary};
   Button CancelCmd{*this, "CancelCmd", {"&Cancel", "取消(&C)"}, ButtonRole::cancel};
@@ -63,9 +66,11 @@ class AccessPasswordFrm : public SessionScreen {
   bool passed_ = false;
 };
 
-// Shows frmUserSignIn; true when a manager has approved. `comp_code` is only shown.
-bool ManagerOverride(Session& session, Desk& desk, std::string_view comp_code = {});
+// Shows frmUserSignIn; true when a manager has approved. `what` says what for, after "<user> asks:
+// "; `comp_code` is only shown.
+bool ManagerOverride(Session& session, Desk& desk, const Caption& what,
+                     std::string_view comp_code = {});
 // Shows AccessPasswordFrm; true when the own password was typed.
-bool ConfirmOwnPassword(Session& session, Desk& desk);
+bool ConfirmOwnPassword(Session& session, Desk& desk, const Caption& what);
 
 }  // namespace kaunter

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/password_tries.h"
 #include "core/settings.h"
 #include "platform/clock.h"
 #include "platform/money.h"
@@ -17,6 +18,7 @@
 namespace kaunter {
 
 class LocalSettings;
+class MainMenu;
 
 // The money-laundering rules of one company, under the names of their columns in CompMast. Off as
 // long as none has been loaded.
@@ -40,6 +42,9 @@ struct SettlementQuote {
   std::string OPayment;  // late interest
   std::string ChargeAmt;
 };
+
+// CurrentLevel of the built-in logon ADMIN.
+constexpr int kBuiltInLevel = 5;
 
 class Session {
  public:
@@ -69,6 +74,7 @@ class Session {
   bool AllowCreditLimit = false;
   bool Special = false;
   bool OverrideOK = false;  // answer of the last ManagerOverride
+  PasswordTries password_tries;
 
   // --- hand-over between screens
   std::string MsgText;
@@ -102,6 +108,8 @@ class Session {
   bool MayCreateTables = false;  // the local settings let this PC fill an empty database
   Clock clock;                   // the PC's clock; the embedded server reads the same one
   Connection::TraceSink trace;
+  // The menu of the main window with the rights of whoever is signed in; null while there is none.
+  const MainMenu* menu = nullptr;
   // Puts a text on the status line of the main window; empty while there is none.
   std::function<void(std::string_view text)> status;
 

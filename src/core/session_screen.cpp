@@ -2,6 +2,7 @@
 
 #include "core/company_access.h"
 #include "core/log.h"
+#include "core/screen_rights.h"
 #include "core/telling.h"
 #include "core/values.h"
 #include "platform/sql/transaction.h"
@@ -12,6 +13,12 @@ SessionScreen::SessionScreen(std::string name, Caption title, Session& session, 
     : Screen(std::move(name), std::move(title), desk), session_(session) {
   SetChinese(session.ChineseFlag);
   onFailure = [this](const std::exception& failure) { TellFailure(session_, *this, failure); };
+}
+
+bool SessionScreen::MayOpen() {
+  const std::optional<Caption> why = WhyClosed(session_, name(), session_.CallerTag);
+  if (why) Refuse(*why);
+  return !why;
 }
 
 void SessionScreen::Tell(MessageKind kind, const Caption& text) {
@@ -32,6 +39,11 @@ bool SessionScreen::Confirm(const Caption& text) {
   return desk().Ask(Heading(session_, *this), session_.MsgText);
 }
 
+bool SessionScreen::ConfirmLoss(const Caption& text) {
+  session_.MsgText = session_.In(text);
+  return desk().AskBeforeLoss(Heading(session_, *this), session_.MsgText);
+}
+
 bool SessionScreen::Attempt(std::string_view what, const Caption& text,
                             const std::function<void()>& write) {
   try {
@@ -47,15 +59,16 @@ bool SessionScreen::Attempt(std::string_view what, const Caption& text,
 }
 
 bool SessionScreen::MayDiscard(bool changed) {
-  return !changed ||
-         desk().Ask(title().In(chinese()),
-                    session_.In({"Close without saving the changes ?", "不储存更改就关闭？"}));
+  return !changed || desk().AskBeforeLoss(
+                         title().In(chinese()),
+                         session_.In({"Close without saving the changes ?", "不储存更改就关闭？"}));
 }
 
 bool SessionScreen::MayLeaveRecord(bool changed) {
-  return !changed || desk().Ask(title().In(chinese()),
-                                session_.In({"Leave this record without saving the changes ?",
-                                             "不储存更改就离开此资料？"}));
+  return !changed ||
+         desk().AskBeforeLoss(title().In(chinese()),
+                              session_.In({"Leave this record without saving the changes ?",
+                                           "不储存更改就离开此资料？"}));
 }
 
 void TellFailure(Session& session, Screen& screen, const std::exception& failure) {

@@ -17,6 +17,9 @@ class SessionScreen : public Screen {
   // Takes the language of the session, and its handling of failures.
   SessionScreen(std::string name, Caption title, Session& session, Desk& desk);
 
+  // The one gate of all screens, from wherever they are opened: core/screen_rights.
+  bool MayOpen() override;
+
  protected:
   Session& session() const { return session_; }
   Connection& main() const { return session_.Main(); }
@@ -28,6 +31,8 @@ class SessionScreen : public Screen {
   bool Refuse(Control& control, const Caption& text);
   bool Refuse(const Caption& text);
   bool Confirm(const Caption& text);
+  // The same before something is deleted or given up: Enter alone says no.
+  bool ConfirmLoss(const Caption& text);
   // Runs a write in a transaction of the main connection and commits. A failure rolls back, is
   // logged under `what` with its description, told as `text` (critical), and gives false.
   bool Attempt(std::string_view what, const Caption& text, const std::function<void()>& write);

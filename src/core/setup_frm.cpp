@@ -66,7 +66,8 @@ SetupModifyFrm::SetupModifyFrm(Session& session, Desk& desk, const CodeTable& ta
   }
   SetupModifyCode.onLeave = [this] {
     SetupModifyCode.SetText(Upper(Trim(SetupModifyCode.text())));
-    if (mode_ == Mode::add && !SetupModifyCode.empty()) CheckNewCode();
+    // A person of whom there is a paper already is told at the save alone.
+    if (mode_ == Mode::add && !SetupModifyCode.empty() && table_.more.empty()) CheckNewCode();
   };
   SaveCmd.onClick = [this] { Save(); };
   Command2.onClick = [this] { Delete(); };
@@ -156,7 +157,7 @@ void SetupModifyFrm::Insert() {
 }
 
 void SetupModifyFrm::Delete() {
-  if (!Confirm(
+  if (!ConfirmLoss(
           {fmt::format("Confirm to delete {} ?", code_), fmt::format("确定刪除 {} ？", code_)}))
     return;
   ExecuteOnRow(

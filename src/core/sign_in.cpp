@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "core/password.h"
+#include "core/password_tries.h"
 #include "core/session.h"
 #include "core/values.h"
 
@@ -91,14 +92,16 @@ void FillSession(Session& session, const Recordset& user) {
   session.Special = IsOne(user.Field("Special"));
 }
 
+// `outside`: the password is right, the hour is not.
 std::optional<Caption> SignInUser(Session& session, std::string_view user_id,
-                                  std::string_view password) {
+                                  std::string_view password, std::optional<Caption>& outside) {
   const Recordset user = session.Main().Query(
       fmt::format("SELECT * FROM UserMast WHERE UserID={}", QuoteStr(user_id)));
   if (user.Eof()) return kInvalidUser;
   if (PasswordHash(password) != NullToEmpty(user.Field("UserDept"))) return kInvalidPassword;
   FillSession(session, user);
-  return OutsideWindow(session, user);
+  outside = OutsideWindow(session, user);
+  return std::nullopt;
 }
 
 }  // namespace
@@ -125,8 +128,14 @@ std::optional<Caption> TrySignIn(Session& session, std::string_view user_id,
                                  std::string_view password) {
   // The rights of whoever sat here before never reach the next person.
   ClearSignIn(session);
-  auto refusal = user_id == kBuiltInUser ? SignInBuiltIn(session, password)
-                                         : SignInUser(session, user_id, password);
+  std::optional<Caption> refusal;
+  std::optional<Caption> outside;
+  const bool right = TryPassword(session, user_id, "User Login", [&] {
+    refusal = user_id == kBuiltInUser ? SignInBuiltIn(session, password)
+                                      : SignInUser(session, user_id, password, outside);
+    return !refusal;
+  });
+  if (right) refusal = outside;
   if (refusal) ClearSignIn(session);
   return refusal;
 }

@@ -18,6 +18,8 @@
 namespace kaunter {
 namespace {
 
+constexpr int kAdministrator = 4;
+
 const Caption kInvalidStart{"Invalid Time Start", "开始时间不正确"};
 const Caption kInvalidEnd{"Invalid Time End", "结束时间不正确"};
 
@@ -50,11 +52,7 @@ UserFrm::UserFrm(Session& session, Desk& desk, std::vector<MenuEntry> menu)
   record_.Add(UserID)
       .Add(UserName)
       .Add(UserLevel)
-      .AddValue("UserDept",
-                [this] {
-                  return QuoteStr(UserDept.text() == stored_hash_ ? stored_hash_
-                                                                  : PasswordHash(UserDept.text()));
-                })
+      .AddValue("UserDept", [this] { return QuoteStr(PasswordToStore()); })
       .Add(Special, As::number_flag)
       .Add(FollowUpFlag, As::number_flag)
       .Add(CompCode)
@@ -87,7 +85,9 @@ UserFrm::UserFrm(Session& session, Desk& desk, std::vector<MenuEntry> menu)
   UserNIC.mask = kNewIcMask;
   TimeStart.mask = TimeEnd.mask = "##:##";
   UserID.onLeave = [this] { LeaveUserID(); };
-  OfferPicker(session, UserID, "UserPop", [this](const std::string& id) { LoadUser(id); });
+  OfferPicker(session, UserID, "UserPop", [this](const std::string& id) {
+    if (MayLeaveRecord(Typed())) LoadUser(id);
+  });
   UserNIC.onLeave = [this] { LeaveNewIc(); };
   UserDOB.onLeave = [this] {
     if (!UserDOB.empty() && !IsDate(UserDOB.text())) Refuse(UserDOB, kInvalidDate);
@@ -97,7 +97,9 @@ UserFrm::UserFrm(Session& session, Desk& desk, std::vector<MenuEntry> menu)
   SelectAllCmd.onClick = [this] { TickAll(true); };
   SelectNoneCmd.onClick = [this] { TickAll(false); };
   SaveCmd.onClick = [this] { Save(); };
-  CmdClear.onClick = [this] { ClearAll(); };
+  CmdClear.onClick = [this] {
+    if (MayLeaveRecord(Typed())) ClearAll();
+  };
   CmdDelete.onClick = [this] { Delete(); };
 }
 
@@ -106,16 +108,16 @@ void UserFrm::Load() {
   UserDept.max_length = UserDept2.max_length = 50;
   FillItems(CompCode, main(), "SELECT CompCode FROM CompMast ORDER BY CompCode");
   FillItems(UserRace, main(), "SELECT CustRaceID FROM CustRaceMast ORDER BY CustRaceID");
-  for (const MenuListEntry& entry : ReadMenuList(session().AppPath)) {
+  for (const MenuListEntry& entry : RightsList(session().AppPath, menu_)) {
     LS1.AddRow({entry.name, ShownCaption(entry, menu_, session().ChineseFlag),
                 std::to_string(entry.number)});
   }
   record_.Remember();
 }
 
-bool UserFrm::RequestClose() {
-  return MayDiscard(record_.Changed() || UserDept.text() != stored_hash_);
-}
+bool UserFrm::Typed() const { return record_.Changed() || UserDept.text() != stored_hash_; }
+
+bool UserFrm::RequestClose() { return MayDiscard(Typed()); }
 
 void UserFrm::LeaveUserID() {
   UserID.SetText(Upper(Trim(UserID.text())));
@@ -216,22 +218,76 @@ bool UserFrm::CheckBeforeSave() {
   if (UserDept.empty()) return Refuse(UserDept, {"Password required", "请输入密码"});
   if (CompCode.empty()) return Refuse(CompCode, {"Company Code is require", "请选择公司"});
   gcc2.SetText(AllowedList());
-  return CheckLevels();
+  return true;
 }
 
-// Nobody makes a user above the own level, and only level 4 up changes a user of level 4: otherwise
-// whoever may open this screen could become an administrator.
-bool UserFrm::CheckLevels() {
-  if (LevelNumber(UserLevel.text()) > session().CurrentLevel) {
+UserRights UserFrm::TypedRights() const {
+  UserRights rights;
+  rights.level = UserLevel.text();
+  rights.companies = CompaniesOf(CompCode.text(), gcc2.text());
+  for (const Control* control : Children(&Rights)) {
+    if (control->Text() == "1") rights.flags.insert(control->name());
+  }
+  rights.hash = PasswordToStore();
+  rights.hours = TimeStart.text() + "-" + TimeEnd.text();
+  for (int row = 0; row < LS1.RowCount(); ++row) {
+    if (LS1.Ticked(row)) rights.menu.insert(Upper(LS1.Cell(row, 0)));
+  }
+  return rights;
+}
+
+std::string UserFrm::PasswordToStore() const {
+  return UserDept.text() == stored_hash_ ? stored_hash_ : PasswordHash(UserDept.text());
+}
+
+// Whoever may open this screen could become an administrator otherwise: by a level, by a right that
+// one lacks, or by the password of somebody who has it.
+bool UserFrm::CheckLevels(const UserRights& stored) {
+  const int level = ActingLevel(session(), StoredRights(main(), session().CurrentUserID));
+  if (LevelNumber(stored.level) <= level) return true;
+  return Refuse(UserID, {"You cannot change or delete a user whose level is above your own",
+                         "不可更改或删除级别高于自己的用户"});
+}
+
+bool UserFrm::CheckGiven(const UserRights& stored, const UserRights& typed) {
+  const UserRights own = StoredRights(main(), session().CurrentUserID);
+  const int level = ActingLevel(session(), own);
+  if (LevelNumber(typed.level) > level) {
     return Refuse(UserLevel, {"You cannot give a level above your own", "不可给予高于自己的级别"});
   }
-  const std::string stored = ScalarQuery(
-      main(),
-      fmt::format("SELECT UserLevel FROM UserMast WHERE UserID={}", QuoteStr(UserID.text())));
-  if (LevelNumber(stored) >= 4 && session().CurrentLevel < 4) {
-    return Refuse(UserID, {"Only an administrator may change this user", "只有管理员可更改此用户"});
+  if (level >= kAdministrator) return true;
+  if (const auto beyond = FirstBeyond(own, stored, typed)) {
+    return RefuseBeyond(*beyond, {"You cannot give {}, since you do not have it yourself",
+                                  "不可给予{}，因为您自己没有"});
+  }
+  const bool self = SameText(UserID.text(), session().CurrentUserID);
+  if (self && typed.hours != stored.hours) {
+    return Refuse(TimeStart, {"You cannot change your own hours", "不可更改自己的进入时间"});
+  }
+  if (self || typed.hash == stored.hash) return true;
+  if (const auto beyond = FirstBeyond(own, {}, typed)) {
+    return RefuseBeyond(*beyond,
+                        {"You cannot set the password of a user who has {}, since you do not have "
+                         "it yourself",
+                         "不可更改有{}的用户的密码，因为您自己没有"});
   }
   return true;
+}
+
+bool UserFrm::RefuseBeyond(const RightBeyond& beyond, const Caption& text) {
+  Control* control = &CompCode;
+  Caption what{"company " + beyond.name, "公司 " + beyond.name};
+  if (beyond.kind == RightBeyond::Kind::flag) {
+    control = Find(beyond.name);
+    what = control->caption();
+  } else if (beyond.kind == RightBeyond::Kind::menu) {
+    control = &LS1;
+    for (int row = 0; row < LS1.RowCount(); ++row) {
+      if (SameText(LS1.Cell(row, 0), beyond.name)) what = Caption(LS1.Cell(row, 1));
+    }
+  }
+  return Refuse(*control, {fmt::format(fmt::runtime(text.english), '"' + what.english + '"'),
+                           fmt::format(fmt::runtime(text.chinese), "“" + what.In(true) + "”")});
 }
 
 std::string UserFrm::AllowedList() const {
@@ -252,11 +308,14 @@ void UserFrm::Save() {
   if (!CheckBeforeSave() || !CheckTime(TimeStart, kInvalidStart) ||
       !CheckTime(TimeEnd, kInvalidEnd))
     return;
+  const UserRights stored = StoredRights(main(), UserID.text());
+  const UserRights typed = TypedRights();
+  if (!CheckLevels(stored) || !CheckGiven(stored, typed)) return;
   if (!Confirm({"Confirm to save ?", "确定储存？"})) return;
-  Write();
+  Write(stored, typed);
 }
 
-void UserFrm::Write() {
+void UserFrm::Write(const UserRights& stored, const UserRights& typed) {
   const std::string id = UserID.text();
   const std::string quoted = QuoteStr(id);
   const bool exists =
@@ -274,6 +333,7 @@ void UserFrm::Write() {
   }
   transaction.Commit();
   WriteLog(session(), LogLine(session(), fmt::format(" - User ID {} saved", id)));
+  LogChange(stored, typed);
   LoadUser(id);
   if (exists) {
     Tell(MessageKind::information, {"User ID updated", "用户已更新"});
@@ -282,20 +342,30 @@ void UserFrm::Write() {
   }
 }
 
+void UserFrm::LogChange(const UserRights& from, const UserRights& to) {
+  const std::string change = TellChange(from, to);
+  if (change.empty()) return;
+  WriteLog(session(),
+           LogLine(session(), fmt::format(" - {} changed user {}: {}", session().CurrentUserID,
+                                          UserID.text(), change)));
+}
+
 void UserFrm::Delete() {
   if (UserID.empty()) {
     Refuse(UserID, {"User ID required", "请输入用户编号"});
     return;
   }
-  if (!CheckLevels()) return;
   const std::string id = UserID.text();
-  if (!Confirm({fmt::format("Confirm to delete {} ?", id), fmt::format("确定刪除 {} ？", id)}))
+  if (!CheckLevels(StoredRights(main(), id))) return;
+  if (!ConfirmLoss({fmt::format("Confirm to delete {} ?", id), fmt::format("确定刪除 {} ？", id)}))
     return;
   const std::string quoted = QuoteStr(id);
   Transaction transaction(main());
   ExecuteOnRow(main(), fmt::format("Delete from UserMast where UserID={}", quoted), id);
   main().Execute(fmt::format("Delete from UserAccess where UserID = {}", quoted));
   transaction.Commit();
+  WriteLog(session(),
+           LogLine(session(), fmt::format(" - {} deleted user {}", session().CurrentUserID, id)));
   ClearAll();
   Tell(MessageKind::information,
        {fmt::format("User ID {} deleted", id), fmt::format("用户 {} 已删除", id)});

@@ -7,12 +7,13 @@
 #include "core/menu.h"
 #include "core/record.h"
 #include "core/session_screen.h"
+#include "core/user_rights.h"
 
 namespace kaunter {
 
 class UserFrm : public SessionScreen {
  public:
-  // `menu`: what the entries are called in Chinese.
+  // `menu`: the entries of the program, which the rights list offers.
   UserFrm(Session& session, Desk& desk, std::vector<MenuEntry> menu);
 
   Tab Pages{*this, "Pages"};
@@ -73,6 +74,7 @@ class UserFrm : public SessionScreen {
   bool RequestClose() override;
 
  private:
+  bool Typed() const;
   void LeaveUserID();
   void LeaveNewIc();
   void LeaveTime(TextBox& box, const Caption& invalid);
@@ -84,9 +86,14 @@ class UserFrm : public SessionScreen {
 
   void Save();
   bool CheckBeforeSave();
-  bool CheckLevels();
+  UserRights TypedRights() const;
+  std::string PasswordToStore() const;
+  bool CheckLevels(const UserRights& stored);
+  bool CheckGiven(const UserRights& stored, const UserRights& typed);
+  bool RefuseBeyond(const RightBeyond& beyond, const Caption& text);
+  void LogChange(const UserRights& from, const UserRights& to);
   std::string AllowedList() const;
-  void Write();
+  void Write(const UserRights& stored, const UserRights& typed);
   void Delete();
 
   std::vector<MenuEntry> menu_;

@@ -32,13 +32,20 @@ std::optional<OtherHolder> FindOtherHolder(Connection& main, std::string_view co
                      NullToEmpty(row.Field(2))};
 }
 
-DeletedCustomer DeleteCustomer(Connection& main, std::string_view cust_id) {
+CustomerHistory HistoryOf(Connection& main, std::string_view cust_id) {
   const std::string id = QuoteStr(cust_id);
-  DeletedCustomer deleted;
+  CustomerHistory history;
   const Recordset loans =
       main.Query(fmt::format("SELECT COUNT(*),SUM(LoanBal) FROM LoanMast WHERE CustID={}", id));
-  deleted.loans = CLng(NullToEmpty(loans.Field(0)));
-  if (const Money* balance = loans.Field(1).AsMoney()) deleted.balance = *balance;
+  history.loans = CLng(NullToEmpty(loans.Field(0)));
+  if (const Money* balance = loans.Field(1).AsMoney()) history.balance = *balance;
+  history.payments =
+      CLng(ScalarQuery(main, fmt::format("SELECT COUNT(*) FROM PaymentMast WHERE CustID={}", id)));
+  return history;
+}
+
+void DeleteCustomer(Connection& main, std::string_view cust_id) {
+  const std::string id = QuoteStr(cust_id);
   Transaction transaction(main);
   ExecuteOnRow(main, fmt::format("Delete from CustMast where CustID={}", id), cust_id);
   for (const char* statement :
@@ -52,7 +59,6 @@ DeletedCustomer DeleteCustomer(Connection& main, std::string_view cust_id) {
     main.Execute(fmt::format(fmt::runtime(statement), id));
   }
   transaction.Commit();
-  return deleted;
 }
 
 const std::vector<std::string>& ImportedColumns() {

@@ -30,14 +30,18 @@ std::optional<OtherHolder> FindOtherHolder(Connection& main, std::string_view co
                                            std::string_view value, std::string_view cust_id,
                                            std::string_view company);
 
+// What a delete of the customer takes along.
+struct CustomerHistory {
+  int loans = 0;
+  Money balance;
+  int payments = 0;
+};
+CustomerHistory HistoryOf(Connection& main, std::string_view cust_id);
+
 // Deletes the customer with all loans, schedules, payments, charges and drawdowns, in one
 // transaction. Balances are not tested: who may delete a customer may delete the history. Throws
 // SqlError; then nothing is gone.
-struct DeletedCustomer {
-  int loans = 0;
-  Money balance;
-};
-DeletedCustomer DeleteCustomer(Connection& main, std::string_view cust_id);
+void DeleteCustomer(Connection& main, std::string_view cust_id);
 
 // The fields that an import fills, by column name. Throws SqlError.
 const std::vector<std::string>& ImportedColumns();

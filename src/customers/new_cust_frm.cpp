@@ -7,6 +7,7 @@
 #include "core/identity.h"
 #include "core/open_for.h"
 #include "core/picker.h"
+#include "core/screen_rights.h"
 #include "core/values.h"
 #include "customers/customer_store.h"
 
@@ -160,6 +161,7 @@ void NewCustFrm::BindEvents() {
   CmdBuyGold.onClick = [this] { OpenFor("FrmBuyGold", "Buy Gold"); };
   ECust.onClick = [this] { OpenFor("ECustMast", "E-Invoice"); };
   CmdDelete.onClick = [this] { DeleteAfterPassword(); };
+  CmdAllowDelete.onClick = [this] { AskManagerToDelete(); };
   SaveCmd.onClick = [this] { Save(); };
 }
 
@@ -177,10 +179,10 @@ void NewCustFrm::Load() {
   CmdDelete.SetVisible(!delete_mode_);
   CmdNew.SetVisible(!session().LinkDBString.empty());
   ECust.SetVisible(session().settings.EInv && desk().CanShow("ECustMast"));
-  CmdNewLoan.SetVisible(desk().CanShow("NewLoanFrm"));
-  CmdLoan.SetVisible(desk().CanShow("NewLoanFrm"));
-  CmdPay.SetVisible(desk().CanShow("PaymentFrm"));
-  CmdBuyGold.SetVisible(desk().CanShow("FrmBuyGold"));
+  OfferShortcut(session(), CmdNewLoan, "NewLoanFrm", "New Loan");
+  OfferShortcut(session(), CmdLoan, "NewLoanFrm", "Edit Loan");
+  OfferShortcut(session(), CmdPay, "PaymentFrm", "New Payment");
+  OfferShortcut(session(), CmdBuyGold, "FrmBuyGold", "Buy Gold");
   StartNew();
   if (!session().HandOverCustID.empty()) LoadCustomer(session().HandOverCustID);
 }
@@ -193,7 +195,8 @@ void NewCustFrm::ClearAll() {
   record_.Clear();
   loaded_id_.clear();
   loaded_values_.clear();
-  edit_approved_ = false;
+  edit_approved_ = delete_approved_ = false;
+  ShowDeleteRight();
   CustStatus.SetEnabled(true);
   SearchText.Clear();
   LoadLists({});

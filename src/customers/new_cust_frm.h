@@ -203,6 +203,8 @@ class NewCustFrm : public SessionScreen {
   Button CmdBuyGold{*this, "CmdBuyGold", {"Buy &Gold", "买入黄金(&G)"}};
   Button ECust{*this, "ECust", {"&E-Invoice", "电子发票(&E)"}};
   Button CmdDelete{*this, "CmdDelete", {"&Delete", "删除(&D)"}, ButtonRole::danger};
+  // Beside a delete that the person has no right to.
+  Button CmdAllowDelete{*this, "CmdAllowDelete", {"Manager...", "经理..."}};
   Button SaveCmd{*this, "SaveCmd", {"&Save", "储存(&S)"}, ButtonRole::primary};
   Button CancelCmd{*this, "CancelCmd", {"&Close", "关闭(&C)"}, ButtonRole::cancel};
 
@@ -234,6 +236,9 @@ class NewCustFrm : public SessionScreen {
   void WriteLists(const std::string& id);
   void SendToAccounts(const std::string& id);
   void DeleteAfterPassword();
+  void ShowDeleteRight();
+  void AskManagerToDelete();
+  Caption DeleteRequest() const;
   void Delete();
 
   // new_cust_events.cpp: what happens when a box is left
@@ -273,7 +278,8 @@ class NewCustFrm : public SessionScreen {
   std::string loaded_id_;             // the stored customer shown; "" for a new one
   std::vector<Value> loaded_values_;  // for the audit: name, the three identity numbers, date
   std::string remembered_lists_;
-  bool edit_approved_ = false;  // a manager has approved edits of the record shown
+  bool delete_approved_ = false;  // a manager has opened the delete of the record shown
+  bool edit_approved_ = false;    // a manager has approved edits of the record shown
   bool delete_mode_ = false;
   int referrer_row_ = -1;  // the row that the boxes show; -1 for a new one
 };

@@ -162,7 +162,7 @@ void NewCustFrm::RemoveDocuments() {
     Tell(MessageKind::information, "No changes on existing documents");
     return;
   }
-  if (!Confirm(fmt::format("Confirm to remove {} item ?", ticked))) return;
+  if (!ConfirmLoss(fmt::format("Confirm to remove {} item ?", ticked))) return;
   for (int row = DocDG.RowCount() - 1; row >= 0; --row) {
     if (DocDG.Ticked(row)) DocDG.RemoveRow(row);
   }

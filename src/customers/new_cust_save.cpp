@@ -6,6 +6,7 @@
 #include "core/boxes.h"
 #include "core/log.h"
 #include "core/password_screens.h"
+#include "core/screen_rights.h"
 #include "core/sequences.h"
 #include "core/values.h"
 #include "customers/customer_store.h"
@@ -22,7 +23,10 @@ bool IsNumberOrEmpty(const TextBox& box) { return box.empty() || IsNumeric(box.t
 
 bool NewCustFrm::MayEdit() {
   if (CustID.empty() || session().AllowEdit || edit_approved_) return true;
-  edit_approved_ = ManagerOverride(session(), desk());
+  edit_approved_ = ManagerOverride(
+      session(), desk(),
+      delete_mode_ ? DeleteRequest()
+                   : Caption{"save customer " + CustID.text(), "储存顾客 " + CustID.text()});
   if (edit_approved_) return true;
   return Refuse({fmt::format("User {} Level not allow to edit or delete Customer record",
                              session().CurrentUserID),
@@ -199,14 +203,43 @@ void NewCustFrm::WriteLists(const std::string& id) {
   }
 }
 
+// The menu entry that deletes customers opens the button too.
+void NewCustFrm::ShowDeleteRight() {
+  const bool may = session().AllowDelete || delete_approved_ ||
+                   !WhyClosed(session(), "NewCustFrm", "Delete Customer");
+  CmdDelete.tip =
+      may ? Caption()
+          : Caption{
+                "Needs the menu right \"Delete Customer\", the right \"Delete records\", or a "
+                "manager's sign-in by the button beside it",
+                "需要“删除顾客”功能或“删除资料”的权限，或由经理按旁边的按钮批准"};
+  CmdDelete.SetEnabled(may);
+  CmdAllowDelete.SetVisible(!may && !delete_mode_);
+}
+
+Caption NewCustFrm::DeleteRequest() const {
+  return {fmt::format("delete customer {} {}", loaded_id_, CustName.text()),
+          fmt::format("删除顾客 {} {}", loaded_id_, CustName.text())};
+}
+
+void NewCustFrm::AskManagerToDelete() {
+  if (loaded_id_.empty()) {
+    Refuse(CustID, {"Customer not found", "找不到顾客"});
+    return;
+  }
+  delete_approved_ = ManagerOverride(session(), desk(), DeleteRequest(), CompCode.text());
+  ShowDeleteRight();
+  if (delete_approved_) FocusOn(CmdDelete);
+}
+
 void NewCustFrm::DeleteAfterPassword() {
   if (loaded_id_.empty()) {
     Refuse(CustID, {"Customer not found", "找不到顾客"});
     return;
   }
-  if (!ConfirmOwnPassword(session(), desk())) return;
-  if (!Confirm({fmt::format("Confirm to delete customer {} {} ?", loaded_id_, CustName.text()),
-                fmt::format("确定删除顾客 {} {} ？", loaded_id_, CustName.text())})) {
+  if (!ConfirmOwnPassword(session(), desk(), DeleteRequest())) return;
+  if (!ConfirmLoss({fmt::format("Confirm to delete customer {} {} ?", loaded_id_, CustName.text()),
+                    fmt::format("确定删除顾客 {} {} ？", loaded_id_, CustName.text())})) {
     return;
   }
   Delete();
@@ -219,11 +252,22 @@ void NewCustFrm::Delete() {
   }
   const std::string id = loaded_id_;
   const std::string company = CompCode.text();
-  const DeletedCustomer deleted = DeleteCustomer(main(), id);
+  const CustomerHistory going = HistoryOf(main(), id);
+  const std::string balance = ShowMoney(Value(going.balance));
+  if (going.loans > 0 &&
+      !ConfirmLoss(
+          {fmt::format("{} loan(s) with a balance of {} and {} payment(s) go with customer "
+                       "{}. Delete ?",
+                       going.loans, balance, going.payments, id),
+           fmt::format("{3} 的 {0} 笔贷款（结余 {1}）和 {2} 笔付款将一并删除。确定？", going.loans,
+                       balance, going.payments, id)})) {
+    return;
+  }
+  DeleteCustomer(main(), id);
   WriteAudit(session(), "Delete", "Customer", company, id, loaded_values_);
   WriteLog(session(),
            LogLine(session(), fmt::format(" - Customer ID {} deleted, {} loans, balance {}", id,
-                                          deleted.loans, ShowMoney(Value(deleted.balance)))));
+                                          going.loans, balance)));
   StartNew();
   Tell(MessageKind::information,
        {fmt::format("Customer ID {} deleted", id), fmt::format("顾客编号 {} 已删除", id)});

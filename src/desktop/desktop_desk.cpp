@@ -57,7 +57,12 @@ void DesktopDesk::Message(MessageKind kind, std::string_view title, std::string_
 
 bool DesktopDesk::Ask(std::string_view title, std::string_view text) {
   const PointerFree free(hourglass_);
-  return AskYesNo(Front(), title, text, IsChinese());
+  return AskYesNo(Front(), title, text, IsChinese(), Preset::yes);
+}
+
+bool DesktopDesk::AskBeforeLoss(std::string_view title, std::string_view text) {
+  const PointerFree free(hourglass_);
+  return AskYesNo(Front(), title, text, IsChinese(), Preset::no);
 }
 
 std::string DesktopDesk::Input(std::string_view title, std::string_view text,
@@ -84,7 +89,7 @@ void DesktopDesk::Show(std::string_view screen_name) {
             IsChinese() ? "此功能尚未提供。" : "This screen is not available yet.");
     return;
   }
-  ShowModal(*screen);
+  if (screen->MayOpen()) ShowModal(*screen);
 }
 
 bool DesktopDesk::CanShow(std::string_view screen_name) const {

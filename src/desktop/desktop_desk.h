@@ -22,6 +22,7 @@ class DesktopDesk : public Desk {
 
   void Message(MessageKind kind, std::string_view title, std::string_view text) override;
   bool Ask(std::string_view title, std::string_view text) override;
+  bool AskBeforeLoss(std::string_view title, std::string_view text) override;
   std::string Input(std::string_view title, std::string_view text,
                     std::string_view preset) override;
   std::string PickFile(std::string_view title, std::string_view folder,

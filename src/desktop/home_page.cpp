@@ -295,6 +295,7 @@ void HomePage::RefreshTiles() {
     if (item->widget()) item->widget()->deleteLater();
     delete item;
   }
+  QWidget* last = nullptr;
   for (const auto& [entry, glyph] : shown) {
     auto* tile = new Tile(glyph, desk_);
     tile->setText(Plain(entry->caption.In(main_.chinese())));
@@ -302,7 +303,10 @@ void HomePage::RefreshTiles() {
     if (!entry->enabled) tile->setToolTip(Q(MainFrm::NotBuiltText().In(main_.chinese())));
     connect(tile, &QAbstractButton::clicked, this, [this, name = entry->name] { choose_(name); });
     tiles_->addWidget(tile, 1);
+    last = tile;
   }
+  // Whoever presses a key at once means a tile, never the button that shuts a door for good.
+  if (last) setTabOrder(last, shut_);
 }
 
 }  // namespace kaunter

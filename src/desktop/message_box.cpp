@@ -75,12 +75,13 @@ void ShowMessage(QWidget* parent, MessageKind kind, std::string_view title, std:
   box.exec();
 }
 
-bool AskYesNo(QWidget* parent, std::string_view title, std::string_view text, bool chinese) {
+bool AskYesNo(QWidget* parent, std::string_view title, std::string_view text, bool chinese,
+              Preset preset) {
   QMessageBox box(parent);
   Dress(box, MessageKind::question, title, text);
-  auto* yes = MakePrimary(box.addButton(chinese ? "是(&Y)" : "&Yes", QMessageBox::YesRole));
+  auto* yes = box.addButton(chinese ? "是(&Y)" : "&Yes", QMessageBox::YesRole);
   auto* no = box.addButton(chinese ? "否(&N)" : "&No", QMessageBox::NoRole);
-  box.setDefaultButton(yes);
+  box.setDefaultButton(MakePrimary(preset == Preset::yes ? yes : no));
   box.setEscapeButton(no);
   box.exec();
   return box.clickedButton() == yes;

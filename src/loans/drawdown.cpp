@@ -221,13 +221,13 @@ void Drawdown::TellLinkedAccounts() {
 void Drawdown::Delete() {
   const std::string shown_amount = ShowMoney(loaded_values_[1]);
   const std::string shown_date = ShowDate(loaded_values_[0]);
-  if (!Confirm({fmt::format("Confirm to delete drawdown amount {} dated {} ?", shown_amount,
-                            shown_date)})) {
+  if (!ConfirmLoss({fmt::format("Confirm to delete drawdown amount {} dated {} ?", shown_amount,
+                                shown_date)})) {
     return;
   }
   const int payments = CountPayments(main(), LoanID.text());
   if (payments > 0 &&
-      !Confirm(
+      !ConfirmLoss(
           {fmt::format("Warning! The loan has {} payment record(s)\n Proceed on ?", payments)})) {
     return;
   }

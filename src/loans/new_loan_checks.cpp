@@ -35,7 +35,10 @@ bool NewLoanFrm::RefuseInPlace(Control& control, const Caption& text) {
 
 bool NewLoanFrm::MayAmend() {
   if (LoanMode == "Edit Loan" && !session().AllowEdit && !SignedIn) {
-    SignedIn = ManagerOverride(session(), desk(), CompCode.text());
+    SignedIn = ManagerOverride(
+        session(), desk(),
+        {fmt::format("save loan {}", LoanID.text()), fmt::format("储存贷款 {}", LoanID.text())},
+        CompCode.text());
     if (!SignedIn) {
       const std::string& user = session().CurrentUserID;
       return Refuse({fmt::format("User {} Level not allow to edit or delete loan record", user),

@@ -224,7 +224,11 @@ void NewLoanFrm::LeaveCollateralValue() {
     return;
   const bool asked = Confirm({"Collateral value cannot less than loan amount, Authorise ?",
                               "抵押品价值不可少过贷款额，要批准吗？"});
-  if (asked && ManagerOverride(session(), desk())) return;
+  const Caption what{fmt::format("collateral of {} for a loan of {} to {}", property.Memo4.text(),
+                                 LoanAmt.text(), CustID.text()),
+                     fmt::format("以价值 {} 的抵押品贷款 {} 给 {}", property.Memo4.text(),
+                                 LoanAmt.text(), CustID.text())};
+  if (asked && ManagerOverride(session(), desk(), what)) return;
   property.Memo4.Clear();
   Refuse(property.Memo4, {"Authorised failed", "批准失败"});
 }

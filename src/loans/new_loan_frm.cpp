@@ -7,6 +7,7 @@
 #include "compliance/aml.h"
 #include "core/company_access.h"
 #include "core/picker.h"
+#include "core/screen_rights.h"
 #include "core/session_report.h"
 #include "core/values.h"
 #include "loans/loan_glance.h"
@@ -250,10 +251,8 @@ void NewLoanFrm::ApplySettings() {
   ProcessFee.SetLocked(!settings.AutoProcessingFeeRate.empty());
   DepositAmt.SetLocked(!settings.AutoStampingFeeRate.empty());
   Command9.SetVisible(settings.CalcAmt);
-  Command8.SetVisible(settings.PaymentReader && desk().CanShow("PaymentReaderfrm"));
-  CmdDrawDown.SetVisible(desk().CanShow("Drawdown"));
-  CmdSettle.SetVisible(desk().CanShow("Settlementfrm"));
-  CmdPrint.SetVisible(desk().CanShow("frmPrinting"));
+  OfferShortcut(session(), Command8, "PaymentReaderfrm", "");
+  if (!settings.PaymentReader) Command8.SetVisible(false);
   SSCommand5.SetVisible(desk().CanShow("AMLAFrm"));
   SSCommand6.SetVisible(std::filesystem::exists(session().AppPath + "/CDD.rpt"));
   // The special user sees the figures of the books, not those that were agreed.
@@ -315,9 +314,10 @@ void NewLoanFrm::ShowMode() {
   SaveCmd.SetVisible(!IsInquiry());
   CmdNew.SetVisible(!IsInquiry());
   const bool may_edit = LoanMode == "Edit Loan";
-  CmdDrawDown.SetEnabled(may_edit && !loaded_id_.empty());
-  CmdSettle.SetEnabled(may_edit && !loaded_id_.empty());
-  CmdPrint.SetEnabled(!loaded_id_.empty());
+  const bool loaded = !loaded_id_.empty();
+  OfferShortcut(session(), CmdDrawDown, "Drawdown", "", may_edit && loaded);
+  OfferShortcut(session(), CmdSettle, "Settlementfrm", "", may_edit && loaded);
+  OfferShortcut(session(), CmdPrint, "frmPrinting", "loan", loaded);
   SSCommand3.SetEnabled(is_new);  // an application is marked by the loan that it becomes
   for (GuarantorBoxes& boxes : guarantors) boxes.CmdGetGuarantor.SetEnabled(!IsInquiry());
   vsd.SetLocked(!may_edit);

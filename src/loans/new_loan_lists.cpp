@@ -15,8 +15,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kBuiltInLevel = 5;
-
 // Places in the grids.
 constexpr int kSchID = 0, kPayable = 2, kCapital = 3, kInterest = 4, kPaid = 7, kUnpaid = 8;
 constexpr int kPayID = 0, kSettlement = 11;
@@ -192,7 +190,7 @@ void NewLoanFrm::LoadPayments() {
 }
 
 void NewLoanFrm::OpenPayment(int row) {
-  if (IsInquiry() || !desk().CanShow("PaymentFrm") || !UserFlag(session(), "AccessPayment")) return;
+  if (IsInquiry() || !desk().CanShow("PaymentFrm") || !HasFlag(session(), "AccessPayment")) return;
   const std::string id = loaded_id_;
   if (record_.Changed()) {
     Refuse({"Please save the changes of the loan first", "请先储存贷款的更改"});
@@ -206,7 +204,7 @@ void NewLoanFrm::OpenPayment(int row) {
 void NewLoanFrm::DeletePayment(int row) {
   if (LoanMode != "Edit Loan") return;
   const std::string id = vsd4.Cell(row, kPayID);
-  if (!UserFlag(session(), "AccessPayment") || vsd4.Cell(row, kSettlement) == "1") {
+  if (!HasFlag(session(), "AccessPayment") || vsd4.Cell(row, kSettlement) == "1") {
     Refuse({"You are not allow to delete record", "您不可删除记录"});
     return;
   }
@@ -214,7 +212,7 @@ void NewLoanFrm::DeletePayment(int row) {
     Refuse({"Please save the changes of the loan first", "请先储存贷款的更改"});
     return;
   }
-  if (!Confirm({"Confirm to delete payment ?", "确定删除付款？"})) return;
+  if (!ConfirmLoss({"Confirm to delete payment ?", "确定删除付款？"})) return;
   const bool deleted = Attempt(
       fmt::format("Delete Payment - {}", id),
       {"an error occur during delete payment", "删除付款时发生错误"}, [&] {
@@ -286,8 +284,8 @@ void NewLoanFrm::OpenDrawdown(const std::string& sid) {
 }
 
 void NewLoanFrm::OpenSettlement() {
-  // A quotation ends in a payment. The built-in logon has no row that could hold the right.
-  if (session().CurrentLevel < kBuiltInLevel && !UserFlag(session(), "AccessPayment")) {
+  // A quotation ends in a payment.
+  if (!HasFlag(session(), "AccessPayment")) {
     Refuse({"You are not allow to make payment", "您不可付款"});
     return;
   }
@@ -352,8 +350,8 @@ void NewLoanFrm::DeleteCheque(int row) {
     return;
   }
   const std::string number = vsd.Cell(row, kChqNo);
-  if (!Confirm({fmt::format("Confirm to delete cheque {} ?", number),
-                fmt::format("确定删除支票 {}？", number)})) {
+  if (!ConfirmLoss({fmt::format("Confirm to delete cheque {} ?", number),
+                    fmt::format("确定删除支票 {}？", number)})) {
     return;
   }
   ExecuteOnRow(main(),

@@ -259,13 +259,13 @@ void NewLoanFrm::CloseOrOpen(bool close) {
 
 void NewLoanFrm::Delete() {
   const std::string id = loaded_id_;
-  if (!Confirm({fmt::format("Confirm to delete Loan ID {} ?", id),
-                fmt::format("确定删除贷款 {} ？", id)})) {
+  if (!ConfirmLoss({fmt::format("Confirm to delete Loan ID {} ?", id),
+                    fmt::format("确定删除贷款 {} ？", id)})) {
     return;
   }
   const int payments = CountPayments(main(), id);
   if (payments > 0 &&
-      !Confirm(
+      !ConfirmLoss(
           {fmt::format("Warning! {} payment record(s)\nwill be deleted\n Proceed on ?", payments),
            fmt::format("警告！{} 笔付款\n将被删除\n 是否继续？", payments)})) {
     return;

@@ -91,6 +91,8 @@ std::string DescribeControl(const Control& control) {
     }
     line += " items=" + Quoted(items);
   }
+  const std::string& tip = control.tip.In(control.screen().chinese());
+  if (!tip.empty()) line += " tip=" + Quoted(tip);
   return line;
 }
 

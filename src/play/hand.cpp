@@ -80,7 +80,9 @@ bool TickText(const Control& control, const std::string& text) {
 
 void Hand::RequireActive(const Control& control) {
   if (!control.Reachable()) throw ScriptError(control.name() + " is hidden");
-  if (!control.Active()) throw ScriptError(control.name() + " is disabled");
+  if (control.Active()) return;
+  const std::string& why = control.tip.In(control.screen().chinese());
+  throw ScriptError(control.name() + " is disabled" + (why.empty() ? why : ": " + why));
 }
 
 void Hand::RequireEditable(const Control& control) {

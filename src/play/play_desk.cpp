@@ -110,7 +110,7 @@ void PlayDesk::Show(std::string_view screen_name) {
     host_->StopScript("there is no screen " + std::string(screen_name));
     return;
   }
-  ShowModal(*screen);
+  if (screen->MayOpen()) ShowModal(*screen);
 }
 
 bool PlayDesk::CanShow(std::string_view screen_name) const {

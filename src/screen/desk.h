@@ -33,6 +33,10 @@ class Desk {
   virtual void Message(MessageKind kind, std::string_view title, std::string_view text) = 0;
   // Yes/no question; true for yes.
   virtual bool Ask(std::string_view title, std::string_view text) = 0;
+  // The same where yes destroys or discards something: Enter alone answers no.
+  virtual bool AskBeforeLoss(std::string_view title, std::string_view text) {
+    return Ask(title, text);
+  }
   // A line of text; "" when cancelled.
   virtual std::string Input(std::string_view title, std::string_view text,
                             std::string_view preset = {}) = 0;

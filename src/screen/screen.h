@@ -43,6 +43,9 @@ class Screen {
   bool chinese() const { return chinese_; }
   void SetChinese(bool on);
 
+  // The person may open it now. Asked by a face before it shows a screen of the catalogue; where it
+  // says no, it has told why.
+  virtual bool MayOpen() { return true; }
   // Called once, before the screen is first drawn.
   virtual void Load() {}
   // A person wants to close it (Esc, the window's cross). True closes. The default closes.

@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "core/company_access.h"
 #include "core/menu.h"
 #include "core/password.h"
+#include "core/password_screens.h"
 #include "core/session.h"
 #include "tests/core/office.h"
 
@@ -55,6 +57,50 @@ TEST_F(SignIn, RefusesInTheOrderUserPasswordWindow) {
   EXPECT_EQ(session.CurrentLevel, 0);
   session.clock.Set({2024, 1, 31, 9, 0, 0});
   EXPECT_EQ(Try("aminah"), "in");
+}
+
+// Each prompt counts for the user it was typed for; a right password forgives, and so does a
+// minute.
+TEST_F(SignIn, AfterFiveWrongPasswordsWithinAMinuteEachTryWaitsLonger) {
+  AddUser("AMINAH", "", "'Manager','HQ'");
+  PasswordTries::Time now{};
+  std::vector<int> waits;
+  session.password_tries.now = [&] { return now; };
+  session.password_tries.sleep = [&](PasswordTries::Span span) {
+    waits.push_back(static_cast<int>(span.count()));
+  };
+  const auto approve = [&](const char* password) {
+    frmUserSignIn prompt(session, office.desk, {"save loan X", "储存贷款 X"});
+    prompt.Load();
+    EXPECT_EQ(prompt.RequestLBL.Text(), session.CurrentUserID + " asks: save loan X");
+    prompt.UserID.SetText("AMINAH");
+    prompt.Password.SetText(password);
+    prompt.OKCmd.Click();
+    return session.OverrideOK;
+  };
+  for (int i = 0; i < 4; ++i) Try("aminah", "wrong");
+  Try("NOBODY", "wrong");
+  EXPECT_FALSE(approve("wrong"));
+  EXPECT_TRUE(office.Log().back().ends_with(
+      " - Manager Sign In: refused for user AMINAH, 5 within a minute"))
+      << office.Log().back();
+  EXPECT_TRUE(waits.empty());
+  Try("AMINAH", "wrong");
+  EXPECT_FALSE(approve("wrong"));
+  EXPECT_TRUE(approve("secret1"));
+  EXPECT_EQ(waits, (std::vector<int>{1000, 2000, 3000}));
+  Try("AMINAH", "wrong");
+  for (int i = 0; i < 20; ++i) Try("AMINAH", "wrong");
+  EXPECT_EQ(waits.back(), 5000);
+  now += std::chrono::minutes(1);
+  waits.clear();
+  EXPECT_EQ(Try("AMINAH"), "in");
+  EXPECT_TRUE(waits.empty());
+  AccessPasswordFrm own(session, office.desk, {"delete customer X", "删除顾客 X"});
+  EXPECT_EQ(own.RequestLBL.Text(), "AMINAH asks: delete customer X");
+  own.OKCmd.Click();
+  EXPECT_TRUE(
+      office.Log().back().ends_with(" - Password: refused for user AMINAH, 1 within a minute"));
 }
 
 TEST_F(SignIn, TheBuiltInLogonNeedsTheKeyOfThisAccount) {

@@ -46,5 +46,16 @@ TEST(MessageBoxTest, NoTextIsCut) {
   }
 }
 
+TEST(MessageBoxTest, EnterAloneLosesNothing) {
+  for (const Preset preset : {Preset::yes, Preset::no}) {
+    QTimer::singleShot(20, qApp, [] {
+      auto* box = QApplication::activeModalWidget();
+      ASSERT_NE(box, nullptr);
+      QTest::keyClick(box->focusWidget(), Qt::Key_Return);
+    });
+    EXPECT_EQ(AskYesNo(nullptr, "Kaunter", "Sure ?", false, preset), preset == Preset::yes);
+  }
+}
+
 }  // namespace
 }  // namespace kaunter

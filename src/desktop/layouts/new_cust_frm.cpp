@@ -71,7 +71,7 @@ Layout NewCustFrmLayout() {
                   Page("PhotoPage", Fields(2, {"Pic1", "Pic2", "Pic3", "Pic4", "Pic5", "Pic6"})),
                   Page("CheckListPage", Fill("CheckListDG"))})}),
       {"CmdPrev", "CmdNext", "CmdNew", "CmdClear", "CmdNewLoan", "CmdLoan", "CmdPay", "CmdBuyGold",
-       "ECust", "CmdDelete", "SaveCmd", "CancelCmd"}};
+       "ECust", "CmdDelete", "CmdAllowDelete", "SaveCmd", "CancelCmd"}};
 }
 
 }  // namespace kaunter
