@@ -104,7 +104,8 @@ class CounterClerks : public CounterOffice {
   void CompareBoxes(Clerk& clerk) {
     const counter::Counter& on = clerk.model;
     if (on.loan == nullptr) return;
-    for (const Box box : {counter::kPay, counter::kInstal, counter::kExtra, counter::kInterest}) {
+    for (const Box box :
+         {counter::kTotal, counter::kPay, counter::kInstal, counter::kExtra, counter::kInterest}) {
       const std::string& text = (*clerk.screen.*kBoxesOfScreen[box]).text();
       if (!on.box[box].number) continue;
       const auto shown = Money::TryText(text.empty() ? "0" : text);

@@ -7,7 +7,6 @@
 
 #include "gtest/gtest.h"
 #include "tests/core/office.h"
-#include "tests/support/pulled_plug.h"
 
 namespace kaunter {
 namespace {
@@ -329,39 +328,6 @@ TEST_F(DailyBatchTest, ARowThatAnotherBatchWroteFirstIsLeftToIt) {
   EXPECT_EQ(Post(main(), kToday).posted, 15);
   main().SetFaultHook({});
   EXPECT_EQ(State(main()), undisturbed);
-}
-
-TEST_F(DailyBatchTest, PowerIsLostAtEveryWrite) {
-  AddLoans();
-  SetLast("2024-01-29");
-  const std::string file = office.folder.File("office.db");
-  office.session.MainConn.reset();
-  const std::string kept = office.folder.File("kept.db");
-  std::filesystem::copy_file(file, kept);
-  const auto fresh = [&] {
-    for (const char* tail : {"", "-wal", "-shm", "-journal"}) {
-      std::filesystem::remove(file + tail);
-    }
-    std::filesystem::copy_file(kept, file);
-  };
-  const auto post = [&] {
-    Post(*OpenSqlite("MainConn", file, false, office.session.clock), kToday);
-  };
-  const auto state = [&] {
-    return State(*OpenSqlite("MainConn", file, false, office.session.clock));
-  };
-  post();
-  const std::string undisturbed = state();
-  bool died = true;
-  long at = 1;
-  for (; died && at < 500; ++at) {
-    fresh();
-    died = test::RunAndCrash({at, static_cast<unsigned>(at)}, post).died;
-    ASSERT_EQ(test::IntegrityOf(file), "ok") << at;
-    post();
-    ASSERT_EQ(state(), undisturbed) << at;
-  }
-  EXPECT_GT(at, 10);
 }
 
 }  // namespace

@@ -61,17 +61,6 @@ TEST_F(PayDay, SundaysAndHolidays) {
   EXPECT_EQ(Try("04-02-2024", true, true), "yes");
 }
 
-TEST_F(PayDay, NotBeforeTheLoan) {
-  MakeLoan(kLoan, LoanScheme::kPersonal, "1200", "12");  // of 05-01-2024
-  EXPECT_TRUE(IsBeforeLoanDate(main(), "04-01-2024", kLoan));
-  EXPECT_FALSE(IsBeforeLoanDate(main(), "05-01-2024", kLoan));
-  // By the calendar, not as texts.
-  EXPECT_FALSE(IsBeforeLoanDate(main(), "01-02-2024", kLoan));
-  EXPECT_TRUE(IsBeforeLoanDate(main(), "31-12-2023", kLoan));
-  EXPECT_FALSE(IsBeforeLoanDate(main(), "", kLoan));
-  EXPECT_FALSE(IsBeforeLoanDate(main(), "31-12-2023", "HQ0001-404"));
-}
-
 TEST_F(PayDay, PaidAlreadyInTheMonthOrLater) {
   MakeLoan(kLoan, LoanScheme::kPersonal, "1200", "12");
   Pay("P1", kLoan, "2024-03-20", "1");

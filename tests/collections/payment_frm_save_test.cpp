@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "core/new_office.h"
 #include "tests/collections/payment_counter.h"
 
 namespace kaunter {
@@ -11,14 +10,6 @@ namespace {
 
 class PaymentSave : public PaymentCounter {
  protected:
-  std::string Sums(const std::string& loan = kPersonal) {
-    return Lines(fmt::format("SELECT LoanBal,TotPay,TotInt,TotDiscAmt FROM LoanMast WHERE "
-                             "LoanID='{}'",
-                             loan)) +
-           Lines(fmt::format("SELECT SchID,Payment,CapitalPayment,InterestPayment FROM SchMast "
-                             "WHERE LoanID='{}' AND Payment <> 0 ORDER BY SchID",
-                             loan));
-  }
   std::function<void()> Click(PaymentFrm& screen) {
     return [&] { screen.Guard([&] { screen.SaveCmd.Click(); }); };
   }
@@ -43,22 +34,13 @@ class PaymentSave : public PaymentCounter {
   }
 };
 
-// By hand: 150.00 pays row 1 (12 interest, 100 capital) and of row 2 12 interest and 26 capital.
-TEST_F(PaymentSave, ANewPaymentAnEditAndADeleteComeBackToTheStart) {
-  office.session.settings.TransLogs = true;
-  office.session.LogsConn =
-      OpenSqlite("LogsConn", office.folder.File("logs.db"), true, office.session.clock);
-  CreateMissingAuditTables(*office.session.LogsConn);
-  const std::string start = Sums();
+// What is written of the payments themselves: counter_property_test.cpp.
+TEST_F(PaymentSave, EachSaveIsToldLoggedAndDoneOnce) {
   auto screen = Typed();
   Save(*screen);
   EXPECT_EQ(Said(), "?Confirm to save ?|New Payment: Payment ID HQ0001-001-001 Saved|");
-  EXPECT_EQ(Payments(), "HQ0001-001-001 150 150 0 5\n");
-  EXPECT_EQ(Sums(), "1194 150 -5 2\n1 112 100 12\n2 38 26 12\n");
-  EXPECT_TRUE(office.session.PaymentsChanged);
-  EXPECT_EQ(screen->ReceiptNo.text(), "202401-0001");
+  EXPECT_TRUE(std::exchange(office.session.PaymentsChanged, false));
   EXPECT_EQ(screen->DG.RowCount(), 1);
-  EXPECT_NE(Log().find("New Payment - Collection ID HQ0001-001-001 Saved"), std::string::npos);
   EXPECT_EQ(screen->focus(), &screen->CmdPrint);
   // A second press stores nothing: the screen shows what was stored.
   EXPECT_FALSE(screen->SaveCmd.enabled());
@@ -68,39 +50,26 @@ TEST_F(PaymentSave, ANewPaymentAnEditAndADeleteComeBackToTheStart) {
   auto edit = Open("Edit Payment", {}, "HQ0001-001-001");
   EXPECT_EQ(edit->OldLoanBal.text() + "|" + edit->NewLoanBal.text() + "|" + edit->TotPay.text(),
             "1,344.00|1,194.00|155.00");
-  // The balance on the row counts, not that of today.
-  Put(edit->PayAmt, "1344");
-  EXPECT_EQ(LastMessage(), "");
   Put(edit->PayAmt, "112");
-  Put(edit->DiscAmt, "0");
   Save(*edit);
   EXPECT_EQ(Said(),
             "?confirm to Save Loan ID HQ0001-001-001 ?|Edit Payment: Loan ID HQ0001-001-001 "
             "Saved|");
-  EXPECT_EQ(Sums(), "1232 112 -5 0\n1 112 100 12\n");
-  EXPECT_EQ(Scalar("SELECT ReceiptNo FROM PaymentMast"), "202401-0001");
-  // What the row asked for when the money was taken is not what it asks for today.
-  EXPECT_EQ(Lines("SELECT SchID,PayableAmt,IntChargeAmt,DragInt,NextDueDate FROM PaymentMast"),
-            "1 112 12 100 2024-02-29\n");
 
   office.session.PaymentsChanged = false;
   auto gone = Open("Delete Payment", {}, "HQ0001-001-001");
   EXPECT_TRUE(gone->PayAmt.locked());
-  EXPECT_EQ(gone->NewLoanBal.text(), "1,120.00");  // of today, less the payment
   Save(*gone);
   EXPECT_EQ(Said(),
             "?Confirm to delete Loan ID HQ0001-001-001 ?|Delete Payment: Loan ID HQ0001-001-001 "
             "Deleted|");
-  EXPECT_EQ(Payments(), "");
-  EXPECT_EQ(Sums(), start);
   EXPECT_TRUE(office.session.PaymentsChanged);
   EXPECT_EQ(gone->LoanID.text() + gone->PayID.text(), "");
-  // The audit compares with what was loaded.
-  EXPECT_NE(
-      ScalarQuery(*office.session.LogsConn, "SELECT Remarks FROM TransLogs WHERE Type='Modify'")
-          .find("150"),
-      std::string::npos);
-  EXPECT_EQ(ScalarQuery(*office.session.LogsConn, "SELECT COUNT(*) FROM TransLogs"), "3");
+  for (const char* line : {"New Payment - Collection ID HQ0001-001-001 Saved",
+                           "Edit Payment - Collection ID HQ0001-001-001 Saved",
+                           "Delete Payment - Collection ID HQ0001-001-001 Deleted"}) {
+    EXPECT_NE(Log().find(line), std::string::npos) << line;
+  }
 }
 
 TEST_F(PaymentSave, AFailureIsToldOnceAndTheScreenKeepsWhatWasTyped) {
@@ -202,19 +171,8 @@ TEST_F(PaymentSave, AReceiptNumberInUseStopsTheSave) {
   EXPECT_EQ(screen->ReceiptNo.text(), "202401-0002");
 }
 
-// A top-up raises no row of the schedule, so its delete lowers none, and the balance is back.
-TEST_F(PaymentSave, ATopUpTakenBackLeavesScheduleAndBalanceAsTheyWere) {
+TEST_F(PaymentSave, ATopUpTakenBackLeavesRowsThatExtraCapitalHasCutToNothing) {
   const std::string rows = Lines("SELECT LoanID,SchID,PayableAmt FROM SchMast ORDER BY 1,2");
-  for (const char* terms : {"0", "2"}) {
-    auto screen = Typed();
-    Put(screen->TopUpAmt, "80");
-    Put(screen->TopAmt, "40");
-    Put(screen->TopTerm, terms);
-    Save(*screen);
-    Save(*Open("Delete Payment", {}, screen->PayID.text()));
-    EXPECT_EQ(Sums(), "1344 0 0 0\n") << terms;
-    EXPECT_EQ(Lines("SELECT LoanID,SchID,PayableAmt FROM SchMast ORDER BY 1,2"), rows);
-  }
   // Rows that extra capital has cut to nothing are the loan's own, and come back with their sums.
   auto topped = New(kFlexi);
   Put(topped->PayDate, "10-01-2024");
@@ -234,45 +192,6 @@ TEST_F(PaymentSave, ATopUpTakenBackLeavesScheduleAndBalanceAsTheyWere) {
   Save(*Open("Delete Payment", {}, topped->PayID.text()));
   Save(*Open("Delete Payment", {}, extra));
   EXPECT_EQ(Lines("SELECT LoanID,SchID,PayableAmt FROM SchMast ORDER BY 1,2"), rows);
-}
-
-TEST_F(PaymentSave, AChequePaysOnceThoughTwoDesktopsTypeIt) {
-  office.Run(
-      "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqBank,ChqAmt,PayID) VALUES "
-      "('HQ0001-001',1,'C1','MBB',100,'')");
-  auto slow = New();
-  Put(slow->PayDate, "31-01-2024");
-  Put(slow->ChqNo, "C1");
-  auto quick = New();
-  Put(quick->PayDate, "31-01-2024");
-  Put(quick->ChqNo, "C1");
-  Save(*quick);
-  Save(*slow);
-  EXPECT_EQ(LastMessage(),
-            "New Payment: An error occurs during saving payment\n0 - Cheque, Cannot be reuse");
-  EXPECT_EQ(slow->ChqNo.text() + " " + slow->PayAmt.text(), "C1 100.00");
-  EXPECT_EQ(Scalar("SELECT PayID FROM ChqMast"), "HQ0001-001-001");
-}
-
-TEST_F(PaymentSave, AnotherDesktopPaidWhileTheQuestionStood) {
-  for (const std::string& loan : {kPersonal, kFlexi}) {
-    auto screen = New(loan);
-    Put(screen->PayDate, "31-01-2024");
-    Put(screen->TotPay, "1200");
-    counter.meanwhile = [&] {
-      office.Run(
-          fmt::format("UPDATE LoanMast SET LoanBal=1199.99 WHERE LoanID='{0}';UPDATE SchMast "
-                      "SET CapitalPayment=100 WHERE LoanID='{0}'",
-                      loan));
-    };
-    Save(*screen);
-    counter.meanwhile = nullptr;
-    EXPECT_EQ(LastMessage(),
-              "New Payment: An error occurs during saving payment\n0 - Payment amount cannot more "
-              "than loan balance amount");
-    EXPECT_EQ(Payments(), "");
-    EXPECT_TRUE(screen->SaveCmd.enabled());
-  }
 }
 
 // Desktops that save at once come in turn, and the second may find the first's payment stored and

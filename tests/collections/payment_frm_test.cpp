@@ -74,41 +74,6 @@ TEST_F(PaymentScreen, ACustomersOnlyLoanComesByItself) {
   EXPECT_EQ(office.session.MsgTitle, "Edit Customer");
 }
 
-TEST_F(PaymentScreen, LateInterestIsPaidFirst) {
-  struct Case {
-    const char* charged;
-    const char* paid;
-    const char* total;
-    const char* split;
-  };
-  for (const Case& one : std::initializer_list<Case>{
-           {"0", "0", "112", "112 112.00 0.00 0 1,232.00"},
-           {"40.5", "-10.5", "30", "0 0.00 0.00 30 1,344.00"},        // just the charges
-           {"40.5", "-10.5", "30.01", "0.01 0.01 0.00 30 1,343.99"},  // and a sen
-           {"40.5", "-10.5", "12.34", "0 0.00 0.00 12.34 1,344.00"},
-           {"10", "-15", "100", "105 105.00 0.00 -5 1,239.00"},  // over-paid before
-           {"1500", "0", "2,000.00", "500 500.00 0.00 1500 844.00"},
-           {"0", "0", "", "0 0.00 0.00 0 1,344.00"},
-       }) {
-    office.Run(
-        fmt::format("UPDATE LoanMast SET TotCollectorAmt={},TotInt={}", one.charged, one.paid));
-    auto screen = New();
-    Put(screen->TotPay, one.total);
-    EXPECT_EQ(Split(*screen), one.split) << one.total << " of " << one.charged;
-    EXPECT_EQ(screen->TotPay.text(), *one.total == '\0' ? "0" : one.total);
-  }
-  // A split that was changed by hand is not undone by passing the total.
-  office.Run("UPDATE LoanMast SET TotCollectorAmt=30");
-  auto screen = New();
-  Put(screen->TotPay, "130");
-  Put(screen->IntAmt, "0");
-  Put(screen->PayAmt, "130");
-  Put(screen->TotPay, screen->TotPay.text());
-  EXPECT_EQ(Split(*screen), "130 130.00 0.00 0 1,214.00");
-  Put(screen->TotPay, "131");
-  EXPECT_EQ(Split(*screen), "101 101.00 0.00 30 1,243.00");
-}
-
 TEST_F(PaymentScreen, WhatWasTypedBeforeTheLoanIsLookedAtWithIt) {
   office.Run(
       "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqAmt,ChqBank,PayID) VALUES "
@@ -140,37 +105,6 @@ TEST_F(PaymentScreen, WhatWasTypedBeforeTheLoanIsLookedAtWithIt) {
     Save(*screen);
     EXPECT_EQ(LastMessage(), "New Payment: Payment date cannot eariler than loan date");
   }
-}
-
-TEST_F(PaymentScreen, AChequeBringsItsAmountUnlessItIsTaken) {
-  office.Run(
-      "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqAmt,ChqBank,PayID) VALUES "
-      "('HQ0001-001',1,'C1',112,'MBB','HQ0001-001-001');"
-      "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqAmt,ChqBank,PayID) VALUES "
-      "('HQ0001-001',2,'C2',200,'RHB','')");
-  auto screen = New();
-  PaymentFrm& s = *screen;
-  EXPECT_EQ(s.ChqNo.items(), std::vector<std::string>{"C2"});
-  Put(s.ChqNo, "C1");
-  EXPECT_EQ(LastMessage(), "New Payment: Cheque, Cannot be reuse");
-  EXPECT_EQ(s.ChqNo.text(), "");
-  Put(s.IntAmt, "3");
-  Put(s.ChqNo, "C2");
-  EXPECT_EQ(Split(s), "200.00 200.00 0.00 3 1,144.00");
-  EXPECT_EQ(s.Bank.text() + s.CollectInfoID.text() + s.TotPay.text(), "RHBCHEQUE203.00");
-  // The amount may still be changed, and the cheque be passed by.
-  Put(s.PayAmt, "150");
-  Put(s.ChqNo, "C2");
-  EXPECT_EQ(s.PayAmt.text(), "150");
-  // Taken by another desktop meanwhile: the save sees it although the box was not left.
-  Put(s.PayDate, "31-01-2024");
-  s.ChqNo.SetText("C1");
-  Save(s);
-  EXPECT_EQ(Said(), "New Payment: Cheque, Cannot be reuse|");
-  // A cheque of which the office knows nothing is no fault.
-  Put(s.ChqNo, "777");
-  Save(s);
-  EXPECT_EQ(Lines("SELECT ChqNo,CollectInfoID FROM PaymentMast"), "777 CHEQUE\n");
 }
 
 TEST_F(PaymentScreen, TheBankCardIsReckoned) {
@@ -217,41 +151,6 @@ TEST_F(PaymentScreen, APaymentOfTheMonthIsPointedOut) {
   counter.messages.clear();
   Put(screen->PayDate, "01-03-2024");
   EXPECT_EQ(LastMessage(), "");
-}
-
-TEST_F(PaymentScreen, ASettlementQuotationIsHandedOver) {
-  struct Case {
-    SettlementQuote quote;
-    const char* loan;
-    const char* split;
-    const char* discount;
-  };
-  const Case cases[] = {{{"0", "31-01-2024", "1,212.00", "1,344.00", "132.00", "7.50", "0"},
-                         "HQ0001-001",
-                         "1,344.00 1,344.00 0.00 7.50 0.00",
-                         "132.00"},
-                        {{"1", "31-01-2024", "1,212.00", "112.00", "1,100.00", "7.50", "0"},
-                         "HQ0001-002",
-                         "1,212.00 112.00 1,100.00 7.50",
-                         "0"}};
-  Late("L2", "2024-02-01", "0.48");
-  for (const Case& one : cases) {
-    office.session.HandOverQuote = one.quote;
-    auto screen = New(one.loan);
-    EXPECT_EQ(Split(*screen).substr(0, std::string(one.split).size()), one.split);
-    EXPECT_EQ(screen->DiscAmt.text(), one.discount);
-    EXPECT_EQ(screen->PayDate.text(), "31-01-2024");
-    EXPECT_EQ(screen->ListCmd.visible(), one.loan == kPersonal);
-    // What was handed over is lost only when the person agrees.
-    counter.agrees = false;
-    EXPECT_FALSE(screen->RequestClose());
-    counter.agrees = true;
-    // Passed by, the split stays.
-    Put(screen->PayAmt, screen->PayAmt.text());
-    EXPECT_EQ(Split(*screen).substr(0, std::string(one.split).size()), one.split);
-    office.session.HandOverQuote = {};
-    EXPECT_EQ(New(one.loan)->PayDate.text(), "");
-  }
 }
 
 }  // namespace

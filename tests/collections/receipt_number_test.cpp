@@ -75,36 +75,5 @@ TEST_F(ReceiptNumber, ATextThatIsNoDateDrawsNothing) {
   EXPECT_EQ(Counters(), "");
 }
 
-TEST_F(ReceiptNumber, ATypedNumberInUseRefusesTheWholeSave) {
-  MakeLoan(kLoan, LoanScheme::kPersonal, "1200", "12");
-  const Payment first = Store(Of("10"));
-  EXPECT_EQ(first.ReceiptNo, "202401-0001");
-  const std::string before = Stored();
-  Payment second = Of("20");
-  second.ReceiptNo = "202401-0001";
-  EXPECT_THROW(Whole([&] { CreatePayment(office.session, second); }), ReceiptConflict);
-  EXPECT_EQ(second.PayID, "");
-  EXPECT_EQ(Stored(), before);
-  // The same number is free for another company, and a typed one moves no counter.
-  second.CompCode = "AB";
-  EXPECT_EQ(Store(second).ReceiptNo, "202401-0001");
-  second = Of("20");
-  second.ReceiptNo = "OLD BOOK 7";
-  EXPECT_EQ(Store(second).ReceiptNo, "OLD BOOK 7");
-  EXPECT_EQ(Counters(), "HQ#202401- 1\n");
-}
-
-TEST_F(ReceiptNumber, ARolledBackSaveGivesItsNumberBack) {
-  MakeLoan(kLoan, LoanScheme::kPersonal, "1200", "12");
-  Payment lost = Of("10");
-  {
-    Transaction transaction(main());
-    CreatePayment(office.session, lost);
-    EXPECT_EQ(lost.ReceiptNo, "202401-0001");
-  }
-  const Payment kept = Store(Of("10"));
-  EXPECT_EQ(kept.PayID + " " + kept.ReceiptNo, "HQ0001-001-001 202401-0001");
-}
-
 }  // namespace
 }  // namespace kaunter

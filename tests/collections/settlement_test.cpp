@@ -161,42 +161,6 @@ TEST_F(SettlementTest, AFlexiLoanPaysTheInterestDueAndAllOfItsCapital) {
   }
 }
 
-// What was quoted, stored as the payment screen stores it, closes the loan to the sen.
-TEST_F(SettlementTest, WhatIsQuotedClosesTheLoan) {
-  int number = 0;
-  for (const LoanScheme scheme : {LoanScheme::kPersonal, LoanScheme::kFlexi}) {
-    for (const char* amount : {"10000", "7777.77", "100.01"}) {
-      for (const int paid : {0, 1, 3}) {
-        for (const char* date : {"31-01-2024", "15-03-2024", "30-04-2024", "31-12-2025"}) {
-          const std::string id = fmt::format("HQ0001-{}", 100 + ++number);
-          SCOPED_TRACE(fmt::format("{} of {}, {} paid, {}", id, amount, paid, date));
-          MakeLoan(id, scheme, amount, "12");
-          const std::string loan = " FROM LoanMast WHERE LoanID='" + id + "'";
-          for (int row = 1; row <= paid; ++row) {
-            Pay(fmt::format("{}-{:03}", id, row), id, "2024-01-31",
-                Scalar("SELECT InstallmentAmt2" + loan));
-          }
-          ASSERT_TRUE(RebuildLoan(main(), id).done);
-          const bool personal = scheme == LoanScheme::kPersonal;
-          const OwedLoan owed = {id, personal, Money::FromText(Scalar("SELECT LoanBal" + loan)),
-                                 Money()};
-          const QuoteColumn quote = QuoteOn(main(), owed, date);
-          Pay(id + "-100", id, DateTime::FromDisplay(date)->ToCanonical(), quote.NPayment.ToText(),
-              personal ? "0" : quote.EPayment.ToText());
-          ASSERT_TRUE(RebuildLoan(main(), id).done);
-          EXPECT_EQ(Scalar("SELECT LoanBal" + loan), "0");
-          EXPECT_EQ(Scalar("SELECT COUNT(*) FROM SchMast WHERE Payment<>PayableAmt AND LoanID='" +
-                           id + "'"),
-                    "0");
-          // The customer's money is the payment less the discount.
-          EXPECT_EQ(Scalar("SELECT PayAmt FROM PaymentMast WHERE PayID='" + id + "-100'"),
-                    (personal ? quote.SettledAmt + quote.EPayment : quote.SettledAmt).ToText());
-        }
-      }
-    }
-  }
-}
-
 // --- the quotation screen
 
 TEST_F(SettlementTest, TheLaterDatesFollowByMonthsAndAreClampedToTheMonth) {
