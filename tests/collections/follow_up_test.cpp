@@ -260,23 +260,6 @@ TEST_F(ArrearsTest, CallsDueComePageByPageEachOnce) {
   EXPECT_EQ(screen->CustName.text(), "Cust A4");
 }
 
-TEST_F(ArrearsTest, CallsDueAreThoseOfTheOwnCompanies) {
-  Add("A1", "HQ", "2024-01-01", "2024-01-20");
-  Add("B1", "AB", "2024-01-01", "2024-01-19");
-  Add("C1", "CD", "2024-01-01", "2024-01-18");
-  struct Case {
-    int level;
-    const char* allowed;
-    const char* seen;
-  };
-  for (const Case& one : std::initializer_list<Case>{
-           {4, "", "A1 B1 C1 "}, {3, "", "A1 "}, {3, "\"HQ\",\"CD\"", "A1 C1 "}}) {
-    office.session.CurrentLevel = one.level;
-    office.session.AllowedCompanies = one.allowed;
-    EXPECT_EQ(Column(FollowUp("")->NextCallDG, 2), one.seen);
-  }
-}
-
 // --- due dates
 
 class DueDateTest : public ArrearsTest {

@@ -198,26 +198,6 @@ TEST_F(InvoiceTest, ANumberOfAnotherCompanyIsPassedOver) {
   EXPECT_EQ(Raise("Invoice", "1"), "INV0004");
 }
 
-TEST_F(InvoiceTest, AnotherCompanysChargeAndLoanAreNotThere) {
-  AddCharge("INV1", "Invoice", "2024-02-01", "5", kOther);
-  office.Run(
-      "UPDATE ChargeMast SET CompCode='AB'; UPDATE LoanMast SET CompCode='AB' WHERE "
-      "LoanID='HQ0001-002'");
-  for (const int level : {3, 4}) {
-    office.session.CurrentLevel = level;
-    counter.messages.clear();
-    auto screen = Open("INV1");
-    EXPECT_EQ(LastMessage(), level == 3 ? "Title: Invoice not found" : "");
-    EXPECT_EQ(screen->CmdDelete.enabled(), level == 4);
-    EXPECT_EQ(screen->ChargeID.text(), "INV1");
-    counter.messages.clear();
-    screen = Open();
-    Put(screen->LoanID, kOther);
-    EXPECT_EQ(LastMessage(), level == 3 ? "Title: Loan ID HQ0001-002 not found" : "");
-    EXPECT_EQ(screen->CustID.text(), level == 3 ? "" : "HQ0001");
-  }
-}
-
 TEST_F(InvoiceTest, UnsavedChangesAreAskedAboutBeforeAnotherChargeComes) {
   Raise("Invoice", "10");
   auto screen = Filled("Invoice", "5");

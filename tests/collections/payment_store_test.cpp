@@ -163,6 +163,23 @@ TEST_F(PaymentStore, TopUpRowsGoAndInstalmentsStay) {
             "11 112\n12 112\n14 30.5\n15 20\n11111 9\n");
 }
 
+TEST_F(PaymentStore, AnotherDesktopTookTheLoanOrThePayment) {
+  Payment p = Store(Of("112"));
+  office.Run("DELETE FROM PaymentMast");
+  const std::string before = Stored();
+  for (const auto& write : std::vector<std::function<void()>>{
+           [&] { UpdatePayment(office.session, p, {}); }, [&] { DeletePayment(office.session, p); },
+           [&] {
+             Payment orphan = Of("1", "31-01-2024", "HQ0001-404");
+             CreatePayment(office.session, orphan);
+           }}) {
+    told.clear();
+    Tried(write);
+    EXPECT_TRUE(told == "HQ0001-001-001 not found" || told == "HQ0001-404 not found") << told;
+    EXPECT_EQ(Stored(), before);
+  }
+}
+
 TEST_F(PaymentStore, ThreeActsLeaveThreeAuditRows) {
   office.session.settings.TransLogs = true;
   office.session.LogsConn =
