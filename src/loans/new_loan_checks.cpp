@@ -164,7 +164,17 @@ bool NewLoanFrm::CheckFigures() {
                               fmt::format("{}不正确", name.chinese)});
     }
   }
-  return !TermsOpen || CheckOpenTerms();
+  return TermsOpen ? CheckOpenTerms() : CheckSchemeStays();
+}
+
+// Its box stays open on locked terms, but a replay by the other scheme would give the interest
+// away.
+bool NewLoanFrm::CheckSchemeStays() {
+  const std::string stored =
+      ScalarQuery(main(), "SELECT DragLoan FROM LoanMast WHERE LoanID=" + QuoteStr(loaded_id_));
+  if (stored.empty() || stored == std::to_string(DragLoan.index())) return true;
+  return Refuse(DragLoan, {"Money was drawn on this loan, its scheme cannot be changed",
+                           "此贷款已放款，不可更改贷款方案"});
 }
 
 bool NewLoanFrm::CheckOpenTerms() {

@@ -296,6 +296,7 @@ class NewLoanFrm : public LoanScreen {
   bool CheckAlternateCode();
   bool CheckFigures();
   bool CheckOpenTerms();
+  bool CheckSchemeStays();
   bool CheckLowestRate();
   bool CheckInstalmentTotal();
   bool CheckLinkAccounts();

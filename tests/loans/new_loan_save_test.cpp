@@ -191,6 +191,10 @@ TEST_F(LoanSave, LockedTermsLeaveTheScheduleAlone) {
   EXPECT_FALSE(screen->LoanAmt.enabled());
   screen->SchChanged.SetChecked(true);
   screen->Memo1.SetText("called");
+  screen->DragLoan.SetIndex(1);
+  Save(*screen);
+  EXPECT_EQ(desk.last(), "Money was drawn on this loan, its scheme cannot be changed");
+  screen->DragLoan.SetIndex(0);
   Save(*screen);
   EXPECT_EQ(desk.last(), "Loan ID HQ0001-001 saved");
   EXPECT_EQ(Lines("SELECT * FROM SchMast ORDER BY SchID"), before);
