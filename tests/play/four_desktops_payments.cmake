@@ -1,7 +1,8 @@
 # Four desktops take COUNT payments each at the same time, on one embedded database or on the PostgreSQL database NAME:
 # half of them on a loan of their own, a quarter on a personal and a quarter on a flexi loan that all share. Each payment
 # is stored once, or refused with a message and taken again; no receipt number and no payment code stands twice, the
-# counters are right, and the ledger is what a further rebuild would make of it.
+# counters are right, and the ledger is what a further rebuild would make of it. A fifth desktop verifies the ledger all
+# the while, and is never told of a payment that is on its way.
 if(NOT COUNT)
   set(COUNT 40)
 endif()
@@ -107,7 +108,22 @@ foreach(attempt RANGE 1 9)
     list(APPEND desktops COMMAND sh -c "exec \"$0\" \"$@\" >'${OFFICE}/desk${desk}.out' 2>&1" ${PROGRAM}
       --app ${OFFICE}/${desk} ${database} ${now} ${OFFICE}/enter${desk}.play)
   endforeach()
+  if(attempt EQUAL 1)
+    string(REPEAT "click VerifyCmd\n" 20 verify)
+    file(WRITE ${OFFICE}/verify.play "signin ADMIN zebrawindmill\nmenu ReUpdInt\n${verify}close\n")
+    file(MAKE_DIRECTORY ${OFFICE}/verify)
+    list(APPEND desktops COMMAND sh -c "exec \"$0\" \"$@\" >'${OFFICE}/verify.out' 2>&1" ${PROGRAM}
+      --app ${OFFICE}/verify ${database} ${now} ${OFFICE}/verify.play)
+  endif()
   execute_process(${desktops} RESULTS_VARIABLE statuses)
+  if(attempt EQUAL 1)
+    list(POP_BACK statuses)
+    file(STRINGS ${OFFICE}/verify.out held REGEX "6 loans verified, all hold$")
+    file(STRINGS ${OFFICE}/verify.out broken REGEX "not hold$")
+    if(NOT held OR broken)
+      message(FATAL_ERROR "the desktop that verifies was told of what is on its way: ${OFFICE}/verify.out")
+    endif()
+  endif()
   set(behind)
   foreach(desk status IN ZIP_LISTS left statuses)
     file(STRINGS ${OFFICE}/desk${desk}.out saved REGEX "Payment ID .* Saved$")
