@@ -196,4 +196,12 @@ bool SaveRowsAsCsv(const ReportRun& run, QWidget* parent, bool chinese) {
   return true;
 }
 
+bool SaveRowsAsExcel(const ReportRun& run, QWidget* parent, bool chinese) {
+  const std::string path =
+      AskName(run.document, parent, chinese ? "存Excel" : "Save Excel", "xlsx");
+  if (path.empty()) return false;
+  WriteXlsx(run, path);
+  return true;
+}
+
 }  // namespace kaunter

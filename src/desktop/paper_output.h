@@ -1,4 +1,4 @@
-// A report on its way out of the program: onto a printer, into a PDF, into a CSV.
+// A report on its way out of the program: onto a printer, into a PDF, a CSV, a workbook.
 #pragma once
 
 #include <QPageLayout>
@@ -23,5 +23,6 @@ bool PrintDocument(const ReportDocument& document, QWidget* parent, bool chinese
 bool PrintOn(QPrinter& printer, const ReportDocument& document, QWidget* parent, bool chinese);
 bool SaveDocumentAsPdf(const ReportDocument& document, QWidget* parent, bool chinese);
 bool SaveRowsAsCsv(const ReportRun& run, QWidget* parent, bool chinese);
+bool SaveRowsAsExcel(const ReportRun& run, QWidget* parent, bool chinese);
 
 }  // namespace kaunter

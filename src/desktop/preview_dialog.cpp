@@ -148,6 +148,7 @@ QFrame* PreviewDialog::Foot() {
   row->addStretch(1);
   if (!run_.file.columns.empty()) {
     Button(row, In("Save &CSV...", "存CSV(&C)..."), {}, [this] { SaveCsv(); });
+    Button(row, In("Save E&xcel...", "存Excel(&X)..."), {}, [this] { SaveExcel(); });
   }
   Button(row, In("&Save PDF...", "存PDF(&S)..."), {}, [this] { SavePdf(); });
   Button(row, In("&Print...", "打印(&P)..."), {}, [this] {
@@ -310,6 +311,10 @@ void PreviewDialog::SavePdf() {
 
 void PreviewDialog::SaveCsv() {
   Try([this] { SaveRowsAsCsv(run_, this, chinese_); });
+}
+
+void PreviewDialog::SaveExcel() {
+  Try([this] { SaveRowsAsExcel(run_, this, chinese_); });
 }
 
 }  // namespace kaunter

@@ -1,4 +1,5 @@
-// The preview of a report: its pages, zoom, search, print, PDF, and CSV for an office's own tables.
+// The preview of a report: its pages, zoom, search, print, PDF, CSV and Excel for an office's own
+// tables.
 #pragma once
 
 #include <QDialog>
@@ -47,6 +48,7 @@ class PreviewDialog : public QDialog {
   void Print();
   void SavePdf();
   void SaveCsv();
+  void SaveExcel();
   QString In(const char* english, const char* chinese) const;
   void Try(const std::function<void()>& act);
 

@@ -10,7 +10,9 @@
 #include <stdexcept>
 
 #include "qtservices/report_painter.h"
+#include "qtservices/xlsx_file.h"
 #include "reports/report_csv.h"
+#include "reports/report_rows.h"
 #include "reports/run_report.h"
 
 namespace kaunter {
@@ -88,11 +90,14 @@ void WriteCsv(const ReportRun& run, const std::string& path) {
   file.Finish();
 }
 
+void WriteXlsx(const ReportRun& run, const std::string& path) { WriteXlsx(RowsOf(run), path); }
+
 void RenderReport(const ReportJob& job, const std::string& pdf_path) {
   const ReportRun run = RunWholeReport(job);
   WritePdf(run.document, pdf_path);
   if (run.file.columns.empty()) return;
   WriteCsv(run, std::filesystem::path(pdf_path).replace_extension(".csv").string());
+  WriteXlsx(run, std::filesystem::path(pdf_path).replace_extension(".xlsx").string());
 }
 
 }  // namespace kaunter

@@ -1,5 +1,6 @@
-// Reports as files: PDF, and CSV of a listing. A file is written beside its place and takes it when
-// it is whole: a full disk or a stop leaves the file that was there before.
+// Reports as files: PDF, and of a listing its rows as CSV and as a workbook. A file is written
+// beside its place and takes it when it is whole: a full disk or a stop leaves the file that was
+// there before.
 #pragma once
 
 #include <string>
@@ -12,13 +13,15 @@ namespace kaunter {
 struct ReportJob;
 struct ReportRun;
 
-// Both throw std::runtime_error that names the file and says why it cannot be written.
+// All throw std::runtime_error that names the file and says why it cannot be written.
 // The PDF needs a QGuiApplication.
 void WritePdf(const ReportDocument& document, const std::string& path,
               const ReportProgress& progress = {});
 void WriteCsv(const ReportRun& run, const std::string& path);
+void WriteXlsx(const ReportRun& run, const std::string& path);
 
-// Runs the report and writes its PDF; of one with a table also its CSV, under the same name.
+// Runs the report and writes its PDF; of one with a table also its CSV and its
+// workbook (.xlsx), under the same name.
 void RenderReport(const ReportJob& job, const std::string& pdf_path);
 
 }  // namespace kaunter

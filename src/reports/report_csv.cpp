@@ -3,7 +3,8 @@
 #include <vector>
 
 #include "core/values.h"
-#include "reports/report_table.h"
+#include "reports/report_rows.h"
+#include "reports/report_texts.h"
 
 namespace kaunter {
 namespace {
@@ -24,14 +25,6 @@ void AddCell(std::string& csv, const std::string& text, bool first) {
   csv += '"';
 }
 
-ReportColumn CsvColumn(const Column& column) {
-  ReportColumn shown;
-  shown.heading = shown.field = column.name;
-  if (column.type == FieldType::kMoney) shown.kind = CellKind::money;
-  if (column.type == FieldType::kDate) shown.kind = CellKind::date;
-  return shown;
-}
-
 std::string Shown(const Value& value, CellKind kind) {
   if (kind == CellKind::money) return Show2dp(value);
   if (kind == CellKind::rate && !value.IsNull()) return Format(MoneyOf(value), "0.0000");
@@ -46,21 +39,15 @@ std::string Shown(const Value& value, CellKind kind) {
 }  // namespace
 
 std::string ReportToCsv(const ReportRun& run) {
-  ReportFile file = run.file;
-  // A letter without a table still has its rows: all that the query gives.
-  if (file.columns.empty()) {
-    for (const Column& column : run.rows.columns()) file.columns.push_back(CsvColumn(column));
-  }
-  const ReportTexts texts(file.path, run.heading, run.rows);
-  const ReportTable table(file, texts, run.rows, 0, file.width_mm);
+  const ReportRows given = RowsOf(run);
   std::string csv(kMark);
-  for (std::size_t i = 0; i < file.columns.size(); ++i) {
-    AddCell(csv, file.columns[i].heading, i == 0);
+  for (std::size_t i = 0; i < given.columns.size(); ++i) {
+    AddCell(csv, given.columns[i].heading, i == 0);
   }
   csv += "\r\n";
-  for (std::size_t row = 0; row < run.rows.RowCount(); ++row) {
-    for (std::size_t i = 0; i < file.columns.size(); ++i) {
-      AddCell(csv, Shown(table.CellValue(i, row), file.columns[i].kind), i == 0);
+  for (const std::vector<Value>& row : given.rows) {
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      AddCell(csv, Shown(row[i], given.columns[i].kind), i == 0);
     }
     csv += "\r\n";
   }

@@ -7,10 +7,9 @@
 
 namespace kaunter {
 
-// A heading line first, then the rows, values as the report shows them but amounts without commas;
-// UTF-8 with the sign at the front by which spreadsheets know it. A text that a spreadsheet would
-// take for a formula has an apostrophe before it. Subtotals are left out: a spreadsheet would add
-// them up once more.
+// A heading line first, then the rows as report_rows.h tells, values as the report shows them but
+// amounts without commas; UTF-8 with the sign at the front by which spreadsheets know it. A text
+// that a spreadsheet would take for a formula has an apostrophe before it.
 std::string ReportToCsv(const ReportRun& run);
 
 }  // namespace kaunter

@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QProcess>
 #include <QPushButton>
 #include <QScrollBar>
 #include <algorithm>
@@ -39,7 +40,8 @@ using testing::HasSubstr;
 ReportRun ListOf(int pages) {
   ReportRun run;
   run.file = ReportFile::Parse(
-      "title \"Loans\"\nquery\n{selection}\nend\ncolumn \"Loan\" LoanID text 9\n", "list.rpt");
+      "title \"Loans\"\nquery\nSELECT {selection}\nend\ncolumn \"Loan\" LoanID text 9\n",
+      "list.rpt");
   std::vector<std::vector<Value>> rows;
   for (int i = 1; i <= 40 * pages; ++i) rows.push_back({Value("Loan " + std::to_string(i))});
   run.rows = Recordset({{"LoanID", FieldType::kText}}, std::move(rows));
@@ -282,7 +284,8 @@ TEST(ReportOutput, AFullDiskLeavesTheOldFile) {
     std::string file;
     std::function<void(const std::string&)> write;
   } cases[] = {{"old.pdf", [&](const std::string& path) { WritePdf(run.document, path); }},
-               {"old.csv", [&](const std::string& path) { WriteCsv(run, path); }}};
+               {"old.csv", [&](const std::string& path) { WriteCsv(run, path); }},
+               {"old.xlsx", [&](const std::string& path) { WriteXlsx(run, path); }}};
   for (const auto& c : cases) {
     const std::string path = folder.File(c.file);
     std::ofstream(path) << "yesterday's";
@@ -302,6 +305,58 @@ TEST(ReportOutput, AFullDiskLeavesTheOldFile) {
     std::filesystem::remove(path);
     EXPECT_THROW(c.write(folder.File("gone/" + c.file)), std::runtime_error);
   }
+}
+
+// Read back by tools that are not ours: the part of the workbook as it is packed.
+std::string PartOf(const std::string& workbook, const std::string& part) {
+  QProcess unzip;
+  unzip.start("unzip", {"-p", QString::fromStdString(workbook), QString::fromStdString(part)});
+  EXPECT_TRUE(unzip.waitForFinished());
+  return unzip.readAllStandardOutput().toStdString();
+}
+
+TEST(ReportOutput, AWorkbookHasFiguresAndDates) {
+  TempFolder folder;
+  ReportRun run;
+  run.file = ReportFile::Parse(
+      "title \"Loans [all]\"\nquery\nSELECT {selection}\nend\ngroup Day \"\" heading \"{Name}\"\n"
+      "column \"Loan\" LoanID text 9\ncolumn \"Amount\" Amt money 9 sum\ncolumn \"No.\" No integer "
+      "9\n",
+      "list.rpt");
+  run.rows = Recordset({{"Day", FieldType::kDate},
+                        {"Name", FieldType::kText},
+                        {"LoanID", FieldType::kText},
+                        {"Amt", FieldType::kMoney},
+                        {"No", FieldType::kInteger}},
+                       {{Value(DateTime{2024, 1, 31, 16, 30, 0}), Value("=1+1 & <陈>"),
+                         Value("0012"), Value(Money::FromText("-1234567.89")), Value(7)},
+                        {Value(), Value("x"), Value("L2"), Value(), Value()}});
+  const std::string path = folder.File("list.xlsx");
+  WriteXlsx(run, path);
+  const std::string sheet = PartOf(path, "xl/worksheets/sheet1.xml");
+  const std::string texts = PartOf(path, "xl/sharedStrings.xml");
+  // 31 January 2024 is day 45322 of that calendar.
+  for (const char* cell : {"<c r=\"A2\" s=\"2\"><v>45322</v>",
+                           "<c r=\"D2\" s=\"3\"><v>-1234567.89</v>", "<c r=\"E2\" s=\"4\"><v>7</v>",
+                           "<c r=\"C2\" t=\"s\">", "<autoFilter ref=\"A1:E3\"/>", "<row r=\"3\""}) {
+    EXPECT_THAT(sheet, HasSubstr(cell));
+  }
+  for (const char* none : {"r=\"A3\"", "r=\"D3\"", "r=\"E3\"", "r=\"A4\""}) {
+    EXPECT_THAT(sheet, Not(HasSubstr(none)));
+  }
+  EXPECT_THAT(texts, HasSubstr("<t>Day</t></si><si><t>Name</t>"));
+  EXPECT_THAT(texts, HasSubstr("<t>=1+1 &amp; &lt;陈&gt;</t>"));
+  EXPECT_THAT(texts, HasSubstr("<t>0012</t>"));
+  // Styles 2 to 4 are forms of these numbers, which stand in their order.
+  const std::string styles = PartOf(path, "xl/styles.xml");
+  for (const char* form :
+       {"164\" formatCode=\"dd-mm-yyyy", "165\" formatCode=\"#,##0.00", "166\" formatCode=\"0\""}) {
+    EXPECT_THAT(styles, HasSubstr(form));
+  }
+  const auto first = styles.find("<xf numFmtId=\"164\"");
+  EXPECT_LT(first, styles.find("<xf numFmtId=\"165\""));
+  EXPECT_LT(styles.find("<xf numFmtId=\"165\""), styles.find("<xf numFmtId=\"166\""));
+  EXPECT_THAT(PartOf(path, "xl/workbook.xml"), HasSubstr("name=\"Loans  all\""));
 }
 
 TEST(ReportOutput, AStopLeavesTheOldFile) {

@@ -222,6 +222,40 @@ TEST(RunReport, CsvOpensInASpreadsheetAsItWasTyped) {
             "\xEF\xBB\xBFLoan,Name,Day,Amount\r\n");
 }
 
+// What stands above the rows on paper is in each row: a row that is filtered out of the others
+// still tells whose it is.
+TEST(RunReport, CsvRowsStandAlone) {
+  Books books;
+  const struct {
+    std::string lines, rows;
+  } cases[] = {
+      {"group Code \"\" heading \"{Code}: {Name}\"\n",
+       "Code,Name,Loan,Amount\r\n"
+       "a,\"Tan, \"\"Ah\"\" Kow\",L1,1234.50\r\nA ,陈美玲,L2,-20.05\r\n"
+       "B,O'Brien,L3,0.00\r\nO'B,'+60123456789,L4,1.00\r\n"},
+      // A key that is a column too comes once, as its column is called.
+      {"group Day by month \"{group}, {count}, {Amt:sum}\"\ngroup LoanID \"{?P} {today}\"\n",
+       "Day (month),Loan,Amount\r\n01-2024,L1,1234.50\r\n01-2024,L2,-20.05\r\n"
+       "02-2024,L3,0.00\r\n02-2024,L4,1.00\r\n"},
+      // A row of a summary is a group: its sum, and the last of a running figure.
+      {"group Day by year \"\"\ngroup Day by month \"{count}\"\nsummary\n"
+       "column \"So far\" running(Amt) money 9 last\n",
+       "Day (year),Day (month),Count,Amount,So far\r\n2024,01-2024,2,1214.45,1214.45\r\n"
+       "2024,02-2024,2,1.00,1215.45\r\n"},
+      {"group Code \"Total\"\nsummary\n", "Code,Amount\r\na,1214.45\r\nB,0.00\r\nO'B,1.00\r\n"},
+      {"letter Name\nitems\n",
+       "Name,Loan,Amount\r\n\"Tan, \"\"Ah\"\" Kow\",L1,1234.50\r\n陈美玲,L2,-20.05\r\n"
+       "O'Brien,L3,0.00\r\n'+60123456789,L4,1.00\r\n"},
+  };
+  for (const auto& c : cases) {
+    books.Write("alone.rpt",
+                "query\nSELECT * FROM Loans WHERE {selection}\nend\norder LoanID\n"
+                "column \"Loan\" LoanID text 9\ncolumn \"Amount\" Amt money 9 sum\n" +
+                    c.lines);
+    EXPECT_EQ(ReportToCsv(RunWholeReport(books.Job("", "alone.rpt"))), "\xEF\xBB\xBF" + c.rows);
+  }
+}
+
 // A page without rows says so, and its foot tells who printed it and which page it is: in the
 // language of the paper, which a statutory form chooses itself, whatever its reader speaks.
 TEST(RunReport, ThePaperSpeaksOneLanguage) {
