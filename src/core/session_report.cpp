@@ -11,6 +11,7 @@ ReportJob SessionReport(const Session& session, const std::string& file) {
   job.ReportFileName = session.AppPath + "/" + file;
   job.Connect = session.MainConn.get();
   job.PrintedBy = session.CurrentUserID;
+  job.Chinese = session.ChineseFlag;
   job.Company = ScalarQuery(session.Main(), "SELECT CompanyName FROM CompanyProfile");
   job.Companies = CompanyLiterals(session);
   return job;

@@ -237,6 +237,7 @@ bool ReportFrm::StageByFile() {
     if (!head.to_date.empty()) {
       job_.ParameterFields[1] = head.to_date;
       job_.ParameterFields[2] = head.year_end;
+      job_.ParameterFields[3] = Parameter("Fromdate", DateFrom.text());
       job_.ReportTitle = head.title;
     }
     job_.SelectionFormula = StagedFormula(pcname_, file_);

@@ -37,10 +37,11 @@ std::string AmountInWords(Money amount) {
   const std::uint64_t size =
       units < 0 ? ~static_cast<std::uint64_t>(units) + 1 : static_cast<std::uint64_t>(units);
   const std::uint64_t sen = (size + 50) / 100;
-  std::string words = "RINGGIT MALAYSIA ";
-  if (units < 0 && sen > 0) words += "MINUS ";
-  words += Words(sen / 100);
-  if (sen % 100 > 0) words += " AND SEN " + Words(sen % 100);
+  const std::string sign = units < 0 && sen > 0 ? "MINUS " : "";
+  const std::string odd = sen % 100 > 0 ? "SEN " + Words(sen % 100) : "";
+  if (sen > 0 && sen < 100) return sign + odd + " ONLY";
+  std::string words = "RINGGIT MALAYSIA " + sign + Words(sen / 100);
+  if (!odd.empty()) words += " AND " + odd;
   return words + " ONLY";
 }
 

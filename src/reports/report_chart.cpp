@@ -1,6 +1,7 @@
 #include "reports/report_chart.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 
 #include "core/values.h"
@@ -27,12 +28,15 @@ struct OpenBar {
   int place = 0;
 };
 
+Money Size(Money value) { return value < Money() ? -value : value; }
+
 // The largest bars, in the order in which they came, and the sum of the others.
 std::vector<ChartBar> Largest(const std::vector<ChartBar>& bars, const PaperWords& words) {
   std::vector<std::size_t> by_size(bars.size());
   for (std::size_t i = 0; i < bars.size(); ++i) by_size[i] = i;
-  std::stable_sort(by_size.begin(), by_size.end(),
-                   [&](std::size_t a, std::size_t b) { return bars[a].value > bars[b].value; });
+  std::stable_sort(by_size.begin(), by_size.end(), [&](std::size_t a, std::size_t b) {
+    return Size(bars[a].value) > Size(bars[b].value);
+  });
   std::vector<std::size_t> kept(by_size.begin(), by_size.begin() + kMostBars - 1);
   std::sort(kept.begin(), kept.end());
   std::vector<ChartBar> few;
@@ -101,25 +105,32 @@ void DrawChart(ReportPage& page, double x, double y, double width, const std::st
                const std::vector<ChartBar>& bars) {
   page.texts.push_back({x, y, width, kTitleHeight - 1, title, 9, true});
   Money most;
-  for (const ChartBar& bar : bars) most = std::max(most, bar.value);
+  Money least;
+  for (const ChartBar& bar : bars) {
+    most = std::max(most, bar.value);
+    least = std::min(least, bar.value);
+  }
   const double label_width = width * 0.24;
   const double room = width - label_width - kFigureWidth - 4;
+  const double all = (most - least).ToDouble();
+  const double scale = all > 0 ? room / all : 0;
+  // What is below 0 goes to the left of the axis.
+  const double axis = x + label_width + 2 - least.ToDouble() * scale;
   y += kTitleHeight;
   const double top = y;
   for (const ChartBar& bar : bars) {
     page.texts.push_back(
         {x, y, label_width, kBarHeight, bar.label, kPoints, false, TextAlign::left, Tone::quiet});
-    const double share =
-        most > Money() && bar.value > Money() ? bar.value.ToDouble() / most.ToDouble() : 0;
-    const double left = x + label_width + 2;
-    if (share > 0) {
-      page.areas.push_back({left, y + 0.7, room * share, kBarHeight - 1.4, Tone::accent});
+    const double length = bar.value.ToDouble() * scale;
+    const double right = axis + std::max(length, 0.0);
+    if (length != 0) {
+      page.areas.push_back({axis + std::min(length, 0.0), y + 0.7, std::abs(length),
+                            kBarHeight - 1.4, length < 0 ? Tone::rule : Tone::accent});
     }
-    page.texts.push_back({left + room * share + 1, y, kFigureWidth, kBarHeight,
-                          ShowMoney(Value(bar.value)), kPoints});
+    page.texts.push_back(
+        {right + 1, y, kFigureWidth, kBarHeight, ShowMoney(Value(bar.value)), kPoints});
     y += kBarHeight;
   }
-  const double axis = x + label_width + 2;
   page.lines.push_back({axis, top, axis, y, 0.3, Tone::rule});
 }
 

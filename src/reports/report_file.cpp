@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -56,7 +57,34 @@ class Library {
   int depth_ = 0;
 };
 
+// A sign of Chinese writing, in a line that is no comment.
+bool HoldsChinese(const std::string& line) {
+  return !line.starts_with('#') && std::any_of(line.begin(), line.end(), [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte >= 0xE3 && byte <= 0xE9;
+  });
+}
+
+bool SpeaksChinese(const std::string& path, int depth) {
+  std::istringstream text(TextOf(path));
+  for (std::string line; std::getline(text, line);) {
+    if (HoldsChinese(line)) return true;
+    if (!line.starts_with("like ") || depth == kMostLike) continue;
+    const std::vector<ReportWord> words = ReportWords(line, false);
+    if (words.size() < 2) continue;
+    const auto beside = std::filesystem::path(path).parent_path() / words[1].text;
+    std::error_code error;
+    if (std::filesystem::is_regular_file(beside, error) &&
+        SpeaksChinese(beside.string(), depth + 1)) {
+      return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
+
+bool ReportFile::SpeaksChinese(const std::string& path) { return kaunter::SpeaksChinese(path, 0); }
 
 ReportFile ReportFile::Parse(std::string_view text, const std::string& path,
                              const ReportReading& reading) {

@@ -109,6 +109,8 @@ struct ReportFile {
   // Throws std::runtime_error naming file, line and what is wrong.
   static ReportFile Parse(std::string_view text, const std::string& path,
                           const ReportReading& reading = {});
+  // The file, or the one that it is like, has Chinese captions beside the English ones.
+  static bool SpeaksChinese(const std::string& path);
   static ReportFile Read(const std::string& path, const ReportReading& reading = {});
 };
 

@@ -68,7 +68,8 @@ ReportRun RunWholeReport(const ReportJob& job, const ReportProgress& progress) {
   std::string wanted = job.ReportFileName;
   std::replace(wanted.begin(), wanted.end(), '\\', '/');
   const ReportPath found = FindReportFile(wanted);
-  const ReportReading reading = ReadingOf(job, found.chinese);
+  const ReportReading reading =
+      ReadingOf(job, found.chinese || (job.Chinese && ReportFile::SpeaksChinese(found.path)));
   ReportRun run;
   run.file = ReportFile::Read(found.path, reading);
   if (job.Connect == nullptr) {

@@ -19,6 +19,7 @@ struct ReportJob {
   std::map<int, std::string> ParameterFields;  // "<name>;<value>;True" by number
   ReportDestination Destination = ReportDestination::preview;
   std::string PrintedBy = {};  // who prints, for the foot; may be empty
+  bool Chinese = false;        // the session's language, for a file that has texts in both
   std::string Company = {};    // above the title
   std::string Companies = {};  // whose rows may be printed, "'A','B'" as literals; "" for all
 };

@@ -98,6 +98,58 @@ TEST_F(PapersTest, AReceiptAddsUpAndLeavesOutWhatIsNot) {
   }
 }
 
+// Of 31-01-2024: 100 of December and all of 30-01 are late, the row of today is next.
+TEST_F(PapersTest, WhatAReceiptSaysOfTheLoan) {
+  Pay("L1-001", "ACTIVE", "112,0,0,0,0,0");
+  Pay("L1-002", "ACTIVE", "112,0,0,0,0,0");
+  office.Run(
+      "UPDATE PaymentMast SET TopAmt=0,TopTerm=0,IntPay=0,CapPay=0;"
+      "UPDATE LoanMast SET LastPaymentNo='L1-002',DragLoan='0',TotInt=-12.5 WHERE LoanID='L1';"
+      "INSERT INTO UserMast (UserID,UserName,UserLevel) VALUES ('AMY','Amy Lim','1')");
+  const struct {
+    const char* change;
+    std::vector<const char*> says;
+    std::vector<const char*> not_said;
+    const char* payment = "L1-002";
+  } kCases[] = {
+      {"",
+       {"Received by Amy Lim|", "|RM 212.00, since 31-12-2023|", "|Next due|31-01-2024|"},
+       {"AMY", "Paid in full", "Late interest owed", "Topped up", "of it capital"}},
+      // An older receipt tells nothing of today.
+      {"", {"|RM 212.00|"}, {"overdue", "Next due"}, "L1-001"},
+      {"UPDATE PaymentMast SET NextDueDate='2024-02-29'", {"|Next due|29-02-2024|"}, {}, "L1-001"},
+      {"UPDATE SchMast SET Payment=PayableAmt WHERE SchID < 4", {"|Next due|31-01"}, {"overdue"}},
+      // No more than is owed, on a flexi loan with the interest of its rows.
+      {"UPDATE LoanMast SET LoanBal=150", {"|RM 150.00, since"}, {}},
+      {"UPDATE LoanMast SET LoanBal=150,DragLoan='1'; UPDATE SchMast SET InterestAmt=7 WHERE "
+       "SchID=3",
+       {"|RM 157.00, since"},
+       {}},
+      {"UPDATE LoanMast SET TotInt=0", {"|Late interest owed|RM 12.50|"}, {}},
+      // Settled: nothing is due, and it is paid in full when no late interest is left.
+      {"UPDATE LoanMast SET LoanBal=0; UPDATE PaymentMast SET NewLoanBal=0",
+       {"|RM 0.00 · Paid in full|"},
+       {"Next due", "overdue"}},
+      {"UPDATE LoanMast SET LoanBal=0,TotInt=-10; UPDATE PaymentMast SET NewLoanBal=0",
+       {"|Late interest owed|RM 2.50|"},
+       {"Paid in full", "Next due"}},
+      {"UPDATE PaymentMast SET TopAmt=50,TopTerm=3,IntPay=12,CapPay=100",
+       {"|RM 150.00, 3 instalment(s) of RM 50.00|", "of it capital|100.00|of it interest|12.00|"},
+       {}},
+      {"DELETE FROM UserMast", {"Received by AMY|"}, {}},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.change);
+    main().BeginTrans();
+    if (*c.change != 0) office.Run(c.change);
+    const auto pages =
+        Print("Payment Receipt.rpt", fmt::format("{{PaymentMast.PayID}}='{}'", c.payment));
+    main().RollbackTrans();
+    for (const char* text : c.says) ExpectAll(pages.at(0), {text});
+    for (const char* text : c.not_said) ExpectNone(pages.at(0), {text});
+  }
+}
+
 TEST_F(PapersTest, AReminderListsWhatIsOverdueToday) {
   office.Run("UPDATE LoanMast SET NextDueDate='2024-01-31'");  // due today is not overdue
   for (const char* file : {"Reminder.rpt", "Reminder2.rpt"}) {
@@ -187,15 +239,33 @@ TEST_F(PapersTest, InvoicesAndCreditNotesShowTheirOwnCharges) {
   Charge("L1-2-B20240116", "Batch", "0");      // set back after a payment of that day
   Charge("CN0001", "Credit Note", "-30");
   Charge("L1-001", "Payment", "-12.50");
-  auto pages = Print("ARInvoice.rpt", "{ChargeMast.ChargeID} = 'INV0001'", {"RptID;Invoice;True"});
+  const auto print = [&](const char* formula, const char* covered) {
+    office.Run(fmt::format("UPDATE LoanMast SET TotInt={} WHERE LoanID='L1'", covered));
+    return Print("ARInvoice.rpt", formula, {"RptID;Invoice;True"});
+  };
+  // 42.50 of the 80 are covered.
+  auto pages = print("{ChargeMast.ChargeID} = 'INV0001'", "-42.5");
   ASSERT_EQ(pages.size(), 1u);
-  ExpectAll(pages[0], {"INVOICE|", "INV0001|For Invoice|80.00|Total|80.00|", "RM 80.00|",
-                       "RINGGIT MALAYSIA EIGHTY ONLY|"});
-  // All that was charged to the loan on one paper; what it paid or was relieved of is no invoice.
-  pages = Print("ARInvoice.rpt", "{ChargeMast.CompCode}='HQ'", {"RptID;Invoice;True"});
+  ExpectAll(pages[0],
+            {"INVOICE|Invoice No.|INV0001|", "INV0001|For Invoice|80.00|42.50|37.50|Total|",
+             "RM 37.50|", "RINGGIT MALAYSIA THIRTY SEVEN AND SEN FIFTY ONLY|"});
+  // All that is charged to the loan on one paper; what it paid or was relieved of is no invoice.
+  pages = print("{ChargeMast.CompCode}='HQ'", "-42.5");
   ASSERT_EQ(pages.size(), 1u);
-  ExpectAll(pages[0], {"Total|81.98|"});
-  EXPECT_EQ(pages[0].find("|0.00|"), std::string::npos) << pages[0];
+  ExpectAll(pages[0], {"|L1/20240115|", "Total|81.98|42.50|39.48|"});
+  EXPECT_EQ(pages[0].find("|0.00|0.00|"), std::string::npos) << pages[0];
+  // Late interest that is paid is not asked for again: the 0.34 are, and 0.64 of the 1.64.
+  pages = print("{ChargeMast.PType} <> 'Invoice'", "-81.34");
+  ExpectAll(pages[0], {"|L1-T20240120|For Batch Term End|Interest|1.64|1.00|0.64|Total|",
+                       "SEN SIXTY FOUR ONLY"});
+  ExpectNone(pages[0], {"L1-2-B20240115"});
+  const auto late = [&] {
+    return Print("LateInvoice.rpt", "{ChargeMast.LoanID}='L1'", {"TrxDate;date(2024,1,31);True"});
+  };
+  ExpectAll(late()[0], {"|L1/202401|", "|1.64|1.00|0.64|Total|"});
+  pages = print("{ChargeMast.PType} <> 'Invoice'", "-81.98");
+  ExpectAll(pages[0], {"there is no invoice"});
+  ExpectAll(late()[0], {"there is no invoice"});
   pages = Print("ARCreditNote.rpt", "{ChargeMast.ChargeID} = 'CN0001'", {"RptID;Credit Note;True"});
   ExpectAll(pages.at(0),
             {"CREDIT NOTE|", "CN0001|For Credit Note|30.00|Total|30.00|", "RM 30.00|"});

@@ -15,6 +15,7 @@
 #include "reports/report_table.h"
 #include "reports/report_texts.h"
 #include "reports/text_width.h"
+#include "tests/reporting/report_office.h"
 #include "tests/support/places.h"
 
 namespace kaunter {
@@ -109,6 +110,51 @@ TEST(ReportHeadings, NoneIsCut) {
       "\"Rest\" a text 91\n",
       "narrow.rpt");
   EXPECT_NE(Cut(narrow), "");
+}
+
+// A file with texts in both languages follows the session, whatever its name; the letters and forms
+// that have one language only stay as they are.
+TEST(ReportHeadings, APaperSpeaksTheLanguageOfTheSession) {
+  const std::set<std::string> kOneLanguage = {"ARCreditNote.rpt",
+                                              "ARInvoice.rpt",
+                                              "Agree1.rpt",
+                                              "AgreeJ.rpt",
+                                              "AgreeK.rpt",
+                                              "ApplicationForm.rpt",
+                                              "ApplicationForm2.rpt",
+                                              "CashVoucher.rpt",
+                                              "FilecoverJadualBayaranAkaun.rpt",
+                                              "LejarAkuan.rpt",
+                                              "LejarAkuan60.rpt",
+                                              "LetterOffer.rpt",
+                                              "LoanCalcList.rpt",
+                                              "Payment Receipt Old.rpt",
+                                              "Payment Receipt.rpt",
+                                              "RekodTrans.rpt",
+                                              "RekodTrans2.rpt",
+                                              "Reminder.rpt",
+                                              "Reminder2.rpt",
+                                              "SettlementLetter.rpt",
+                                              "filecovercagaran.rpt"};
+  ReportOffice office;
+  std::size_t one = 0;
+  for (const auto& entry : fs::directory_iterator(test::SourceDir() + "/reports")) {
+    if (entry.path().extension() != ".rpt") continue;
+    const std::string name = entry.path().filename().string();
+    ReportJob job;
+    job.Connect = name == "AuditLogs.rpt" ? &office.logs() : &office.main();
+    job.ReportFileName = entry.path().string();
+    job.ParameterFields = {{0, "SettleAmt;0;True"}, {1, "SettleDate;;True"}};
+    for (const bool chinese : {false, true}) {
+      job.Chinese = chinese;
+      const ReportRun run = RunWholeReport(job);
+      EXPECT_EQ(run.heading.printed_at.starts_with("打印于"),
+                name == "CashBookC.rpt" || (chinese && !kOneLanguage.contains(name)))
+          << name;
+    }
+    if (kOneLanguage.contains(name)) ++one;
+  }
+  EXPECT_EQ(one, kOneLanguage.size());
 }
 
 }  // namespace

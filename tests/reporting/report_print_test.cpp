@@ -118,7 +118,10 @@ TEST(ReportPrint, ParametersByFile) {
       {"PaymentExceedThreshold.rpt", "", {{0, "RptID;True;True"}, {1, "Threshold;3000.50;True"}}},
       {"SummaryPnL.rpt",
        "",
-       {{0, "RptID;True;True"}, {1, "Todate;31-01-2024;True"}, {2, "YearEnd;31-12-2024;True"}}},
+       {{0, "RptID;True;True"},
+        {1, "Todate;31-01-2024;True"},
+        {2, "YearEnd;31-12-2024;True"},
+        {3, "Fromdate;01-01-2024;True"}}},
       {"StatementList.rpt", "", {{0, "RptID;True;True"}}},
   };
   ReportCounter counter;

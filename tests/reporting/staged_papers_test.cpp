@@ -138,6 +138,8 @@ TEST(StagedPapers, Summaries) {
                      {"YearCharges", "SELECT SUM(ChargeAmt) FROM ChargeMast WHERE PType='Batch'"},
                      {"YearIncome", "SELECT 2125"}},
             .count = "SELECT COUNT(*) FROM LoanMast"});
+  EXPECT_THAT(TextsOf(o.Start({"SummaryPnL.rpt", "20-01-2024", "31-01-2024"})),
+              Contains("20-01-2024 - 31-01-2024"));
   o.Expect(
       {.file = "SummaryBS.rpt",
        .from = "01-01-2024",

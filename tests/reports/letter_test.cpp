@@ -68,7 +68,6 @@ void ExpectInside(const ReportDocument& document) {
 TEST(AmountInWords, SpellsRinggitAndSen) {
   const std::pair<const char*, const char*> cases[] = {
       {"0", "ZERO ONLY"},
-      {"0.05", "ZERO AND SEN FIVE ONLY"},
       {"1", "ONE ONLY"},
       {"10", "TEN ONLY"},
       {"19.99", "NINETEEN AND SEN NINETY NINE ONLY"},
@@ -90,6 +89,8 @@ TEST(AmountInWords, SpellsRinggitAndSen) {
   for (const auto& [amount, words] : cases) {
     EXPECT_EQ(AmountInWords(Money::FromText(amount)), std::string("RINGGIT MALAYSIA ") + words);
   }
+  EXPECT_EQ(AmountInWords(Money::FromText("0.88")), "SEN EIGHTY EIGHT ONLY");
+  EXPECT_EQ(AmountInWords(Money::FromText("-0.05")), "MINUS SEN FIVE ONLY");
 }
 
 TEST(WrapText, LosesNoSignAndKeepsTheWidth) {

@@ -7,6 +7,7 @@
 #include <random>
 
 #include "core/values.h"
+#include "reports/report_chart.h"
 #include "tests/reports/list_rows.h"
 
 namespace kaunter {
@@ -266,6 +267,23 @@ TEST(ReportChart, ItsFiguresAddUpToTheColumn) {
     EXPECT_EQ(drawn, all) << by;
     EXPECT_LE(bars, 12) << by;
   }
+}
+
+// What is below 0 has its bar left of the axis, as long as its share, and its figure is no other's.
+TEST(ReportChart, AMonthBelowNothingIsDrawn) {
+  ReportPage page;
+  DrawChart(page, 0, 0, 180, "By month",
+            {{"a", Money::FromText("30")}, {"b", Money::FromText("-10")}, {"c", Money()}});
+  ASSERT_EQ(page.areas.size(), 2u);
+  const double axis = page.lines.at(0).x1;
+  EXPECT_NEAR(page.areas[0].x, axis, 0.001);
+  EXPECT_NEAR(page.areas[1].x + page.areas[1].width, axis, 0.001);
+  EXPECT_NEAR(page.areas[0].width, 3 * page.areas[1].width, 0.001);
+  EXPECT_GT(page.areas[1].x, 180 * 0.24) << "over the label";
+  for (const PageText& text : page.texts) EXPECT_LE(text.x + text.width, 180.001) << text.text;
+  ReportPage below;
+  DrawChart(below, 0, 0, 180, "All below", {{"a", Money::FromText("-10")}});
+  EXPECT_EQ(below.areas.size(), 1u);
 }
 
 TEST(ReportChart, ABarOfNobodyHasAName) {
