@@ -87,9 +87,7 @@ void OpenAudit(Start& start) {
   const std::string text = OfficeConnectionString(session, session.ConnDatabase + "-Logs");
   // The embedded engine has no administrator who would make the audit database.
   const auto file = EmbeddedFile(text, session.data_sources);
-  if (file && !std::filesystem::exists(*file)) {
-    OpenSqlite("LogsConn", *file, /*create=*/true, session.clock);
-  }
+  if (file) MakeSqlite("LogsConn", *file, session.clock, CreateMissingAuditTables);
   session.LogsConn = OpenNamed(session, "LogsConn", "TransLogs", text);
   if (file || session.MayCreateTables) CreateMissingAuditTables(*session.LogsConn);
 }

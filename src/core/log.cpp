@@ -8,6 +8,7 @@
 
 #include "core/formats.h"
 #include "core/session.h"
+#include "platform/private_file.h"
 #include "platform/sql/connection.h"
 
 namespace kaunter {
@@ -40,7 +41,7 @@ std::string LogLine(const Session& session, std::string_view text) {
 void WriteLog(const Session& session, std::string_view line) {
   const auto path =
       LogFolder(session) / fmt::format("log{}.log", Format(session.clock.Now(), "dd-MM-yyyy"));
-  std::ofstream file(path, std::ios::app);
+  std::ofstream file = OpenPrivate(path, std::ios::app);
   if (!file) throw std::runtime_error(fmt::format("cannot open the log {}", path.string()));
   file << OnOneLine(line) << '\n';
   file.close();

@@ -28,6 +28,7 @@ void RunScript(Connection& connection, std::string_view script) {
 
 void CreateEmptyOffice(Connection& main, std::string_view key) {
   Transaction transaction(main);
+  if (!IsEmptyDatabase(main)) return;  // another desktop that starts too was quicker
   RunScript(main, SchemaText("base"));
   if (!key.empty()) {
     main.Execute(

@@ -1,7 +1,5 @@
 #include "core/schema_patches.h"
 
-#include <optional>
-
 #include "platform/sql/transaction.h"
 
 namespace kaunter {
@@ -89,7 +87,6 @@ namespace patches {
 
 const Patch kDrawdown = {
     "Patch-Drawdown",
-    false,
     {"Delete d from DrawDownMast as d left outer join loanmast as l on l.loanid=d.loanid where "
      "l.loanid is null",
      "INSERT Systemast (Param,Value) values ('Patch-Drawdown','1')",
@@ -97,7 +94,6 @@ const Patch kDrawdown = {
 
 const Patch kAmla = {
     "AMLA",
-    true,
     {"insert into systemast (param,value) values ('AMLA','1')", kMakeAMLADesc, kMakeAMLATrans,
      "alter table CompMast add AMLA nvarchar(1),AMLACheckIC nvarchar(1),AMLALoan decimal(18, "
      "2),AMLAPayment  decimal(18, 2),AMLAWarning  nvarchar(1),AMLAOfficer nvarchar(100) ",
@@ -112,24 +108,21 @@ const Patch kAmla = {
 
 const Patch kDataExportFlag = {
     "DataExportFlag",
-    true,
     {kMakeDataExport, "insert into systemast (param,value) values ('DataExportFlag','1')"}};
 
 const Patch kDisableSTR = {"DisableSTR",
-                           true,
                            {"ALTER Table CompMast ADD DisableSTR nvarchar(1)",
                             "UPDATE CompMast set DisableSTR='0' where DisableSTR is null",
                             "INSERT INTO Systemast (Param,Value) VALUES ('DisableSTR','1')"}};
 
-const Patch kLampiranA = {
-    "LampiranA", true, {"INSERT INTO Systemast (Param,Value) values ('LampiranA','1')"}};
+const Patch kLampiranA = {"LampiranA",
+                          {"INSERT INTO Systemast (Param,Value) values ('LampiranA','1')"}};
 
-const Patch kIdeal = {"IDEAL", false, {"INSERT INTO  Systemast values ('IDEAL','IDEAL UPLOAD')"}};
+const Patch kIdeal = {"IDEAL", {"INSERT INTO  Systemast values ('IDEAL','IDEAL UPLOAD')"}};
 
 // The index keeps the unguarded update of every start (kOrgDueDate2) from reading all loans.
 const Patch kOrgDueDate = {
     "OrgDueDate",
-    false,
     {"INSERT INTO Systemast (Param,Value) VALUES ('OrgDueDate','1')",
      "ALTER Table LoanMast ADD OrgDueDate datetime",
      "UPDATE LoanMast SET OrgDueDate=(SELECT DueDate FROM SchMast WHERE LoanID=LoanMast.LoanID and "
@@ -138,7 +131,6 @@ const Patch kOrgDueDate = {
 
 const Patch kEInv = {
     "EInv",
-    false,
     {"INSERT INTO Systemast (Param,Value) VALUES ('EInv','1')", kMakeEMiscCode, kMakeEState,
      kMakeECountry, kMakeEClass, kMakeEInvMast, kMakeECustMast,
      "create index CompCode on eInvMast (CompCode)", "create index CustID on eInvMast (CustID)",
@@ -146,7 +138,6 @@ const Patch kEInv = {
 
 const Patch kEInvCustName = {
     "EInvCustName",
-    false,
     {"INSERT INTO Systemast (Param,Value) VALUES ('EInvCustName','1')",
      "ALTER Table ECustMast ADD CustName nvarchar(200)",
      "ALTER Table CompMast ADD SQLPath nvarchar(100)",
@@ -156,14 +147,12 @@ const Patch kEInvCustName = {
      "ALTER Table EInvMast ADD uuid nvarchar(100)", "ALTER Table EInvMast ADD tin nvarchar(50)"}};
 
 const Patch kEInvCancel = {"EInvCancel",
-                           false,
                            {"INSERT INTO Systemast (Param,Value) VALUES ('EInvCancel','1')",
                             "ALTER Table EInvMast ADD LHDNStatus nvarchar(50)",
                             "ALTER Table EInvMast ADD Canceluuid nvarchar(100)"}};
 
 const Patch kLocalClientSecret = {
     "LocalClientSecret",
-    false,
     {"INSERT INTO Systemast (Param,Value) VALUES ('LocalClientSecret','1')",
      "ALTER Table CompMast ADD MyTaxClientID nvarchar(100)",
      "ALTER Table CompMast ADD MyTaxClientSecret nvarchar(100)",
@@ -176,17 +165,14 @@ const std::string_view kFillOrgDueDate =
 
 const Patch kOrgDueDate2 = {
     "OrgDueDate2",
-    false,
     {"INSERT INTO Systemast (Param,Value) VALUES ('OrgDueDate2','1')", kFillOrgDueDate}};
 
 const Patch kLHDNQR = {"LHDNQR",
-                       false,
                        {"INSERT INTO Systemast (Param,Value) VALUES ('LHDNQR','1')",
                         "ALTER Table EInvMast ADD LHDNQR nvarchar(200)"}};
 
 const Patch kLastDownDate = {
     "LastDownDate",
-    false,
     {"INSERT INTO Systemast (Param,Value) VALUES ('LastDownDate','1')",
      "ALTER Table LoanMast add LastDownDate datetime",
      "update loanmast set LastDownDate=(select max(trxdate) from DrawdownMast WHERE "
@@ -194,12 +180,10 @@ const Patch kLastDownDate = {
 
 const Patch kCreateSelfBillTable = {
     "CreateSelfBillTable",
-    false,
     {"INSERT INTO Systemast (Param,Value) VALUES ('CreateSelfBillTable','1')", kMakeSelfBillMast,
      kMakeSelfBillTrans, kMakeETax}};
 
 const Patch kSuppCity = {"SuppCity",
-                         false,
                          {"INSERT INTO Systemast (Param,Value) VALUES ('SuppCity','1')",
                           "ALTER Table SelfbillMast alter column SuppCity nvarchar(100)"}};
 
@@ -207,14 +191,12 @@ const Patch kSuppCity = {"SuppCity",
 // characters at most.
 const Patch kLongDescription = {
     "MasterReportS4",
-    true,
     {"ALTER Table MasterReport alter column s4 nvarchar(1500)",
      "INSERT INTO Systemast (Param,Value) VALUES ('MasterReportS4','1')"}};
 
 // The charges of a loan are summed from their index alone.
 const Patch kChargeIndex = {
     "ChargeIndex",
-    true,
     {"create index IX_ChargeMast_LoanID_PType_TrxDate_ChargeAmt on ChargeMast "
      "(LoanID,PType,TrxDate,ChargeAmt)",
      "INSERT INTO Systemast (Param,Value) VALUES ('ChargeIndex','1')"}};
@@ -228,10 +210,9 @@ const std::string_view kHolidayMast =
 }  // namespace patches
 
 void RunPatch(Connection& main, const Patch& patch) {
-  std::optional<Transaction> transaction;
-  if (patch.one_transaction) transaction.emplace(main);
+  Transaction transaction(main);
   for (const std::string_view statement : patch.statements) main.Execute(statement);
-  if (transaction) transaction->Commit();
+  transaction.Commit();
 }
 
 }  // namespace kaunter

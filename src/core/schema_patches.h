@@ -14,10 +14,6 @@ namespace kaunter {
 
 struct Patch {
   std::string_view key;
-  // One transaction around all statements: a failure leaves the key unset and the next start tries
-  // again. Without it each statement stands for itself, and since the key goes in first, a failure
-  // leaves the rest undone for good.
-  bool one_transaction = false;
   std::vector<std::string_view> statements;  // the insert of the key included, in its place
 };
 
@@ -49,7 +45,8 @@ extern const std::string_view kFillOrgDueDate;
 
 }  // namespace patches
 
-// Runs the statements of a patch. Throws SqlError.
+// Runs the statements of a patch in one transaction: a failure leaves the key unset, and the next
+// start tries again. Throws SqlError.
 void RunPatch(Connection& main, const Patch& patch);
 
 }  // namespace kaunter

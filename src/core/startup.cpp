@@ -69,21 +69,18 @@ void CreateMissingFile(const Session& session, const LocalSettings& local) {
   const auto source = session.data_sources.Find(session.ConnDataSource);
   if (!source || source->kind != DataSource::Kind::kEmbedded) return;
   if (!local.creatable.contains(Lower(session.ConnDataSource))) return;
-  if (std::filesystem::exists(source->target)) return;
   // Only the user's own folder is made too: a mistyped one is told by the open that follows.
   const auto folder = std::filesystem::path(source->target).parent_path();
   std::error_code ignored;
   if (folder == LocalSettings::UserDataFolder())
     std::filesystem::create_directories(folder, ignored);
-  OpenSqlite("MainConn", source->target, true, session.clock);
+  MakeSqlite("MainConn", source->target, session.clock,
+             [&](Connection& main) { CreateEmptyOffice(main, session.ConnAccount); });
 }
 
-// A process that was killed while it made the office leaves an empty file: it is filled at the next
-// start.
+// The tables of a server's database, or of a file that has none.
 void FillNewOffice(Session& session) {
-  const auto source = session.data_sources.Find(session.ConnDataSource);
-  const bool embedded = source && source->kind == DataSource::Kind::kEmbedded;
-  if (!embedded && !session.MayCreateTables) return;
+  if (!session.MayCreateTables) return;
   Connection& main = session.Main();
   if (IsEmptyDatabase(main)) CreateEmptyOffice(main, session.ConnAccount);
 }
@@ -101,11 +98,11 @@ void MakeStandIns(const Session& session, const LocalSettings& local) {
     const auto source = session.data_sources.Find(stand_in.source);
     if (!source || source->kind != DataSource::Kind::kEmbedded) continue;
     if (!local.creatable.contains(Lower(stand_in.source))) continue;
-    const auto database = OpenSqlite(stand_in.source, source->target, true, session.clock);
-    if (!IsEmptyDatabase(*database)) continue;
-    Transaction transaction(*database);
-    RunScript(*database, SchemaText(stand_in.tables));
-    transaction.Commit();
+    MakeSqlite(stand_in.source, source->target, session.clock, [&](Connection& database) {
+      Transaction transaction(database);
+      RunScript(database, SchemaText(stand_in.tables));
+      transaction.Commit();
+    });
   }
 }
 

@@ -5,6 +5,7 @@
 // ODBC connection string of its own), then among the machine's ODBC sources.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -60,10 +61,21 @@ std::unique_ptr<Connection> OpenConnection(std::string_view name,
 std::optional<std::string> EmbeddedFile(std::string_view connection_string,
                                         const DataSources& sources);
 
-// The embedded engine on one file; made when missing (with no tables) if `create`. Refuses a file
-// that is no database (26 as 4060), an unreadable one, and one written by a newer Kaunter.
+// The embedded engine on one file; made when missing or empty (with no tables) if `create`. Refuses
+// a file that is no database (26 as 4060), an unreadable one, one written by a newer Kaunter, and a
+// missing or empty one whose log still lies beside it: saves that were told stand there.
 std::unique_ptr<Connection> OpenSqlite(std::string_view name, const std::string& path, bool create,
                                        const Clock& clock);
+
+// Makes a file that is missing, or is empty, with what `fill` puts into it, whole or not at all; a
+// file that holds something stays as it is. `fill` works on another name than `path`.
+void MakeSqlite(std::string_view name, const std::string& path, const Clock& clock,
+                const std::function<void(Connection&)>& fill);
+
+namespace sql {
+// Refuses (SqlError 4060) what cannot be opened as a database, or made when `create`.
+void CheckSqliteFile(const std::string& path, bool create);
+}  // namespace sql
 
 // Through unixODBC. `odbc_string` is what SQLDriverConnect takes. The DBMS name that the driver
 // reports picks the dialect: SQL Server gets the text untouched.

@@ -12,9 +12,12 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <thread>
 #include <vector>
 
 #include "platform/sql/data_source.h"
+#include "platform/sql/waiting.h"
+#include "tests/platform/support/error_number.h"
 
 namespace kaunter {
 namespace {
@@ -95,6 +98,117 @@ TEST_F(SqliteOpen, RefusesWhatIsNoDatabaseOfOurs) {
     chmod(Path("locked.db").c_str(), 0);
     ExpectRefused(Path("locked.db"), false, "right to read");
   }
+}
+
+TEST_F(SqliteOpen, AnEmptyFileOrALogWithoutItsFileIsNoNewOffice) {
+  std::ofstream(Path("empty.db")) << "";
+  ExpectRefused(Path("empty.db"), false, "is empty");
+  std::ofstream(Path("empty.db-wal")) << "saves";
+  std::ofstream(Path("gone.db-wal")) << "saves";
+  for (const bool create : {false, true}) {
+    ExpectRefused(Path("empty.db"), create, "empty.db-wal");
+    ExpectRefused(Path("gone.db"), create, "gone.db-wal");
+  }
+  EXPECT_THROW(MakeSqlite("x", Path("gone.db"), clock_, [](Connection&) {}), SqlError);
+  EXPECT_FALSE(fs::exists(Path("gone.db")));
+  EXPECT_EQ(fs::file_size(Path("gone.db-wal")) + fs::file_size(Path("empty.db-wal")), 10u);
+}
+
+TEST_F(SqliteOpen, AFileThatWentTakesNoSave) {
+  const std::function<void()> kActs[] = {
+      [&] { fs::rename(Path(), Path("away.db")); },
+      [&] { fs::remove(Path()); },
+      [&] {
+        Open(Path("backup.db"), true)->Execute("create table T (A int)");
+        fs::rename(Path("backup.db"), Path());
+      },
+  };
+  for (const auto& act : kActs) {
+    fs::remove(Path());
+    const auto db = Open(Path(), true);
+    db->Execute("create table T (A int)");
+    db->BeginTrans();
+    db->Execute("insert into T values (1)");
+    act();
+    EXPECT_EQ(NumberOf(*db, "commit"), 945);
+    db->RollbackTrans();
+    EXPECT_EQ(NumberOf(*db, "begin transaction"), 945);
+    EXPECT_EQ(NumberOf(*db, "insert into T values (2)"), 945);
+    EXPECT_EQ(db->Query("select count(*) from T").Field(0).ToText(), "0");
+    for (const char* log : {"-wal", "-shm"}) fs::remove(Path() + log);
+  }
+}
+
+// Whole or not at all: killed on the way, failed, and by several starts at once, over nothing and
+// over an empty file.
+TEST_F(SqliteOpen, ANewFileComesWhole) {
+  const auto files = [&] {
+    return std::distance(fs::directory_iterator(folder_), fs::directory_iterator());
+  };
+  const auto fill = [](Connection& db) {
+    db.Execute("create table T (A int)");
+    db.Execute("insert into T values (1)");
+  };
+  for (const bool empty : {false, true}) {
+    fs::remove(Path());
+    if (empty) std::ofstream(Path()) << "";
+    InProcesses(1, [&] {
+      MakeSqlite("x", Path(), clock_, [&](Connection& db) {
+        fill(db);
+        _exit(0);
+      });
+    });
+    EXPECT_EQ(fs::exists(Path()), empty);
+    EXPECT_THROW(MakeSqlite("x", Path(), clock_,
+                            [&](Connection& db) {
+                              fill(db);
+                              throw SqlError(1105, "the disk is full");
+                            }),
+                 SqlError);
+    EXPECT_EQ(files(), empty ? 1 : 0);
+    InProcesses(4, [&] {
+      MakeSqlite("x", Path(), clock_, fill);
+      Open(Path())->Execute("insert into T values (2)");
+    });
+    EXPECT_EQ(Open(Path())->Query("select count(*) from T").Field(0).ToText(), "5");
+    EXPECT_EQ(files(), 1);
+  }
+}
+
+TEST_F(SqliteOpen, ItsFilesAreNotForEverybody) {
+  const mode_t before = umask(0);
+  for (const auto& [folder, wanted] : {std::pair{0755u, 0600u}, {0770u, 0660u}, {01777u, 0600u}}) {
+    chmod(folder_.c_str(), folder);
+    const auto db = Open(Path(), true);
+    db->Execute("create table T (A int)");
+    for (const char* ending : {"", "-wal", "-shm"}) {
+      struct stat file {};
+      ASSERT_EQ(stat((Path() + ending).c_str(), &file), 0);
+      EXPECT_EQ(file.st_mode & 07777u, wanted) << ending;
+    }
+    fs::remove(Path());
+    for (const char* log : {"-wal", "-shm"}) fs::remove(Path() + log);
+  }
+  umask(before);
+}
+
+// The windows go on painting while another desktop saves.
+TEST_F(SqliteOpen, TheDesktopActsWhileAnotherSaves) {
+  const auto mine = Open(Path(), true), others = Open(Path());
+  others->BeginTrans();
+  int acts = 0;
+  SetWhileWaiting([&] {
+    if (++acts == 5) fs::remove(Path("held"));
+  });
+  std::ofstream(Path("held")) << "";
+  std::thread end([&] {
+    while (fs::exists(Path("held"))) std::this_thread::yield();
+    others->RollbackTrans();
+  });
+  mine->BeginTrans();
+  end.join();
+  SetWhileWaiting({});
+  EXPECT_GE(acts, 5);
 }
 
 TEST_F(SqliteOpen, AFileWithADamagedBeginningIsRefusedWithItsPath) {

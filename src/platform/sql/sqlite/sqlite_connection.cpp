@@ -19,6 +19,9 @@ constexpr std::size_t kMostPlans = 2000;
 // About a millisecond of a search.
 constexpr int kStepsBetweenActs = 20000;
 
+// "Database cannot be opened due to inaccessible files": what the server says of a file that went.
+constexpr int kFileMovedNumber = 945;
+
 }  // namespace
 
 SqliteConnection::SqliteConnection(std::string name, std::string path, SqliteHandle db,
@@ -182,6 +185,7 @@ void SqliteConnection::RunStep(Step& step, Literals literals, Outcome* outcome) 
     if (step.statement == nullptr) {
       step.statement = Prepare(db_.get(), translated.text, path_, translated.cacheable);
     }
+    if (!translated.is_query && !InTransaction()) RefuseIfMoved();
     clock_.NextStatement();
     for (std::size_t i = 0; i < translated.parameters.size(); ++i) {
       const Parameter& parameter = translated.parameters[i];
@@ -265,7 +269,21 @@ void SqliteConnection::RunPrepared(SqliteStatement& statement, const char* sql) 
   }
 }
 
+// A file that was moved away, or that another one was moved over, goes on taking saves without a
+// name: they would be told as saved and be lost.
+void SqliteConnection::RefuseIfMoved() {
+  int moved = 0;
+  sqlite3_file_control(db_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+  if (moved == 0) return;
+  throw SqlError(kFileMovedNumber,
+                 fmt::format("The database '{}' was moved, deleted or replaced while this desktop "
+                             "had it open. Close Kaunter on all desktops, see that the right file "
+                             "is in its place, and start again.",
+                             path_));
+}
+
 void SqliteConnection::DoBegin() {
+  RefuseIfMoved();
   // IMMEDIATE takes the write lock now: two desktops queue here instead of failing halfway.
   RunPrepared(begin_, "BEGIN IMMEDIATE");
   nested_ = 0;
@@ -273,6 +291,7 @@ void SqliteConnection::DoBegin() {
 }
 
 void SqliteConnection::DoCommit() {
+  RefuseIfMoved();
   RunPrepared(commit_, "COMMIT");
   nested_ = 0;
   schema_changed_in_transaction_ = false;

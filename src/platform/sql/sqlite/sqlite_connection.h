@@ -72,6 +72,7 @@ class SqliteConnection final : public Connection {
   void RunStep(Step& step, Literals literals, Outcome* outcome);
   void Fetch(Step& step, Outcome* outcome);
   void RunTransactionWord(Translated::Transaction word);
+  void RefuseIfMoved();
   void RunPrepared(SqliteStatement& statement, const char* sql);
 
   // True when the schema is another one than the kept shapes were made for; they are then dropped.

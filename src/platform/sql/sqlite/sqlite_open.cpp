@@ -13,9 +13,11 @@
 #include <random>
 #include <thread>
 
+#include "platform/private_file.h"
 #include "platform/sql/data_source.h"
 #include "platform/sql/sqlite/sqlite_connection.h"
 #include "platform/sql/sqlite/sqlite_error.h"
+#include "platform/sql/waiting.h"
 
 namespace kaunter::sql {
 namespace {
@@ -51,7 +53,22 @@ bool IsOnNetwork(const std::filesystem::path& folder) {
 #endif
 }
 
-void CheckFile(const std::string& path, bool create) {
+// The log of a database holds the last saves. Opened beside a missing or an empty file it would be
+// thrown away.
+void RefuseLogWithout(const std::string& path, std::string_view state) {
+  std::error_code none;
+  const std::string log = path + "-wal";
+  if (std::filesystem::file_size(log, none) == 0 || none) return;
+  Refuse(
+      path,
+      fmt::format("the file {}, but its log '{}' with the last saves lies beside it", state, log),
+      "Put the file back to which the log belongs; if it is lost, move the log elsewhere, keep "
+      "it, and put the last backup in its place");
+}
+
+}  // namespace
+
+void CheckSqliteFile(const std::string& path, bool create) {
   const std::filesystem::path file(path);
   const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
   std::error_code error;
@@ -66,6 +83,7 @@ void CheckFile(const std::string& path, bool create) {
            "Move it to a disk of this machine, or use a database server");
   }
   if (status.type() == std::filesystem::file_type::not_found) {
+    RefuseLogWithout(path, "is missing");
     if (!create) {
       Refuse(path, "there is no such file", "Check the path in the data sources");
     }
@@ -82,13 +100,23 @@ void CheckFile(const std::string& path, bool create) {
   }
   char header[sizeof kFileHeader] = {};
   in.read(header, sizeof header);
-  // An empty file is what a first start leaves that was stopped at once.
-  if (in.gcount() == 0) return;
+  if (in.gcount() == 0) {
+    RefuseLogWithout(path, "is empty");
+    if (!create) {
+      Refuse(
+          path, "the file is empty",
+          "Put the last backup in its place. Only where a new office is wanted, write create=yes "
+          "under its data source");
+    }
+    return;
+  }
   if (in.gcount() < static_cast<std::streamsize>(sizeof header) ||
       std::memcmp(header, kFileHeader, sizeof header) != 0) {
     Refuse(path, "the file is no database", "Name another file; this one was left untouched");
   }
 }
+
+namespace {
 
 void CheckOwner(sqlite3* db, const std::string& path) {
   const std::int64_t owner = PlainInteger(db, "PRAGMA application_id", path);
@@ -113,6 +141,8 @@ int WaitForTurn(void*, int tries) {
   thread_local std::minstd_rand random{std::random_device{}()};
   if (tries == 0) began = Clock::now();
   if (Clock::now() - began > std::chrono::milliseconds(kBusyMilliseconds)) return 0;
+  ActWhileWaiting();
+  if (StopAsked()) return 0;
   std::this_thread::sleep_for(
       std::chrono::milliseconds(std::uniform_int_distribution<>(1, 10)(random)));
   return 1;
@@ -173,7 +203,9 @@ namespace kaunter {
 
 std::unique_ptr<Connection> OpenSqlite(std::string_view name, const std::string& path, bool create,
                                        const Clock& clock) {
-  sql::CheckFile(path, create);
+  sql::CheckSqliteFile(path, create);
+  // The log and its index take the rights of the file.
+  if (!create || !MakePrivateFile(path)) KeepPrivate(path);
   sqlite3* raw = nullptr;
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (create ? SQLITE_OPEN_CREATE : 0);
   const int code = sqlite3_open_v2(path.c_str(), &raw, flags, nullptr);

@@ -1,0 +1,22 @@
+// Files that hold personal data. They are made for their owner alone, or, where their folder lets a
+// group write (several users share an office), for the folder's group too; never for everybody.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+
+namespace kaunter {
+
+// Makes an empty file; false when there is one already or it cannot be made.
+bool MakePrivateFile(const std::filesystem::path& path);
+
+// Takes a file of this user's away from everybody else, when everybody can reach it.
+void KeepPrivate(const std::filesystem::path& path);
+
+// Opens a file for writing, made private when it is new. The stream tells whether it is open.
+std::ofstream OpenPrivate(const std::filesystem::path& path, std::ios::openmode mode);
+
+// What is written is on the disk when this returns; throws std::runtime_error that names the file.
+void SyncFile(const std::filesystem::path& path);
+
+}  // namespace kaunter
