@@ -54,6 +54,10 @@ int Application::Start() {
     if (!trace.empty()) session.trace = OpenTrace(trace);
     CheckDateFormat(local.ShortDate.empty() ? MachineShortDate() : local.ShortDate);
     MakeLogFolder(session);
+    if (!options_.now.empty()) {
+      LogSetClock(session);
+      session.SetClockNeedsRight = options_.now_needs_right;
+    }
     OpenMainConnection(session, local);
     session.MainConn->SetStaleHandler([this](std::string_view connection) {
       WriteLog(*session_,

@@ -28,6 +28,7 @@ struct ApplicationOptions {
   std::string settings;  // local settings file; "" for the user's own
   std::string
       now;  // "yyyy-mm-dd hh:mm:ss": sets the server's and the PC's clock; "" for the real one
+  bool now_needs_right = false;  // a set clock is for administrators and for practice
   std::string
       trace;  // file that takes every statement; "" for none (the local settings may name one)
 };

@@ -26,6 +26,19 @@ std::string OnOneLine(std::string_view text) {
   return line;
 }
 
+void WriteLogOf(const Session& session, const DateTime& day, std::string_view line) {
+  const auto path = LogFolder(session) / fmt::format("log{}.log", Format(day, "dd-MM-yyyy"));
+  std::ofstream file = OpenPrivate(path, std::ios::app);
+  if (!file) throw std::runtime_error(fmt::format("cannot open the log {}", path.string()));
+  file << OnOneLine(line);
+  if (session.RealTimeInLog) {
+    file << " (real time " << Format(Clock().Now(), "dd-MM-yyyy hh:mm:ss AMPM") << ')';
+  }
+  file << '\n';
+  file.close();
+  if (!file) throw std::runtime_error(fmt::format("cannot write the log {}", path.string()));
+}
+
 }  // namespace
 
 void MakeLogFolder(const Session& session) {
@@ -39,13 +52,17 @@ std::string LogLine(const Session& session, std::string_view text) {
 }
 
 void WriteLog(const Session& session, std::string_view line) {
-  const auto path =
-      LogFolder(session) / fmt::format("log{}.log", Format(session.clock.Now(), "dd-MM-yyyy"));
-  std::ofstream file = OpenPrivate(path, std::ios::app);
-  if (!file) throw std::runtime_error(fmt::format("cannot open the log {}", path.string()));
-  file << OnOneLine(line) << '\n';
-  file.close();
-  if (!file) throw std::runtime_error(fmt::format("cannot write the log {}", path.string()));
+  WriteLogOf(session, session.clock.Now(), line);
+}
+
+void LogSetClock(Session& session) {
+  session.RealTimeInLog = true;
+  const std::string line =
+      LogLine(session, fmt::format("the clock of this program is set to {}",
+                                   Format(session.clock.Now(), "dd-MM-yyyy hh:mm:ss AMPM")));
+  const DateTime real = Clock().Now();
+  WriteLog(session, line);
+  if (real.DateOnly() != session.clock.Now().DateOnly()) WriteLogOf(session, real, line);
 }
 
 void LogRollback(const Session& session, std::string_view identifier, const std::exception& error) {

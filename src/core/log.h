@@ -21,6 +21,10 @@ std::string LogLine(const Session& session, std::string_view text);
 // file when it cannot be written (no folder, full disk).
 void WriteLog(const Session& session, std::string_view line);
 
+// Tells that the clock was set from outside, in the log of the set day and in that of the real one.
+// From then on each line has the real time behind it.
+void LogSetClock(Session& session);
+
 // The line of a save that failed: "<stamp> <identifier> - error Rollback <number> - <description>".
 // The number is 0 for an error that is not the database's. Never throws: a full disk must not hide
 // the failure itself.

@@ -105,8 +105,10 @@ class Session {
   std::string LinkDBString;
 
   DataSources data_sources;
-  bool MayCreateTables = false;  // the local settings let this PC fill an empty database
-  Clock clock;                   // the PC's clock; the embedded server reads the same one
+  bool MayCreateTables = false;     // the local settings let this PC fill an empty database
+  Clock clock;                      // the PC's clock; the embedded server reads the same one
+  bool RealTimeInLog = false;       // the clock was set from outside: LogSetClock (core/log.h)
+  bool SetClockNeedsRight = false;  // it was, and only an administrator may work so, or practice
   Connection::TraceSink trace;
   // The menu of the main window with the rights of whoever is signed in; null while there is none.
   const MainMenu* menu = nullptr;

@@ -79,6 +79,22 @@ std::optional<Caption> OutsideWindow(Session& session, const Recordset& user) {
   return std::nullopt;
 }
 
+// An office for training or for a demonstration is marked so by the one who made it.
+bool IsPractice(const Session& session) {
+  const std::string kind = ReadSetting(session.Main(), "OfficeKind");
+  return SameText(kind, "demo") || SameText(kind, "training");
+}
+
+std::optional<Caption> ClockRefused(const Session& session) {
+  if (!session.SetClockNeedsRight || session.CurrentLevel >= 4 || IsPractice(session)) {
+    return std::nullopt;
+  }
+  return Caption(
+      "The clock of this program is set: only an administrator may sign in. Start it "
+      "without --now",
+      "本程序的时钟已被设定：只有管理员可登入。请不用 --now 启动");
+}
+
 void FillSession(Session& session, const Recordset& user) {
   session.CurrentUserID = NullToEmpty(user.Field("UserID"));
   session.FollowUpFlag = IsTrue(user.Field("FollowUpFlag"));
@@ -100,7 +116,8 @@ std::optional<Caption> SignInUser(Session& session, std::string_view user_id,
   if (user.Eof()) return kInvalidUser;
   if (PasswordHash(password) != NullToEmpty(user.Field("UserDept"))) return kInvalidPassword;
   FillSession(session, user);
-  outside = OutsideWindow(session, user);
+  outside = ClockRefused(session);
+  if (!outside) outside = OutsideWindow(session, user);
   return std::nullopt;
 }
 

@@ -84,7 +84,10 @@ int Run(const BatchOptions& options, Session& session) {
   try {
     MakeLogFolder(session);
     const bool set = !options.office.now.empty();
-    if (set) session.clock.Set(*DateTime::FromCanonical(options.office.now));
+    if (set) {
+      session.clock.Set(*DateTime::FromCanonical(options.office.now));
+      LogSetClock(session);
+    }
     BatchDate(options.date, session.clock.Now());  // before anything is opened
     OpenOffice(session, options);
     const DateTime date = BatchDate(options.date, ServerTime(session.Main()));

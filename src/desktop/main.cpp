@@ -37,6 +37,7 @@ int RunDesktop(QApplication& qt, DesktopOptions options) {
     instance = std::make_unique<SingleInstance>(options.application.app_path);
     if (instance->other_runs()) return 0;
   }
+  options.application.now_needs_right = true;
   DesktopDesk desk;
   Application application(options.application, desk);
   desk.make = [&](std::string_view name) { return application.Make(name); };

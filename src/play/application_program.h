@@ -24,7 +24,8 @@ class ApplicationProgram : public PlayProgram {
   }
   std::string Panel(int number) override { return application_.main().Panel(number); }
   Connection& main_connection() override { return application_.session().Main(); }
-  void SetNow(const DateTime& now) override { application_.session().clock.Set(now); }
+  void SetNow(const DateTime& now) override;
+  void RequireRightToWrite(std::string_view sql) override;
 
  private:
   MenuState StateOf(const MenuEntry& entry);

@@ -241,7 +241,7 @@ void Expectations::Panel(const Words& arguments) {
 // --- behind the screens
 
 void Expectations::Sql(const Words& arguments) {
-  const Recordset rows = context_.program.main_connection().Query(arguments[0]);
+  const Recordset rows = context_.Ask(arguments[0]);
   const bool none = rows.rows().empty() || rows.rows().front().empty();
   Compare("sql", arguments[1], none ? "" : SqlText(rows.rows().front().front()));
 }

@@ -4,6 +4,7 @@
 
 #include <charconv>
 
+#include "play/sql_text.h"
 #include "screen/text.h"
 
 namespace kaunter {
@@ -60,6 +61,11 @@ int PlayContext::FindRow(const Grid& grid, std::string_view row) {
         fmt::format("{} has no row {}; it has {} rows", grid.name(), row, grid.RowCount()));
   }
   return number - 1;
+}
+
+Recordset PlayContext::Ask(const std::string& sql) const {
+  if (Writes(sql)) program.RequireRightToWrite(sql);
+  return program.main_connection().Query(sql);
 }
 
 int ParseCount(std::string_view text, std::string_view what) {

@@ -49,6 +49,8 @@ class PlayContext {
   static int FindColumn(const Grid& grid, std::string_view column);
   // A row by number from 1, given as from 0; it must be there.
   static int FindRow(const Grid& grid, std::string_view row);
+  // The rows of a statement that the script brings along.
+  Recordset Ask(const std::string& sql) const;
 };
 
 // A whole number that is not negative.

@@ -41,6 +41,8 @@ class PlayProgram {
   virtual std::string Panel(int number) = 0;
 
   virtual Connection& main_connection() = 0;
+  // Refuses (ScriptError) a statement that writes where this person may not, and logs it otherwise.
+  virtual void RequireRightToWrite(std::string_view sql) = 0;
   // Sets the clock of the server and of the PC.
   virtual void SetNow(const DateTime& now) = 0;
 };

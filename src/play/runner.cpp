@@ -318,7 +318,7 @@ void Runner::Describe(const Words&) {
 }
 
 void Runner::Sql(const Words& arguments) {
-  const Recordset rows = context_.program.main_connection().Query(arguments[0]);
+  const Recordset rows = context_.Ask(arguments[0]);
   for (const std::vector<Value>& row : rows.rows()) context_.out << SqlRowLine(row) << '\n';
 }
 

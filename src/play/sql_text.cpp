@@ -2,6 +2,9 @@
 
 #include <cstddef>
 
+#include "platform/sql/text.h"
+#include "platform/sql/translator/lexer.h"
+
 namespace kaunter {
 namespace {
 
@@ -37,6 +40,43 @@ std::string Escaped(const std::string& text) {
 }
 
 }  // namespace
+
+bool Writes(std::string_view text) {
+  using sql::Keyword;
+  try {
+    sql::Lexer lexer(text);
+    bool first = true;
+    for (auto token = lexer.Next(); token.kind != sql::TokenKind::kEnd; token = lexer.Next()) {
+      if (token.symbol == sql::Symbol::kSemicolon) {
+        first = true;
+        continue;
+      }
+      const bool reads = token.keyword == Keyword::kSelect || token.keyword == Keyword::kWith;
+      if (first && !reads) return true;
+      first = false;
+      switch (token.keyword) {
+        case Keyword::kAlter:
+        case Keyword::kBegin:
+        case Keyword::kCommit:
+        case Keyword::kCreate:
+        case Keyword::kDelete:
+        case Keyword::kExec:
+        case Keyword::kExecute:
+        case Keyword::kInsert:
+        case Keyword::kInto:
+        case Keyword::kRollback:
+        case Keyword::kTruncate:
+        case Keyword::kUpdate:
+          return true;
+        default:
+          if (token.kind == sql::TokenKind::kName && sql::SameName(token.text, "drop")) return true;
+      }
+    }
+    return false;
+  } catch (const SqlError&) {
+    return true;
+  }
+}
 
 std::string SqlText(const Value& value) {
   if (const Money* money = value.AsMoney()) return MoneyText(*money);

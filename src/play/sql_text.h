@@ -2,11 +2,15 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/sql/connection.h"
 
 namespace kaunter {
+
+// True unless the batch does nothing but read.
+bool Writes(std::string_view sql);
 
 // Null is empty, money has two decimals (more only when it carries them) without commas, a date is
 // yyyy-mm-dd with the time when it is not midnight.

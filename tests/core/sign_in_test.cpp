@@ -1,5 +1,6 @@
 #include "core/sign_in.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -101,6 +102,27 @@ TEST_F(SignIn, AfterFiveWrongPasswordsWithinAMinuteEachTryWaitsLonger) {
   own.OKCmd.Click();
   EXPECT_TRUE(
       office.Log().back().ends_with(" - Password: refused for user AMINAH, 1 within a minute"));
+}
+
+TEST_F(SignIn, ASetClockIsForAdministratorsAndForPractice) {
+  AddUser("CLERK", "", "'Manager','HQ'");
+  AddUser("BOSS", "", "'Admin','HQ'");
+  const struct {
+    bool set;
+    const char* kind;
+    const char* user;
+    bool in;
+  } kCases[] = {{true, "", "CLERK", false},     {true, "", "BOSS", true},
+                {false, "", "CLERK", true},     {true, "demo", "CLERK", true},
+                {true, "Shop", "CLERK", false}, {true, "Training", "CLERK", true}};
+  for (const auto& c : kCases) {
+    session.SetClockNeedsRight = c.set;
+    session.Main().Execute("DELETE FROM Systemast WHERE Param='OfficeKind'");
+    session.Main().Execute(
+        fmt::format("INSERT INTO Systemast (Param,Value) VALUES ('OfficeKind','{}')", c.kind));
+    EXPECT_EQ(Try(c.user) == "in", c.in) << c.user << c.kind;
+    EXPECT_EQ(session.CurrentLevel > 0, c.in);
+  }
 }
 
 TEST_F(SignIn, TheBuiltInLogonNeedsTheKeyOfThisAccount) {

@@ -244,7 +244,7 @@ TEST_F(DailyBatchProgramTest, SaysWhatIsWrong) {
   EXPECT_THAT(Said(), HasSubstr("there is no such file"));
   EXPECT_FALSE(std::filesystem::exists(file));  // a batch never makes an office
   EXPECT_THAT(Log(), HasSubstr("Daily batch 31-01-2024 - error Rollback 4060"));
-  std::ofstream(file).close();
+  OpenSqlite("MainConn", file, true, clock);
   EXPECT_EQ(Run("31-01-2024"), 1);
   EXPECT_THAT(Said(), HasSubstr("holds no office yet"));
   MakeOffice();

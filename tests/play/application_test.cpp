@@ -53,11 +53,49 @@ TEST(Program, BothClocksAreSet) {
   EXPECT_THAT(office.Read("logs/log29-02-2024.log"), HasSubstr("Exit"));
 }
 
-TEST(Program, TheTraceHasAStatementALine) {
+TEST(Program, TheTraceHasAStatementALineAndSpoilsNoOtherFile) {
   Office office;
   office.trace = office.Path("trace.txt");
   office.Play(kSignIn + "sql \"SELECT 'a\\nb\\\\c'\"");
-  EXPECT_THAT(office.Read("trace.txt"), HasSubstr("MainConn\tSELECT 'a\\r\\nb\\\\c'\n"));
+  office.Play("");
+  const std::string trace = office.Read("trace.txt");
+  EXPECT_THAT(trace, HasSubstr("MainConn\tSELECT 'a\\r\\nb\\\\c'\n"));
+  EXPECT_EQ(Count(trace, "#\tKaunter trace, opened "), 2);
+  office.Write("letter.txt", "Dear Sir");
+  for (const char* other : {"letter.txt", "office.db"}) {
+    office.trace = office.Path(other);
+    const std::string before = office.Read(other);
+    const Played played = office.Play("");
+    EXPECT_EQ(played.status, Runner::kStopped);
+    EXPECT_THAT(played.out, HasSubstr("is no trace of Kaunter"));
+    EXPECT_EQ(office.Read(other), before);
+  }
+}
+
+TEST(Program, WhatAScriptWritesIsAnAdministratorsOnceThereAreUsers) {
+  const Office office;
+  EXPECT_EQ(office
+                .Play("sql \"INSERT INTO UserMast (UserID,UserLevel,UserDept,CompCode) VALUES "
+                      "('ALI','Manager','5EBE2294ECD0E0F08EAB7690D2A6EE69','HQ')\"")
+                .status,
+            Runner::kHeld);
+  for (const char* who : {"", "signin ALI secret\n"}) {
+    for (const char* sql : {"UPDATE LoanMast SET LoanAmt=0", "SELECT 1; DELETE FROM LoanMast",
+                            "DROP TABLE LoanMast", "SELECT 1 AS A INTO T", "BEGIN TRANSACTION"}) {
+      const std::string quoted = "sql \"" + std::string(sql) + "\"";
+      for (const std::string& how : {quoted, "expect " + quoted + " 1"}) {
+        EXPECT_THAT(office.Play(who + how).err, HasSubstr("needs an administrator")) << who << how;
+      }
+    }
+    EXPECT_EQ(office.Play(std::string(who) + "sql \"SELECT 'update' FROM LoanMast\"").status,
+              Runner::kHeld);
+  }
+  EXPECT_EQ(office.Play(kSignIn + "sql \"UPDATE UserMast SET UserDept='5EBE' \"").status,
+            Runner::kHeld);
+  const std::string log = office.Read("logs/log31-01-2024.log");
+  EXPECT_THAT(log, HasSubstr("[ADMIN] sql - UPDATE UserMast SET UserDept='***'"));
+  // The set clock and the real one.
+  EXPECT_THAT(log, HasSubstr("is set to 31-01-2024 09:00:00 AM (real time 2"));
 }
 
 TEST(Program, WhatSqlPrints) {

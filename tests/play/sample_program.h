@@ -42,6 +42,7 @@ class SampleProgram : public PlayProgram {
   void ChooseMenu(std::string_view menu_name) override;
   std::string Panel(int number) override { return "panel " + std::to_string(number); }
   Connection& main_connection() override { return database_; }
+  void RequireRightToWrite(std::string_view) override {}
   void SetNow(const DateTime& now) override { database_.now = now; }
 
   int start_status = 0;

@@ -1,0 +1,11 @@
+// Statements as they may be shown: passwords, their hashes, client secrets and PINs stand as ***.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kaunter {
+
+std::string WithoutSecrets(std::string_view sql);
+
+}  // namespace kaunter
