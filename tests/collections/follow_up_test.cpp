@@ -151,7 +151,8 @@ TEST_F(ArrearsTest, HistoryIsShownLatestFirstAndStaysAsItIs) {
   // A line whose user is unknown is history too.
   for (int row : {0, 1}) {
     screen->FollowUpDG.Open(row, 0);
-    EXPECT_EQ(screen->HisUserID.text(), row == 0 ? "BOB" : "");
+    EXPECT_EQ(screen->HisUserID.text() + screen->NextCall.text(),
+              row == 0 ? "BOB20-01-2024" : "10-01-2024");
     Put(screen->HisRemarks, "changed");
     screen->SaveCmd.Click();
     EXPECT_EQ(LastMessage(), "Follow Up: History data are not allow to change");

@@ -346,7 +346,7 @@ TEST_F(LoanSettlementTest, WhatIsTypedIsChecked) {
            {"10-02-2024", "plenty", "", "Invalid Amount"},
            {"10-02-2024", "-1", "", "Invalid Amount"},
            {"10-02-2024", "9400.01", "x", "Payment Amount cannot more than Loan Balance"},
-           {"10-02-2024", "9400", "1'; DROP TABLE x", "Invalid Amount"},
+           {"04-01-2024", "9400", "1'; DROP TABLE x", "Invalid Amount"},
            {"04-01-2024", "9400", "", "Payment date cannot eariler than loan date"},
            {"04-01-2024", "9400", "", "Loan not fully drawdown cannot make payment",
             "UPDATE LoanMast SET PayOutAmt=0"},
