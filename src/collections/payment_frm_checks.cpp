@@ -145,7 +145,7 @@ bool PaymentFrm::AgreedToCredit() {
   } else {
     return true;
   }
-  if (Confirm(text)) return true;
+  if (ConfirmLoss(text)) return true;
   FocusOn(IntAmt);
   return false;
 }
@@ -160,11 +160,12 @@ bool PaymentFrm::AgreedToExtra() {
   if (!preview) return true;
   const Money too_much = -std::min(preview->NewLoanBal, preview->last_balance);
   if (too_much <= Money()) return true;
-  if (Confirm({fmt::format("Extra Capital {} is {} more than the capital that is left: it opens an "
-                           "instalment that nobody owes.\nSave all the same ?",
-                           ShowMoney(extra), ShowMoney(too_much)),
-               fmt::format("额外本金 {} 比所剩本金多 {}，会开出一期没有人欠的分期。\n仍要储存？",
-                           ShowMoney(extra), ShowMoney(too_much))})) {
+  if (ConfirmLoss(
+          {fmt::format("Extra Capital {} is {} more than the capital that is left: it opens an "
+                       "instalment that nobody owes.\nSave all the same ?",
+                       ShowMoney(extra), ShowMoney(too_much)),
+           fmt::format("额外本金 {} 比所剩本金多 {}，会开出一期没有人欠的分期。\n仍要储存？",
+                       ShowMoney(extra), ShowMoney(too_much))})) {
     return true;
   }
   FocusOn(PayExtra);

@@ -27,12 +27,15 @@ class HistoryDesk : public SilentDesk {
  public:
   bool Ask(std::string_view, std::string_view text) override {
     if (text.find("Continue make payment") != std::string_view::npos) return answers.holiday;
-    if (text.starts_with("Interest Payment") || text.starts_with("Extra Capital")) {
-      asked.emplace_back(text);
-      return text.starts_with("E") ? answers.extra : answers.credit;
-    }
     const bool to_store = text.starts_with("Confirm to ") || text.starts_with("confirm to ");
     return !to_store || answers.confirm;
+  }
+  bool AskBeforeLoss(std::string_view title, std::string_view text) override {
+    if (!text.starts_with("Interest Payment") && !text.starts_with("Extra Capital")) {
+      return Ask(title, text);
+    }
+    asked.emplace_back(text);
+    return text.starts_with("E") ? answers.extra : answers.credit;
   }
   void Message(MessageKind, std::string_view, std::string_view text) override {
     if (!text.starts_with("Payment already made on the month")) told = text;
