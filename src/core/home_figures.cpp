@@ -60,6 +60,7 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
                  {{"Days", "天数"}, Kind::integer, 7},
                  {{"Overdue", "拖欠额"}, Kind::money, 12}}),
       FiguresTime(screen, "FiguresTime"),
+      PostedLBL(screen, "PostedLBL"),
       RefreshCmd(screen, "RefreshCmd", {"Refresh", "刷新"}),
       screen_(screen),
       session_(session),
@@ -121,6 +122,7 @@ void HomeFigures::SignedOut() {
   failed_ = false;
   spent_ = 0;
   FiguresTime.SetText({});
+  PostedLBL.SetText({});
   FiguresTime.SetVisible(false);
   RefreshCmd.SetVisible(false);
   Forget();
@@ -188,6 +190,9 @@ void HomeFigures::Read(Part& part) {
     spent_ = 0;
     const DateTime now = ServerTime(session_.Main());
     begun_at_ = Format(now, "dd-mm-yyyy hh:nn");
+    posted_ =
+        ScalarQuery(session_.Main(), "SELECT [Value] FROM Systemast WHERE Param='DailyBatchDate'");
+    ShowPosted();
     const OfficeFigures fresh = EmptyFigures(now);
     if (figures_.today != fresh.today) {
       figures_ = fresh;
@@ -226,8 +231,18 @@ void HomeFigures::ShowTime() {
   }
 }
 
+void HomeFigures::ShowPosted() {
+  const bool chinese = screen_.chinese();
+  const auto day = DateTime::FromCanonical(posted_);
+  PostedLBL.SetText(
+      day ? fmt::format("{} {}", Caption{"Late interest is posted up to", "罚息已计至"}.In(chinese),
+                        Format(*day, "dd-mm-yyyy"))
+          : Caption{"No late interest has been posted yet.", "尚未计算罚息。"}.In(chinese));
+}
+
 void HomeFigures::ShowAll() {
   ShowTime();
+  if (FiguresTime.visible() && !PostedLBL.Text().empty()) ShowPosted();
   for (const Part& part : parts_) {
     if (part.known && part.show != nullptr) (this->*part.show)();
   }

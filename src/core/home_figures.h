@@ -30,6 +30,7 @@ class HomeFigures {
   Grid DisburseDG;  // a row a month
   Grid OverdueDG;   // the loans that are most behind
   Label FiguresTime;
+  Label PostedLBL;  // up to which day the daily batch has posted late interest
   Button RefreshCmd;
 
   // Opens a menu entry; a loan.
@@ -79,6 +80,7 @@ class HomeFigures {
   void Forget();
   void Fail(const std::exception& failure);
   void ShowTime();
+  void ShowPosted();
   void ShowDue();
   void ShowAges();
   void ShowCollected();
@@ -93,6 +95,7 @@ class HomeFigures {
   std::vector<Part> parts_;
   OfficeFigures figures_;
   std::string begun_at_;
+  std::string posted_;   // as the daily batch keeps it: yyyy-mm-dd
   std::string read_at_;  // empty until a reading has come to its end
   bool failed_ = false;
   std::size_t next_part_ = 0;

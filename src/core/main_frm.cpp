@@ -17,7 +17,8 @@
 namespace kaunter {
 namespace {
 
-constexpr const char* kWebSite = "https://www.kaunter.example/";
+// The vendor's address, of the build; this one has none.
+constexpr std::string_view kWebSite;
 
 std::vector<GridColumn> DueColumns() {
   return {
@@ -42,6 +43,27 @@ bool HasNothingToOpen(std::string_view name) {
     if (name == known) return true;
   }
   return false;
+}
+
+// Nothing for a day that the daily batch takes.
+Caption BatchDateRefusal(const std::string& text, const DateTime& today) {
+  if (text == "today") return {};
+  auto date = DateTime::FromDisplay(text);
+  if (!date) date = DateTime::FromCanonical(text);
+  if (!date || !date->IsMidnight()) {
+    return {fmt::format("Daily Batch Date: \"{}\" is no date. Write it as dd-mm-yyyy, such as {}.",
+                        text, Format(today, "dd-mm-yyyy")),
+            fmt::format("批处理日期：“{}”不是日期。请写成 日-月-年，例如 {}。", text,
+                        Format(today, "dd-mm-yyyy"))};
+  }
+  if (*date > today) {
+    return {fmt::format("Daily Batch Date: {} lies in the future. Late interest is posted up to "
+                        "today, {}, at most.",
+                        text, Format(today, "dd-mm-yyyy")),
+            fmt::format("批处理日期：{} 还没到。罚息最多计至今天 {}。", text,
+                        Format(today, "dd-mm-yyyy"))};
+  }
+  return {};
 }
 
 // "LoanMastListC.rpt" of "LoanMastList.rpt".
@@ -106,6 +128,11 @@ void MainFrm::FillAtStart() {
     entry.enabled = is_there && has_screen;
   }
   long_date_ = Format(ServerTime(session().Main()), "long date");
+  if (const auto& set = session().clock.Fixed()) {
+    const std::string day = Format(*set, "dd-mm-yyyy");
+    ClockLBL.SetCaption({"Today is taken to be " + day + ": the program was started for that day.",
+                         "今天按 " + day + " 计：程序以此日期启动。"});
+  }
   SetPanel(1, session().ProgramTitle);
   SetPanel(3, fmt::format("Version {}.{}.{}", KAUNTER_VERSION_MAJOR, KAUNTER_VERSION_MINOR,
                           KAUNTER_VERSION_REVISION));
@@ -280,14 +307,16 @@ void MainFrm::RunOwn(const MenuEntry& entry) {
   } else if (entry.name == "ChineseLan") {
     SwitchLanguage();
   } else if (entry.name == "WebSiteMnu") {
-    desk().Open(kWebSite);
+    OpenAddress(std::string(kWebSite), {"This program was built without the address of a web site, "
+                                        "so nothing opens.",
+                                        "此程序没有内置网站地址，因此无法打开。"});
   } else if (entry.name == "SoftwareUpdateMnu") {
-    desk().Open(
-        ScalarQuery(session().Main(), "SELECT [Value] as url FROM Systemast WHERE PARAM='URL'"));
+    OpenAddress(
+        ScalarQuery(session().Main(), "SELECT [Value] as url FROM Systemast WHERE PARAM='URL'"),
+        {"This office has no address for updates, so nothing opens. It is kept in the setting URL.",
+         "本公司没有软件更新的地址，因此无法打开。地址存于设定 URL。"});
   } else if (entry.name == "DailyBatchMnu") {
-    const std::string date =
-        desk().Input("Manual Daily Batch Process", "Please input Daily Batch Date");
-    if (!date.empty()) desk().Start(DailyBatchProgram(session()), {date});
+    StartDailyBatch();
   } else if (entry.name == "AccLinkMnu") {
     if (!desk().Ask(session().ProgramTitle, "Turn off AutoCount links ?")) return;
     session().settings.LinkAcc.clear();
@@ -304,6 +333,32 @@ void MainFrm::RunOwn(const MenuEntry& entry) {
           "local settings is [AMLA].");
     }
   }
+}
+
+void MainFrm::OpenAddress(const std::string& address, const Caption& why_not) {
+  if (Trim(address).empty()) {
+    Tell(MessageKind::information, why_not);
+  } else {
+    desk().Open(address);
+  }
+}
+
+// The program refuses the same dates, but nobody sees what it says: it runs without a window.
+void MainFrm::StartDailyBatch() {
+  const std::string title = "Manual Daily Batch Process";
+  std::string date;
+  for (;;) {
+    date = desk().Input(title, "Please input Daily Batch Date", date);
+    if (Trim(date).empty()) return;
+    const Caption refusal = BatchDateRefusal(date, ServerTime(main()));
+    if (refusal.english.empty()) break;
+    desk().Message(MessageKind::critical, title, session().In(refusal));
+  }
+  const std::string program = DailyBatchProgram(session());
+  if (desk().Start(program, {date})) return;
+  desk().Message(MessageKind::critical, title,
+                 session().In({fmt::format("{} could not be started.", program),
+                               fmt::format("无法启动 {}。", program)}));
 }
 
 void MainFrm::SwitchLanguage() {

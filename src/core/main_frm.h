@@ -31,6 +31,8 @@ class MainFrm : public SessionScreen {
       "KeyNotice",
       {"The built-in logon ADMIN still opens this office.", "内置登录 ADMIN 仍可进入本系统。"}};
   Button EmptyKeyCmd{*this, "EmptyKeyCmd", {"Shut it", "关闭它"}};
+  // Where the program was started for another day than the real one.
+  Label ClockLBL{*this, "ClockLBL"};
 
   MainMenu& menu() { return menu_; }
   HomeFigures& home() { return home_; }
@@ -69,6 +71,8 @@ class MainFrm : public SessionScreen {
   void RunDirectListing(const MenuEntry& entry);
   void RunOwn(const MenuEntry& entry);
   void SignOut();
+  void OpenAddress(const std::string& address, const Caption& why_not);
+  void StartDailyBatch();
   void SwitchLanguage();
   void EditSlogan();
   void OpenListedLoan(const std::string& loan_id);

@@ -1,5 +1,7 @@
 #include "desktop/desktop_desk.h"
 
+#include <fmt/format.h>
+
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileDialog>
@@ -126,8 +128,13 @@ void DesktopDesk::Print(const ReportJob& job) {
 void DesktopDesk::Open(std::string_view target) {
   const QString text = Q(target);
   const bool file = QFileInfo::exists(text);
-  QDesktopServices::openUrl(file ? QUrl::fromLocalFile(QFileInfo(text).absoluteFilePath())
-                                 : QUrl::fromUserInput(text));
+  if (!QDesktopServices::openUrl(file ? QUrl::fromLocalFile(QFileInfo(text).absoluteFilePath())
+                                      : QUrl::fromUserInput(text))) {
+    Message(MessageKind::critical, "Kaunter",
+            Caption{fmt::format("{} could not be opened: this PC has no program for it.", target),
+                    fmt::format("无法打开 {}：此电脑没有相应的程序。", target)}
+                .In(IsChinese()));
+  }
 }
 
 bool DesktopDesk::Start(std::string_view program, const std::vector<std::string>& arguments) {

@@ -245,11 +245,19 @@ bool HomePage::eventFilter(QObject* watched, QEvent* event) {
   return QWidget::eventFilter(watched, event);
 }
 
+// The company in work, and what must be known of the day.
+QString HomePage::CompanyLine() const {
+  QStringList parts = {Q(main_.Panel(4)), Q(main_.home().PostedLBL.Text()),
+                       Q(main_.ClockLBL.caption().In(main_.chinese()))};
+  parts.removeAll(QString());
+  return parts.join(QString::fromUtf8("   ·   "));
+}
+
 void HomePage::Refresh() {
   const bool chinese = main_.chinese();
   const QString slogan = Q(main_.Label1.Text());
   slogan_->setText(slogan.isEmpty() ? Plain(main_.title().In(chinese)) : slogan);
-  company_->setText(Q(main_.Panel(4)));
+  company_->setText(CompanyLine());
   company_->setVisible(!company_->text().isEmpty());
   const bool signed_in = main_.Label4.visible();
   // What goes is hidden before what comes is shown: both at once would make the window grow.

@@ -73,6 +73,7 @@ class HomePage : public QWidget {
  private:
   void RefreshTiles();
   QWidget* MakeWelcome();
+  QString CompanyLine() const;
   QWidget* MakeNotice();
   QHBoxLayout* MakeHead();
 

@@ -42,6 +42,14 @@ void ApplicationProgram::RequireRightToWrite(std::string_view sql) {
   WriteLog(session, LogLine(session, fmt::format("sql - {}", WithoutSecrets(sql))));
 }
 
+void ApplicationProgram::ChooseMenu(std::string_view menu_name) {
+  const MenuEntry* entry = application_.main().menu().Find(menu_name);
+  if (entry != nullptr && entry->action == MenuAction::group) {
+    throw ScriptError(entry->name + " is a group of the menu: choose an entry within it");
+  }
+  application_.main().ChooseMenu(menu_name);
+}
+
 MenuState ApplicationProgram::StateOf(const MenuEntry& entry) {
   if (!application_.main().menu().Reachable(entry)) return MenuState::hidden;
   return entry.enabled ? MenuState::shown : MenuState::greyed;

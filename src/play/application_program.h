@@ -19,9 +19,7 @@ class ApplicationProgram : public PlayProgram {
   }
   std::vector<MenuLine> Menus() override;
   MenuState StateOf(std::string_view menu_name) override;
-  void ChooseMenu(std::string_view menu_name) override {
-    application_.main().ChooseMenu(menu_name);
-  }
+  void ChooseMenu(std::string_view menu_name) override;
   std::string Panel(int number) override { return application_.main().Panel(number); }
   Connection& main_connection() override { return application_.session().Main(); }
   void SetNow(const DateTime& now) override;

@@ -53,6 +53,41 @@ TEST(Program, BothClocksAreSet) {
   EXPECT_THAT(office.Read("logs/log29-02-2024.log"), HasSubstr("Exit"));
 }
 
+TEST(Program, AnEntryThatOpensNothingSaysWhy) {
+  const Office office;
+  std::filesystem::create_directory(office.Path("DailyBatch"));
+  office.Write("DailyBatch/DailyBatch", "no program");
+  const Played played = office.Play(
+      kSignIn +
+      "expect message \"User ID ADMIN Sign in\"\nmenu WebSiteMnu\nexpect message \"This program "
+      "was "
+      "built without the address of a web site, so nothing opens.\"\n"
+      "menu SoftwareUpdateMnu\nexpect message \"This office has no address for updates, so nothing "
+      "opens. It is kept in the setting URL.\"\n"
+      "sql \"INSERT INTO Systemast (Param,[Value]) VALUES ('URL','https://office.example')\"\n"
+      "menu SoftwareUpdateMnu\nexpect no message\n"
+      // The date is asked for until it is one, with what was typed in its box.
+      "answer 31-02-2024 01-02-2024 31-01-2024\nmenu DailyBatchMnu\n"
+      "expect message \"Daily Batch Date: \\\"31-02-2024\\\" is no date. Write it as dd-mm-yyyy, "
+      "such "
+      "as 31-01-2024.\"\n"
+      "expect message \"Daily Batch Date: 01-02-2024 lies in the future. Late interest is posted "
+      "up "
+      "to "
+      "today, 31-01-2024, at most.\"\n"
+      "answer \"\"\nmenu DailyBatchMnu\n"
+      "click RefreshCmd\nexpect PostedLBL \"No late interest has been posted yet.\"\n"
+      "sql \"INSERT INTO Systemast (Param,[Value]) VALUES ('DailyBatchDate','2024-01-29')\"\n"
+      "click RefreshCmd\nexpect PostedLBL \"Late interest is posted up to 29-01-2024\"\n"
+      "expect ClockLBL \"Today is taken to be 31-01-2024: the program was started for that day.\"\n"
+      "menu LoanMnu");
+  EXPECT_EQ(played.status, Runner::kStopped);
+  EXPECT_THAT(played.err, StartsWith("line 22: LoanMnu is a group of the menu"));
+  EXPECT_EQ(Count(played.out, "open "), 1);
+  EXPECT_EQ(Count(played.out, "start "), 1);
+  EXPECT_THAT(played.out, HasSubstr("DailyBatch/DailyBatch 31-01-2024\n"));
+}
+
 TEST(Program, TheTraceHasAStatementALineAndSpoilsNoOtherFile) {
   Office office;
   office.trace = office.Path("trace.txt");
