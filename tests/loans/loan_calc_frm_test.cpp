@@ -47,50 +47,6 @@ class LoanCalcfrmTest : public ::testing::Test {
 
 using Texts = std::vector<std::string>;
 
-TEST_F(LoanCalcfrmTest, OpensWithTodayAndTheLists) {
-  EXPECT_EQ(screen.TrxDate.text(), "31-01-2024");
-  EXPECT_EQ(screen.LoanTypeID.text(), "MONTH");
-  EXPECT_EQ(screen.DragLoan.items(), (Texts{"Personal Loan", "Term Loan"}));
-  EXPECT_EQ(screen.DragLoan.index(), 0);
-  EXPECT_TRUE(screen.LoanID.empty());  // no number is drawn before the first calculation
-}
-
-TEST_F(LoanCalcfrmTest, CalculatesTheReducingTable) {
-  FillWorkedLoan();
-  EXPECT_EQ(screen.LoanAmt.text(), "10,000.00");
-  Press(screen.Command3);
-  EXPECT_EQ(Told(), Texts{});
-  EXPECT_EQ(screen.LoanTerm2.text(), "0");
-  EXPECT_EQ(screen.LoanID.text(), "LC-0001");
-  EXPECT_EQ(screen.LoanBal.text(), "11,800.00");
-  EXPECT_EQ(screen.InstallmentAmt.text(), "983.33");
-  EXPECT_EQ(screen.InstallmentAmt2.text(), "983.33");
-  EXPECT_EQ(screen.LastPayment.text(), "983.37");
-  ASSERT_EQ(screen.SchDG.RowCount(), 12);
-  EXPECT_EQ(screen.SchDG.Row(0),
-            (Texts{"1", "31-01-2024", "983.33", "706.41", "276.92", "11,800.00"}));
-  EXPECT_EQ(screen.SchDG.Row(11),
-            (Texts{"12", "31-12-2024", "983.37", "960.29", "23.08", "11,800.00"}));
-  EXPECT_EQ(screen.TotalLBL.Text(), "12 instalments, payable 11,800.00, of it interest 1,800.00");
-}
-
-// No interest of grace rows in the balance; the grace rows carry it beside it.
-TEST_F(LoanCalcfrmTest, GraceRowsComeOnTopOfTheBalance) {
-  FillWorkedLoan();
-  Set("LoanTerm", "6");
-  Set("LoanTerm2", "2");
-  Press(screen.Command3);
-  EXPECT_EQ(screen.LoanBal.text(), "10,900.00");
-  EXPECT_EQ(screen.InstallmentAmt.text(), "1,816.67");
-  EXPECT_EQ(screen.LastPayment.text(), "1,816.65");
-  ASSERT_EQ(screen.SchDG.RowCount(), 8);
-  EXPECT_EQ(screen.SchDG.Row(1),
-            (Texts{"2", "29-02-2024", "150.00", "0.00", "150.00", "10,900.00"}));
-  // 900 by the digits of 6: 6/21 of it on the first repaying row.
-  EXPECT_EQ(screen.SchDG.Row(2),
-            (Texts{"3", "31-03-2024", "1,816.67", "1,559.53", "257.14", "10,900.00"}));
-}
-
 // One grace row of a bullet of 0.125041..: the plain double rounds up, while money would make it
 // 0.1250 first and then take the even 0.12.
 TEST_F(LoanCalcfrmTest, TheGraceRowDividesThePlainDouble) {

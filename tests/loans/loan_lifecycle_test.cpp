@@ -26,17 +26,6 @@ class LoanLifecycleTest : public ::testing::Test, protected LoanOffice {
   std::string Standing() { return Lines("SELECT LoanStatus,LoanBal,CloseBal FROM LoanMast"); }
 };
 
-TEST_F(LoanLifecycleTest, CloseAndOpenGiveBackTheBalanceAndLetOneTotalFall) {
-  // 1000 at 12 per cent over 10 months: 1000 + 100 of interest.
-  EXPECT_EQ(Totals(), "1000 1100 5 0\n7.5\n");
-  CloseLoan(main(), kKey, Figures(kId));
-  EXPECT_EQ(Standing(), "CLOSED 0 1100\n");
-  EXPECT_EQ(Totals(), "1000 0 5 -1000\n7.5\n");
-  EXPECT_EQ(OpenLoan(main(), kKey, Figures(kId)).ToText(), "1100");
-  EXPECT_EQ(Standing(), "ACTIVE 1100 0\n");
-  EXPECT_EQ(Totals(), "1000 1100 5 -2000\n7.5\n");
-}
-
 // What a delete takes with it, beside a loan of the same customer that must lose nothing.
 void FillAround(LoanOffice& office, const std::string& id) {
   for (const char* sql :
@@ -130,15 +119,6 @@ TEST_F(LoanLifecycleTest, TheDeleteIsAuditedWithTheValuesItHad) {
                   "SELECT Type+' '+Module+' '+TrxID+' '+ConmpCode+' '+Remarks FROM TransLogs"),
       "Delete Loan HQ0001-001 HQ Date 05-01-2024/05-01-2024, Loan Amount 1,000.00/1,000.00, "
       "Capital 0.00/0.00");
-}
-
-TEST(LoanTotalsTest, ANewLoanCountsItsInstalments) {
-  const auto money = [](const char* text) { return Money::FromText(text); };
-  // T - 2 is -1 for one instalment.
-  EXPECT_EQ(NewLoanBalance(money("110"), money("110"), money("110.05"), "1").ToText(), "110.05");
-  EXPECT_EQ(NewLoanBalance(money("110"), money("111"), money("110.05"), "2").ToText(), "220.05");
-  EXPECT_EQ(NewLoanBalance(money("983.33"), money("983.33"), money("983.37"), "12").ToText(),
-            "11800");
 }
 
 TEST_F(LoanLifecycleTest, CustomersAndSalesmenWhoAreGoneArePassedOver) {
