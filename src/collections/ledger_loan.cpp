@@ -100,7 +100,7 @@ class Check {
     LedgerFault& fault = faults_.back();
     fault.of_schedule = true;
     if (loan_.terms_open) return;
-    fault.mend = {"Delete the drawdown, then rebuild", "请先删除放款，再重算"};
+    fault.mend = {"Delete the drawdown first", "请先删除放款"};
   }
 
   // --- of the stored figures alone
