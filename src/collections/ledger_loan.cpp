@@ -259,7 +259,7 @@ class Check {
                      [](const LedgerPayment& paid) { return !paid.payment.IntAmt.IsZero(); });
     if (last != loan_.payments.rend()) {
       const Money late = last->payment.IntAmt;
-      const Money moved = late < Money() ? late : std::min(late, credit);
+      const Money moved = std::min(late, credit);  // all of it where it was credited
       const Money pay = last->PayAmt + moved;
       const bool fits = moved < Money() || !loan_.terms.personal || pay <= last->split.OldLoanBal;
       if (!last->settlement && fits) {
