@@ -14,7 +14,8 @@ const std::vector<Layout>& AllLayouts() {
       LoanSettlementfrmLayout(), PaymentFrmLayout(),  InvoicefrmLayout(),
       BatchLinkfrmLayout(),      SpecialRptLayout(),  FollowupFrmLayout(),
       DueDateFrmLayout(),        ReminderfrmLayout(), ReportFrmLayout(),
-      FrmPrintingLayout(),       ChqCtrlFrmLayout(),
+      FrmPrintingLayout(),       ChqCtrlFrmLayout(),  FrmUserSignInLayout(),
+      AccessPasswordFrmLayout(),
   };
   return layouts;
 }

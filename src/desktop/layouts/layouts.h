@@ -6,6 +6,8 @@
 namespace kaunter {
 
 Layout UserLoginLayout();
+Layout FrmUserSignInLayout();
+Layout AccessPasswordFrmLayout();
 Layout LoanCalcfrmLayout();
 Layout PopupFrmLayout();
 Layout NewCustFrmLayout();

@@ -10,4 +10,19 @@ Layout UserLoginLayout() {
           {"OKCmd", "CancelCmd"}};
 }
 
+// The prompts for a manager and for the own password: what is asked for stands over the boxes.
+Layout FrmUserSignInLayout() {
+  return {"frmUserSignIn",
+          {460, 250},
+          Fields(1, {"RequestLBL", "Company", "UserID", "Password"}),
+          {"OKCmd", "CancelCmd"}};
+}
+
+Layout AccessPasswordFrmLayout() {
+  return {"AccessPasswordFrm",
+          {460, 180},
+          Fields(1, {"RequestLBL", "Password"}),
+          {"OKCmd", "CancelCmd"}};
+}
+
 }  // namespace kaunter
