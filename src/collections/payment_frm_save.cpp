@@ -11,6 +11,7 @@
 #include "collections/refusals.h"
 #include "core/amounts.h"
 #include "core/log.h"
+#include "core/telling.h"
 #include "core/values.h"
 #include "links/accounting_link.h"
 #include "loans/rebuild_and_tell.h"
@@ -151,8 +152,10 @@ bool PaymentFrm::WritePayment(Payment& payment) {
                               fmt::format("收据号码 {} 已用过", number)});
   } catch (const std::exception& failure) {
     LogRollback(session(), PaymentMode, failure);
-    return Refuse({fmt::format("An error occurs during saving payment\n{}", Numbered(failure)),
-                   fmt::format("储存付款时发生错误\n{}", Numbered(failure))});
+    const Caption kept = NothingKept(failure);
+    return Refuse({fmt::format("An error occurs during saving payment\n{}{}", Numbered(failure),
+                               kept.english),
+                   fmt::format("储存付款时发生错误\n{}{}", Numbered(failure), kept.chinese)});
   }
 }
 

@@ -127,10 +127,11 @@ void CompCodeFrm::Save() {
       !ScalarQuery(main(),
                    fmt::format("SELECT CompCode FROM CompMast WHERE CompCode={}", QuoteStr(code)))
            .empty();
-  // The double quote parts the codes of a user's list, and # parts a counter's owner from its
-  // letters.
-  if (!exists && code.find_first_of("\"#") != std::string::npos) {
-    Refuse(CompCode, {"Company Code cannot hold \" or #", "公司编号不可有 \" 或 #"});
+  // A code is a part of file names, of lists in quotes and of the numbers that its counters give.
+  if (!exists &&
+      code.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-") != std::string::npos) {
+    Refuse(CompCode,
+           {"Company Code takes letters, digits and - only", "公司编号只可有字母、数字和 -"});
     return;
   }
   if (!Confirm(kSaveQuestion)) return;

@@ -1,6 +1,7 @@
 #include "core/telling.h"
 
 #include "core/session.h"
+#include "platform/sql/connection.h"
 #include "screen/screen.h"
 
 namespace kaunter {
@@ -12,6 +13,15 @@ const std::string& Heading(const Session& session, const Screen& screen) {
 void Tell(Session& session, const Screen& screen, MessageKind kind, const Caption& text) {
   session.MsgText = session.In(text);
   screen.desk().Message(kind, Heading(session, screen), session.MsgText);
+}
+
+Caption NothingKept(const std::exception& failure) {
+  constexpr int kNoRoom = 1105;
+  constexpr int kDiskFailed = 823;
+  const auto* error = dynamic_cast<const SqlError*>(&failure);
+  if (error == nullptr || (error->number() != kNoRoom && error->number() != kDiskFailed)) return {};
+  return {"\nNothing of this save was kept. Mend it and save again.",
+          "\n此次储存的内容全未保留。请处理后再储存。"};
 }
 
 bool Refuse(Session& session, Control& control, const Caption& text) {

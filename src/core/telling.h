@@ -2,6 +2,7 @@
 // of the screen where no entry is.
 #pragma once
 
+#include <exception>
 #include <string>
 
 #include "screen/caption.h"
@@ -18,5 +19,9 @@ const std::string& Heading(const Session& session, const Screen& screen);
 void Tell(Session& session, const Screen& screen, MessageKind kind, const Caption& text);
 // Critical, the control marked and given the focus. Always false.
 bool Refuse(Session& session, Control& control, const Caption& text);
+
+// Behind the failure of a save that was rolled back whole: where the disk failed, that nothing of
+// it was kept; else nothing.
+Caption NothingKept(const std::exception& failure);
 
 }  // namespace kaunter

@@ -7,6 +7,7 @@
 
 #include "core/session.h"
 #include "core/values.h"
+#include "platform/private_file.h"
 
 namespace kaunter {
 
@@ -19,14 +20,22 @@ std::string KeepFile(const Session& session, std::string_view folder, const std:
   const std::string ending = std::filesystem::path(source).extension().string();
   if (ending.size() < 2) throw std::runtime_error("Invalid filename");
   EnsurePhotoFolder(session, folder);
-  const std::string name = fmt::format("{}{}", new_stem, ending);
-  std::error_code error;
-  std::filesystem::copy_file(source, KeptPath(session, folder, name),
-                             std::filesystem::copy_options::overwrite_existing, error);
-  if (error) {
-    throw std::runtime_error(fmt::format("{} could not be copied to {}: {}.", source,
-                                         KeptPath(session, folder, name), error.message()));
+  std::string name = fmt::format("{}{}", new_stem, ending);
+  // Owners of older offices may hold what parts folders.
+  for (char& c : name) {
+    if (c == '/' || c == '\\' || c == ':') c = '-';
   }
+  const std::string kept = KeptPath(session, folder, name);
+  std::error_code error;
+  std::filesystem::copy_file(source, kept, std::filesystem::copy_options::overwrite_existing,
+                             error);
+  if (error) {
+    throw std::runtime_error(
+        fmt::format("{} could not be copied to {}: {}.", source, kept, error.message()));
+  }
+  MakePrivate(kept);
+  // The row that names it may be on the disk a moment later; it must not name half a paper.
+  SyncFile(kept);
   return name;
 }
 

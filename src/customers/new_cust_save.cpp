@@ -8,6 +8,7 @@
 #include "core/password_screens.h"
 #include "core/screen_rights.h"
 #include "core/sequences.h"
+#include "core/telling.h"
 #include "core/values.h"
 #include "customers/customer_store.h"
 #include "customers/new_cust_frm.h"
@@ -127,8 +128,9 @@ void NewCustFrm::Write() {
     if (is_new) CustID.Clear();
     LogRollback(session(), is_new ? std::string("New Customer") : id, failure);
     Tell(MessageKind::critical,
-         {fmt::format("An error occurs during saving customer\n{}", failure.what()),
-          fmt::format("储存顾客时发生错误\n{}", failure.what())});
+         {fmt::format("An error occurs during saving customer\n{}{}", failure.what(),
+                      NothingKept(failure).english),
+          fmt::format("储存顾客时发生错误\n{}{}", failure.what(), NothingKept(failure).chinese)});
     return;
   }
   WriteAudit(session(), is_new ? "Create" : "Modify", "Customer", CompCode.text(), id,

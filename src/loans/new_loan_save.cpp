@@ -8,6 +8,7 @@
 #include "core/audit.h"
 #include "core/log.h"
 #include "core/sequences.h"
+#include "core/telling.h"
 #include "core/values.h"
 #include "customers/document_store.h"
 #include "links/accounting_link.h"
@@ -78,8 +79,9 @@ bool NewLoanFrm::WriteLoanRecord() {
     if (is_new) LoanID.Clear();
     LogRollback(session(), LoanMode, failure);
     Tell(MessageKind::critical,
-         {fmt::format("An error occurs during saving loan\n{}\n", failure.what()),
-          fmt::format("储存贷款时发生错误\n{}\n", failure.what())});
+         {fmt::format("An error occurs during saving loan\n{}{}\n", failure.what(),
+                      NothingKept(failure).english),
+          fmt::format("储存贷款时发生错误\n{}{}\n", failure.what(), NothingKept(failure).chinese)});
     return false;
   }
   TakeSaved(is_new);

@@ -13,6 +13,14 @@
 namespace kaunter {
 namespace {
 
+// The action's own transaction is committed by then.
+const Caption kStaysSaved{
+    "\nWhat was saved before stays saved, only the balances are behind. Mend the cause, then "
+    "choose "
+    "Recalculate Loan Balance: it lists what is behind and rebuilds it. Do not enter it again.",
+    "\n先前储存的内容已保留，只是余额尚未更新。请先排除原因，再用“重算贷款结余”：它会列出并重算。请"
+    "勿重复输入。"};
+
 void TellFailure(const Session& session, Desk& desk, std::string_view id, const Rebuilt& rebuilt) {
   if (!rebuilt.error) return;
   try {
@@ -20,7 +28,8 @@ void TellFailure(const Session& session, Desk& desk, std::string_view id, const 
   } catch (const std::exception& error) {
     LogRollback(session, fmt::format("{} {}", rebuilt.title.english, id), error);
   }
-  desk.Message(MessageKind::critical, session.In(rebuilt.title), session.In(rebuilt.failure));
+  desk.Message(MessageKind::critical, session.In(rebuilt.title),
+               session.In(rebuilt.failure) + session.In(kStaysSaved));
 }
 
 Rebuilt RebuildInTransaction(Connection& main, std::string_view loan_id) {

@@ -20,15 +20,6 @@ std::filesystem::path FolderOf(const std::filesystem::path& path) {
   return path.has_parent_path() ? path.parent_path() : ".";
 }
 
-// A folder that everybody may write to is nobody's in common.
-void GiveToTheFolder(const std::filesystem::path& path) {
-  struct stat folder {};
-  const bool shared = stat(FolderOf(path).c_str(), &folder) == 0 &&
-                      (folder.st_mode & S_IWGRP) != 0 && (folder.st_mode & S_IWOTH) == 0 &&
-                      chown(path.c_str(), static_cast<uid_t>(-1), folder.st_gid) == 0;
-  static_cast<void>(chmod(path.c_str(), shared ? kShared : kOwner));
-}
-
 class Descriptor {
  public:
   Descriptor(const std::filesystem::path& path, int flags)
@@ -46,19 +37,28 @@ class Descriptor {
 
 }  // namespace
 
+// A folder that everybody may write to is nobody's in common.
+void MakePrivate(const std::filesystem::path& path) {
+  struct stat folder {};
+  const bool shared = stat(FolderOf(path).c_str(), &folder) == 0 &&
+                      (folder.st_mode & S_IWGRP) != 0 && (folder.st_mode & S_IWOTH) == 0 &&
+                      chown(path.c_str(), static_cast<uid_t>(-1), folder.st_gid) == 0;
+  static_cast<void>(chmod(path.c_str(), shared ? kShared : kOwner));
+}
+
 bool MakePrivateFile(const std::filesystem::path& path) {
   {
     const Descriptor file(path, O_WRONLY | O_CREAT | O_EXCL);
     if (file.fd() < 0) return false;
   }
-  GiveToTheFolder(path);
+  MakePrivate(path);
   return true;
 }
 
 void KeepPrivate(const std::filesystem::path& path) {
   struct stat file {};
   if (stat(path.c_str(), &file) != 0 || !S_ISREG(file.st_mode) || file.st_uid != geteuid()) return;
-  if ((file.st_mode & kEverybody) != 0) GiveToTheFolder(path);
+  if ((file.st_mode & kEverybody) != 0) MakePrivate(path);
 }
 
 std::ofstream OpenPrivate(const std::filesystem::path& path, std::ios::openmode mode) {

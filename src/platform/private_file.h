@@ -10,7 +10,10 @@ namespace kaunter {
 // Makes an empty file; false when there is one already or it cannot be made.
 bool MakePrivateFile(const std::filesystem::path& path);
 
-// Takes a file of this user's away from everybody else, when everybody can reach it.
+// Takes a file away from everybody else.
+void MakePrivate(const std::filesystem::path& path);
+
+// The same for a file of this user's that everybody can reach; else its rights stay as they are.
 void KeepPrivate(const std::filesystem::path& path);
 
 // Opens a file for writing, made private when it is new. The stream tells whether it is open.

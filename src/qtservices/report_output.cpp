@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "platform/private_file.h"
 #include "qtservices/report_painter.h"
 #include "qtservices/xlsx_file.h"
 #include "reports/report_csv.h"
@@ -42,6 +43,7 @@ class WholeFile : public QSaveFile {
     flush();
     Check();
     if (!commit()) Refuse();
+    KeepPrivate(fileName().toStdString());
   }
 
  protected:

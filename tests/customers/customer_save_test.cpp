@@ -1,8 +1,10 @@
 // The customer screen on a database: saves, widths, deletes, the credit bar, the import.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -11,6 +13,7 @@
 #include "core/password_screens.h"
 #include "customers/credit_limit.h"
 #include "customers/customer_store.h"
+#include "customers/document_store.h"
 #include "customers/new_cust_frm.h"
 #include "tests/customers/customer_test.h"
 
@@ -234,6 +237,18 @@ TEST_F(CustomerSave, ImportsFromALinkedDatabaseOnceOnly) {
   EXPECT_TRUE(import("HQ")->CustName.empty());
   EXPECT_NE(picking.messages.back().find("Customer New IC exist, no double import allow"),
             std::string::npos);
+}
+
+// A code of an older office may hold what parts folders.
+TEST(DocumentStore, AKeptFileStaysInItsFolderAndIsNotForEverybody) {
+  Office office(Office::State::base);
+  office.session.PhotoPath = office.folder.File("Photo");
+  const std::string scan = office.folder.File("scan.JPG");
+  std::ofstream(scan) << "paper";
+  EXPECT_EQ(KeepFile(office.session, "HQ0001", scan, "A/B\\..#D0001"), "A-B-..#D0001.JPG");
+  struct stat kept {};
+  ASSERT_EQ(stat(KeptPath(office.session, "HQ0001", "A-B-..#D0001.JPG").c_str(), &kept), 0);
+  EXPECT_EQ(kept.st_mode & 07777u, 0600u);
 }
 
 }  // namespace

@@ -121,7 +121,9 @@ TEST_F(LoanSave, AnApplicationIsTakenUpWithItsLoanAndFreeAgainWithout) {
   });
   Save(*screen);
   office.session.Main().SetFaultHook({});
-  EXPECT_EQ(desk.last(), "An error occurs during saving loan\nthe disk is full\n");
+  EXPECT_EQ(desk.last(),
+            "An error occurs during saving loan\nthe disk is full\nNothing of this save was kept. "
+            "Mend it and save again.\n");
   EXPECT_EQ(taken_by(), "");
   Save(*screen);
   EXPECT_EQ(desk.last(), "Loan ID HQ0001-001 saved");

@@ -88,10 +88,16 @@ TEST_F(RebuildTest, AfterAPaymentBothRunAndEachFailureIsToldOnce) {
   FailAt(1, [this] { RebuildAndTell(office.session, desk, kId, "HQ0001"); });
   FailAt(3, [this] { RebuildAndTell(office.session, desk, kId, "HQ0001"); });
   ASSERT_EQ(desk.messages.size(), 2u);
-  EXPECT_EQ(desk.messages[0], "Rebuild Loan: the disk is full");
+  // The payment before it is kept, and told so.
+  const std::string kept =
+      "\nWhat was saved before stays saved, only the balances are behind. Mend the cause, then "
+      "choose Recalculate Loan Balance: it lists what is behind and rebuilds it. Do not enter it "
+      "again.";
+  EXPECT_EQ(desk.messages[0], "Rebuild Loan: the disk is full" + kept);
   EXPECT_EQ(desk.messages[1],
             "Rebuild Loan: an error occur during rebuild loan, Please contact software "
-            "vendor\nthe disk is full");
+            "vendor\nthe disk is full" +
+                kept);
   EXPECT_FALSE(main().InTransaction());
   // The customer's own transaction rolls back.
   const std::string before = Stored();
@@ -102,7 +108,8 @@ TEST_F(RebuildTest, AfterAPaymentBothRunAndEachFailureIsToldOnce) {
   office.session.MainConn->SetFaultHook({});
   EXPECT_EQ(desk.messages.back(),
             "Rebuild Customer: an error occur during rebuild customer, Please contact software "
-            "vendor");
+            "vendor" +
+                kept);
   // The message of the customer says no cause; the log does.
   EXPECT_TRUE(office.Log().back().ends_with(
       "Rebuild Customer HQ0001 - error Rollback 1105 - the disk is full"));

@@ -279,6 +279,25 @@ TEST_F(SqliteOpen, ASaveWithoutRoomIsRefusedAndLeavesNothing) {
   EXPECT_EQ(db->Query("select B from T").Field(0).ToText(), "kept");
 }
 
+TEST_F(SqliteOpen, AStartWithoutRoomSaysSo) {
+  Open(Path(), true)->Execute("create table T (A int)");
+  InProcesses(1, [&] {
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{4096, 4096};  // the index of the log is larger
+    setrlimit(RLIMIT_FSIZE, &limit);
+    try {
+      Open(Path());
+    } catch (const SqlError& error) {
+      _exit(error.number() == 1105 && std::string(error.what()).find("no room") != std::string::npos
+                ? 0
+                : 2);
+    }
+    _exit(3);
+  });
+  const auto db = Open(Path());
+  EXPECT_EQ(db->Query("select count(*) from T").Field(0).ToText(), "0");
+}
+
 TEST_F(SqliteOpen, TwoFirstStartsAtOnceBothSucceed) {
   InProcesses(4, [&] { Open(Path(), true); });
   EXPECT_EQ(Open(Path())->Query("select count(*) from INFORMATION_SCHEMA.TABLES").Field(0).ToText(),

@@ -100,7 +100,7 @@ SqlError PostgresFailure(const SqlError& error, const std::string& source, std::
                           source)};
     case 1105:
       return {1105, fmt::format("There is no room left for the database '{}'. Free space on the "
-                                "server's disk; nothing of this save was kept.",
+                                "server's disk.",
                                 source)};
     case kLostNumber:
     case 3930:

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <string_view>
 
 #include "platform/sql/sqlite/sqlite_functions.h"
@@ -81,9 +82,21 @@ SqlError Statement(const std::string& message) {
   return {50000, fmt::format("The statement cannot run: {}.", message)};
 }
 
+// A disk, a share of it or a file that may not grow.
+bool TellsNoRoom(int system_error) {
+  return system_error == ENOSPC || system_error == EDQUOT || system_error == EFBIG;
+}
+
 }  // namespace
 
 SqlError SqliteFailure(sqlite3* db, int code, const std::string& path, const std::string& verb) {
+  // The files that lie beside the database cannot grow either, and SQLite tells that as an error of
+  // the disk or of the opening.
+  const int primary = code & 0xFF;
+  if (db != nullptr && (primary == SQLITE_IOERR || primary == SQLITE_CANTOPEN) &&
+      TellsNoRoom(sqlite3_system_errno(db))) {
+    code = SQLITE_FULL;
+  }
   return SqliteFailure(code, db == nullptr ? sqlite3_errstr(code) : sqlite3_errmsg(db), path, verb);
 }
 
@@ -105,7 +118,7 @@ SqlError SqliteFailure(int code, std::string message, const std::string& path,
                                 path)};
     case SQLITE_FULL:
       return {1105, fmt::format("There is no room left for the database '{}'. Free space on the "
-                                "disk; nothing of this save was kept.",
+                                "disk.",
                                 path)};
     case SQLITE_READONLY:
       return {3906, fmt::format("The database '{}' is read-only: this user may not write the file "
@@ -127,8 +140,7 @@ SqlError SqliteFailure(int code, std::string message, const std::string& path,
                                "file, and go back to the last backup.",
                                path, message)};
     case SQLITE_IOERR:
-      return {823, fmt::format("The disk of the database '{}' reported an error ({}, code {}). "
-                               "Nothing of this save was kept.",
+      return {823, fmt::format("The disk of the database '{}' reported an error ({}, code {}).",
                                path, message, code)};
     case SQLITE_NOMEM:
       return {701, "There is insufficient memory to run the statement."};
