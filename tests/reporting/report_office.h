@@ -340,13 +340,17 @@ class ReportCheck {
   void ExpectFigures(const ReportRun& run, const ReportExpectation& expected) {
     const auto rows = CsvRows(ReportToCsv(run));
     if (!expected.count.empty()) {
-      EXPECT_EQ(std::to_string(rows.size() - 1), ScalarQuery(*over_, expected.count));
+      // A summary has a row a group.
+      const std::size_t count = run.file.summary ? run.rows.RowCount() : rows.size() - 1;
+      EXPECT_EQ(std::to_string(count), ScalarQuery(*over_, expected.count));
     }
+    const auto& columns = run.file.columns;
+    // The columns of the table stand behind the keys of its groups.
+    const std::size_t keys = columns.empty() ? 0 : rows[0].size() - columns.size();
     for (const ReportSum& sum : expected.sums) {
-      std::size_t at = 0;
+      std::size_t at = keys;
       while (at < rows[0].size() &&
-             !SameText(run.file.columns.empty() ? rows[0][at] : run.file.columns[at].field,
-                       sum.column)) {
+             !SameText(columns.empty() ? rows[0][at] : columns[at - keys].field, sum.column)) {
         ++at;
       }
       ASSERT_LT(at, rows[0].size()) << "no column " << sum.column;
