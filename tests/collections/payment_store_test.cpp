@@ -152,15 +152,17 @@ TEST_F(PaymentStore, TopUpRowsGoAndInstalmentsStay) {
   office.Run(
       "INSERT INTO SchMast (LoanID,SchID,PayableAmt) VALUES ('HQ0001-001',13,20);"
       "INSERT INTO SchMast (LoanID,SchID,PayableAmt) VALUES ('HQ0001-001',14,50.5);"
-      "INSERT INTO SchMast (LoanID,SchID,PayableAmt) VALUES ('HQ0001-001',15,20);"
+      "INSERT INTO SchMast (LoanID,SchID,PayableAmt,CapitalAmt) VALUES ('HQ0001-001',15,20,1);"
+      "INSERT INTO SchMast (LoanID,SchID,PayableAmt,InterestAmt) VALUES ('HQ0001-001',16,20,1);"
+      "INSERT INTO SchMast (LoanID,SchID,PayableAmt) VALUES ('HQ0001-001',17,20);"
       "INSERT INTO SchMast (LoanID,SchID,PayableAmt,InterestAmt) VALUES ('HQ0001-001',11111,9,1)");
   Payment p = Full();
   p.SchID = "11";
-  p.TopTerm = 4;  // rows 11 to 14
+  p.TopTerm = 6;  // rows 11 to 16
   Whole([&] { CreatePayment(office.session, p); });
   Delete(p.PayID);
   EXPECT_EQ(Lines("SELECT SchID,PayableAmt FROM SchMast WHERE SchID>=11 ORDER BY SchID"),
-            "11 112\n12 112\n14 30.5\n15 20\n11111 9\n");
+            "11 112\n12 112\n14 30.5\n15 20\n16 20\n17 20\n11111 9\n");
 }
 
 TEST_F(PaymentStore, AnotherDesktopTookTheLoanOrThePayment) {
