@@ -27,6 +27,7 @@ class HistoryDesk : public SilentDesk {
  public:
   bool Ask(std::string_view, std::string_view text) override {
     if (text.find("Continue make payment") != std::string_view::npos) return answers.holiday;
+    if (text.starts_with("Close without")) ++closings;
     const bool to_store = text.starts_with("Confirm to ") || text.starts_with("confirm to ");
     return !to_store || answers.confirm;
   }
@@ -47,6 +48,7 @@ class HistoryDesk : public SilentDesk {
   Answers answers;
   std::string told;  // last
   std::vector<std::string> asked;
+  int closings = 0;
 };
 
 // What is stored of a loan, and how the model tells it.

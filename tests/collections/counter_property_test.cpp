@@ -228,6 +228,9 @@ class CounterHistory : public CounterClerks {
     on.box[counter::kTotal] = Amount::Of(on.box[counter::kPay].sen() + charges);
     on.split_total = on.box[counter::kTotal].text;
     CompareBoxes(clerk);
+    const int closings = desk_.closings;
+    clerk.screen->RequestClose();
+    if (desk_.closings == closings) Fault("a quotation is lost unasked");
     Press(clerk, DrawAnswers());
   }
 

@@ -137,6 +137,30 @@ TEST_F(ArrearsTest, WhatIsMissingIsToldInItsOrder) {
   EXPECT_EQ(NextCallOfLoan(), "");
 }
 
+TEST_F(ArrearsTest, ACallIsWrittenOnceAndSetsTheNextOne) {
+  auto screen = FollowUp();
+  EXPECT_EQ(screen->CustName.text() + screen->Contact1.text() + screen->Contact4.text(),
+            "Tan 'Ah' Kow03-1012-4");
+  Fill(*screen, "05-02-2024", "He'll pay");
+  counter.agrees = false;
+  screen->SaveCmd.Click();
+  EXPECT_EQ(counter.questions.back(), "Confirm to save Follow Up record?");
+  EXPECT_EQ(Calls() + screen->HisRemarks.text(), "0He'll pay");
+  counter.agrees = true;
+  screen->SaveCmd.Click();
+  EXPECT_EQ(LastMessage(), "Follow Up: Record save");
+  EXPECT_EQ(Lines("SELECT HisDate,HisTime,LoanID,HisStatus,HisRemarks,NextCall,UserID,DateCreated "
+                  "FROM FollowUpMast"),
+            "2024-01-31 14:05:09 HQ0001-001 PROMISE He'll pay 2024-02-05 AMY "
+            "2024-01-31 14:05:09\n");
+  EXPECT_EQ(NextCallOfLoan(), "2024-02-05");
+  EXPECT_EQ(screen->HisDate.text() + " " + screen->HisTime.text(), "31-01-2024 14:05:09");
+  EXPECT_EQ(Column(screen->FollowUpDG, 6), "05-02-2024 ");
+  // Pressed twice by mistake: no second row.
+  screen->SaveCmd.Click();
+  EXPECT_EQ(LastMessage() + Calls(), "Follow Up: Status is require1");
+}
+
 TEST_F(ArrearsTest, HistoryIsShownLatestFirstAndStaysAsItIs) {
   office.Run(
       "INSERT INTO FollowUpMast (HisDate,HisTime,LoanID,HisStatus,HisRemarks,NextCall,UserID) "

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "core/new_office.h"
 #include "tests/collections/payment_counter.h"
 
 namespace kaunter {
@@ -36,6 +37,10 @@ class PaymentSave : public PaymentCounter {
 
 // What is written of the payments themselves: counter_property_test.cpp.
 TEST_F(PaymentSave, EachSaveIsToldLoggedAndDoneOnce) {
+  office.session.settings.TransLogs = true;
+  office.session.LogsConn =
+      OpenSqlite("LogsConn", office.folder.File("logs.db"), true, office.session.clock);
+  CreateMissingAuditTables(*office.session.LogsConn);
   auto screen = Typed();
   Save(*screen);
   EXPECT_EQ(Said(), "?Confirm to save ?|New Payment: Payment ID HQ0001-001-001 Saved|");
@@ -70,6 +75,12 @@ TEST_F(PaymentSave, EachSaveIsToldLoggedAndDoneOnce) {
                            "Delete Payment - Collection ID HQ0001-001-001 Deleted"}) {
     EXPECT_NE(Log().find(line), std::string::npos) << line;
   }
+  // The audit compares with what was loaded.
+  EXPECT_NE(
+      ScalarQuery(*office.session.LogsConn, "SELECT Remarks FROM TransLogs WHERE Type='Modify'")
+          .find("150.00/112.00"),
+      std::string::npos);
+  EXPECT_EQ(ScalarQuery(*office.session.LogsConn, "SELECT COUNT(*) FROM TransLogs"), "3");
 }
 
 TEST_F(PaymentSave, AFailureIsToldOnceAndTheScreenKeepsWhatWasTyped) {

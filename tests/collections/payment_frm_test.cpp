@@ -107,6 +107,18 @@ TEST_F(PaymentScreen, WhatWasTypedBeforeTheLoanIsLookedAtWithIt) {
   }
 }
 
+TEST_F(PaymentScreen, AChequeIsLookedUpThoughItsBoxWasNotLeft) {
+  office.Run(
+      "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqAmt,ChqBank,PayID) VALUES "
+      "('HQ0001-001',1,'C1',112,'MBB','HQ0001-001-001')");
+  auto screen = New();
+  Put(screen->PayAmt, "150");
+  Put(screen->PayDate, "31-01-2024");
+  screen->ChqNo.SetText("C1");
+  Save(*screen);
+  EXPECT_EQ(Said(), "New Payment: Cheque, Cannot be reuse|");
+}
+
 TEST_F(PaymentScreen, TheBankCardIsReckoned) {
   auto screen = New();
   PaymentFrm& s = *screen;

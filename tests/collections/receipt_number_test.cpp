@@ -75,5 +75,14 @@ TEST_F(ReceiptNumber, ATextThatIsNoDateDrawsNothing) {
   EXPECT_EQ(Counters(), "");
 }
 
+TEST_F(ReceiptNumber, ATypedNumberIsFreeForAnotherCompanyAndMovesNoCounter) {
+  MakeLoan(kLoan, LoanScheme::kPersonal, "1200", "12");
+  Payment typed = Of("20");
+  typed.ReceiptNo = Store(Of("10")).ReceiptNo;
+  typed.CompCode = "AB";
+  EXPECT_EQ(Store(typed).ReceiptNo, "202401-0001");
+  EXPECT_EQ(Counters(), "HQ#202401- 1\n");
+}
+
 }  // namespace
 }  // namespace kaunter
