@@ -51,6 +51,8 @@ struct PaidOffice : LargeOffice {
       if (!RebuildLoan(main, row[0].ToText()).done) throw std::runtime_error("no rebuild");
     }
     main.CommitTrans();
+    const Recordset customers = main.Query("SELECT CustID FROM CustMast");
+    for (const auto& row : customers.rows()) RebuildCustomer(main, row[0].ToText());
   }
 };
 
