@@ -21,6 +21,7 @@ namespace {
 constexpr std::size_t kLoansAtOnce = 250;
 // Between the commit of a payment and that of its replay, generously.
 constexpr std::chrono::milliseconds kReplayTakes{400};
+constexpr int kLooks = 6;
 
 using Row = std::vector<Value>;
 
@@ -247,9 +248,7 @@ std::vector<LedgerFault> CheckLoan(Connection& main, std::string_view loan_id) {
 std::vector<LedgerFault> CheckCustomer(Connection& main, std::string_view cust_id) {
   std::optional<Transaction> as_one;
   if (!main.InTransaction()) as_one.emplace(main);
-  const std::string which = "CustID=" + QuoteStr(cust_id);
-  main.Execute("UPDATE CustMast SET TotLoanBal=TotLoanBal WHERE " + which);
-  return FaultsOfCustomers(main, which);
+  return FaultsOfCustomers(main, "CustID=" + QuoteStr(cust_id));
 }
 
 LedgerReport CheckCompany(Connection& main, std::string_view comp_code,
@@ -279,9 +278,13 @@ LedgerReport CheckCompany(Connection& main, std::string_view comp_code,
         fmt::format("({0} OR CustID IN (SELECT CustID FROM LoanMast WHERE {0}))", of_company)));
   }
   report.faults = LookAgain(main, suspected);
-  if (!report.faults.empty()) {
+  // A figure that lags behind the counter is another one a moment later; a fault stays.
+  bool stays = report.faults.empty();
+  for (int look = 1; !stays && look < kLooks; ++look) {
     std::this_thread::sleep_for(kReplayTakes);
-    report.faults = LookAgain(main, report.faults);
+    auto now = LookAgain(main, report.faults);
+    stays = now == report.faults;
+    report.faults = std::move(now);
   }
   if (report.complete) go_on({report.loans, report.loans});
   return report;

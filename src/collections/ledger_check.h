@@ -44,6 +44,10 @@ struct LedgerFault {
   bool SameBook(const LedgerFault& other) const {
     return LoanID == other.LoanID && (!LoanID.empty() || CustID == other.CustID);
   }
+  bool operator==(const LedgerFault& other) const {
+    return SameBook(other) && what.english == other.what.english && stored == other.stored &&
+           should_be == other.should_be;
+  }
 };
 
 struct LedgerProgress {
@@ -58,13 +62,13 @@ struct LedgerReport {
 };
 
 // All loans of a company and their customers, a few hundred at a time; `go_on` is asked in between
-// and may end it. What does not hold is read once more by itself, behind the lock of saves, and
-// what then does not hold either once more after a moment: a payment is stored first and replayed
-// after that. Throws SqlError.
+// and may end it. What does not hold is read again by itself, behind the lock of saves, until it is
+// the same a moment later: a payment is stored first and replayed after that, and then its
+// customer is. Throws SqlError.
 LedgerReport CheckCompany(Connection& main, std::string_view comp_code,
                           const std::function<bool(const LedgerProgress&)>& go_on);
 
-// One loan or customer, held while it is read; no faults for one that is not there. Throws
+// One loan, held while it is read, or one customer; no faults for one that is not there. Throws
 // SqlError.
 std::vector<LedgerFault> CheckLoan(Connection& main, std::string_view loan_id);
 std::vector<LedgerFault> CheckCustomer(Connection& main, std::string_view cust_id);
