@@ -7,6 +7,7 @@
 
 #include "app/catalogue.h"
 #include "core/menu.h"
+#include "core/password_screens.h"
 #include "core/session.h"
 #include "core/user_login.h"
 #include "desktop/layout_table.h"
@@ -24,6 +25,13 @@ using ::testing::UnorderedElementsAre;
 std::unique_ptr<Screen> ScreenOf(const Layout& layout, Session& session, Desk& desk,
                                  MainMenu& menu) {
   if (layout.screen == "UserLogin") return std::make_unique<UserLogin>(session, desk, menu);
+  const Caption what("save loan X");
+  if (layout.screen == "frmUserSignIn") {
+    return std::make_unique<frmUserSignIn>(session, desk, what);
+  }
+  if (layout.screen == "AccessPasswordFrm") {
+    return std::make_unique<AccessPasswordFrm>(session, desk, what);
+  }
   return MakeScreen(layout.screen, session, desk);
 }
 
