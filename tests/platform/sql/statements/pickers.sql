@@ -121,6 +121,9 @@ SELECT * FROM (SELECT TOP 100 * FROM (SELECT TOP 100 AppID,TrxDate,NextDueDate,L
 --- approved applications that are no loan yet, by search text
 SELECT * FROM (SELECT TOP 100 * FROM (SELECT TOP 100 AppID,TrxDate,NextDueDate,LoanAmt2,TopUpAmt,LoanAmt,TermInt,DragLoan,InsRate,LoanTerm,InstallmentAmt,ApprovedUser,ApprovedUser2 FROM AppMast  WHERE NOT AppID Like '%*%' AND AppStatus='Approved' AND AppStatus2='Approved' AND LoanID='' AND (AppID like '%AP%' or CustID like '%AP%') ORDER BY AppID asc) as a ORDER BY a.AppID desc) as b ORDER BY b.AppID
 ;;
+--- approved applications of the home company for the loan of a customer, the own ones first
+SELECT * FROM (SELECT TOP 100 * FROM (SELECT TOP 100 AppID,TrxDate,NextDueDate,LoanAmt2,TopUpAmt,LoanAmt,TermInt,DragLoan,InsRate,LoanTerm,InstallmentAmt,ApprovedUser,ApprovedUser2,CustID,(SELECT c.CustName FROM CustMast as c WHERE c.CustID=AppMast.CustID) as [CustName],case when AppMast.CustID='AB0001' or exists (SELECT k.AppID FROM AppMastLink as k WHERE k.AppID=AppMast.AppID AND k.CustID='AB0001') then 0 else 1 end as [OwnFirst] FROM AppMast  WHERE AppMast.CompCode='AB' AND NOT AppID Like '%*%' AND AppStatus='Approved' AND AppStatus2='Approved' AND LoanID='' ORDER BY OwnFirst asc,AppID asc) as a ORDER BY a.OwnFirst desc,a.AppID desc) as b ORDER BY b.OwnFirst,b.AppID
+;;
 --- message templates
 SELECT * FROM (SELECT TOP 100 * FROM (SELECT TOP 100 TID,TName,SMSContent,UserID FROM SMSMast ORDER BY TID asc) as a ORDER BY a.TID desc) as b ORDER BY b.TID
 ;;
