@@ -70,7 +70,7 @@ class StopTest : public ::testing::Test {
       const std::string id = QuoteStr(fmt::format("L{:04}", i));
       main.Execute(
           fmt::format("INSERT INTO LoanMast (LoanID,CustID,CompCode,DragLoan,LoanAmt,LoanStatus) "
-                      "VALUES ({},'C','HQ','0',1100,'ACTIVE')",
+                      "VALUES ({},'C','HQ','0',600,'ACTIVE')",
                       id));
       for (int row = 1; row <= 6; ++row) {
         main.Execute(
