@@ -8,9 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "core/menu.h"
-#include "core/password.h"
-#include "core/password_screens.h"
 #include "customers/credit_limit.h"
 #include "customers/customer_store.h"
 #include "customers/document_store.h"
@@ -44,88 +41,6 @@ TEST_F(CustomerSave, AFailedDeleteKeepsEverything) {
     EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM LoanMast"), "1") << at;
   }
   EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM CustMast"), "0");
-}
-
-// Types the own password, and signs a manager in where it is told to.
-class DeleteDesk : public SilentDesk {
- public:
-  bool AskBeforeLoss(std::string_view, std::string_view text) override {
-    asked.emplace_back(text);
-    return asked.size() < refuse_at;
-  }
-  void ShowModal(Screen& screen) override {
-    if (auto* own = dynamic_cast<AccessPasswordFrm*>(&screen)) {
-      own->Password.SetText("secret1");
-      own->OKCmd.Click();
-    } else if (auto* prompt = dynamic_cast<frmUserSignIn*>(&screen)) {
-      prompt->UserID.SetText("BOSS");
-      prompt->Password.SetText(manager ? "secret1" : "wrong");
-      prompt->OKCmd.Click();
-    }
-  }
-  std::vector<std::string> asked;
-  std::size_t refuse_at = 99;
-  bool manager = false;
-};
-
-TEST_F(CustomerSave, ADeleteTakesARightOrAManagerAndTellsWhatGoes) {
-  MenuEntry entry;
-  entry.name = "DelCustMnu";
-  entry.action = MenuAction::screen;
-  entry.target = "NewCustFrm";
-  entry.command = "Delete Customer";
-  MainMenu menu({entry});
-  office.session.menu = &menu;
-  office.session.CurrentLevel = 1;
-  const std::string hash = PasswordHash("secret1");
-  office.Run(
-      fmt::format("INSERT INTO UserMast (UserID,UserLevel,UserDept) VALUES ('AMY','Clerk','{0}'"
-                  ");INSERT INTO UserMast (UserID,UserLevel,UserDept) VALUES ('BOSS',"
-                  "'Manager','{0}')",
-                  hash));
-  office.Run(
-      "INSERT INTO CustMast (CustID,CustName,CompCode) VALUES ('HQ0001','Wong','HQ');"
-      "INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanBal) VALUES ('L1','HQ0001','HQ',1500.5);"
-      "INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanBal) VALUES ('L2','HQ0001','HQ',0);"
-      "INSERT INTO PaymentMast (PayID,LoanID,CustID) VALUES ('P1','L1','HQ0001')");
-  const std::vector<std::string> both = {
-      "Confirm to delete customer HQ0001 Wong ?",
-      "2 loan(s) with a balance of 1,500.50 and 1 payment(s) go with customer HQ0001. Delete ?"};
-  Keep();
-  for (const bool by_menu : {false, true}) {
-    for (const bool by_flag : {false, true}) {
-      for (const bool manager : {false, true}) {
-        for (const std::size_t refuse_at : {1, 2, 99}) {
-          Restore();
-          Reopen();
-          menu.entries()[0].visible = by_menu;
-          office.session.AllowDelete = by_flag;
-          DeleteDesk clerk;
-          clerk.manager = manager;
-          clerk.refuse_at = refuse_at;
-          NewCustFrm screen(office.session, clerk);
-          screen.Load();
-          screen.CustID.SetText("HQ0001");
-          screen.CustID.onLeave();
-          EXPECT_EQ(screen.CmdDelete.enabled(), by_menu || by_flag);
-          EXPECT_EQ(screen.CmdDelete.tip.english.empty(), by_menu || by_flag);
-          EXPECT_EQ(screen.CmdAllowDelete.visible(), !by_menu && !by_flag);
-          screen.CmdAllowDelete.Click();
-          screen.CmdDelete.Click();
-          const bool may = by_menu || by_flag || manager;
-          EXPECT_EQ(clerk.asked,
-                    std::vector<std::string>(
-                        both.begin(), both.begin() + (may ? std::min(refuse_at, both.size()) : 0)));
-          EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM LoanMast"),
-                    may && refuse_at == 99 ? "0" : "2");
-          // What a manager allowed was this one customer.
-          EXPECT_TRUE(!may || refuse_at != 99 ||
-                      screen.CmdDelete.enabled() == (by_menu || by_flag));
-        }
-      }
-    }
-  }
-  office.session.menu = nullptr;
 }
 
 TEST_F(CustomerSave, ACustomerDeletedByAnotherDesktopIsToldAndNotWritten) {
