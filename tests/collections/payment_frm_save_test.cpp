@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "collections/ledger_check.h"
 #include "core/new_office.h"
 #include "tests/collections/payment_counter.h"
 
@@ -112,7 +113,8 @@ TEST_F(PaymentSave, AFailureBehindTheCommitLeavesOnePayment) {
     office.Run(
         "DELETE FROM PaymentMast;DELETE FROM ChargeMast;DELETE FROM NumberMast WHERE CustID LIKE "
         "'HQ%';UPDATE SchMast SET Payment=0,CapitalPayment=0,InterestPayment=0,IntAmt=0;"
-        "UPDATE LoanMast SET LoanBal=1344,TotPay=0,TotInt=0,TotCollectorAmt=0");
+        "UPDATE LoanMast SET LoanBal=1344,TotPay=0,TotInt=0,TotCollectorAmt=0;"
+        "UPDATE CustMast SET TotLoan=2400,TotTopUpAmt=10,TotLoanBal=2688");
     Late("L2", "2024-02-20", "0.50");
     auto screen = Typed();
     counter.messages.clear();
@@ -133,6 +135,13 @@ TEST_F(PaymentSave, AFailureBehindTheCommitLeavesOnePayment) {
     ASSERT_EQ(Payments(), "HQ0001-001-001 150 150 0 5\n") << behind;
     ASSERT_FALSE(main().InTransaction()) << behind;
     ASSERT_FALSE(screen->SaveCmd.enabled()) << behind;
+    // What did not come to its end is seen by the check of the ledger, the customer's sums too.
+    if (CheckLoan(main(), kPersonal).empty() && CheckCustomer(main(), "HQ0001").empty()) {
+      EXPECT_EQ(Lines("SELECT LoanBal FROM LoanMast WHERE LoanID='HQ0001-001'") +
+                    Lines("SELECT TotLoanBal FROM CustMast"),
+                "1194\n2538\n")
+          << behind;
+    }
     if (!failed) return;
     // Told, and the save besides it.
     ASSERT_EQ(counter.messages.size(), 2u) << behind << " " << Said();
