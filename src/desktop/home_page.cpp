@@ -314,7 +314,12 @@ void HomePage::RefreshTiles() {
     last = tile;
   }
   // Whoever presses a key at once means a tile, never the button that shuts a door for good.
-  if (last) setTabOrder(last, shut_);
+  // As the first of the ring it counts as being behind the last tile already, so it is moved away
+  // before.
+  if (last) {
+    setTabOrder(refresh_, shut_);
+    setTabOrder(last, shut_);
+  }
 }
 
 }  // namespace kaunter

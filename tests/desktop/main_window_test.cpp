@@ -4,6 +4,7 @@
 
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QStatusBar>
 
 #include "core/main_frm.h"
@@ -72,6 +73,19 @@ class MainWindowTest : public ::testing::Test {
       [](std::string_view screen) { return screen == "LoanCalcfrm"; }};
   MainWindow window{main};
 };
+
+TEST_F(MainWindowTest, TheTilesComeBeforeTheButtonThatShutsADoor) {
+  bool tile = false;
+  for (QWidget* at = window.nextInFocusChain(); at != &window; at = at->nextInFocusChain()) {
+    tile = tile || dynamic_cast<Tile*>(at) != nullptr;
+    const auto* button = qobject_cast<QPushButton*>(at);
+    if (button == nullptr || !button->text().contains("Shut")) continue;
+    EXPECT_TRUE(tile);
+    EXPECT_EQ(button->text(), "Shut it");
+    return;
+  }
+  ADD_FAILURE() << "no such button";
+}
 
 TEST_F(MainWindowTest, HiddenEntriesAreNotThereAndUnbuiltOnesAreGreyedWithTheReason) {
   EXPECT_THAT(Tops(), ElementsAre("&Loan"));
