@@ -1,5 +1,7 @@
 #include "core/session_screen.h"
 
+#include <fmt/format.h>
+
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/screen_rights.h"
@@ -53,7 +55,10 @@ bool SessionScreen::Attempt(std::string_view what, const Caption& text,
     return true;
   } catch (const std::exception& failure) {
     LogRollback(session_, what, failure);
-    Tell(MessageKind::critical, text);
+    const Caption kept = NothingKept(failure);
+    const std::string cause = kept.english.empty() ? "" : fmt::format("\n{}", failure.what());
+    Tell(MessageKind::critical,
+         {text.english + cause + kept.english, text.In(true) + cause + kept.chinese});
     return false;
   }
 }

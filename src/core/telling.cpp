@@ -20,8 +20,8 @@ Caption NothingKept(const std::exception& failure) {
   constexpr int kDiskFailed = 823;
   const auto* error = dynamic_cast<const SqlError*>(&failure);
   if (error == nullptr || (error->number() != kNoRoom && error->number() != kDiskFailed)) return {};
-  return {"\nNothing of this save was kept. Mend it and save again.",
-          "\n此次储存的内容全未保留。请处理后再储存。"};
+  return {"\nNothing of it was kept. Mend the cause and do it again.",
+          "\n此次的更改全未保留。请排除原因后再做一次。"};
 }
 
 bool Refuse(Session& session, Control& control, const Caption& text) {

@@ -253,7 +253,9 @@ TEST_F(LateIntTest, AFailureLeavesTheDayOpen) {
     EXPECT_EQ(Noted(), "2024-02-01") << at;
     EXPECT_FALSE(main().InTransaction());
     if (at == 1) continue;  // the look at the day done last, before the run
-    EXPECT_EQ(LastMessage(), "Title: an error occur during process late interest charges");
+    EXPECT_EQ(LastMessage(),
+              "Title: an error occur during process late interest charges\nthe disk is full\n"
+              "Nothing of it was kept. Mend the cause and do it again.");
   }
   EXPECT_GE(at, 4);
   Process("05-03-2024");

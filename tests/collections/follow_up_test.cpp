@@ -506,7 +506,8 @@ TEST_F(ReminderTest, DatesAreStoredTogetherOrNotAtAll) {
   screen.SaveCmd.Click();
   main().SetFaultHook({});
   EXPECT_EQ(LastMessage(),
-            "Reminder Letter: The letters are printed, but their dates are not on the loans");
+            "Reminder Letter: The letters are printed, but their dates are not on the loans"
+            "\nthe disk is full\nNothing of it was kept. Mend the cause and do it again.");
   EXPECT_EQ(Dates(), before);
   EXPECT_FALSE(main().InTransaction());
   main().SetFaultHook([](std::string_view) { throw SqlError(1105, "the server is away"); });

@@ -672,7 +672,9 @@ TEST_F(LoanScreen, APaymentIsDeletedByRightOnlyAndWhole) {
   });
   press(0);
   office.session.Main().SetFaultHook({});
-  EXPECT_EQ(Told(), Lines{"an error occur during delete payment"});
+  EXPECT_EQ(Told(),
+            Lines{"an error occur during delete payment"
+                  "\nthe disk is full\nNothing of it was kept. Mend the cause and do it again."});
   EXPECT_EQ(stored(), "2");
   EXPECT_FALSE(office.session.Main().InTransaction());
   press(0);

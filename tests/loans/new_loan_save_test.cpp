@@ -122,8 +122,8 @@ TEST_F(LoanSave, AnApplicationIsTakenUpWithItsLoanAndFreeAgainWithout) {
   Save(*screen);
   office.session.Main().SetFaultHook({});
   EXPECT_EQ(desk.last(),
-            "An error occurs during saving loan\nthe disk is full\nNothing of this save was kept. "
-            "Mend it and save again.\n");
+            "An error occurs during saving loan\nthe disk is full\nNothing of it was kept. "
+            "Mend the cause and do it again.\n");
   EXPECT_EQ(taken_by(), "");
   Save(*screen);
   EXPECT_EQ(desk.last(), "Loan ID HQ0001-001 saved");

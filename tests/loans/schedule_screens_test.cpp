@@ -151,7 +151,9 @@ TEST_F(ScheduleScreensTest, EachStatementThatFailsLeavesNoTrace) {
   desk.messages.clear();
   auto extend = Open<LoanExtendfrm>();
   EXPECT_GE(FailEverywhere([&] { extend->Guard([&] { extend->SaveCmd.Click(); }); }), 15);
-  EXPECT_EQ(desk.messages[0], "Extend Schedule: an error occur during updating record");
+  EXPECT_EQ(desk.messages[0],
+            "Extend Schedule: an error occur during updating record"
+            "\nthe disk is full\nNothing of it was kept. Mend the cause and do it again.");
   EXPECT_EQ(Lines("SELECT NextDueDate FROM LoanMast"), "2024-03-15\n");
 }
 
