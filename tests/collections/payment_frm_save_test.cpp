@@ -302,6 +302,23 @@ TEST_F(PaymentSave, AnotherPaymentOfTheLoanIsNoChangeOfThisOne) {
   EXPECT_EQ(LastMessage(), "Edit Payment: Loan ID " + id + " Saved");
 }
 
+TEST_F(PaymentSave, AnEditKeepsTheRefundThatStandsAndTheGroupThatTheClerkChose) {
+  auto screen = Typed();
+  Put(screen->ChargeAmt, "50");
+  Save(*screen);
+  office.Run("UPDATE LoanMast SET DepositAmt2=10");
+  auto edit = Open("Edit Payment", {}, screen->PayID.text());
+  std::string groups;
+  for (const char* amount : {"1344", "150", "1344"}) {
+    Put(edit->PayAmt, amount);
+    groups += edit->LampiranStatus.text() + "|";
+    if (groups.size() > 20) edit->LampiranStatus.SetText("OWN");
+  }
+  EXPECT_EQ(groups, "PINJAMAN SELESAI|PINJAMAN SEMASA|OWN|");
+  Save(*edit);
+  EXPECT_EQ(LastMessage(), "Edit Payment: Loan ID HQ0001-001-001 Saved");
+}
+
 TEST_F(PaymentSave, WhatIsNoPaymentToEditIsShownAndNotSaved) {
   struct Case {
     const char* change;
