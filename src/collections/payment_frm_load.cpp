@@ -34,11 +34,15 @@ bool PaymentFrm::OpenLoan(const std::string& code) {
   const Recordset loan = ReadLoan(id);
   if (loan.Eof()) {
     ClearScreen();
-    return Refuse(LoanID, LoanNotFound(id));
+    RefuseCode(LoanID, LoanNotFound(id));
+    record_.Remember();  // a refused code is nothing to be lost
+    return false;
   }
   if (!MayUseCompany(session(), NullToEmpty(loan.Field("CompCode")))) {
     ClearScreen();
-    return Refuse(LoanID, {"Loan ID not found", "找不到贷款编号"});
+    RefuseCode(LoanID, {"Loan ID not found", "找不到贷款编号"});
+    record_.Remember();  // a refused code is nothing to be lost
+    return false;
   }
   // A date or a receipt number typed before the first loan stays.
   if (!loaded_loan_.empty() || !loaded_payment_.empty()) ClearScreen();
@@ -174,13 +178,15 @@ void PaymentFrm::LoadPayment(std::string id) {
   const Recordset row = main().Query("SELECT * FROM PaymentMast WHERE PayID=" + QuoteStr(id));
   if (row.Eof()) {
     ClearScreen();
-    Refuse(PayID,
-           {fmt::format("Payment ID {} not found", id), fmt::format("找不到付款编号 {}", id)});
+    RefuseCode(PayID,
+               {fmt::format("Payment ID {} not found", id), fmt::format("找不到付款编号 {}", id)});
+    record_.Remember();  // a refused code is nothing to be lost
     return;
   }
   if (!MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
     ClearScreen();
-    Refuse(PayID, {"Payment ID not found", "找不到付款编号"});
+    RefuseCode(PayID, {"Payment ID not found", "找不到付款编号"});
+    record_.Remember();  // a refused code is nothing to be lost
     return;
   }
   ClearScreen();

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/picker_statement.h"
 #include "core/session.h"
 #include "screen/screen.h"
 
@@ -24,8 +25,12 @@ std::string Pick(Session& session, Desk& desk, std::string_view picker, std::str
 void OfferPicker(Session& session, TextBox& box, std::string picker,
                  std::function<void(const std::string& id)> take) {
   box.picker = std::move(picker);
+  box.onAskNoCode = [&session, &box] { return IsNoCode(session, box.picker, box.text()); };
   box.onSearch = [&session, &box, take = std::move(take)] {
-    const std::string id = Pick(session, box.screen().desk(), box.picker);
+    // What is no code, or was refused as one, is looked for.
+    const bool search = box.marked() || IsNoCode(session, box.picker, box.text());
+    const std::string id =
+        Pick(session, box.screen().desk(), box.picker, search ? box.text() : std::string());
     if (!id.empty()) take(id);
   };
 }

@@ -7,10 +7,14 @@
 
 #include "core/company_access.h"
 #include "core/paging.h"
+#include "core/session.h"
 #include "core/values.h"
 
 namespace kaunter {
 namespace {
+
+constexpr std::size_t kTellingFigures = 4;  // fewer are in every number
+constexpr std::size_t kLongNumber = 9;      // of an identity card, of a telephone
 
 std::string CompanyOf(const Session& session, const Picker& picker) {
   if (picker.company.empty()) return {};
@@ -19,10 +23,31 @@ std::string CompanyOf(const Session& session, const Picker& picker) {
   return fmt::format("({} or ({}))", CompanyCondition(session, picker.also_company), own);
 }
 
-std::string LikeAny(const std::vector<std::string>& columns, const std::string& text) {
+bool IsFigure(char c) { return c >= '0' && c <= '9'; }
+
+// The figures of a text that has nothing else but dashes and blanks between them; else empty.
+std::string FiguresOf(std::string_view text) {
+  std::string figures;
+  for (const char c : text) {
+    if (IsFigure(c)) {
+      figures += c;
+    } else if (c != '-' && c != ' ') {
+      return {};
+    }
+  }
+  return figures;
+}
+
+// Numbers are written with and without their dashes: both find the same.
+std::string LikeAny(const Picker& picker, const std::string& text) {
   std::vector<std::string> likes;
-  for (const std::string& column : columns) {
+  for (const std::string& column : picker.searched) {
     likes.push_back(fmt::format("{} like '%{}%'", column, EscapeQuotes(text)));
+  }
+  const std::string figures = FiguresOf(text);
+  for (const std::string& column : picker.numbers) {
+    if (figures.size() < kTellingFigures) break;
+    likes.push_back(fmt::format("replace(replace({},'-',''),' ','') like '%{}%'", column, figures));
   }
   return fmt::format("({})", fmt::join(likes, " or "));
 }
@@ -46,7 +71,7 @@ std::vector<std::string> Conditions(const Session& session, const Picker& picker
   equal(picker.loan_type, filter.loan_type_id);
   equal(picker.collect_info, filter.collect_info_id);
   if (!picker.searched.empty() && !filter.search.empty()) {
-    add(LikeAny(picker.searched, filter.search));
+    add(LikeAny(picker, filter.search));
   }
   return all;
 }
@@ -79,6 +104,20 @@ std::string PickerStatement(const Session& session, const Picker& picker,
   const std::vector<std::string> sort = SortColumns(picker, filter);
   if (!picker.paged) return fmt::format("SELECT {} {}", rows, OrderBy(sort, ""));
   return PageStatement(rows, sort, false, page_size, limit_from);
+}
+
+bool IsNoCode(Session& session, std::string_view picker_name, std::string_view text) {
+  const std::string sought = Trim(text);
+  const Picker& picker = FindPicker(picker_name);
+  const bool named = !sought.empty() && std::none_of(sought.begin(), sought.end(), IsFigure);
+  if (picker.numbers.empty() || (!named && FiguresOf(sought).size() < kLongNumber)) return false;
+  std::vector<std::string> exactly;
+  for (const std::string& column : picker.searched) {
+    if (!column.ends_with("CustName")) exactly.push_back(column + "=" + QuoteStr(sought));
+  }
+  return ScalarQuery(session.Main(), fmt::format("SELECT TOP 1 {} FROM {} WHERE {}", picker.key,
+                                                 picker.source, fmt::join(exactly, " or ")))
+      .empty();
 }
 
 }  // namespace kaunter

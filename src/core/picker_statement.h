@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "core/pickers.h"
 
@@ -26,5 +27,9 @@ struct PickerFilter {
 // `limit_from` is the last row of the page; both numbers mean nothing to a picker without pages.
 std::string PickerStatement(const Session& session, const Picker& picker,
                             const PickerFilter& filter, int page_size, int limit_from);
+
+// A text that looks like no code of this picker and is none: without a figure, or the number of an
+// identity card or a telephone. A look into the database parts such codes from the rest.
+bool IsNoCode(Session& session, std::string_view picker_name, std::string_view text);
 
 }  // namespace kaunter

@@ -48,6 +48,7 @@ Picker Customers() {
                     "a.CustStatus"},
           .searched = {"a.CustID", "a.CustName", "a.CustNIC", "a.CustOIC", "a.CustOthIC",
                        "l.OldLoanCode"},
+          .numbers = {"a.CustNIC", "a.CustHP1", "a.CustHP2", "a.CustTel1", "a.CustTel2"},
           .company = "a.CompCode",
           .also_company = "l.CompCode",
           .area = "a.AreaCode"};
@@ -59,7 +60,8 @@ Picker CustomersByIdentity() {
           .columns = "CustID, CustName, CustNIC, CustOIC, TrxDate, TotLoan, TotLoanBal",
           .source = "CustMast",
           .key = "CustID",
-          .searched = {"CustID", "CustName", "CustNIC", "CustOIC"}};
+          .searched = {"CustID", "CustName", "CustNIC", "CustOIC"},
+          .numbers = {"CustNIC", "CustHP1", "CustHP2", "CustTel1", "CustTel2"}};
 }
 
 Picker LinkedCustomers() {
@@ -116,6 +118,7 @@ Picker Loans() {
           .sorts = {"L.LoanID", "L.CompCode", "C.CustName", "C.CustNIC", "L.TrxDate", "L.LoanAmt",
                     "L.LoanBal", "L.LoanGroupID"},
           .searched = {"L.LoanID", "L.OldLoanCode", "C.CustName", "C.CustNIC", "C.CustOIC"},
+          .numbers = {"C.CustNIC", "C.CustHP1", "C.CustHP2", "C.CustTel1", "C.CustTel2"},
           .company = "L.CompCode",
           .loan_group = "L.LoanGroupID",
           .loan_type = "L.LoanTypeID",
@@ -143,6 +146,7 @@ Picker Payments() {
           .source = "PaymentMast as p inner join CustMast as c on p.CustID=c.CustID",
           .key = "p.PayID",
           .searched = {"p.PayID", "p.ReceiptNo", "c.CustName", "c.CustNIC"},
+          .numbers = {"c.CustNIC", "c.CustHP1", "c.CustHP2", "c.CustTel1", "c.CustTel2"},
           .company = "p.CompCode",
           .collect_info = "p.CollectInfoID"};
 }

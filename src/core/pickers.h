@@ -29,6 +29,9 @@ struct Picker {
   std::string order = {};               // sorts before the key
   std::vector<std::string> sorts = {};  // what SortOrder offers; the first is the order at open
   std::vector<std::string> searched = {};
+  // Identity cards and telephones, found with and without dashes. A picker that has them is one in
+  // which people are looked for.
+  std::vector<std::string> numbers = {};
   std::string company = {};       // the company filter of the session, and the box CompCode
   std::string also_company = {};  // a row counts too when this column is of a listed company
   std::string area = {};          // AreaCode

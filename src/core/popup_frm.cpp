@@ -47,6 +47,8 @@ void PopupFrm::Load() {
     OfferFilters();
     OfferSorts();
     pages_.Start();
+    // What was typed before has been looked for already: Enter chooses.
+    if (!SearchString.empty() && DG.RowCount() > 0) FocusOn(DG);
   } catch (const std::exception&) {
     Close();
     throw;

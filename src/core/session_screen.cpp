@@ -31,6 +31,11 @@ bool SessionScreen::Refuse(Control& control, const Caption& text) {
   return kaunter::Refuse(session_, control, text);
 }
 
+bool SessionScreen::RefuseCode(TextBox& box, const Caption& text) {
+  if (box.empty()) box.SetText(box.left_text());
+  return Refuse(box, text);
+}
+
 bool SessionScreen::Refuse(const Caption& text) {
   Tell(MessageKind::critical, text);
   return false;

@@ -29,6 +29,9 @@ class SessionScreen : public Screen {
   // A refusal: critical, the control marked and given the focus. Always false, so that a check may
   // end with it.
   bool Refuse(Control& control, const Caption& text);
+  // A code that nothing is found by stays in its box, to be mended, though the screen has cleared
+  // itself. Not for a record that may not be used: its code would be taken for a chosen one.
+  bool RefuseCode(TextBox& box, const Caption& text);
   bool Refuse(const Caption& text);
   bool Confirm(const Caption& text);
   // The same before something is deleted or given up: Enter alone says no.

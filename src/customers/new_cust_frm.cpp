@@ -216,8 +216,9 @@ void NewCustFrm::LoadCustomer(const std::string& id) {
   const Recordset row =
       main().Query(fmt::format("SELECT * FROM CustMast WHERE CustID={}", QuoteStr(id)));
   if (row.Eof()) {
-    Refuse(CustID, {"Customer not found", "找不到顾客"});
     ClearAll();
+    RefuseCode(CustID, {"Customer not found", "找不到顾客"});
+    record_.Remember();  // a refused code is nothing to be lost
     return;
   }
   const std::string company = NullToEmpty(row.Field("CompCode"));

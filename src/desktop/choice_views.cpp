@@ -33,6 +33,15 @@ class StillComboBox : public QComboBox {
   void wheelEvent(QWheelEvent* event) override { event->ignore(); }
 };
 
+class PopupKeys : public QObject {
+ public:
+  using QObject::QObject;
+  std::function<bool(QKeyEvent&)> pressed;
+  bool eventFilter(QObject*, QEvent* event) override {
+    return event->type() == QEvent::KeyPress && pressed(*static_cast<QKeyEvent*>(event));
+  }
+};
+
 // Takes the second press of a double-click for no second order; buttons that only turn pages take
 // as many presses as come.
 class OncePushButton : public QPushButton {
@@ -67,6 +76,9 @@ ComboBoxView::ComboBoxView(ScreenFace& face, ComboBox& combo)
   box_->completer()->setCompletionMode(QCompleter::PopupCompletion);
   box_->completer()->setFilterMode(Qt::MatchContains);
   box_->completer()->setCaseSensitivity(Qt::CaseInsensitive);
+  auto* keys = new PopupKeys(box_);
+  keys->pressed = [this](QKeyEvent& event) { return PopupKey(event); };
+  box_->completer()->popup()->installEventFilter(keys);
   if (combo.max_length > 0) {
     box_->lineEdit()->setValidator(new LengthValidator(combo.max_length, box_));
   }
@@ -104,28 +116,54 @@ void ComboBoxView::Commit() {
   committing_ = true;
   bool taken = false;
   Act([&] {
-    taken = combo_.Pick(S(typed));
-    if (taken || typed.isEmpty()) return;
-    // The beginning, or any part, of just one entry stands for it.
-    for (const auto flags : {Qt::MatchStartsWith, Qt::MatchContains}) {
-      QStringList found;
-      for (const std::string& item : combo_.items()) {
-        const QString entry = Q(item);
-        const bool fits = flags == Qt::MatchStartsWith
-                              ? entry.startsWith(typed, Qt::CaseInsensitive)
-                              : entry.contains(typed, Qt::CaseInsensitive);
-        if (fits) found << entry;
-      }
-      if (found.size() == 1) {
-        taken = combo_.Pick(S(found.front()));
-        return;
-      }
-    }
+    const QString meant = Meant(typed);
+    // An editable list takes the text as it is when it is typed a second time.
+    const bool insists = combo_.editable() && typed == completed_;
+    completed_ = meant != typed && !insists ? typed : QString();
+    taken = combo_.Pick(S(insists ? typed : meant));
   });
   committing_ = false;
   if (!taken && !typed.isEmpty()) QApplication::beep();
   // What was no entry gives way to the entry that still holds.
   Refresh();
+}
+
+// The one entry that begins with what was typed, or has it anywhere; the text itself for none or
+// several. Figures in a list that takes others stand for themselves, and so does a part in the
+// middle of an entry.
+QString ComboBoxView::Meant(const QString& typed) const {
+  const bool letters =
+      std::any_of(typed.begin(), typed.end(), [](QChar c) { return c.isLetter(); });
+  if (typed.isEmpty() || (combo_.editable() && !letters)) return typed;
+  for (const bool anywhere : {false, true}) {
+    if (anywhere && combo_.editable()) break;
+    QStringList found;
+    for (const std::string& item : combo_.items()) {
+      const QString entry = Q(item);
+      if (entry.compare(typed, Qt::CaseInsensitive) == 0) return entry;
+      const bool fits = anywhere ? entry.contains(typed, Qt::CaseInsensitive)
+                                 : entry.startsWith(typed, Qt::CaseInsensitive);
+      if (fits) found << entry;
+    }
+    if (found.size() == 1) return found.front();
+  }
+  return typed;
+}
+
+// The popup of what fits would eat Enter and Tab: they mean the box.
+bool ComboBoxView::PopupKey(QKeyEvent& event) {
+  const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+  if (!enter && event.key() != Qt::Key_Tab) return false;
+  QAbstractItemView& popup = *box_->completer()->popup();
+  const QModelIndex chosen = popup.currentIndex();
+  popup.hide();
+  if (chosen.isValid()) box_->setEditText(chosen.data().toString());
+  if (enter) {
+    face().OnKey(*this, event);
+  } else {
+    QApplication::sendEvent(box_, &event);
+  }
+  return true;
 }
 
 void ComboBoxView::TakeFocus() {

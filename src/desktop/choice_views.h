@@ -27,10 +27,13 @@ class ComboBoxView : public ControlView {
 
  private:
   void FillItems();
+  QString Meant(const QString& typed) const;
+  bool PopupKey(QKeyEvent& event);
 
   ComboBox& combo_;
   QComboBox* box_;
   std::vector<std::string> shown_items_;
+  QString completed_;  // what was typed when an entry took its place
   bool committing_ = false;
 };
 

@@ -205,7 +205,7 @@ bool ScreenFace::OnKey(ControlView& view, const QKeyEvent& event) {
   // A screen that did something with the key has used it up.
   if (!Alive() || heard_ + talks_ != before) return true;
   if (IsEnter(event) && view.is_box()) {
-    MoveOn(view);
+    if (!LookUp(view)) MoveOn(view);
     return true;
   }
   if (name == "F2") {
@@ -216,6 +216,23 @@ bool ScreenFace::OnKey(ControlView& view, const QKeyEvent& event) {
     }
   }
   return false;
+}
+
+// Enter on a name looks it up; with what was chosen it goes on. True when the box keeps the cursor.
+bool ScreenFace::LookUp(ControlView& view) {
+  auto* box = dynamic_cast<TextBox*>(&view.control());
+  if (!box || !box->onSearch || !box->onAskNoCode || !box->Editable()) return false;
+  const std::string typed = box->text();
+  bool kept = false;
+  Act([&] {
+    if (!box->onAskNoCode()) return;
+    kept = true;
+    box->onSearch();
+    kept = box->text() == typed;
+  });
+  if (!Alive()) return true;
+  if (kept) view.TakeFocus();
+  return kept;
 }
 
 // Text typed over a table is "Type" for its screen, which may send the focus to a box: there the

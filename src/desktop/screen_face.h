@@ -81,6 +81,7 @@ class ScreenFace : public QObject, public ScreenObserver {
 
  private:
   void SettleSoon(int milliseconds);
+  bool LookUp(ControlView& view);
   bool TypeOnwards(ControlView& view, const QKeyEvent& event);
   bool eventFilter(QObject* watched, QEvent* event) override;
   bool Alive() const { return !screen_.closed(); }

@@ -142,7 +142,9 @@ void LoanAppFrm::LoadApplication(std::string id) {
       main().Query(fmt::format("SELECT * FROM AppMast WHERE AppID={}", QuoteStr(id)));
   if (row.Eof() || !MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
     StartNew();
-    Refuse(AppID, {fmt::format("Application {} not found", id), fmt::format("找不到申请 {}", id)});
+    RefuseCode(AppID,
+               {fmt::format("Application {} not found", id), fmt::format("找不到申请 {}", id)});
+    record_.Remember();  // a refused code is nothing to be lost
     return;
   }
   ClearAll();

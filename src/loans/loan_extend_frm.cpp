@@ -50,7 +50,7 @@ void LoanExtendfrm::LoadLoan(std::string id) {
       "as b on a.CustID=b.CustID WHERE a.LoanID=" +
       QuoteStr(id));
   if (row.Eof()) {
-    Refuse(LoanID, LoanNotFound(id));
+    RefuseCode(LoanID, LoanNotFound(id));
     return;
   }
   const std::string company = NullToEmpty(row.Field("CompCode"));

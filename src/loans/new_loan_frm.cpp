@@ -365,12 +365,15 @@ void NewLoanFrm::LoadLoan() {
       main().Query(fmt::format("SELECT * FROM LoanMast WHERE LoanID={}", QuoteStr(id)));
   if (row.Eof()) {
     StartAgain();
-    Refuse(LoanID, {fmt::format("Laon ID {} not found", id), fmt::format("找不到贷款编号 {}", id)});
+    RefuseCode(LoanID,
+               {fmt::format("Laon ID {} not found", id), fmt::format("找不到贷款编号 {}", id)});
+    record_.Remember();  // a refused code is nothing to be lost
     return;
   }
   if (!MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
     StartAgain();
-    Refuse(LoanID, {"Laon ID not found", "找不到贷款编号"});
+    RefuseCode(LoanID, {"Laon ID not found", "找不到贷款编号"});
+    record_.Remember();  // a refused code is nothing to be lost
     return;
   }
   if (LoanMode == "New Loan") LoanMode = "Edit Loan";

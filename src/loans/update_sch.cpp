@@ -122,7 +122,8 @@ void UpdateSch::LeaveLoanID() {
 void UpdateSch::LoadLoan(std::string id) {
   ClearScreen();
   if (!FindCustomer(id)) {
-    Refuse(LoanID, {fmt::format("Loan {} not found", id), fmt::format("找不到贷款编号 {}", id)});
+    RefuseCode(LoanID,
+               {fmt::format("Loan {} not found", id), fmt::format("找不到贷款编号 {}", id)});
     return;
   }
   if (HasPayments()) {

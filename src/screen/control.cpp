@@ -77,7 +77,9 @@ void Control::Leave() {
   // Cleared first: a handler may send the focus back here, which is a new visit.
   entered_ = false;
   if (marked_ && Text() != mark_text_) SetMark(false);
+  left_text_ = Text();
   if (onLeave) onLeave();
+  left_text_.clear();
 }
 
 void Control::Key(std::string_view key) {

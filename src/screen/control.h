@@ -63,6 +63,8 @@ class Control {
   // Marks the control as the one a refusal is about, until it is left with another text.
   void SetMark(bool on);
   bool marked() const { return marked_; }
+  // While the control is left: the text that stood in it, whatever its screen did since.
+  const std::string& left_text() const { return left_text_; }
 
   // What `show` and `expect` see.
   virtual std::string Text() const { return {}; }
@@ -93,6 +95,7 @@ class Control {
   bool locked_ = false;
   bool marked_ = false;
   bool entered_ = false;
+  std::string left_text_;
   std::string mark_text_;  // what stood in the control when it was marked
 };
 
@@ -163,6 +166,9 @@ class TextBox : public Control {
   // The picker that F2 and the search button beside the box open; empty for none.
   std::string picker;
   std::function<void()> onSearch;
+  // The text is a name, a number of an identity card or a telephone number, and no code: Enter
+  // looks it up with onSearch.
+  std::function<bool()> onAskNoCode;
   std::function<void()> onChange;
 
   // The face's side: puts the text as typed (fires onChange when it differs). Bare digits that fill

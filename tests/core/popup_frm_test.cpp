@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "core/picker.h"
+#include "core/picker_statement.h"
 #include "tests/core/office.h"
 #include "tests/support/places.h"
 
@@ -184,6 +185,32 @@ TEST_F(PopupFrmTest, SearchTextKeepsItsWildcardsAndIsNoStatement) {
   for (const auto& c : kCases) {
     EXPECT_EQ(Keys(Open("CustPop", c.text)), c.found) << c.text;
   }
+}
+
+TEST_F(PopupFrmTest, PeopleAreFoundByTheirNumbersHoweverTheseAreWritten) {
+  AddCustomer("C1", "ZALEHA");
+  AddCustomer("C2", "ONG");
+  AddLoan("C1-001", "C1", "HQ");
+  office.Run(
+      "UPDATE CustMast SET CustNIC='830218-10-1977',CustHP1='016-326 9182' WHERE CustID='C1'");
+  for (const char* picker : {"CustPop", "ICPop", "LoanPop"}) {
+    for (const char* typed : {"8302181019", "830218-10", "0163269182", "016 3269"}) {
+      const PopupFrm& popup = Open(picker, typed);
+      EXPECT_EQ(Span(popup).substr(0, 2), "C1") << picker << " " << typed;
+      EXPECT_EQ(popup.focus(), &popup.DG);
+    }
+  }
+  // What opens the picker instead of a refusal.
+  const struct {
+    const char* text;
+    bool no_code;
+  } kTexts[] = {{"zaleha", true}, {"830218101977", true}, {"0163269182", true},
+                {"C1", false},    {"C9", false},          {"", false},
+                {"1234", false}};
+  for (const auto& c : kTexts) EXPECT_EQ(IsNoCode(session, "CustPop", c.text), c.no_code) << c.text;
+  office.Run("UPDATE LoanMast SET OldLoanCode='KEDAI'");
+  EXPECT_FALSE(IsNoCode(session, "LoanPop", "kedai"));
+  EXPECT_FALSE(IsNoCode(session, "CompPop", "zaleha"));
 }
 
 TEST_F(PopupFrmTest, CompanyFilterFollowsTheUser) {

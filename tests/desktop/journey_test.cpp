@@ -287,6 +287,37 @@ TEST_F(PickerJourney, F2OnABoxOpensItsPickerAndTheChoiceFillsIt) {
   EXPECT_FALSE(screen.closed());
 }
 
+TEST_F(PickerJourney, EnterLooksUpANameAndARefusedCodeStaysToBeTypedOver) {
+  NewCustFrm screen(office.session, desk);
+  ScreenDialog dialog(screen, nullptr);
+  ASSERT_TRUE(OpenScreen::Show(dialog));
+  screen.FocusOn(screen.CustID);
+  OpenScreen::Wait();
+  std::string offered;
+  desk.act = [&](PopupFrm& popup, ScreenDialog&) {
+    offered = popup.SearchString.text() + " " + std::to_string(popup.DG.RowCount());
+    KeyboardDesk::Press(Qt::Key_Return);
+  };
+  KeyboardDesk::Type("goh");
+  KeyboardDesk::Press(Qt::Key_Return);
+  EXPECT_EQ(offered, "goh 3");
+  EXPECT_EQ(screen.CustName.text(), "Goh C1040");
+  EXPECT_NE(screen.focus(), &screen.CustID);
+
+  dialog.activateWindow();
+  OpenScreen::Wait();
+  screen.FocusOn(screen.CustID);
+  OpenScreen::Wait();
+  KeyboardDesk::Type("C9999");
+  KeyboardDesk::Press(Qt::Key_Return);
+  EXPECT_THAT(desk.messages, ElementsAre("Customer not found"));
+  EXPECT_EQ(screen.CustID.text(), "C9999");
+  EXPECT_EQ(screen.focus(), &screen.CustID);
+  KeyboardDesk::Type("C1001");  // over it
+  KeyboardDesk::Press(Qt::Key_Return);
+  EXPECT_EQ(screen.CustName.text(), "Ah Beng C1001");
+}
+
 // The order of the tabs is the layout's, the number of a page the screen's.
 TEST_F(PickerJourney, ATabThatStandsElsewhereOpensItsOwnPage) {
   NewCustFrm screen(office.session, desk);

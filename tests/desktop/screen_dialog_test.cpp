@@ -2,7 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QClipboard>
+#include <QCompleter>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -195,6 +197,43 @@ TEST(ScreenDialogTest, ListTakesTheEntryThatThePersonMeansAndNothingElse) {
     open.Press(Qt::Key_Return);
     EXPECT_EQ(open.screen.Bank.text(), c.picked) << c.typed;
     EXPECT_EQ(open.Combo(open.screen.Bank).currentText().toStdString(), c.picked) << c.typed;
+  }
+}
+
+TEST(ScreenDialogTest, EnterOverTheListOfWhatFitsTakesTheOneAndGoesOn) {
+  OpenScreen open;
+  open.Go(open.screen.Bank);
+  open.Type("pub");
+  QAbstractItemView* popup = open.Combo(open.screen.Bank).completer()->popup();
+  ASSERT_TRUE(popup->isVisible());
+  QTest::keyClick(popup, Qt::Key_Return);
+  OpenScreen::Wait();
+  EXPECT_EQ(open.screen.Bank.text(), "Public Bank");
+  EXPECT_FALSE(popup->isVisible());
+  EXPECT_EQ(open.FocusName(), "Special");
+}
+
+TEST(ScreenDialogTest, AnEditableListTakesTheOneEntryThatFitsAndOtherTextsAsTheyAre) {
+  class StateScreen : public Screen {
+   public:
+    explicit StateScreen(Desk& desk_of_test) : Screen("StateFrm", {"State", "州"}, desk_of_test) {}
+    ComboBox State{*this, "State", {"State", "州"}, {"Kedah", "Kelantan", "Kuala Lumpur"}, true};
+    TextBox Next{*this, "Next", {"Next", "下"}};
+  };
+  QuietDesk desk;
+  StateScreen screen(desk);
+  ScreenDialog dialog(screen, nullptr);
+  ASSERT_TRUE(OpenScreen::Show(dialog));
+  const char* const kCases[][2] = {
+      {"kual", "Kuala Lumpur"}, {"kual", "kual"},   {"ke", "ke"},
+      {"lumpur", "lumpur"},     {"kedah", "Kedah"}, {"kelan", "Kelantan"}};
+  for (const auto& [typed, stored] : kCases) {
+    screen.FocusOn(screen.State);
+    OpenScreen::Wait();
+    static_cast<QComboBox*>(dialog.face().View(screen.State).widget())->setEditText(typed);
+    OpenScreen::Press(dialog, Qt::Key_Return);
+    EXPECT_EQ(screen.State.text(), stored) << typed;
+    EXPECT_EQ(screen.focus(), &screen.Next);
   }
 }
 

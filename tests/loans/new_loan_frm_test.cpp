@@ -383,7 +383,8 @@ TEST_F(LoanScreen, BothKeysLoadALoanAndAnotherCompanyHasNone) {
     office.session.CurrentLevel = row.level;
     Open("Edit Loan", row.typed);
     EXPECT_EQ(Told(), row.told) << row.typed;
-    EXPECT_EQ(Text("LoanID"), row.loaded) << row.typed;
+    // A code that nothing is found by stays, to be mended.
+    EXPECT_EQ(Text("LoanID"), *row.loaded == '\0' ? row.typed : row.loaded) << row.typed;
     EXPECT_EQ(Text("LoanAmt"), *row.loaded == '\0' ? "" : "10,000.00");
   }
 }
