@@ -116,14 +116,22 @@ FieldsLayout::Plan FieldsLayout::MakePlan(int width) const {
   }
   close_block();
   plan.rows = row;
+  std::vector<int> words(plan.label_width.size(), 0);  // the longest word of a label
+  std::vector<int> most(plan.label_width.size(), column_width * 45 / 100);
   for (const Place& place : plan.places) {
     const Field& field = fields_[place.field];
     if (!field.label) continue;
-    int& widest = plan.label_width[static_cast<std::size_t>(place.column)];
-    // A label gives way to what its box holds, by a second line, down to a third of the column.
+    const auto column = static_cast<std::size_t>(place.column);
+    // A label gives way to what the boxes hold, by a second line, down to a quarter of the column.
     const int beside = column_width - kLabelGap - field.editor->minimumSize().width();
-    const int most = std::clamp(beside, column_width * 33 / 100, column_width * 45 / 100);
-    widest = std::max(widest, std::min(field.label->sizeHint().width(), most));
+    const int word = std::min(field.label->minimumSize().width(), column_width * 45 / 100);
+    words[column] = std::max(words[column], word);
+    most[column] = std::min(most[column],
+                            std::clamp(beside, column_width * 27 / 100, column_width * 45 / 100));
+    plan.label_width[column] = std::max(plan.label_width[column], field.label->sizeHint().width());
+  }
+  for (std::size_t i = 0; i < most.size(); ++i) {
+    plan.label_width[i] = std::max(words[i], std::min(plan.label_width[i], most[i]));
   }
   return plan;
 }

@@ -97,6 +97,17 @@ int LineLayout::Arrange(const QRect& rect, bool apply) const {
     if (!piece.Shown()) continue;
     const int width = piece.LabelWidth(spacing_) + piece.Least();
     if (!row.empty() && used + spacing_ + width > rect.width()) close();
+    if (piece.label && width > rect.width()) {
+      // Too narrow for both beside each other: the caption stands above its box.
+      const int tall = piece.label->sizeHint().height();
+      const int deep = std::max(kBoxHeight, piece.box->sizeHint().height());
+      if (apply) {
+        piece.label->setGeometry({rect.left(), y, rect.width(), tall});
+        piece.box->setGeometry({rect.left(), y + tall, rect.width(), deep});
+      }
+      y += tall + deep + kRowGap;
+      continue;
+    }
     used += (row.empty() ? 0 : spacing_) + width;
     height = std::max(height, piece.Height());
     row.push_back(&piece);
@@ -142,7 +153,8 @@ QSize LineLayout::sizeHint() const {
 QSize LineLayout::minimumSize() const {
   int width = 0;
   for (const Piece& piece : pieces_) {
-    if (piece.Shown()) width = std::max(width, piece.LabelWidth(spacing_) + piece.Least());
+    if (!piece.Shown()) continue;
+    width = std::max({width, piece.LabelWidth(spacing_) - spacing_, piece.Least()});
   }
   return {width, seen_ ? heightForWidth(geometry().width()) : sizeHint().height()};
 }

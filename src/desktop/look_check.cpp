@@ -50,6 +50,8 @@ void CheckControl(ControlView& view, std::vector<std::string>& problems) {
   const auto tell = [&](const std::string& what) {
     problems.push_back(fmt::format("{} {}", control.name(), what));
   };
+  const QWidget* place = widget->parentWidget();
+  if (place && widget->geometry().right() > place->width()) tell("reaches out of its place");
   const QLabel* caption = view.made_label();
   if (caption && caption->isVisible() && LabelIsCut(*caption)) {
     tell("has a caption that is cut");

@@ -53,6 +53,7 @@ class ClickableLabel : public QLabel {
 
  private:
   static constexpr int kTitleGap = 2;
+  static constexpr int kRounding = 2;  // of a width on a screen with a scale
   // Up to so wide a title is never cut.
   static constexpr int kWholeTitle = 200;
   static constexpr int kWholeHead = 400;
@@ -65,7 +66,7 @@ class ClickableLabel : public QLabel {
     const QStringList lines = text().split('\n');
     for (qsizetype i = 0; i < lines.size(); ++i) {
       const QFontMetrics metrics(LineFont(i));
-      size.setWidth(std::max(size.width(), metrics.horizontalAdvance(lines[i])));
+      size.setWidth(std::max(size.width(), metrics.horizontalAdvance(lines[i]) + kRounding));
       size.rheight() += metrics.height() + (i ? kTitleGap : 0);
     }
     return size;
