@@ -5,7 +5,9 @@
 
 namespace kaunter {
 
-ReportPath FindReportFile(const std::string& path) {
+namespace {
+
+ReportPath FindAt(const std::string& path) {
   for (std::string_view ending : {"C.rpt", "C2.rpt", "C3.rpt", "CS.rpt"}) {
     if (!path.ends_with(ending)) continue;
     const std::string both =
@@ -14,6 +16,14 @@ ReportPath FindReportFile(const std::string& path) {
     return {path, true};
   }
   return {path, false};
+}
+
+}  // namespace
+
+ReportPath FindReportFile(const std::string& path) {
+  const std::filesystem::path wanted(path);
+  ReportPath own = FindAt((wanted.parent_path() / kOwnReports / wanted.filename()).string());
+  return std::filesystem::exists(own.path) ? own : FindAt(path);
 }
 
 bool ReportFileExists(const std::string& path) {

@@ -6,13 +6,18 @@
 
 namespace kaunter {
 
+// The folder beside the program for the office's own report files, which no update touches. One of
+// the name of a file of the program takes its place.
+inline constexpr const char* kOwnReports = "OwnReports";
+
 struct ReportPath {
   std::string path;      // of the file to read; the path that was asked for when there is none
   bool chinese = false;  // the name asked for is that of the Chinese paper
 };
 
-// The file of this name; for a Chinese name without a file of its own, the file of both languages.
-// The letter stands before the ending, or before the sign of an option: LoanSchListC2.rpt.
+// The file of this name, the office's own before the program's; for a Chinese name without a file
+// of its own, the file of both languages. The letter stands before the ending, or before the sign
+// of an option: LoanSchListC2.rpt.
 ReportPath FindReportFile(const std::string& path);
 bool ReportFileExists(const std::string& path);
 

@@ -129,7 +129,37 @@ class Reader {
   bool ended_ = false;  // by a semicolon
 };
 
+// Behind the first SELECT that stands in no brackets, and what belongs to it.
+std::size_t PlaceOfValues(std::string_view statement) {
+  sql::Lexer lexer(statement);
+  int depth = 0;
+  Token token = lexer.Next();
+  for (; token.kind != TokenKind::kEnd; token = lexer.Next()) {
+    if (token.symbol == Symbol::kOpen) ++depth;
+    if (token.symbol == Symbol::kClose) --depth;
+    if (depth == 0 && token.keyword == Keyword::kSelect) break;
+  }
+  std::size_t place = token.end;
+  for (token = lexer.Next(); token.kind != TokenKind::kEnd; token = lexer.Next()) {
+    if (token.keyword == Keyword::kTop) {
+      place = lexer.Next().end;
+    } else if (token.keyword == Keyword::kDistinct || token.keyword == Keyword::kAll) {
+      place = token.end;
+    } else {
+      break;
+    }
+  }
+  return place;
+}
+
 }  // namespace
+
+std::string WithMoreRead(std::string_view statement, std::string_view value) {
+  const std::size_t place = PlaceOfValues(statement);
+  std::string more(statement.substr(0, place));
+  more.append(" ").append(value).append(",").append(statement.substr(place));
+  return more;
+}
 
 std::optional<StatementFault> FaultOfReading(std::string_view statement) {
   return Reader(statement).Run();

@@ -18,4 +18,7 @@ struct StatementFault {
 // elsewhere are among them. An engine that takes the text as it stands would run whatever follows.
 std::optional<StatementFault> FaultOfReading(std::string_view statement);
 
+// The statement with one more value among those that it gives.
+std::string WithMoreRead(std::string_view statement, std::string_view value);
+
 }  // namespace kaunter

@@ -8,6 +8,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "core/report_path.h"
+#include "reports/report_encoding.h"
 #include "reports/report_parser.h"
 
 namespace kaunter {
@@ -22,7 +24,7 @@ std::string TextOf(const std::string& path) {
   }
   std::ostringstream text;
   text << stream.rdbuf();
-  return text.str();
+  return Utf8Text(text.str(), path);
 }
 
 constexpr int kMostLike = 8;
@@ -45,12 +47,27 @@ class Library {
           "\"like\" goes round in a circle, or over more than {} files: {} is one too many",
           kMostLike, name));
     }
-    const std::string beside = (std::filesystem::path(path).parent_path() / name).string();
+    const std::string beside = Beside(name, path);
     std::error_code error;
     if (!std::filesystem::is_regular_file(beside, error)) {
       throw std::invalid_argument(fmt::format("there is no file {} beside this one", name));
     }
     return Parse(TextOf(beside), beside);
+  }
+
+  // A file of the office finds those of the program too, and under its own name the one whose place
+  // it takes.
+  static std::string Beside(const std::string& name, const std::string& path) {
+    namespace fs = std::filesystem;
+    const fs::path folder = fs::path(path).parent_path();
+    const fs::path beside = folder / name;
+    std::error_code error;
+    const bool itself = fs::equivalent(beside, path, error);
+    const bool of_office = folder.filename() == kOwnReports;
+    if (of_office && (itself || !fs::exists(beside, error))) {
+      return (folder.parent_path() / name).string();
+    }
+    return beside.string();
   }
 
   const ReportReading& reading_;

@@ -17,6 +17,11 @@ namespace {
 
 constexpr std::size_t kMostGroups = 3;
 
+// A column or a group by its column of the query.
+auto OfField(const std::string& field) {
+  return [field](const auto& line) { return SameText(line.field, field); };
+}
+
 class FileParser {
  public:
   FileParser(std::string_view text, const std::string& path, const ReportReading& reading,
@@ -70,7 +75,11 @@ class FileParser {
     }
     if (key == "like") return Like(words);
     begun_ = true;
-    if (key == "query") {
+    if (key == "add") {
+      Add(words, text);
+    } else if (key == "without") {
+      Without(words);
+    } else if (key == "query") {
       Query();
     } else if (key == "order") {
       words.Need(1);
@@ -81,7 +90,8 @@ class FileParser {
       file_.defaults[Lower(words.Word(1))] = words.size() > 2 ? words.Caption(2, file_) : "";
     } else if (!Settings(words) && !Layout(words) && !letter_.Take(words.all(), Here())) {
       throw std::invalid_argument(fmt::format(
-          "\"{}\" is not known; a line begins with like, paper, language, title, field, picture, "
+          "\"{}\" is not known; a line begins with like, add, without, paper, language, title, "
+          "field, picture, "
           "parameter, alias, query, order, column, group, total, summary, chart, note, empty, if, "
           "else or "
           "endif, in "
@@ -145,13 +155,85 @@ class FileParser {
   void Like(const LineWords& words) {
     words.Need(1);
     if (begun_) throw std::invalid_argument("\"like\" stands before all other lines");
-    begun_ = true;
+    begun_ = like_seen_ = true;
     const std::string path = file_.path;
     file_ = like_(words.Word(1));
     file_.path = path;
     letter_ = LetterParser(file_.letter);
     for (const char* word : {"field", "picture", "column", "group", "chart"})
       inherited_.insert(word);
+  }
+
+  void NeedLike(const LineWords& words) const {
+    if (!like_seen_) {
+      throw std::invalid_argument(fmt::format(
+          "\"{}\" changes what another file says, and this one is \"like\" none", words.key()));
+    }
+  }
+
+  // "add column ..." beside those of the other file, "add read Table.Column" to what its query
+  // reads.
+  void Add(const LineWords& words, const std::string& text) {
+    NeedLike(words);
+    words.Need(2);
+    const std::string& key = words.Word(1);
+    if (key == "read") {
+      file_.query = WithMoreRead(file_.query, Trim(text.substr(text.find("read") + 4)));
+      return;
+    }
+    if (key != "column" && key != "group" && key != "field" && key != "chart") {
+      throw std::invalid_argument(
+          "what is added is a column, group, field or chart, or read and a column of a table");
+    }
+    std::vector<ReportWord> line(words.all().begin() + 1, words.all().end());
+    std::string behind;
+    const std::size_t size = line.size();
+    if (key == "column" && size > 2 && !line[size - 2].quoted && line[size - 2].text == "behind") {
+      behind = line.back().text;
+      line.resize(size - 2);
+    }
+    inherited_.erase(key);
+    Layout(LineWords(line));
+    if (behind.empty()) return;
+    auto& columns = file_.columns;
+    const auto place = std::find_if(columns.begin(), columns.end() - 1, OfField(behind));
+    if (place == columns.end() - 1) {
+      throw std::invalid_argument(fmt::format("there is no column {} to stand behind", behind));
+    }
+    std::rotate(place + 1, columns.end() - 1, columns.end());
+  }
+
+  // What the other file has, and this one leaves out.
+  void Without(const LineWords& words) {
+    NeedLike(words);
+    words.Need(1);
+    const std::string& key = words.Word(1);
+    const std::string field = words.size() > 2 ? words.Word(2) : "";
+    // What is left stays, whatever is put beside it.
+    inherited_.erase(key);
+    std::size_t gone = 0;
+    if (key == "column") {
+      gone = std::erase_if(file_.columns, OfField(field));
+    } else if (key == "group") {
+      gone = std::erase_if(file_.groups, OfField(field));
+    } else if (key == "field" || key == "chart" || key == "picture") {
+      gone = file_.fields.size() * (key == "field") + file_.charts.size() * (key == "chart") +
+             file_.pictures.size() * (key == "picture");
+      if (key == "field") file_.fields.clear();
+      if (key == "chart") file_.charts.clear();
+      if (key == "picture") file_.pictures.clear();
+    } else if (key == "total" || key == "note") {
+      std::string& text = key == "total" ? file_.total_label : file_.note;
+      gone = text.empty() ? 0 : 1;
+      text.clear();
+    } else {
+      throw std::invalid_argument(
+          "what may be left out is a column or a group, by its column of the query, and all of "
+          "field, chart, picture, total, note");
+    }
+    if (gone == 0) {
+      throw std::invalid_argument(fmt::format("there is no {} {} to leave out", key, field));
+    }
   }
 
   // The first line of a kind takes the place of all lines of that kind of the file that is like
@@ -301,6 +383,7 @@ class FileParser {
   const ReportReading& reading_;
   const std::function<ReportFile(const std::string&)>& like_;
   int line_number_ = 0;
+  bool like_seen_ = false;
   bool begun_ = false;  // a line other than "like" has been read
   std::vector<Branch> branches_;
   std::set<std::string> inherited_;  // words whose lines are still those of the other file

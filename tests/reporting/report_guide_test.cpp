@@ -1,4 +1,4 @@
-// The two files of docs/reports.md, as an office would copy them from the page.
+// The files of docs/reports.md, as an office would copy them from the page.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -22,13 +22,15 @@ std::string TextOf(const std::string& path) {
 struct Guide : ReportOffice {
   Guide() {
     const std::string page = TextOf(test::SourceDir() + "/docs/reports.md");
-    for (const char* name : {"LoanMastList.rpt", "ThankYou.rpt"}) {
+    std::filesystem::create_directory(files.File("OwnReports"));
+    for (const char* name : {"OwnReports/LoanMastList.rpt", "OwnReports/WithTelephone.rpt",
+                             "OwnReports/ThankYou.rpt"}) {
       const std::string head = std::string("```\n# ") + name + "\n";
       const auto begin = page.find(head) + 4;
       std::ofstream(files.File(name)) << page.substr(begin, page.find("\n```", begin) - begin);
     }
     std::filesystem::copy_file(test::SourceDir() + "/reports/LoanMastList.rpt",
-                               files.File("LoanMastList original.rpt"));
+                               files.File("LoanMastList.rpt"));
   }
   std::vector<std::string> Print(const std::string& name, const std::string& formula) {
     ReportJob job;
@@ -51,6 +53,11 @@ TEST(ReportGuide, TheListing) {
   EXPECT_THAT(lines, Contains("11-2023: 1 loans|5,000.00|3,933.33"));
   EXPECT_THAT(lines, Contains("All 4 loans|69,200.00|67,233.33"));
   EXPECT_THAT(guide.Print("LoanMastListC.rpt", ""), Contains("总共 5 笔|77,200.00|74,633.33"));
+  // Beside the office's own listing it would be like that one.
+  std::filesystem::remove(guide.files.File("OwnReports/LoanMastList.rpt"));
+  EXPECT_THAT(
+      guide.Print("WithTelephone.rpt", ""),
+      Contains("Date|Loan|Customer|Telephone|I.C. No.|Terms|Amount|Rate %|Paid|Balance|Next due"));
 }
 
 TEST(ReportGuide, TheLetter) {

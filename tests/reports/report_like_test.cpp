@@ -4,6 +4,7 @@
 
 #include <fstream>
 
+#include "core/report_path.h"
 #include "reports/report_query.h"
 #include "tests/core/office.h"
 #include "tests/reports/list_rows.h"
@@ -40,6 +41,91 @@ TEST(ReportLike, OwnLinesTakeThePlaceOfTheOthers) {
             (std::vector<std::string>{"B", "Paid", "1.00", "Sum A|1.00", "Of A", "|Page 1 of 1"}));
   EXPECT_EQ(LinesOf(LayOut(ReportFile::Read(folder.File("c.rpt")), {}, RowsOf(rows))),
             (std::vector<std::string>{"B", "|Paid", "Sum A|1.00", "Of A", "|Page 1 of 1"}));
+}
+
+// One column more, one less: what the other file says is not written down again.
+TEST(ReportLike, LinesAreAddedAndLeftOut) {
+  ReportFolder folder;
+  folder.Write("a.rpt",
+               "query\nSELECT DISTINCT TOP 5 Loan FROM t WHERE {selection}\nend\ntitle \"A\"\n"
+               "column \"Loan\" Loan text 9\ncolumn \"Paid\" Paid money 9 sum\n"
+               "group Company \"Sum {group}\" always\nnote \"Of A\"\ntotal \"All\"\n");
+  const std::vector<ListRow> rows = {{"A", "N", "L1", {2024, 1, 31}, "1", "5"}};
+  const struct {
+    const char* lines;
+    std::vector<std::string> printed;  // or the fault alone
+  } cases[] = {
+      {"add column \"Lent\" Lent money 9 behind LOAN\nwithout note\n",
+       {"A", "Loan|Lent|Paid", "L1|5.00|1.00", "Sum A|1.00", "All|1.00", "|Page 1 of 1"}},
+      {"without column Loan\ncolumn \"Area\" Area text 9\nwithout total\n",
+       {"A", "Paid|Area", "1.00|N", "Sum A|1.00", "Of A", "|Page 1 of 1"}},
+      {"add group Area \"In {group}\" always\nwithout note\n",
+       {"A", "Loan|Paid", "L1|1.00", "In N|1.00", "Sum A|1.00", "All|1.00", "|Page 1 of 1"}},
+      {"without group Company\nwithout note\n",
+       {"A", "Loan|Paid", "L1|1.00", "All|1.00", "|Page 1 of 1"}},
+      {"without column Lent\n", {"own.rpt, line 2: there is no column Lent to leave out"}},
+      {"add column \"Lent\" Lent money 9 behind Lent\n",
+       {"own.rpt, line 2: there is no column Lent to"}},
+      {"add note \"x\"\n", {"own.rpt, line 2: what is added"}},
+      {"without paper A4\n", {"own.rpt, line 2: what may be left out"}},
+  };
+  for (const auto& c : cases) {
+    folder.Write("own.rpt", std::string("like \"a.rpt\"\n") + c.lines);
+    if (c.printed.size() == 1) {
+      EXPECT_NE(folder.Fault("own.rpt").find(c.printed[0]), std::string::npos)
+          << folder.Fault("own.rpt");
+      continue;
+    }
+    EXPECT_EQ(LinesOf(LayOut(ReportFile::Read(folder.File("own.rpt")), {}, RowsOf(rows))),
+              c.printed)
+        << c.lines;
+  }
+  folder.Write("own.rpt", "like \"a.rpt\"\nadd read m.Phone\n");
+  EXPECT_EQ(ReportFile::Read(folder.File("own.rpt")).query,
+            "SELECT DISTINCT TOP 5 m.Phone, Loan FROM t WHERE {selection}\n");
+  folder.Write("alone.rpt", "add column \"A\" a text 5\n");
+  EXPECT_NE(folder.Fault("alone.rpt").find("line 1: \"add\" changes what another"),
+            std::string::npos);
+}
+
+// A file of the office takes the place of the program's, and may be like it under its own name.
+TEST(ReportLike, TheOfficesOwnFolderComesFirst) {
+  ReportFolder folder;
+  folder.Write("a.rpt", kQuery + "column \"A\" Loan text 9\n");
+  folder.Write("b.rpt", kQuery + "column \"B\" Loan text 9\n");
+  std::filesystem::create_directory(folder.File("OwnReports"));
+  folder.Write("OwnReports/a.rpt", "like \"a.rpt\"\ntitle \"ours\"\n");
+  folder.Write("OwnReports/new.rpt", "like \"b.rpt\"\n");
+  folder.Write("OwnReports/circle.rpt", "like \"circle.rpt\"\n");
+  const ReportPath found = FindReportFile(folder.File("aC.rpt"));
+  EXPECT_TRUE(found.chinese);
+  EXPECT_EQ(ReportFile::Read(found.path).title, "ours");
+  EXPECT_EQ(FindReportFile(folder.File("b.rpt")).path, folder.File("b.rpt"));
+  EXPECT_EQ(folder.Fault("OwnReports/new.rpt"), "");
+  EXPECT_NE(folder.Fault("OwnReports/circle.rpt").find("there is no file circle.rpt"),
+            std::string::npos);
+}
+
+TEST(ReportLike, OnlyUtf8IsRead) {
+  ReportFolder folder;
+  const std::string good = kQuery + "column \"A\" Loan text 9\n";
+  const std::pair<std::string, const char*> cases[] = {
+      {"\xEF\xBB\xBF" + good, ""},
+      {good + "title \"陈 😀\"\n", ""},
+      {std::string("\xFF\xFEq\0u\0", 6), "e.rpt: it is written in UTF-16"},
+      {std::string("\xFE\xFF\0q\0u", 6), "UTF-16"},
+      {std::string("q\0u\0e\0", 6), "UTF-16"},
+      {std::string("\xFF\xFE\0\0q\0\0\0", 8), "UTF-32"},
+      {good + "title \"\xB4\xFB\xBF\xEE\"\n", "e.rpt, line 5: it is written in GB18030"},
+      {good + "title \"caf\xE9\"\n", "e.rpt, line 5: it is written in Windows-1252"},
+  };
+  for (const auto& [text, told] : cases) {
+    folder.Write("e.rpt", text);
+    const std::string fault = folder.Fault("e.rpt");
+    EXPECT_TRUE(*told == '\0' ? fault.empty() : fault.find(told) != std::string::npos)
+        << told << "\n"
+        << fault;
+  }
 }
 
 TEST(ReportLike, AFaultNamesTheFileInWhichItStands) {
