@@ -318,19 +318,22 @@ void MainFrm::RunOwn(const MenuEntry& entry) {
   } else if (entry.name == "DailyBatchMnu") {
     StartDailyBatch();
   } else if (entry.name == "AccLinkMnu") {
-    if (!desk().Ask(session().ProgramTitle, "Turn off AutoCount links ?")) return;
+    if (!desk().Ask(session().ProgramTitle,
+                    session().In({"Turn off AutoCount links ?", "关闭会计连接？"}))) {
+      return;
+    }
     session().settings.LinkAcc.clear();
     menu_.Find("AccLinkMnu")->visible = false;
     if (observer != nullptr) observer->TitleChanged();
   } else if (entry.name == "UpdateEInvSettingMnu") {
-    if (!desk().Ask(session().MsgTitle, "Confirm to Update eInvoicing Setting ?")) return;
+    if (!Confirm({"Confirm to Update eInvoicing Setting ?", "确定更新电子发票设定？"})) return;
     if (RefreshEInvoiceCodeTables(session(), desk(), {})) {
-      desk().Message(MessageKind::information, session().MsgTitle, "eInvoicing Setting updated");
+      Tell(MessageKind::information, {"eInvoicing Setting updated", "电子发票设定已更新"});
     } else if (!session().data_sources.Find("AMLA")) {
-      desk().Message(
-          MessageKind::information, session().MsgTitle,
-          "No central data source is set up on this PC, so nothing was changed. Its name in the "
-          "local settings is [AMLA].");
+      Tell(MessageKind::information,
+           {"No central data source is set up on this PC, so nothing was changed. Its name in the "
+            "local settings is [AMLA].",
+            "此电脑未设中央数据源，因此没有更改。它在本机设定中的名称是 [AMLA]。"});
     }
   }
 }
@@ -348,7 +351,8 @@ void MainFrm::StartDailyBatch() {
   const std::string title = "Manual Daily Batch Process";
   std::string date;
   for (;;) {
-    date = desk().Input(title, "Please input Daily Batch Date", date);
+    date = desk().Input(
+        title, session().In({"Please input Daily Batch Date", "请输入每日批处理日期"}), date);
     if (Trim(date).empty()) return;
     const Caption refusal = BatchDateRefusal(date, ServerTime(main()));
     if (refusal.english.empty()) break;
@@ -369,12 +373,19 @@ void MainFrm::SwitchLanguage() {
 
 void MainFrm::EditSlogan() {
   if (session().CurrentLevel < 3) return;
-  if (!desk().Ask(session().ProgramTitle, "Update Slogan ? ")) return;
-  const std::string slogan = desk().Input("Slogan", "Your new slogan");
+  if (!desk().Ask(session().ProgramTitle, session().In({"Update Slogan ? ", "更新标语？"}))) return;
+  const std::string slogan =
+      desk().Input(session().In({"Slogan", "标语"}), session().In({"Your new slogan", "新的标语"}));
   if (slogan.empty()) return;
   Label1.SetText(slogan);
-  session().Main().Execute(
-      fmt::format("UPDATE Systemast SET [Value]={} WHERE Param='TestMode'", QuoteStr(slogan)));
+  const std::string value = QuoteStr(slogan);
+  const auto kept =
+      main().Execute(fmt::format("UPDATE Systemast SET [Value]={} WHERE Param='TestMode'", value));
+  // A new office has no slogan yet, so no row of it.
+  if (kept == 0) {
+    main().Execute(
+        fmt::format("INSERT INTO Systemast (Param,Value) VALUES ('TestMode',{})", value));
+  }
 }
 
 void MainFrm::OpenListedLoan(const std::string& loan_id) {
