@@ -66,9 +66,16 @@ void LoanAppFrm::BindEvents() {
   for (TextBox* box : TypedFigures()) box->onLeave = [this, box] { CheckTyped(*box); };
   AppID.onLeave = [this] {
     AppID.SetText(Upper(Trim(AppID.text())));
-    if (!AppID.empty() && !SameText(AppID.text(), loaded_id_)) LoadApplication(AppID.text());
+    if (AppID.empty() || SameText(AppID.text(), loaded_id_)) return;
+    if (MayLeaveRecord(Typed())) {
+      LoadApplication(AppID.text());
+    } else {
+      AppID.SetText(loaded_id_);
+    }
   };
-  OfferPicker(session(), AppID, "AppPop", [this](const std::string& id) { LoadApplication(id); });
+  OfferPicker(session(), AppID, "AppPop", [this](const std::string& id) {
+    if (MayLeaveRecord(Typed())) LoadApplication(id);
+  });
   CustID.onLeave = [this] {
     CustID.SetText(Upper(Trim(CustID.text())));
     CustID.SetMark(false);
@@ -87,7 +94,7 @@ void LoanAppFrm::BindEvents() {
   AppStatus2.onPick = [this] { DecideFinal(); };
   Command3.onClick = [this] { CalculatePayment(); };
   CmdNew.onClick = [this] {
-    if (RequestClose()) StartNew();
+    if (MayLeaveRecord(Typed())) StartNew();
   };
   CmdPrint.onClick = [this] { PrintApplication(); };
   SSCommand1.onClick = [this] { PrintLetterOffer(); };
@@ -107,9 +114,16 @@ void LoanAppFrm::Load() {
   LoadCustomer();
 }
 
-bool LoanAppFrm::RequestClose() {
-  return !SaveCmd.enabled() || MayDiscard(record_.Changed() || Lists() != remembered_lists_);
+// A number that was typed, or refused, is nothing to be lost.
+bool LoanAppFrm::Typed() {
+  const std::string number = AppID.text();
+  AppID.SetText(loaded_id_);
+  const bool changed = record_.Changed() || Lists() != remembered_lists_;
+  AppID.SetText(number);
+  return SaveCmd.enabled() && changed;
 }
+
+bool LoanAppFrm::RequestClose() { return MayDiscard(Typed()); }
 
 void LoanAppFrm::ClearAll() {
   record_.Clear();
@@ -144,7 +158,6 @@ void LoanAppFrm::LoadApplication(std::string id) {
     StartNew();
     RefuseCode(AppID,
                {fmt::format("Application {} not found", id), fmt::format("找不到申请 {}", id)});
-    record_.Remember();  // a refused code is nothing to be lost
     return;
   }
   ClearAll();
@@ -231,9 +244,12 @@ void LoanAppFrm::DecideFirst() {
   ApprovalDate.SetText(decided ? ServerNow(main(), false) : std::string());
 }
 
+bool LoanAppFrm::ApprovedTooEarly() const {
+  return SameText(AppStatus2.text(), "Approved") && !SameText(AppStatus.text(), "Approved");
+}
+
 void LoanAppFrm::DecideFinal() {
-  const bool too_early =
-      SameText(AppStatus2.text(), "Approved") && !SameText(AppStatus.text(), "Approved");
+  const bool too_early = ApprovedTooEarly();
   if (too_early) AppStatus2.SetIndex(0);
   const bool decided = !AppStatus2.empty();
   ApprovedUser2.SetText(decided ? session().CurrentUserID : std::string());

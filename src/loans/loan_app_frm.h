@@ -122,8 +122,10 @@ class LoanAppFrm : public LoanScreen {
   void ShowState();
   std::vector<TextBox*> TypedFigures() const;  // the boxes of numbers and dates to type in
   bool CheckTyped(TextBox& box);               // brings an amount into its shown form
+  bool Typed();                                // something that no save has kept
   void DecideFirst();
   void DecideFinal();
+  bool ApprovedTooEarly() const;  // by the final level, with no recommendation
   // The columns that a decision or a loan changes, as stored now: two saves that cross are told by
   // it. "" when the application is gone.
   std::string StoredDecision(const std::string& id) const;

@@ -217,6 +217,13 @@ void LoanAppFrm::PrintLetterOffer() {
     Refuse(AppStatus2, {"Application is not approved", "申请尚未批准"});
     return;
   }
+  // An offer binds the office: what is chosen on the screen alone has not passed the save's checks.
+  if (!SameText(
+          ScalarQuery(main(), "SELECT AppStatus2 FROM AppMast WHERE AppID=" + QuoteStr(loaded_id_)),
+          "Approved")) {
+    Refuse(AppStatus2, {"Please save the application first", "请先储存申请"});
+    return;
+  }
   if (!Confirm({"Confirm to print letter offer", "确定打印要约函"})) return;
   const std::string persons =
       ScalarQuery(main(), "SELECT COUNT(*) FROM AppMastLink WHERE AppID=" + QuoteStr(loaded_id_));

@@ -97,9 +97,14 @@ bool LoanAppFrm::CheckDecision() {
     DecideFinal();
     return true;
   }
-  if (ApprovedUser.empty() || !SameText(ApprovedUser.text(), ApprovedUser2.text())) return true;
-  return Refuse(AppStatus2,
-                {"Recommended User cannot same as Approval User", "推荐人与批准人不可相同"});
+  if (!ApprovedUser.empty() && SameText(ApprovedUser.text(), ApprovedUser2.text())) {
+    return Refuse(AppStatus2,
+                  {"Recommended User cannot same as Approval User", "推荐人与批准人不可相同"});
+  }
+  // The recommendation may have been taken back behind the approval.
+  const bool too_early = AppStatus2.enabled() && ApprovedTooEarly();
+  if (too_early) DecideFinal();
+  return !too_early;
 }
 
 // What no column can hold; and an application belongs to somebody.
