@@ -12,6 +12,7 @@
 #include "play/runner.h"
 #include "qtservices/headless.h"
 #include "qtservices/report_output.h"
+#include "reports/report_check.h"
 
 namespace kaunter {
 namespace {
@@ -47,6 +48,17 @@ int Play(const PlayOptions& options, const std::string& program_folder) {
   return runner.Run();
 }
 
+int CheckFolder(const std::string& folder) {
+  const ReportCheck check = CheckReports(folder);
+  if (check.files == 0) {
+    std::cerr << "kaunter-play: there is no report file (.rpt) in " << folder << '\n';
+    return Runner::kStopped;
+  }
+  for (const std::string& fault : check.faults) std::cout << fault << '\n';
+  std::cout << "report files: " << check.files << ", faults: " << check.faults.size() << '\n';
+  return check.faults.empty() ? Runner::kHeld : Runner::kExpectFailed;
+}
+
 }  // namespace
 }  // namespace kaunter
 
@@ -59,6 +71,7 @@ int main(int argc, char** argv) {
       std::cout << PlayUsage();
       return Runner::kHeld;
     }
+    if (!options.check_reports.empty()) return CheckFolder(options.check_reports);
     return Play(options, ProgramFolder(argv[0]));
   } catch (const UsageError& error) {
     std::cerr << "kaunter-play: " << error.what() << '\n' << PlayUsage();

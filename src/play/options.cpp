@@ -12,7 +12,7 @@ PlayOptions ParsePlayOptions(const std::vector<std::string>& arguments) {
       {"--app", &options.app},           {"--database", &options.database},
       {"--settings", &options.settings}, {"--now", &options.now},
       {"--trace", &options.trace},       {"--out", &options.out},
-      {"--computer", &options.computer},
+      {"--computer", &options.computer}, {"--check-reports", &options.check_reports},
   };
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
@@ -38,7 +38,8 @@ PlayOptions ParsePlayOptions(const std::vector<std::string>& arguments) {
 const char* PlayUsage() {
   return "kaunter-play [--app DIR] [--database FILE] [--settings FILE]\n"
          "             [--now \"yyyy-mm-dd hh:mm:ss\"] [--trace FILE] [--out DIR]\n"
-         "             [--computer NAME] [SCRIPT | -]\n";
+         "             [--computer NAME] [SCRIPT | -]\n"
+         "kaunter-play --check-reports FOLDER\n";
 }
 
 }  // namespace kaunter

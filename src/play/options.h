@@ -8,14 +8,15 @@
 namespace kaunter {
 
 struct PlayOptions {
-  std::string app;       // folder of the program; "" for where the program lies
-  std::string database;  // embedded database file, made when missing
-  std::string settings;  // local settings file
-  std::string now;       // "yyyy-mm-dd hh:mm:ss"
-  std::string trace;     // file that takes every statement
-  std::string out;       // folder that takes the reports
-  std::string computer;  // what this PC is called; "" for its own name
-  std::string script;    // "-" or "": standard input
+  std::string app;            // folder of the program; "" for where the program lies
+  std::string database;       // embedded database file, made when missing
+  std::string settings;       // local settings file
+  std::string now;            // "yyyy-mm-dd hh:mm:ss"
+  std::string trace;          // file that takes every statement
+  std::string out;            // folder that takes the reports
+  std::string computer;       // what this PC is called; "" for its own name
+  std::string check_reports;  // folder whose report files are read, instead of a script
+  std::string script;         // "-" or "": standard input
   bool help = false;
 };
 

@@ -37,9 +37,15 @@ class FileParser {
     while (Next(line)) {
       const std::string text = Trim(line);
       if (!text.empty() && text[0] != '#') Told([&] { Line(text); });
+      // Without what the other file says, each line that changes it would be at fault.
+      if (lost_) return std::move(file_);
     }
     if (line_number_ == 0) Refuse("the file is empty, it has no query");
-    Told([&] { Finish(); });
+    if (!faulty_) {
+      Told([&] { Finish(); });
+    } else if (!file_.query.empty()) {
+      CheckQuery();
+    }
     return std::move(file_);
   }
 
@@ -51,11 +57,13 @@ class FileParser {
   FileLine Here() const { return {file_.path, line_number_}; }
 
   template <typename Act>
-  void Told(const Act& act) const {
+  void Told(const Act& act) {
     try {
       act();
     } catch (const std::invalid_argument& fault) {
-      Refuse(fault.what());
+      if (reading_.findings == nullptr) Refuse(fault.what());
+      reading_.findings->faults.push_back(fmt::format("{}: {}.", Here().Told(), fault.what()));
+      faulty_ = true;
     }
   }
 
@@ -114,9 +122,9 @@ class FileParser {
 
   void Condition(const LineWords& words) {
     if (words.key() == "if") {
+      branches_.push_back({false, !Skipping(), false});
       words.Need(3);
-      const bool outer = !Skipping();
-      branches_.push_back({Holds(words), outer, false});
+      branches_.back().taken = Holds(words);
       return;
     }
     if (branches_.empty()) {
@@ -138,7 +146,12 @@ class FileParser {
     }
     const std::string value = ParameterValue(words.Word(1));
     bool among = false;
-    for (std::size_t i = 3; i < words.size(); ++i) among = among || SameText(value, words.Word(i));
+    for (std::size_t i = 3; i < words.size(); ++i) {
+      among = among || SameText(value, words.Word(i));
+      if (reading_.findings != nullptr) {
+        reading_.findings->asked[Lower(words.Word(1))].insert(Lower(words.Word(i)));
+      }
+    }
     return among == is;
   }
 
@@ -157,7 +170,9 @@ class FileParser {
     if (begun_) throw std::invalid_argument("\"like\" stands before all other lines");
     begun_ = like_seen_ = true;
     const std::string path = file_.path;
+    lost_ = true;
     file_ = like_(words.Word(1));
+    lost_ = false;
     file_.path = path;
     letter_ = LetterParser(file_.letter);
     for (const char* word : {"field", "picture", "column", "group", "chart"})
@@ -313,6 +328,7 @@ class FileParser {
       if (Trim(line) == "end") return;
       file_.query += line + "\n";
     }
+    file_.query.clear();
     throw std::invalid_argument("the query does not end with a line \"end\"");
   }
 
@@ -384,7 +400,9 @@ class FileParser {
   const std::function<ReportFile(const std::string&)>& like_;
   int line_number_ = 0;
   bool like_seen_ = false;
-  bool begun_ = false;  // a line other than "like" has been read
+  bool begun_ = false;   // a line other than "like" has been read
+  bool lost_ = false;    // the file that this one is like cannot be read
+  bool faulty_ = false;  // a line is at fault, and the reading went on
   std::vector<Branch> branches_;
   std::set<std::string> inherited_;  // words whose lines are still those of the other file
   LetterParser letter_;

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "core/report_path.h"
+#include "reports/report_check.h"
 #include "reports/report_query.h"
 #include "tests/core/office.h"
 #include "tests/reports/list_rows.h"
@@ -152,6 +153,33 @@ TEST(ReportLike, AFaultNamesTheFileInWhichItStands) {
     EXPECT_NE(folder.Fault("own.rpt").find(c.told), std::string::npos) << c.told << "\n"
                                                                        << folder.Fault("own.rpt");
   }
+}
+
+// Every fault of a folder, in branches that a print on a good day never reads, each one told once.
+TEST(ReportLike, AFolderIsReadWithoutPrinting) {
+  ReportFolder folder;
+  folder.Write("a.rpt", kQuery +
+                            "kolumn\ncolumn \"A\" Loan text 9\nif P is \"1\"\npaper A9\nelse\n"
+                            "if Q not \"x\"\nif language is \"chinese\"\nnote\nendif\n"
+                            "else\ntotal\nendif\nendif\n");
+  folder.Write("b.rpt", "like \"a.rpt\"\nwithout column B\n");
+  folder.Write("c.RPT", "like \"none.rpt\"\nwithout column B\n");
+  folder.Write("d.rpt", "query\nDELETE FROM t WHERE {selection}\nend\nif P\ncolumn\nendif\n");
+  folder.Write("e.rpt", kQuery + "column \"A\" Loan text 9\n");
+  folder.Write("readme.txt", "\xFF");
+  std::filesystem::create_directory(folder.File("OwnReports"));
+  folder.Write("OwnReports/a.rpt", "like \"a.rpt\"\nadd\n");
+  const ReportCheck check = CheckReports(folder.path());
+  EXPECT_EQ(check.files, 6u);
+  std::string places;
+  for (const std::string& fault : check.faults) {
+    const std::size_t name = folder.path().size() + std::string("Report file /").size();
+    places += fault.substr(name, fault.find(':') - name) + "; ";
+  }
+  EXPECT_EQ(places,
+            "a.rpt, line 4; a.rpt, line 7; a.rpt, line 14; a.rpt, line 11; b.rpt, line 2; "
+            "c.RPT, line 1; d.rpt, line 4; d.rpt, line 2; OwnReports/a.rpt, line 2; ");
+  EXPECT_THROW(CheckReports(folder.File("none")), std::runtime_error);
 }
 
 TEST(ReportLike, ACircleAndAMissingFileEndWithAMessage) {
