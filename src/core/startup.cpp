@@ -126,6 +126,17 @@ void OpenTables(Session& session, ProgressBar& bar, const std::string& heading) 
   bar.Step();
 }
 
+int StoredVersion(const std::string& stored, std::string_view running) {
+  try {
+    return VersionNumber(stored);
+  } catch (const std::exception&) {
+    throw StartRefused("Version Checking",
+                       fmt::format("The setting VERSION of this office is \"{}\", which is no "
+                                   "version. Write it like {}, or empty it.",
+                                   stored, running));
+  }
+}
+
 void FindPhotoFolder(Session& session) {
   session.PhotoPath = session.AppPath + "/Photo";
   std::filesystem::create_directories(session.PhotoPath);
@@ -215,7 +226,7 @@ void CheckVersion(Session& session, Desk& desk, std::string_view running) {
   const std::string stored =
       ScalarQuery(session.Main(), "SELECT Value FROM Systemast WHERE Param='VERSION'");
   if (std::all_of(stored.begin(), stored.end(), [](char c) { return c == '.'; })) return;
-  if (VersionNumber(running) >= VersionNumber(stored)) {
+  if (VersionNumber(running) >= StoredVersion(stored, running)) {
     if (IsInstalledCopy(session.AppPath)) {
       session.Main().Execute(
           fmt::format("UPDATE Systemast SET [Value]={} WHERE Param='VERSION'", QuoteStr(running)));

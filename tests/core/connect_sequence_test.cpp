@@ -1,5 +1,7 @@
 #include "core/connect_sequence.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "core/local_settings.h"
@@ -279,6 +281,39 @@ TEST(ConnectSequenceTest, AStoppedStartGoesOnAtTheNextOne) {
     office.Open();
     EXPECT_NO_THROW(office.Connect());
     EXPECT_EQ(office.Shape(), whole);
+  }
+}
+
+// By their digits put together; only an installed copy raises what is stored.
+TEST(Startup, TheStoredVersionIsComparedAndRaised) {
+  const struct {
+    const char *stored, *running;
+    bool installed;
+    const char *after, *refused;
+  } rows[] = {{"", "1.10.0", true, "", ""},
+              {"..", "1.10.0", true, "..", ""},
+              {"1.9.9", "1.10.0", true, "1.10.0", ""},
+              {"1.9.9", "1.10.0", false, "1.9.9", ""},
+              {"1.10.0", "1.10.0", true, "1.10.0", ""},
+              {"1.10.0", "1.9.9", true, "1.10.0",
+               "New version 1.10.0 available for download, "
+               "Please download update now"},
+              {"v2", "1.9.9", true, "v2", "VERSION"}};
+  for (const auto& row : rows) {
+    Office office(Office::State::patched);
+    if (!row.installed) std::ofstream(office.folder.File("CMakeCache.txt")) << "";
+    office.Run(
+        fmt::format("INSERT INTO Systemast (Param,Value) VALUES ('VERSION','{}')", row.stored));
+    std::string told;
+    try {
+      CheckVersion(office.session, office.desk, row.running);
+    } catch (const StartRefused& refused) {
+      told = refused.what();
+    }
+    for (const std::string& message : office.desk.messages) told += message;
+    EXPECT_EQ(told.empty(), *row.refused == '\0') << told;
+    EXPECT_THAT(told, HasSubstr(row.refused)) << row.stored;
+    EXPECT_EQ(ReadSetting(office.session.Main(), "VERSION"), row.after) << row.stored;
   }
 }
 
