@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <filesystem>
 #include <stdexcept>
 #include <utility>
 
@@ -13,6 +12,7 @@
 #include "core/company_access.h"
 #include "core/password_screens.h"
 #include "core/picker.h"
+#include "core/report_path.h"
 #include "core/sequences.h"
 #include "core/session_report.h"
 #include "core/values.h"
@@ -371,7 +371,7 @@ void Invoicefrm::Print() {
   const std::string file =
       SameText(PType.text(), kCreditNote) ? "ARCreditNote.rpt" : "ARInvoice.rpt";
   ReportJob job = SessionReport(session(), file);
-  if (!std::filesystem::exists(job.ReportFileName)) {
+  if (!ReportFileExists(job.ReportFileName)) {
     Refuse({fmt::format("Report file {} not found", file), fmt::format("找不到报表文件 {}", file)});
     return;
   }
