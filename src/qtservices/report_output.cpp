@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "platform/private_file.h"
+#include "qtservices/pdf_text.h"
 #include "qtservices/report_painter.h"
 #include "qtservices/xlsx_file.h"
 #include "reports/report_csv.h"
@@ -49,20 +50,35 @@ class WholeFile : public QSaveFile {
  protected:
   // A disk that becomes full takes a part, which Qt does not count as an error.
   qint64 writeData(const char* data, qint64 size) override {
-    const qint64 written = QSaveFile::writeData(data, size);
+    const qint64 written = WritePart(data, size);
     short_write_ = short_write_ || written != size;
     return written;
   }
 
  private:
+  virtual qint64 WritePart(const char* data, qint64 size) {
+    return QSaveFile::writeData(data, size);
+  }
+
   bool short_write_ = false;
+};
+
+class PdfFile : public WholeFile {
+ public:
+  using WholeFile::WholeFile;
+
+ private:
+  qint64 WritePart(const char* data, qint64 size) override {
+    const QByteArray part = WithTypedLetters(QByteArray(data, size));
+    return QSaveFile::writeData(part.constData(), part.size());
+  }
 };
 
 }  // namespace
 
 void WritePdf(const ReportDocument& document, const std::string& path,
               const ReportProgress& progress) {
-  WholeFile file(path);
+  PdfFile file(path);
   QPdfWriter writer(&file);
   writer.setTitle(QString::fromStdString(document.title));
   writer.setCreator("Kaunter");

@@ -83,10 +83,13 @@ class TextPainter {
     auto found = faces_.find({size, text.bold});
     if (found == faces_.end()) {
       QFont font("DejaVu Sans");
-      font.setFamilies({"DejaVu Sans", "Noto Sans CJK SC"});
+      font.setFamilies({"DejaVu Sans", "Noto Sans CJK SC", "Lohit Tamil"});
       font.setPixelSize(size);
       // The widths that the layout reckons with: a hinted letter is up to a dot wider.
       font.setHintingPreference(QFont::PreferNoHinting);
+      // Letters that are not drawn together, as f and i are: a PDF is searched letter by letter.
+      // The least room between them keeps them apart, and is less than a dot on a line of paper.
+      font.setLetterSpacing(QFont::AbsoluteSpacing, 1.0 / 64);
       font.setBold(text.bold);
       found = faces_.emplace(std::pair(size, text.bold), Face(font)).first;
     }

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "core/values.h"
+#include "platform/private_file.h"
 #include "reports/report_texts.h"
 
 namespace kaunter {
@@ -220,6 +221,7 @@ void WriteXlsx(const ReportRows& rows, const std::string& path) {
   if (!IsWhole(written)) Refuse(path, "it did not become whole");
   // The place was opened before the workbook was written over it: what is synced is the file.
   if (fsync(place.handle()) != 0) Refuse(path, std::strerror(errno));
+  MakePrivate(written);
   std::error_code error;
   fs::rename(written, path, error);
   if (error) Refuse(path, error.message());

@@ -26,12 +26,26 @@ constexpr std::array<short, 95> kBold = {
     716,  716, 493, 595, 478, 712,  652, 924,  645, 652, 582, 712, 365, 712,  838};
 constexpr double kOtherLatin = 720;  // letters with accents: no narrower than they are
 constexpr double kFull = 1000;       // Chinese signs fill a square
+constexpr double kJoined = 400;      // a vowel of Tamil stands above, below or beside its letter
 
 struct Sign {
   std::string_view bytes;
   bool wide = false;  // one that a line may break behind
   double width = 0;   // of the letter size
 };
+
+// The signs of Tamil that belong to the letter before them: vowels, and the dot that takes one
+// away.
+std::size_t JoinedSize(std::string_view text, std::size_t at) {
+  std::size_t size = 0;
+  for (; text.size() >= at + size + 3; size += 3) {
+    const std::string_view sign = text.substr(at + size, 3);
+    const bool joined = (sign >= "\xE0\xAE\xBE" && sign <= "\xE0\xAF\x8D") ||
+                        sign == "\xE0\xAF\x97" || sign == "\xE0\xAE\x82";
+    if (!joined) break;
+  }
+  return size;
+}
 
 Sign Next(std::string_view text, std::size_t at, bool bold) {
   const auto lead = static_cast<unsigned char>(text[at]);
@@ -44,7 +58,10 @@ Sign Next(std::string_view text, std::size_t at, bool bold) {
   // From U+2E80 on stand the signs of East Asia.
   const bool wide = lead >= 0xE3 || (lead == 0xE2 && at + 1 < text.size() &&
                                      static_cast<unsigned char>(text[at + 1]) >= 0xBA);
-  return {text.substr(at, length), wide, (length > 2 ? kFull : kOtherLatin) / 1000.0};
+  const std::size_t joined = JoinedSize(text, at + length);
+  const double width =
+      (length > 2 ? kFull : kOtherLatin) + kJoined * static_cast<double>(joined / 3);
+  return {text.substr(at, length + joined), wide, width / 1000.0};
 }
 
 // Pieces between which a line may break; those of one word each with its blank before it.

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <QImage>
 #include <QLabel>
@@ -305,6 +306,38 @@ TEST(ReportOutput, AFullDiskLeavesTheOldFile) {
     std::filesystem::remove(path);
     EXPECT_THROW(c.write(folder.File("gone/" + c.file)), std::runtime_error);
   }
+}
+
+// The papers of a folder that a group shares are that group's.
+TEST(ReportOutput, AWorkbookIsReadByThoseOfItsFolder) {
+  for (const auto& [folder_mode, wanted] : {std::pair{0755u, 0600u}, {0770u, 0660u}}) {
+    TempFolder folder;
+    chmod(folder.path().c_str(), folder_mode);
+    WriteXlsx(ListOf(1), folder.File("a.xlsx"));
+    struct stat kept {};
+    stat(folder.File("a.xlsx").c_str(), &kept);
+    EXPECT_EQ(kept.st_mode & 07777u, wanted);
+  }
+}
+
+// As it was printed, letter by letter: of signs that look alike the one that is typed.
+TEST(ReportOutput, ThePdfHasTheTextThatWasPrinted) {
+  TempFolder folder;
+  const std::string printed = "日期 身份证 手机 第 1 页 结欠 龙文小大 民长见 office";
+  ReportDocument document;
+  document.pages.emplace_back();
+  for (const bool bold : {false, true}) {
+    PageText text{20, bold ? 40.0 : 20.0, 150, 6, printed};
+    text.bold = bold;
+    document.pages[0].texts.push_back(text);
+  }
+  WritePdf(document, folder.File("a.pdf"));
+  QProcess reader;
+  reader.start("pdftotext", {"-layout", QString::fromStdString(folder.File("a.pdf")), "-"});
+  ASSERT_TRUE(reader.waitForFinished());
+  const std::string read = reader.readAllStandardOutput().toStdString();
+  EXPECT_THAT(read, HasSubstr(printed + "\n"));
+  EXPECT_NE(read.find(printed), read.rfind(printed)) << read;
 }
 
 // Read back by tools that are not ours: the part of the workbook as it is packed.
