@@ -38,21 +38,16 @@ TEST(AgreementReports, ScheduleOfInstalments) {
   office.Run("UPDATE SchMast SET PayableAmt=1,CapitalAmt=0,InterestAmt=1 WHERE SchID=2");
   for (const char* file : {"AgreeJ.rpt", "AgreeK.rpt", "Agree1.rpt"}) {
     // All loans of the criteria's range, and the one that a screen prints.
-    check.Expect({.file = file,
-                  .formula = FormulaOf("{LoanMast.TrxDate}", "01-01-2022", "31-01-2024"),
-                  .parameters = {"RptID;False;True"},
-                  .sums = {{"PayableAmt", "SELECT SUM(PayableAmt) FROM SchMast2"},
-                           {"CapitalAmt", "SELECT SUM(CapitalAmt) FROM SchMast2"},
-                           {"InterestAmt", "SELECT SUM(InterestAmt) FROM SchMast2"}},
-                  .count = "SELECT COUNT(*) FROM SchMast2",
-                  .twin = "-"});
+    check.Expect(Row(file,
+                     {{"PayableAmt", "SELECT SUM(PayableAmt) FROM SchMast2"},
+                      {"CapitalAmt", "SELECT SUM(CapitalAmt) FROM SchMast2"},
+                      {"InterestAmt", "SELECT SUM(InterestAmt) FROM SchMast2"}},
+                     "SELECT COUNT(*) FROM SchMast2",
+                     FormulaOf("{LoanMast.TrxDate}", "01-01-2022", "31-01-2024"),
+                     {"RptID;False;True"}, "-"));
     // After each instalment of L1 is left: 3,933.33, 1,966.66, nothing.
-    check.Expect({.file = file,
-                  .formula = "{LoanMast.LoanID} = 'L1'",
-                  .parameters = {"RptID;True;True"},
-                  .sums = {{"StillDue", "SELECT 3933.33 + 1966.66"}},
-                  .count = "SELECT 3",
-                  .twin = "-"});
+    check.Expect(Row(file, {{"StillDue", "3933.33 + 1966.66"}}, "3", "{LoanMast.LoanID} = 'L1'",
+                     kSpecial, "-"));
   }
 }
 

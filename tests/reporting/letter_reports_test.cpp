@@ -47,12 +47,8 @@ TEST(LetterReports, ApplicationInTheLanguageOfItsCustomer) {
   ApplicationOffice office;
   ReportCheck check(office);
   for (const char* file : {"ApplicationForm.rpt", "ApplicationForm2.rpt"}) {
-    check.Expect({.file = file,
-                  .formula = "{AppMast.AppID} = 'AP1'",
-                  .parameters = {},
-                  .sums = {},
-                  .count = "SELECT COUNT(*) FROM AppMastLink WHERE AppID='AP1'",
-                  .twin = "-"});
+    check.Expect(Row(file, {}, "SELECT COUNT(*) FROM AppMastLink WHERE AppID='AP1'",
+                     "{AppMast.AppID} = 'AP1'", {}, "-"));
     ExpectOn(
         Printed(office, file, "{AppMast.AppID} = 'AP1'"),
         {"|AP1|", "|Tan Ah Kow|", "|RM 5,000.00|", "|RM 6,000.00|", "|RM 1,750.00|", "|05-02-2024|",
@@ -71,12 +67,7 @@ TEST(LetterReports, OfferIsSignedByAllButTheChargor) {
   const std::vector<std::string> parameters = {
       "Join;(AND OTHERS);True", "Chargor;Syarikat Pembinaan Maju Jaya Sdn Bhd;True",
       "Guarantor;Muhammad Hafizuddin bin Abdul Rahman @ Adam;True"};
-  check.Expect({.file = "LetterOffer.rpt",
-                .formula = formula,
-                .parameters = parameters,
-                .sums = {},
-                .count = "SELECT 3 - 1",
-                .twin = "-"});
+  check.Expect(Row("LetterOffer.rpt", {}, "3 - 1", formula, parameters, "-"));
   ExpectOn(Printed(office, "LetterOffer.rpt", formula, parameters),
            {"|10 January 2024|", "|Tan Ah Kow (AND OTHERS)|", "|RM 5,000.00|", "|3 of RM 1,750.00|",
             "|5 February 2024|", "|Guarantor|"});
@@ -85,16 +76,14 @@ TEST(LetterReports, OfferIsSignedByAllButTheChargor) {
 TEST(LetterReports, CalculationShowsTheCapitalThatIsLeft) {
   ReportOffice office;
   ReportCheck check(office);
-  check.Expect({.file = "LoanCalcList.rpt",
-                .formula = "{SchMast2.LoanID}='L1'",
-                .parameters = {"RptID;False;True", "CustName;Tan Ah Kow;True"},
-                .sums = {{"PayableAmt", "SELECT 5900"},
-                         {"CapitalAmt", "SELECT 5000"},
-                         {"InterestAmt", "SELECT 900"},
-                         // After the first instalment 3,333.33, then 1,666.66, then nothing.
-                         {"CapitalLeft", "SELECT 4999.99"}},
-                .count = "SELECT 3",
-                .twin = "-"});
+  check.Expect(Row("LoanCalcList.rpt",
+                   {{"PayableAmt", "5900"},
+                    {"CapitalAmt", "5000"},
+                    {"InterestAmt", "900"},
+                    // After the first instalment 3,333.33, then 1,666.66, then nothing.
+                    {"CapitalLeft", "4999.99"}},
+                   "3", "{SchMast2.LoanID}='L1'", {"RptID;False;True", "CustName;Tan Ah Kow;True"},
+                   "-"));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <initializer_list>
+#include <sstream>
 
 #include "core/report_path.h"
 #include "reporting/report_criteria.h"
@@ -260,30 +261,50 @@ inline std::vector<std::vector<std::string>> CsvRows(const std::string& csv) {
   return rows;
 }
 
+// A statement, or the figures that it would work out: "1966.67 + 900".
 struct ReportSum {
   std::string column;  // of the report's query, as its column line names it
   std::string sql;     // what it adds up to
 };
 
+inline const std::vector<std::string> kPlain = {"RptID;False;True"};
+inline const std::vector<std::string> kSpecial = {"RptID;True;True"};
+
 struct ReportExpectation {
-  std::string file;                     // "LoanMastList.rpt"
-  std::string formula;                  // "" for no condition
-  std::vector<std::string> parameters;  // "RptID;False;True"
+  std::string file;  // "LoanMastList.rpt"
   std::vector<ReportSum> sums;
-  std::string count;      // the statement that counts the rows
+  std::string count = {};    // of the rows; "" when it is told elsewhere
+  std::string formula = {};  // "" for no condition
+  std::vector<std::string> parameters = kPlain;
   std::string twin = {};  // the Chinese name when it is not <name>C.rpt; "-" for none
 };
 
-// A loan report's condition as ReportFrm builds it, from dates of dd-mm-yyyy.
+inline ReportExpectation Row(const std::string& file, std::vector<ReportSum> sums = {},
+                             const std::string& count = {}, const std::string& formula = {},
+                             std::vector<std::string> parameters = kPlain,
+                             const std::string& twin = {}) {
+  return {file, std::move(sums), count, formula, std::move(parameters), twin};
+}
+
+// A loan report's condition as ReportFrm builds it, from dates of dd-mm-yyyy and the values chosen
+// in lists: "LoanMast.CompCode=HQ|KL; CustMast.AreaCode=PERSONAL".
 inline std::string FormulaOf(const std::string& date_field, const std::string& from,
-                             const std::string& to, std::vector<StagedFilter> filters = {},
+                             const std::string& to, const std::string& lists = {},
                              const std::string& file = "LoanMastList.rpt") {
   SelectionRequest request;
   request.file = file;
   request.DateField = date_field;
   request.DateFrom = from;
   request.DateTo = to;
-  request.filters = std::move(filters);
+  std::istringstream each(lists);
+  for (std::string list; std::getline(each >> std::ws, list, ';');) {
+    const std::size_t is = list.find('=');
+    request.filters.push_back({"List", "{" + list.substr(0, is) + "}", {}});
+    std::istringstream values(list.substr(is + 1));
+    for (std::string value; std::getline(values, value, '|');) {
+      request.filters.back().values.push_back(value);
+    }
+  }
   request.level = 4;
   return BuildSelectionFormula(request)->formula;
 }
@@ -342,7 +363,7 @@ class ReportCheck {
     if (!expected.count.empty()) {
       // A summary has a row a group.
       const std::size_t count = run.file.summary ? run.rows.RowCount() : rows.size() - 1;
-      EXPECT_EQ(std::to_string(count), ScalarQuery(*over_, expected.count));
+      EXPECT_EQ(std::to_string(count), WorkedOut(expected.count));
     }
     const auto& columns = run.file.columns;
     // The columns of the table stand behind the keys of its groups.
@@ -358,8 +379,12 @@ class ReportCheck {
       for (std::size_t row = 1; row < rows.size(); ++row) {
         if (!rows[row][at].empty()) total += Money::FromText(rows[row][at]);
       }
-      EXPECT_EQ(total, Money::FromText(ScalarQuery(*over_, sum.sql))) << sum.column;
+      EXPECT_EQ(total, Money::FromText(WorkedOut(sum.sql))) << sum.column;
     }
+  }
+
+  std::string WorkedOut(const std::string& sql) const {
+    return ScalarQuery(*over_, sql.starts_with("SELECT") ? sql : "SELECT " + sql);
   }
 
   // Codes and the calculator's offers.
@@ -392,5 +417,21 @@ class ReportCheck {
   ReportOffice& office_;
   Connection* over_;
 };
+
+using Rows = std::vector<ReportExpectation>;
+
+template <typename Office = ReportOffice>
+void ExpectAll(const Rows& rows) {
+  Office office;
+  ReportCheck check(office);
+  for (const ReportExpectation& row : rows) check.Expect(row);
+}
+
+// The lists of criteria that all loan listings share, each with a value of L2.
+inline const std::string kEveryLoanList =
+    "LoanMast.CompCode=HQ|KL; LoanMast.LoanTypeID=MONTH; LoanMast.AdvertiseID=NIL; "
+    "LoanMast.LoanGroupID=PINJAMAN SEMASA; CustMast.CompCatCode=FACT; LoanMast.CollateralID=CAR; "
+    "LoanMast.LoanType=Secured; LoanMast.UserID=BOB; LoanMast.Bank=CIMB; "
+    "CustMast.AreaCode=PERSONAL; LoanMast.SalesmanID=SUE";
 
 }  // namespace kaunter
