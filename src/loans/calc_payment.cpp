@@ -113,7 +113,7 @@ double Pmt(double rate, int periods, double present) {
 }
 
 double FlexiInstalment(const LoanTerms& terms) {
-  const double rate = CDbl(Money::FromText(terms.InsRate)) / 100 / 12;
+  const double rate = CDbl(terms.InsRate) / 100 / 12;  // all its decimals, as the rows take them
   return Round2(Pmt(rate, TermOf(terms), CDbl(terms.LoanAmt)));
 }
 

@@ -228,13 +228,14 @@ void LoanAppFrm::ShowState() {
                       SameText(AppStatus.text(), "Cancel") ||
                       SameText(AppStatus2.text(), "Rejected");
   const Caption state =
-      loaded_id_.empty()        ? Caption{"New application", "新申请"}
-      : !LoanID.empty()         ? Caption{fmt::format("Taken up by loan {}", LoanID.text()),
+      loaded_id_.empty()         ? Caption{"New application", "新申请"}
+      : loaded_id_.back() == '*' ? Caption{"Out of use", "已停用"}
+      : !LoanID.empty()          ? Caption{fmt::format("Taken up by loan {}", LoanID.text()),
                                   fmt::format("已成为贷款 {}", LoanID.text())}
-      : closed                  ? Caption{"Closed without a loan", "已结束，不贷款"}
-      : recommended && approved ? Caption{"Ready for a loan", "已批准，可成为贷款"}
-      : recommended             ? Caption{"Waiting for approval", "已推荐，等待批准"}
-                                : Caption{"Open", "等待推荐"};
+      : closed                   ? Caption{"Closed without a loan", "已结束，不贷款"}
+      : recommended && approved  ? Caption{"Ready for a loan", "已批准，可成为贷款"}
+      : recommended              ? Caption{"Waiting for approval", "已推荐，等待批准"}
+                                 : Caption{"Open", "等待推荐"};
   StateLBL.SetText(session().In(state));
 }
 
