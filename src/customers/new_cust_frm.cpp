@@ -42,10 +42,21 @@ std::vector<GridColumn> LoanColumns() {
           {{"Status", "状态"}, Kind::text, 10}};
 }
 
+std::vector<GridColumn> ApplicationColumns() {
+  return {{{"Application No", "申请编号"}, Kind::text, 12},
+          {{"Date", "日期"}, Kind::date, 10},
+          {{"Loan Amount", "贷款金额"}, Kind::money, 12},
+          {{"Recommendation", "推荐"}, Kind::text, 12},
+          {{"Approval", "批准"}, Kind::text, 12},
+          {{"Role", "身份"}, Kind::text, 12},
+          {{"Relationship", "关系"}, Kind::text, 16}};
+}
+
 }  // namespace
 
 NewCustFrm::NewCustFrm(Session& session, Desk& desk)
     : SessionScreen("NewCustFrm", {"Customer", "顾客"}, session, desk),
+      AppDG(*this, "AppDG", {"Applications", "贷款申请"}, ApplicationColumns(), &BankPage),
       RefLV(*this, "RefLV", {"Referrers", "介绍人"}, ReferrerColumns(), &RefererPage),
       DocDG(*this, "DocDG", {"Documents", "文件"},
             {{{"Doc No", "文件号码"}, Kind::text, 16},
@@ -199,6 +210,8 @@ void NewCustFrm::ClearAll() {
   ShowDeleteRight();
   CustStatus.SetEnabled(true);
   SearchText.Clear();
+  AppType.Clear();
+  Relationship.Clear();
   LoadLists({});
 }
 

@@ -146,9 +146,11 @@ class NewCustFrm : public SessionScreen {
                            {"Credit Limit Type", "信用额种类"},
                            {"", "Full Settled", "Outstanding"}};
   TextBox AppID{*this, "AppID", {"Application", "贷款申请"}};
-  TextBox AppType{*this, "AppType", {"Application Role", "申请角色"}};
+  ComboBox AppType{
+      *this, "AppType", {"Application Role", "申请角色"}, {"Applicant", "Guarantor", "Chargor"}};
   TextBox Relationship{*this, "Relationship", {"Relationship", "关系"}};
   Button CmdLinkApp{*this, "CmdLinkApp", {"&Link Application", "连接申请(&L)"}};
+  Grid AppDG;
   TabPage RefererPage{*this, "RefererPage", {"Referrers", "介绍人"}, Pages};
   TextBox RefererName{*this, "RefererName", {"Name", "姓名"}};
   TextBox RefererRelationship{*this, "RefererRelationship", {"Relationship", "关系"}};
@@ -254,7 +256,7 @@ class NewCustFrm : public SessionScreen {
   void ScreenSaved();
   void ShowListed();
 
-  // new_cust_lists.cpp: referrers, documents, check list, loans, photos, import
+  // new_cust_lists.cpp: referrers, documents, check list, loans, applications, photos, import
   void LoadLists(const std::string& id);
   void LoadReferrers(const std::string& id);
   std::vector<TextBox*> ReferrerBoxes();
@@ -270,6 +272,8 @@ class NewCustFrm : public SessionScreen {
   void ShowGlance();
   void ChoosePhoto(TextBox& box, int number);
   void Import();
+  void LoadApplications(const std::string& id);
+  bool CheckApplication();
   void LinkApplication();
   bool Changed() const;
   std::string Lists() const;  // all rows as one text: tells whether something was changed

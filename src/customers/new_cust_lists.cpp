@@ -41,6 +41,7 @@ void NewCustFrm::LoadLists(const std::string& id) {
   LoadDocuments(id);
   LoadCheckList(id);
   LoadLoans(id);
+  LoadApplications(id);
   ShowCredit(id);
   Photo.SetPath(Pic1.empty() || id.empty() ? std::string() : KeptPath(session(), id, Pic1.text()));
   ShowGlance();
@@ -311,21 +312,56 @@ void NewCustFrm::Import() {
   }
 }
 
-void NewCustFrm::LinkApplication() {
+// Those that are still in use; a star marks one that is not.
+void NewCustFrm::LoadApplications(const std::string& id) {
+  AppDG.Clear();
+  if (id.empty()) return;
+  FillGrid(AppDG,
+           main().Query(fmt::format(
+               "SELECT a.AppID,a.TrxDate,a.LoanAmt,a.AppStatus,a.AppStatus2,l.AppType,"
+               "l.Relationship FROM AppMast as a INNER JOIN AppMastLink as l on a.AppID=l.AppID "
+               "WHERE l.CustID={} AND a.AppID not like '%*'{}",
+               QuoteStr(id), AndCompany(session(), "a.CompCode"))));
+}
+
+// A link lets the customer's loan take the application over.
+bool NewCustFrm::CheckApplication() {
+  AppID.SetText(Upper(Trim(AppID.text())));
   if (loaded_id_.empty() || AppID.empty()) {
-    Refuse(AppID, {"Application and saved customer are required", "请先选择申请并储存顾客"});
-    return;
+    return Refuse(AppID, {"Application and saved customer are required", "请先选择申请并储存顾客"});
   }
+  const std::string& id = AppID.text();
+  const Recordset row =
+      main().Query("SELECT CompCode,LoanID FROM AppMast WHERE AppID=" + QuoteStr(id));
+  if (row.Eof() || !MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
+    return Refuse(AppID,
+                  {fmt::format("Application {} not found", id), fmt::format("找不到申请 {}", id)});
+  }
+  const std::string loan = NullToEmpty(row.Field("LoanID"));
+  if (!loan.empty()) {
+    return Refuse(AppID, {fmt::format("Application {} is taken up by loan {}", id, loan),
+                          fmt::format("申请 {} 已成为贷款 {}", id, loan)});
+  }
+  AppID.SetMark(false);
+  if (!AppType.empty()) return true;
+  return Refuse(AppType, {"Application Role is required", "请选择申请角色"});
+}
+
+void NewCustFrm::LinkApplication() {
+  if (!CheckApplication()) return;
   const std::string app = QuoteStr(AppID.text());
   const std::string id = QuoteStr(loaded_id_);
-  Attempt("Link Application", {"an error occur during update application", "更新申请时发生错误"},
-          [&] {
-            main().Execute(
-                fmt::format("DELETE FROM AppMastLink WHERE AppID={} AND CustID={}", app, id));
-            main().Execute(fmt::format(
-                "Insert INTO AppMastLink (AppID,CustID,AppType,Relationship) VALUES ({},{},{},{})",
-                app, id, QuoteStr(AppType.text()), QuoteStr(Relationship.text())));
-          });
+  const bool done = Attempt(
+      "Link Application", {"an error occur during update application", "更新申请时发生错误"}, [&] {
+        main().Execute(
+            fmt::format("DELETE FROM AppMastLink WHERE AppID={} AND CustID={}", app, id));
+        main().Execute(fmt::format(
+            "Insert INTO AppMastLink (AppID,CustID,AppType,Relationship) VALUES ({},{},{},{})", app,
+            id, QuoteStr(AppType.text()), QuoteStr(Relationship.text())));
+      });
+  if (!done) return;
+  LoadApplications(loaded_id_);
+  Tell(MessageKind::information, {"Update done", "已更新"});
 }
 
 }  // namespace kaunter

@@ -39,12 +39,13 @@ Layout NewCustFrmLayout() {
        Group({"Work Address", "工作地址"}, 1,
              {Stacked({"CustSpouseCompAdd1", "CustSpouseCompAdd2", "CustSpouseCompAdd3"}),
               Line({"CustSpouseCompPostCode", "CustSpouseCompCity"}), "CustSpouseCompState"})});
-  const LayoutNode bank =
-      Across({Group({"Bank", "银行"}, 1,
-                    {"BankCagaran", "BankAccNo", "BankTransferName", "ATMCardNo", "ATMPinNo"}),
-              Group({"Credit", "信用额"}, 1, {"CreditLimit", "CreditLimitType"}),
-              Group({"Loan Application", "贷款申请"}, 1,
-                    {"AppID", "AppType", "Relationship", "CmdLinkApp"})});
+  const LayoutNode bank = Down(
+      {Across({Group({"Bank", "银行"}, 1,
+                     {"BankCagaran", "BankAccNo", "BankTransferName", "ATMCardNo", "ATMPinNo"}),
+               Group({"Credit", "信用额"}, 1, {"CreditLimit", "CreditLimitType"}),
+               Group({"Loan Application", "贷款申请"}, 1,
+                     {"AppID", "AppType", "Relationship", "CmdLinkApp"})}),
+       Fill("AppDG")});
   const LayoutNode referrers =
       Down({Across({Fields(1, {"RefererName", "RefererRelationship", "RefererNIC", "RefererOIC",
                                "RefererHP1"}),
