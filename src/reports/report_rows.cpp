@@ -160,8 +160,8 @@ class RowsMaker {
       table_.AddTo(sums, row++);
     } while (row < rows_.RowCount() && groups_.FirstChanged(row) >= groups_.size());
     std::vector<Value> values = KeysOf(first);
-    if (counts) values.push_back(Value(static_cast<std::int64_t>(row - first)));
-    for (const std::size_t column : columns_) values.push_back(Value(sums[column]));
+    if (counts) values.emplace_back(static_cast<std::int64_t>(row - first));
+    for (const std::size_t column : columns_) values.emplace_back(sums[column]);
     given_.rows.push_back(std::move(values));
     return row;
   }
