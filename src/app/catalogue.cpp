@@ -36,6 +36,7 @@
 #include "loans/new_loan_frm.h"
 #include "loans/update_sch.h"
 #include "reporting/frm_printing.h"
+#include "reporting/own_reports_frm.h"
 #include "reporting/report_frm.h"
 #include "screen/screen.h"
 
@@ -83,6 +84,7 @@ constexpr Entry kScreens[] = {
     {"LoanSettlementfrm", Make<LoanSettlementfrm>},
     {"NewCustFrm", Make<NewCustFrm>},
     {"NewLoanFrm", Make<NewLoanFrm>},
+    {"OwnReportsFrm", Make<OwnReportsFrm>},
     {"PaymentFrm", Make<PaymentFrm>},
     {"PopupFrm", Make<PopupFrm>},
     {"RecalcReceiptNo", Make<RecalcReceiptNo>},

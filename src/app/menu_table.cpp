@@ -300,6 +300,8 @@ std::vector<MenuEntry> MenuTable() {
              "YearlyLoan.rpt", kOneFile),
       OpensScreen("PrintingMnu", "ReportsMnu", {"&Printing Desk", "打印台(&P)"}, "Printing", "",
                   "frmPrinting"),
+      OpensScreen("OwnReportsMnu", "ReportsMnu", {"&Own Reports", "自订报告(&O)"}, "Own Reports",
+                  "", "OwnReportsFrm"),
       Group("UtilitiesMnu", "", {"&Utilities", "工具(&U)"}, kByRight),
       Group("SetupMnu", "UtilitiesMnu", {"&Setup", "设定(&S)"}, kByRight),
       OpensScreen("CompanyCodeMnu", "SetupMnu", {"&Company Code Setup", "公司设定(&C)"},

@@ -66,12 +66,6 @@ Caption BatchDateRefusal(const std::string& text, const DateTime& today) {
   return {};
 }
 
-// "LoanMastListC.rpt" of "LoanMastList.rpt".
-std::string ChineseName(const std::string& file) {
-  const auto dot = file.rfind('.');
-  return file.substr(0, dot) + "C" + file.substr(dot);
-}
-
 }  // namespace
 
 MainFrm::MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
@@ -122,8 +116,8 @@ void MainFrm::FillAtStart() {
     // A report runs only where its file lies beside the program, in both languages.
     if (entry.action != MenuAction::direct_list && entry.action != MenuAction::report) continue;
     const std::string file = session().AppPath + "/" + entry.target;
-    const bool is_there =
-        ReportFileExists(file) && (!entry.chinese_report || ReportFileExists(ChineseName(file)));
+    const bool is_there = ReportFileExists(file) &&
+                          (!entry.chinese_report || ReportFileExists(ChineseReportName(file)));
     const bool has_screen = entry.action == MenuAction::direct_list || screen_exists_("ReportFrm");
     entry.enabled = is_there && has_screen;
   }
@@ -276,7 +270,8 @@ void MainFrm::OpenScreen(const MenuEntry& entry) {
 }
 
 std::string MainFrm::ReportName(const MenuEntry& entry) const {
-  return entry.chinese_report && session().ChineseFlag ? ChineseName(entry.target) : entry.target;
+  return entry.chinese_report && session().ChineseFlag ? ChineseReportName(entry.target)
+                                                       : entry.target;
 }
 
 void MainFrm::ShowReportFromMenu(std::string_view title, std::string_view file) {

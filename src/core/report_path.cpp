@@ -26,6 +26,11 @@ ReportPath FindReportFile(const std::string& path) {
   return std::filesystem::exists(own.path) ? own : FindAt(path);
 }
 
+std::string ChineseReportName(const std::string& file) {
+  const auto dot = file.rfind('.');
+  return file.substr(0, dot) + "C" + file.substr(dot);
+}
+
 bool ReportFileExists(const std::string& path) {
   return std::filesystem::exists(FindReportFile(path).path);
 }

@@ -19,6 +19,8 @@ struct ReportPath {
 // of its own, the file of both languages. The letter stands before the ending, or before the sign
 // of an option: LoanSchListC2.rpt.
 ReportPath FindReportFile(const std::string& path);
+// The name of the Chinese paper: LoanMastListC.rpt for LoanMastList.rpt.
+std::string ChineseReportName(const std::string& file);
 bool ReportFileExists(const std::string& path);
 
 }  // namespace kaunter

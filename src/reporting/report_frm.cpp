@@ -4,6 +4,7 @@
 
 #include "core/boxes.h"
 #include "core/picker.h"
+#include "core/report_path.h"
 #include "core/values.h"
 #include "platform/host.h"
 
@@ -40,6 +41,10 @@ ReportFrm::ReportFrm(Session& session, Desk& desk)
 
 void ReportFrm::Load() {
   file_ = session().ReportFile;
+  const std::string own_folder = std::string(kOwnReports) + "/";
+  if (session().CallerTag.starts_with(own_folder)) {
+    own_file_ = session().CallerTag.substr(own_folder.size());
+  }
   title_ = session().MsgTitle;
   pcname_ = ThisHost().name;
   criteria_ = &CriteriaOf(file_);
@@ -96,6 +101,10 @@ void ReportFrm::OfferOptionBoxes() {
       add({fmt::format("\"{}\" always holds for this report.", english),
            fmt::format("此报告固定“{}”。", chinese)});
     }
+  }
+  if (!own_file_.empty() && !OptionBoxesOf(file_).empty()) {
+    add({"The office's own file is printed in its one form; the boxes still choose rows.",
+         "打印的是公司自订的格式；选项只影响所选的资料。"});
   }
   NoteLBL.SetText(note);
   NoteLBL.SetVisible(!note.empty());

@@ -1,5 +1,7 @@
 // ReportFrm: the criteria of one report, and its start. The caller leaves the file in ReportFile
-// and the title in MsgTitle; a loan in HandOverLoanID is the only one that the report may show.
+// and the title in MsgTitle; a loan in HandOverLoanID is the only one that the report may show. A
+// file of the office's own in CallerTag ("OwnReports/Mine.rpt") is printed with the criteria of
+// ReportFile, in its place.
 #pragma once
 
 #include <string>
@@ -84,8 +86,9 @@ class ReportFrm : public SessionScreen {
     std::vector<std::string> available;
   };
 
-  std::string file_;   // as the menu chose it
-  std::string title_;  // of the report
+  std::string file_;      // as the menu chose it
+  std::string own_file_;  // of the office, which is printed in the place of that one
+  std::string title_;     // of the report
   std::string pcname_;
   const ReportCriteria* criteria_ = nullptr;
   std::vector<ValueList> lists_;

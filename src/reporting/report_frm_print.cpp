@@ -289,6 +289,7 @@ void ReportFrm::Start() {
     const std::string own_form = ReadSetting(main(), "OR");
     if (!own_form.empty()) form_ = own_form;
   }
+  if (!own_file_.empty()) form_ = own_file_;
   job_.ReportFileName = session().AppPath + "/" + form_;
   desk().Print(job_);
 }

@@ -29,6 +29,21 @@ std::string TextOf(const std::string& path) {
 
 constexpr int kMostLike = 8;
 
+// A file of the office finds those of the program too, and under its own name the one whose place
+// it takes.
+std::string Beside(const std::string& name, const std::string& path) {
+  namespace fs = std::filesystem;
+  const fs::path folder = fs::path(path).parent_path();
+  const fs::path beside = folder / name;
+  std::error_code error;
+  const bool itself = fs::equivalent(beside, path, error);
+  const bool of_office = folder.filename() == kOwnReports;
+  if (of_office && (itself || !fs::exists(beside, error))) {
+    return (folder.parent_path() / name).string();
+  }
+  return beside.string();
+}
+
 // Reads the file that a line "like" names, and the one that this one is like.
 class Library {
  public:
@@ -55,21 +70,6 @@ class Library {
     return Parse(TextOf(beside), beside);
   }
 
-  // A file of the office finds those of the program too, and under its own name the one whose place
-  // it takes.
-  static std::string Beside(const std::string& name, const std::string& path) {
-    namespace fs = std::filesystem;
-    const fs::path folder = fs::path(path).parent_path();
-    const fs::path beside = folder / name;
-    std::error_code error;
-    const bool itself = fs::equivalent(beside, path, error);
-    const bool of_office = folder.filename() == kOwnReports;
-    if (of_office && (itself || !fs::exists(beside, error))) {
-      return (folder.parent_path() / name).string();
-    }
-    return beside.string();
-  }
-
   const ReportReading& reading_;
   int depth_ = 0;
 };
@@ -82,19 +82,21 @@ bool HoldsChinese(const std::string& line) {
   });
 }
 
+// The file that the line names; "" when it is no "like" or there is no such file.
+std::string LikeIn(const std::string& line, const std::string& path) {
+  if (!line.starts_with("like ")) return {};
+  const std::vector<ReportWord> words = ReportWords(line, false);
+  const std::string beside = words.size() < 2 ? "" : Beside(words[1].text, path);
+  std::error_code error;
+  return std::filesystem::is_regular_file(beside, error) ? beside : "";
+}
+
 bool SpeaksChinese(const std::string& path, int depth) {
   std::istringstream text(TextOf(path));
   for (std::string line; std::getline(text, line);) {
     if (HoldsChinese(line)) return true;
-    if (!line.starts_with("like ") || depth == kMostLike) continue;
-    const std::vector<ReportWord> words = ReportWords(line, false);
-    if (words.size() < 2) continue;
-    const auto beside = std::filesystem::path(path).parent_path() / words[1].text;
-    std::error_code error;
-    if (std::filesystem::is_regular_file(beside, error) &&
-        SpeaksChinese(beside.string(), depth + 1)) {
-      return true;
-    }
+    const std::string like = depth < kMostLike ? LikeIn(line, path) : "";
+    if (!like.empty() && SpeaksChinese(like, depth + 1)) return true;
   }
   return false;
 }
@@ -102,6 +104,14 @@ bool SpeaksChinese(const std::string& path, int depth) {
 }  // namespace
 
 bool ReportFile::SpeaksChinese(const std::string& path) { return kaunter::SpeaksChinese(path, 0); }
+
+std::string ReportFile::LikeOf(const std::string& path) {
+  std::istringstream text(TextOf(path));
+  for (std::string line; std::getline(text, line);) {
+    if (const std::string like = LikeIn(line, path); !like.empty()) return like;
+  }
+  return {};
+}
 
 ReportFile ReportFile::Parse(std::string_view text, const std::string& path,
                              const ReportReading& reading) {

@@ -111,6 +111,8 @@ struct ReportFile {
                           const ReportReading& reading = {});
   // The file, or the one that it is like, has Chinese captions beside the English ones.
   static bool SpeaksChinese(const std::string& path);
+  // The path of the file that this one is "like"; "" for none.
+  static std::string LikeOf(const std::string& path);
   static ReportFile Read(const std::string& path, const ReportReading& reading = {});
 };
 

@@ -2,6 +2,7 @@
 // office knows its paper by. The table is written down here a second time.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <set>
 
@@ -129,6 +130,7 @@ struct MenuOffice {
     session.CurrentCompDesc = "Head Office";
   }
   MainFrm& Start() {
+    main.reset();  // it takes the session's menu with it
     main = std::make_unique<MainFrm>(office.session, desk, MenuTable(), ScreenExists);
     main->FillAtStart();
     main->menu().ApplyRights(office.session);
@@ -209,6 +211,81 @@ TEST(ReportMenu, AnEntryWithoutItsFileIsGrey) {
   EXPECT_TRUE(o.Enabled("LoanRptMnu"));
   EXPECT_TRUE(o.Enabled("AdvRptMnu"));
   EXPECT_FALSE(o.Enabled("CustRptMnu"));
+}
+
+// A file of the office opens no door that its menu entry closes.
+TEST(ReportMenu, AnOwnFileTakesCriteriaAndRightOfTheFileThatItIsLike) {
+  MenuOffice o;
+  Session& session = o.office.session;
+  const std::string list =
+      "query\nSELECT CompCode FROM LoanMast WHERE {selection}\nend\n"
+      "title \"A\" \"甲\"\ncolumn \"C\" CompCode text 9\n";
+  std::filesystem::create_directory(session.AppPath + "/OwnReports");
+  const auto lay = [&](const std::string& file, const std::string& text) {
+    std::ofstream(session.AppPath + "/" + file) << text;
+  };
+  for (const char* file : {"LoanMastList", "BankCode", "Form"})
+    lay(file + std::string(".rpt"), list);
+  lay("OwnReports/a.rpt", "like \"b.rpt\"\n");
+  lay("OwnReports/b.rpt", "like \"LoanMastList.rpt\"\n");
+  lay("OwnReports/c.rpt", "like \"BankCode.rpt\"\n");
+  lay("OwnReports/d.rpt", "like \"Form.rpt\"\n");
+  lay("OwnReports/e.rpt", list);
+  lay("OwnReports/f.rpt", "kolumn\n");
+  session.CurrentLevel = 2;
+  o.office.Run(
+      "INSERT INTO UserAccess (UserID,MenuList,MenuNo) VALUES ('AMY','ReportsMnu',1),"
+      "('AMY','MasterRptMnu',2),('AMY','TranRptMnu',3),('AMY','AnaRptMnu',4)");
+  const std::string screen = "ReportFrm LoanMastList";
+  const struct {
+    bool rights;
+    bool chinese;
+    std::vector<std::string> done;  // for a.rpt to f.rpt; "" for a refusal
+  } cases[] = {{false, false, {"", "", "", "", "e.rpt", ""}},
+               {true, false, {screen + ".rpt A", screen + ".rpt A", "c.rpt", "", "e.rpt", ""}},
+               {true, true, {screen + "C.rpt 甲", screen + "C.rpt 甲", "c.rpt", "", "e.rpt", ""}}};
+  for (const auto& c : cases) {
+    if (c.rights && !c.chinese) {
+      o.office.Run(
+          "INSERT INTO UserAccess (UserID,MenuList,MenuNo) VALUES ('AMY','LoanRptMnu',5),"
+          "('AMY','BankCodeRptMnu',6)");
+    }
+    session.ChineseFlag = c.chinese;
+    o.Start();
+    const auto own = MakeScreen("OwnReportsFrm", session, o.desk);
+    own->Load();
+    auto& grid = dynamic_cast<Grid&>(*own->Find("DG"));
+    ASSERT_EQ(grid.RowCount(), 6);
+    for (int row = 0; row < 6; ++row) {
+      std::string done;
+      const auto before = o.desk.messages.size();
+      o.desk.printed.clear();
+      o.desk.on_show = [&] {
+        if (!done.empty()) return;  // the print of the criteria
+        if (!o.desk.printed.empty()) {
+          EXPECT_EQ(o.desk.printed.back().Companies, "'HQ'");
+          done = std::filesystem::path(o.desk.printed.back().ReportFileName).filename();
+          return;
+        }
+        done = o.desk.shown.back() + " " + session.ReportFile + " " + session.MsgTitle;
+        // What that screen prints in the end is the office's own.
+        const auto criteria = MakeScreen("ReportFrm", session, o.desk);
+        criteria->Load();
+        for (const char* box : {"DateFrom", "DateTo"}) {
+          dynamic_cast<TextBox&>(*criteria->Find(box)).SetText("01-01-2024");
+        }
+        dynamic_cast<Button&>(*criteria->Find("InAll")).Click();
+        dynamic_cast<Button&>(*criteria->Find("SaveCmd")).Click();
+        ASSERT_EQ(o.desk.printed.size(), 1U);
+        EXPECT_EQ(o.desk.printed[0].ReportFileName, session.AppPath + "/" + grid.Cell(row, 1));
+        EXPECT_NE(o.desk.printed[0].SelectionFormula.find("{LoanMast.CompCode} = 'HQ'"),
+                  std::string::npos);
+      };
+      grid.Open(row, 0);
+      EXPECT_EQ(done, c.done[static_cast<std::size_t>(row)]) << row;
+      EXPECT_EQ(o.desk.messages.size() - before, done.empty() ? 1U : 0U) << row;
+    }
+  }
 }
 
 TEST(ReportMenu, WhatComesWithLaterSubsystemsIsGreyInAnInstalledCopy) {

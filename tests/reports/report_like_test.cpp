@@ -93,7 +93,7 @@ TEST(ReportLike, LinesAreAddedAndLeftOut) {
 TEST(ReportLike, TheOfficesOwnFolderComesFirst) {
   ReportFolder folder;
   folder.Write("a.rpt", kQuery + "column \"A\" Loan text 9\n");
-  folder.Write("b.rpt", kQuery + "column \"B\" Loan text 9\n");
+  folder.Write("b.rpt", kQuery + "column \"B\" \"乙\" Loan text 9\n");
   std::filesystem::create_directory(folder.File("OwnReports"));
   folder.Write("OwnReports/a.rpt", "like \"a.rpt\"\ntitle \"ours\"\n");
   folder.Write("OwnReports/new.rpt", "like \"b.rpt\"\n");
@@ -103,6 +103,7 @@ TEST(ReportLike, TheOfficesOwnFolderComesFirst) {
   EXPECT_EQ(ReportFile::Read(found.path).title, "ours");
   EXPECT_EQ(FindReportFile(folder.File("b.rpt")).path, folder.File("b.rpt"));
   EXPECT_EQ(folder.Fault("OwnReports/new.rpt"), "");
+  EXPECT_TRUE(ReportFile::SpeaksChinese(folder.File("OwnReports/new.rpt")));
   EXPECT_NE(folder.Fault("OwnReports/circle.rpt").find("there is no file circle.rpt"),
             std::string::npos);
 }
