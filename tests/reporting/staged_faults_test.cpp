@@ -63,8 +63,7 @@ struct MovingOffice : StagedOffice {
     }
     for (const char* date : {"2023-12-05", "2024-01-05"}) {
       const std::string day = date;
-      AddPayment("P" + day,
-                 {.loan = "L0", .date = day, .pay = "50", .capital_paid = "40", .discount = "1"});
+      AddPayment("P" + day, "L0", day, "PayAmt=50,CapPay=40,DiscAmt=1");
       AddCharge("V" + day, "L0", day, "Invoice", "5", "stamp");
       AddCharge("B" + day, "L0", day, "Batch", "2");
       AddExpense(day, "0", "9", "Rental");
@@ -168,7 +167,7 @@ TEST(StagedFaultsTest, ComputersAndReportsKeepApart) {
 // later cut-off, and a report of another kind, whose rows name no loan in S20, loses its C1.
 TEST(StagedFaultsTest, RekodCrossesComputers) {
   MovingOffice o;
-  o.AddPayment("P9", {.loan = "L1", .date = "2024-01-30", .pay = "8"});
+  o.AddPayment("P9", "L1", "2024-01-30", "PayAmt=8");
   StagedRun early = RunOf("RekodTrans.rpt", "01-01-2024", "10-01-2024");
   early.filters = {Companies({"HQ"})};
   ASSERT_TRUE(StageRekodTrans(o.session(), o.desk, early));

@@ -151,22 +151,15 @@ inline void Store(const PlainOffice& plain, StagedOffice& o) {
     o.AddDrawdown(d.sid, d.loan, d.date.ToCanonical(), d.amount.ToText(), d.company, d.bank);
   }
   for (const auto& p : plain.payments) {
-    o.AddPayment(p.id, {.loan = p.loan,
-                        .date = p.date.ToCanonical(),
-                        .pay = p.pay ? p.pay->ToText() : "null",
-                        .interest_paid = p.interest_paid.ToText(),
-                        .capital_paid = p.capital_paid.ToText(),
-                        .int_amt = p.int_amt.ToText(),
-                        .charge = p.charge.ToText(),
-                        .collector = p.collector.ToText(),
-                        .discount = p.discount.ToText(),
-                        .top_up = p.top_up.ToText(),
-                        .extra = p.extra.ToText(),
-                        .bank = p.bank,
-                        .company = p.company,
-                        .balance = p.balance.ToText()});
-    o.Run(fmt::format("UPDATE PaymentMast SET TopAmt={},TopTerm={} WHERE PayID={}", p.top.ToText(),
-                      p.top_term, QuoteStr(p.id)));
+    o.AddPayment(
+        p.id, p.loan, p.date.ToCanonical(),
+        fmt::format(
+            "PayAmt={},IntPay={},CapPay={},IntAmt={},ChargeAmt={},CollectorAmt={},DiscAmt={},"
+            "TopUpAmt={},PayExtra={},Bank={},CompCode={},NewLoanBal={},TopAmt={},TopTerm={}",
+            p.pay ? p.pay->ToText() : "null", p.interest_paid.ToText(), p.capital_paid.ToText(),
+            p.int_amt.ToText(), p.charge.ToText(), p.collector.ToText(), p.discount.ToText(),
+            p.top_up.ToText(), p.extra.ToText(), QuoteStr(p.bank), QuoteStr(p.company),
+            p.balance.ToText(), p.top.ToText(), p.top_term));
   }
   for (const auto& c : plain.charges) {
     o.AddCharge(c.id, c.loan, c.date.ToCanonical(), c.ptype, c.amount.ToText(), "", "2024-01-31",

@@ -51,36 +51,17 @@ struct StagedOffice {
         QuoteStr(sid), QuoteStr(loan), QuoteStr(date), QuoteStr(company), amount, QuoteStr(bank),
         QuoteStr(cheque)));
   }
-  struct Payment {
-    std::string loan;
-    std::string date;
-    std::string pay = "0";  // PayAmt
-    std::string interest_paid = "0";
-    std::string capital_paid = "0";
-    std::string int_amt = "0";
-    std::string charge = "0";
-    std::string collector = "0";
-    std::string discount = "0";
-    std::string top_up = "0";
-    std::string extra = "0";
-    std::string means = "CASH";
-    std::string bank = {};
-    std::string cheque = {};
-    std::string company = "HQ";
-    std::string memo = {};
-    std::string balance = "0";
-    std::string customer = "C1";
-  };
-  void AddPayment(const std::string& id, const Payment& p) {
+  // `set` is what its row has else: "PayAmt=50,Bank='PBB'".
+  void AddPayment(const std::string& id, const std::string& loan, const std::string& date,
+                  const std::string& set = {}) {
     Run(fmt::format(
-        "INSERT INTO PaymentMast (PayID,LoanID,CustID,CompCode,PayDate,PayAmt,IntPay,CapPay,IntAmt,"
-        "ChargeAmt,CollectorAmt,DiscAmt,TopUpAmt,PayExtra,CollectInfoID,Bank,ChqNo,Memo1,"
-        "NewLoanBal,"
-        "UserID) VALUES ({},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},'BOB')",
-        QuoteStr(id), QuoteStr(p.loan), QuoteStr(p.customer), QuoteStr(p.company), QuoteStr(p.date),
-        p.pay, p.interest_paid, p.capital_paid, p.int_amt, p.charge, p.collector, p.discount,
-        p.top_up, p.extra, QuoteStr(p.means), QuoteStr(p.bank), QuoteStr(p.cheque),
-        QuoteStr(p.memo), p.balance));
+        "INSERT INTO PaymentMast "
+        "(PayID,LoanID,CustID,CompCode,PayDate,PayAmt,IntPay,CapPay,IntAmt,ChargeAmt,CollectorAmt,"
+        "DiscAmt,TopUpAmt,PayExtra,CollectInfoID,Bank,ChqNo,Memo1,NewLoanBal,UserID) VALUES "
+        "({},{},'C1','HQ',{},0,0,0,0,0,0,0,0,0,'CASH','','','',0,'BOB')",
+        QuoteStr(id), QuoteStr(loan), QuoteStr(date)));
+    if (!set.empty())
+      Run(fmt::format("UPDATE PaymentMast SET {} WHERE PayID={}", set, QuoteStr(id)));
   }
   void AddCharge(const std::string& id, const std::string& loan, const std::string& date,
                  const std::string& ptype, const std::string& amount,

@@ -17,16 +17,10 @@ TEST(DailyCollectionTest, LoansAndPaymentsOfTheDays) {
   o.AddLoan("L1", "2024-01-01", "100.50");
   o.AddLoan("L2", "2024-01-31", "200", "0", "KL");
   o.AddLoan("L3", "2024-01-31 09:00:00", "300");  // the last day counts up to its first moment
-  o.AddPayment("P1", {.loan = "L0",
-                      .date = "2024-01-15",
-                      .pay = "50",
-                      .int_amt = "4",
-                      .charge = "3",
-                      .collector = "2",
-                      .discount = "0.50",
-                      .top_up = "10",
-                      .balance = "88"});
-  o.AddPayment("P2", {.loan = "L0", .date = "2024-02-01", .pay = "1"});
+  o.AddPayment(
+      "P1", "L0", "2024-01-15",
+      "PayAmt=50,IntAmt=4,ChargeAmt=3,CollectorAmt=2,DiscAmt=0.50,TopUpAmt=10,NewLoanBal=88");
+  o.AddPayment("P2", "L0", "2024-02-01", "PayAmt=1");
   StagedRun run = RunOf("DailyCollection.rpt", "01-01-2024", "31-01-2024");
   const char* columns = "recordid,s1,c1,c2,c3,c4,c5,d1,s10";
   ASSERT_TRUE(StageDailyCollection(o.session(), o.desk, run));
@@ -51,9 +45,9 @@ TEST(RekodTransTest, LoansOfThePeriodWithWhatWasPaidOnThem) {
   o.AddLoan("L2", "2024-01-20", "100");  // nothing paid
   o.AddLoan("L3", "2024-01-20", "100", "0", "KL");
   o.AddLoan("L4", "2023-12-31", "100");
-  o.AddPayment("P1", {.loan = "L1", .date = "2023-12-01", .pay = "5", .int_amt = "9"});
-  o.AddPayment("P2", {.loan = "L1", .date = "2024-01-31", .pay = "10", .discount = "0.25"});
-  o.AddPayment("P3", {.loan = "L1", .date = "2024-02-01", .pay = "100"});
+  o.AddPayment("P1", "L1", "2023-12-01", "PayAmt=5,IntAmt=9");
+  o.AddPayment("P2", "L1", "2024-01-31", "PayAmt=10,DiscAmt=0.25");
+  o.AddPayment("P3", "L1", "2024-02-01", "PayAmt=100");
   StagedRun run = RunOf("RekodTrans.rpt", "01-01-2024", "31-01-2024");
   run.filters = {Companies({"HQ"}), {"Loan Type", "{LoanMast.LoanTypeID}", {"MONTH", "WEEK"}}};
   ASSERT_TRUE(StageRekodTrans(o.session(), o.desk, run));
@@ -106,9 +100,9 @@ TEST(StagedSummaryTest, PeriodAndYear) {
   o.AddCharge("B2", "L1", "2024-03-01", "Batch", "2.20");
   o.AddCharge("B3", "L1", "2023-12-31", "Batch", "4");
   o.AddCharge("V1", "L1", "2024-03-01", "Invoice", "8");
-  o.AddPayment("P1", {.loan = "L1", .date = "2022-01-01", .capital_paid = "70"});
-  o.AddPayment("P2", {.loan = "L1", .date = "2024-03-31", .capital_paid = "0.70"});
-  o.AddPayment("P3", {.loan = "L1", .date = "2024-04-01", .capital_paid = "7"});
+  o.AddPayment("P1", "L1", "2022-01-01", "CapPay=70");
+  o.AddPayment("P2", "L1", "2024-03-31", "CapPay=0.70");
+  o.AddPayment("P3", "L1", "2024-04-01", "CapPay=7");
   StagedRun run = RunOf("SummaryPnL.rpt", "01-03-2024", "31-03-2024");
   SummaryHead head;
   ASSERT_TRUE(StageSummary(o.session(), o.desk, run, head));
@@ -135,25 +129,12 @@ struct AccountOffice : StagedOffice {
     AddDrawdown("D1", "L1", "2023-12-01", "1000", "HQ", "PBB");
     AddDrawdown("D2", "L1", "2024-01-02", "300", "HQ", "MBB", "000123");
     AddDrawdown("D3", "L2", "2024-01-10", "2000", "KL", "PBB", "77");
-    AddPayment("P1", {.loan = "L1",
-                      .date = "2023-12-31",
-                      .pay = "100",
-                      .int_amt = "5",
-                      .charge = "2",
-                      .collector = "1",
-                      .discount = "0.50",
-                      .top_up = "40",
-                      .bank = "PBB"});
-    AddPayment("P2", {.loan = "L1",
-                      .date = "2024-01-01",
-                      .pay = "200",
-                      .int_amt = "6",
-                      .charge = "3",
-                      .collector = "2",
-                      .discount = "1.25",
-                      .top_up = "30",
-                      .bank = "MBB",
-                      .memo = "brought by his son"});
+    AddPayment(
+        "P1", "L1", "2023-12-31",
+        "PayAmt=100,IntAmt=5,ChargeAmt=2,CollectorAmt=1,DiscAmt=0.50,TopUpAmt=40,Bank='PBB'");
+    AddPayment("P2", "L1", "2024-01-01",
+               "PayAmt=200,IntAmt=6,ChargeAmt=3,CollectorAmt=2,DiscAmt=1.25,TopUpAmt=30,Bank='MBB',"
+               "Memo1='brought by his son'");
     AddExpense("2023-11-30", "0", "60", "Rental");
     AddExpense("2023-12-30", "5", "0", "Refund");
     AddExpense("2024-01-31", "0", "12.30", "Stamps", "HQ", "PBB", "9");
@@ -216,12 +197,9 @@ TEST(AccountReportTest, TheLongestDescription) {
   const std::string cheque = repeated("7", 50);
   o.AddCustomer("C2", "HQ", name);
   o.AddLoan("L1", "2023-01-01", "1", "0", "HQ", "C2");
-  o.AddPayment("P1", {.loan = "L1",
-                      .date = "2024-01-01",
-                      .bank = bank,
-                      .cheque = cheque,
-                      .memo = memo,
-                      .customer = "C2"});
+  o.AddPayment("P1", "L1", "2024-01-01",
+               fmt::format("CustID='C2',Bank={},ChqNo={},Memo1={}", QuoteStr(bank),
+                           QuoteStr(cheque), QuoteStr(memo)));
   const StagedRun run = RunOf("AccountReport.rpt", "01-01-2024", "31-01-2024");
   ASSERT_TRUE(StageAccountReport(o.session(), o.desk, run));
   EXPECT_EQ(o.Rows(run, "recordid,s4").back(),

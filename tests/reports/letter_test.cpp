@@ -15,6 +15,7 @@
 #include "reports/report_file.h"
 #include "reports/report_layout.h"
 #include "reports/text_width.h"
+#include "tests/reports/list_rows.h"
 #include "tests/support/places.h"
 
 namespace kaunter {
@@ -328,83 +329,62 @@ TEST(Letter, CopiesShareASheetWhileTheyFit) {
 
 TEST(Letter, RefusesWithFileAndLine) {
   // kTop is four lines long.
-  const struct {
-    std::string text;
-    std::string place;
-  } cases[] = {
-      {"text", "line 5: \"text\" takes 1 text(s)"},
-      {"text \"a\" \"b\"", "line 5: \"text\" takes 1 text(s)"},
-      {"text \"a\" fat", "line 5: \"fat\" is not known behind text"},
-      {"rule \"a\"", "line 5: \"rule\" takes no text"},
-      {"text \"a\" size big", "line 5: \"size\" needs a number"},
-      {"space", "line 5: \"space\" needs 1 number"},
-      {"columns 5", "line 5: \"columns\" needs 2 number"},
-      {"pair \"a\" \"b\" \"c\"", "line 5: \"pair\" takes a label and a text"},
-      {"text \"{Name\"", "line 5: a { is not closed"},
-      {"text \"Name}\"", "line 5: a } stands without"},
-      {"text \"[tel {Tel}\"", "line 5: a [ is not closed"},
-      {"text \"a] b\"", "line 5: a ] stands without"},
-      {"foot \"{Amt:wrods}\"", "line 5: \"wrods\" is no form"},
-      {"text \"{Amt:words:sum}\"", "line 5: \"sum\" is no form"},
-      {"text \"{}\"", "line 5: a place { } has no name"},
-      {"rule\nmore \"a\"", "line 6: \"more\" goes on"},
-      {"text \"a\"\nbeside", "line 6: \"beside\" stands without"},
-      {"columns 1 1\nacross", "line 6: \"across\" stands without"},
-      {"columns 1 1\nbeside\ncolumns 1 1", "line 7: \"columns\" and \"together\" do not go"},
-      {"together\ncolumns 1 1", "line 6: \"columns\" and \"together\" do not go"},
-      {"together\nbeside", "line 6: \"beside\" stands without"},
-      {"together\npage", "line 6: a table, a cut and a new page"},
-      {"together\ntext \"a\"", "not closed with \"across\""},
-      {"columns 1 1\nitems", "line 6: a table, a cut and a new page"},
-      {"columns 1 1\nbeside\ntext \"a\"", "not closed with \"across\""},
-      {"text \"a\"\nfield \"a\" \"b\"", "line 6: this line belongs to a list"},
-      {"items", "\"items\" needs a line \"column\""},
-      {"column \"A\" Amt money 5\ntext \"a\"", "a line \"items\" must say"},
-      {"", "the letter has no text"},
-      {"when\ntext \"a\"", "line 5: \"when\" takes a column"},
-      {"when A\nunless B", "line 6: \"unless\" stands within another"},
-      {"text \"a\"\ndone", "line 6: \"done\" stands without"},
-      {"together\nwhen A", "line 6: \"when\" does not go into"},
-      {"when A\ntext \"a\"", "is not closed with \"done\""},
-      {"margin 90", "line 5: the margin is at most"},
-      {"paragraph \"a\"", "line 5: \"paragraph\" is not known"},
-  };
-  for (const auto& c : cases) {
-    try {
-      Letter(c.text);
-      ADD_FAILURE() << c.text;
-    } catch (const std::runtime_error& error) {
-      EXPECT_NE(std::string(error.what()).find(c.place), std::string::npos) << error.what();
-    }
-  }
-  try {
-    ReportFile::Parse("query\n{selection}\nend\ncolumn \"A\" a text 5\ntext \"a\"\n", "t.rpt");
-    ADD_FAILURE() << "a list with a letter's line";
-  } catch (const std::runtime_error& error) {
-    EXPECT_NE(std::string(error.what()).find("t.rpt, line 5: this line belongs to a letter"),
-              std::string::npos)
-        << error.what();
-  }
+  ExpectFaults(
+      {
+          {"text", "line 5: \"text\" takes 1 text(s)"},
+          {"text \"a\" \"b\"", "line 5: \"text\" takes 1 text(s)"},
+          {"text \"a\" fat", "line 5: \"fat\" is not known behind text"},
+          {"rule \"a\"", "line 5: \"rule\" takes no text"},
+          {"text \"a\" size big", "line 5: \"size\" needs a number"},
+          {"space", "line 5: \"space\" needs 1 number"},
+          {"columns 5", "line 5: \"columns\" needs 2 number"},
+          {"pair \"a\" \"b\" \"c\"", "line 5: \"pair\" takes a label and a text"},
+          {"text \"{Name\"", "line 5: a { is not closed"},
+          {"text \"Name}\"", "line 5: a } stands without"},
+          {"text \"[tel {Tel}\"", "line 5: a [ is not closed"},
+          {"text \"a] b\"", "line 5: a ] stands without"},
+          {"foot \"{Amt:wrods}\"", "line 5: \"wrods\" is no form"},
+          {"text \"{Amt:words:sum}\"", "line 5: \"sum\" is no form"},
+          {"text \"{}\"", "line 5: a place { } has no name"},
+          {"rule\nmore \"a\"", "line 6: \"more\" goes on"},
+          {"text \"a\"\nbeside", "line 6: \"beside\" stands without"},
+          {"columns 1 1\nacross", "line 6: \"across\" stands without"},
+          {"columns 1 1\nbeside\ncolumns 1 1", "line 7: \"columns\" and \"together\" do not go"},
+          {"together\ncolumns 1 1", "line 6: \"columns\" and \"together\" do not go"},
+          {"together\nbeside", "line 6: \"beside\" stands without"},
+          {"together\npage", "line 6: a table, a cut and a new page"},
+          {"together\ntext \"a\"", "not closed with \"across\""},
+          {"columns 1 1\nitems", "line 6: a table, a cut and a new page"},
+          {"columns 1 1\nbeside\ntext \"a\"", "not closed with \"across\""},
+          {"text \"a\"\nfield \"a\" \"b\"", "line 6: this line belongs to a list"},
+          {"items", "\"items\" needs a line \"column\""},
+          {"column \"A\" Amt money 5\ntext \"a\"", "a line \"items\" must say"},
+          {"", "the letter has no text"},
+          {"when\ntext \"a\"", "line 5: \"when\" takes a column"},
+          {"when A\nunless B", "line 6: \"unless\" stands within another"},
+          {"text \"a\"\ndone", "line 6: \"done\" stands without"},
+          {"together\nwhen A", "line 6: \"when\" does not go into"},
+          {"when A\ntext \"a\"", "is not closed with \"done\""},
+          {"margin 90", "line 5: the margin is at most"},
+          {"paragraph \"a\"", "line 5: \"paragraph\" is not known"},
+      },
+      [](const std::string& text) { Letter(text); });
+  ExpectFaults({{"query\n{selection}\nend\ncolumn \"A\" a text 5\ntext \"a\"\n",
+                 "t.rpt, line 5: this line belongs to a letter"}},
+               [](const std::string& text) { ReportFile::Parse(text, "t.rpt"); });
 }
 
 TEST(Letter, TellsWhatOnlyTheRowsShow) {
-  const struct {
-    std::string text;
-    std::string place;
-  } cases[] = {
-      {"text \"{CustNmae}\"", "line 5: the query gives no column \"CustNmae\""},
-      {"text \"a\"\nfoot \"{CustNmae}\"", "line 6: the query gives no column"},
-      {"columns 1 1\nbox \"a\" \"{Amt}\" size 900\nbeside\nacross",
-       "line 8: what stands up to here is higher"},
-  };
-  for (const auto& c : cases) {
-    try {
-      LayOut(Letter(c.text), {}, Rows({{"L1", "A", "1"}}));
-      ADD_FAILURE() << c.text;
-    } catch (const std::runtime_error& error) {
-      EXPECT_NE(std::string(error.what()).find(c.place), std::string::npos) << error.what();
-    }
-  }
+  ExpectFaults(
+      {
+          {"text \"{CustNmae}\"", "line 5: the query gives no column \"CustNmae\""},
+          {"text \"a\"\nfoot \"{CustNmae}\"", "line 6: the query gives no column"},
+          {"columns 1 1\nbox \"a\" \"{Amt}\" size 900\nbeside\nacross",
+           "line 8: what stands up to here is higher"},
+      },
+      [](const std::string& text) {
+        LayOut(Letter(text), {}, Rows({{"L1", "A", "1"}}));
+      });
 }
 
 std::string Damaged(std::string text, std::mt19937& random) {

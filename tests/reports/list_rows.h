@@ -1,8 +1,12 @@
 // Rows for a list, and what stands on its pages.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "reports/report_file.h"
@@ -18,6 +22,27 @@ struct ListRow {
   std::string paid;
   std::string lent = "0";
 };
+
+// What an act is refused with; "" when it is not.
+template <typename Act>
+std::string FaultOf(const Act& act) {
+  try {
+    act();
+    return {};
+  } catch (const std::runtime_error& fault) {
+    return fault.what();
+  }
+}
+
+// Each of these is refused with a text that holds what stands behind it.
+using Faults = std::vector<std::pair<std::string, std::string>>;
+template <typename Act>
+void ExpectFaults(const Faults& faults, const Act& act) {
+  for (const auto& [text, told] : faults) {
+    const std::string fault = FaultOf([&] { act(text); });
+    EXPECT_TRUE(!fault.empty() && fault.find(told) != std::string::npos) << text << ": " << fault;
+  }
+}
 
 inline Recordset RowsOf(const std::vector<ListRow>& list) {
   std::vector<std::vector<Value>> rows;

@@ -8,6 +8,7 @@
 #include "reports/report_file.h"
 #include "reports/run_report.h"
 #include "reports/text_width.h"
+#include "tests/reports/list_rows.h"
 
 namespace kaunter {
 namespace {
@@ -193,27 +194,18 @@ TEST(ReportLayout, AnEmptySelectionSaysSo) {
 }
 
 TEST(ReportFile, RefusesWithFileAndLine) {
-  const struct {
-    std::string text;
-    std::string place;
-  } cases[] = {
-      {"paper A3 portrait", "t.rpt, line 1: paper is A4 or A5"},
-      {"title \"open", "line 1: a text is not closed"},
-      {"title \"x\"\nkolumn a", "line 2: \"kolumn\" is not known"},
-      {"query\nSELECT 1", "does not end with a line \"end\""},
-      {"query\nSELECT 1\nend\ncolumn \"A\" a text 5", "no {selection}"},
-      {"column \"A\" a number 5", "line 1: \"number\" is no kind of column"},
-      {"column \"A\" a text wide", "line 1: the width"},
-      {"", "no query"},
-  };
-  for (const auto& c : cases) {
-    try {
-      ReportFile::Parse(c.text, "t.rpt");
-      ADD_FAILURE() << c.text;
-    } catch (const std::runtime_error& error) {
-      EXPECT_NE(std::string(error.what()).find(c.place), std::string::npos) << error.what();
-    }
-  }
+  ExpectFaults(
+      {
+          {"paper A3 portrait", "t.rpt, line 1: paper is A4 or A5"},
+          {"title \"open", "line 1: a text is not closed"},
+          {"title \"x\"\nkolumn a", "line 2: \"kolumn\" is not known"},
+          {"query\nSELECT 1", "does not end with a line \"end\""},
+          {"query\nSELECT 1\nend\ncolumn \"A\" a text 5", "no {selection}"},
+          {"column \"A\" a number 5", "line 1: \"number\" is no kind of column"},
+          {"column \"A\" a text wide", "line 1: the width"},
+          {"", "no query"},
+      },
+      [](const std::string& text) { ReportFile::Parse(text, "t.rpt"); });
   const ReportFile file =
       ReportFile::Parse(std::string(kFile) + "column \"X\" Missing text 5\n", "t.rpt");
   EXPECT_THROW(LayOut(file, {}, Rows(1, 2024)), std::runtime_error);
