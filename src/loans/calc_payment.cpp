@@ -113,7 +113,8 @@ double Pmt(double rate, int periods, double present) {
 }
 
 double FlexiInstalment(const LoanTerms& terms) {
-  const double rate = CDbl(terms.InsRate) / 100 / 12;  // all its decimals, as the rows take them
+  // Through money, as the rate is stored: the same instalment comes out of the loan read again.
+  const double rate = CDbl(Money::FromText(terms.InsRate)) / 100 / 12;
   return Round2(Pmt(rate, TermOf(terms), CDbl(terms.LoanAmt)));
 }
 

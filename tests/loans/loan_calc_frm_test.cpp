@@ -68,12 +68,12 @@ TEST_F(LoanCalcfrmTest, TheTermLoanShowsItsLastPayment) {
   EXPECT_EQ(screen.LastPayment.text(), "888.88");
   EXPECT_EQ(screen.SchDG.Row(1),
             (Texts{"2", "29-02-2024", "888.49", "800.65", "87.84", "10,000.00"}));
-  // A rate of more than four decimals counts with all of them.
+  // Decimals of the rate past the fourth are rounded away; with them it would be 22,419.52.
   Set("LoanAmt", "1000000");
   Set("InsRate", "12.34567");
   Set("LoanTerm", "60");
   Press(screen.Command3);
-  EXPECT_EQ(screen.InstallmentAmt.text(), "22,419.52");
+  EXPECT_EQ(screen.InstallmentAmt.text(), "22,419.54");
 }
 
 TEST_F(LoanCalcfrmTest, ANumberIsDrawnOnceAndItsRowsGoWithTheScreen) {
