@@ -229,9 +229,10 @@ void Record::Remember() {
   }
 }
 
-bool Record::Changed() const {
+bool Record::Changed(const Control* key) const {
   for (const Field& field : fields_) {
-    if (field.control != nullptr && field.control->Text() != field.remembered) return true;
+    if (field.control == nullptr || field.control == key) continue;
+    if (field.control->Text() != field.remembered) return true;
   }
   return false;
 }

@@ -60,7 +60,8 @@ class Record {
   void Load(const Recordset& row);
   void Clear();
   // Something was typed since the last Load, Clear or Remember.
-  bool Changed() const;
+  // Without the box of the key: a number that was typed, or refused, is nothing to be lost.
+  bool Changed(const Control* key = nullptr) const;
   void Remember();
 
   // Throw std::invalid_argument with the caption of the box for letters in a number or a date that

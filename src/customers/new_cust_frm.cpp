@@ -95,9 +95,16 @@ void NewCustFrm::BindRecord() {
 void NewCustFrm::BindEvents() {
   CustID.onLeave = [this] {
     CustID.SetText(Upper(Trim(CustID.text())));
-    if (!CustID.empty() && CustID.text() != loaded_id_) LoadCustomer(CustID.text());
+    if (CustID.empty() || CustID.text() == loaded_id_) return;
+    if (MayLeaveRecord(Changed())) {
+      LoadCustomer(CustID.text());
+    } else {
+      CustID.SetText(loaded_id_);
+    }
   };
-  OfferPicker(session(), CustID, "CustPop", [this](const std::string& id) { LoadCustomer(id); });
+  OfferPicker(session(), CustID, "CustPop", [this](const std::string& id) {
+    if (MayLeaveRecord(Changed())) LoadCustomer(id);
+  });
   SearchText.onLeave = [this] { LoadByText(); };
   OfferPicker(session(), AppID, "AppPop", [this](const std::string& id) { AppID.SetText(id); });
   CompCode.onLeave = [this] {
@@ -198,7 +205,9 @@ void NewCustFrm::Load() {
   if (!session().HandOverCustID.empty()) LoadCustomer(session().HandOverCustID);
 }
 
-bool NewCustFrm::Changed() const { return record_.Changed() || Lists() != remembered_lists_; }
+bool NewCustFrm::Changed() const {
+  return record_.Changed(&CustID) || Lists() != remembered_lists_;
+}
 
 bool NewCustFrm::RequestClose() { return MayDiscard(Changed()); }
 
@@ -231,7 +240,6 @@ void NewCustFrm::LoadCustomer(const std::string& id) {
   if (row.Eof()) {
     ClearAll();
     RefuseCode(CustID, {"Customer not found", "找不到顾客"});
-    record_.Remember();  // a refused code is nothing to be lost
     return;
   }
   const std::string company = NullToEmpty(row.Field("CompCode"));
@@ -261,7 +269,7 @@ void NewCustFrm::LoadByText() {
     return;
   }
   SearchText.SetMark(false);
-  LoadCustomer(id);
+  if (MayLeaveRecord(Changed())) LoadCustomer(id);
 }
 
 void NewCustFrm::ShowNeighbour(bool next) {

@@ -114,13 +114,8 @@ void LoanAppFrm::Load() {
   LoadCustomer();
 }
 
-// A number that was typed, or refused, is nothing to be lost.
-bool LoanAppFrm::Typed() {
-  const std::string number = AppID.text();
-  AppID.SetText(loaded_id_);
-  const bool changed = record_.Changed() || Lists() != remembered_lists_;
-  AppID.SetText(number);
-  return SaveCmd.enabled() && changed;
+bool LoanAppFrm::Typed() const {
+  return SaveCmd.enabled() && (record_.Changed(&AppID) || Lists() != remembered_lists_);
 }
 
 bool LoanAppFrm::RequestClose() { return MayDiscard(Typed()); }

@@ -122,7 +122,7 @@ class LoanAppFrm : public LoanScreen {
   void ShowState();
   std::vector<TextBox*> TypedFigures() const;  // the boxes of numbers and dates to type in
   bool CheckTyped(TextBox& box);               // brings an amount into its shown form
-  bool Typed();                                // something that no save has kept
+  bool Typed() const;                          // something that no save has kept
   void DecideFirst();
   void DecideFinal();
   bool ApprovedTooEarly() const;  // by the final level, with no recommendation

@@ -159,9 +159,16 @@ void NewLoanFrm::BindEvents() {
   for (TextBox* copy : {&InsRate2, &InstallmentAmt2, &LastPayment2}) copy->SetVisible(false);
   LoanID.onLeave = [this] {
     LoanID.SetText(Trim(LoanID.text()));
-    if (!LoanID.empty() && !SameText(LoanID.text(), loaded_id_)) LoadLoan();
+    if (LoanID.empty() || SameText(LoanID.text(), loaded_id_)) return;
+    if (MayLeaveRecord(Typed())) {
+      LoadLoan();
+    } else {
+      LoanID.SetText(loaded_id_);
+    }
   };
-  OfferPicker(session(), LoanID, "LoanPop", [this](const std::string& id) { LoadLoan(id); });
+  OfferPicker(session(), LoanID, "LoanPop", [this](const std::string& id) {
+    if (MayLeaveRecord(Typed())) LoadLoan(id);
+  });
   CompCode.onLeave = [this] {
     if (!CheckCompanyAccess(session(), desk(), CompCode)) {
       CompCode.Clear();
@@ -174,7 +181,7 @@ void NewLoanFrm::BindEvents() {
   BindPersonEvents();
   const auto unless_unsaved = [this](auto act) {
     return [this, act] {
-      if (IsInquiry() || MayLeaveRecord(record_.Changed())) act();
+      if (MayLeaveRecord(Typed())) act();
     };
   };
   CmdPrev.onClick = unless_unsaved([this] { ShowNeighbour(false); });
@@ -220,7 +227,9 @@ void NewLoanFrm::Load() {
   }
 }
 
-bool NewLoanFrm::RequestClose() { return IsInquiry() || MayDiscard(record_.Changed()); }
+bool NewLoanFrm::Typed() const { return !IsInquiry() && record_.Changed(&LoanID); }
+
+bool NewLoanFrm::RequestClose() { return MayDiscard(Typed()); }
 
 bool NewLoanFrm::IsInquiry() const {
   return LoanMode == "Due Date Inquiry" || LoanMode == "Follow Up";
@@ -367,13 +376,11 @@ void NewLoanFrm::LoadLoan() {
     StartAgain();
     RefuseCode(LoanID,
                {fmt::format("Laon ID {} not found", id), fmt::format("找不到贷款编号 {}", id)});
-    record_.Remember();  // a refused code is nothing to be lost
     return;
   }
   if (!MayUseCompany(session(), NullToEmpty(row.Field("CompCode")))) {
     StartAgain();
     RefuseCode(LoanID, {"Laon ID not found", "找不到贷款编号"});
-    record_.Remember();  // a refused code is nothing to be lost
     return;
   }
   if (LoanMode == "New Loan") LoanMode = "Edit Loan";

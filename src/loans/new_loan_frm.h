@@ -220,6 +220,7 @@ class NewLoanFrm : public LoanScreen {
   void ShowAml();          // the AML page, by the office's switch and that of the loan's company
   void ShowNeighbour(bool next);
   bool IsInquiry() const;
+  bool Typed() const;  // something that no save has kept
   LoanTerms Terms() const;
 
   // --- boxes that are left (new_loan_events.cpp)
