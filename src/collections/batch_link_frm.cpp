@@ -2,11 +2,11 @@
 
 #include <fmt/format.h>
 
-#include "collections/reading.h"
 #include "collections/refusals.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/picker.h"
+#include "core/reading.h"
 #include "core/record.h"
 #include "core/values.h"
 #include "loans/charge_totals.h"

@@ -6,12 +6,12 @@
 #include <utility>
 #include <vector>
 
-#include "collections/reading.h"
 #include "collections/refusals.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/picker.h"
+#include "core/reading.h"
 #include "core/values.h"
 #include "screen/hourglass.h"
 

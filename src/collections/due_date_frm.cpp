@@ -2,12 +2,12 @@
 
 #include <fmt/format.h>
 
-#include "collections/reading.h"
 #include "collections/refusals.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/open_for.h"
 #include "core/picker.h"
+#include "core/reading.h"
 #include "core/values.h"
 
 namespace kaunter {

@@ -6,12 +6,12 @@
 #include <stdexcept>
 #include <utility>
 
-#include "collections/reading.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/open_for.h"
 #include "core/picker.h"
+#include "core/reading.h"
 #include "core/record.h"
 #include "core/screen_rights.h"
 #include "core/values.h"

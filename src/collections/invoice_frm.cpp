@@ -10,7 +10,6 @@
 #include "core/audit.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
-#include "core/password_screens.h"
 #include "core/picker.h"
 #include "core/report_path.h"
 #include "core/sequences.h"
@@ -47,7 +46,8 @@ std::string DrawNumber(Connection& main, std::string_view kind, const std::strin
 
 Invoicefrm::Invoicefrm(Session& session, Desk& desk)
     : SessionScreen("Invoicefrm", {"Invoice / Credit Note", "发票／贷项通知"}, session, desk),
-      record_("ChargeMast", "ChargeID") {
+      record_("ChargeMast", "ChargeID"),
+      right_(session, desk) {
   for (TextBox* box : {&CustID, &CustName, &CompCode, &DueDate, &LateAmt, &LateInt}) {
     box->SetLocked(true);
   }
@@ -121,7 +121,7 @@ void Invoicefrm::StartNew() {
   loaded_id_.clear();
   shown_loan_.clear();
   loaded_values_.clear();
-  manager_agreed_ = false;
+  right_.Forget();
   PType.SetLocked(false);
   LoanID.SetLocked(false);
   CmdDelete.SetEnabled(false);
@@ -219,10 +219,7 @@ bool Invoicefrm::RequestClose() { return MayDiscard(record_.Changed()); }
 
 // --- the save
 
-bool Invoicefrm::MayChange(bool has_right, const Caption& what) {
-  if (has_right || manager_agreed_) return true;
-  manager_agreed_ = ManagerOverride(session(), desk(), what, CompCode.text());
-  if (manager_agreed_) return true;
+bool Invoicefrm::RefuseRight() {
   const std::string& user = session().CurrentUserID;
   return Refuse({fmt::format("User {} Level not allow to edit or delete record", user),
                  fmt::format("用户 {} 的级别不可更改或删除记录", user)});
@@ -263,8 +260,10 @@ bool Invoicefrm::Check() {
   if (SameText(PType.text(), kPayment)) {
     return Refuse({"You are not allow to edit record", "您不可更改记录"});
   }
-  if (!IsNew() && !MayChange(session().AllowEdit, {"save " + loaded_id_, "储存 " + loaded_id_}))
-    return false;
+  if (!IsNew() &&
+      !right_.MayChange({"save " + loaded_id_, "储存 " + loaded_id_}, CompCode.text())) {
+    return RefuseRight();
+  }
   if (!RequireDate(session(), TrxDate, {"Date is required", "请输入日期"}) || !CheckAmount()) {
     return false;
   }
@@ -350,8 +349,11 @@ void Invoicefrm::Delete() {
     Refuse({"You are not allow to delete record", "您不可删除记录"});
     return;
   }
-  if (!MayChange(session().AllowDelete, {"delete " + loaded_id_, "删除 " + loaded_id_})) return;
   const std::string id = loaded_id_;
+  if (!right_.MayDelete({"delete " + id, "删除 " + id}, CompCode.text())) {
+    RefuseRight();
+    return;
+  }
   if (!ConfirmLoss({fmt::format("Confirm to delete {} ?", id), fmt::format("确定删除 {}？", id)})) {
     return;
   }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/record.h"
+#include "core/record_right.h"
 #include "core/session_screen.h"
 
 namespace kaunter {
@@ -60,8 +61,7 @@ class Invoicefrm : public SessionScreen {
   void LeaveAmount();
 
   bool Check();
-  // The user's right, or a manager's word for it, once for as long as the record is shown.
-  bool MayChange(bool has_right, const Caption& what);
+  bool RefuseRight();
   bool CheckAmount();
   bool CheckLoan();
   bool CheckLinkAccounts();
@@ -74,10 +74,10 @@ class Invoicefrm : public SessionScreen {
   bool Write(const std::function<void()>& write);
 
   Record record_;
+  RecordRight right_;
   std::string loaded_id_;             // "" for a new charge
   std::string shown_loan_;            // the loan that CustID and CompCode belong to
   std::vector<Value> loaded_values_;  // for the audit; none for a new charge
-  bool manager_agreed_ = false;
 };
 
 }  // namespace kaunter

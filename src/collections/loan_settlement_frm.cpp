@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include "collections/plain_payment.h"
-#include "collections/reading.h"
 #include "collections/refusals.h"
 #include "core/amounts.h"
 #include "core/boxes.h"
@@ -11,6 +10,7 @@
 #include "core/log.h"
 #include "core/open_for.h"
 #include "core/picker.h"
+#include "core/reading.h"
 #include "core/screen_rights.h"
 #include "core/values.h"
 #include "loans/rebuild_and_tell.h"

@@ -8,11 +8,11 @@
 #include <exception>
 #include <utility>
 
-#include "collections/reading.h"
 #include "collections/reminder_state.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/log.h"
+#include "core/reading.h"
 #include "core/record.h"
 #include "core/session_report.h"
 #include "core/values.h"

@@ -2,13 +2,13 @@
 
 #include <fmt/format.h>
 
-#include "collections/reading.h"
 #include "collections/refusals.h"
 #include "core/amounts.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/open_for.h"
 #include "core/picker.h"
+#include "core/reading.h"
 #include "core/screen_rights.h"
 #include "core/session_report.h"
 #include "core/values.h"

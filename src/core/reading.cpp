@@ -1,4 +1,4 @@
-#include "collections/reading.h"
+#include "core/reading.h"
 
 #include <exception>
 
