@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QProcess>
+#include <QTimer>
 #include <QUrl>
 
 #include "desktop/message_box.h"
@@ -19,15 +20,39 @@
 namespace kaunter {
 namespace {
 
-// Nobody reads a question under an hourglass: it is lifted while the person is spoken to.
+QWidget* FrontOf(QWidget* main_window) {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  return main_window && main_window->isVisible() ? main_window : nullptr;
+}
+
+// A window manager that is still handing the keyboard to a window when that window closes leaves it
+// with nobody, and keys go nowhere until somebody clicks. So whoever is in front now asks for it,
+// and again until the managers have settled. A person who has gone to another program in between
+// comes back to it by themselves; afterwards nothing is asked.
+void TakeKeyboard(QWidget* main_window) {
+  constexpr int kLooks[] = {0, 60, 200, 500};
+  if (!main_window) return;
+  for (const int after : kLooks) {
+    QTimer::singleShot(after, main_window, [main_window] {
+      QWidget* front = FrontOf(main_window);
+      if (!front || QApplication::activePopupWidget() || QApplication::activeWindow()) return;
+      front->activateWindow();
+    });
+  }
+}
+
+// Nobody reads a question under an hourglass: it is lifted while the person is spoken to. Whoever
+// stands behind the question has the keyboard again.
 class PointerFree {
  public:
-  explicit PointerFree(bool& hourglass) : hourglass_(hourglass), was_(hourglass) {
+  PointerFree(bool& hourglass, QWidget* main_window)
+      : hourglass_(hourglass), was_(hourglass), main_window_(main_window) {
     ScreenFace::NoteTalk();
     if (was_) QApplication::restoreOverrideCursor();
     hourglass_ = false;
   }
   ~PointerFree() {
+    TakeKeyboard(main_window_);
     if (hourglass_ == was_) return;
     hourglass_ = was_;
     if (was_) {
@@ -40,6 +65,7 @@ class PointerFree {
  private:
   bool& hourglass_;
   const bool was_;
+  QPointer<QWidget> main_window_;
 };
 
 // "Pictures (*.jpg *.png)|All files (*)" and single patterns alike.
@@ -47,40 +73,37 @@ QString Filter(std::string_view pattern) { return Q(pattern).replace("|", ";;");
 
 }  // namespace
 
-QWidget* DesktopDesk::Front() const {
-  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
-  return main_window_ && main_window_->isVisible() ? main_window_.data() : nullptr;
-}
+QWidget* DesktopDesk::Front() const { return FrontOf(main_window_); }
 
 void DesktopDesk::Message(MessageKind kind, std::string_view title, std::string_view text) {
-  const PointerFree free(hourglass_);
+  const PointerFree free(hourglass_, main_window_);
   ShowMessage(Front(), kind, title, text, IsChinese());
 }
 
 bool DesktopDesk::Ask(std::string_view title, std::string_view text) {
-  const PointerFree free(hourglass_);
+  const PointerFree free(hourglass_, main_window_);
   return AskYesNo(Front(), title, text, IsChinese(), Preset::yes);
 }
 
 bool DesktopDesk::AskBeforeLoss(std::string_view title, std::string_view text) {
-  const PointerFree free(hourglass_);
+  const PointerFree free(hourglass_, main_window_);
   return AskYesNo(Front(), title, text, IsChinese(), Preset::no);
 }
 
 std::string DesktopDesk::Input(std::string_view title, std::string_view text,
                                std::string_view preset) {
-  const PointerFree free(hourglass_);
+  const PointerFree free(hourglass_, main_window_);
   return S(AskLine(Front(), title, text, preset, IsChinese()));
 }
 
 std::string DesktopDesk::PickFile(std::string_view title, std::string_view folder,
                                   std::string_view pattern) {
-  const PointerFree free(hourglass_);
+  const PointerFree free(hourglass_, main_window_);
   return S(QFileDialog::getOpenFileName(Front(), Q(title), Q(folder), Filter(pattern)));
 }
 
 std::string DesktopDesk::PickFolder(std::string_view title, std::string_view folder) {
-  const PointerFree free(hourglass_);
+  const PointerFree free(hourglass_, main_window_);
   return S(QFileDialog::getExistingDirectory(Front(), Q(title), Q(folder)));
 }
 
@@ -99,7 +122,7 @@ bool DesktopDesk::CanShow(std::string_view screen_name) const {
 }
 
 void DesktopDesk::ShowModal(Screen& screen) {
-  const PointerFree free(hourglass_);
+  const PointerFree free(hourglass_, main_window_);
   ScreenDialog dialog(screen, Front());
   dialog.Run();
 }
@@ -121,7 +144,7 @@ void DesktopDesk::Hourglass(bool on) {
 void DesktopDesk::Beep() { QApplication::beep(); }
 
 void DesktopDesk::Print(const ReportJob& job) {
-  const PointerFree free(hourglass_);
+  const PointerFree free(hourglass_, main_window_);
   PrintReport(Front(), job, IsChinese());
 }
 

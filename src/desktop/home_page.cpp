@@ -1,6 +1,7 @@
 #include "desktop/home_page.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
@@ -237,6 +238,15 @@ QWidget* HomePage::MakeWelcome() {
   return page;
 }
 
+// The platform's own buttons hear the space bar alone.
+void HomePage::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  auto* button = enter ? qobject_cast<QAbstractButton*>(focusWidget()) : nullptr;
+  if (button == nullptr) return QWidget::keyPressEvent(event);
+  // A key that is still held down pressed something else.
+  if (!event->isAutoRepeat()) button->click();
+}
+
 bool HomePage::eventFilter(QObject* watched, QEvent* event) {
   if (watched == slogan_ && event->type() == QEvent::MouseButtonDblClick && main_.Label1.onClick) {
     face_.Act([this] { main_.Label1.onClick(); });
@@ -261,13 +271,17 @@ void HomePage::Refresh() {
   company_->setVisible(!company_->text().isEmpty());
   const bool signed_in = main_.Label4.visible();
   // What goes is hidden before what comes is shown: both at once would make the window grow.
+  const bool arrives = signed_in && desk_->isHidden();
   if (signed_in) welcome_->hide();
   if (!signed_in) {
     desk_->hide();
-    welcome_->show();
+    if (welcome_->isHidden()) {
+      welcome_->show();
+      sign_in_->setFocus();
+    }
   }
   welcome_text_->setText(chinese ? "请先进入系统。" : "Nobody is signed in.");
-  sign_in_->setText(chinese ? "进入(&S)" : "&Sign in");
+  sign_in_->setText(chinese ? "进入(&I)" : "Sign &in");
   as_of_->setVisible(signed_in);
   as_of_->setText(Q(main_.home().FiguresTime.Text()));
   refresh_->setVisible(main_.home().RefreshCmd.visible());
@@ -285,6 +299,7 @@ void HomePage::Refresh() {
   overdue_->Refresh();
   lists_->Refresh();
   desk_->show();
+  if (arrives && tiles_->count() > 0) tiles_->itemAt(0)->widget()->setFocus();
 }
 
 void HomePage::RefreshTiles() {

@@ -68,6 +68,7 @@ class HomePage : public QWidget {
   void Refresh();
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

@@ -6,6 +6,7 @@
 #include <exception>
 
 #include "app/application.h"
+#include "desktop/alt_keys.h"
 #include "desktop/desktop_desk.h"
 #include "desktop/long_wait.h"
 #include "desktop/main_window.h"
@@ -27,6 +28,7 @@ int RunDesktop(QApplication& qt, DesktopOptions options) {
     options.application.app_path = S(QApplication::applicationDirPath());
   }
   ApplyTheme(qt, options.theme);
+  LetAltTypeNothing(qt);
   // Closing the main window ends the program, nothing else does: dialogs open before it, too.
   QApplication::setQuitOnLastWindowClosed(false);
   const bool pictures = !options.picture_folder.empty();

@@ -45,6 +45,12 @@ TEST(LayoutTest, EveryTableFitsItsScreen) {
     const std::unique_ptr<Screen> screen = ScreenOf(layout, session, desk, menu);
     ASSERT_NE(screen, nullptr) << layout.screen;
     EXPECT_THAT(LayoutProblems(layout, *screen), IsEmpty()) << layout.screen;
+    // A period is read and typed as one: its end behind its beginning.
+    const std::vector<std::string> order = PlacedControls(layout);
+    const auto from = std::find(order.begin(), order.end(), "DateFrom");
+    if (from != order.end()) {
+      EXPECT_EQ(*std::next(from), "DateTo") << layout.screen;
+    }
   }
   // A table that nobody has put into the catalogue would never be used.
   int functions = 0;

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 
+#include "app/menu_table.h"
 #include "core/main_frm.h"
 #include "desktop/home_page.h"
 #include "desktop/main_window.h"
@@ -85,6 +86,37 @@ TEST_F(MainWindowTest, TheTilesComeBeforeTheButtonThatShutsADoor) {
     return;
   }
   ADD_FAILURE() << "no such button";
+}
+
+TEST_F(MainWindowTest, EnterPressesWhatHasTheFocus) {
+  window.show();
+  for (auto* button : window.findChildren<Tile*>()) {
+    if (!button->isEnabled()) continue;
+    button->setFocus();
+    QTest::keyClick(button, Qt::Key_Return);
+    OpenScreen::Wait();
+  }
+  EXPECT_THAT(desk.shown, ElementsAre("LoanCalcfrm"));
+}
+
+TEST(HomeLettersTest, NoButtonOfThePageSharesItsLetterWithAMenu) {
+  Session session;
+  QuietDesk desk;
+  MainFrm main(session, desk, MenuTable(), [](std::string_view) { return true; });
+  MainWindow window(main);
+  for (const bool chinese : {false, true}) {
+    main.SetChinese(chinese);
+    OpenScreen::Wait();
+    QStringList letters;
+    for (const QAction* menu : window.menuBar()->actions()) {
+      letters << QKeySequence::mnemonic(menu->text()).toString();
+    }
+    ASSERT_FALSE(letters.isEmpty());
+    for (const auto* button : window.findChildren<QPushButton*>()) {
+      const QString letter = QKeySequence::mnemonic(button->text()).toString();
+      EXPECT_FALSE(!letter.isEmpty() && letters.contains(letter)) << button->text().toStdString();
+    }
+  }
 }
 
 TEST_F(MainWindowTest, HiddenEntriesAreNotThereAndUnbuiltOnesAreGreyedWithTheReason) {

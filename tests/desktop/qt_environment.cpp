@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <clocale>
 
+#include "desktop/alt_keys.h"
 #include "desktop/theme.h"
 #include "desktop/window_memory.h"
 
@@ -23,6 +24,7 @@ class QtEnvironment : public ::testing::Environment {
     std::setlocale(LC_NUMERIC, "C");
     SetWindowMemory(false);
     ApplyTheme(*application_, ThemeChoice::light);
+    LetAltTypeNothing(*application_);
   }
   void TearDown() override { delete application_; }
 

@@ -22,6 +22,18 @@ TEST(ScreenDialogTest, FirstBoxHasTheFocusAndTypingReachesTheControl) {
   EXPECT_EQ(open.screen.LoanID.text(), "L001");
 }
 
+TEST(ScreenDialogTest, AnAltThatNothingHasTypesNothing) {
+  OpenScreen open;
+  for (Control* control :
+       std::initializer_list<Control*>{&open.screen.LoanID, &open.screen.Remark}) {
+    open.Go(*control);
+    open.Press(Qt::Key_Q, Qt::AltModifier);
+    EXPECT_EQ(control->Text(), "");
+    open.Press(Qt::Key_Q);
+    EXPECT_EQ(control->Text(), "q");
+  }
+}
+
 TEST(ScreenDialogTest, EnterLeavesOneBoxBeforeItEntersTheNext) {
   OpenScreen open;
   open.Press(Qt::Key_Return);

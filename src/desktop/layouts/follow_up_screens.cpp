@@ -27,7 +27,7 @@ Layout FollowupFrmLayout() {
 Layout DueDateFrmLayout() {
   return {"DueDateFrm",
           {1180, 680},
-          Down({Fields(2, {"DateFrom", "CustID", "DateTo", "LoanID", Wide("LblCustName")}),
+          Down({Fields(2, {"DateFrom", "DateTo", "CustID", "LoanID", Wide("LblCustName")}),
                 Fill("DG"), Fields(1, {"StatusLBL"})}),
           {"CmdClear", "SearchCmd", "CancelCmd"}};
 }
