@@ -10,6 +10,18 @@ namespace {
 
 const Caption kSaveQuestion{"Confirm to save record ?", "确定储存资料？"};
 
+// One beside the program is kept by its short name: other PCs may have their program elsewhere.
+void OfferPicture(const Session& session, TextBox& box) {
+  box.picker = "file";
+  box.onSearch = [&session, &box] {
+    const Screen& screen = box.screen();
+    std::string file = screen.desk().PickFile(screen.title().In(screen.chinese()), session.AppPath,
+                                              "Pictures (*.png *.jpg *.jpeg *.bmp)");
+    if (file.starts_with(session.AppPath + "/")) file.erase(0, session.AppPath.size() + 1);
+    if (!file.empty()) box.SetText(file);
+  };
+}
+
 }  // namespace
 
 CompCodeFrm::CompCodeFrm(Session& session, Desk& desk)
@@ -42,7 +54,9 @@ CompCodeFrm::CompCodeFrm(Session& session, Desk& desk)
       .Add(ClientID)
       .Add(ClientSecret)
       .Add(MyTaxClientID)
-      .Add(MyTaxClientSecret);
+      .Add(MyTaxClientSecret)
+      .Add(LogoFile)
+      .Add(Letterhead);
   for (const char* balance : {"CashInHand", "CashInBank"}) {
     record_.AddValue(balance, [] { return std::string("0"); }).InsertOnly();
   }
@@ -61,6 +75,8 @@ CompCodeFrm::CompCodeFrm(Session& session, Desk& desk)
   OfferPicker(session, CompCode, "CompPop", [this](const std::string& id) {
     if (MayLeaveRecord(record_.Changed())) LoadCompany(id);
   });
+  OfferPicture(session, LogoFile);
+  OfferPicture(session, Letterhead);
   AMLALoan.onLeave = [this] { CheckAmount(AMLALoan); };
   AMLAPayment.onLeave = [this] { CheckAmount(AMLAPayment); };
   SaveCmd.onClick = [this] { Save(); };
@@ -162,12 +178,7 @@ CompProfileFrm::CompProfileFrm(Session& session, Desk& desk)
                        &Address3, &PostCode, &City, &State, &LogoFile}) {
     record_.Add(*box);
   }
-  LogoFile.picker = "file";
-  LogoFile.onSearch = [this] {
-    const std::string file = this->desk().PickFile(title().In(chinese()), this->session().AppPath,
-                                                   "Pictures (*.png *.jpg *.jpeg *.bmp)");
-    if (!file.empty()) LogoFile.SetText(file);
-  };
+  OfferPicture(session, LogoFile);
   SaveCmd.onClick = [this] { Save(); };
 }
 

@@ -35,6 +35,9 @@ class CompCodeFrm : public SessionScreen {
   TextBox CashInBank{*this, "CashInBank", {"Cash in Bank", "银行存款"}, Kind::money, &CompanyPage};
   CheckBox SerialReceiptNo{
       *this, "SerialReceiptNo", {"Serial receipt numbers", "连续收据号码"}, &CompanyPage};
+  TextBox LogoFile{*this, "LogoFile", {"Logo File", "标志文件"}, Kind::text, &CompanyPage};
+  TextBox Letterhead{
+      *this, "Letterhead", {"Letterhead File", "信头文件"}, Kind::text, &CompanyPage};
   Frame AmlPage{*this, "AmlPage", {"AML", "反洗钱"}, &Pages};
   CheckBox AMLA{*this, "AMLA", {"Screening on", "启用审查"}, &AmlPage};
   CheckBox AMLACheckIC{*this, "AMLACheckIC", {"Check IC", "审查身份证"}, &AmlPage};

@@ -251,6 +251,7 @@ const std::vector<Step>& Steps() {
       PatchOnce(patches::kSuppCity),
       PatchOnce(patches::kLongDescription),
       PatchWith(patches::kChargeIndex, PatchChargeIndex),
+      PatchOnce(patches::kCompanyPictures),
   };
   return steps;
 }

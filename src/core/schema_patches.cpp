@@ -201,6 +201,13 @@ const Patch kChargeIndex = {
      "(LoanID,PType,TrxDate,ChargeAmt)",
      "INSERT INTO Systemast (Param,Value) VALUES ('ChargeIndex','1')"}};
 
+// What heads the letters of a company: names of pictures.
+const Patch kCompanyPictures = {
+    "CompanyPictures",
+    {"ALTER Table CompMast ADD LogoFile nvarchar(300)",
+     "ALTER Table CompMast ADD Letterhead nvarchar(300)",
+     "INSERT INTO Systemast (Param,Value) VALUES ('CompanyPictures','1')"}};
+
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
     "UserID nvarchar(50) NULL, "

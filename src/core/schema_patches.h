@@ -37,6 +37,7 @@ extern const Patch kCreateSelfBillTable;
 extern const Patch kSuppCity;
 extern const Patch kLongDescription;
 extern const Patch kChargeIndex;
+extern const Patch kCompanyPictures;
 
 // Made when the table is missing, without a key.
 extern const std::string_view kHolidayMast;

@@ -49,6 +49,12 @@ PreviewDialog::PreviewDialog(ReportRun run, bool chinese, QWidget* parent)
   middle->addWidget(pages_, 1);
   layout->addLayout(middle, 1);
   layout->insertWidget(0, TopBar());
+  for (const Caption& left_out : run_.document.left_out) {
+    auto* told = new QLabel(Q(left_out.In(chinese_)), this);
+    told->setProperty("trouble", true);
+    told->setWordWrap(true);
+    layout->insertWidget(1, told);
+  }
   layout->addWidget(Foot());
   search_soon_->setSingleShot(true);
   search_soon_->setInterval(kSearchSoon);

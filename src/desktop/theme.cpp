@@ -64,6 +64,7 @@ QFrame[card="true"] { background: @card; border: 1px solid @line; border-radius:
 QLabel[heading="true"] { color: @text; }
 QLabel[muted="true"] { color: @muted; }
 QLabel[muted="true"]:disabled { color: @faint; }
+QLabel[trouble="true"] { background: @badsoft; color: @bad; padding: 6px 16px; }
 QFrame[foot="true"] { background: @window; border: none; border-top: 1px solid @line; }
 QTableView { background: @card; alternate-background-color: @stripe; border: none;
   gridline-color: transparent; selection-background-color: @soft; selection-color: @text; }

@@ -30,9 +30,11 @@ int Play(const PlayOptions& options, const std::string& program_folder) {
   NameThisHost(options.computer);
   PlayDesk desk(std::cout);
   desk.SetRenderer(
-      [](const ReportJob& job, const std::string& path) {
+      [&desk](const ReportJob& job, const std::string& path) {
         EnsureHeadlessGui();
-        RenderReport(job, path);
+        for (const Caption& left_out : RenderReport(job, path)) {
+          desk.transcript().Note(left_out.In(job.Chinese));
+        }
       },
       options.out);
   desk.SetLauncher(StartProgram);

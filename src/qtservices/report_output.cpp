@@ -110,12 +110,14 @@ void WriteCsv(const ReportRun& run, const std::string& path) {
 
 void WriteXlsx(const ReportRun& run, const std::string& path) { WriteXlsx(RowsOf(run), path); }
 
-void RenderReport(const ReportJob& job, const std::string& pdf_path) {
-  const ReportRun run = RunWholeReport(job);
+std::vector<Caption> RenderReport(const ReportJob& job, const std::string& pdf_path) {
+  const ReportRun run = RunWholeReport(job, {}, MeasurePicture);
   WritePdf(run.document, pdf_path);
-  if (run.file.columns.empty()) return;
-  WriteCsv(run, std::filesystem::path(pdf_path).replace_extension(".csv").string());
-  WriteXlsx(run, std::filesystem::path(pdf_path).replace_extension(".xlsx").string());
+  if (!run.file.columns.empty()) {
+    WriteCsv(run, std::filesystem::path(pdf_path).replace_extension(".csv").string());
+    WriteXlsx(run, std::filesystem::path(pdf_path).replace_extension(".xlsx").string());
+  }
+  return run.document.left_out;
 }
 
 }  // namespace kaunter

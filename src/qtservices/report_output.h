@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "reports/report_document.h"
 #include "reports/report_progress.h"
@@ -21,7 +22,7 @@ void WriteCsv(const ReportRun& run, const std::string& path);
 void WriteXlsx(const ReportRun& run, const std::string& path);
 
 // Runs the report and writes its PDF; of one with a table also its CSV and its
-// workbook (.xlsx), under the same name.
-void RenderReport(const ReportJob& job, const std::string& pdf_path);
+// workbook (.xlsx), under the same name. Gives what had to be left out.
+std::vector<Caption> RenderReport(const ReportJob& job, const std::string& pdf_path);
 
 }  // namespace kaunter

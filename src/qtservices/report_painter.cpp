@@ -134,6 +134,12 @@ void PaintPicture(QPainter& painter, const PagePicture& place) {
 
 }  // namespace
 
+std::optional<PictureSize> MeasurePicture(const std::string& path) {
+  const QImage picture = PictureOf(path);
+  if (picture.isNull()) return std::nullopt;
+  return PictureSize{static_cast<double>(picture.width()), static_cast<double>(picture.height())};
+}
+
 void PaintReportPage(QPainter& painter, const ReportDocument& document, std::size_t page) {
   const ReportPage& content = document.pages.at(page);
   for (const PageArea& area : content.areas) {

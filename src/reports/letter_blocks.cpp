@@ -1,6 +1,7 @@
 #include "reports/letter_blocks.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -23,6 +24,9 @@ constexpr double kPairGap = 0.8;
 constexpr double kColumnGap = 8;
 constexpr double kBoxPad = 2.2;
 constexpr double kUsualLabel = 34;
+constexpr double kLetterheadHeight = 28;
+constexpr double kLogoWidth = 24;
+constexpr double kLogoHeight = 16;
 constexpr double kSignGap = 10;
 constexpr double kSignRoom = 15;  // for the hand, above the line
 
@@ -33,8 +37,9 @@ bool IsNothing(const std::string& text) {
 
 class Composer {
  public:
-  Composer(const ReportFile& file, const ReportTexts& texts, const ReportTable& table, RowSpan span)
-      : file_(file), texts_(texts), table_(table), span_(span) {
+  Composer(const ReportFile& file, const ReportTexts& texts, const ReportTable& table,
+           HeadPictures& pictures, RowSpan span)
+      : file_(file), texts_(texts), table_(table), pictures_(pictures), span_(span) {
     WholeWidth();
   }
 
@@ -147,15 +152,33 @@ class Composer {
 
   void Head(const LetterItem& item) {
     LetterBlock block;
-    Look look{kHeadPoints, true, item.align, Tone::accent};
-    for (std::size_t i = 0; i < item.texts.size(); ++i) {
-      block.height += Lines(block, Filled(i), x_, block.height, width_, look);
-      look = {kLabelPoints, false, item.align, Tone::quiet};
+    const CompanyPictures named = item.logo ? texts_.PicturesOf(Filled(0)) : CompanyPictures{};
+    if (auto letterhead = pictures_.Find(named.letterhead, width_, kLetterheadHeight)) {
+      letterhead->x = x_ + (width_ - letterhead->width) / 2;
+      block.height = letterhead->height;
+      block.marks.pictures.push_back(*std::move(letterhead));
+    } else {
+      HeadTexts(block, item, pictures_.Find(named.logo, kLogoWidth, kLogoHeight));
     }
     block.height += 1.5;
     block.marks.lines.push_back({x_, block.height, x_ + width_, block.height, 0.5, Tone::accent});
     block.height += 3;
     Put(std::move(block));
+  }
+
+  // With a logo at the left edge, and as much left free at the right of texts in the middle.
+  void HeadTexts(LetterBlock& block, const LetterItem& item, std::optional<PagePicture> logo) {
+    const double room = logo ? logo->width + 4 : 0;
+    const double width = width_ - (item.align == TextAlign::center ? 2 : 1) * room;
+    Look look{kHeadPoints, true, item.align, Tone::accent};
+    for (std::size_t i = 0; i < item.texts.size(); ++i) {
+      block.height += Lines(block, Filled(i), x_ + room, block.height, width, look);
+      look = {kLabelPoints, false, item.align, Tone::quiet};
+    }
+    if (!logo) return;
+    block.height = std::max(block.height, logo->height);
+    logo->x = x_;
+    block.marks.pictures.push_back(*std::move(logo));
   }
 
   // Line by line, so that a paragraph may go on on the next page.
@@ -369,6 +392,7 @@ class Composer {
   const ReportFile& file_;
   const ReportTexts& texts_;
   const ReportTable& table_;
+  HeadPictures& pictures_;
   RowSpan span_;
   const LetterItem* item_ = nullptr;
   bool skipping_ = false;  // a condition does not hold
@@ -413,8 +437,9 @@ void CutLine(ReportPage& page, double y, double sheet_width) {
 }
 
 std::vector<LetterBlock> ComposeLetter(const ReportFile& file, const ReportTexts& texts,
-                                       const ReportTable& table, RowSpan span) {
-  return Composer(file, texts, table, span).Run();
+                                       const ReportTable& table, HeadPictures& pictures,
+                                       RowSpan span) {
+  return Composer(file, texts, table, pictures, span).Run();
 }
 
 }  // namespace kaunter

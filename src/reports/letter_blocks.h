@@ -6,6 +6,7 @@
 
 #include "reports/report_document.h"
 #include "reports/report_file.h"
+#include "reports/report_picture.h"
 #include "reports/report_table.h"
 #include "reports/report_texts.h"
 
@@ -25,6 +26,7 @@ void PutMarks(const ReportPage& marks, double down, ReportPage& page);
 void CutLine(ReportPage& page, double y, double sheet_width);
 
 std::vector<LetterBlock> ComposeLetter(const ReportFile& file, const ReportTexts& texts,
-                                       const ReportTable& table, RowSpan span);
+                                       const ReportTable& table, HeadPictures& pictures,
+                                       RowSpan span);
 
 }  // namespace kaunter

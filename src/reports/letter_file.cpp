@@ -21,7 +21,7 @@ struct Shape {
 };
 
 constexpr Shape kShapes[] = {
-    {"head", LetterKind::head, 1, 8, 0, "left center"},
+    {"head", LetterKind::head, 1, 8, 0, "left center logo"},
     {"heading", LetterKind::heading, 1, 1, 0, "size left center right"},
     {"text", LetterKind::text, 1, 1, 0, "size bold quiet left center right"},
     {"lines", LetterKind::lines, 1, 10, 0, "size bold quiet left center right"},
@@ -80,6 +80,8 @@ LetterItem ItemOf(const Shape& shape, const std::vector<ReportWord>& words) {
       item.bold = true;
     } else if (word == "quiet") {
       item.quiet = true;
+    } else if (word == "logo") {
+      item.logo = true;
     } else if (word == "always") {
       item.always = true;
     } else {

@@ -42,6 +42,7 @@ struct LetterItem {
   double size = 0;  // of the letters, in points; 0 takes what is usual for the kind
   bool bold = false;
   bool quiet = false;
+  bool logo = false;    // with the pictures of the company
   bool always = false;  // stands even when its figure is 0
   TextAlign align = TextAlign::left;
 };

@@ -32,7 +32,8 @@ class LetterLayout {
         rows_(rows),
         progress_(progress),
         texts_(file.path, heading, rows),
-        table_(file, texts_, rows, file.letter.margin, file.width_mm - 2 * file.letter.margin) {
+        table_(file, texts_, rows, file.letter.margin, file.width_mm - 2 * file.letter.margin),
+        pictures_(file, heading.measure, document_) {
     document_.title = texts_.Fill(file.title, {0, rows.RowCount()}, file.title_line);
     document_.width_mm = file.width_mm;
     document_.height_mm = file.height_mm;
@@ -58,10 +59,10 @@ class LetterLayout {
 
   void Letter(RowSpan span) {
     std::vector<std::vector<LetterBlock>> copies;
-    if (file_.letter.copies.empty()) copies.push_back(ComposeLetter(file_, texts_, table_, span));
+    if (file_.letter.copies.empty()) copies.push_back(Compose(span));
     for (const std::string& name : file_.letter.copies) {
       texts_.copy = name;
-      copies.push_back(ComposeLetter(file_, texts_, table_, span));
+      copies.push_back(Compose(span));
     }
     if (copies.size() > 1 && FitBelowEachOther(copies)) {
       ShareASheet(copies, span);
@@ -71,6 +72,10 @@ class LetterLayout {
       if (!file_.letter.copies.empty()) texts_.copy = file_.letter.copies[i];
       Flow(copies[i], span);
     }
+  }
+
+  std::vector<LetterBlock> Compose(RowSpan span) {
+    return ComposeLetter(file_, texts_, table_, pictures_, span);
   }
 
   // --- several copies on one sheet
@@ -205,6 +210,7 @@ class LetterLayout {
   ReportTexts texts_;
   ReportTable table_;
   ReportDocument document_;
+  HeadPictures pictures_;
   double y_ = 0;
 };
 

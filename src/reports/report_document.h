@@ -2,8 +2,12 @@
 // the printer and the PDF draw alike.
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "screen/caption.h"
 
 namespace kaunter {
 
@@ -56,11 +60,19 @@ struct ReportPage {
   std::vector<PageText> texts;
 };
 
+// How large a picture is, in dots; nothing for a file that cannot be drawn.
+struct PictureSize {
+  double width = 0;
+  double height = 0;
+};
+using PictureMeasure = std::function<std::optional<PictureSize>(const std::string& path)>;
+
 struct ReportDocument {
   std::string title;
   double width_mm = 210;
   double height_mm = 297;
   std::vector<ReportPage> pages;
+  std::vector<Caption> left_out;  // what should stand on the pages and could not: for the person
 };
 
 }  // namespace kaunter

@@ -2,6 +2,7 @@
 // without a compiler; docs/report-files.md describes it for them.
 #pragma once
 
+#include <algorithm>
 #include <map>
 #include <string>
 #include <string_view>
@@ -84,6 +85,7 @@ struct ReportFile {
   FileLine title_line;
   std::vector<ReportField> fields;
   std::vector<ReportPicture> pictures;  // beside the title
+  bool logo = false;                    // beside the title of a list, the office's own
   std::string query;                    // with {selection} where the condition goes
   FileLine query_line;
   std::string order;
@@ -104,6 +106,10 @@ struct ReportFile {
 
   PaperWords words() const { return PaperWords(language); }
   std::string NoRows() const { return empty.empty() ? words().NoRows() : empty; }
+  bool AsksForPictures() const {
+    return logo || std::any_of(letter.items.begin(), letter.items.end(),
+                               [](const LetterItem& item) { return item.logo; });
+  }
   bool IsLetter() const { return !letter.key.empty(); }
 
   // Throws std::runtime_error naming file, line and what is wrong.

@@ -11,6 +11,8 @@
 namespace kaunter {
 namespace {
 
+constexpr double kLogoWidth = 36;
+constexpr double kLogoHeight = 16;
 constexpr double kMargin = 15;
 constexpr double kRowHeight = ReportTable::kRowHeight;
 constexpr double kGroupHeadHeight = kRowHeight + 0.8;
@@ -81,13 +83,20 @@ class Layout {
   void Heading() {
     double picture_bottom = y_;
     double width = Width();
-    for (const ReportPicture& picture : file_.pictures) {
-      const std::string path = PicturePath(file_, Fill(picture.path, picture.line));
-      if (path.empty()) continue;
-      width -= picture.width + 3;
+    const auto put = [&](const std::string& path, double picture_width, double height) {
+      if (path.empty()) return;
+      width -= picture_width + 3;
       page().pictures.push_back(
-          {kMargin + width + 3, kMargin, picture.width, picture.height, path, TextAlign::right});
-      picture_bottom = std::max(picture_bottom, kMargin + picture.height + 2);
+          {kMargin + width + 3, kMargin, picture_width, height, path, TextAlign::right});
+      picture_bottom = std::max(picture_bottom, kMargin + height + 2);
+    };
+    if (file_.logo) {
+      HeadPictures pictures(file_, heading_.measure, document_);
+      const auto logo = pictures.Find(heading_.logo, kLogoWidth, kLogoHeight);
+      if (logo) put(logo->path, logo->width, logo->height);
+    }
+    for (const ReportPicture& picture : file_.pictures) {
+      put(PicturePath(file_, Fill(picture.path, picture.line)), picture.width, picture.height);
     }
     if (!heading_.company.empty()) {
       Text(kMargin, width, heading_.company, kSmallPoints, false, TextAlign::left, Tone::quiet);

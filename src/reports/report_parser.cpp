@@ -99,7 +99,7 @@ class FileParser {
     } else if (!Settings(words) && !Layout(words) && !letter_.Take(words.all(), Here())) {
       throw std::invalid_argument(fmt::format(
           "\"{}\" is not known; a line begins with like, add, without, paper, language, title, "
-          "field, picture, "
+          "field, picture, logo, "
           "parameter, alias, query, order, column, group, total, summary, chart, note, empty, if, "
           "else or "
           "endif, in "
@@ -280,6 +280,9 @@ class FileParser {
       ListOnly();
       file_.summary = true;
       if (words.size() > 1) file_.summary_heading = words.Caption(1, file_);
+    } else if (key == "logo") {
+      ListOnly();
+      file_.logo = true;
     } else if (key == "note") {
       ListOnly();
       file_.note = words.Caption(1, file_);

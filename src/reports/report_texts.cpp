@@ -137,6 +137,11 @@ std::string ReportTexts::FillLetter(std::string_view text, RowSpan span,
   return WithoutLooseDots(filled);
 }
 
+CompanyPictures ReportTexts::PicturesOf(const std::string& company) const {
+  const auto found = heading_.pictures.find(company);
+  return found == heading_.pictures.end() ? CompanyPictures{} : found->second;
+}
+
 std::string PlaceFault(std::string_view text) {
   static constexpr std::string_view kForms[] = {"words", "long", "upper"};
   bool in_brackets = false;

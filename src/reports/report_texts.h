@@ -9,15 +9,25 @@
 
 #include "platform/money.h"
 #include "platform/sql/connection.h"
+#include "reports/report_document.h"
 #include "reports/report_words.h"
 
 namespace kaunter {
 
 enum class CellKind;
 
+// The pictures of a company, as its record names them; "" for none.
+struct CompanyPictures {
+  std::string logo;
+  std::string letterhead;  // takes the place of its name and address
+};
+
 struct ReportHeading {
-  std::string company;                            // above the title; may be empty
-  std::string subtitle;                           // what was selected; may be empty
+  std::string company;                              // above the title; may be empty
+  std::string subtitle;                             // what was selected; may be empty
+  std::string logo;                                 // of the office, for a list that asks for it
+  std::map<std::string, CompanyPictures> pictures;  // by the company's name, for such letters
+  PictureMeasure measure;
   std::string printed_at;                         // foot of each page
   std::string today;                              // date of the print, as dates are shown
   std::map<std::string, std::string> parameters;  // by name without regard to case, lower case
@@ -40,6 +50,9 @@ class ReportTexts {
   std::string FillLetter(std::string_view text, RowSpan span, const FileLine& line) const;
   // Place of a column among the rows' columns. Throws std::runtime_error when there is none.
   std::size_t ColumnOf(std::string_view name, const FileLine& line = {}) const;
+
+  // Of the company of this name; none of a name that is not known.
+  CompanyPictures PicturesOf(const std::string& company) const;
 
   std::string copy;  // {copy}: which of several copies of a letter this is
 

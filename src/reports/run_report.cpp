@@ -40,6 +40,20 @@ Recordset ReadRows(const ReportFile& file, const ReportJob& job, const std::stri
   }
 }
 
+// A name that two companies have is nobody's: the pictures of one must not head a letter of
+// another.
+std::map<std::string, CompanyPictures> PicturesOfCompanies(Connection& main) {
+  std::map<std::string, CompanyPictures> pictures;
+  for (Recordset rows = main.Query("SELECT CompDesc,LogoFile,Letterhead FROM CompMast");
+       !rows.Eof(); rows.MoveNext()) {
+    const CompanyPictures own = {NullToEmpty(rows.Field("LogoFile")),
+                                 NullToEmpty(rows.Field("Letterhead"))};
+    const auto [place, first] = pictures.emplace(NullToEmpty(rows.Field("CompDesc")), own);
+    if (!first) place->second = {};
+  }
+  return pictures;
+}
+
 ReportHeading HeadingOf(const ReportFile& file, const ReportJob& job,
                         const ReportParameters& parameters, const DateTime& now) {
   ReportHeading heading;
@@ -49,6 +63,8 @@ ReportHeading HeadingOf(const ReportFile& file, const ReportJob& job,
   heading.printed_at = file.words().Printed(Format(now, "dd-mm-yyyy hh:nn:ss"), job.PrintedBy);
   heading.today = Format(now, "dd-mm-yyyy");
   heading.parameters = ShownParameters(file, parameters, now);
+  if (file.logo) heading.logo = ScalarQuery(*job.Connect, "SELECT LogoFile FROM CompanyProfile");
+  if (!file.logo && file.AsksForPictures()) heading.pictures = PicturesOfCompanies(*job.Connect);
   return heading;
 }
 
@@ -63,7 +79,8 @@ std::pair<std::string, std::string> SplitParameter(const std::string& field) {
           last == first ? field.substr(first + 1) : field.substr(first + 1, last - first - 1)};
 }
 
-ReportRun RunWholeReport(const ReportJob& job, const ReportProgress& progress) {
+ReportRun RunWholeReport(const ReportJob& job, const ReportProgress& progress,
+                         const PictureMeasure& measure) {
   // A slash and a backslash before the file's name mean the same.
   std::string wanted = job.ReportFileName;
   std::replace(wanted.begin(), wanted.end(), '\\', '/');
@@ -79,6 +96,7 @@ ReportRun RunWholeReport(const ReportJob& job, const ReportProgress& progress) {
   const std::string statement =
       ReportStatement(run.file, job.SelectionFormula, reading.parameters, now, job.Companies);
   run.heading = HeadingOf(run.file, job, reading.parameters, now);
+  run.heading.measure = measure;
   run.rows = ReadRows(run.file, job, statement, progress);
   run.document = LayOut(run.file, run.heading, run.rows, progress);
   return run;

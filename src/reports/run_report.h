@@ -19,7 +19,9 @@ struct ReportRun {
 };
 
 // Throws SqlError or std::runtime_error that says which file, formula or statement is at fault.
-ReportRun RunWholeReport(const ReportJob& job, const ReportProgress& progress = {});
+// The measure tells which pictures can be drawn; without one all are taken to be whole.
+ReportRun RunWholeReport(const ReportJob& job, const ReportProgress& progress = {},
+                         const PictureMeasure& measure = {});
 // "Customer;Tan Ah Kow;True" taken apart: name and value.
 std::pair<std::string, std::string> SplitParameter(const std::string& field);
 

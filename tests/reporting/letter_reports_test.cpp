@@ -86,5 +86,53 @@ TEST(LetterReports, CalculationShowsTheCapitalThatIsLeft) {
                    "-"));
 }
 
+// A letterhead takes the place of the texts; a picture that is not there or cannot be drawn leaves
+// the head in letters, and is told. A name that two companies have brings nobody's picture.
+TEST(LetterReports, TheHeadHasThePicturesOfItsCompany) {
+  ReportOffice office;
+  const std::string logo = test::SourceDir() + "/docs/pictures/home.png";
+  const std::string broken = test::SourceDir() + "/README.md";
+  const struct {
+    std::string logo, letterhead;
+    bool named;  // the company, in letters
+    std::size_t pictures, told;
+    const char* second = "Other";
+  } kCases[] = {{"", "", true, 0, 0},          {logo, "", true, 1, 0},
+                {logo, logo, false, 1, 0},     {"nowhere.png", broken, true, 0, 2},
+                {broken, logo, false, 1, 0},   {logo, "nowhere.png", true, 1, 1},
+                {logo, logo, true, 0, 0, "HQ"}};
+  office.Run("UPDATE CompMast SET CompDesc='Second' WHERE CompCode<>'HQ'");
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.logo + "|" + c.letterhead + "|" + c.second);
+    office.Run("UPDATE CompMast SET CompDesc='HQ',LogoFile=" + QuoteStr(c.logo) +
+               ",Letterhead=" + QuoteStr(c.letterhead) + " WHERE CompCode='HQ'");
+    office.Run("DELETE FROM CompMast WHERE CompCode='ZZ'");
+    office.Run("INSERT INTO CompMast (CompCode,CompDesc) VALUES ('ZZ','" + std::string(c.second) +
+               "')");
+    ReportJob job;
+    job.Connect = &office.main();
+    job.SelectionFormula = "{LoanMast.LoanID}='L1'";
+    job.ReportFileName = test::SourceDir() + "/reports/LejarAkuan.rpt";
+    const ReportDocument document =
+        RunWholeReport(job, {}, [&](const std::string& path) -> std::optional<PictureSize> {
+          if (path == broken) return std::nullopt;
+          return PictureSize{3000, 1000};
+        }).document;
+    const ReportPage& page = document.pages.at(0);
+    EXPECT_EQ(std::count_if(page.texts.begin(), page.texts.end(),
+                            [](const PageText& text) { return text.text == "HQ"; }),
+              c.named ? 1 : 0);
+    ASSERT_EQ(page.pictures.size(), c.pictures);
+    EXPECT_EQ(document.left_out.size(), c.told);
+    if (c.pictures == 0) continue;
+    EXPECT_NEAR(page.pictures[0].width, 3 * page.pictures[0].height, 0.01);
+    for (const PageText& text : page.texts) {
+      EXPECT_TRUE(text.x >= page.pictures[0].x + page.pictures[0].width ||
+                  text.y >= page.pictures[0].y + page.pictures[0].height)
+          << text.text;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace kaunter

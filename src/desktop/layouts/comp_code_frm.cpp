@@ -6,7 +6,7 @@ Layout CompCodeFrmLayout() {
   const LayoutNode company =
       Across({Group({"Company", "公司"}, 1,
                     {"CompCode", "CompDesc", "AreaCode", "CompanyType", "CompNo", "LicenseNo",
-                     "Address", "SerialReceiptNo"}),
+                     "Address", "LogoFile", "Letterhead", "SerialReceiptNo"}),
               Group({"Contact", "联络"}, 1,
                     {"PersonIncharge", "ICNo", "Tel1", "Tel2", "Fax", "HP1", "HP2", "email",
                      "SMSName", "CashInHand", "CashInBank"})});
