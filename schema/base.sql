@@ -481,8 +481,7 @@ CREATE TABLE PersonalExp (
   CONSTRAINT PK_PersonalExp PRIMARY KEY (TrxID)
 );
 
--- The lending companies. CashInHand and CashInBank are running balances; the CBOpen columns are where
--- a recalculation of the cash book begins.
+-- The lending companies. CashInHand and CashInBank are running balances.
 CREATE TABLE CompMast (
   CompCode        nvarchar(50)   NOT NULL,
   CompDesc        nvarchar(300)  NULL CONSTRAINT DF_CompMast_CompDesc DEFAULT '',
@@ -503,9 +502,6 @@ CREATE TABLE CompMast (
   ICNo            nvarchar(50)   NULL CONSTRAINT DF_CompMast_ICNo DEFAULT '',
   SerialReceiptNo nvarchar(1)    NULL CONSTRAINT DF_CompMast_SerialReceiptNo DEFAULT '',
   SMSName         nvarchar(100)  NULL CONSTRAINT DF_CompMast_SMSName DEFAULT '',
-  CBOpenDate      datetime       NULL,
-  CBOpenCash      decimal(18, 2) NULL CONSTRAINT DF_CompMast_CBOpenCash DEFAULT 0,
-  CBOpenBank      decimal(18, 2) NULL CONSTRAINT DF_CompMast_CBOpenBank DEFAULT 0,
   CONSTRAINT PK_CompMast PRIMARY KEY (CompCode)
 );
 

@@ -1,6 +1,8 @@
 #include "app/catalogue.h"
 
 #include "app/menu_table.h"
+#include "cash/cash_book_frm.h"
+#include "cash/recalc_cash_book_frm.h"
 #include "collections/batch_link_frm.h"
 #include "collections/batch_list_frm.h"
 #include "collections/chq_ctrl_frm.h"
@@ -63,6 +65,7 @@ constexpr Entry kScreens[] = {
     {"AMLADescFrm", Make<AMLADescFrm>},
     {"BatchLinkfrm", Make<BatchLinkfrm>},
     {"BatchListfrm", Make<BatchListfrm>},
+    {"CashBookFrm", Make<CashBookFrm>},
     {"ChangePasswordfrm", Make<ChangePasswordfrm>},
     {"ChqCtrlFrm", Make<ChqCtrlFrm>},
     {"CompCodeFrm", Make<CompCodeFrm>},
@@ -87,6 +90,7 @@ constexpr Entry kScreens[] = {
     {"OwnReportsFrm", Make<OwnReportsFrm>},
     {"PaymentFrm", Make<PaymentFrm>},
     {"PopupFrm", Make<PopupFrm>},
+    {"RecalcCashBookFrm", Make<RecalcCashBookFrm>},
     {"RecalcReceiptNo", Make<RecalcReceiptNo>},
     {"ReceiptNoFrm", Make<ReceiptNoFrm>},
     {"Reminderfrm", Make<Reminderfrm>},

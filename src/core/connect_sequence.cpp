@@ -189,19 +189,24 @@ void PatchLHDNQR(Start& start) {
   RefreshEInvoiceCodeTables(start.session, start.desk, {});
 }
 
-// An administrator may have made the index before, and some offices began with it but without the
-// key; then only the key is missing.
-void PatchChargeIndex(Start& start) {
+// What the patch makes may be there without its key: an administrator made it, or the office began
+// with it. Then only the key is missing.
+void PatchUnlessThere(Start& start, const Patch& patch) {
   if (!start.value.empty()) return;
   constexpr int kIndexExists = 1913;
   constexpr int kObjectExists = 2714;  // how the other engines put it
+  constexpr int kColumnExists = 2705;
   try {
-    start.Patch(patches::kChargeIndex);
+    start.Patch(patch);
   } catch (const SqlError& error) {
-    if (error.number() != kIndexExists && error.number() != kObjectExists) throw;
-    start.main().Execute(patches::kChargeIndex.statements.back());
+    const int number = error.number();
+    if (number != kIndexExists && number != kObjectExists && number != kColumnExists) throw;
+    start.main().Execute(patch.statements.back());
   }
 }
+
+void PatchChargeIndex(Start& start) { PatchUnlessThere(start, patches::kChargeIndex); }
+void PatchCashBookOpening(Start& start) { PatchUnlessThere(start, patches::kCashBookOpening); }
 
 // --- the sequence. Some patches rely on earlier ones; the order never changes.
 
@@ -252,6 +257,7 @@ const std::vector<Step>& Steps() {
       PatchOnce(patches::kLongDescription),
       PatchWith(patches::kChargeIndex, PatchChargeIndex),
       PatchOnce(patches::kCompanyPictures),
+      PatchWith(patches::kCashBookOpening, PatchCashBookOpening),
   };
   return steps;
 }

@@ -36,9 +36,8 @@ std::vector<GridColumn> StampColumns() {
 
 // Entries of the rights table with no work of their own behind them.
 bool HasNothingToOpen(std::string_view name) {
-  static constexpr std::string_view kNames[] = {"CustInq",      "DQMnu",   "KutuMastMnu",
-                                                "KutuTransMnu", "RecalCB", "RefererDetailMnu",
-                                                "TestDocMnu"};
+  static constexpr std::string_view kNames[] = {
+      "CustInq", "DQMnu", "KutuMastMnu", "KutuTransMnu", "RefererDetailMnu", "TestDocMnu"};
   for (std::string_view known : kNames) {
     if (name == known) return true;
   }
@@ -80,7 +79,9 @@ MainFrm::MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
   LS2.onOpen = [this](int row, int) { OpenListedLoan(LS2.Cell(row, 0)); };
   home_.choose = [this](std::string_view entry) { ChooseMenu(entry); };
   home_.open_loan = [this](const std::string& loan_id) {
-    if (OpenLoan(this->session(), this->desk(), loan_id)) home_.Returned();
+    if (!screen_exists_("NewLoanFrm")) return;
+    OpenFor(this->session(), this->desk(), "NewLoanFrm", "Edit Loan", loan_id);
+    home_.Returned();
   };
   Label1.onClick = [this] { EditSlogan(); };
   EmptyKeyCmd.onClick = [this] { ShutBuiltInLogon(); };
@@ -382,7 +383,12 @@ void MainFrm::EditSlogan() {
 }
 
 void MainFrm::OpenListedLoan(const std::string& loan_id) {
-  if (!OpenLoan(session(), desk(), loan_id)) return;
+  if (!screen_exists_("NewLoanFrm")) return;
+  session().HandOverLoanID = loan_id;
+  session().CallerTag = "Edit Loan";
+  desk().Show("NewLoanFrm");
+  session().HandOverLoanID.clear();
+  session().CallerTag.clear();
   RefreshMainLists();
   home_.Returned();
 }

@@ -208,6 +208,14 @@ const Patch kCompanyPictures = {
      "ALTER Table CompMast ADD Letterhead nvarchar(300)",
      "INSERT INTO Systemast (Param,Value) VALUES ('CompanyPictures','1')"}};
 
+// Where a recalculation of the cash book begins.
+const Patch kCashBookOpening = {
+    "CashBookOpening",
+    {"ALTER Table CompMast ADD CBOpenDate datetime",
+     "ALTER Table CompMast ADD CBOpenCash decimal(18,2)",
+     "ALTER Table CompMast ADD CBOpenBank decimal(18,2)",
+     "INSERT INTO Systemast (Param,Value) VALUES ('CashBookOpening','1')"}};
+
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
     "UserID nvarchar(50) NULL, "

@@ -38,6 +38,7 @@ extern const Patch kSuppCity;
 extern const Patch kLongDescription;
 extern const Patch kChargeIndex;
 extern const Patch kCompanyPictures;
+extern const Patch kCashBookOpening;
 
 // Made when the table is missing, without a key.
 extern const std::string_view kHolidayMast;

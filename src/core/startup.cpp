@@ -236,9 +236,7 @@ void CheckVersion(Session& session, Desk& desk, std::string_view running) {
   desk.Message(
       MessageKind::information, "Version Checking",
       fmt::format("New version {} available for download, Please download update now", stored));
-  const std::string address =
-      ScalarQuery(session.Main(), "SELECT Value FROM Systemast WHERE Param='URL'");
-  if (!address.empty()) desk.Open(address);
+  desk.Open(ScalarQuery(session.Main(), "SELECT Value FROM Systemast WHERE Param='URL'"));
   throw StartRefused("Version Checking", "");
 }
 

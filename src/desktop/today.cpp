@@ -1,20 +1,20 @@
 #include "desktop/today.h"
 
-#include <utility>
+#include "platform/clock.h"
 
 namespace kaunter {
 
 namespace {
 
-std::function<DateTime()> now_in_force;
+const Clock* clock_in_force = nullptr;
 
 }  // namespace
 
-void TakeTodayFrom(std::function<DateTime()> now) { now_in_force = std::move(now); }
+void TakeTodayFrom(const Clock* clock) { clock_in_force = clock; }
 
 QDate Today() {
-  if (!now_in_force) return QDate::currentDate();
-  const DateTime now = now_in_force();
+  if (!clock_in_force) return QDate::currentDate();
+  const DateTime now = clock_in_force->Now();
   return {now.year, now.month, now.day};
 }
 

@@ -1,15 +1,14 @@
-// Today, as the program has it: the server's date, whatever the PC's own clock shows.
+// Today, as the program's clock has it: a run whose clock is set has calendars of its own time.
 #pragma once
 
 #include <QDate>
-#include <functional>
-
-#include "platform/date_time.h"
 
 namespace kaunter {
 
-// `now` works as long as there are date boxes; without one it is the machine's date.
-void TakeTodayFrom(std::function<DateTime()> now);
+class Clock;
+
+// `clock` outlives every date box; without one it is the machine's date.
+void TakeTodayFrom(const Clock* clock);
 QDate Today();
 
 }  // namespace kaunter

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/picker.h"
 #include "core/values.h"
@@ -41,7 +40,6 @@ LoanAppFrm::LoanAppFrm(Session& session, Desk& desk)
   BindRecord();
   BindEvents();
   BindListEvents();
-  CapTexts(session, *this);
 }
 
 void LoanAppFrm::BindRecord() {

@@ -48,7 +48,7 @@ const Names& StartedOtherwise() {
       "MyKadList.rpt",        "LoanCalcList.rpt",   "ApplicationForm.rpt",
       "ApplicationForm2.rpt", "LetterOffer.rpt",    "SettlementLetter.rpt",
       "Reminder2.rpt",        "LateInvoice.rpt",    "ARCreditNote.rpt",
-      "LateInterestC.rpt"};
+      "LateInterestC.rpt",    "CashBookRecalc.rpt"};
   return names;
 }
 

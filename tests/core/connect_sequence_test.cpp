@@ -56,19 +56,21 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
   office.Connect();
   EXPECT_THAT(
       office.steps,
-      ElementsAre(
-          "TransLogs", "ftpAcc", "CapLock", "IntRate", "DefaultLateCharge", "LinkAcc", "SMSServer",
-          "LowInt", "LinkDB", "CompCode2", "PaymentReader", "SchInt", "Patch-Drawdown", "PayToDate",
-          "RoundedInstallment", "OldReceipt", "NoSignature", "AMLA", "LockAMLAReasonCode",
-          "DataExportFlag", "DisableSTR", "LampiranA", "ORYYMMDD", "HolidayMast", "CheckHoliday",
-          "AutoChangePayDate", "PaymentReaderOldMethod", "IDEAL", "CalcAmt", "OrgDueDate", "EInv",
-          "AutoProcessingFeeRate", "AutoStampingFeeRate", "AutoLoanPurpose", "EInvCustName",
-          "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
-          "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex", "CompanyPictures"));
+      ElementsAre("TransLogs", "ftpAcc", "CapLock", "IntRate", "DefaultLateCharge", "LinkAcc",
+                  "SMSServer", "LowInt", "LinkDB", "CompCode2", "PaymentReader", "SchInt",
+                  "Patch-Drawdown", "PayToDate", "RoundedInstallment", "OldReceipt", "NoSignature",
+                  "AMLA", "LockAMLAReasonCode", "DataExportFlag", "DisableSTR", "LampiranA",
+                  "ORYYMMDD", "HolidayMast", "CheckHoliday", "AutoChangePayDate",
+                  "PaymentReaderOldMethod", "IDEAL", "CalcAmt", "OrgDueDate", "EInv",
+                  "AutoProcessingFeeRate", "AutoStampingFeeRate", "AutoLoanPurpose", "EInvCustName",
+                  "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
+                  "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex",
+                  "CompanyPictures", "CashBookOpening"));
   for (const char* key :
        {"Patch-Drawdown", "AMLA", "DataExportFlag", "DisableSTR", "LampiranA", "OrgDueDate", "EInv",
         "EInvCustName", "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
-        "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex", "CompanyPictures"}) {
+        "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex", "CompanyPictures",
+        "CashBookOpening"}) {
     EXPECT_EQ(ReadSetting(office.session.Main(), key), "1") << key;
   }
   auto shape = office.Shape();

@@ -72,6 +72,16 @@ TEST(CashReports, CashBook) {
   }
 }
 
+// The rows hold; the balances of the two companies were never moved.
+TEST(CashReports, Recalculation) {
+  ExpectAll<CashOffice>(
+      {Row("CashBookRecalc.rpt",
+           {{"CashBal", "0"}, {"CashShould", "4200"}, {"BankShould", "3500.75 - 1200"}}, "2", "",
+           kPlain, "-"),
+       Row("CashBookRecalc.rpt", {{"BankShould", "-1200"}}, "1", "{CompMast.CompCode}='KL'", kPlain,
+           "-")});
+}
+
 TEST(CashReports, BalancesOfTheCashBook) {
   const std::string later = Asked("CBBalance.rpt", "05-01-2024", "31-01-2024");
   const std::string before = Asked("CBBalance.rpt", "01-01-2024", "04-01-2024");

@@ -7,15 +7,15 @@ namespace kaunter {
 
 const std::vector<Layout>& AllLayouts() {
   static const std::vector<Layout> layouts = {
-      UserLoginLayout(),         LoanCalcfrmLayout(), PopupFrmLayout(),
-      NewCustFrmLayout(),        UserFrmLayout(),     CompCodeFrmLayout(),
-      CompProfileFrmLayout(),    SetupFrmLayout(),    FrmNicLayout(),
-      NewLoanFrmLayout(),        LoanAppFrmLayout(),  SettlementfrmLayout(),
-      LoanSettlementfrmLayout(), PaymentFrmLayout(),  InvoicefrmLayout(),
-      BatchLinkfrmLayout(),      SpecialRptLayout(),  FollowupFrmLayout(),
-      DueDateFrmLayout(),        ReminderfrmLayout(), ReportFrmLayout(),
-      FrmPrintingLayout(),       ChqCtrlFrmLayout(),  FrmUserSignInLayout(),
-      AccessPasswordFrmLayout(),
+      UserLoginLayout(),         LoanCalcfrmLayout(),       PopupFrmLayout(),
+      NewCustFrmLayout(),        UserFrmLayout(),           CompCodeFrmLayout(),
+      CompProfileFrmLayout(),    SetupFrmLayout(),          FrmNicLayout(),
+      NewLoanFrmLayout(),        LoanAppFrmLayout(),        SettlementfrmLayout(),
+      LoanSettlementfrmLayout(), PaymentFrmLayout(),        InvoicefrmLayout(),
+      BatchLinkfrmLayout(),      SpecialRptLayout(),        FollowupFrmLayout(),
+      DueDateFrmLayout(),        ReminderfrmLayout(),       ReportFrmLayout(),
+      FrmPrintingLayout(),       ChqCtrlFrmLayout(),        FrmUserSignInLayout(),
+      CashBookFrmLayout(),       RecalcCashBookFrmLayout(), AccessPasswordFrmLayout(),
   };
   return layouts;
 }

@@ -31,12 +31,6 @@ Insert CashBook (CompCode,TranDate,TranType,TranDesc,TranMemo,TranAmt,CashBal,Ba
 --- balances after a payment movement
 Update CompMast set CashInHand=-9500.00,CashInBank=983.33 Where CompCode='AB'
 ;;
---- movements of a company in their order, for the recalculation
-SELECT DocID,TranDate,TranType,TranAmt,CashBal,BankBal FROM CashBook WHERE CompCode='AB' ORDER BY TranDate,DocID
-;;
---- opening balances of a company
-SELECT CBOpenDate,CBOpenCash,CBOpenBank FROM CompMast WHERE CompCode='AB'
-;;
---- recalculated balances of one movement
-UPDATE CashBook SET CashBal=500.00,BankBal=0 WHERE DocID=1
+--- recalculated balances of several movements
+UPDATE CashBook SET CashBal=r.Cash,BankBal=r.Bank FROM CashBook INNER JOIN (SELECT 1 AS DocID,500.00 AS Cash,0.00 AS Bank UNION ALL SELECT 2 AS DocID,-9500.00 AS Cash,983.33 AS Bank) AS r ON CashBook.DocID=r.DocID
 ;;
