@@ -301,7 +301,7 @@ class Composer {
     const int head = static_cast<int>(out_->size());
     LetterBlock top;
     table_.Head(top.marks, 0);
-    top.height = ReportTable::kHeadHeight;
+    top.height = table_.HeadHeight();
     Put(std::move(top));
     ReportTable::Sums sums = table_.NoSums();
     for (std::size_t i = 0; i < span_.count; ++i) {
@@ -315,9 +315,9 @@ class Composer {
     if (!file_.total_label.empty()) {
       LetterBlock block;
       block.head = head;
-      block.height = ReportTable::TotalHeight(true);
-      table_.Total(block.marks, 0, texts_.FillLetter(file_.total_label, span_, file_.total_line),
-                   sums, true);
+      const std::string label = texts_.FillLetter(file_.total_label, span_, file_.total_line);
+      block.height = table_.TotalHeight(label, true);
+      table_.Total(block.marks, 0, label, sums, true);
       Put(std::move(block));
     }
     Gap(3);

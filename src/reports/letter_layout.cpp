@@ -170,16 +170,18 @@ class LetterLayout {
   }
 
   void Foot(ReportPage& at, double edge, RowSpan span, const std::string& page_of) {
-    const double width = file_.width_mm - 2 * file_.letter.margin;
+    const double whole = file_.width_mm - 2 * file_.letter.margin;
+    const double width =
+        whole - (page_of.empty() ? 0 : TextWidth(page_of, kFootPoints, false) * 1.05 + 4);
     const double y = edge - file_.letter.margin - 4;
     const std::string foot = texts_.FillLetter(file_.letter.foot, span, file_.letter.foot_line);
     if (!foot.empty()) {
-      at.texts.push_back({file_.letter.margin, y, width * 0.8, 4, foot, kFootPoints, false,
+      at.texts.push_back({file_.letter.margin, y, width, 4, foot, kFootPoints, false,
                           TextAlign::left, Tone::quiet});
     }
     if (!page_of.empty()) {
-      at.texts.push_back({file_.letter.margin + width * 0.8, y, width * 0.2, 4, page_of,
-                          kFootPoints, false, TextAlign::right, Tone::quiet});
+      at.texts.push_back({file_.letter.margin + width, y, whole - width, 4, page_of, kFootPoints,
+                          false, TextAlign::right, Tone::quiet});
     }
   }
 

@@ -9,6 +9,9 @@
 #include "core/report_path.h"
 #include "core/values.h"
 #include "reports/report_file.h"
+#include "reports/report_layout.h"
+#include "reports/report_table.h"
+#include "reports/text_width.h"
 
 namespace kaunter {
 namespace {
@@ -18,6 +21,7 @@ namespace fs = std::filesystem;
 using Parameters = std::map<std::string, std::string>;
 
 constexpr std::size_t kMostBranches = 4096;
+constexpr double kUnseenShrink = 0.9;
 
 std::vector<std::string> ReportFilesOf(const fs::path& folder) {
   std::vector<std::string> files;
@@ -88,7 +92,7 @@ class FileCheck {
     ReportFindings findings;
     std::string last;
     try {
-      ReportFile::Read(path_, {chinese, parameters, &findings});
+      CheckRooms(ReportFile::Read(path_, {chinese, parameters, &findings}));
     } catch (const std::runtime_error& fault) {
       last = fault.what();
     }
@@ -96,6 +100,26 @@ class FileCheck {
     if (!last.empty()) Tell(last);
     for (const auto& [name, values] : findings.asked) {
       asked_[name].insert(values.begin(), values.end());
+    }
+  }
+
+  // A word that its column has no room for is printed in smaller letters: a little is not seen.
+  void CheckRooms(const ReportFile& file) {
+    const double margin = file.IsLetter() ? file.letter.margin : kListMargin;
+    const std::vector<double> rooms = ColumnRooms(file, file.width_mm - 2 * margin);
+    for (std::size_t i = 0; i < rooms.size(); ++i) {
+      const ReportColumn& column = file.columns[i];
+      if (HeadingShrink(column.heading, rooms[i]) >= kUnseenShrink) continue;
+      Tell(
+          fmt::format("{}: the heading \"{}\" has a word that is wider than its column, which has "
+                      "{:.0f} mm. Give the column a larger share, or say it shorter.",
+                      column.line.Told(), column.heading, rooms[i]));
+    }
+    for (const ReportField& field : file.fields) {
+      if (TextWidth(field.label, kFieldPoints, false) <= kFieldLabelWidth) continue;
+      Tell(fmt::format(
+          "{}: the label \"{}\" is wider than the {:.0f} mm that it has. Say it shorter.",
+          field.line.Told(), field.label, kFieldLabelWidth));
     }
   }
 

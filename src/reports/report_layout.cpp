@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kLogoWidth = 36;
 constexpr double kLogoHeight = 16;
-constexpr double kMargin = 15;
+constexpr double kMargin = kListMargin;
 constexpr double kRowHeight = ReportTable::kRowHeight;
 constexpr double kGroupHeadHeight = kRowHeight + 0.8;
 constexpr double kFootHeight = 8;
@@ -102,8 +102,13 @@ class Layout {
       Text(kMargin, width, heading_.company, kSmallPoints, false, TextAlign::left, Tone::quiet);
       y_ += kRowHeight;
     }
-    Text(kMargin, width, document_.title, 16, true, TextAlign::left, Tone::accent, 9);
-    y_ += 10;
+    std::vector<std::string> title = WrapText(document_.title, width, 16, true);
+    if (title.empty()) title.emplace_back();
+    for (const std::string& line : title) {
+      Text(kMargin, width, line, 16, true, TextAlign::left, Tone::accent, 9);
+      y_ += 9;
+    }
+    y_ += 1;
     // What was selected stands there in full, on as many pages as it takes.
     for (const std::string& line : WrapText(heading_.subtitle, width - 1, kSmallPoints, false)) {
       PageFor(kRowHeight);
@@ -123,8 +128,10 @@ class Layout {
       const ReportField& field = file_.fields[i];
       const double x = kMargin + (i % 2 == 0 ? 0 : half);
       if (i % 2 == 0) PageFor(kRowHeight);
-      Text(x, 34, Fill(field.label, field.line), kSmallPoints, false, TextAlign::left, Tone::quiet);
-      Text(x + 34, half - 36, Fill(field.text, field.line), kSmallPoints, true);
+      Text(x, kFieldLabelWidth, Fill(field.label, field.line), kFieldPoints, false, TextAlign::left,
+           Tone::quiet);
+      Text(x + kFieldLabelWidth, half - kFieldLabelWidth - 2, Fill(field.text, field.line),
+           kFieldPoints, true);
       if (i % 2 == 1 || i + 1 == file_.fields.size()) y_ += kRowHeight + 0.4;
     }
   }
@@ -153,7 +160,7 @@ class Layout {
 
   void TableHead() {
     table_.Head(page(), y_);
-    y_ += ReportTable::kHeadHeight;
+    y_ += table_.HeadHeight();
   }
 
   // Above and below the table: a page that begins there has no table head.
@@ -259,9 +266,10 @@ class Layout {
   }
 
   void TotalRow(const std::string& label, const ReportTable::Sums& sums, bool grand) {
-    Room(kRowHeight + 2);
+    const double height = table_.TotalHeight(label, grand);
+    Room(height);
     table_.Total(page(), y_, label, sums, grand);
-    y_ += ReportTable::TotalHeight(grand);
+    y_ += height;
     striped_ = false;
   }
 

@@ -11,6 +11,11 @@
 
 namespace kaunter {
 
+// Of a list: the empty edge of the sheet, and the labels of its fields.
+inline constexpr double kListMargin = 15;
+inline constexpr double kFieldPoints = 9;
+inline constexpr double kFieldLabelWidth = 34;
+
 // A letter is laid out as letter_layout.h tells. Throws std::runtime_error when a column of the
 // file is not among the rows' columns.
 ReportDocument LayOut(const ReportFile& file, const ReportHeading& heading, const Recordset& rows,

@@ -14,6 +14,7 @@ constexpr double kLeastPoints = 5;
 constexpr double kSureShare = 0.95;
 constexpr std::size_t kMostLines = 20;
 constexpr double kNextLine = 4.2;  // from one line of a row to the next
+constexpr double kHeadHeight = 7;  // of headings of one line
 
 TextAlign AlignOf(CellKind kind) {
   return kind == CellKind::text || kind == CellKind::date ? TextAlign::left : TextAlign::right;
@@ -21,15 +22,30 @@ TextAlign AlignOf(CellKind kind) {
 
 }  // namespace
 
+std::vector<double> ColumnRooms(const ReportFile& file, double width) {
+  double weights = 0;
+  for (const ReportColumn& column : file.columns) weights += column.weight;
+  std::vector<double> rooms;
+  for (const ReportColumn& column : file.columns) {
+    rooms.push_back(width * column.weight / weights - 2 * ReportTable::kPad);
+  }
+  return rooms;
+}
+
+double HeadingShrink(const std::string& heading, double room) {
+  const double needed = WidestWord(heading, kPoints, true);
+  return needed > room ? std::max(kLeastPoints / kPoints, room / needed) : 1;
+}
+
 ReportTable::ReportTable(const ReportFile& file, const ReportTexts& texts, const Recordset& rows,
                          double x, double width)
     : file_(file), rows_(rows), x_(x), width_(width) {
-  double weights = 0;
-  for (const ReportColumn& column : file.columns) weights += column.weight;
-  for (const ReportColumn& column : file.columns) {
+  const std::vector<double> rooms = ColumnRooms(file, width);
+  for (std::size_t i = 0; i < rooms.size(); ++i) {
+    const ReportColumn& column = file.columns[i];
     Place place;
     place.x = x;
-    place.width = width * column.weight / weights;
+    place.width = rooms[i] + 2 * kPad;
     if (column.running.empty()) {
       place.field = texts.ColumnOf(column.field, column.line);
     } else {
@@ -38,6 +54,7 @@ ReportTable::ReportTable(const ReportFile& file, const ReportTexts& texts, const
     x += place.width;
     places_.push_back(std::move(place));
   }
+  SetHeadings();
 }
 
 // A letter's running figure begins anew with each letter.
@@ -96,20 +113,37 @@ void ReportTable::AddTo(Sums& sums, std::size_t row) const {
   }
 }
 
-void ReportTable::Head(ReportPage& page, double y) const {
-  page.areas.push_back({x_, y, width_, kHeadHeight, Tone::accent});
+// Before the sums of a summary stand the names of the groups, not the columns of the rows.
+void ReportTable::SetHeadings() {
+  const auto add = [this](const std::string& text, double x, double room, TextAlign align) {
+    const double points = kPoints * HeadingShrink(text, room);
+    headings_.push_back({x + kPad, room, points, align, WrapText(text, room, points, true)});
+    if (headings_.back().lines.empty()) headings_.back().lines.emplace_back();
+    const double more = static_cast<double>(headings_.back().lines.size()) - 1;
+    head_height_ = std::max(head_height_, kHeadHeight + kNextLine * more);
+  };
+  head_height_ = kHeadHeight;
   std::size_t first = 0;
   if (file_.summary) {
-    // Before the sums stand the names of the groups, not the columns of the rows.
     while (first < places_.size() && !ShownInTotal(first, true)) ++first;
-    page.texts.push_back({x_ + kPad, y, LabelWidth(true) - 2 * kPad, kHeadHeight,
-                          file_.summary_heading, kPoints, true, TextAlign::left, Tone::shade});
+    add(file_.summary_heading, x_, LabelWidth(true) - 2 * kPad, TextAlign::left);
   }
   for (std::size_t i = first; i < places_.size(); ++i) {
-    const ReportColumn& column = file_.columns[i];
     if (file_.summary && !ShownInTotal(i, false)) continue;
-    page.texts.push_back({places_[i].x + kPad, y, places_[i].width - 2 * kPad, kHeadHeight,
-                          column.heading, kPoints, true, AlignOf(column.kind), Tone::shade});
+    const ReportColumn& column = file_.columns[i];
+    add(column.heading, places_[i].x, places_[i].width - 2 * kPad, AlignOf(column.kind));
+  }
+}
+
+// The last lines of all headings stand on one line.
+void ReportTable::Head(ReportPage& page, double y) const {
+  page.areas.push_back({x_, y, width_, head_height_, Tone::accent});
+  for (const Heading& heading : headings_) {
+    double at = y + head_height_ - kHeadHeight;
+    for (std::size_t i = heading.lines.size(); i-- > 0; at -= kNextLine) {
+      page.texts.push_back({heading.x, at, heading.room, kHeadHeight, heading.lines[i],
+                            heading.points, true, heading.align, Tone::shade});
+    }
   }
 }
 
@@ -154,16 +188,21 @@ double ReportTable::Row(ReportPage& page, double y, std::size_t row, bool stripe
 void ReportTable::Cell(ReportPage& page, double y, std::size_t column, std::string text,
                        bool bold) const {
   const double width = places_[column].width - 2 * kPad;
-  const TextAlign align = AlignOf(file_.columns[column].kind);
+  const CellKind kind = file_.columns[column].kind;
   double points = kPoints;
-  // A figure without its last digits would be another figure: one that is too long gets smaller.
-  if (align == TextAlign::right) {
+  // Without its last digits a figure or a day would be another one: what is too long gets smaller.
+  if (kind != CellKind::text) {
     const double needed = TextWidth(text, kPoints, bold);
     const double sure = width * kSureShare;
     if (needed > sure) points = std::max(kLeastPoints, kPoints * sure / needed);
   }
-  page.texts.push_back(
-      {places_[column].x + kPad, y, width, kRowHeight, std::move(text), points, bold, align});
+  page.texts.push_back({places_[column].x + kPad, y, width, kRowHeight, std::move(text), points,
+                        bold, AlignOf(kind)});
+}
+
+double ReportTable::TotalHeight(const std::string& label, bool grand) const {
+  const std::size_t lines = std::max<std::size_t>(LabelLines(label, grand).size(), 1);
+  return kRowHeight + (grand ? 0.8 : 1.8) + kNextLine * static_cast<double>(lines - 1);
 }
 
 void ReportTable::Total(ReportPage& page, double y, const std::string& label, const Sums& sums,
@@ -171,9 +210,13 @@ void ReportTable::Total(ReportPage& page, double y, const std::string& label, co
   page.lines.push_back(
       {x_, y + 0.4, x_ + width_, y + 0.4, grand ? 0.5 : 0.25, grand ? Tone::accent : Tone::rule});
   y += 0.8;
-  page.texts.push_back(
-      {x_ + kPad, y, LabelWidth(grand) - 2 * kPad, kRowHeight, label, kPoints, true});
-  Figures(page, y, sums, grand, true);
+  const double first = y;
+  for (const std::string& line : LabelLines(label, grand)) {
+    page.texts.push_back(
+        {x_ + kPad, y, LabelWidth(grand) - 2 * kPad, kRowHeight, line, kPoints, true});
+    y += kNextLine;
+  }
+  Figures(page, first, sums, grand, true);
 }
 
 void ReportTable::SummaryRow(ReportPage& page, double y, const std::string& label, const Sums& sums,
@@ -195,6 +238,10 @@ double ReportTable::LabelWidth(bool grand) const {
     if (ShownInTotal(i, grand)) return i > 0 ? places_[i].x - x_ : places_[0].width;
   }
   return width_;
+}
+
+std::vector<std::string> ReportTable::LabelLines(const std::string& label, bool grand) const {
+  return WrapText(label, LabelWidth(grand) - 2 * kPad, kPoints, true);
 }
 
 void ReportTable::Figures(ReportPage& page, double y, const Sums& sums, bool grand,

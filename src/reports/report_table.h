@@ -11,10 +11,15 @@
 
 namespace kaunter {
 
+// What a column has for its heading and its rows, on a page of this width.
+std::vector<double> ColumnRooms(const ReportFile& file, double width);
+// By how much the letters of a heading must shrink to keep the words in its column whole; 1 when
+// they fit.
+double HeadingShrink(const std::string& heading, double room);
+
 class ReportTable {
  public:
   static constexpr double kRowHeight = 5.4;
-  static constexpr double kHeadHeight = 7;
   static constexpr double kPad = 1.2;
 
   // Throws std::runtime_error when a column of the file is not among the rows' columns.
@@ -31,6 +36,8 @@ class ReportTable {
   Sums NoSums() const { return Sums(file_.columns.size()); }
   void AddTo(Sums& sums, std::size_t row) const;
 
+  // A heading that is wider than its column takes several lines.
+  double HeadHeight() const { return head_height_; }
   void Head(ReportPage& page, double y) const;
   double RowHeight(std::size_t row, bool may_grow) const;
   // Gives the row's height. A text that is wider than its column is shortened, or, where the row or
@@ -41,7 +48,7 @@ class ReportTable {
   // The line of a group whose rows are not printed.
   void SummaryRow(ReportPage& page, double y, const std::string& label, const Sums& sums,
                   bool striped) const;
-  static double TotalHeight(bool grand) { return kRowHeight + (grand ? 0.8 : 1.8); }
+  double TotalHeight(const std::string& label, bool grand) const;
 
  private:
   struct Place {
@@ -50,9 +57,18 @@ class ReportTable {
     double x = 0;
     double width = 0;
   };
+  struct Heading {
+    double x = 0;
+    double room = 0;
+    double points = 0;
+    TextAlign align = TextAlign::left;
+    std::vector<std::string> lines;
+  };
   std::vector<Money> Running(const ReportColumn& column, const ReportTexts& texts) const;
   bool ShownInTotal(std::size_t column, bool grand) const;
   double LabelWidth(bool grand) const;
+  std::vector<std::string> LabelLines(const std::string& label, bool grand) const;
+  void SetHeadings();
   void Figures(ReportPage& page, double y, const Sums& sums, bool grand, bool bold) const;
   void Cell(ReportPage& page, double y, std::size_t column, std::string text, bool bold) const;
   std::vector<std::string> LinesOf(std::size_t column, const std::string& text,
@@ -63,6 +79,8 @@ class ReportTable {
   double x_;
   double width_;
   std::vector<Place> places_;
+  std::vector<Heading> headings_;
+  double head_height_ = 0;
 };
 
 }  // namespace kaunter

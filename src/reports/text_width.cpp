@@ -1,5 +1,6 @@
 #include "reports/text_width.h"
 
+#include <algorithm>
 #include <array>
 
 namespace kaunter {
@@ -145,6 +146,14 @@ double TextWidth(std::string_view text, double points, bool bold) {
     i += sign.bytes.size();
   }
   return width * points * kMillimetresPerPoint;
+}
+
+double WidestWord(std::string_view text, double points, bool bold) {
+  double widest = 0;
+  for (const Piece& piece : Pieces(text)) {
+    widest = std::max(widest, TextWidth(piece.text, points, bold) * kSlack);
+  }
+  return widest;
 }
 
 double LineHeight(double points) { return points * kMillimetresPerPoint * 1.42; }

@@ -16,5 +16,7 @@ double LineHeight(double points);
 // is wider than a line is broken where the line ends. A line end in the text ends a line; several
 // blanks count as one. No line for an empty text.
 std::vector<std::string> WrapText(std::string_view text, double width, double points, bool bold);
+// The least width in which WrapText breaks no word.
+double WidestWord(std::string_view text, double points, bool bold);
 
 }  // namespace kaunter

@@ -150,9 +150,9 @@ TEST(DueReports, AgingIsDrawn) {
     const bool other = texts[i].tone == Tone::quiet && texts[i + 1].text == "1,966.67";
     if (label || other) bars.push_back(texts[i].text + " " + texts[i + 1].text);
   }
-  EXPECT_EQ(bars,
-            (std::vector<std::string>{"1 month 1,966.67", "2 months 0.00", "3 months 0.00",
-                                      "4-6 mths 0.00", "7-12 mths 0.00", "Over 12 7,400.00"}));
+  EXPECT_EQ(bars, (std::vector<std::string>{"1 month 1,966.67", "2 months 0.00", "3 months 0.00",
+                                            "4-6 months 0.00", "7-12 months 0.00",
+                                            "Over 12 months 7,400.00"}));
 }
 
 TEST(DueReports, Outstanding) {

@@ -9,6 +9,7 @@
 #include "reports/report_query.h"
 #include "tests/core/office.h"
 #include "tests/reports/list_rows.h"
+#include "tests/support/places.h"
 
 namespace kaunter {
 namespace {
@@ -163,7 +164,11 @@ TEST(ReportLike, AFolderIsReadWithoutPrinting) {
   folder.Write("b.rpt", "like \"a.rpt\"\nwithout column B\n");
   folder.Write("c.RPT", "like \"none.rpt\"\nwithout column B\n");
   folder.Write("d.rpt", "query\nDELETE FROM t WHERE {selection}\nend\nif P\ncolumn\nendif\n");
-  folder.Write("e.rpt", kQuery + "column \"A\" Loan text 9\n");
+  // Blanks let a heading take two lines; a long word has no room.
+  folder.Write("e.rpt", kQuery +
+                            "column \"Late charges\" Loan text 1\ncolumn \"Identification\" "
+                            "Loan text 1\ncolumn \"A\" Loan text 9\n" +
+                            "field \"A label as long as none other is\" \"x\"\n");
   folder.Write("readme.txt", "\xFF");
   std::filesystem::create_directory(folder.File("OwnReports"));
   folder.Write("OwnReports/a.rpt", "like \"a.rpt\"\nadd\n");
@@ -176,8 +181,12 @@ TEST(ReportLike, AFolderIsReadWithoutPrinting) {
   }
   EXPECT_EQ(places,
             "a.rpt, line 4; a.rpt, line 7; a.rpt, line 14; a.rpt, line 11; b.rpt, line 2; "
-            "c.RPT, line 1; d.rpt, line 4; d.rpt, line 2; OwnReports/a.rpt, line 2; ");
+            "c.RPT, line 1; d.rpt, line 4; d.rpt, line 2; e.rpt, line 5; e.rpt, line 7; "
+            "OwnReports/a.rpt, line 2; ");
   EXPECT_THROW(CheckReports(folder.File("none")), std::runtime_error);
+  const ReportCheck own = CheckReports(test::SourceDir() + "/reports");
+  EXPECT_GT(own.files, 50u);
+  for (const std::string& fault : own.faults) ADD_FAILURE() << fault;
 }
 
 TEST(ReportLike, ACircleAndAMissingFileEndWithAMessage) {
