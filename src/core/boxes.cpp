@@ -1,7 +1,11 @@
 #include "core/boxes.h"
 
+#include <utility>
+
+#include "core/session.h"
 #include "core/telling.h"
 #include "core/values.h"
+#include "screen/screen.h"
 
 namespace kaunter {
 
@@ -13,6 +17,19 @@ bool CheckDateBox(Session& session, TextBox& box, const Caption& invalid) {
 bool RequireDate(Session& session, TextBox& box, const Caption& required, const Caption& invalid) {
   if (!CheckDateBox(session, box, invalid)) return false;
   return !box.empty() || Refuse(session, box, required);
+}
+
+void CapTexts(const Session& session, const Screen& screen) {
+  if (!session.settings.CapLock) return;
+  for (Control* control : screen.controls()) {
+    auto* box = dynamic_cast<TextBox*>(control);
+    if (box == nullptr || box->kind() != Kind::text) continue;
+    if (!box->picker.empty() || !box->mask.empty() || box->name().ends_with("email")) continue;
+    box->onLeave = [&session, box, then = std::move(box->onLeave)] {
+      if (!box->locked()) box->SetText(ApplyCapLock(session, box->text()));
+      if (then) then();
+    };
+  }
 }
 
 }  // namespace kaunter

@@ -22,6 +22,11 @@ bool CheckDateBox(Session& session, TextBox& box, const Caption& invalid = kInva
 bool RequireDate(Session& session, TextBox& box, const Caption& required,
                  const Caption& invalid = kInvalidDate);
 
+// Where the office wants capitals (CapLock), what is typed into the screen's boxes of text goes to
+// upper case as each is left, before the box's own onLeave. Remarks, e-mail addresses and what
+// comes from a search or a mask stay as they are. Called once, when the boxes have their onLeave.
+void CapTexts(const Session& session, const Screen& screen);
+
 // Of a TextBox or a ComboBox.
 template <typename Box>
 void FillBlank(Box& box, std::string_view text) {

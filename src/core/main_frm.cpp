@@ -79,9 +79,7 @@ MainFrm::MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
   LS2.onOpen = [this](int row, int) { OpenListedLoan(LS2.Cell(row, 0)); };
   home_.choose = [this](std::string_view entry) { ChooseMenu(entry); };
   home_.open_loan = [this](const std::string& loan_id) {
-    if (!screen_exists_("NewLoanFrm")) return;
-    OpenFor(this->session(), this->desk(), "NewLoanFrm", "Edit Loan", loan_id);
-    home_.Returned();
+    if (OpenLoan(this->session(), this->desk(), loan_id)) home_.Returned();
   };
   Label1.onClick = [this] { EditSlogan(); };
   EmptyKeyCmd.onClick = [this] { ShutBuiltInLogon(); };
@@ -383,12 +381,7 @@ void MainFrm::EditSlogan() {
 }
 
 void MainFrm::OpenListedLoan(const std::string& loan_id) {
-  if (!screen_exists_("NewLoanFrm")) return;
-  session().HandOverLoanID = loan_id;
-  session().CallerTag = "Edit Loan";
-  desk().Show("NewLoanFrm");
-  session().HandOverLoanID.clear();
-  session().CallerTag.clear();
+  if (!OpenLoan(session(), desk(), loan_id)) return;
   RefreshMainLists();
   home_.Returned();
 }

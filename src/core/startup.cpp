@@ -236,7 +236,9 @@ void CheckVersion(Session& session, Desk& desk, std::string_view running) {
   desk.Message(
       MessageKind::information, "Version Checking",
       fmt::format("New version {} available for download, Please download update now", stored));
-  desk.Open(ScalarQuery(session.Main(), "SELECT Value FROM Systemast WHERE Param='URL'"));
+  const std::string address =
+      ScalarQuery(session.Main(), "SELECT Value FROM Systemast WHERE Param='URL'");
+  if (!address.empty()) desk.Open(address);
   throw StartRefused("Version Checking", "");
 }
 

@@ -75,6 +75,7 @@ NewCustFrm::NewCustFrm(Session& session, Desk& desk)
       record_("CustMast", "CustID") {
   BindRecord();
   BindEvents();
+  CapTexts(session, *this);
 }
 
 void NewCustFrm::BindRecord() {
@@ -133,17 +134,9 @@ void NewCustFrm::BindEvents() {
   for (TextBox* box : {&CustCompIncome, &CustSpouseCompIncome, &CreditLimit, &RefererCompIncome}) {
     box->onLeave = [this, box] { LeaveMoney(*box); };
   }
-  for (TextBox* box : {&CustNickName, &MotherName, &CustSpouseName, &RefererName, &CustAdd2,
-                       &CustAdd3, &CustCity, &CustComp}) {
-    box->onLeave = [this, box] { box->SetText(ApplyCapLock(session(), box->text())); };
+  for (TextBox* box : {&CustName, &CustAdd1, &CustCompPos}) {
+    box->onLeave = [this, box] { TidyBox(*box); };
   }
-  for (TextBox* box : {&CustName, &CustAdd1}) {
-    box->onLeave = [this, box] {
-      TidyBox(*box);
-      box->SetText(ApplyCapLock(session(), box->text()));
-    };
-  }
-  CustCompPos.onLeave = [this] { TidyBox(CustCompPos); };
   JobType.onPick = [this] {
     // The yearly return counts persons by their employer: a blank one takes the kind of job.
     if (AreaCode.text() == "PERSONAL" && Employer.empty()) Employer.SetText(JobType.text());

@@ -6,6 +6,8 @@
 #include <exception>
 
 #include "app/application.h"
+#include "core/data_access.h"
+#include "core/session.h"
 #include "desktop/alt_keys.h"
 #include "desktop/desktop_desk.h"
 #include "desktop/long_wait.h"
@@ -22,6 +24,15 @@
 
 namespace kaunter {
 namespace {
+
+// While the server does not answer, the PC's clock is the next best: a save will meet the failure.
+DateTime NowForBoxes(const Session& session) {
+  try {
+    if (session.MainConn) return ServerTime(*session.MainConn);
+  } catch (const std::exception&) {
+  }
+  return session.clock.Now();
+}
 
 int RunDesktop(QApplication& qt, DesktopOptions options) {
   if (options.application.app_path.empty()) {
@@ -44,7 +55,7 @@ int RunDesktop(QApplication& qt, DesktopOptions options) {
   Application application(options.application, desk);
   desk.make = [&](std::string_view name) { return application.Make(name); };
   desk.chinese = [&] { return application.session().ChineseFlag; };
-  TakeTodayFrom(&application.session().clock);
+  TakeTodayFrom([&application] { return NowForBoxes(application.session()); });
   application.session().ChineseFlag = options.chinese;
   SpeakQtIn(options.chinese);
   std::unique_ptr<Photographer> photographer;

@@ -1,20 +1,20 @@
 #include "desktop/today.h"
 
-#include "platform/clock.h"
+#include <utility>
 
 namespace kaunter {
 
 namespace {
 
-const Clock* clock_in_force = nullptr;
+std::function<DateTime()> now_in_force;
 
 }  // namespace
 
-void TakeTodayFrom(const Clock* clock) { clock_in_force = clock; }
+void TakeTodayFrom(std::function<DateTime()> now) { now_in_force = std::move(now); }
 
 QDate Today() {
-  if (!clock_in_force) return QDate::currentDate();
-  const DateTime now = clock_in_force->Now();
+  if (!now_in_force) return QDate::currentDate();
+  const DateTime now = now_in_force();
   return {now.year, now.month, now.day};
 }
 

@@ -1,14 +1,15 @@
-// Today, as the program's clock has it: a run whose clock is set has calendars of its own time.
+// Today, as the program has it: the server's date, whatever the PC's own clock shows.
 #pragma once
 
 #include <QDate>
+#include <functional>
+
+#include "platform/date_time.h"
 
 namespace kaunter {
 
-class Clock;
-
-// `clock` outlives every date box; without one it is the machine's date.
-void TakeTodayFrom(const Clock* clock);
+// `now` works as long as there are date boxes; without one it is the machine's date.
+void TakeTodayFrom(std::function<DateTime()> now);
 QDate Today();
 
 }  // namespace kaunter

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/picker.h"
 #include "core/values.h"
@@ -40,6 +41,7 @@ LoanAppFrm::LoanAppFrm(Session& session, Desk& desk)
   BindRecord();
   BindEvents();
   BindListEvents();
+  CapTexts(session, *this);
 }
 
 void LoanAppFrm::BindRecord() {

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "compliance/aml.h"
+#include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/picker.h"
 #include "core/screen_rights.h"
@@ -121,6 +122,7 @@ NewLoanFrm::NewLoanFrm(Session& session, Desk& desk)
       record_("LoanMast", "LoanID") {
   BindRecord();
   BindEvents();
+  CapTexts(session, *this);
 }
 
 void NewLoanFrm::BindRecord() {

@@ -44,9 +44,6 @@ void NewLoanFrm::BindPersonEvents() {
     boxes.GuarantorNIC.onLeave = [&boxes] {
       boxes.GuarantorNIC.SetText(MaskNewIc(Trim(boxes.GuarantorNIC.text())));
     };
-    boxes.GuarantorName.onLeave = [this, &boxes] {
-      boxes.GuarantorName.SetText(ApplyCapLock(session(), boxes.GuarantorName.text()));
-    };
     boxes.CmdGetGuarantor.onClick = [this, &boxes] { TakeGuarantor(boxes); };
     boxes.Pic.picker = "file";
     boxes.Pic.onLeave = [this, &boxes] {

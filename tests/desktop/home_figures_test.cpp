@@ -18,6 +18,7 @@ using ::testing::IsEmpty;
 class ShowingDesk : public QuietDesk {
  public:
   explicit ShowingDesk(Session& session) : session_(session) {}
+  bool CanShow(std::string_view) const override { return true; }
   void Show(std::string_view screen_name) override {
     shown.push_back(std::string(screen_name) + " " + session_.HandOverLoanID);
   }

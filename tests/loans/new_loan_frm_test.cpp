@@ -142,6 +142,7 @@ using Lines = std::vector<std::string>;
 TEST_F(LoanScreen, ABoxThatIsLeftBringsItsOwnFigures) {
   office.session.settings.AutoProcessingFeeRate = "2.5";
   office.session.settings.AutoStampingFeeRate = "0.5";
+  office.session.settings.CapLock = true;
   const struct {
     const char* name;
     std::vector<std::pair<const char*, const char*>> acts;
@@ -167,6 +168,9 @@ TEST_F(LoanScreen, ABoxThatIsLeftBringsItsOwnFigures) {
       {"grace is whole, cut downwards",
        {{"LoanTerm", "6"}, {"LoanTerm2", "2.9"}},
        {{"LoanTerm2", "2"}, {"LoanBal", "11,200.00"}, {"InstallmentAmt", "1816.67"}}},
+      {"texts go to capitals, remarks do not",
+       {{"CustName2", "Siti"}, {"SIBankBranch", "Ipoh"}, {"Memo1", "By hand"}},
+       {{"CustName2", "SITI"}, {"SIBankBranch", "IPOH"}, {"Memo1", "By hand"}}},
       {"another rate", {{"InsRate", "12"}}, {{"LoanBal", "11,200.00"}, {"LateChargePerDay", "18"}}},
       {"a blank rate says nothing and changes nothing",
        {{"InsRate", ""}},
