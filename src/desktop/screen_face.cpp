@@ -195,6 +195,12 @@ void ScreenFace::Press(Button& button) {
 // --- keys
 
 bool ScreenFace::OnKey(ControlView& view, const QKeyEvent& event) {
+  // Keys that were typed ahead arrive before the box below them has been entered: unless it is, it
+  // would not be left either, and its screen would never hear of what stands in it.
+  if (pending_ == &view && active_ != &view && acting_ == 0 && !settling_) {
+    Settle();
+    if (!Alive() || pending_ != &view) return true;
+  }
   if (view.UseKey(event)) return true;
   const std::string name = KeyName(event);
   if (name.empty()) return TypeOnwards(view, event);

@@ -85,6 +85,14 @@ TEST(JourneyTest, ARefusedBoxKeepsItsTextAndGetsTheFocusOnItsPage) {
   EXPECT_FALSE(open.Edit(open.screen.Last).property("marked").toBool());
 }
 
+TEST(JourneyTest, KeysTypedAheadStillLeaveTheBoxThatTheyFilled) {
+  OpenScreen open;
+  open.screen.FocusOn(open.screen.Short);
+  QTest::keyClicks(QApplication::focusWidget(), "12");
+  open.Press(Qt::Key_Return);
+  EXPECT_TRUE(open.Heard("enter Short") && open.Heard("leave Short"));
+}
+
 TEST(JourneyTest, SaveTakesTheCellThatIsStillOpen) {
   OpenScreen open;
   open.screen.List.SetRows({{"1", "100.00"}, {"2", "200.00"}});
