@@ -29,6 +29,7 @@ constexpr double kLogoWidth = 24;
 constexpr double kLogoHeight = 16;
 constexpr double kSignGap = 10;
 constexpr double kSignRoom = 15;  // for the hand, above the line
+constexpr double kSigned = 25;    // of what is signed, on the page of the signature
 
 bool IsNothing(const std::string& text) {
   const auto amount = Money::TryText(text);
@@ -313,6 +314,7 @@ class Composer {
       Put(std::move(block));
     }
     if (!file_.total_label.empty()) {
+      if (out_->back().head >= 0) out_->back().keeps_next = true;
       LetterBlock block;
       block.head = head;
       const std::string label = texts_.FillLetter(file_.total_label, span_, file_.total_line);
@@ -338,7 +340,22 @@ class Composer {
       block.height = std::max(block.height, kSignRoom + 1.5 + under);
       x += share + kSignGap;
     }
-    if (block.height > 0) Put(std::move(block));
+    if (block.height <= 0) return;
+    KeepWhatIsSigned();
+    Put(std::move(block));
+  }
+
+  // A signature on a page of its own would sign nothing: the last lines before it go with it, or
+  // the last row of a table.
+  void KeepWhatIsSigned() {
+    double height = 0;
+    for (std::size_t i = out_->size(); i-- > 0 && height < kSigned;) {
+      LetterBlock& before = (*out_)[i];
+      if (before.new_page) return;
+      before.keeps_next = true;
+      height += before.height;
+      if (before.head >= 0 && (i == 0 || !(*out_)[i - 1].keeps_next)) return;
+    }
   }
 
   void BeginPage() {

@@ -15,8 +15,9 @@ namespace kaunter {
 struct LetterBlock {
   ReportPage marks;  // from the block's own top edge; x is the page's
   double height = 0;
-  bool new_page = false;  // the block begins one
-  int head = -1;          // the block that is repeated above this one when it begins a page
+  bool new_page = false;    // the block begins one
+  bool keeps_next = false;  // stands on the page of the block behind it
+  int head = -1;            // the block that is repeated above this one when it begins a page
   FileLine line;
 };
 

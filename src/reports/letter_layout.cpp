@@ -117,7 +117,12 @@ class LetterLayout {
       const LetterBlock& block = blocks[i];
       // The head of a table does not stay behind alone.
       const bool heads_next = i + 1 < blocks.size() && blocks[i + 1].head == static_cast<int>(i);
-      const double needed = block.height + (heads_next ? blocks[i + 1].height : 0);
+      double needed = block.height;
+      for (std::size_t last = i;
+           last + 1 < blocks.size() && (blocks[last].keeps_next || (heads_next && last == i));
+           ++last) {
+        needed += blocks[last + 1].height;
+      }
       const bool fits_a_page = needed <= Bottom() - file_.letter.margin;
       if (block.new_page || (fits_a_page && y_ + needed > Bottom())) BreakBefore(block, blocks);
       PlaceOverPages(block);

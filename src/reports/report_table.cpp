@@ -193,7 +193,7 @@ void ReportTable::Cell(ReportPage& page, double y, std::size_t column, std::stri
   // Without its last digits a figure or a day would be another one: what is too long gets smaller.
   if (kind != CellKind::text) {
     const double needed = TextWidth(text, kPoints, bold);
-    const double sure = width * kSureShare;
+    const double sure = width * (kind == CellKind::date ? 1 : kSureShare);
     if (needed > sure) points = std::max(kLeastPoints, kPoints * sure / needed);
   }
   page.texts.push_back({places_[column].x + kPad, y, width, kRowHeight, std::move(text), points,

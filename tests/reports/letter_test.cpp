@@ -209,13 +209,13 @@ TEST(Letter, ALongOneGoesOnWithItsTableHead) {
 }
 
 // Whatever the height of what stands before it, a head with its first row, a signature and a box
-// stay whole.
+// stay whole, and a signature stands below something.
 TEST(Letter, NothingIsCutAtTheFootOfAPage) {
   for (int space = 200; space <= 262; ++space) {
     const ReportFile file = Letter("space " + std::to_string(space) +
                                    "\ncolumn \"Amount\" Amt money 10\ntext \"{CustName}\"\n"
                                    "columns 1 1\nbox \"Paid\" \"{Amt}\"\nbeside\nsign \"Us\"\n"
-                                   "across\nitems\n");
+                                   "across\nitems\nsign \"End\"\n");
     const ReportDocument document =
         LayOut(file, {}, Rows({{"L1", "A name that is long enough for a line", "1.10"}}));
     ExpectInside(document);
@@ -223,6 +223,7 @@ TEST(Letter, NothingIsCutAtTheFootOfAPage) {
       const std::string texts = TextsOf(page);
       const auto has = [&](const char* text) { return texts.find(text) != std::string::npos; };
       EXPECT_EQ(has("Paid|"), has("Us|")) << space;
+      EXPECT_TRUE(!has("End|") || has("Amount|1.10|End|")) << space << texts;
       EXPECT_EQ(texts.ends_with("Amount|"), false) << space << texts;
     }
   }
