@@ -20,6 +20,11 @@ constexpr const char* kCollectRoads[] = {"TrxRptMnu", "PayRptMnu", "DailyCollRpt
                                          "EditPaymentMnu"};
 constexpr const char* kDisburseRoads[] = {"LoanRptMnu", "LoanRptCreatedDateMnu", "EditLoanMnu"};
 constexpr const char* kOverdueRoads[] = {kEditLoan, "FolloUpMnu", "ReminderMnu"};
+constexpr const char* kCashRoads[] = {"CashBookMnu", "CashBookRpt", "CBBalRpt"};
+constexpr const char* kMovedRoads[] = {"CashBookRpt", "CashBookMnu", "CBBalRpt"};
+constexpr const char* kChequeRoads[] = {"ChqMastMnu", "ChqRptMnu", "LoanChqRptMnu"};
+// Places in the cash position.
+constexpr int kCashToday = 3, kCashWeek = 4, kCashCheques = 5, kCashDue = 6;
 
 const Caption kAges[] = {{"1-30 days", "1-30天"},
                          {"31-60 days", "31-60天"},
@@ -59,6 +64,14 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
                  {{"Customer", "顾客"}, Kind::text, 22},
                  {{"Days", "天数"}, Kind::integer, 7},
                  {{"Overdue", "拖欠额"}, Kind::money, 12}}),
+      CashDG(screen, "CashDG", {"Cash position", "现金状况"},
+             {{{"Company", "公司"}, Kind::text, 9},
+              {{"Cash", "现金"}, Kind::money, 11},
+              {{"Bank", "银行"}, Kind::money, 11},
+              {{"Today", "今日进出"}, Kind::money, 11},
+              {{"7 Days Before", "前7天进出"}, Kind::money, 11},
+              {{"Cheques 30 Days", "30天内支票"}, Kind::money, 12},
+              {{"Due 30 Days", "30天内到期"}, Kind::money, 11}}),
       FiguresTime(screen, "FiguresTime"),
       PostedLBL(screen, "PostedLBL"),
       RefreshCmd(screen, "RefreshCmd", {"Refresh", "刷新"}),
@@ -67,14 +80,21 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
       menu_(menu),
       parts_{{{&DueDG}, ReadComingDue, &HomeFigures::ShowDue},
              {{&AgeDG, &OverdueDG}, ReadArrears, &HomeFigures::ShowAges},
-             {{&DisburseDG}, ReadDisbursements, &HomeFigures::ShowDisbursed}} {
+             {{&DisburseDG}, ReadDisbursements, &HomeFigures::ShowDisbursed},
+             {{&CashDG},
+              [this](Session& of, OfficeFigures& into) {
+                cash_ = ReadCashPositions(
+                    of, into.today, {First(kChequeRoads) != nullptr, First(kDueRoads) != nullptr});
+              },
+              &HomeFigures::ShowCash}} {
   for (int i = 0; i < kYearParts; ++i) {
     parts_.push_back({{&CollectDG},
                       [i](Session& of, OfficeFigures& into) { ReadCollections(of, into, i); },
                       i + 1 < kYearParts ? nullptr : &HomeFigures::ShowCollected});
   }
   for (Grid* grid : Grids()) {
-    grid->onOpen = [this, grid](int row, int) {
+    grid->onOpen = [this, grid](int row, int column) {
+      if (grid == &CashDG) return OpenCash(column);
       const MenuEntry* entry = Road(*grid);
       if (entry == nullptr) return;
       // A loan of the list is opened by those who may choose Edit Loan, and by nobody else.
@@ -91,11 +111,15 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
 }
 
 const MenuEntry* HomeFigures::Road(const Grid& grid) const {
-  std::span<const char* const> roads = kDueRoads;
-  if (&grid == &AgeDG) roads = kAgeRoads;
-  if (&grid == &CollectDG) roads = kCollectRoads;
-  if (&grid == &DisburseDG) roads = kDisburseRoads;
-  if (&grid == &OverdueDG) roads = kOverdueRoads;
+  if (&grid == &AgeDG) return First(kAgeRoads);
+  if (&grid == &CollectDG) return First(kCollectRoads);
+  if (&grid == &DisburseDG) return First(kDisburseRoads);
+  if (&grid == &OverdueDG) return First(kOverdueRoads);
+  if (&grid == &CashDG) return First(kCashRoads);
+  return First(kDueRoads);
+}
+
+const MenuEntry* HomeFigures::First(std::span<const char* const> roads) const {
   const MenuEntry* closed = nullptr;  // within the person's rights, but not to be opened
   for (const char* name : roads) {
     const MenuEntry* entry = menu_.Find(name);
@@ -104,6 +128,14 @@ const MenuEntry* HomeFigures::Road(const Grid& grid) const {
     if (closed == nullptr) closed = entry;
   }
   return closed;
+}
+
+void HomeFigures::OpenCash(int column) {
+  const MenuEntry* entry = column == kCashCheques                        ? First(kChequeRoads)
+                           : column == kCashDue                          ? First(kDueRoads)
+                           : column == kCashToday || column == kCashWeek ? First(kMovedRoads)
+                                                                         : First(kCashRoads);
+  if (entry != nullptr) choose(std::string(entry->name));
 }
 
 void HomeFigures::SignedIn() {
@@ -118,6 +150,7 @@ void HomeFigures::SignedOut() {
   ++run_;
   next_part_ = parts_.size();
   figures_ = {};
+  cash_.clear();
   read_at_.clear();
   failed_ = false;
   spent_ = 0;
@@ -291,6 +324,36 @@ void HomeFigures::ShowOverdue() {
         {loan.loan_id, loan.customer, std::to_string(loan.days), ShowMoney(loan.amount)});
   }
   OverdueDG.SetRows(std::move(rows));
+}
+
+void HomeFigures::ShowCash() {
+  if (!CashDG.visible()) return;
+  const bool cheques = First(kChequeRoads) != nullptr;
+  const bool due = First(kDueRoads) != nullptr;
+  const auto row = [&](const std::string& name, const CashPosition& one) {
+    return std::vector<std::string>{name,
+                                    ShowMoney(one.cash),
+                                    ShowMoney(one.bank),
+                                    ShowMoney(one.today),
+                                    ShowMoney(one.week),
+                                    cheques ? ShowMoney(one.cheques) : "",
+                                    due ? ShowMoney(one.due) : ""};
+  };
+  std::vector<std::vector<std::string>> rows;
+  std::vector<RowTone> tones(cash_.size(), RowTone::plain);
+  CashPosition all;
+  for (const CashPosition& one : cash_) {
+    rows.push_back(row(one.CompCode, one));
+    for (const auto member : {&CashPosition::cash, &CashPosition::bank, &CashPosition::today,
+                              &CashPosition::week, &CashPosition::cheques, &CashPosition::due}) {
+      all.*member += one.*member;
+    }
+  }
+  if (cash_.size() > 1) {
+    rows.push_back(row(Caption{"All", "总计"}.In(screen_.chinese()), all));
+    tones.push_back(RowTone::total);
+  }
+  CashDG.SetRows(std::move(rows), tones);
 }
 
 bool HomeFigures::Empty() const { return !read_at_.empty() && !figures_.any_loan; }

@@ -10,10 +10,12 @@
 #include <array>
 #include <exception>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/cash_figures.h"
 #include "core/menu.h"
 #include "core/office_figures.h"
 #include "core/session_screen.h"
@@ -29,6 +31,7 @@ class HomeFigures {
   Grid CollectDG;   // a row a month
   Grid DisburseDG;  // a row a month
   Grid OverdueDG;   // the loans that are most behind
+  Grid CashDG;      // a row a company that has cash, then all of them
   Label FiguresTime;
   Label PostedLBL;  // up to which day the daily batch has posted late interest
   Button RefreshCmd;
@@ -86,14 +89,21 @@ class HomeFigures {
   void ShowCollected();
   void ShowDisbursed();
   void ShowOverdue();
+  void ShowCash();
   void ShowMonths(Grid& grid, const Year& year);
-  std::array<Grid*, 5> Grids() { return {&DueDG, &AgeDG, &CollectDG, &DisburseDG, &OverdueDG}; }
+  void OpenCash(int column);
+  // The first of the roads that can be chosen; else the first that is within the rights; or null.
+  const MenuEntry* First(std::span<const char* const> roads) const;
+  std::array<Grid*, 6> Grids() {
+    return {&DueDG, &AgeDG, &CollectDG, &DisburseDG, &OverdueDG, &CashDG};
+  }
 
   SessionScreen& screen_;
   Session& session_;
   MainMenu& menu_;
   std::vector<Part> parts_;
   OfficeFigures figures_;
+  std::vector<CashPosition> cash_;
   std::string begun_at_;
   std::string posted_;   // as the daily batch keeps it: yyyy-mm-dd
   std::string read_at_;  // empty until a reading has come to its end

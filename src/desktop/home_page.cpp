@@ -100,14 +100,20 @@ ListCard::ListCard(ScreenFace& face, std::vector<Listed> lists, QWidget* parent)
 
 QString ListCard::Title(const Listed& list) const {
   const QString name = Q(list.title->caption().In(face_.chinese()));
-  const int rows = list.grid->RowCount();
+  int rows = 0;
+  for (int row = 0; row < list.grid->RowCount(); ++row) {
+    rows += list.grid->Tone(row) != RowTone::total;
+  }
   return rows == 0 ? name : QString("%1  %2").arg(name).arg(rows);
 }
 
 void ListCard::Refresh() {
   if (title_) title_->setText(Title(lists_[0]));
   for (std::size_t i = 0; i < lists_.size(); ++i) {
-    if (names_) names_->setTabText(static_cast<int>(i), Title(lists_[i]));
+    if (names_) {
+      names_->setTabText(static_cast<int>(i), Title(lists_[i]));
+      names_->setTabVisible(static_cast<int>(i), lists_[i].grid->visible());
+    }
     auto& view = static_cast<GridView&>(face_.View(*lists_[i].grid));
     view.SetEmptyText(lists_[i].empty());
     view.Refresh();
@@ -124,6 +130,7 @@ QString ListCard::Sum(const Grid& grid) const {
   if (amounts == columns.end() || grid.RowCount() == 0) return {};
   Money sum;
   for (int row = 0; row < grid.RowCount(); ++row) {
+    if (grid.Tone(row) == RowTone::total) continue;
     const std::string& cell = grid.Cell(row, static_cast<int>(amounts - columns.begin()));
     sum += Money::TryText(cell).value_or(Money());
   }
@@ -160,13 +167,18 @@ HomePage::HomePage(ScreenFace& face, MainFrm& main, std::function<void(const std
     if (home.Known(home.OverdueDG)) return {"No loan is behind.", "没有拖欠的贷款。"};
     return home.failed() ? Caption{"-", "-"} : Caption{"...", "..."};
   };
+  const auto no_cash = [&home]() -> Caption {
+    if (home.Known(home.CashDG)) return {"No company has cash yet.", "还没有公司有现金。"};
+    return home.failed() ? Caption{"-", "-"} : Caption{"...", "..."};
+  };
   const auto none = [](Caption text) { return [text] { return text; }; };
   overdue_ = new ListCard(face, {{&home.OverdueDG, &home.OverdueDG, nobody}}, desk_);
   lists_ = new ListCard(
       face,
       {{&main.Label4, &main.LS1, none({"Nothing is due today.", "今天没有到期的贷款。"})},
        {&main.Label5, &main.LS2,
-        none({"Every loan has its stamp number.", "所有贷款都有印花证书号码。"})}},
+        none({"Every loan has its stamp number.", "所有贷款都有印花证书号码。"})},
+       {&home.CashDG, &home.CashDG, no_cash}},
       desk_);
   lists->addWidget(overdue_, 2);
   lists->addWidget(lists_, 3);

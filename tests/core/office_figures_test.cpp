@@ -303,6 +303,43 @@ class HomeFiguresTest : public FiguresTest {
   HomeFigures& home = main.home();
 };
 
+// Each figure on its edges: a day too early and too late, used, another state, another company.
+TEST_F(FiguresTest, TheCashOfEachCompanyIsCountedWithinItsDays) {
+  office.Run(
+      "INSERT INTO CompMast (CompCode,CashInHand,CashInBank) VALUES ('AB',1000.50,-20);"
+      "INSERT INTO CompMast (CompCode) VALUES ('EMPTY')");
+  Loan("L1", "AB", "100");
+  Loan("L2", "HQ", "0");
+  const char* const book[] = {
+      "'AB','2024-01-31','Cash In',10",      "'AB','2024-01-31','Bank Out',4",
+      "'AB','2024-01-31','Cash to Bank',99", "'AB','2024-01-30','Cash Out',7",
+      "'AB','2024-01-24','Bank In',2.25",    "'AB','2024-01-23','Cash In',1000",
+      "'AB','2024-02-01','Cash In',1000"};
+  for (const char* row : book) {
+    office.Run(
+        fmt::format("INSERT INTO CashBook (CompCode,TranDate,TranType,TranAmt) VALUES ({})", row));
+  }
+  const char* const cheques[] = {
+      "'L1','2024-01-31',5,'','NEW'",   "'L1','2024-02-29',6,null,'NEW'",
+      "'L1','2024-03-01',50,'','NEW'",  "'L1','2024-01-30',50,'','NEW'",
+      "'L1','2024-02-01',50,'P','NEW'", "'L1','2024-02-01',50,'','BACK'"};
+  for (const char* row : cheques) {
+    office.Run(
+        fmt::format("INSERT INTO ChqMast (SeqNo,ChqNo,LoanID,ChqDate,ChqAmt,PayID,ChqStatus) "
+                    "SELECT {0},{0},{1}",
+                    ++rows, row));
+  }
+  for (const char* due : {"31-01-2024", "29-02-2024", "30-01-2024", "01-03-2024"})
+    Row("L1", due, "40");
+  Row("L2", "31-01-2024");
+  const CashPosition all{"AB", M("1000.50"), M("-20"), M("6"), M("-4.75"), M("11"), M("120")};
+  EXPECT_THAT(ReadCashPositions(office.session, {2024, 1, 31}), ElementsAre(all));
+  EXPECT_THAT(ReadCashPositions(office.session, {2024, 1, 31}, {false, false}),
+              ElementsAre(CashPosition{"AB", all.cash, all.bank, all.today, all.week, {}, {}}));
+  office.session.CurrentLevel = 1;
+  EXPECT_THAT(ReadCashPositions(office.session, {2024, 1, 31}), IsEmpty());
+}
+
 TEST_F(HomeFiguresTest, AFigureThatOpensNothingForThePersonIsNeitherShownNorRead) {
   main.menu().Find("EditPaymentMnu")->visible = false;
   home.SignedIn();
