@@ -20,7 +20,7 @@ if(TARGET kaunter-play)
       COMMAND sh -c "rm -rf '${office}' && exec '${CMAKE_SOURCE_DIR}/script/demo' '$<TARGET_FILE_DIR:kaunter-play>' \
         '${office}' make day -- --settings '${CMAKE_SOURCE_DIR}/demo/settings.ini' --database '${office}/office.db'")
   endif()
-  foreach(what two_desktops two_desktops_loans two_desktops_reports four_desktops_payments)
+  foreach(what two_desktops two_desktops_loans two_desktops_reports two_desktops_cash four_desktops_payments)
     string(REPLACE "_" "-" name ${what})
     add_test(NAME ${name}
       COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play> -DOFFICE=${CMAKE_BINARY_DIR}/play/${name}

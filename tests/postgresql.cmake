@@ -29,6 +29,11 @@ if(TARGET kaunter-play)
       -DOFFICE=${CMAKE_BINARY_DIR}/play-postgresql/four-desktops-payments -DNAME=four_desktops_payments
       -DREPORTS=${CMAKE_SOURCE_DIR}/reports -P ${CMAKE_CURRENT_SOURCE_DIR}/play/four_desktops_payments.cmake)
   list(APPEND on_server postgresql-four-desktops-payments)
+  add_test(NAME postgresql-two-desktops-cash
+    COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play>
+      -DOFFICE=${CMAKE_BINARY_DIR}/play-postgresql/two-desktops-cash -DNAME=two_desktops_cash
+      -P ${CMAKE_CURRENT_SOURCE_DIR}/play/two_desktops_cash.cmake)
+  list(APPEND on_server postgresql-two-desktops-cash)
   if(TARGET test_dailybatch)
     add_test(NAME postgresql-daily-batch COMMAND test_dailybatch --gtest_filter=Postgresql*)
     list(APPEND on_server postgresql-daily-batch)

@@ -6,12 +6,10 @@
 
 #include <algorithm>
 #include <random>
-#include <thread>
 
 #include "cash/cash_book_frm.h"
 #include "cash/cash_posting.h"
 #include "cash/recalc_cash_book_frm.h"
-#include "platform/sql/transaction.h"
 #include "tests/core/office.h"
 
 namespace kaunter {
@@ -343,22 +341,6 @@ TEST_F(CashBook, RandomHistoriesAreMadeTrueAgain) {
     EXPECT_TRUE(RecalculateCashBook(main, "AB", opening, on).holds());
   }
   EXPECT_GT(lost_seen, 5);
-}
-
-TEST_F(CashBook, TwoDesktopsMoveTheBalancesByBothAmounts) {
-  const auto work = [&] {
-    const auto main =
-        OpenSqlite("MainConn", office.folder.File("office.db"), false, office.session.clock);
-    for (int i = 0; i < 30; ++i) {
-      Transaction transaction(*main);
-      ApplyToBalances(*main, "CD", i % 3 == 0 ? "Cash to Bank" : "Cash In", Money::FromInteger(1));
-      transaction.Commit();
-    }
-  };
-  std::thread other(work);
-  work();
-  other.join();
-  EXPECT_EQ(Pair("CD"), "20 20 \n");
 }
 
 }  // namespace
