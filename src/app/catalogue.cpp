@@ -1,8 +1,10 @@
 #include "app/catalogue.h"
 
 #include "app/menu_table.h"
+#include "cash/buy_gold_frm.h"
 #include "cash/cash_book_frm.h"
 #include "cash/recalc_cash_book_frm.h"
+#include "cash/sell_gold_frm.h"
 #include "collections/batch_link_frm.h"
 #include "collections/batch_list_frm.h"
 #include "collections/chq_ctrl_frm.h"
@@ -73,8 +75,10 @@ constexpr Entry kScreens[] = {
     {"Drawdown", Make<Drawdown>},
     {"DueDateFrm", Make<DueDateFrm>},
     {"FollowupFrm", Make<FollowupFrm>},
+    {"FrmBuyGold", Make<FrmBuyGold>},
     {"frmNIC", Make<frmNIC>},
     {"frmPrinting", Make<frmPrinting>},
+    {"FrmSellGold", Make<FrmSellGold>},
     {"HolidayFrm", Make<HolidayFrm>},
     {"Invoicefrm", Make<Invoicefrm>},
     {"LateIntfrm", Make<LateIntfrm>},

@@ -86,9 +86,11 @@ const char* const kRecords[] = {
     "'{1}','2024-01-05','{0} Supplier',50{2})",
     "GoldTransMast (LoanID,CustID,CompCode,TrxDate,PayAmt) VALUES ('{0}G1','{0}C1','{1}',"
     "'2024-01-05',50{2})",
+    "LoanCollateral (LoanID,SeqNo,CustID,CompCode,GoldID,GoldDesc,Weight,LoanAmt,SoldAmt,SoldDate) "
+    "VALUES ('{0}G1',1,'{0}C1','{1}','NIL','{0} Ring',1{2},50{2},60{2},'2024-01-06')",
 };
-const char* const kKeys[] = {"C1", "L1",  "L9",  "P1",   "I2", "D1",
-                             "A1", "NIC", "OLD", "OLDL", "R1", "GNIC"};
+const char* const kKeys[] = {"C1",  "L1",  "L9",   "P1", "I2",   "D1", "A1",
+                             "NIC", "OLD", "OLDL", "R1", "GNIC", "G1"};
 
 // What is told of a person, whatever the company: who stands behind an identity number, and what a
 // customer of ours owes in all.

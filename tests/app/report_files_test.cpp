@@ -26,13 +26,11 @@ std::string ChineseName(const std::string& file) {
   return file.substr(0, file.size() - std::string(".rpt").size()) + "C.rpt";
 }
 
-// The reports of subsystems that the program does not have yet: gold, short messages, e-invoicing,
+// The reports of subsystems that the program does not have yet: short messages, e-invoicing,
 // the returns to the authorities, the loans that no longer perform.
 const Names& OfLaterSubsystems() {
-  static const Names names = {"BuyGoldList.rpt",   "BuyGoldListC.rpt", "SellGoldList.rpt",
-                              "SellGoldListC.rpt", "SMSCompList.rpt",  "SMSHPList.rpt",
-                              "EInvoicing.rpt",    "STR-BNM.rpt",      "NPL Report.rpt",
-                              "YearlyLoan.rpt",    "NewLampiran.rpt"};
+  static const Names names = {"SMSCompList.rpt", "SMSHPList.rpt",  "EInvoicing.rpt", "STR-BNM.rpt",
+                              "NPL Report.rpt",  "YearlyLoan.rpt", "NewLampiran.rpt"};
   return names;
 }
 
@@ -48,7 +46,7 @@ const Names& StartedOtherwise() {
       "MyKadList.rpt",        "LoanCalcList.rpt",   "ApplicationForm.rpt",
       "ApplicationForm2.rpt", "LetterOffer.rpt",    "SettlementLetter.rpt",
       "Reminder2.rpt",        "LateInvoice.rpt",    "ARCreditNote.rpt",
-      "LateInterestC.rpt",    "CashBookRecalc.rpt"};
+      "LateInterestC.rpt",    "CashBookRecalc.rpt", "GoldVoucher.rpt"};
   return names;
 }
 

@@ -291,13 +291,14 @@ TEST(ReportMenu, AnOwnFileTakesCriteriaAndRightOfTheFileThatItIsLike) {
 TEST(ReportMenu, WhatComesWithLaterSubsystemsIsGreyInAnInstalledCopy) {
   MenuOffice o(test::SourceDir() + "/reports");
   o.Start();
-  for (const char* entry : {"BuyGoldRptMnu", "SellGoldRptMnu", "SMSSentCompMnu", "SMSSentHPMnu",
-                            "EInvSubmit", "NewLampiranMnu", "YearRpt", "BuyGoldMnu", "SellGoldMnu",
-                            "SMSFunctionMnu", "SMSTemplateMnu", "EInvMenu", "SelfBillMnu",
-                            "LampiranB1Mnu", "NPLLoanMnu", "DataExportMnu", "AMLAMnu"}) {
+  for (const char* entry :
+       {"SMSSentCompMnu", "SMSSentHPMnu", "EInvSubmit", "NewLampiranMnu", "YearRpt",
+        "SMSFunctionMnu", "SMSTemplateMnu", "EInvMenu", "SelfBillMnu", "LampiranB1Mnu",
+        "NPLLoanMnu", "DataExportMnu", "AMLAMnu"}) {
     EXPECT_FALSE(o.Enabled(entry)) << entry;
   }
-  for (const char* entry : {"AgreeRpt", "LoanRptMnu", "StatementofAccRptMnu", "PrintingMnu"}) {
+  for (const char* entry : {"AgreeRpt", "LoanRptMnu", "StatementofAccRptMnu", "PrintingMnu",
+                            "BuyGoldMnu", "SellGoldMnu", "BuyGoldRptMnu", "SellGoldRptMnu"}) {
     EXPECT_TRUE(o.Enabled(entry)) << entry;
   }
 }

@@ -95,9 +95,10 @@ struct LoanOffice {
   // Everything that a loan touches.
   std::string Stored() {
     std::string all;
-    for (const char* table : {"LoanMast", "SchMast", "SchMast2", "PaymentList", "PaymentMast",
-                              "ChargeMast", "DrawDownMast", "ChqMast", "FollowUpMast", "AppMast",
-                              "CustMast", "SalesmanMast", "NumberMast"}) {
+    for (const char* table :
+         {"LoanMast", "SchMast", "SchMast2", "PaymentList", "PaymentMast", "ChargeMast",
+          "DrawDownMast", "ChqMast", "FollowUpMast", "AppMast", "CustMast", "SalesmanMast",
+          "NumberMast", "GoldTransMast", "LoanCollateral"}) {
       all +=
           fmt::format("{}\n{}", table, Lines(fmt::format("SELECT * FROM {} ORDER BY 1,2", table)));
     }

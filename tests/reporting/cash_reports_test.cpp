@@ -29,6 +29,18 @@ struct CashOffice : ReportOffice {
          "'SP1','S1','','','HQ','2024-01-15','Paid','Payment',-300,'AMY'",
          // A supplier that was deleted, in another company.
          "'SI2','S9','','','KL','2023-12-30','Stamps','Invoice',12.30,'EVE'"});
+    Rows("GoldTransMast (LoanID,CompCode,CustID,TrxDate,TotAmt,OtherAmt,PayAmt,UserID)",
+         {"'B0001','HQ','C1','2024-01-05',3400.50,-20.50,3380,'AMY'",
+          // Its items are gone.
+          "'B0002','HQ','C2','2024-01-20',0,0,15,'BOB'",
+          "'B0003','KL','C9','2023-12-30',70,0,70,''"});
+    Rows(
+        "LoanCollateral (LoanID,SeqNo,CompCode,CustID,GoldID,GoldDesc,Qty,Weight,TotalAmt,LoanAmt,"
+        "SoldDate,SoldAmt)",
+        {"'B0001',2,'HQ','C1','NIL','Bracelet with the clasp of another one',1,10.4250,2606.25,"
+         "2500,'2024-02-10',2700",
+         "'B0001',3,'HQ','C1','G999','Two rings',2,4.5,0,900.50,NULL,0",
+         "'B0003',1,'KL','C9','NIL','Coin',1,0.3333,70,70,'2023-12-31',64.55"});
   }
 };
 
@@ -125,6 +137,27 @@ TEST(CashReports, Suppliers) {
                                    "SupplierTrans.CompCode=HQ; SupplierTrans.TransType=Invoice; "
                                    "SupplierTrans.UserID=AMY"),
                              kPlain, "-")});
+}
+
+// B0002 lost its items and still counts with what was paid for it.
+TEST(CashReports, Gold) {
+  ExpectAll<CashOffice>(
+      {Row("BuyGoldList.rpt",
+           {{"LoanAmt", "3400.50 + 70"},
+            {"Weight", "15.2583"},
+            {"OtherAmt", "-20.50"},
+            {"PayAmt", "SELECT SUM(PayAmt) FROM GoldTransMast"}},
+           "3 + 1"),
+       Row("BuyGoldList.rpt", {{"PayAmt", "3380"}}, "2",
+           Asked("BuyGoldList.rpt", "01-01-2024", "31-01-2024",
+                 "GoldTransMast.CompCode=HQ; GoldTransMast.UserID=AMY") +
+               " and {GoldTransMast.LoanID} >= 'B0001' and {GoldTransMast.LoanID} <= 'B0001' "),
+       Row("SellGoldList.rpt",
+           {{"LoanAmt", "2500 + 70"}, {"SoldAmt", "2764.55"}, {"Result", "200 - 5.45"}}, "2"),
+       Row("SellGoldList.rpt", {{"Result", "-5.45"}}, "1",
+           Asked("SellGoldList.rpt", "01-12-2023", "31-12-2023")),
+       Row("GoldVoucher.rpt", {{"LoanAmt", "3400.50"}, {"Qty", "3"}}, "2",
+           "{GoldTransMast.LoanID} = 'B0001'")});
 }
 
 // L5 was not paid out, so no voucher; L2 went out in two drawdowns; L4's drawdown is gone, and the

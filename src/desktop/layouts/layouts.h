@@ -32,5 +32,7 @@ Layout RecalcCashBookFrmLayout();
 Layout SpecialRptLayout();
 Layout ReportFrmLayout();
 Layout FrmPrintingLayout();
+Layout FrmBuyGoldLayout();
+Layout FrmSellGoldLayout();
 
 }  // namespace kaunter
