@@ -46,7 +46,8 @@ std::string_view FormOf(int column) {
 
 FrmBuyGold::FrmBuyGold(Session& session, Desk& desk)
     : SessionScreen("FrmBuyGold", {"Buy Gold", "买入黄金"}, session, desk),
-      record_("GoldTransMast", "LoanID") {
+      record_("GoldTransMast", "LoanID"),
+      right_(session, desk) {
   for (TextBox* box : {&CustName, &UserID, &DateCreated, &TotEstAmt, &TotAmt}) {
     box->SetLocked(true);
   }
@@ -127,6 +128,7 @@ void FrmBuyGold::StartNew() {
   LoanID.Clear();
   CustName.Clear();
   loaded_id_.clear();
+  right_.Forget();
   stored_ = {};
   shown_customer_.clear();
   offered_ = {};

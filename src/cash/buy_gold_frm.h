@@ -10,6 +10,7 @@
 
 #include "cash/gold_purchase.h"
 #include "core/record.h"
+#include "core/record_right.h"
 #include "core/session_screen.h"
 
 namespace kaunter {
@@ -97,6 +98,7 @@ class FrmBuyGold : public SessionScreen {
   void Print();
 
   Record record_;
+  RecordRight right_;
   std::string loaded_id_;  // "" for a new purchase
   GoldPurchase stored_;    // as it was when it was loaded
   std::string shown_customer_;

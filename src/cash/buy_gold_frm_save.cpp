@@ -33,7 +33,9 @@ bool FrmBuyGold::Check() {
   if (!SameText(LoanID.text(), loaded_id_)) {
     return Refuse(LoanID, {"Record not found", "找不到记录"});
   }
-  if (!IsNew() && !session().AllowEdit) {
+  if (!IsNew() &&
+      !right_.MayChange({"save gold purchase " + loaded_id_, "储存黄金买入 " + loaded_id_},
+                        CompCode.text())) {
     const std::string& user = session().CurrentUserID;
     return Refuse({fmt::format("User {} Level not allow to edit or delete record", user),
                    fmt::format("用户 {} 的级别不可更改或删除记录", user)});
@@ -178,7 +180,8 @@ bool FrmBuyGold::TellOutcome(Outcome outcome) {
 
 void FrmBuyGold::Delete() {
   if (IsNew()) return;
-  if (!session().AllowDelete) {
+  if (!right_.MayDelete({"delete gold purchase " + loaded_id_, "删除黄金买入 " + loaded_id_},
+                        CompCode.text())) {
     Refuse({"You are not allow to delete record", "您不可删除记录"});
     return;
   }

@@ -58,7 +58,8 @@ std::string SaleOf(const std::vector<std::string>& cells) {
 }  // namespace
 
 FrmSellGold::FrmSellGold(Session& session, Desk& desk)
-    : SessionScreen("FrmSellGold", {"Selling Gold", "卖出黄金"}, session, desk) {
+    : SessionScreen("FrmSellGold", {"Selling Gold", "卖出黄金"}, session, desk),
+      right_(session, desk) {
   for (TextBox* box : {&DateFrom, &DateTo}) {
     box->max_length = kDateLength;
     box->onLeave = [this, box] { CheckDateBox(this->session(), *box); };
@@ -117,6 +118,7 @@ void FrmSellGold::List() {
   if (!CompCode.empty()) condition_ += " AND g.CompCode=" + QuoteStr(CompCode.text());
   condition_ += AndCompany(session(), "g.CompCode");
   listed_ = Stored();
+  right_.Forget();
   Vsd2.SetMark(false);
   Vsd2.SetRows(listed_);
   for (int row = 0; row < Vsd2.RowCount(); ++row) ShowTone(row);
@@ -218,10 +220,13 @@ void FrmSellGold::OpenPurchase(int row) {
 
 // A sale that is noted already is a record of its own to change.
 bool FrmSellGold::MayChangeSales() {
-  if (session().AllowEdit) return true;
   for (int row = 0; row < Vsd2.RowCount(); ++row) {
     const Cells& was = listed_[static_cast<std::size_t>(row)];
     if (was[kSoldDate].empty() || !IsTyped(row)) continue;
+    if (right_.MayChange({"change the sale of " + NameOf(was), "更改卖出记录 " + NameOf(was)},
+                         was[kCompany])) {
+      return true;
+    }
     Vsd2.SetCurrentRow(row);
     const std::string& user = session().CurrentUserID;
     return Refuse(Vsd2, {fmt::format("User {} Level not allow to edit or delete record ({})", user,

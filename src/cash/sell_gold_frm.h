@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "core/record_right.h"
 #include "core/session_screen.h"
 
 namespace kaunter {
@@ -94,6 +95,7 @@ class FrmSellGold : public SessionScreen {
   void LogSales();
   void Print();
 
+  RecordRight right_;
   std::string condition_;      // of the list, on GoldTransMast as g
   std::vector<Cells> listed_;  // as the lines were stored when they were listed
 };

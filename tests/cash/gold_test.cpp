@@ -20,7 +20,9 @@ struct GoldDesk : AgreeingDesk {
     if (meanwhile) std::exchange(meanwhile, nullptr)();
     return agrees;
   }
+  void ShowModal(Screen&) override { ++asked_manager; }
   std::function<void()> meanwhile;  // what happens while the next question stands
+  int asked_manager = 0;
 };
 
 class Gold : public ::testing::Test, protected LoanOffice {
@@ -146,6 +148,7 @@ TEST_F(Gold, WhatIsRefusedWritesNothingAndKeepsWhatIsTyped) {
     EXPECT_EQ(Press(sale->SaveCmd),
               "User AMY Level not allow to edit or delete record (B0001 1 Ring)|");
   }
+  EXPECT_EQ(counter.asked_manager, 5);
   EXPECT_EQ(Kept(), kept);
 }
 
