@@ -198,10 +198,27 @@ class Layout {
     striped_ = !striped_;
   }
 
-  // A row that is higher than a page has room for begins on a page of its own.
+  // With the sums that end behind it: they do not begin a page. A row that is higher than a page
+  // has room for begins on a page of its own.
   double RowRoom(std::size_t row) const {
     if (file_.summary) return kRowHeight;
-    return std::min(table_.RowHeight(row, false), Bottom() - kMargin - 40);
+    double sums = 0;
+    for (std::size_t g = groups_.size(); g-- > FirstClosed(row + 1);) {
+      if (HasSubtotal(g)) sums += table_.TotalHeight("", false);
+    }
+    if (row + 1 == rows_.RowCount() && !file_.total_label.empty()) {
+      sums += table_.TotalHeight("", true);
+    }
+    return std::min(table_.RowHeight(row, false) + sums, Bottom() - kMargin - 40);
+  }
+
+  std::size_t FirstClosed(std::size_t row) const {
+    return row == rows_.RowCount() ? 0 : groups_.FirstChanged(row);
+  }
+
+  bool HasSubtotal(std::size_t g) const {
+    const ReportGroup& group = groups_.group(g);
+    return !group.label.empty() && (groups_.Several(g) || group.always || file_.summary);
   }
 
   bool HasHeading(std::size_t g) const {
@@ -247,12 +264,8 @@ class Layout {
   // Prints the subtotals of the groups that end before this row, innermost first.
   void CloseGroups(std::size_t row) {
     if (row == 0) return;
-    const std::size_t first = row == rows_.RowCount() ? 0 : groups_.FirstChanged(row);
-    for (std::size_t g = groups_.size(); g-- > first;) {
-      const ReportGroup& group = groups_.group(g);
-      if (!group.label.empty() && (groups_.Several(g) || group.always || file_.summary)) {
-        SubTotal(groups_.Text(group.label, g, row - 1), g, row - 1);
-      }
+    for (std::size_t g = groups_.size(); g-- > FirstClosed(row);) {
+      if (HasSubtotal(g)) SubTotal(groups_.Text(groups_.group(g).label, g, row - 1), g, row - 1);
       sums_[g + 1] = table_.NoSums();
     }
   }
