@@ -3,6 +3,7 @@
 #include "app/menu_table.h"
 #include "cash/buy_gold_frm.h"
 #include "cash/cash_book_frm.h"
+#include "cash/personal_epx_frm.h"
 #include "cash/recalc_cash_book_frm.h"
 #include "cash/sell_gold_frm.h"
 #include "collections/batch_link_frm.h"
@@ -93,6 +94,7 @@ constexpr Entry kScreens[] = {
     {"NewLoanFrm", Make<NewLoanFrm>},
     {"OwnReportsFrm", Make<OwnReportsFrm>},
     {"PaymentFrm", Make<PaymentFrm>},
+    {"PersonalEpxFrm", Make<PersonalEpxFrm>},
     {"PopupFrm", Make<PopupFrm>},
     {"RecalcCashBookFrm", Make<RecalcCashBookFrm>},
     {"RecalcReceiptNo", Make<RecalcReceiptNo>},

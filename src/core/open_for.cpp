@@ -27,6 +27,17 @@ void OpenFor(Session& session, Desk& desk, std::string_view screen, std::string_
   OpenFor(session, desk, screen, command, HandOver{{}, std::string(loan_id), {}});
 }
 
+void OpenReport(Session& session, Desk& desk, std::string_view title, std::string_view file,
+                std::string_view loan_id) {
+  const std::string own_title = std::exchange(session.MsgTitle, title);
+  const std::string own_file = std::exchange(session.ReportFile, file);
+  const std::string own_loan = std::exchange(session.HandOverLoanID, loan_id);
+  desk.Show("ReportFrm");
+  session.MsgTitle = own_title;
+  session.ReportFile = own_file;
+  session.HandOverLoanID = own_loan;
+}
+
 namespace {
 
 // Messages of the other screen stand under what is done there.

@@ -12,7 +12,7 @@ class Desk;
 struct HandOver {
   std::string cust_id;
   std::string loan_id;
-  std::string extra;  // PickerExtra: a payment of the loan
+  std::string extra;  // PickerExtra: a payment of the loan, the supplier of a document
 };
 
 // Shows the screen with `command` in CallerTag and the keys in their hand-over fields, and returns
@@ -22,6 +22,10 @@ void OpenFor(Session& session, Desk& desk, std::string_view screen, std::string_
 // The same for a loan.
 void OpenFor(Session& session, Desk& desk, std::string_view screen, std::string_view command,
              std::string_view loan_id);
+
+// The criteria of a report under its title; those of one loan where `loan_id` names it.
+void OpenReport(Session& session, Desk& desk, std::string_view title, std::string_view file,
+                std::string_view loan_id = {});
 
 // A customer or a loan of a list, to be looked at and changed under the screen's own title. False
 // when the key is empty or the screen is not there.

@@ -281,8 +281,11 @@ std::string Record::UpdateOnlyRow() const {
   return fmt::format("UPDATE {} SET {}", table_, Assignments());
 }
 
+RowNotFound::RowNotFound(std::string_view key)
+    : SqlError(kRowNotFound, fmt::format("{} not found", key)), key_(key) {}
+
 void ExecuteOnRow(Connection& connection, std::string_view sql, std::string_view key) {
-  if (connection.Execute(sql) == 0) throw SqlError(kRowNotFound, fmt::format("{} not found", key));
+  if (connection.Execute(sql) == 0) throw RowNotFound(key);
 }
 
 }  // namespace kaunter

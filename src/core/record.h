@@ -92,8 +92,17 @@ class Record {
   std::vector<Field> fields_;
 };
 
-// Runs an UPDATE or DELETE that must touch the row it names. Throws SqlError "<key> not found" when
-// another desktop has deleted it meanwhile.
+// "<key> not found": another desktop has deleted the row meanwhile.
+class RowNotFound : public SqlError {
+ public:
+  explicit RowNotFound(std::string_view key);
+  const std::string& key() const { return key_; }
+
+ private:
+  std::string key_;
+};
+
+// Runs an UPDATE or DELETE that must touch the row it names. Throws RowNotFound.
 void ExecuteOnRow(Connection& connection, std::string_view sql, std::string_view key);
 
 }  // namespace kaunter

@@ -47,6 +47,18 @@ std::optional<Caption> WithoutFlag(Session& session, std::string_view column, co
       fmt::format("您没有“{}”的权限，可在用户管理中给予", what.chinese));
 }
 
+Caption WithoutEntry(const MenuEntry& entry) {
+  return {
+      fmt::format("\"{}\" is not among your menu rights, they are given in User Management",
+                  PlainCaption(entry.caption, false)),
+      fmt::format("您没有“{}”的功能权限，可在用户管理中给予", PlainCaption(entry.caption, true))};
+}
+
+void Offer(Button& button, const std::optional<Caption>& why, bool on) {
+  button.tip = why.value_or(Caption());
+  button.SetEnabled(on && !why);
+}
+
 }  // namespace
 
 std::optional<Caption> WhyClosed(Session& session, std::string_view screen,
@@ -57,14 +69,7 @@ std::optional<Caption> WhyClosed(Session& session, std::string_view screen,
                          std::ranges::any_of(entries, [&](const MenuEntry* entry) {
                            return session.menu->Reachable(*entry);
                          });
-  if (!reachable) {
-    const Caption& entry = entries.front()->caption;
-    return Caption(
-        fmt::format("\"{}\" is not among your menu rights, they are given in User "
-                    "Management",
-                    PlainCaption(entry, false)),
-        fmt::format("您没有“{}”的功能权限，可在用户管理中给予", PlainCaption(entry, true)));
-  }
+  if (!reachable) return WithoutEntry(*entries.front());
   if (IsAmong(screen, kLoanScreens)) {
     return WithoutFlag(session, "AccessLoan", {"Loan screens", "贷款画面"});
   }
@@ -77,9 +82,19 @@ std::optional<Caption> WhyClosed(Session& session, std::string_view screen,
 void OfferShortcut(Session& session, Button& button, std::string_view screen,
                    std::string_view command, bool on) {
   button.SetVisible(button.screen().desk().CanShow(screen));
-  const std::optional<Caption> why = WhyClosed(session, screen, command);
-  button.tip = why.value_or(Caption());
-  button.SetEnabled(on && !why);
+  Offer(button, WhyClosed(session, screen, command), on);
+}
+
+void OfferReport(Session& session, Button& button, std::string_view file) {
+  button.SetVisible(button.screen().desk().CanShow("ReportFrm"));
+  std::optional<Caption> why;
+  if (session.menu != nullptr) {
+    for (const MenuEntry& entry : session.menu->entries()) {
+      if (entry.action != MenuAction::report || entry.target != file) continue;
+      if (!session.menu->Reachable(entry)) why = WithoutEntry(entry);
+    }
+  }
+  Offer(button, why, true);
 }
 
 }  // namespace kaunter

@@ -23,4 +23,7 @@ std::optional<Caption> WhyClosed(Session& session, std::string_view screen,
 void OfferShortcut(Session& session, Button& button, std::string_view screen,
                    std::string_view command, bool on = true);
 
+// The same for a button that opens the criteria of a report: its entry of the menu decides.
+void OfferReport(Session& session, Button& button, std::string_view file);
+
 }  // namespace kaunter

@@ -4,10 +4,12 @@
 
 #include "core/company_access.h"
 #include "core/log.h"
+#include "core/record.h"
 #include "core/screen_rights.h"
 #include "core/telling.h"
 #include "core/values.h"
 #include "platform/sql/transaction.h"
+#include "screen/hourglass.h"
 
 namespace kaunter {
 
@@ -66,6 +68,28 @@ bool SessionScreen::Attempt(std::string_view what, const Caption& text,
          {text.english + cause + kept.english, text.In(true) + cause + kept.chinese});
     return false;
   }
+}
+
+bool SessionScreen::AttemptOnRecord(std::string_view what, const Caption& text,
+                                    const std::function<void()>& write) {
+  std::string gone;
+  const bool written = Attempt(what, text, [&] {
+    const Hourglass busy(desk());
+    try {
+      write();
+    } catch (const RowNotFound& failure) {
+      gone = failure.key();
+      throw;
+    }
+  });
+  if (!gone.empty()) {
+    Tell(MessageKind::information,
+         {fmt::format("{} is not there any more: another desktop has deleted it. What is typed "
+                      "here stays until it is cleared.",
+                      gone),
+          fmt::format("{} 已不存在：另一台电脑已把它删除。您输入的内容保留至清除为止。", gone)});
+  }
+  return written;
 }
 
 bool SessionScreen::MayDiscard(bool changed) {

@@ -2,13 +2,12 @@
 
 #include <fmt/format.h>
 
-#include <utility>
-
 #include "collections/reminder_state.h"
 #include "compliance/aml.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/log.h"
+#include "core/open_for.h"
 #include "core/picker.h"
 #include "core/report_path.h"
 #include "core/session_report.h"
@@ -258,13 +257,7 @@ void frmPrinting::LayPhoto() {
 }
 
 void frmPrinting::OpenStatement(const ListedDocument& document) {
-  const std::string own_title = std::exchange(session().MsgTitle, "Statement of Account");
-  const std::string own_file = std::exchange(session().ReportFile, document.file);
-  const std::string own_loan = std::exchange(session().HandOverLoanID, loan_id_);
-  desk().Show("ReportFrm");
-  session().MsgTitle = own_title;
-  session().ReportFile = own_file;
-  session().HandOverLoanID = own_loan;
+  OpenReport(session(), desk(), "Statement of Account", document.file, loan_id_);
 }
 
 }  // namespace kaunter

@@ -46,7 +46,8 @@ const Names& StartedOtherwise() {
       "MyKadList.rpt",        "LoanCalcList.rpt",   "ApplicationForm.rpt",
       "ApplicationForm2.rpt", "LetterOffer.rpt",    "SettlementLetter.rpt",
       "Reminder2.rpt",        "LateInvoice.rpt",    "ARCreditNote.rpt",
-      "LateInterestC.rpt",    "CashBookRecalc.rpt", "GoldVoucher.rpt"};
+      "LateInterestC.rpt",    "CashBookRecalc.rpt", "GoldVoucher.rpt",
+      "ExpenseVoucher.rpt"};
   return names;
 }
 

@@ -62,6 +62,12 @@ TEST(CashReports, Expenses) {
                    "PersonalExp.CompCode=HQ|KL; PersonalExp.CBCat=LOAN; PersonalExp.UserID=EVE") +
                  " and {PersonalExp.TrxID} >= '1' and {PersonalExp.TrxID} <= '1' ")});
   }
+  ExpectAll<CashOffice>(
+      {Row("ExpenseVoucher.rpt",
+           {{"PaidOut", "SELECT SUM(CreditAmt) FROM PersonalExp"}, {"TakenIn", "45.20"}},
+           "SELECT COUNT(*) FROM PersonalExp", "", kPlain, "-"),
+       Row("ExpenseVoucher.rpt", {{"PaidOut", "212.35"}}, "1", "{PersonalExp.TrxID} = 3", kPlain,
+           "-")});
   // The electricity of December was entered in January.
   ExpectAll<CashOffice>({Row("PersonalExpCreatedDate.rpt", {{"CreditAmt", "212.35"}}, "1",
                              Asked("PersonalExpCreatedDate.rpt", "02-01-2024", "02-01-2024"))});

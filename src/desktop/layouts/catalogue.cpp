@@ -16,7 +16,7 @@ const std::vector<Layout>& AllLayouts() {
       DueDateFrmLayout(),        ReminderfrmLayout(),       ReportFrmLayout(),
       FrmPrintingLayout(),       ChqCtrlFrmLayout(),        FrmUserSignInLayout(),
       CashBookFrmLayout(),       RecalcCashBookFrmLayout(), AccessPasswordFrmLayout(),
-      FrmBuyGoldLayout(),        FrmSellGoldLayout(),
+      FrmBuyGoldLayout(),        FrmSellGoldLayout(),       PersonalEpxFrmLayout(),
   };
   return layouts;
 }

@@ -29,6 +29,7 @@ Layout BatchLinkfrmLayout();
 Layout CashBookFrmLayout();
 Layout ChqCtrlFrmLayout();
 Layout RecalcCashBookFrmLayout();
+Layout PersonalEpxFrmLayout();
 Layout SpecialRptLayout();
 Layout ReportFrmLayout();
 Layout FrmPrintingLayout();
