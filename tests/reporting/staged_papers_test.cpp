@@ -272,39 +272,6 @@ TEST(StagedPapers, LedgerOfAccount) {
   }
 }
 
-// Both have staged before either prints.
-TEST(StagedPapers, TwoComputersPrintTheirOwnRows) {
-  ReportOffice o;
-  struct Case {
-    const char* file;
-    bool (*stage)(Session&, Desk&, const StagedRun&);
-    const char* first;   // a loan of HQ
-    const char* second;  // a loan of KL
-  };
-  for (const Case& c : {Case{"StatementList.rpt", StageStatement, "L2", "L3"},
-                        Case{"RekodTrans.rpt", StageRekodTrans, "L2", "L3"}}) {
-    SCOPED_TRACE(c.file);
-    StagedRun at_hq = RunOf(c.file, "01-01-2022", "31-01-2024");
-    at_hq.filters = {Companies({"HQ"})};
-    StagedRun at_kl = at_hq;
-    at_kl.pcname = "PC-02";
-    at_kl.filters = {Companies({"KL"})};
-    ASSERT_TRUE(c.stage(o.session(), o.desk, at_hq));
-    ASSERT_TRUE(c.stage(o.session(), o.desk, at_kl));
-    for (const StagedRun* run : {&at_hq, &at_kl}) {
-      const bool hq = run == &at_hq;
-      ReportJob job;
-      job.Connect = &o.main();
-      job.ReportFileName = std::string("/") + c.file;
-      job.SelectionFormula = StagedFormula(run->pcname, run->report_name);
-      job.ParameterFields[0] = "RptID;1;True";
-      const auto texts = TextsOf(job);
-      EXPECT_THAT(texts, Contains(hq ? c.first : c.second));
-      EXPECT_THAT(texts, Not(Contains(hq ? c.second : c.first)));
-    }
-  }
-}
-
 // The audit's own database has no profile of the office.
 TEST(StagedPapers, TheCompanyStandsAboveTheAudit) {
   PaperCounter o;

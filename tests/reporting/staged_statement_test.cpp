@@ -82,58 +82,6 @@ TEST(StagedStatementTest, EachItemStandsInTheOpeningRowOrInARowOfItsOwn) {
                           "P3 | L2 |  | 2024-01-31"));
 }
 
-TEST(StagedStatementTest, FilterAndRangeOfLoans) {
-  StagedOffice o;
-  o.AddLoan("A1", "2024-01-02", "1");
-  o.AddLoan("A2", "2024-01-02", "1", "0", "KL");
-  o.AddLoan("A3", "2024-01-02", "1", "0", "KL");
-  o.AddLoan("A4", "2024-01-02", "1", "0", "X'Y");
-  struct Case {
-    std::vector<std::string> companies;
-    const char* from;
-    const char* to;
-    std::vector<std::string> opened;
-  };
-  const Case kCases[] = {
-      {{}, "", "", {"#-A1", "#-A2", "#-A3", "#-A4"}},
-      {{"KL"}, "", "", {"#-A2", "#-A3"}},
-      {{"HQ", "KL"}, "", "", {"#-A1", "#-A2", "#-A3"}},
-      {{"X'Y"}, "", "", {"#-A4"}},
-      {{}, "A2", "", {"#-A2"}},  // one loan: the range ends where it begins
-      {{}, "A2", "A3", {"#-A2", "#-A3"}},
-      {{"KL"}, "A1", "A2", {"#-A2"}},
-      {{"HQ"}, "A2", "A3", {}},
-      {{}, "", "A2", {"#-A1", "#-A2", "#-A3", "#-A4"}},  // an end without a beginning is none
-  };
-  for (const Case& c : kCases) {
-    StagedRun run = January();
-    run.filters = {Companies(c.companies)};
-    run.id_from = c.from;
-    run.id_to = c.to;
-    ASSERT_TRUE(StageStatement(o.session(), o.desk, run));
-    std::vector<std::string> opened;
-    for (const std::string& id : o.Rows(run, "recordid")) {
-      if (id.starts_with("#")) opened.push_back(id);
-    }
-    EXPECT_EQ(opened, c.opened) << c.from << " to " << c.to;
-  }
-}
-
-// A range that ends before it begins is not refused: there are opening rows and nothing else. The
-// late interest between its ends counts, since what lies before the range has no cut-off.
-TEST(StagedStatementTest, ARangeThatEndsBeforeItBegins) {
-  StagedOffice o;
-  o.AddLoan("L1", "2024-01-05", "100", "7");
-  o.AddDrawdown("D1", "L1", "2024-01-05", "100");
-  o.AddPayment("P1", "L1", "2024-01-08", "PayAmt=10");
-  o.AddPayment("P2", "L1", "2024-01-15", "PayAmt=20");
-  o.AddCharge("B1", "L1", "2024-01-15", "Batch", "3");
-  const StagedRun run = RunOf("StatementList.rpt", "20-01-2024", "10-01-2024");
-  ASSERT_TRUE(StageStatement(o.session(), o.desk, run));
-  EXPECT_THAT(o.Rows(run, "recordid,c1,c2,c11,d1,d2"),
-              ElementsAre("#-L1 | 110 | 10 | 3 | 2024-01-19 | 2024-01-10"));
-}
-
 TEST(StagedStatementTest, WithoutAnEndTheCutOffIsTheServersToday) {
   StagedOffice o;  // where it is 31 January 2024
   o.AddLoan("L1", "2024-01-31", "100");
