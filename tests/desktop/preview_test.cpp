@@ -532,6 +532,27 @@ TEST(Paper, DrawsPictures) {
   EXPECT_FALSE(is_red(20, 27));  // 30 wide, 15 high
   EXPECT_TRUE(is_red(61, 11) && is_red(68, 13));
   EXPECT_FALSE(is_red(65, 17) || is_red(110, 15));
+  // The head of a letter knows before: a picture that was cut off stands there in letters.
+  const std::string whole = Content(folder.File("red.png"));
+  std::ofstream(folder.File("cut.png"), std::ios::binary) << whole.substr(0, 40);
+  EXPECT_EQ(MeasurePicture(folder.File("red.png")).value_or(PictureSize{}).width, 40);
+  for (const char* name : {"broken.png", "cut.png", "nowhere.png"}) {
+    EXPECT_FALSE(MeasurePicture(folder.File(name))) << name;
+  }
+}
+
+TEST(Preview, TellsWhatWasLeftOut) {
+  ReportRun run = ListOf(1);
+  run.document.left_out = {{"Printed without it.", "已略去。"}};
+  for (const bool chinese : {false, true}) {
+    PreviewDialog dialog(run, chinese, nullptr);
+    dialog.show();
+    int told = 0;
+    for (const QLabel* label : dialog.findChildren<QLabel*>()) {
+      told += label->isVisible() && S(label->text()) == run.document.left_out[0].In(chinese);
+    }
+    EXPECT_EQ(told, 1);
+  }
 }
 
 // A tray holds A4 and A5, not sheets of 210 by 148 millimetres.
