@@ -19,7 +19,6 @@ namespace kaunter {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 // Shows PopupFrm to a person whose acts are given.
 class PickingDesk : public SilentDesk {
