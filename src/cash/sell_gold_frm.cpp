@@ -153,19 +153,34 @@ void FrmSellGold::ShowTone(int row) {
 
 void FrmSellGold::ShowFigures() {
   std::vector<Cells> lines;
-  const std::vector<GoldInHand> hands = ReadGoldInHand(session(), CompCode.text());
-  for (const GoldInHand& hand : hands) {
+  std::vector<RowTone> tones;
+  GoldInHand total;
+  const auto add = [&](const GoldInHand& hand, const std::string& since) {
     lines.push_back({hand.company, std::to_string(hand.items), Format(hand.weight, kWeightForm),
-                     ShowMoney(hand.cost), hand.since});
+                     ShowMoney(hand.cost), since});
+  };
+  for (const GoldInHand& hand : ReadGoldInHand(session(), CompCode.text())) {
+    add(hand, hand.since);
+    total.items += hand.items;
+    total.weight += hand.weight;
+    total.cost += hand.cost;
   }
-  HandDG.SetRows(std::move(lines));
+  tones.resize(lines.size(), RowTone::plain);
+  if (lines.size() > 1) {
+    total.company = session().In({"Total", "总计"});
+    add(total, {});
+    tones.push_back(RowTone::total);
+  }
+  HandDG.SetRows(std::move(lines), tones);
   lines.clear();
+  tones.clear();
   for (const GoldMonth& month : ReadGoldResult(session(), CompCode.text())) {
+    const Money result = month.sold - month.cost;
     lines.push_back({fmt::format("{:02}-{}", month.month, month.year), std::to_string(month.items),
-                     ShowMoney(month.sold), ShowMoney(month.cost),
-                     ShowMoney(month.sold - month.cost)});
+                     ShowMoney(month.sold), ShowMoney(month.cost), ShowMoney(result)});
+    tones.push_back(result < Money() ? RowTone::bad : RowTone::plain);
   }
-  ResultDG.SetRows(std::move(lines));
+  ResultDG.SetRows(std::move(lines), tones);
 }
 
 void FrmSellGold::LeaveCell(int row, int column, const std::string& before) {

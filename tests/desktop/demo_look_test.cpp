@@ -36,6 +36,8 @@ constexpr Opened kOpened[] = {
     {"SpecialRpt", "CompCode", "AB", "Command1"},
     {"BatchLinkfrm", "LoanID", "AB0003-001", "Command1"},
     {"LateIntfrm", "", ""},
+    {"FrmBuyGold", "LoanID", "B0008"},
+    {"FrmSellGold", "DateFrom", "01-01-2023", "CmdGo"},
 };
 
 TEST(DemoLookTest, KeysNamesAndFiguresAreWholeAtBothSizes) {
