@@ -6,6 +6,8 @@
 #include "cash/personal_epx_frm.h"
 #include "cash/recalc_cash_book_frm.h"
 #include "cash/sell_gold_frm.h"
+#include "cash/supp_transfrm.h"
+#include "cash/supplierfrm.h"
 #include "collections/batch_link_frm.h"
 #include "collections/batch_list_frm.h"
 #include "collections/chq_ctrl_frm.h"
@@ -104,6 +106,8 @@ constexpr Entry kScreens[] = {
     {"Settlementfrm", Make<Settlementfrm>},
     {"SetupFrm", Make<SetupFrm>},
     {"SpecialRpt", Make<SpecialRpt>},
+    {"Supplierfrm", Make<Supplierfrm>},
+    {"SuppTransfrm", Make<SuppTransfrm>},
     {"UpdateSch", Make<UpdateSch>},
     {"UserFrm", MakeUserFrm},
     {"VerifyLedgerFrm", Make<VerifyLedgerFrm>},

@@ -20,6 +20,9 @@ constexpr std::string_view kLoanScreens[] = {"Drawdown", "LoanAppFrm", "LoanExte
 constexpr std::string_view kPaymentScreens[] = {
     "BatchLinkfrm",    "Invoicefrm",   "LateIntfrm",    "LoanSettlementfrm", "PaymentFrm",
     "RecalcReceiptNo", "ReceiptNoFrm", "Settlementfrm", "SpecialRpt"};
+// A document of a supplier is opened from its supplier.
+constexpr std::string_view kSupplier = "Supplierfrm";
+constexpr std::string_view kOfASupplier = "SuppTransfrm";
 // A save that finds an account missing opens it as its own step.
 constexpr std::string_view kStepOfASave = "LinkAccSetupfrm";
 
@@ -64,7 +67,8 @@ void Offer(Button& button, const std::optional<Caption>& why, bool on) {
 std::optional<Caption> WhyClosed(Session& session, std::string_view screen,
                                  std::string_view command) {
   if (session.menu == nullptr || session.CurrentLevel == kBuiltInLevel) return std::nullopt;
-  const auto entries = EntriesFor(*session.menu, screen, command);
+  const auto entries =
+      EntriesFor(*session.menu, SameName(screen, kOfASupplier) ? kSupplier : screen, command);
   const bool reachable = entries.empty() || screen == kStepOfASave ||
                          std::ranges::any_of(entries, [&](const MenuEntry* entry) {
                            return session.menu->Reachable(*entry);

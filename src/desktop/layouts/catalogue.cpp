@@ -17,6 +17,7 @@ const std::vector<Layout>& AllLayouts() {
       FrmPrintingLayout(),       ChqCtrlFrmLayout(),        FrmUserSignInLayout(),
       CashBookFrmLayout(),       RecalcCashBookFrmLayout(), AccessPasswordFrmLayout(),
       FrmBuyGoldLayout(),        FrmSellGoldLayout(),       PersonalEpxFrmLayout(),
+      SupplierfrmLayout(),       SuppTransfrmLayout(),
   };
   return layouts;
 }

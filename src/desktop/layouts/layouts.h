@@ -31,6 +31,8 @@ Layout ChqCtrlFrmLayout();
 Layout RecalcCashBookFrmLayout();
 Layout PersonalEpxFrmLayout();
 Layout SpecialRptLayout();
+Layout SupplierfrmLayout();
+Layout SuppTransfrmLayout();
 Layout ReportFrmLayout();
 Layout FrmPrintingLayout();
 Layout FrmBuyGoldLayout();
