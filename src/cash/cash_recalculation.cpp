@@ -22,12 +22,12 @@ Money AmountOf(const Value& value) {
   return money != nullptr ? *money : Sen(value);
 }
 
-void WriteRows(Connection& main, std::span<const CashDifference> rows) {
+void WriteRows(Connection& main, std::span<const CashDifference* const> rows) {
   std::string sql = "UPDATE CashBook SET CashBal=r.Cash,BankBal=r.Bank FROM CashBook INNER JOIN (";
-  for (const CashDifference& row : rows) {
-    if (&row != &rows.front()) sql += " UNION ALL ";
-    fmt::format_to(std::back_inserter(sql), "SELECT {} AS DocID,{} AS Cash,{} AS Bank", row.DocID,
-                   Show2dp(row.should_be.cash), Show2dp(row.should_be.bank));
+  for (const CashDifference* row : rows) {
+    if (row != rows.front()) sql += " UNION ALL ";
+    fmt::format_to(std::back_inserter(sql), "SELECT {} AS DocID,{} AS Cash,{} AS Bank", row->DocID,
+                   Show2dp(row->should_be.cash), Show2dp(row->should_be.bank));
   }
   main.Execute(sql + ") AS r ON CashBook.DocID=r.DocID");
 }
@@ -99,7 +99,11 @@ CashBookReport RecalculateCashBook(Connection& main, std::string_view comp_code,
   // Who moves the balances now waits, and moves what is true.
   LockBalances(main, comp_code);
   CashBookReport report = CompareCashBook(main, comp_code, opening);
-  const std::span<const CashDifference> all = report.differences;
+  // As they lie in the table: by date, each page of it would be fetched and written many times.
+  std::vector<const CashDifference*> by_number;
+  for (const CashDifference& one : report.differences) by_number.push_back(&one);
+  std::ranges::sort(by_number, {}, &CashDifference::DocID);
+  const std::span<const CashDifference* const> all = by_number;
   for (std::size_t done = 0; done < all.size(); done += kRowsAtOnce) {
     if (!progress(static_cast<std::int64_t>(done), static_cast<std::int64_t>(all.size()))) {
       report.complete = false;
