@@ -37,6 +37,9 @@ constexpr Opened kOpened[] = {
     {"BatchLinkfrm", "LoanID", "AB0003-001", "Command1"},
     {"LateIntfrm", "", ""},
     {"FrmBuyGold", "LoanID", "B0008"},
+    {"PersonalEpxFrm", "TrxID", "11"},
+    {"Supplierfrm", "SuppID", "S0001"},
+    {"SuppTransfrm", "TransID", "T0001"},
     {"FrmSellGold", "DateFrom", "01-01-2023", "CmdGo"},
 };
 
