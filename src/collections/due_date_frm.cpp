@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "collections/refusals.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
@@ -39,9 +41,20 @@ DueDateFrm::DueDateFrm(Session& session, Desk& desk)
   });
   LoanID.onLeave = [this] { LeaveLoan(); };
   LblCustName.onClick = [this] { OpenCustomer(this->session(), this->desk(), named_customer_); };
+  CompaniesCheck.SetVisible(session.CurrentLevel < 4 && !session.AllowedCompanies.empty());
   DG.onOpen = [this](int row, int column) { Open(row, column); };
   SearchCmd.onClick = [this] { Search(); };
   CmdClear.onClick = [this] { Clear(); };
+}
+
+void DueDateFrm::Load() {
+  const DayRange days = std::exchange(session().HandOverDays, {});
+  if (days.empty()) return;
+  DateFrom.SetText(days.from);
+  DateTo.SetText(days.to);
+  OwingCheck.SetChecked(true);
+  CompaniesCheck.SetChecked(true);
+  Search();
 }
 
 bool DueDateFrm::Read(const Caption& failed, const std::function<void()>& read) {
@@ -169,8 +182,11 @@ std::string DueDateFrm::Filter() const {
   if (!LoanID.empty()) filter += " AND h.LoanID=" + QuoteStr(LoanID.text());
   if (!DateFrom.empty()) filter += " AND h.DueDate >= " + SqlDate(DateFrom.text());
   if (!DateTo.empty()) filter += " AND h.DueDate <= " + SqlDate(DateTo.text());
-  // Below an administrator the home company alone, whatever else the person may see.
-  if (session().CurrentLevel < 4) {
+  if (OwingCheck.checked()) filter += " AND l.LoanBal > 0";
+  // Below an administrator the home company alone, unless the person asks for all of theirs.
+  if (CompaniesCheck.checked()) {
+    filter += AndCompany(session(), "l.CompCode");
+  } else if (session().CurrentLevel < 4) {
     filter += " AND l.CompCode=" + QuoteStr(session().CurrentCompCode);
   }
   return filter;
@@ -196,6 +212,8 @@ void DueDateFrm::Clear() {
     box->Clear();
     box->SetMark(false);
   }
+  OwingCheck.SetChecked(false);
+  CompaniesCheck.SetChecked(false);
   found_loan_.clear();
   found_customer_.clear();
   ShowName();

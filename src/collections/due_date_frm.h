@@ -18,6 +18,8 @@ class DueDateFrm : public SessionScreen {
   TextBox DateTo{*this, "DateTo", {"Date To", "至日期"}, Kind::date};
   TextBox CustID{*this, "CustID", {"Customer ID", "顾客编号"}};
   TextBox LoanID{*this, "LoanID", {"Loan ID", "贷款编号"}};
+  CheckBox OwingCheck{*this, "OwingCheck", {"Loans with a balance only", "只列有结欠的贷款"}};
+  CheckBox CompaniesCheck{*this, "CompaniesCheck", {"All my companies", "我的全部公司"}};
   Label LblCustName{*this, "LblCustName"};
   Grid DG{*this,
           "DG",
@@ -34,6 +36,9 @@ class DueDateFrm : public SessionScreen {
   Button SearchCmd{*this, "SearchCmd", {"&Search", "搜索(&S)"}, ButtonRole::primary};
   Button CmdClear{*this, "CmdClear", {"C&lear", "清除(&L)"}};
   Button CancelCmd{*this, "CancelCmd", {"&Close", "关闭(&C)"}, ButtonRole::cancel};
+
+  // Days in HandOverDays are asked for at once, for what a figure counts.
+  void Load() override;
 
  private:
   void LeaveLoan();

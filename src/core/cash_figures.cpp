@@ -12,8 +12,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kDaysBehind = 7;
-
 // Of the movements from one day on and before another.
 std::string Moved(const DateTime& from, const DateTime& to) {
   return fmt::format(

@@ -13,6 +13,7 @@ namespace kaunter {
 class Session;
 
 constexpr int kOutlookDays = 30;  // today and those behind it
+constexpr int kDaysBehind = 7;    // without today
 
 struct CashPosition {
   std::string CompCode;

@@ -12,26 +12,34 @@
 namespace kaunter {
 namespace {
 
-// What stands behind a table, the nearest first.
+// What stands behind a table, the nearest first: what lists the very rows of a figure before what
+// tells of its subject.
 constexpr const char* kEditLoan = "EditLoanMnu";
 constexpr const char* kDueRoads[] = {"DueDateInq", "DueDateListMnu", "DueDateRpt"};
-constexpr const char* kAgeRoads[] = {"AgingRptMnu", "OutBalMnu", "FolloUpMnu", "DueDateInq"};
+constexpr const char* kAgeRoads[] = {"DueDateInq", "AgingRptMnu", "OutBalMnu", "FolloUpMnu"};
 constexpr const char* kCollectRoads[] = {"TrxRptMnu", "PayRptMnu", "DailyCollRptMnu",
                                          "EditPaymentMnu"};
-constexpr const char* kDisburseRoads[] = {"LoanRptMnu", "LoanRptCreatedDateMnu", "EditLoanMnu"};
+constexpr const char* kDisburseRoads[] = {"DailyReport", "LoanRptMnu", "LoanRptCreatedDateMnu",
+                                          "EditLoanMnu"};
+// The second amounts, by the day of the loan, stand in the reports of loans.
+constexpr const char* kSpecialRoads[] = {"LoanRptMnu", "LoanRptCreatedDateMnu", "EditLoanMnu"};
 constexpr const char* kOverdueRoads[] = {kEditLoan, "FolloUpMnu", "ReminderMnu"};
 constexpr const char* kCashRoads[] = {"CashBookMnu", "CashBookRpt", "CBBalRpt"};
 constexpr const char* kMovedRoads[] = {"CashBookRpt", "CashBookMnu", "CBBalRpt"};
 constexpr const char* kChequeRoads[] = {"ChqMastMnu", "ChqRptMnu", "LoanChqRptMnu"};
 // Places in the cash position.
 constexpr int kCashToday = 3, kCashWeek = 4, kCashCheques = 5, kCashDue = 6;
+// Whose dates are the days that the figures count; the others ask for those of loans, or for none.
+constexpr std::string_view kDated[] = {"DueDateInq",  "DueDateListMnu", "DueDateRpt",
+                                       "TrxRptMnu",   "PayRptMnu",      "DailyCollRptMnu",
+                                       "DailyReport", "LoanRptMnu",     "CashBookRpt"};
 
 const Caption kAges[] = {{"1-30 days", "1-30天"},
                          {"31-60 days", "31-60天"},
                          {"61-90 days", "61-90天"},
                          {"Over 90 days", "超过90天"}};
 const Caption kAllOverdue{"Overdue loans", "拖欠贷款"};
-const Caption kDueToday{"Due today", "今日到期"};
+const Caption kDueToday{"Instalments of today", "今天的分期"};
 const Caption kDueWeek{"Due within 7 days", "7天内到期"};
 
 std::vector<GridColumn> Columns(Caption what, Caption count) {
@@ -78,7 +86,12 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
       screen_(screen),
       session_(session),
       menu_(menu),
-      parts_{{{&DueDG}, ReadComingDue, &HomeFigures::ShowDue},
+      parts_{{{},
+              [this](Session&, OfficeFigures&) {
+                if (lists_ == Lists::stale) read_lists();
+              },
+              nullptr},
+             {{&DueDG}, ReadComingDue, &HomeFigures::ShowDue},
              {{&AgeDG, &OverdueDG}, ReadArrears, &HomeFigures::ShowAges},
              {{&DisburseDG}, ReadDisbursements, &HomeFigures::ShowDisbursed},
              {{&CashDG},
@@ -94,15 +107,18 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
   }
   for (Grid* grid : Grids()) {
     grid->onOpen = [this, grid](int row, int column) {
-      if (grid == &CashDG) return OpenCash(column);
-      const MenuEntry* entry = Road(*grid);
+      const MenuEntry* entry = grid == &CashDG ? CashRoad(column) : Road(*grid);
       if (entry == nullptr) return;
       // A loan of the list is opened by those who may choose Edit Loan, and by nobody else.
       if (grid == &OverdueDG && entry->name == kEditLoan && entry->enabled) {
         open_loan(OverdueDG.Cell(row, 0));
-      } else {
-        choose(std::string(entry->name));
+        return;
       }
+      const bool dated =
+          std::find(std::begin(kDated), std::end(kDated), entry->name) != std::end(kDated);
+      if (dated) session_.HandOverDays = grid == &CashDG ? CashDays(column) : Days(*grid, row);
+      choose(std::string(entry->name));
+      session_.HandOverDays = {};
     };
   }
   RefreshCmd.onClick = [this] { Refresh(); };
@@ -113,7 +129,9 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
 const MenuEntry* HomeFigures::Road(const Grid& grid) const {
   if (&grid == &AgeDG) return First(kAgeRoads);
   if (&grid == &CollectDG) return First(kCollectRoads);
-  if (&grid == &DisburseDG) return First(kDisburseRoads);
+  if (&grid == &DisburseDG) {
+    return session_.Special ? First(kSpecialRoads) : First(kDisburseRoads);
+  }
   if (&grid == &OverdueDG) return First(kOverdueRoads);
   if (&grid == &CashDG) return First(kCashRoads);
   return First(kDueRoads);
@@ -130,12 +148,10 @@ const MenuEntry* HomeFigures::First(std::span<const char* const> roads) const {
   return closed;
 }
 
-void HomeFigures::OpenCash(int column) {
-  const MenuEntry* entry = column == kCashCheques                        ? First(kChequeRoads)
-                           : column == kCashDue                          ? First(kDueRoads)
-                           : column == kCashToday || column == kCashWeek ? First(kMovedRoads)
-                                                                         : First(kCashRoads);
-  if (entry != nullptr) choose(std::string(entry->name));
+const MenuEntry* HomeFigures::CashRoad(int column) const {
+  if (column == kCashCheques) return First(kChequeRoads);
+  if (column == kCashDue) return First(kDueRoads);
+  return column == kCashToday || column == kCashWeek ? First(kMovedRoads) : First(kCashRoads);
 }
 
 void HomeFigures::SignedIn() {
@@ -143,7 +159,7 @@ void HomeFigures::SignedIn() {
   for (Grid* grid : Grids()) grid->SetVisible(Road(*grid) != nullptr);
   FiguresTime.SetVisible(true);
   RefreshCmd.SetVisible(true);
-  if (later) Refresh();
+  if (later) Begin(When::soon, Lists::fresh);
 }
 
 void HomeFigures::SignedOut() {
@@ -167,16 +183,17 @@ void HomeFigures::Forget() {
   for (Grid* grid : Grids()) grid->Clear();
 }
 
-void HomeFigures::Refresh() { Begin(When::soon); }
+void HomeFigures::Refresh() { Begin(When::soon, Lists::stale); }
 
-void HomeFigures::Returned() {
+void HomeFigures::Returned(Lists lists) {
   if (!RefreshCmd.visible() || !later) return;
-  Begin(spent_ > patience ? When::in_a_while : When::soon);
+  Begin(spent_ > patience ? When::in_a_while : When::soon, lists);
 }
 
 // What is shown stays until its part has been read anew: a page that empties itself at each return
 // would flicker.
-void HomeFigures::Begin(When when) {
+void HomeFigures::Begin(When when, Lists lists) {
+  lists_ = lists;
   next_part_ = 0;
   const unsigned run = ++run_;
   if (later) {
@@ -232,8 +249,8 @@ void HomeFigures::Read(Part& part) {
       Forget();
     }
   }
-  if (std::any_of(part.grids.begin(), part.grids.end(),
-                  [](const Grid* grid) { return grid->visible(); })) {
+  const auto shown = [](const Grid* grid) { return grid->visible(); };
+  if (part.grids.empty() || std::any_of(part.grids.begin(), part.grids.end(), shown)) {
     part.read(session_, figures_);
     part.known = true;
     if (part.show != nullptr) (this->*part.show)();
@@ -354,6 +371,33 @@ void HomeFigures::ShowCash() {
     tones.push_back(RowTone::total);
   }
   CashDG.SetRows(std::move(rows), tones);
+}
+
+// From so many days after today, or before, to so many.
+DayRange HomeFigures::Around(int from, int to) const {
+  return {Format(figures_.today.AddDays(from), "dd-mm-yyyy"),
+          Format(figures_.today.AddDays(to), "dd-mm-yyyy")};
+}
+
+DayRange HomeFigures::CashDays(int column) const {
+  if (column == kCashToday) return Around(0, 0);
+  if (column == kCashWeek) return Around(-kDaysBehind, -1);
+  return column == kCashDue ? Around(0, kOutlookDays - 1) : DayRange{};
+}
+
+DayRange HomeFigures::Days(const Grid& grid, int row) const {
+  if (&grid == &DueDG) return Around(0, row == 0 ? 0 : kDaysOfWeek - 1);
+  if (&grid == &AgeDG) {
+    // The row behind the bands is all of them.
+    const int newer = row == kTo30Days || row == kAgeBands ? 0 : kBandDays[row - 1];
+    if (row < kOver90Days) return Around(-kBandDays[row], -newer - 1);
+    return {"", Around(0, -newer - 1).to};
+  }
+  if (&grid != &CollectDG && &grid != &DisburseDG) return {};
+  const Year& year = &grid == &CollectDG ? figures_.collected : figures_.disbursed;
+  const MonthTally& month = year.at(static_cast<std::size_t>(row));
+  const DateTime first{month.year, month.month, 1};
+  return {Format(first, "dd-mm-yyyy"), Format(first.AddMonths(1).AddDays(-1), "dd-mm-yyyy")};
 }
 
 bool HomeFigures::Empty() const { return !read_at_.empty() && !figures_.any_loan; }

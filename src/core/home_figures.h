@@ -1,5 +1,5 @@
 // The figures of the main window as controls: tables that a face draws as cards and charts and a
-// script reads. Opening a row opens the screen or report behind it.
+// script reads. Opening a row opens the screen or report behind it, its days in HandOverDays.
 //
 // A figure is there for those whose rights reach something behind it; for others its statement is
 // not even sent. A face that can wait (`later`) has the figures read at the sign-in and at each
@@ -39,6 +39,8 @@ class HomeFigures {
   // Opens a menu entry; a loan.
   std::function<void(std::string_view entry)> choose;
   std::function<void(const std::string& loan_id)> open_loan;
+  // Reads the lists that stand beside the figures: all are of one moment.
+  std::function<void()> read_lists;
   // How a face has the parts read, one at a time, each within the screen's guard and while nothing
   // else is going on: soon, or in a while.
   enum class When { soon, in_a_while };
@@ -47,12 +49,14 @@ class HomeFigures {
   // until the person has stayed for a while.
   double patience = 150;
 
-  // The person has signed in or out: what may be seen, and the reading of it.
+  // The person has signed in or out: what may be seen, and the reading of it. Lists are read
+  // before.
   void SignedIn();
   void SignedOut();
   void Refresh();
   // Back from a screen, or from another program.
-  void Returned();
+  enum class Lists { stale, fresh };
+  void Returned(Lists lists = Lists::stale);
   // The words of the language in force.
   void ShowAll();
 
@@ -68,16 +72,18 @@ class HomeFigures {
   const MenuEntry* Road(const Grid& grid) const;
   // The figures are there, and there is no loan.
   bool Empty() const;
+  // The days that a row of a table counts.
+  DayRange Days(const Grid& grid, int row) const;
 
  private:
   struct Part {
-    std::vector<Grid*> grids;
+    std::vector<Grid*> grids;  // none: for everybody
     std::function<void(Session&, OfficeFigures&)> read;
     void (HomeFigures::*show)();  // null where the tables wait for another part
     bool known = false;
     bool Holds(const Grid& grid) const;
   };
-  void Begin(When when);
+  void Begin(When when, Lists lists);
   void ReadNext(unsigned run);
   void Read(Part& part);
   void Forget();
@@ -91,7 +97,9 @@ class HomeFigures {
   void ShowOverdue();
   void ShowCash();
   void ShowMonths(Grid& grid, const Year& year);
-  void OpenCash(int column);
+  const MenuEntry* CashRoad(int column) const;
+  DayRange CashDays(int column) const;
+  DayRange Around(int from, int to) const;
   // The first of the roads that can be chosen; else the first that is within the rights; or null.
   const MenuEntry* First(std::span<const char* const> roads) const;
   std::array<Grid*, 6> Grids() {
@@ -108,6 +116,7 @@ class HomeFigures {
   std::string posted_;   // as the daily batch keeps it: yyyy-mm-dd
   std::string read_at_;  // empty until a reading has come to its end
   bool failed_ = false;
+  Lists lists_ = Lists::stale;
   std::size_t next_part_ = 0;
   unsigned run_ = 0;  // a reading that another one has overtaken ends
   double spent_ = 0;  // milliseconds of the reading so far

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <set>
+
 #include "core/audit.h"
 #include "core/company_access.h"
 #include "core/einvoice_codes.h"
@@ -78,6 +80,7 @@ MainFrm::MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
   LS1.onOpen = [this](int row, int) { OpenListedLoan(LS1.Cell(row, 0)); };
   LS2.onOpen = [this](int row, int) { OpenListedLoan(LS2.Cell(row, 0)); };
   home_.choose = [this](std::string_view entry) { ChooseMenu(entry); };
+  home_.read_lists = [this] { RefreshMainLists(); };
   home_.open_loan = [this](const std::string& loan_id) {
     if (OpenLoan(this->session(), this->desk(), loan_id)) home_.Returned();
   };
@@ -383,7 +386,7 @@ void MainFrm::EditSlogan() {
 void MainFrm::OpenListedLoan(const std::string& loan_id) {
   if (!OpenLoan(session(), desk(), loan_id)) return;
   RefreshMainLists();
-  home_.Returned();
+  home_.Returned(HomeFigures::Lists::fresh);
 }
 
 void MainFrm::RefreshMainLists() {
@@ -415,6 +418,20 @@ void MainFrm::RefreshMainLists() {
           "SELECT l.LoanID,l.TrxDate,c.CustName,LoanGroupID FROM LoanMast as l INNER JOIN CustMast "
           "as c on l.CustID=c.CustID {} AND l.AgreementNo='' order by l.TrxDate",
           CompanyFilter(session(), "l.CompCode"))));
+  QuietClosedLoans(company, today);
+}
+
+// A loan may be paid off with instalments left open. It is listed, and owes nothing.
+void MainFrm::QuietClosedLoans(const std::string& company, const std::string& today) {
+  Recordset closed = main().Query(fmt::format(
+      "SELECT DISTINCT l.LoanID FROM SchMast as s INNER JOIN LoanMast as l on s.LoanID=l.LoanID "
+      "WHERE s.DueDate<={1} AND s.PayableAmt-s.Payment>0 AND l.LoanBal<=0{0}",
+      company, today));
+  std::set<std::string> loans;
+  for (; !closed.Eof(); closed.MoveNext()) loans.insert(NullToEmpty(closed.Field(0)));
+  for (int row = 0; row < LS1.RowCount(); ++row) {
+    if (loans.contains(LS1.Cell(row, 0))) LS1.SetTone(row, RowTone::quiet);
+  }
 }
 
 }  // namespace kaunter

@@ -78,6 +78,7 @@ class MainFrm : public SessionScreen {
   void OpenListedLoan(const std::string& loan_id);
   void ShowStatus();
   void ApplyMenus();
+  void QuietClosedLoans(const std::string& company, const std::string& today);
   bool BuiltInLogonIsOpen();
   void ShutBuiltInLogon();
   std::string ReportName(const MenuEntry& entry) const;

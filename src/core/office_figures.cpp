@@ -12,12 +12,9 @@
 namespace kaunter {
 namespace {
 
-constexpr int kDaysOfWeek = 7;
 constexpr std::size_t kTopLoans = 8;
 // What an instalment still asks for; an older office has NULL where nothing was paid.
 constexpr std::string_view kOpen = "s.PayableAmt-isnull(s.Payment,0)";
-// Upper ends of the bands; the last has none.
-constexpr int kBandDays[] = {30, 60, 90};
 
 Money Amount(const Value& sum) { return sum.IsNull() ? Money() : Money::FromText(sum.ToText()); }
 

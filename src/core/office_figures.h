@@ -23,6 +23,8 @@ struct Tally {
 
 // Open instalments by their own age in days. What falls due today is not behind yet.
 enum AgeBand { kTo30Days, kTo60Days, kTo90Days, kOver90Days, kAgeBands };
+constexpr int kBandDays[] = {30, 60, 90};  // upper ends of the bands; the last has none
+constexpr int kDaysOfWeek = 7;
 
 struct OverdueLoan {
   std::string loan_id;

@@ -43,6 +43,13 @@ struct SettlementQuote {
   std::string ChargeAmt;
 };
 
+// A period as date boxes show it; an empty end is open.
+struct DayRange {
+  std::string from;
+  std::string to;
+  bool empty() const { return from.empty() && to.empty(); }
+};
+
 // CurrentLevel of the built-in logon ADMIN.
 constexpr int kBuiltInLevel = 5;
 
@@ -87,6 +94,7 @@ class Session {
   std::string HandOverLoanID;
   std::string HandOverSelection;  // the SELECT whose rows a list screen shows
   SettlementQuote HandOverQuote;
+  DayRange HandOverDays;         // those whose rows a figure of the main window opens
   bool PaymentsChanged = false;  // a payment was saved or deleted: an open loan screen reloads
 
   // --- settings read at connect

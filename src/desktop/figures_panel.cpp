@@ -208,7 +208,7 @@ void FiguresPanel::Refresh() {
   if (empty) return;
   const OfficeFigures& figures = figures_.figures();
   const Caption instalment{"instalment", "期"};
-  RefreshCard(today_, {"Due today", "今日到期"}, figures.due_today, instalment, false);
+  RefreshCard(today_, {"Instalments of today", "今天的分期"}, figures.due_today, instalment, false);
   RefreshCard(week_, {"Due within 7 days", "7天内到期"}, figures.due_week, instalment, false);
   RefreshCard(overdue_, {"Overdue", "拖欠"}, figures.overdue, {"loan", "笔贷款"},
               figures.overdue.count > 0);

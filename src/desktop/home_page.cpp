@@ -35,6 +35,11 @@ constexpr Road kRoads[] = {
 };
 constexpr std::size_t kMostTiles = 6;
 
+// A quiet row is listed, and owes nothing.
+bool Counts(const Grid& grid, int row) {
+  return grid.Tone(row) != RowTone::quiet && grid.Tone(row) != RowTone::total;
+}
+
 }  // namespace
 
 Tile::Tile(Glyph glyph, QWidget* parent) : QAbstractButton(parent), icon_(MakeIcon(glyph, true)) {
@@ -67,8 +72,6 @@ ListCard::ListCard(ScreenFace& face, std::vector<Listed> lists, QWidget* parent)
   layout->setContentsMargins(1, 0, 1, 6);
   layout->setSpacing(0);
   pages_ = new QStackedWidget(card);
-  sum_ = new QLabel(card);
-  sum_->setFont(ScaledFont(1.05, true));
   auto* head = new QHBoxLayout;
   head->setSpacing(8);
   if (lists_.size() == 1) {
@@ -88,7 +91,11 @@ ListCard::ListCard(ScreenFace& face, std::vector<Listed> lists, QWidget* parent)
     head->addWidget(names_);
   }
   head->addStretch(1);
-  head->addWidget(sum_);
+  if (names_) {
+    sum_ = new QLabel(card);
+    sum_->setFont(ScaledFont(1.05, true));
+    head->addWidget(sum_);
+  }
   layout->addLayout(head);
   for (const Listed& list : lists_) {
     auto& view = static_cast<GridView&>(face.View(*list.grid));
@@ -101,9 +108,7 @@ ListCard::ListCard(ScreenFace& face, std::vector<Listed> lists, QWidget* parent)
 QString ListCard::Title(const Listed& list) const {
   const QString name = Q(list.title->caption().In(face_.chinese()));
   int rows = 0;
-  for (int row = 0; row < list.grid->RowCount(); ++row) {
-    rows += list.grid->Tone(row) != RowTone::total;
-  }
+  for (int row = 0; row < list.grid->RowCount(); ++row) rows += Counts(*list.grid, row) ? 1 : 0;
   return rows == 0 ? name : QString("%1  %2").arg(name).arg(rows);
 }
 
@@ -113,12 +118,14 @@ void ListCard::Refresh() {
     if (names_) {
       names_->setTabText(static_cast<int>(i), Title(lists_[i]));
       names_->setTabVisible(static_cast<int>(i), lists_[i].grid->visible());
+      names_->setTabToolTip(static_cast<int>(i), Q(lists_[i].tip.In(face_.chinese())));
     }
     auto& view = static_cast<GridView&>(face_.View(*lists_[i].grid));
     view.SetEmptyText(lists_[i].empty());
     view.Refresh();
   }
-  sum_->setText(Sum(*lists_[static_cast<std::size_t>(pages_->currentIndex())].grid));
+  // The largest arrears alone would be taken for all of them.
+  if (sum_) sum_->setText(Sum(*lists_[static_cast<std::size_t>(pages_->currentIndex())].grid));
 }
 
 // A list without a column of amounts has no sum.
@@ -130,7 +137,7 @@ QString ListCard::Sum(const Grid& grid) const {
   if (amounts == columns.end() || grid.RowCount() == 0) return {};
   Money sum;
   for (int row = 0; row < grid.RowCount(); ++row) {
-    if (grid.Tone(row) == RowTone::total) continue;
+    if (!Counts(grid, row)) continue;
     const std::string& cell = grid.Cell(row, static_cast<int>(amounts - columns.begin()));
     sum += Money::TryText(cell).value_or(Money());
   }
@@ -175,10 +182,16 @@ HomePage::HomePage(ScreenFace& face, MainFrm& main, std::function<void(const std
   overdue_ = new ListCard(face, {{&home.OverdueDG, &home.OverdueDG, nobody}}, desk_);
   lists_ = new ListCard(
       face,
-      {{&main.Label4, &main.LS1, none({"Nothing is due today.", "今天没有到期的贷款。"})},
-       {&main.Label5, &main.LS2,
-        none({"Every loan has its stamp number.", "所有贷款都有印花证书号码。"})},
-       {&home.CashDG, &home.CashDG, no_cash}},
+      {{&main.Label4,
+        &main.LS1,
+        none({"Nothing is due today.", "今天没有到期的贷款。"}),
+        {"Loans with something due today or before. One in grey has no balance and owes nothing.",
+         "今天或之前有到期款项的贷款。灰色的已无结欠。"}},
+       {&main.Label5,
+        &main.LS2,
+        none({"Every loan has its stamp number.", "所有贷款都有印花证书号码。"}),
+        {}},
+       {&home.CashDG, &home.CashDG, no_cash, {}}},
       desk_);
   lists->addWidget(overdue_, 2);
   lists->addWidget(lists_, 3);

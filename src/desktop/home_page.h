@@ -44,6 +44,7 @@ class ListCard : public QWidget {
     const Control* title;
     Grid* grid;
     std::function<Caption()> empty;
+    Caption tip = {};
   };
   ListCard(ScreenFace& face, std::vector<Listed> lists, QWidget* parent);
   void Refresh();
@@ -57,7 +58,7 @@ class ListCard : public QWidget {
   QLabel* title_ = nullptr;   // of the only list
   QTabBar* names_ = nullptr;  // of several
   QStackedWidget* pages_;
-  QLabel* sum_;
+  QLabel* sum_ = nullptr;  // with names
 };
 
 class HomePage : public QWidget {

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "core/boxes.h"
 #include "core/picker.h"
 #include "core/report_path.h"
@@ -55,6 +57,7 @@ void ReportFrm::Load() {
   OfferOptionBoxes();
   LoadLists();
   if (!session().HandOverLoanID.empty()) LockSelectedLoan(session().HandOverLoanID);
+  FillDays(std::exchange(session().HandOverDays, {}));
 }
 
 // The staged rows go whether or not the report had any.
@@ -122,6 +125,22 @@ void ReportFrm::LockSelectedLoan(const std::string& loan_id) {
   DateTo.SetText(ServerNow(main(), false));
 }
 
+// A figure counts all companies of the person: below an administrator they must be named.
+void ReportFrm::FillDays(const DayRange& days) {
+  if (days.empty()) return;
+  DateFrom.SetText(days.from);
+  DateTo.SetText(days.to);
+  const DateTime today = ServerTime(main()).DateOnly();
+  const auto last = DateTime::FromDisplay(days.to);
+  if (!MayLieAhead() && last && *last > today) DateTo.SetText(Format(today, "dd-mm-yyyy"));
+  if (session().CurrentLevel < 4) Move(true, true);
+  // What moved before the days is none of theirs.
+  if (Is({"AccountReport.rpt", "AccountReportC.rpt"})) Check1.SetChecked(true);
+}
+
+// What falls due.
+bool ReportFrm::MayLieAhead() const { return Is({"DueDate3.rpt", "DueDate.rpt"}); }
+
 void ReportFrm::LeaveDate(TextBox& box) {
   box.SetText(Trim(box.text()));
   if (box.empty()) return;
@@ -132,8 +151,7 @@ void ReportFrm::LeaveDate(TextBox& box) {
   }
   box.SetText(Format(*date, "dd-mm-yyyy"));
   box.SetMark(false);
-  // What falls due may lie ahead.
-  if (&box != &DateTo || Is({"DueDate3.rpt", "DueDate.rpt"})) return;
+  if (&box != &DateTo || MayLieAhead()) return;
   if (date->DateOnly() > ServerTime(main()).DateOnly()) {
     Refuse(box, {"Date To cannot greater than today", "日期至不可超过今天"});
     box.SetText(ServerNow(main(), false));

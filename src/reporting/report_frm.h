@@ -1,7 +1,7 @@
 // ReportFrm: the criteria of one report, and its start. The caller leaves the file in ReportFile
-// and the title in MsgTitle; a loan in HandOverLoanID is the only one that the report may show. A
-// file of the office's own in CallerTag ("OwnReports/Mine.rpt") is printed with the criteria of
-// ReportFile, in its place.
+// and the title in MsgTitle; a loan in HandOverLoanID is the only one that the report may show,
+// days in HandOverDays are filled in, with the person's companies. A file of the office's own in
+// CallerTag ("OwnReports/Mine.rpt") is printed with the criteria of ReportFile, in its place.
 #pragma once
 
 #include <string>
@@ -50,6 +50,8 @@ class ReportFrm : public SessionScreen {
   void OfferIds();
   void OfferOptionBoxes();
   void LockSelectedLoan(const std::string& loan_id);
+  void FillDays(const DayRange& days);
+  bool MayLieAhead() const;
   void LeaveDate(TextBox& box);
   void PickInto(TextBox& box);
   CheckBox& BoxOf(int number);

@@ -341,6 +341,12 @@ TEST_F(DueDateTest, OnlyWhatIsFilledNarrowsTheList) {
   screen.DG.Open(0, 0);  // a date is no way to anywhere
   EXPECT_EQ(counter.shown,
             (std::vector<std::string>{"NewCustFrm Edit Customer C-A1", "NewLoanFrm Edit Loan A1"}));
+  // Days that a figure hands over: of all the person's companies, and what is owed alone.
+  office.Run("UPDATE LoanMast SET LoanBal=0 WHERE LoanID='A1'");
+  office.session.HandOverDays = {"", "31-01-2024"};
+  DueDateFrm of_figure{office.session, counter};
+  of_figure.Load();
+  EXPECT_EQ(Column(of_figure.DG, 1), "B1 ");
 }
 
 TEST_F(DueDateTest, AKeyIsTypedInThreeWays) {

@@ -262,6 +262,28 @@ TEST_F(HomeFiguresTest, ALoanIsOpenedByThoseWhoMayEditLoans) {
   EXPECT_EQ(opened, "");
 }
 
+TEST_F(HomeFiguresTest, AFigureOpensTheDaysThatItCounts) {
+  for (const char* due : {"31-01-2024", "06-02-2024", "07-02-2024", "01-01-2024", "31-12-2023",
+                          "02-12-2023", "01-12-2023", "02-11-2023", "01-11-2023"}) {
+    Row("L1", due);
+  }
+  DayRange days;
+  home.choose = [&](std::string_view) { days = office.session.HandOverDays; };
+  home.SignedIn();
+  ReadAll();
+  for (Grid* grid : {&home.DueDG, &home.AgeDG}) {
+    for (int row = 0; row < grid->RowCount(); ++row) {
+      grid->Open(row, 0);
+      const std::string from = days.from.empty() ? "" : " AND DueDate>=" + SqlDate(days.from);
+      const std::string sum = ScalarQuery(
+          office.session.Main(),
+          "SELECT sum(PayableAmt) FROM SchMast WHERE DueDate<=" + SqlDate(days.to) + from);
+      EXPECT_EQ(M(grid->Cell(row, 2).c_str()), M(sum.c_str())) << grid->Cell(row, 0);
+    }
+  }
+  EXPECT_TRUE(office.session.HandOverDays.empty());
+}
+
 TEST_F(HomeFiguresTest, AReturnReadsAgainAndWaitsWhereThatTakesLong) {
   home.SignedIn();
   ReadAll();
@@ -270,6 +292,7 @@ TEST_F(HomeFiguresTest, AReturnReadsAgainAndWaitsWhereThatTakesLong) {
   EXPECT_EQ(waits.back(), HomeFigures::When::soon);
   ReadAll();
   EXPECT_EQ(home.AgeDG.Cell(0, 2), "60.00");
+  EXPECT_EQ(main.LS1.Cell(0, 4), "60.00");
   home.patience = 0;
   main.ChooseMenu("EditPaymentMnu");
   EXPECT_EQ(waits.back(), HomeFigures::When::in_a_while);

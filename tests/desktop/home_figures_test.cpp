@@ -20,7 +20,8 @@ class ShowingDesk : public QuietDesk {
   explicit ShowingDesk(Session& session) : session_(session) {}
   bool CanShow(std::string_view) const override { return true; }
   void Show(std::string_view screen_name) override {
-    shown.push_back(std::string(screen_name) + " " + session_.HandOverLoanID);
+    shown.push_back(std::string(screen_name) + " " + session_.HandOverLoanID +
+                    session_.HandOverDays.from + ".." + session_.HandOverDays.to);
   }
   std::vector<std::string> shown;
 
@@ -105,14 +106,14 @@ TEST_F(HomePageTest, APressOnABarOrACardOpensWhatIsBehindIt) {
   ASSERT_NE(ages, nullptr);
   QTest::mouseClick(ages, Qt::LeftButton, {}, ages->PlaceOf(kTo30Days).center());
   OpenScreen::Wait();
-  EXPECT_THAT(desk.shown, ElementsAre("FollowupFrm "));
+  EXPECT_THAT(desk.shown, ElementsAre("DueDateFrm 01-01-2024..30-01-2024"));
   Shown<FigureCard>()->click();
   OpenScreen::Wait();
-  EXPECT_EQ(desk.shown.back(), "DueDateFrm ");
+  EXPECT_EQ(desk.shown.back(), "DueDateFrm 31-01-2024..31-01-2024");
   QTest::keyClick(ages, Qt::Key_Up);
   QTest::keyClick(ages, Qt::Key_Return);
   OpenScreen::Wait();
-  EXPECT_EQ(desk.shown.back(), "FollowupFrm ");
+  EXPECT_EQ(desk.shown.back(), "DueDateFrm ..01-11-2023");
   // Pressed on one bar, let go on another: the person thought better of it.
   desk.shown.clear();
   QTest::mousePress(ages, Qt::LeftButton, {}, ages->PlaceOf(kTo30Days).center());
@@ -140,9 +141,16 @@ TEST_F(HomePageTest, TheFiguresAreReadAgainWhenTheProgramComesBackToTheFront) {
   LendSomething();
   main.home().patience = 1e9;
   SignIn();
+  office.Run("INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanBal) VALUES ('L2','C1','HQ',0)");
   office.Run("UPDATE SchMast SET Payment=40 WHERE SchID=2");
+  office.Run(
+      "INSERT INTO SchMast (SchID,LoanID,CustID,DueDate,PayableAmt,Payment) VALUES "
+      "(1,'L2','C1','2023-12-10',77,0)");
   qApp->applicationStateChanged(Qt::ApplicationActive);
   QTRY_COMPARE(Shown<BandChart>()->bars()[kTo30Days].tally.amount.ToDouble(), 210.0);
+  // The list agrees with the figures; a loan without a balance owes nothing.
+  EXPECT_EQ(main.LS1.RowCount(), 2);
+  EXPECT_TRUE(Says("Total Due 300.00"));
 }
 
 TEST_F(HomePageTest, NothingIsReadBetweenTheStatementsOfATransaction) {
@@ -175,7 +183,7 @@ TEST_F(HomePageTest, AnOverdueLoanIsOpenedByItself) {
   LendSomething();
   SignIn();
   main.home().OverdueDG.Open(0, 0);
-  EXPECT_THAT(desk.shown, ElementsAre("NewLoanFrm L1"));
+  EXPECT_THAT(desk.shown, ElementsAre("NewLoanFrm L1.."));
   EXPECT_EQ(office.session.HandOverLoanID, "");
 }
 

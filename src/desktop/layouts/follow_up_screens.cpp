@@ -27,7 +27,8 @@ Layout FollowupFrmLayout() {
 Layout DueDateFrmLayout() {
   return {"DueDateFrm",
           {1180, 680},
-          Down({Fields(2, {"DateFrom", "DateTo", "CustID", "LoanID", Wide("LblCustName")}),
+          Down({Fields(3, {"DateFrom", "DateTo", "CustID", "LoanID", "OwingCheck", "CompaniesCheck",
+                           Wide("LblCustName")}),
                 Fill("DG"), Fields(1, {"StatusLBL"})}),
           {"CmdClear", "SearchCmd", "CancelCmd"}};
 }
