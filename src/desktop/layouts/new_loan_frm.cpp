@@ -40,13 +40,27 @@ LayoutNode Payments() {
 
 LayoutNode Guarantor(const std::string& suffix, const std::string& pic) {
   const auto of = [&](const char* box) { return "Guarantor" + (box + suffix); };
-  return Across({Fields(1, {of("Name"), of("NIC"), of("OIC"), of("OthIC"), of("Relationship"),
-                            Line({of("Gender"), of("Race")}), of("HP1"), of("MN"),
-                            Line({pic, "CmdGetGuarantor" + suffix})}),
-                 Fields(1, {of("Comp"), of("CompBiz"), of("CompPos"), of("CompIncome"),
-                            Stacked({of("CompAdd1"), of("CompAdd2"), of("CompAdd3")}),
-                            Line({of("CompPostCode"), of("CompCity")}), of("CompState"),
-                            Line({of("CompTel1"), of("CompFax1")})})});
+  // Ten of the person, ten of the work, which go below them where there is no room for both.
+  return Fields(2, {of("Name"),
+                    of("NIC"),
+                    of("OIC"),
+                    of("OthIC"),
+                    of("Relationship"),
+                    Line({of("Gender"), of("Race")}),
+                    of("HP1"),
+                    of("MN"),
+                    pic,
+                    "CmdGetGuarantor" + suffix,
+                    of("Comp"),
+                    of("CompBiz"),
+                    of("CompPos"),
+                    of("CompIncome"),
+                    of("CompAdd1"),
+                    of("CompAdd2"),
+                    of("CompAdd3"),
+                    Line({of("CompPostCode"), of("CompCity")}),
+                    of("CompState"),
+                    Line({of("CompTel1"), of("CompFax1")})});
 }
 
 LayoutNode Guarantors() {
