@@ -3,11 +3,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <thread>
 
 #include "core/log.h"
 #include "core/session.h"
 #include "core/values.h"
+#include "platform/sql/waiting.h"
 
 namespace kaunter {
 namespace {
@@ -16,6 +16,7 @@ constexpr std::size_t kFree = 5;
 constexpr std::chrono::minutes kRemembered{1};
 constexpr PasswordTries::Span kStep{1000};
 constexpr PasswordTries::Span kLongest{5000};
+constexpr PasswordTries::Span kPiece{20};  // the windows are painted between two of them
 
 std::string Key(std::string_view user_id) { return Upper(Trim(user_id)); }
 
@@ -34,11 +35,9 @@ void PasswordTries::Wait(std::string_view user_id) {
   const auto user = failed_.find(Key(user_id));
   if (user == failed_.end() || user->second.size() < kFree) return;
   const auto beyond = static_cast<Span::rep>(user->second.size() - kFree + 1);
-  const Span wait = std::min(kStep * beyond, kLongest);
-  if (sleep) {
-    sleep(wait);
-  } else {
-    std::this_thread::sleep_for(wait);
+  for (Span left = std::min(kStep * beyond, kLongest); left > Span(); left -= kPiece) {
+    sleep(kPiece);
+    ActWhileWaiting();
   }
 }
 

@@ -9,6 +9,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <thread>
 
 namespace kaunter {
 
@@ -25,9 +26,9 @@ class PasswordTries {
   int Failed(std::string_view user_id);
   void Passed(std::string_view user_id);
 
-  // The clock and the waiting; a test sets its own.
+  // The clock and a piece of the waiting; a test sets its own.
   std::function<Time()> now = [] { return std::chrono::steady_clock::now(); };
-  std::function<void(Span)> sleep;
+  std::function<void(Span)> sleep = [](Span span) { std::this_thread::sleep_for(span); };
 
  private:
   void Forget();

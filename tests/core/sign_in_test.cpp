@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/company_access.h"
@@ -11,6 +12,7 @@
 #include "core/password.h"
 #include "core/password_screens.h"
 #include "core/session.h"
+#include "platform/sql/waiting.h"
 #include "tests/core/office.h"
 
 namespace kaunter {
@@ -66,10 +68,14 @@ TEST_F(SignIn, AfterFiveWrongPasswordsWithinAMinuteEachTryWaitsLonger) {
   AddUser("AMINAH", "", "'Manager','HQ'");
   PasswordTries::Time now{};
   std::vector<int> waits;
-  session.password_tries.now = [&] { return now; };
+  bool sleeps = false;
+  int paints = 0;
+  session.password_tries.now = [&] { return sleeps = false, now; };
   session.password_tries.sleep = [&](PasswordTries::Span span) {
-    waits.push_back(static_cast<int>(span.count()));
+    if (!std::exchange(sleeps, true)) waits.push_back(0);
+    waits.back() += static_cast<int>(span.count());
   };
+  SetWhileWaiting([&paints] { ++paints; });
   const auto approve = [&](const char* password) {
     frmUserSignIn prompt(session, office.desk, {"save loan X", "储存贷款 X"});
     prompt.Load();
@@ -90,6 +96,8 @@ TEST_F(SignIn, AfterFiveWrongPasswordsWithinAMinuteEachTryWaitsLonger) {
   EXPECT_FALSE(approve("wrong"));
   EXPECT_TRUE(approve("secret1"));
   EXPECT_EQ(waits, (std::vector<int>{1000, 2000, 3000}));
+  EXPECT_GE(paints, 100);
+  SetWhileWaiting({});
   Try("AMINAH", "wrong");
   for (int i = 0; i < 20; ++i) Try("AMINAH", "wrong");
   EXPECT_EQ(waits.back(), 5000);
