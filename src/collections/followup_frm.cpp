@@ -14,6 +14,7 @@
 #include "core/reading.h"
 #include "core/record.h"
 #include "core/screen_rights.h"
+#include "core/telling.h"
 #include "core/values.h"
 #include "screen/hourglass.h"
 
@@ -231,9 +232,13 @@ void FollowupFrm::Save() {
     LogRollback(session(), fmt::format("Follow Up - Loan ID {}", loaded_loan_), failure);
     // The two statements stand for themselves: a call that is in the log is not told as lost.
     Tell(MessageKind::critical,
-         recorded ? Caption{"The call is recorded, but its next call date is not on the loan",
-                            "联络已记录，但贷款的下次联络日期没有更改"}
-                  : Caption{"an error occur during saving record", "储存资料时出现错误"});
+         recorded
+             ? Failed({"The call is recorded, but its next call date is not on the loan",
+                       "联络已记录，但贷款的下次联络日期没有更改"},
+                      failure,
+                      {"Mend the cause. Do not enter the call again; the next one sets the date.",
+                       "请排除原因。请勿重复输入此联络；下一次联络会更改日期。"})
+             : Failed({"an error occur during saving record", "储存资料时出现错误"}, failure));
     if (!recorded) return;
   }
   if (recorded) {

@@ -12,6 +12,7 @@
 #include "core/picker.h"
 #include "core/reading.h"
 #include "core/screen_rights.h"
+#include "core/telling.h"
 #include "core/values.h"
 #include "loans/rebuild_and_tell.h"
 #include "platform/sql/transaction.h"
@@ -319,8 +320,9 @@ bool LoanSettlementfrm::Write(const Caption& failed, const std::function<void()>
     return true;
   } catch (const std::exception& failure) {
     LogRollback(session(), fmt::format("Loan Settlement - Loan ID {}", shown_.LoanID), failure);
-    Tell(MessageKind::critical, {fmt::format("{} - {}", failed.english, failure.what()),
-                                 fmt::format("{} - {}", failed.chinese, failure.what())});
+    Tell(MessageKind::critical, Failed({fmt::format("{} - {}", failed.english, failure.what()),
+                                        fmt::format("{} - {}", failed.chinese, failure.what())},
+                                       failure));
     return false;
   }
 }

@@ -152,10 +152,10 @@ bool PaymentFrm::WritePayment(Payment& payment) {
                               fmt::format("收据号码 {} 已用过", number)});
   } catch (const std::exception& failure) {
     LogRollback(session(), PaymentMode, failure);
-    const Caption kept = NothingKept(failure);
-    return Refuse({fmt::format("An error occurs during saving payment\n{}{}", Numbered(failure),
-                               kept.english),
-                   fmt::format("储存付款时发生错误\n{}{}", Numbered(failure), kept.chinese)});
+    return Refuse(
+        Failed({fmt::format("An error occurs during saving payment\n{}", Numbered(failure)),
+                fmt::format("储存付款时发生错误\n{}", Numbered(failure))},
+               failure));
   }
 }
 
@@ -205,8 +205,12 @@ void PaymentFrm::WaiveLateCharges() {
   } catch (const std::exception& failure) {
     // The payment stands, and its loan must still be rebuilt.
     LogRollback(session(), PaymentMode, failure);
-    Refuse({fmt::format("an error occur during waive late charges\n{}", Numbered(failure)),
-            fmt::format("豁免逾期收费时发生错误\n{}", Numbered(failure))});
+    Refuse(Failed({fmt::format("an error occur during waive late charges\n{}", Numbered(failure)),
+                   fmt::format("豁免逾期收费时发生错误\n{}", Numbered(failure))},
+                  failure,
+                  {"The payment stays saved, only the late charges are not waived. Mend the cause. "
+                   "Do not enter the payment again.",
+                   "付款已储存，只是逾期收费没有豁免。请排除原因。请勿重复输入付款。"}));
   }
 }
 
@@ -240,7 +244,7 @@ void PaymentFrm::RemovePayment() {
     return;
   }
   const Payment stored = snapshot_;
-  bool deleted = false;
+  Caption failed;
   try {
     const Hourglass busy(desk());
     main().BeginTrans();
@@ -248,20 +252,25 @@ void PaymentFrm::RemovePayment() {
     RefuseStalePayment();
     DeletePayment(session(), stored);
     main().CommitTrans();
-    deleted = true;
   } catch (const std::exception& failure) {
-    // No rollback of its own: the rebuild's transaction ends what is still open.
+    // No rollback of its own: the rebuild's transaction ends what is still open. So it is told
+    // behind that: nobody else could save while the message stands.
     LogRollback(session(), PaymentMode, failure);
-    Refuse({fmt::format("an error occurs during deleting payment\n{}", failure.what()),
-            fmt::format("删除付款时发生错误\n{}", failure.what())});
+    failed = Failed({fmt::format("an error occurs during deleting payment\n{}", failure.what()),
+                     fmt::format("删除付款时发生错误\n{}", failure.what())},
+                    failure);
   }
+  const bool deleted = failed.english.empty();
   if (deleted) {
     SaveCmd.SetEnabled(false);
     session().PaymentsChanged = true;
   }
-  RebuildAndTell(session(), desk(), stored.LoanID, stored.CustID);
+  RebuildAndTell(session(), desk(), stored.LoanID, stored.CustID, deleted);
   if (main().InTransaction()) main().RollbackTrans();
-  if (!deleted) return;
+  if (!deleted) {
+    Refuse(failed);
+    return;
+  }
   Tell(MessageKind::information,
        {fmt::format("Loan ID {} Deleted", id), fmt::format("付款 {} 已删除", id)});
   LogDone(id, "Deleted");

@@ -13,6 +13,7 @@
 #include "core/boxes.h"
 #include "core/log.h"
 #include "core/open_for.h"
+#include "core/telling.h"
 #include "core/values.h"
 #include "loans/rebuild_and_tell.h"
 #include "platform/sql/transaction.h"
@@ -230,8 +231,10 @@ std::string SpecialRpt::Pay(int row) {
     transaction.Commit();
   } catch (const std::exception& failure) {
     LogRollback(session(), fmt::format("{} - Loan ID {}", session().MsgTitle, loan), failure);
-    return session().In({"An error occurs during saving payment", "储存付款时发生错误"}) + " - " +
-           failure.what();
+    return session().In(
+        Failed({fmt::format("An error occurs during saving payment - {}", failure.what()),
+                fmt::format("储存付款时发生错误 - {}", failure.what())},
+               failure));
   }
   DG.SetCell(row, kPayID, payment.PayID);
   session().PaymentsChanged = true;

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "core/telling.h"
 #include "core/values.h"
 #include "platform/sql/connection.h"
 #include "screen/text.h"
@@ -48,9 +49,10 @@ void AMLADescFrm::Read() {
                                      QuoteStr(kind.sid))));
       grid.AddRow({""});  // where the next one is typed
     }
-  } catch (const SqlError&) {
+  } catch (const SqlError& failure) {
     SaveCmd.SetEnabled(false);  // a save would take away what could not be read
-    Tell(MessageKind::critical, {"an error occur during reading record", "读取资料时发生错误"});
+    Tell(MessageKind::critical,
+         Failed({"an error occur during reading record", "读取资料时发生错误"}, failure, kNotRead));
   }
   remembered_ = Typed();
 }

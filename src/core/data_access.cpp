@@ -6,9 +6,11 @@
 #include <optional>
 #include <stdexcept>
 
+#include "core/log.h"
 #include "core/session.h"
 #include "core/shown.h"
 #include "core/sql_literals.h"
+#include "core/telling.h"
 #include "screen/hourglass.h"
 
 namespace kaunter {
@@ -41,8 +43,10 @@ bool ExecSql(Session& session, Desk& desk, std::string_view sql) {
     const Hourglass hourglass(desk);
     session.Main().Execute(sql);
     return true;
-  } catch (const std::exception&) {
-    desk.Message(MessageKind::critical, "Update1Feld", "an error occur during process");
+  } catch (const std::exception& failure) {
+    LogRollback(session, "Update1Feld", failure);
+    desk.Message(MessageKind::critical, "Update1Feld",
+                 session.In(Failed("an error occur during process", failure, kNotStored)));
     return false;
   }
 }

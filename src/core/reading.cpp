@@ -17,7 +17,7 @@ bool ReadOrTell(Session& session, const Screen& screen, std::string_view what,
     return true;
   } catch (const std::exception& failure) {
     LogRollback(session, what, failure);
-    Tell(session, screen, MessageKind::critical, failed);
+    Tell(session, screen, MessageKind::critical, Failed(failed, failure, kNotRead));
     return false;
   }
 }

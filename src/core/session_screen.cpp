@@ -16,7 +16,8 @@ namespace kaunter {
 SessionScreen::SessionScreen(std::string name, Caption title, Session& session, Desk& desk)
     : Screen(std::move(name), std::move(title), desk), session_(session) {
   SetChinese(session.ChineseFlag);
-  onFailure = [this](const std::exception& failure) { TellFailure(session_, *this, failure); };
+  onFailure = [this](const std::exception& failure) { TellFailure(failure); };
+  onAct = [this] { kept_before_ = session_.MainConn ? main().kept() : 0; };
 }
 
 bool SessionScreen::MayOpen() {
@@ -62,10 +63,7 @@ bool SessionScreen::Attempt(std::string_view what, const Caption& text,
     return true;
   } catch (const std::exception& failure) {
     LogRollback(session_, what, failure);
-    const Caption kept = NothingKept(failure);
-    const std::string cause = kept.english.empty() ? "" : fmt::format("\n{}", failure.what());
-    Tell(MessageKind::critical,
-         {text.english + cause + kept.english, text.In(true) + cause + kept.chinese});
+    Tell(MessageKind::critical, Failed(text, failure));
     return false;
   }
 }
@@ -105,19 +103,20 @@ bool SessionScreen::MayLeaveRecord(bool changed) {
                                            "不储存更改就离开此资料？"}));
 }
 
-void TellFailure(Session& session, Screen& screen, const std::exception& failure) {
-  if (session.MainConn && session.MainConn->InTransaction()) {
+void SessionScreen::TellFailure(const std::exception& failure) {
+  if (session_.MainConn && main().InTransaction()) {
     try {
-      session.MainConn->RollbackTrans();
+      main().RollbackTrans();
     } catch (const std::exception&) {
       // The connection is gone; the first failure is the one to tell.
     }
   }
-  LogRollback(session, screen.name(), failure);
-  screen.desk().Hourglass(false);
-  screen.desk().Message(MessageKind::critical,
-                        session.MsgTitle.empty() ? session.ProgramTitle : session.MsgTitle,
-                        failure.what());
+  LogRollback(session_, name(), failure);
+  desk().Hourglass(false);
+  const bool kept = session_.MainConn && main().kept() != kept_before_;
+  desk().Message(
+      MessageKind::critical, session_.MsgTitle.empty() ? session_.ProgramTitle : session_.MsgTitle,
+      session_.In(Failed({failure.what()}, failure, kept ? kEarlierKept : kNothingKept)));
 }
 
 void FillItems(ComboBox& box, Connection& connection, const std::string& sql) {

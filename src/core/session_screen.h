@@ -2,6 +2,7 @@
 // in use.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -50,12 +51,13 @@ class SessionScreen : public Screen {
   bool MayLeaveRecord(bool changed);
 
  private:
-  Session& session_;
-};
+  // What becomes of a failure that an act let through: rollback of what is still open, a log line,
+  // and the message. What was typed stays in the boxes.
+  void TellFailure(const std::exception& failure);
 
-// What becomes of a failure that an act let through: rollback of what is still open, a log line,
-// and the message. What was typed stays in the boxes.
-void TellFailure(Session& session, Screen& screen, const std::exception& failure);
+  Session& session_;
+  std::uint64_t kept_before_ = 0;  // by the main connection when the act began
+};
 
 // Items of a list from the first column of a query.
 void FillItems(ComboBox& box, Connection& connection, const std::string& sql);

@@ -20,8 +20,16 @@ void Tell(Session& session, const Screen& screen, MessageKind kind, const Captio
 // Critical, the control marked and given the focus. Always false.
 bool Refuse(Session& session, Control& control, const Caption& text);
 
-// Behind the failure of a save that was rolled back whole: where the disk failed, that nothing of
-// it was kept; else nothing.
-Caption NothingKept(const std::exception& failure);
+// What is kept when an act fails, and what to do.
+extern const Caption kNothingKept;  // rolled back whole
+extern const Caption kEarlierKept;  // something of it was committed before
+extern const Caption kNotStored;    // one change among others
+extern const Caption kNotRead;      // it only reads
+
+// The words of an act that failed. Where the disk, the file or the line did, the cause stands
+// behind them, unless they name it, and what is kept; behind a cut line, which tells that itself,
+// to look. That something was committed before is told whatever failed.
+Caption Failed(const Caption& words, const std::exception& failure,
+               const Caption& kept = kNothingKept);
 
 }  // namespace kaunter

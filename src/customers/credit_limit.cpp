@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "core/session.h"
+#include "core/telling.h"
 #include "core/values.h"
 #include "screen/desk.h"
 
@@ -64,9 +65,10 @@ bool CheckCreditLimit(Session& session, Desk& desk, std::string_view cust_id,
         CreditUsed(session.Main(), cust_id, NullToEmpty(row.Field("CreditLimitType")), loan_id);
     if (used + amount <= limit) return true;
     *available = limit - used;
-  } catch (const std::exception&) {
-    desk.Message(MessageKind::critical, "Check Credit Limit",
-                 "an error occur during checking credit limit");
+  } catch (const std::exception& failure) {
+    desk.Message(
+        MessageKind::critical, "Check Credit Limit",
+        session.In(Failed("an error occur during checking credit limit", failure, kNotRead)));
   }
   return false;
 }

@@ -8,6 +8,7 @@
 #include "core/log.h"
 #include "core/picker.h"
 #include "core/sequences.h"
+#include "core/telling.h"
 #include "core/values.h"
 #include "customers/credit_limit.h"
 #include "customers/customer_store.h"
@@ -242,9 +243,10 @@ void NewCustFrm::ShowCredit(const std::string& id) {
          {{"Available", "可用"}, 1 - bar.share_used, Bar::Part::Tone::good}},
         bar.label);
     this->CreditBar.tip = bar.tip;
-  } catch (const std::exception&) {
-    desk().Message(MessageKind::critical, "Credit Limit",
-                   "an error occur during checking credit limit");
+  } catch (const std::exception& failure) {
+    desk().Message(
+        MessageKind::critical, "Credit Limit",
+        session().In(Failed("an error occur during checking credit limit", failure, kNotRead)));
   }
 }
 
@@ -308,7 +310,8 @@ void NewCustFrm::Import() {
     Tell(MessageKind::information, {"Data import successfully", "资料已输入"});
   } catch (const std::exception& failure) {
     LogRollback(session(), "Import", failure);
-    Tell(MessageKind::critical, {"an error occur during import data", "输入资料时发生错误"});
+    Tell(MessageKind::critical,
+         Failed({"an error occur during import data", "输入资料时发生错误"}, failure, kNotRead));
   }
 }
 

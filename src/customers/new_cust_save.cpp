@@ -128,9 +128,9 @@ void NewCustFrm::Write() {
     if (is_new) CustID.Clear();
     LogRollback(session(), is_new ? std::string("New Customer") : id, failure);
     Tell(MessageKind::critical,
-         {fmt::format("An error occurs during saving customer\n{}{}", failure.what(),
-                      NothingKept(failure).english),
-          fmt::format("储存顾客时发生错误\n{}{}", failure.what(), NothingKept(failure).chinese)});
+         Failed({fmt::format("An error occurs during saving customer\n{}", failure.what()),
+                 fmt::format("储存顾客时发生错误\n{}", failure.what())},
+                failure));
     return;
   }
   WriteAudit(session(), is_new ? "Create" : "Modify", "Customer", CompCode.text(), id,

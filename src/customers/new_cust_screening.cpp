@@ -44,10 +44,10 @@ void NewCustFrm::ScreenSaved() {
     if (found == Screening::away) return;
     if (found != Screening::hit) continue;
     ShowListed();
-    record_.Remember();
     if (ExecSql(session(), desk(),
                 fmt::format("UPDATE CustMast SET CustStatus='AMLA' where CustID={}",
                             QuoteStr(loaded_id_)))) {
+      record_.Remember();  // else the status is still to be saved
       WriteAudit(session(), "Modify", "Customer", CompCode.text(), loaded_id_, loaded_values_);
     }
   }

@@ -9,6 +9,7 @@
 #include "core/log.h"
 #include "core/session.h"
 #include "core/sql_literals.h"
+#include "core/telling.h"
 #include "platform/sql/transaction.h"
 #include "screen/desk.h"
 #include "screen/text.h"
@@ -34,7 +35,12 @@ bool Send(Session& session, Desk& desk, std::string_view title, std::string_view
     return true;
   } catch (const std::exception& failure) {
     LogRollback(session, fmt::format("{} {}", title, key), failure);
-    desk.Message(MessageKind::critical, title, "an error occur on linkage to accounting system");
+    desk.Message(MessageKind::critical, title,
+                 session.In(Failed(
+                     "an error occur on linkage to accounting system", failure,
+                     {"What was saved here stays saved, the accounting system lacks it. Mend "
+                      "the cause, then save it once more.",
+                      "这里储存的内容已保留，只是会计系统没有收到。请排除原因后再储存一次。"})));
     return false;
   }
 }

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "core/telling.h"
 #include "core/values.h"
 #include "platform/sql/connection.h"
 
@@ -52,10 +53,11 @@ void LinkAccSetupfrm::ReadMapping() {
   try {
     FillGrid(DG, main().Query("SELECT SeqNo,LinkID,LinkDesc,LinkAccCode,LinkAccDesc FROM "
                               "LinkAccMast ORDER BY SeqNo"));
-  } catch (const SqlError&) {
+  } catch (const SqlError& failure) {
     SaveCmd.SetEnabled(false);  // a save would take away what could not be read
     Tell(MessageKind::critical,
-         {"an error occur during reading Link Account table", "读取连接账户时发生错误"});
+         Failed({"an error occur during reading Link Account table", "读取连接账户时发生错误"},
+                failure, kNotRead));
   }
   changed_ = false;
 }

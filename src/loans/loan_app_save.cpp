@@ -5,6 +5,7 @@
 
 #include "core/log.h"
 #include "core/sequences.h"
+#include "core/telling.h"
 #include "core/values.h"
 #include "loans/calc_payment.h"
 #include "loans/loan_app_frm.h"
@@ -135,8 +136,9 @@ bool LoanAppFrm::Save() {
     transaction.Commit();
   } catch (const std::exception& failure) {
     LogRollback(session(), "Save Application", failure);
-    return Refuse({fmt::format("An error occur during save application: {}", failure.what()),
-                   fmt::format("储存申请时发生错误：{}", failure.what())});
+    return Refuse(Failed({fmt::format("An error occur during save application: {}", failure.what()),
+                          fmt::format("储存申请时发生错误：{}", failure.what())},
+                         failure));
   }
   Tell(MessageKind::information, {"Application saved", "申请已储存"});
   LoadApplication(id);

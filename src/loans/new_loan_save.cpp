@@ -79,9 +79,9 @@ bool NewLoanFrm::WriteLoanRecord() {
     if (is_new) LoanID.Clear();
     LogRollback(session(), LoanMode, failure);
     Tell(MessageKind::critical,
-         {fmt::format("An error occurs during saving loan\n{}{}\n", failure.what(),
-                      NothingKept(failure).english),
-          fmt::format("储存贷款时发生错误\n{}{}\n", failure.what(), NothingKept(failure).chinese)});
+         Failed({fmt::format("An error occurs during saving loan\n{}\n", failure.what()),
+                 fmt::format("储存贷款时发生错误\n{}\n", failure.what())},
+                failure));
     return false;
   }
   TakeSaved(is_new);
@@ -168,8 +168,10 @@ void NewLoanFrm::KeepGuarantorPhotos() {
     try {
       KeepFile(session(), loaded_id_, chosen, fmt::format("guarantor{}", boxes.index));
     } catch (const std::exception& failure) {
-      // The loan stands without the picture.
-      Tell(MessageKind::critical, failure.what());
+      Tell(MessageKind::critical,
+           {fmt::format("{}\nThe loan is saved without the picture. Choose it again.",
+                        failure.what()),
+            fmt::format("{}\n贷款已储存，但没有照片。请重新选择。", failure.what())});
     }
     chosen.clear();
   }
@@ -290,7 +292,7 @@ void NewLoanFrm::Delete() {
 
 void NewLoanFrm::TellRolledBack(const std::exception& failure, const Caption& text) {
   LogRollback(session(), LoanMode, failure);
-  Tell(MessageKind::critical, text);
+  Tell(MessageKind::critical, Failed(text, failure));
 }
 
 }  // namespace kaunter

@@ -6,6 +6,7 @@
 
 #include "core/log.h"
 #include "core/session.h"
+#include "core/telling.h"
 #include "loans/money_gate.h"
 #include "loans/rebuild.h"
 #include "platform/sql/transaction.h"
@@ -15,21 +16,24 @@ namespace {
 
 // The action's own transaction is committed by then.
 const Caption kStaysSaved{
-    "\nWhat was saved before stays saved, only the balances are behind. Mend the cause, then "
-    "choose "
-    "Recalculate Loan Balance: it lists what is behind and rebuilds it. Do not enter it again.",
-    "\n先前储存的内容已保留，只是余额尚未更新。请先排除原因，再用“重算贷款结余”：它会列出并重算。请"
+    "What was saved before stays saved, only the balances are behind. Mend the cause, then "
+    "choose Recalculate Loan Balance: it lists what is behind and rebuilds it. Do not enter it "
+    "again.",
+    "先前储存的内容已保留，只是余额尚未更新。请先排除原因，再用“重算贷款结余”：它会列出并重算。请"
     "勿重复输入。"};
 
-void TellFailure(const Session& session, Desk& desk, std::string_view id, const Rebuilt& rebuilt) {
+void TellFailure(const Session& session, Desk& desk, std::string_view id, const Rebuilt& rebuilt,
+                 bool saved_before) {
   if (!rebuilt.error) return;
+  std::string told = session.In(rebuilt.failure);
   try {
     std::rethrow_exception(rebuilt.error);
   } catch (const std::exception& error) {
     LogRollback(session, fmt::format("{} {}", rebuilt.title.english, id), error);
+    told = saved_before ? fmt::format("{}\n{}", told, session.In(kStaysSaved))
+                        : session.In(Failed(rebuilt.failure, error));
   }
-  desk.Message(MessageKind::critical, session.In(rebuilt.title),
-               session.In(rebuilt.failure) + session.In(kStaysSaved));
+  desk.Message(MessageKind::critical, session.In(rebuilt.title), told);
 }
 
 Rebuilt RebuildInTransaction(Connection& main, std::string_view loan_id) {
@@ -50,14 +54,18 @@ Rebuilt RebuildInTransaction(Connection& main, std::string_view loan_id) {
 
 }  // namespace
 
-void RebuildAndTell(const Session& session, Desk& desk, std::string_view loan_id,
-                    std::string_view cust_id) {
-  TellFailure(session, desk, loan_id, RebuildInTransaction(session.Main(), loan_id));
-  RebuildCustomerAndTell(session, desk, cust_id);
+bool RebuildAndTell(const Session& session, Desk& desk, std::string_view loan_id,
+                    std::string_view cust_id, bool saved_before) {
+  const Rebuilt rebuilt = RebuildInTransaction(session.Main(), loan_id);
+  TellFailure(session, desk, loan_id, rebuilt, saved_before);
+  return RebuildCustomerAndTell(session, desk, cust_id, saved_before) && !rebuilt.error;
 }
 
-void RebuildCustomerAndTell(const Session& session, Desk& desk, std::string_view cust_id) {
-  TellFailure(session, desk, cust_id, RebuildCustomer(session.Main(), cust_id));
+bool RebuildCustomerAndTell(const Session& session, Desk& desk, std::string_view cust_id,
+                            bool saved_before) {
+  const Rebuilt rebuilt = RebuildCustomer(session.Main(), cust_id);
+  TellFailure(session, desk, cust_id, rebuilt, saved_before);
+  return !rebuilt.error;
 }
 
 }  // namespace kaunter

@@ -12,11 +12,13 @@ class Session;
 
 // Rebuilds the loan in a transaction that holds nothing else and is committed whatever the rebuild
 // came to, so that a crash leaves the payment stored and not yet replayed, never half a replay;
-// then the customer. Logs and tells failures and gives nothing back: the action that called goes
-// on. The caller's own transaction must be committed before.
-void RebuildAndTell(const Session& session, Desk& desk, std::string_view loan_id,
-                    std::string_view cust_id);
+// then the customer. Logs and tells failures, and gives false for one: the action that called goes
+// on all the same. The caller's own transaction must be committed before; or rolled back, and
+// nothing was saved before the rebuild.
+bool RebuildAndTell(const Session& session, Desk& desk, std::string_view loan_id,
+                    std::string_view cust_id, bool saved_before = true);
 // The customer alone.
-void RebuildCustomerAndTell(const Session& session, Desk& desk, std::string_view cust_id);
+bool RebuildCustomerAndTell(const Session& session, Desk& desk, std::string_view cust_id,
+                            bool saved_before = true);
 
 }  // namespace kaunter

@@ -6,6 +6,7 @@
 
 #include "core/log.h"
 #include "core/session.h"
+#include "core/telling.h"
 #include "core/values.h"
 #include "platform/sql/transaction.h"
 #include "screen/hourglass.h"
@@ -22,7 +23,8 @@ bool Told(Session& session, Desk& desk, std::string_view text, const FailureLog&
     return true;
   } catch (const std::exception& failure) {
     log(session, failure);
-    desk.Message(MessageKind::critical, session.MsgTitle, text);
+    desk.Message(MessageKind::critical, session.MsgTitle,
+                 session.In(Failed(std::string(text), failure)));
     return false;
   }
 }

@@ -8,6 +8,15 @@
 #include "screen/text.h"
 
 namespace kaunter {
+namespace {
+
+struct Restore {
+  ~Restore() { flag = before; }
+  bool& flag;
+  bool before;
+};
+
+}  // namespace
 
 Screen::Screen(std::string name, Caption title, Desk& desk)
     : name_(std::move(name)), title_(std::move(title)), desk_(desk) {}
@@ -78,7 +87,10 @@ bool Screen::Guard(const std::function<void()>& act) {
     }
     desk_.Message(MessageKind::critical, title_.In(chinese_), failure.what());
   };
+  const bool inner = std::exchange(acting_, true);
+  const Restore restore{acting_, inner};
   try {
+    if (!inner && onAct) onAct();
     act();
     return true;
   } catch (const std::exception& failure) {

@@ -81,6 +81,8 @@ class Screen {
   // What becomes of an exception that an act let through; set by the screen's maker (log line and
   // message).
   std::function<void(const std::exception&)> onFailure;
+  // Before an act that stands in no other act of this screen.
+  std::function<void()> onAct;
   // Runs an act of the person; false when it failed.
   bool Guard(const std::function<void()>& act);
 
@@ -96,6 +98,7 @@ class Screen {
   Control* open_page_ = nullptr;
   bool chinese_ = false;
   bool closed_ = false;
+  bool acting_ = false;
 };
 
 }  // namespace kaunter

@@ -168,7 +168,9 @@ TEST_F(ChargesTest, AFailedUpdateChangesNothing) {
   screen->DateFrom.SetText("01-01-2024");
   screen->DateTo.SetText("31-12-2024");
   screen->Command2.Click();
-  EXPECT_EQ(LastMessage(), "Title: an error occur during retrieve late charge");
+  EXPECT_EQ(LastMessage(),
+            "Title: an error occur during retrieve late charge\naway\nMend the cause and read it "
+            "again.");
 }
 
 TEST_F(ChargesTest, PaymentsEnteredAfterTheyFellDue) {

@@ -218,7 +218,8 @@ TEST_F(Cheques, EachStatementThatFailsIsToldAndLeavesNoTrace) {
   Type("1", "31-01-2024", "1");
   EXPECT_GE(press(screen.Cmd1), 5);
   // The failure behind the commit was the list: it is read anew with the loan.
-  EXPECT_EQ(LastMessage(), "Cheque Control: an error occur during reading cheque record");
+  EXPECT_EQ(LastMessage(),
+            "Cheque Control: an error occur during reading cheque record" + kReadAgain);
   EXPECT_EQ(Listed(), "");
   Put(screen.LoanID, "HQ0001-002");
   Put(screen.LoanID, "HQ0001-001");
@@ -232,7 +233,8 @@ TEST_F(Cheques, EachStatementThatFailsIsToldAndLeavesNoTrace) {
   Press(screen.Cmd1);
   Quiet();
   FailAt(2, [this] { Put(screen.LoanID, "HQ0001-002"); });
-  EXPECT_EQ(LastMessage(), "Cheque Control: an error occur during reading cheque record");
+  EXPECT_EQ(LastMessage(),
+            "Cheque Control: an error occur during reading cheque record" + kReadAgain);
   EXPECT_EQ(Listed() + screen.CustName.text() + screen.LoanID.text(), "HQ0001-002");
 }
 

@@ -38,7 +38,8 @@ class HistoryDesk : public SilentDesk {
     asked.emplace_back(text);
     return text.starts_with("E") ? answers.extra : answers.credit;
   }
-  void Message(MessageKind, std::string_view, std::string_view text) override {
+  void Message(MessageKind kind, std::string_view title, std::string_view text) override {
+    SilentDesk::Message(kind, title, text);
     if (!text.starts_with("Payment already made on the month")) told = text;
   }
   void ShowModal(Screen& screen) override {

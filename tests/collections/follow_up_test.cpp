@@ -201,7 +201,9 @@ TEST_F(ArrearsTest, AFailingStatementIsToldForWhatItIs) {
   fail_on("INSERT INTO FollowUpMast");
   screen->SaveCmd.Click();
   main().SetFaultHook({});
-  EXPECT_EQ(LastMessage(), "Follow Up: an error occur during saving record");
+  EXPECT_EQ(LastMessage(),
+            "Follow Up: an error occur during saving record\nthe disk is full\nNothing of it was "
+            "kept. Mend the cause and do it again.");
   EXPECT_EQ(Stored(), before);
   EXPECT_EQ(screen->HisRemarks.text() + screen->NextCall.text(), "pays05-02-2024");
   // The row stands without the loan's date: there is no transaction around the two.
@@ -209,7 +211,8 @@ TEST_F(ArrearsTest, AFailingStatementIsToldForWhatItIs) {
   screen->SaveCmd.Click();
   main().SetFaultHook({});
   EXPECT_EQ(LastMessage(),
-            "Follow Up: The call is recorded, but its next call date is not on the loan");
+            "Follow Up: The call is recorded, but its next call date is not on the loan\nthe disk "
+            "is full\nMend the cause. Do not enter the call again; the next one sets the date.");
   EXPECT_EQ(Calls() + NextCallOfLoan(), "1");
   EXPECT_EQ(screen->FollowUpDG.RowCount(), 1);
   // Deleted by another desktop: no call for a loan that is gone.
@@ -224,9 +227,10 @@ TEST_F(ArrearsTest, AFailingStatementIsToldForWhatItIs) {
     fail_on(start);
     auto other = FollowUp("L7");
     main().SetFaultHook({});
-    EXPECT_EQ(LastMessage(), start == std::string("Select cm.")
-                                 ? "Follow Up: an error occur during reading customer record"
-                                 : "Follow Up: an error occur during reading loan record");
+    EXPECT_EQ(LastMessage(), (start == std::string("Select cm.")
+                                  ? "Follow Up: an error occur during reading customer record"
+                                  : "Follow Up: an error occur during reading loan record") +
+                                 kReadAgain);
     EXPECT_EQ(other->HisLoanID.text() + other->CustName.text(), "L7");
   }
 }
@@ -400,17 +404,20 @@ TEST_F(DueDateTest, BadDatesAndFailingReadsAreTold) {
   EXPECT_EQ(LastMessage(), "Due Date Inquiry: Invalid date, Please Check!");
   EXPECT_EQ(screen.DateFrom.text(), "30-02-2024");
   screen.CmdClear.Click();
-  main().SetFaultHook([](std::string_view) { throw SqlError(1105, "the server is away"); });
+  main().SetFaultHook([](std::string_view) { throw SqlError(1105, "the disk is full"); });
   Put(screen.LoanID, "A1");
-  EXPECT_EQ(LastMessage(), "Due Date Inquiry: an error occur during reading loan record");
+  EXPECT_EQ(LastMessage(),
+            "Due Date Inquiry: an error occur during reading loan record" + kReadAgain);
   screen.LoanID.Clear();
   Put(screen.CustID, "C-A1");
-  EXPECT_EQ(LastMessage(), "Due Date Inquiry: an error occur during reading customer record");
+  EXPECT_EQ(LastMessage(),
+            "Due Date Inquiry: an error occur during reading customer record" + kReadAgain);
   screen.CustID.Clear();
   Put(screen.DateTo, "31-01-2024");
   screen.SearchCmd.Click();
   main().SetFaultHook({});
-  EXPECT_EQ(LastMessage(), "Due Date Inquiry: An error occur during geting schedule record");
+  EXPECT_EQ(LastMessage(),
+            "Due Date Inquiry: An error occur during geting schedule record" + kReadAgain);
 }
 
 // --- reminders
@@ -516,11 +523,12 @@ TEST_F(ReminderTest, DatesAreStoredTogetherOrNotAtAll) {
             "\nthe disk is full\nNothing of it was kept. Mend the cause and do it again.");
   EXPECT_EQ(Dates(), before);
   EXPECT_FALSE(main().InTransaction());
-  main().SetFaultHook([](std::string_view) { throw SqlError(1105, "the server is away"); });
+  main().SetFaultHook([](std::string_view) { throw SqlError(1105, "the disk is full"); });
   screen.SelectAllCmd.Click();
   screen.SaveCmd.Click();
   main().SetFaultHook({});
-  EXPECT_EQ(LastMessage(), "Reminder Letter: an error occur during reading loan record");
+  EXPECT_EQ(LastMessage(),
+            "Reminder Letter: an error occur during reading loan record" + kReadAgain);
   EXPECT_EQ(counter.printed.size(), 1u);
 }
 

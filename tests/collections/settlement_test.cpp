@@ -275,7 +275,7 @@ TEST_F(SettlementTest, ALoanThatIsReadHalfIsNotShown) {
     auto screen = Open<Settlementfrm>();
     screen->columns[0].SettledDate.SetText("31-01-2024");
     ASSERT_TRUE(FailAt(at, [&] { Put(screen->LoanID, kId); })) << at;
-    EXPECT_EQ(LastMessage(), "Settlement: An error occur during reading the record");
+    EXPECT_EQ(LastMessage(), "Settlement: An error occur during reading the record" + kReadAgain);
     EXPECT_EQ(screen->LoanID.text() + screen->CustName.text(), kId);
     EXPECT_EQ(Figures(*screen, 0), "31-01-2024 |    ");
     Put(screen->LoanID, kId);
@@ -476,15 +476,19 @@ TEST_F(LoanSettlementTest, EachStatementThatFailsLeavesNoTrace) {
   screen = Filled("9000");
   FailAt(3, Clicking(*screen, screen->Command1));
   EXPECT_EQ(LastMessage(),
-            "Loan Settlement: An error occur during saving record - the disk is full");
+            "Loan Settlement: An error occur during saving record - the disk is full\n"
+            "Nothing of it was kept. Mend the cause and do it again.");
   EXPECT_EQ(screen->Payment.text(), "9,000.00");
   screen->Command1.Click();
   loaded = Loaded();
+  loaded->SetChinese(office.session.ChineseFlag = true);
   FailAt(2, Clicking(*loaded, loaded->Command4));
-  EXPECT_EQ(LastMessage(),
-            "Loan Settlement: An error occur during deleting record - the disk is full");
+  EXPECT_TRUE(LastMessage().ends_with(
+      "删除资料时发生错误 - the disk is full\n此次的更改全未保留。请排除原因后再做一次。"));
+  office.session.ChineseFlag = false;
   FailAt(1, [&] { Put(screen->LoanID, kId); });
-  EXPECT_EQ(LastMessage(), "Loan Settlement: An error occur during reading the record");
+  EXPECT_EQ(LastMessage(),
+            "Loan Settlement: An error occur during reading the record" + kReadAgain);
   EXPECT_EQ(screen->LoanID.text() + screen->CustName.text(), kId);
 }
 
@@ -498,7 +502,12 @@ TEST_F(LoanSettlementTest, AnotherDesktopPaidOrDeletedMeanwhile) {
   EXPECT_EQ(LastMessage(),
             "Loan Settlement: An error occur during saving record - The balance of HQ0001-001 is "
             "9,390.00 now, please load the loan again");
-  office.Run("DELETE FROM PaymentMast WHERE PayID='HQ0001-001-009'");
+  office.Run("DELETE FROM PaymentMast WHERE PayID='HQ0001-001-009';UPDATE SchMast SET LoanID='-'");
+  screen->Command1.Click();
+  EXPECT_EQ(LastMessage(),
+            "Loan Settlement: An error occur during saving record - Loan HQ0001-001 has no "
+            "schedule: delete its drawdown and save the loan again first");
+  office.Run("UPDATE SchMast SET LoanID='HQ0001-001'");
   screen->Command1.Click();
   auto loaded = Loaded();
   office.Run("DELETE FROM PaymentMast WHERE Settlement='1'");

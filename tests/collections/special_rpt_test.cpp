@@ -189,6 +189,7 @@ TEST_F(SpecialRptTest, ARowThatFailsKeepsItsAmountAndTheOthersGoOn) {
             "Title: 5 payments are not saved, please check\n"
             "\nHQ0001-002: Payment amount cannot more than loan balance amount"
             "\nHQ0001-003: An error occurs during saving payment - the disk is full"
+            "\nNothing of it was kept. Mend the cause and do it again."
             "\nHQ0001-004: Loan not fully drawdown cannot make payment"
             "\nHQ0001-005: Payment date cannot eariler than loan date"
             "\nHQ0001-006: Total payment cannot more than " +
@@ -210,6 +211,15 @@ TEST_F(SpecialRptTest, ARowThatFailsKeepsItsAmountAndTheOthersGoOn) {
   EXPECT_EQ(Payments(),
             "HQ0001-001-001 1 2024-02-01 112 1232\nHQ0001-002-001 1 2024-02-01 636 0\n");
   EXPECT_EQ(Scalar("SELECT LampiranStatus FROM PaymentMast WHERE PayAmt=636"), "PINJAMAN SELESAI");
+  counter.messages.clear();
+  office.Run(
+      "UPDATE LoanMast SET LoanStatus='ACTIVE' WHERE LoanID='HQ0001-003';DELETE FROM SchMast WHERE "
+      "LoanID='HQ0001-003'");
+  screen->SaveCmd.Click();
+  EXPECT_EQ(counter.messages[0],
+            "Title: 1 payments are not saved, please check\n\nHQ0001-003: An error occurs during "
+            "saving payment - Loan HQ0001-003 has no schedule: delete its drawdown and save the "
+            "loan again first");
 }
 
 TEST_F(SpecialRptTest, EachStatementThatFailsLeavesNoTrace) {

@@ -2,8 +2,10 @@
 // desk that nobody sits at.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -12,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/connect_sequence.h"
@@ -59,6 +62,9 @@ inline std::string LinesOf(const Recordset& rows, std::string_view behind = " ")
   return text;
 }
 
+// Behind the words of a read that FailAt stopped.
+inline const std::string kReadAgain = "\nthe disk is full\nMend the cause and read it again.";
+
 class Office {
  public:
   enum class State { base, patched };  // base tables only; or as a first connect leaves it
@@ -100,19 +106,33 @@ class Office {
   bool FailAt(int at, Failure how, const std::function<void()>& act) {
     int count = 0;
     bool hit = false;
+    bool kept = false;
+    const std::uint64_t before = session.Main().kept();
     committed = false;
     session.Main().SetFaultHook([&](std::string_view sql) {
       if (sql.starts_with("ROLLBACK") && how != Failure::line_cut) return;
       ++count;
       if (count == at || (how != Failure::passes && count > at)) {
-        hit = true;
+        if (!std::exchange(hit, true)) kept = session.Main().kept() != before;
         throw SqlError(1105, "the disk is full");
       }
       committed = committed || sql.starts_with("COMMIT");
     });
+    SilentDesk::listener = [&](std::string_view text) {
+      if (hit) CheckTold(text, kept, session.Main().kept() != before);
+    };
     act();
+    SilentDesk::listener = {};
     session.Main().SetFaultHook({});
     return hit;
+  }
+  // Whoever tells of the failure names its cause, what was kept before it or since, and what to do.
+  static void CheckTold(std::string_view text, bool before, bool since) {
+    const auto has = [text](std::string_view part) { return text.find(part) != text.npos; };
+    if (!has(" occur") && !has("the disk is full")) return;
+    EXPECT_TRUE(has("the disk is full") && (has("Mend the cause") || has("排除原因"))) << text;
+    EXPECT_FALSE(before && has("Nothing of it was kept")) << text;
+    EXPECT_FALSE(!since && has("stays saved")) << text;
   }
   bool committed = false;  // the act of FailAt had come past a commit
 

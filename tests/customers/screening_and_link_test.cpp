@@ -122,6 +122,17 @@ TEST_F(CustomerOutside, ASaveScreensEachNumberAndStoresTheHit) {
   Save();
   EXPECT_EQ(Told("AML/CFT detected on"), 2);
   EXPECT_EQ(Status(), "AMLA");
+  // One that was not stored is not left unasked.
+  screen->CustStatus.SetText("ACTIVE");
+  session.Main().SetFaultHook([](std::string_view sql) {
+    if (sql.ends_with("SET CustStatus='AMLA' where CustID='HQ0001'")) throw SqlError(1105, "full");
+  });
+  Save();
+  session.Main().SetFaultHook({});
+  EXPECT_EQ(Told("an error occur during process\nfull\nThis change is not stored."), 2);
+  desk.asked = 0;
+  screen->RequestClose();
+  EXPECT_EQ(desk.asked, 1);
 }
 
 TEST_F(CustomerOutside, TheRulesAreThoseOfTheCustomersCompany) {

@@ -156,8 +156,11 @@ TEST_F(AccountingLink, AFailureIsToldUnderItsTitleAndUndoesNothingElse) {
     session.AED->SetFaultHook(nullptr);
     EXPECT_TRUE(session.Main().InTransaction()) << failing;
     session.Main().CommitTrans();
-    EXPECT_EQ(desk.messages, Lines{"Create / Edit Debtor: an error occur on linkage to accounting "
-                                   "system"})
+    EXPECT_EQ(desk.messages,
+              Lines{"Create / Edit Debtor: an error occur on linkage to accounting "
+                    "system\nthe bridge is full\nWhat was saved here stays saved, the "
+                    "accounting system lacks it. Mend the cause, then save it once "
+                    "more."})
         << failing;
     EXPECT_EQ(Rows("TM_Debtor"), Lines{kPartyRow}) << failing;
     EXPECT_NE(office.Log().back().find("Create / Edit Debtor AB0012 - error Rollback 1105"),

@@ -19,7 +19,8 @@ namespace kaunter {
 class TalkingDesk : public SilentDesk {
  public:
   explicit TalkingDesk(Session& session) : session_(session) {}
-  void Message(MessageKind, std::string_view title, std::string_view text) override {
+  void Message(MessageKind kind, std::string_view title, std::string_view text) override {
+    SilentDesk::Message(kind, title, text);
     said.emplace_back(text);
     titles.emplace_back(title);
   }

@@ -123,7 +123,7 @@ TEST_F(LoanSave, AnApplicationIsTakenUpWithItsLoanAndFreeAgainWithout) {
   office.session.Main().SetFaultHook({});
   EXPECT_EQ(desk.last(),
             "An error occurs during saving loan\nthe disk is full\nNothing of it was kept. "
-            "Mend the cause and do it again.\n");
+            "Mend the cause and do it again.");
   EXPECT_EQ(taken_by(), "");
   Save(*screen);
   EXPECT_EQ(desk.last(), "Loan ID HQ0001-001 saved");

@@ -94,7 +94,9 @@ TEST(StagedFaultsTest, AFailureAtAnyStatementLeavesNoHalfReport) {
       EXPECT_EQ(o.Scratch(), good) << at;
       EXPECT_FALSE(o.main().InTransaction()) << at;
       EXPECT_EQ(desk.busy, 0);
-      ASSERT_THAT(desk.messages, ElementsAre(std::string("Cash Book Report: ") + report.failure));
+      ASSERT_THAT(desk.messages, ElementsAre(std::string("Cash Book Report: ") + report.failure +
+                                             "\nthe disk is full\nNothing of it was kept. Mend "
+                                             "the cause and do it again."));
       desk.messages.clear();
       ASSERT_THAT(o.office.Log(), SizeIs(at));
       EXPECT_EQ(o.office.Log().back(),

@@ -1,6 +1,7 @@
 // A desk nobody sits at: it notes the messages and says no to everything.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,6 +21,7 @@ class SilentBar : public ProgressBar {
 class SilentDesk : public Desk {
  public:
   void Message(MessageKind, std::string_view title, std::string_view text) override {
+    if (listener) listener(text);
     messages.push_back(std::string(title) + ": " + std::string(text));
   }
   bool Ask(std::string_view, std::string_view) override { return false; }
@@ -38,6 +40,8 @@ class SilentDesk : public Desk {
   bool Start(std::string_view, const std::vector<std::string>&) override { return false; }
 
   std::vector<std::string> messages;
+  // Hears what every desk is told.
+  inline static std::function<void(std::string_view)> listener;
 };
 
 }  // namespace kaunter

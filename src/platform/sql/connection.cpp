@@ -33,7 +33,13 @@ void Connection::Announce(std::string_view sql) {
 
 std::int64_t Connection::Execute(std::string_view sql) {
   Announce(sql);
-  return DoExecute(sql);
+  const std::int64_t rows = DoExecute(sql);
+  if (InTransaction()) {
+    written_ = true;
+  } else {
+    ++kept_;
+  }
+  return rows;
 }
 
 Recordset Connection::Query(std::string_view sql) {
@@ -51,6 +57,7 @@ void Connection::BeginTrans() {
     RollbackTrans();
     if (stale_) stale_(name_);
   }
+  written_ = false;
   Announce("BEGIN TRANSACTION");
   DoBegin();
 }
@@ -61,6 +68,7 @@ void Connection::CommitTrans() {
     throw SqlError(3902, "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
   }
   DoCommit();
+  if (written_) ++kept_;
 }
 
 void Connection::RollbackTrans() {

@@ -86,6 +86,9 @@ class Connection {
   void CommitTrans();
   void RollbackTrans();
   virtual bool InTransaction() const = 0;
+  // How often something that stays was written: commits of transactions that wrote, and statements
+  // outside of one.
+  std::uint64_t kept() const { return kept_; }
 
   const std::string& name() const { return name_; }
   // For status lines and docs: "SQLite", "Microsoft SQL Server" ...
@@ -114,6 +117,8 @@ class Connection {
   void Announce(std::string_view sql);
 
   std::string name_;
+  std::uint64_t kept_ = 0;
+  bool written_ = false;  // in the open transaction
   TraceSink trace_;
   std::function<void(std::string_view)> stale_;
   std::function<void(std::string_view)> fault_;
