@@ -174,6 +174,8 @@ void PatchEInv(Start& start) {
   if (start.value != "1") {
     start.Patch(patches::kEInv);
     RefreshEInvoiceCodeTables(start.session, start.desk, {});
+  } else {
+    RefreshIfDue(start.session, start.desk);
   }
   start.settings().EInv = true;
 }

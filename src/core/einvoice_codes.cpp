@@ -10,7 +10,9 @@
 #include "core/data_access.h"
 #include "core/log.h"
 #include "core/session.h"
+#include "core/settings.h"
 #include "core/sql_literals.h"
+#include "core/telling.h"
 #include "platform/sql/transaction.h"
 #include "screen/desk.h"
 
@@ -78,6 +80,7 @@ void Transfer(Session& session, const EInvoiceTables& tables) {
   }
   Transaction transaction(main);
   for (Rows& rows : read) Replace(main, rows);
+  if (tables.whole()) main.Execute("DELETE FROM Systemast WHERE Param='EInvCodesDue'");
   transaction.Commit();
 }
 
@@ -96,9 +99,14 @@ bool RefreshEInvoiceCodeTables(Session& session, Desk& desk, const EInvoiceTable
   } catch (const std::exception& error) {
     LogRollback(session, "Transfer Setting Code", error);
     desk.Message(MessageKind::critical, session.ProgramTitle,
-                 "an error occur during transfering setting code");
+                 session.In(Failed("an error occur during transfering setting code", error)));
     return false;
   }
+}
+
+void RefreshIfDue(Session& session, Desk& desk) {
+  if (!HasCentralDatabase(session) || ReadSetting(session.Main(), "EInvCodesDue").empty()) return;
+  RefreshEInvoiceCodeTables(session, desk, {});
 }
 
 }  // namespace kaunter

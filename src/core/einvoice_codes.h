@@ -1,6 +1,8 @@
 // The e-invoicing reference tables and service settings, copied from the central database.
 #pragma once
 
+#include <string_view>
+
 namespace kaunter {
 
 class Session;
@@ -14,6 +16,7 @@ struct EInvoiceTables {
   bool eMiscCode = true;
   bool eClass = true;
   bool eTax = true;
+  bool whole() const { return settings && eState && eCountry && eMiscCode && eClass && eTax; }
 };
 
 // Reads everything from the central database (data source "AMLA" of this PC) and only then replaces
@@ -24,5 +27,13 @@ struct EInvoiceTables {
 // no e-invoices needs none. With it, a failure is told and logged, and the local rows stay as they
 // were.
 bool RefreshEInvoiceCodeTables(Session& session, Desk& desk, const EInvoiceTables& tables);
+
+// A patch marks that a refresh is due behind it, and the refresh takes the mark away with its rows:
+// a start that was cut between the two, or did not reach the central database, is made good by the
+// next one that names it.
+inline constexpr std::string_view kMarkRefreshDue =
+    "INSERT INTO Systemast (Param,Value) SELECT 'EInvCodesDue','1' WHERE NOT EXISTS (SELECT Param "
+    "FROM Systemast WHERE Param='EInvCodesDue')";
+void RefreshIfDue(Session& session, Desk& desk);
 
 }  // namespace kaunter

@@ -1,5 +1,6 @@
 #include "core/schema_patches.h"
 
+#include "core/einvoice_codes.h"
 #include "platform/sql/transaction.h"
 
 namespace kaunter {
@@ -134,7 +135,7 @@ const Patch kEInv = {
     {"INSERT INTO Systemast (Param,Value) VALUES ('EInv','1')", kMakeEMiscCode, kMakeEState,
      kMakeECountry, kMakeEClass, kMakeEInvMast, kMakeECustMast,
      "create index CompCode on eInvMast (CompCode)", "create index CustID on eInvMast (CustID)",
-     "create index LoanID on eInvMast (LoanID)"}};
+     "create index LoanID on eInvMast (LoanID)", kMarkRefreshDue}};
 
 const Patch kEInvCustName = {
     "EInvCustName",
@@ -169,7 +170,7 @@ const Patch kOrgDueDate2 = {
 
 const Patch kLHDNQR = {"LHDNQR",
                        {"INSERT INTO Systemast (Param,Value) VALUES ('LHDNQR','1')",
-                        "ALTER Table EInvMast ADD LHDNQR nvarchar(200)"}};
+                        "ALTER Table EInvMast ADD LHDNQR nvarchar(200)", kMarkRefreshDue}};
 
 const Patch kLastDownDate = {
     "LastDownDate",

@@ -6,6 +6,7 @@
 
 #include "core/local_settings.h"
 #include "core/schema_patches.h"
+#include "core/schema_text.h"
 #include "core/startup.h"
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
@@ -265,10 +266,16 @@ TEST(ConnectSequenceTest, TheAuditDatabaseOfAnEmbeddedOfficeIsMadeBesideIt) {
 // start ends as one that was not stopped.
 TEST(ConnectSequenceTest, AStoppedStartGoesOnAtTheNextOne) {
   const auto whole = Office(Office::State::patched).Shape();
+  const TempFolder folder;
+  const Clock clock;
+  const auto central = OpenSqlite("AMLA", folder.File("amla.db"), true, clock);
+  RunScript(*central, SchemaText("central"));
+  central->Execute("INSERT INTO eState VALUES ('01','Johor')");
   std::string died;
   for (int n = 1; n == 1 || !died.empty(); ++n) {
     Office office(Office::State::base);
     died.clear();
+    office.session.data_sources.Add("AMLA", {DataSource::Kind::kEmbedded, folder.File("amla.db")});
     office.session.Main().SetFaultHook([&, left = n](std::string_view sql) mutable {
       if (!died.empty() || sql.starts_with("SELECT") || --left > 0) return;
       died = sql;
@@ -283,6 +290,9 @@ TEST(ConnectSequenceTest, AStoppedStartGoesOnAtTheNextOne) {
     office.Open();
     EXPECT_NO_THROW(office.Connect());
     EXPECT_EQ(office.Shape(), whole);
+    // The patch and what it brings in stand in two transactions.
+    EXPECT_EQ(office.Lines("SELECT StateName FROM eState"), "Johor \n");
+    EXPECT_EQ(office.Lines("SELECT Param FROM Systemast WHERE Param='EInvCodesDue'"), "");
   }
 }
 

@@ -78,8 +78,10 @@ TEST_F(EInvoiceCodesTest, AFailureIsToldAndKeepsWhatIsThere) {
   EXPECT_FALSE(office.session.Main().InTransaction());
   EXPECT_EQ(States(), "99Old;");
   EXPECT_EQ(Setting("GetTINURL"), "https://old");
-  EXPECT_THAT(office.desk.messages,
-              ElementsAre("Kaunter: an error occur during transfering setting code"));
+  EXPECT_THAT(
+      office.desk.messages,
+      ElementsAre("Kaunter: an error occur during transfering setting code\ndisk full\nNothing "
+                  "of it was kept. Mend the cause and do it again."));
   EXPECT_THAT(office.Log().back(),
               HasSubstr("Transfer Setting Code - error Rollback 1105 - disk full"));
 }
