@@ -198,7 +198,7 @@ void VerifyLedgerFrm::Repair() {
   if (!ConfirmRepair(&books)) return;
   {
     const Hourglass hourglass(desk());
-    for (const LedgerFault& book : books) RepairBook(book);
+    std::erase_if(books, [this](const LedgerFault& book) { return !RepairBook(book); });
     // A loan's rebuild has mended its customer's sums, or moved them.
     for (const LedgerFault& book : Books(faults_)) {
       if (!IsLoan(book)) LookAgain(book);
@@ -210,18 +210,21 @@ void VerifyLedgerFrm::Repair() {
   Tell(MessageKind::information, told);
 }
 
-void VerifyLedgerFrm::RepairBook(const LedgerFault& book) {
+// False: told, and still on the list.
+bool VerifyLedgerFrm::RepairBook(const LedgerFault& book) {
+  bool rebuilt = false;
   if (!IsLoan(book)) {
-    RebuildCustomerAndTell(session(), desk(), book.CustID);
-    Log(fmt::format("Verify Ledger - Customer {} rebuilt", book.CustID));
+    rebuilt = RebuildCustomerAndTell(session(), desk(), book.CustID);
+    if (rebuilt) Log(fmt::format("Verify Ledger - Customer {} rebuilt", book.CustID));
   } else {
     if (book.of_schedule) RegenerateOpen(book.LoanID);
     // A replay over no rows would leave the loan without a balance, and nobody would see it again.
-    if (CheckRows(main(), book.LoanID)) return;
-    RebuildAndTell(session(), desk(), book.LoanID, book.CustID);
-    Log(fmt::format("Verify Ledger - Loan {} rebuilt", book.LoanID));
+    if (CheckRows(main(), book.LoanID)) return false;
+    rebuilt = RebuildAndTell(session(), desk(), book.LoanID, book.CustID);
+    if (rebuilt) Log(fmt::format("Verify Ledger - Loan {} rebuilt", book.LoanID));
   }
   LookAgain(book);
+  return rebuilt;
 }
 
 void VerifyLedgerFrm::RegenerateOpen(const std::string& loan_id) {

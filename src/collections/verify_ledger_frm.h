@@ -45,7 +45,7 @@ class VerifyLedgerFrm : public SessionScreen {
   bool ConfirmRepair(std::vector<LedgerFault>* books);
   // Rebuilds loan and customer, the schedule before them where it is at fault and its terms are
   // open.
-  void RepairBook(const LedgerFault& book);
+  bool RepairBook(const LedgerFault& book);
   void RegenerateOpen(const std::string& loan_id);
   // Puts what is wrong now in the place of its lines.
   void LookAgain(const LedgerFault& book);
