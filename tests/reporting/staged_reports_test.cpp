@@ -1,5 +1,7 @@
-// Rekod Transaksi and the account report, by figures worked out by hand.
+// Daily collection, Rekod Transaksi and the account report, by figures worked out by hand.
 #include <gmock/gmock.h>
+
+#include <array>
 
 #include "core/values.h"
 #include "tests/reporting/staged_office.h"
@@ -9,6 +11,18 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+
+TEST(DailyCollectionTest, ADateThatIsNotGivenDoesNotLimit) {
+  StagedOffice o;
+  o.AddLoan("L1", "2023-12-31", "100");
+  o.AddLoan("L2", "2024-02-01", "100");
+  for (const auto& [from, to, loan] :
+       {std::array{"01-01-2024", "", "L2"}, std::array{"", "31-01-2024", "L1"}}) {
+    const StagedRun run = RunOf("DailyCollection.rpt", from, to);
+    ASSERT_TRUE(StageDailyCollection(o.session(), o.desk, run));
+    EXPECT_THAT(o.Rows(run, "recordid"), ElementsAre(loan));
+  }
+}
 
 TEST(RekodTransTest, FiltersOfTheCustomer) {
   StagedOffice o;
@@ -21,6 +35,7 @@ TEST(RekodTransTest, FiltersOfTheCustomer) {
                  {"Company Category", "{CustMast.CompCatCode}", {"SDN'BHD", "OTHER"}}};
   ASSERT_TRUE(StageRekodTrans(o.session(), o.desk, run));
   EXPECT_THAT(o.Rows(run, "recordid"), ElementsAre("L2"));
+  EXPECT_THAT(o.desk.messages, ElementsAre("Cash Book Report: Process Complete"));
 }
 
 // Without a company nothing runs, whatever else is picked; the rows of an earlier run stay.
