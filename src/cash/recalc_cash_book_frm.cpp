@@ -227,9 +227,9 @@ void RecalcCashBookFrm::Recalculate() {
         });
   } catch (const std::exception& failure) {
     LogRollback(session(), "Recalculate Cash Book - " + CompCode.text(), failure);
-    Tell(MessageKind::critical,
-         {fmt::format("{}\n{}\nNothing of it was kept.", kFailed.english, failure.what()),
-          fmt::format("{}\n{}\n此次的更改全未保留。", kFailed.chinese, failure.what())});
+    Tell(MessageKind::critical, Failed({fmt::format("{}\n{}", kFailed.english, failure.what()),
+                                        fmt::format("{}\n{}", kFailed.chinese, failure.what())},
+                                       failure));
     return;
   }
   if (!report.complete) {
