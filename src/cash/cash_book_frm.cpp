@@ -321,24 +321,27 @@ bool CashBookFrm::Store() {
   try {
     const Hourglass busy(desk());
     Transaction transaction(main());
-    const std::string number = CashBookNo.text();
+    std::string number = CashBookNo.text();
     if (number.empty() || main().Execute(record_.UpdateStatement(number)) == 0) {
       main().Execute(record_.InsertStatement());
-      CashBookNo.SetText(ScalarQuery(
+      number = ScalarQuery(
           main(), fmt::format("SELECT MAX(DocID) FROM CashBook WHERE CompCode={} AND TranDesc={}",
-                              QuoteStr(CompCode.text()), QuoteStr(TranDesc.text()))));
+                              QuoteStr(CompCode.text()), QuoteStr(TranDesc.text())));
     }
     transaction.Commit();
+    CashBookNo.SetText(number);
     return true;
   } catch (const std::exception& failure) {
     LogRollback(session(), fmt::format("Cash Book - {} {}", CompCode.text(), moved), failure);
     const std::string company = CompCode.text();
+    // Behind a line that was cut nobody knows whether the row is there.
     Tell(MessageKind::critical,
-         {fmt::format("{}\n{}\nThe balances of {} have moved by {}, but its row is not in the cash "
-                      "book. Recalculate the cash book balance, then save it again.",
-                      kSaveFailed.english, failure.what(), company, moved),
+         {fmt::format(
+              "{}\n{}\nThe balances of {} have moved by {}. Where its row is not in the cash "
+              "book, recalculate the cash book balance, then save it again.",
+              kSaveFailed.english, failure.what(), company, moved),
           fmt::format(
-              "{}\n{}\n{} 的结余已按 {} 变动，但现金簿没有该笔记录。请先重算现金簿结余，再储存。",
+              "{}\n{}\n{} 的结余已按 {} 变动。若现金簿没有该笔记录，请先重算现金簿结余，再储存。",
               kSaveFailed.chinese, failure.what(), company, moved)});
     ShowCompany();
     return false;
