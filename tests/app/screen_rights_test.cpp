@@ -8,6 +8,7 @@
 #include "app/catalogue.h"
 #include "app/menu_table.h"
 #include "core/main_frm.h"
+#include "core/screen_rights.h"
 #include "tests/core/office.h"
 
 namespace kaunter {
@@ -140,6 +141,9 @@ TEST(ScreenRights, OneMenuRightOpensItsOwnScreenFromEverywhere) {
     if (!clerk.sees(entry)) continue;
     clerk.main.Guard([&] { clerk.main.RefreshMainLists(); });
     EXPECT_FALSE(clerk.Press(clerk.main));
+    // A document of a supplier is behind the door of its supplier.
+    EXPECT_EQ(WhyClosed(clerk.session, "SuppTransfrm", "T0001").has_value(),
+              entry.target != "Supplierfrm");
     const auto screen = clerk.Open(entry);
     ASSERT_NE(screen, nullptr);
     EXPECT_FALSE(clerk.Press(*screen));

@@ -22,6 +22,10 @@ struct CashDesk : AgreeingDesk {
     return agrees;
   }
   void ShowModal(Screen&) override { ++asked_manager; }
+  void Show(std::string_view screen) override {
+    if (screen == "LinkAccSetupfrm") set_up();
+  }
+  std::function<void()> set_up;
   std::function<void()> meanwhile;  // what happens while a question stands
   int asked_manager = 0;
 };
@@ -101,8 +105,9 @@ TEST_F(ExpensesAndSuppliers, ChecksComeInTheirOrder) {
            {document, "TransType=Invoice", "T: Invalid amount, Invoice cannot in negative amount"},
            {document, "TransAmt=5", "T: Supplier ID is required"},
            {document, "SuppID=S0009", "T: S0009 not found"},
-           {document, "SuppID=S1", accounts.c_str()},
-           {document, "LoanID=L9", "T: Loan ID L9 not found"}}) {
+           {document, "LoanID=L9", "T: S0009 not found"},
+           {document, "SuppID=S1", "T: Loan ID L9 not found"},
+           {document, "LoanID=", accounts.c_str()}}) {
     office.Run("DELETE FROM SupplierMast; INSERT INTO SupplierMast (SuppID) VALUES ('S1')");
     Set(step.screen, step.set);
     EXPECT_EQ(Press(dynamic_cast<Button&>(*step.screen.Find("SaveCmd"))),
@@ -110,8 +115,12 @@ TEST_F(ExpensesAndSuppliers, ChecksComeInTheirOrder) {
         << step.set;
   }
   EXPECT_EQ(expense.ExpDesc.text() + document.TransDesc.text(), "Renta");
-  // An expense of another company comes between the insert and the reading of its number.
+  // The accounts are set up on the way.
   counter.agrees = true;
+  counter.set_up = [this] { office.Run("UPDATE LinkAccMast SET LinkAccCode='5'"); };
+  EXPECT_EQ(Press(document.SaveCmd),
+            accounts + "|?Confirm to save record ?|T: Transaction T0001 saved|");
+  // An expense of another company comes between the insert and the reading of its number.
   main().SetFaultHook([&](std::string_view sql) {
     if (sql.starts_with("SELECT MAX("))
       main().Execute("INSERT INTO PersonalExp (CompCode) VALUES ('')");
