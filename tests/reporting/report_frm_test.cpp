@@ -153,30 +153,6 @@ TEST(ReportFrm, AListOfAnyLengthIsOfferedMovedAndPrintedWhole) {
   EXPECT_NO_THROW(FormulaToCondition(job->SelectionFormula));
 }
 
-TEST(ReportFrm, RowsThatACrashLeftBehindGoWithTheNextStaging) {
-  ReportCounter counter;
-  const std::string pc = QuoteStr(ThisHost().name);
-  for (const char* file : {"DailyCollection.rpt", "RekodTrans.rpt", "StatementList.rpt",
-                           "SummaryPnL.rpt", "AccountReport.rpt"}) {
-    for (const std::string& owner : {pc, std::string("'OTHER'")}) {
-      counter.office.Run(
-          fmt::format("INSERT INTO MasterReport (pcname,reportname,recordid,s1) VALUES "
-                      "({},'{}','L999','left behind')",
-                      owner, file));
-    }
-    counter.OpenJanuary(file);
-    ASSERT_NE(counter.Print(), nullptr) << file << counter.Refusal();
-    const auto left = [&](const std::string& owner) {
-      return counter.office.Scalar(
-          fmt::format("SELECT COUNT(*) FROM MasterReport WHERE s1='left behind' AND "
-                      "reportname='{}' AND pcname={}",
-                      file, owner));
-    };
-    EXPECT_EQ(left(pc), "0") << file;
-    EXPECT_EQ(left("'OTHER'"), "1") << file << ": another computer's rows";
-  }
-}
-
 TEST(ReportFrm, ClosingDropsTheRowsOfThisPcAndReportAlone) {
   ReportCounter counter;
   ReportFrm& frm = counter.OpenJanuary("StatementList.rpt");

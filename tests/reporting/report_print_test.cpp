@@ -260,26 +260,6 @@ TEST(ReportPrint, WhatStagingTellsStandsBetweenTheChecks) {
             (Told{"Paper: Process Complete", "Paper: Company code is require"}));
 }
 
-// Its formula names the staged rows alone: a quote in the code of a company does no harm there.
-TEST(ReportPrint, AStagedReportTakesACompanyWithAQuoteInItsCode) {
-  ReportCounter counter;
-  counter.office.Run(
-      "INSERT INTO CompMast (CompCode,CompDesc) VALUES ('D''OR','Gold'); INSERT INTO LoanMast "
-      "(LoanID,CustID,CompCode,TrxDate,LoanAmt,LoanAmt2) VALUES "
-      "('G1','C1','D''OR','2024-01-07',700,700)");
-  for (const char* file : {"RekodTrans.rpt", "StatementList.rpt", "SummaryPnL.rpt"}) {
-    ReportFrm& frm = counter.Open(file);
-    frm.DateFrom.SetText("01-01-2024");
-    frm.DateTo.SetText("31-01-2024");
-    counter.Choose(0, 0);
-    EXPECT_EQ(frm.List2.Cell(0, 0), "D'OR");
-    EXPECT_NE(counter.Print(), nullptr) << file << counter.Refusal();
-  }
-  EXPECT_EQ(counter.office.Scalar("SELECT COUNT(*) FROM MasterReport WHERE "
-                                  "reportname='RekodTrans.rpt' AND recordid='G1'"),
-            "1");
-}
-
 TEST(ReportPrint, ADueDateReportWithoutAFirstDateIsAsAtItsLast) {
   ReportCounter counter;
   ReportFrm& frm = counter.Open("DueDate.rpt");
