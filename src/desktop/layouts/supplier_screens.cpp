@@ -9,10 +9,9 @@ Layout SupplierfrmLayout() {
       {1060, 700},
       Down({Across({Group({"Supplier", "供应商"}, 1,
                           {"SuppID", "SuppName", "CompCode", "TrxDate", "UserID", "DateCreated"}),
-                    Group({"Address", "地址"}, 1,
-                          {Stacked({"Add1", "Add2", "Add3", "Add4"}), "Tel1", "Tel2"}),
-                    Group({"Remark", "备注"}, 1, {"Remark"})},
-                   {5, 5, 4}),
+                    Group({"Address", "地址"}, 1, {Stacked({"Add1", "Add2", "Add3", "Add4"})}),
+                    Group({"Contact", "联络"}, 1, {"Tel1", "Tel2", "Remark"})},
+                   {7, 4, 4}),
             Fill("SuppTransDG")}),
       {"SearchCmd", "CmdTrans", "CmdDelete", "CmdClear", "SaveCmd", "CancelCmd"}};
 }
