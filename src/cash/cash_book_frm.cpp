@@ -336,13 +336,12 @@ bool CashBookFrm::Store() {
     const std::string company = CompCode.text();
     // Behind a line that was cut nobody knows whether the row is there.
     Tell(MessageKind::critical,
-         {fmt::format(
-              "{}\n{}\nThe balances of {} have moved by {}. Where its row is not in the cash "
-              "book, recalculate the cash book balance, then save it again.",
-              kSaveFailed.english, failure.what(), company, moved),
-          fmt::format(
-              "{}\n{}\n{} 的结余已按 {} 变动。若现金簿没有该笔记录，请先重算现金簿结余，再储存。",
-              kSaveFailed.chinese, failure.what(), company, moved)});
+         {fmt::format("{}\n{}\nThe balances of {} have moved by {}. Mend the cause; where the row "
+                      "is not in the cash book, recalculate the cash book balance and save again.",
+                      kSaveFailed.english, failure.what(), company, moved),
+          fmt::format("{}\n{}\n{} 的结余已按 {} "
+                      "变动。请排除原因；若现金簿没有该笔记录，请先重算现金簿结余，再储存。",
+                      kSaveFailed.chinese, failure.what(), company, moved)});
     ShowCompany();
     return false;
   }

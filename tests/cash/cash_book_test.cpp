@@ -215,6 +215,44 @@ TEST_F(CashBook, WhatIsRefusedMovesNothing) {
   EXPECT_EQ(Pair("AB"), "1 0 \n");
 }
 
+// A save that fails anywhere is stored whole at its next press, or has told that the balances moved
+// without it; a delete that fails deletes nothing. What was typed stays.
+TEST_F(CashBook, AFailureAtEachStatementIsTold) {
+  CashBookFrm screen(office.session, desk);
+  screen.Load();
+  for (const bool deletes : {false, true}) {
+    for (int at = 1;; ++at) {
+      office.Run("DELETE FROM CashBook;UPDATE CompMast SET CashInHand=0");
+      screen.CmdClear.Click();
+      Enter(screen, "AB", "30-01-2024", "Cash In", "5", "Float");
+      if (deletes) {
+        Press(screen, screen.SaveCmd);
+        Put(screen.CashBookNo, office.Scalar("SELECT MAX(DocID) FROM CashBook"));
+      }
+      std::string said;
+      const bool hit = office.FailAt(at, Office::Failure::passes, [&] {
+        said = Press(screen, deletes ? screen.Command1 : screen.SaveCmd);
+      });
+      const std::string rows = office.Scalar("SELECT COUNT(*) FROM CashBook");
+      if (!hit) {
+        EXPECT_EQ(rows, deletes ? "0" : "1");
+        break;
+      }
+      SCOPED_TRACE(fmt::format("{} {}: {}", deletes, at, said));
+      EXPECT_FALSE(said.empty());
+      const bool moved = said.find("have moved by") != std::string::npos;
+      if (deletes) {
+        EXPECT_EQ(Pair("AB"), "5 0 \n");
+      } else if (rows == "0") {
+        EXPECT_EQ(Pair("AB"), moved ? "5 0 \n" : "0 0 \n");
+        EXPECT_EQ(screen.TranDesc.text() + screen.TranAmt.text(), "Float5.00");
+      } else {
+        EXPECT_EQ(Pair("AB"), "5 0 \n");
+      }
+    }
+  }
+}
+
 // Saves, edits, deletes, lost rows and posted ones in any order: each step as a second reckoning
 // has it, and the recalculation equal to a sum that knows nothing of the stored balances.
 TEST_F(CashBook, RandomHistoriesAreMadeTrueAgain) {

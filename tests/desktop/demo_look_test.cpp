@@ -36,6 +36,8 @@ constexpr Opened kOpened[] = {
     {"SpecialRpt", "CompCode", "AB", "Command1"},
     {"BatchLinkfrm", "LoanID", "AB0003-001", "Command1"},
     {"LateIntfrm", "", ""},
+    {"CashBookFrm", "CashBookNo", "60"},
+    {"RecalcCashBookFrm", "CompCode", "AB", "CheckCmd"},
     {"FrmBuyGold", "LoanID", "B0008"},
     {"PersonalEpxFrm", "TrxID", "11"},
     {"Supplierfrm", "SuppID", "S0001"},
