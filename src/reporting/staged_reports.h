@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/staged_rows.h"
 #include "reporting/report_filter.h"
 
 namespace kaunter {
@@ -49,10 +50,5 @@ bool StageStatement(Session& session, Desk& desk, const StagedRun& run);
 bool StageSummary(Session& session, Desk& desk, const StagedRun& run, SummaryHead& head);
 // The money movements of the period and an opening line per company.
 bool StageAccountReport(Session& session, Desk& desk, const StagedRun& run);
-
-// The rows of this PC and report go. Throws SqlError.
-void DropStagedRows(Connection& main, std::string_view pcname, std::string_view report_name);
-// The selection formula that gives a report its own rows.
-std::string StagedFormula(std::string_view pcname, std::string_view report_name);
 
 }  // namespace kaunter

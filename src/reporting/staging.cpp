@@ -92,19 +92,4 @@ std::string OfRow(const StagedRun& run, std::string_view record_id) {
                      QuoteStr(run.report_name), QuoteStr(record_id));
 }
 
-void Batch::Send(Connection& connection) {
-  if (!text_.empty()) connection.Execute(text_);
-  text_.clear();
-}
-
-void DropStagedRows(Connection& main, std::string_view pcname, std::string_view report_name) {
-  main.Execute(fmt::format("DELETE FROM MasterReport WHERE pcname={} AND reportname={}",
-                           QuoteStr(pcname), QuoteStr(report_name)));
-}
-
-std::string StagedFormula(std::string_view pcname, std::string_view report_name) {
-  return fmt::format("{{MasterReport.pcname}}={} And {{MasterReport.ReportName}} = {}",
-                     QuoteStr(pcname), QuoteStr(report_name));
-}
-
 }  // namespace kaunter

@@ -41,18 +41,4 @@ std::string TextLiteral(const Value& text);
 // " WHERE pcname=<pc> AND reportname=<file> AND recordID=<id>".
 std::string OfRow(const StagedRun& run, std::string_view record_id);
 
-// Statements that go to the server together.
-class Batch {
- public:
-  void Add(std::string_view statement) {
-    text_ += statement;
-    text_ += ';';
-  }
-  // Sends what has come together; nothing when that is nothing.
-  void Send(Connection& connection);
-
- private:
-  std::string text_;
-};
-
 }  // namespace kaunter
