@@ -25,6 +25,8 @@
 #include "collections/special_rpt.h"
 #include "collections/verify_ledger_frm.h"
 #include "compliance/aml_desc_frm.h"
+#include "compliance/npl_loan_frm.h"
+#include "compliance/return_figures_frm.h"
 #include "core/company_screens.h"
 #include "core/password_screens.h"
 #include "core/popup_frm.h"
@@ -43,6 +45,7 @@
 #include "loans/new_loan_frm.h"
 #include "loans/update_sch.h"
 #include "reporting/frm_printing.h"
+#include "reporting/lampiran_b1.h"
 #include "reporting/own_reports_frm.h"
 #include "reporting/report_frm.h"
 #include "screen/screen.h"
@@ -84,6 +87,7 @@ constexpr Entry kScreens[] = {
     {"FrmSellGold", Make<FrmSellGold>},
     {"HolidayFrm", Make<HolidayFrm>},
     {"Invoicefrm", Make<Invoicefrm>},
+    {"LampiranB1", Make<LampiranB1>},
     {"LateIntfrm", Make<LateIntfrm>},
     {"LinkAccSetupfrm", Make<LinkAccSetupfrm>},
     {"LinkDBfrm", Make<LinkDBfrm>},
@@ -94,6 +98,7 @@ constexpr Entry kScreens[] = {
     {"LoanSettlementfrm", Make<LoanSettlementfrm>},
     {"NewCustFrm", Make<NewCustFrm>},
     {"NewLoanFrm", Make<NewLoanFrm>},
+    {"NPLLoanFrm", Make<NPLLoanFrm>},
     {"OwnReportsFrm", Make<OwnReportsFrm>},
     {"PaymentFrm", Make<PaymentFrm>},
     {"PersonalEpxFrm", Make<PersonalEpxFrm>},
@@ -103,6 +108,7 @@ constexpr Entry kScreens[] = {
     {"ReceiptNoFrm", Make<ReceiptNoFrm>},
     {"Reminderfrm", Make<Reminderfrm>},
     {"ReportFrm", Make<ReportFrm>},
+    {"ReturnFiguresFrm", Make<ReturnFiguresFrm>},
     {"Settlementfrm", Make<Settlementfrm>},
     {"SetupFrm", Make<SetupFrm>},
     {"SpecialRpt", Make<SpecialRpt>},

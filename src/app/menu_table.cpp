@@ -298,6 +298,8 @@ std::vector<MenuEntry> MenuTable() {
              "NewLampiran.rpt", kOneFile),
       Report("YearRpt", "AnaRptMnu", {"Yearly Loan Report", "全年贷款报告"}, "Yealy Loan Report",
              "YearlyLoan.rpt", kOneFile),
+      OpensScreen("ReturnFiguresMnu", "AnaRptMnu", {"Return Figures", "申报数字"}, "Return Figures",
+                  "", "ReturnFiguresFrm"),
       OpensScreen("PrintingMnu", "ReportsMnu", {"&Printing Desk", "打印台(&P)"}, "Printing", "",
                   "frmPrinting"),
       OpensScreen("OwnReportsMnu", "ReportsMnu", {"&Own Reports", "自订报告(&O)"}, "Own Reports",

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "compliance/returns.h"
 #include "core/session_screen.h"
 #include "reporting/report_criteria.h"
 #include "reporting/report_selection.h"
@@ -72,6 +73,9 @@ class ReportFrm : public SessionScreen {
   bool IdsAreGood();
   bool CompanyIsChosen();
   bool BuildFormula();
+  ReturnPeriod PeriodOfReturn() const;
+  bool MakeYearly();
+  bool MakeLampiran();
   bool PrepareByFile();
   void LayPhoto();
   void ChooseForm();

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include "compliance/aml.h"
+#include "compliance/new_lampiran.h"
+#include "compliance/yearly_return.h"
 #include "core/boxes.h"
 #include "core/log.h"
 #include "core/session_report.h"
@@ -41,7 +43,7 @@ bool ReportFrm::CheckAndSelect() {
   if (!DatesAreGood() || !IdsAreGood()) return false;
   if (Is({"YearlyLoan.rpt", "NewLampiran.rpt"})) {
     if (List2.RowCount() == 0) return Refuse(ListCombo, kCompanyMissing);
-    return Refuse({"This report is not available yet.", "此报告尚未提供。"});
+    return Is({"YearlyLoan.rpt"}) ? MakeYearly() : BuildFormula() && MakeLampiran();
   }
   // Their rows are staged by company; they take no formula of their own.
   if (Is({"SummaryPnL.rpt", "StatementList.rpt", "SummaryBS.rpt"})) return CompanyIsChosen();
@@ -114,6 +116,27 @@ StagedRun ReportFrm::Run() const {
   run.id_to = IDTo.text();
   for (const ValueList& list : lists_) run.filters.push_back(list.chosen);
   return run;
+}
+
+// --- the returns
+
+ReturnPeriod ReportFrm::PeriodOfReturn() const {
+  return {PickedList(Run().filters, "CompCode")->values, *DateTime::FromDisplay(DateFrom.text()),
+          *DateTime::FromDisplay(DateTo.text())};
+}
+
+bool ReportFrm::MakeYearly() {
+  const YearlyRequest request{PeriodOfReturn(), Check1.checked(), ReadSetting(main(), "2E") == "1"};
+  job_.SelectionFormula = YearlyFormula(request);
+  job_.ReportTitle = fmt::format("{} - {}", DateFrom.text(), DateTo.text());
+  return MakeYearlyReturn(session(), desk(), request, IDFrom.text(), IDTo.text(),
+                          job_.ParameterFields);
+}
+
+bool ReportFrm::MakeLampiran() {
+  StageNewLampiran(session(), desk(), PeriodOfReturn(), pcname_, file_);
+  job_.SelectionFormula = StagedFormula(pcname_, file_);
+  return true;
 }
 
 // --- what single reports need before their form is chosen

@@ -42,6 +42,8 @@ const char* const kRecords[] = {
     "'{0}GNIC','AMY',100{2},0,0,0,0,'2024-01-12','SAM','MBB','CAR')",
     "LoanMast (LoanID,CustID,CompCode,TrxDate,LoanAmt,LoanBal,LoanTerm,LoanStatus,DragLoan) VALUES "
     "('{0}L9','{0}C1','{1}','2024-01-04',9{2},9{2},'2','ACTIVE','0')",
+    "LoanMast (LoanID,CustID,CompCode,TrxDate,LoanBal,LoanGroupID) VALUES ('{0}L8','{0}C1','{1}',"
+    "'2019-05-04',9{2},'DALAM TINDAKAN MAHKAMAH')",
     "SchMast (SchID,LoanID,CustID,DueDate,PayableAmt,CapitalAmt,InterestAmt,LoanBal,Payment,"
     "CapitalPayment,InterestPayment,IntAmt,LateInt) VALUES (1,'{0}L1','{0}C1','2024-01-10',"
     "300{2},300{2},0,300{2},0,0,0,5{2},5{2})",

@@ -26,11 +26,9 @@ std::string ChineseName(const std::string& file) {
   return file.substr(0, file.size() - std::string(".rpt").size()) + "C.rpt";
 }
 
-// The reports of subsystems that the program does not have yet: short messages, e-invoicing,
-// the returns to the authorities, the loans that no longer perform.
+// The reports of subsystems that the program does not have yet: short messages, e-invoicing.
 const Names& OfLaterSubsystems() {
-  static const Names names = {"SMSCompList.rpt", "SMSHPList.rpt",  "EInvoicing.rpt", "STR-BNM.rpt",
-                              "NPL Report.rpt",  "YearlyLoan.rpt", "NewLampiran.rpt"};
+  static const Names names = {"SMSCompList.rpt", "SMSHPList.rpt", "EInvoicing.rpt", "STR-BNM.rpt"};
   return names;
 }
 
@@ -47,7 +45,7 @@ const Names& StartedOtherwise() {
       "ApplicationForm2.rpt", "LetterOffer.rpt",    "SettlementLetter.rpt",
       "Reminder2.rpt",        "LateInvoice.rpt",    "ARCreditNote.rpt",
       "LateInterestC.rpt",    "CashBookRecalc.rpt", "GoldVoucher.rpt",
-      "ExpenseVoucher.rpt"};
+      "ExpenseVoucher.rpt",   "NPL Report.rpt",     "ReturnLoans.rpt"};
   return names;
 }
 

@@ -292,13 +292,13 @@ TEST(ReportMenu, WhatComesWithLaterSubsystemsIsGreyInAnInstalledCopy) {
   MenuOffice o(test::SourceDir() + "/reports");
   o.Start();
   for (const char* entry :
-       {"SMSSentCompMnu", "SMSSentHPMnu", "EInvSubmit", "NewLampiranMnu", "YearRpt",
-        "SMSFunctionMnu", "SMSTemplateMnu", "EInvMenu", "SelfBillMnu", "LampiranB1Mnu",
-        "NPLLoanMnu", "DataExportMnu", "AMLAMnu"}) {
+       {"SMSSentCompMnu", "SMSSentHPMnu", "EInvSubmit", "SMSFunctionMnu", "SMSTemplateMnu",
+        "EInvMenu", "SelfBillMnu", "DataExportMnu", "AMLAMnu"}) {
     EXPECT_FALSE(o.Enabled(entry)) << entry;
   }
   for (const char* entry : {"AgreeRpt", "LoanRptMnu", "StatementofAccRptMnu", "PrintingMnu",
-                            "BuyGoldMnu", "SellGoldMnu", "BuyGoldRptMnu", "SellGoldRptMnu"}) {
+                            "BuyGoldMnu", "SellGoldMnu", "BuyGoldRptMnu", "SellGoldRptMnu",
+                            "YearRpt", "NewLampiranMnu", "LampiranB1Mnu", "NPLLoanMnu"}) {
     EXPECT_TRUE(o.Enabled(entry)) << entry;
   }
 }

@@ -19,7 +19,8 @@ TEST(ReportHeadings, APaperSpeaksTheLanguageOfTheSession) {
       "|ARCreditNote|ARInvoice|Agree1|AgreeJ|AgreeK|ApplicationForm|ApplicationForm2|CashVoucher|"
       "FilecoverJadualBayaranAkaun|LejarAkuan|LejarAkuan60|LetterOffer|LoanCalcList|Payment "
       "Receipt Old|Payment "
-      "Receipt|RekodTrans|RekodTrans2|Reminder|Reminder2|SettlementLetter|filecovercagaran|";
+      "Receipt|RekodTrans|RekodTrans2|Reminder|Reminder2|SettlementLetter|YearlyLoan|"
+      "filecovercagaran|";
   ReportOffice office;
   std::size_t one = 0;
   for (const auto& entry : fs::directory_iterator(test::SourceDir() + "/reports")) {
@@ -39,7 +40,7 @@ TEST(ReportHeadings, APaperSpeaksTheLanguageOfTheSession) {
     }
     if (of_one) ++one;
   }
-  EXPECT_EQ(one, 21u);
+  EXPECT_EQ(one, 22u);
 }
 
 }  // namespace

@@ -17,7 +17,8 @@ const std::vector<Layout>& AllLayouts() {
       FrmPrintingLayout(),       ChqCtrlFrmLayout(),        FrmUserSignInLayout(),
       CashBookFrmLayout(),       RecalcCashBookFrmLayout(), AccessPasswordFrmLayout(),
       FrmBuyGoldLayout(),        FrmSellGoldLayout(),       PersonalEpxFrmLayout(),
-      SupplierfrmLayout(),       SuppTransfrmLayout(),
+      SupplierfrmLayout(),       SuppTransfrmLayout(),      ReturnFiguresFrmLayout(),
+      NplLoanFrmLayout(),        LampiranB1Layout(),
   };
   return layouts;
 }

@@ -37,5 +37,8 @@ Layout ReportFrmLayout();
 Layout FrmPrintingLayout();
 Layout FrmBuyGoldLayout();
 Layout FrmSellGoldLayout();
+Layout ReturnFiguresFrmLayout();
+Layout NplLoanFrmLayout();
+Layout LampiranB1Layout();
 
 }  // namespace kaunter
