@@ -25,6 +25,8 @@
 #include "collections/special_rpt.h"
 #include "collections/verify_ledger_frm.h"
 #include "compliance/aml_desc_frm.h"
+#include "compliance/amla_frm.h"
+#include "compliance/npl_exportfrm.h"
 #include "compliance/npl_loan_frm.h"
 #include "compliance/return_figures_frm.h"
 #include "core/company_screens.h"
@@ -71,6 +73,7 @@ struct Entry {
 // clang-format off
 constexpr Entry kScreens[] = {
     {"AMLADescFrm", Make<AMLADescFrm>},
+    {"AMLAFrm", Make<AMLAFrm>},
     {"BatchLinkfrm", Make<BatchLinkfrm>},
     {"BatchListfrm", Make<BatchListfrm>},
     {"CashBookFrm", Make<CashBookFrm>},
@@ -98,6 +101,7 @@ constexpr Entry kScreens[] = {
     {"LoanSettlementfrm", Make<LoanSettlementfrm>},
     {"NewCustFrm", Make<NewCustFrm>},
     {"NewLoanFrm", Make<NewLoanFrm>},
+    {"NPLExportfrm", Make<NPLExportfrm>},
     {"NPLLoanFrm", Make<NPLLoanFrm>},
     {"OwnReportsFrm", Make<OwnReportsFrm>},
     {"PaymentFrm", Make<PaymentFrm>},

@@ -6,9 +6,11 @@
 #include <utility>
 
 #include "compliance/aml.h"
+#include "compliance/suspicion.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/picker.h"
+#include "core/screen_rights.h"
 #include "core/session_report.h"
 #include "core/values.h"
 #include "screen/report_job.h"
@@ -144,7 +146,6 @@ void PaymentFrm::Load() {
   }
   for (TextBox* date : {&PayDate, &WithdrawDate}) date->max_length = kDateLength;
   FillLists();
-  SSCommand5.SetVisible(desk().CanShow("AMLAFrm"));
   SSCommand6.SetVisible(std::filesystem::exists(session().AppPath + "/CDD2.rpt"));
   StartAgain();
   if (loan.empty() && !customer.empty()) loan = OnlyLoanOf(customer);
@@ -267,7 +268,8 @@ void PaymentFrm::ShowNeighbour(bool next) {
 void PaymentFrm::ShowAml() {
   AmlPage.SetVisible(!CompCode.empty() && session().settings.AMLA &&
                      LoadAMLSettings(session(), CompCode.text()));
-  SSCommand5.SetEnabled(!session().aml.DisableSTR && !loaded_payment_.empty());
+  OfferShortcut(session(), SSCommand5, "AMLAFrm", {},
+                !session().aml.DisableSTR && !loaded_payment_.empty());
   SSCommand6.SetEnabled(!loaded_payment_.empty());
 }
 
@@ -276,13 +278,14 @@ void PaymentFrm::ReportSuspicion() {
           {"Confirm to report AML/CFT STR to Bank Negara ?", "确定向国家银行呈报可疑交易？"})) {
     return;
   }
-  session().HandOverCustID = CustID.text();
-  session().HandOverLoanID = LoanID.text();
-  session().PickerExtra = loaded_payment_;
-  desk().Show("AMLAFrm");
-  session().HandOverCustID.clear();
-  session().HandOverLoanID.clear();
-  session().PickerExtra.clear();
+  const std::string number = kaunter::ReportSuspicion(
+      session(), desk(), {CustID.text(), CompCode.text(), LoanID.text(), loaded_payment_});
+  if (number.empty()) return;
+  AMLAID.SetText(number);
+  if (SaveCmd.enabled() && !IsDelete())
+    Tell(MessageKind::information,
+         {fmt::format("{} is recorded. Save the payment to keep the number with it.", number),
+          fmt::format("{} 已记录。请储存付款，以便保留此号码。", number)});
 }
 
 // --- papers

@@ -247,7 +247,8 @@ Picker SuspiciousTransactions() {
           .source = "AMLATrans",
           .key = "AMLATrans.TrxID",
           .searched = {"AMLATrans.Name1", "AMLATrans.Name2", "AMLATrans.Name3", "AMLATrans.NRIC",
-                       "AMLATrans.OldIC"}};
+                       "AMLATrans.OldIC"},
+          .company = "AMLATrans.CompCode"};
 }
 
 // A code of the e-invoice tables with its name.

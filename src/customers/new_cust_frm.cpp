@@ -170,6 +170,7 @@ void NewCustFrm::BindEvents() {
   CmdLoan.onClick = [this] { OpenFor("NewLoanFrm", "Edit Loan"); };
   CmdPay.onClick = [this] { OpenFor("PaymentFrm", "New Payment"); };
   CmdBuyGold.onClick = [this] { OpenFor("FrmBuyGold", "Buy Gold"); };
+  CmdSTR.onClick = [this] { ReportSuspicion(); };
   ECust.onClick = [this] { OpenFor("ECustMast", "E-Invoice"); };
   CmdDelete.onClick = [this] { DeleteAfterPassword(); };
   CmdAllowDelete.onClick = [this] { AskManagerToDelete(); };
@@ -224,6 +225,7 @@ void NewCustFrm::StartNew() {
   if (MayUseCompany(session(), session().CurrentCompCode))
     CompCode.SetText(session().CurrentCompCode);
   record_.Remember();
+  OfferReporting();
   FocusOn(CustID);
 }
 
@@ -251,6 +253,7 @@ void NewCustFrm::LoadCustomer(const std::string& id) {
   CustID.SetMark(false);
   CustStatus.SetMark(CustStatus.text() == "AMLA");
   LoadLists(loaded_id_);
+  OfferReporting();
 }
 
 void NewCustFrm::LoadByText() {

@@ -203,6 +203,7 @@ class NewCustFrm : public SessionScreen {
   Button CmdLoan{*this, "CmdLoan", {"L&oan", "贷款(&O)"}};
   Button CmdPay{*this, "CmdPay", {"Pa&yment", "付款(&Y)"}};
   Button CmdBuyGold{*this, "CmdBuyGold", {"Buy &Gold", "买入黄金(&G)"}};
+  Button CmdSTR{*this, "CmdSTR", {"Submit S&TR", "呈报(&T)"}};
   Button ECust{*this, "ECust", {"&E-Invoice", "电子发票(&E)"}};
   Button CmdDelete{*this, "CmdDelete", {"&Delete", "删除(&D)"}, ButtonRole::danger};
   // Beside a delete that the person has no right to.
@@ -255,6 +256,8 @@ class NewCustFrm : public SessionScreen {
   void ScreenOnLeave(const std::string& ic, const std::string& passport);
   void ScreenSaved();
   void ShowListed();
+  void OfferReporting();
+  void ReportSuspicion();
 
   // new_cust_lists.cpp: referrers, documents, check list, loans, applications, photos, import
   void LoadLists(const std::string& id);

@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include "compliance/aml.h"
+#include "compliance/suspicion.h"
 #include "core/audit.h"
+#include "core/screen_rights.h"
 #include "core/values.h"
 #include "customers/new_cust_frm.h"
 
@@ -57,6 +59,25 @@ void NewCustFrm::ShowListed() {
   CustStatus.SetText("AMLA");
   CustStatus.SetEnabled(false);
   CustStatus.SetMark(true);
+}
+
+// As with a loan: only where the company takes part, and not while it has switched reports off.
+void NewCustFrm::OfferReporting() {
+  const bool takes_part = session().settings.AMLA && LoadAMLSettings(session(), CompCode.text());
+  OfferShortcut(session(), CmdSTR, "AMLAFrm", {}, !loaded_id_.empty() && !session().aml.DisableSTR);
+  if (!takes_part) CmdSTR.SetVisible(false);
+}
+
+void NewCustFrm::ReportSuspicion() {
+  if (!Confirm(
+          {"Confirm to report AML/CFT STR to Bank Negara ?", "确定向国家银行呈报可疑交易？"})) {
+    return;
+  }
+  const std::string number =
+      kaunter::ReportSuspicion(session(), desk(), {loaded_id_, CompCode.text(), {}, {}});
+  if (number.empty() || !session().status) return;
+  session().status(session().In({fmt::format("{} is recorded for {}", number, loaded_id_),
+                                 fmt::format("{} 已为顾客 {} 记录", number, loaded_id_)}));
 }
 
 }  // namespace kaunter

@@ -15,6 +15,7 @@
 #include "desktop/progress_dialog.h"
 #include "desktop/screen_dialog.h"
 #include "desktop/text.h"
+#include "qtservices/xlsx_file.h"
 #include "screen/screen.h"
 
 namespace kaunter {
@@ -146,6 +147,10 @@ void DesktopDesk::Beep() { QApplication::beep(); }
 void DesktopDesk::Print(const ReportJob& job) {
   const PointerFree free(hourglass_, main_window_);
   PrintReport(Front(), job, IsChinese());
+}
+
+void DesktopDesk::WriteWorkbook(const ReportRows& rows, const std::string& path) {
+  WriteXlsx(rows, path);
 }
 
 void DesktopDesk::Open(std::string_view target) {

@@ -6,11 +6,12 @@
 #include <functional>
 #include <memory>
 
+#include "reports/workbook_desk.h"
 #include "screen/desk.h"
 
 namespace kaunter {
 
-class DesktopDesk : public Desk {
+class DesktopDesk : public Desk, public WorkbookDesk {
  public:
   // Makes a screen of the catalogue; null when it is unknown.
   std::function<std::unique_ptr<Screen>(std::string_view)> make;
@@ -35,6 +36,7 @@ class DesktopDesk : public Desk {
   void Hourglass(bool on) override;
   void Beep() override;
   void Print(const ReportJob& job) override;
+  void WriteWorkbook(const ReportRows& rows, const std::string& path) override;
   void Open(std::string_view target) override;
   bool Start(std::string_view program, const std::vector<std::string>& arguments) override;
 

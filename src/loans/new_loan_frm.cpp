@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "compliance/aml.h"
+#include "compliance/suspicion.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
 #include "core/picker.h"
@@ -264,7 +265,6 @@ void NewLoanFrm::ApplySettings() {
   Command9.SetVisible(settings.CalcAmt);
   OfferShortcut(session(), Command8, "PaymentReaderfrm", "");
   if (!settings.PaymentReader) Command8.SetVisible(false);
-  SSCommand5.SetVisible(desk().CanShow("AMLAFrm"));
   SSCommand6.SetVisible(std::filesystem::exists(session().AppPath + "/CDD.rpt"));
   // The special user sees the figures of the books, not those that were agreed.
   const std::vector<Control*> hidden = {&Label51, &LoanAmt, &TopUpAmt, &Command5, &InsRate};
@@ -467,17 +467,18 @@ void NewLoanFrm::ReportSuspicion() {
                                       "确定向国家银行呈报可疑交易？"})) {
     return;
   }
-  session().HandOverCustID = CustID.text();
-  session().HandOverLoanID = loaded_id_;
-  desk().Show("AMLAFrm");
-  session().HandOverCustID.clear();
-  session().HandOverLoanID.clear();
+  const bool typed = Typed();
+  const std::string number =
+      kaunter::ReportSuspicion(session(), desk(), {CustID.text(), CompCode.text(), loaded_id_, {}});
+  if (number.empty()) return;
+  AMLAID.SetText(number);
+  if (!typed) record_.Remember();  // the report has written it into the loan
 }
 
 void NewLoanFrm::ShowAml() {
   const bool on = session().settings.AMLA && LoadAMLSettings(session(), CompCode.text());
   AmlPage.SetVisible(on);
-  SSCommand5.SetEnabled(!session().aml.DisableSTR);
+  OfferShortcut(session(), SSCommand5, "AMLAFrm", {}, !session().aml.DisableSTR);
 }
 
 LoanTerms NewLoanFrm::Terms() const {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "play/script.h"
+#include "qtservices/xlsx_file.h"
 #include "screen/text.h"
 
 namespace kaunter {
@@ -160,6 +161,10 @@ void PlayDesk::Print(const ReportJob& job) {
     line += " -> " + path;
   }
   transcript_.Note(line);
+}
+
+void PlayDesk::WriteWorkbook(const ReportRows& rows, const std::string& path) {
+  WriteXlsx(rows, path);
 }
 
 void PlayDesk::Open(std::string_view target) { transcript_.Note("open " + std::string(target)); }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "play/transcript.h"
+#include "reports/workbook_desk.h"
 #include "screen/desk.h"
 #include "screen/report_job.h"
 #include "screen/screen.h"
@@ -29,7 +30,7 @@ class PlayHost {
   virtual bool stopped() const = 0;
 };
 
-class PlayDesk : public Desk {
+class PlayDesk : public Desk, public WorkbookDesk {
  public:
   using Renderer = std::function<void(const ReportJob& job, const std::string& path)>;
   using Launcher =
@@ -73,6 +74,7 @@ class PlayDesk : public Desk {
   void Hourglass(bool) override {}
   void Beep() override {}
   void Print(const ReportJob& job) override;
+  void WriteWorkbook(const ReportRows& rows, const std::string& path) override;
   void Open(std::string_view target) override;
   bool Start(std::string_view program, const std::vector<std::string>& arguments) override;
 

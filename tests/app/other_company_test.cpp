@@ -90,9 +90,11 @@ const char* const kRecords[] = {
     "'2024-01-05',50{2})",
     "LoanCollateral (LoanID,SeqNo,CustID,CompCode,GoldID,GoldDesc,Weight,LoanAmt,SoldAmt,SoldDate) "
     "VALUES ('{0}G1',1,'{0}C1','{1}','NIL','{0} Ring',1{2},50{2},60{2},'2024-01-06')",
+    "AMLATrans (TrxID,TrxDate,Name1,NRIC,CustID,TransAmt,CompCode) VALUES ('{0}S1','2024-01-12',"
+    "'{0} Name','{0}NIC','{0}C1',100{2},'{1}')",
 };
 const char* const kKeys[] = {"C1",  "L1",  "L9",   "P1", "I2",   "D1", "A1",
-                             "NIC", "OLD", "OLDL", "R1", "GNIC", "G1"};
+                             "NIC", "OLD", "OLDL", "R1", "GNIC", "G1", "S1"};
 
 // What is told of a person, whatever the company: who stands behind an identity number, and what a
 // customer of ours owes in all.
@@ -122,6 +124,9 @@ struct Walk : SilentDesk {
         "LoanBal,LoanTerm,LoanStatus,LoanGroupID,NextDueDate,DragLoan,GuarantorNIC) VALUES "
         "('ZZL2','AAC1','KL','2024-01-04',907.77,907.77,907.77,907.77,'2','ACTIVE','ZZ Group',"
         "'2024-01-10','0','AANIC')");
+    office.Run(
+        "INSERT INTO DataExport (SID,SQLStatement) VALUES ('Loans','SELECT l.LoanID,l.LoanAmt FROM "
+        "LoanMast as l WHERE 1=1 @gcc')");
     for (const auto& file : std::filesystem::directory_iterator(test::SourceDir() + "/reports")) {
       std::filesystem::create_symlink(file.path(),
                                       office.folder.File(file.path().filename().string()));
@@ -247,6 +252,12 @@ struct Walk : SilentDesk {
       if (auto* box = dynamic_cast<TextBox*>(screen.Find(name))) box->SetText("31-01-2024");
     }
     typed.clear();
+    if (auto* kept = dynamic_cast<ComboBox*>(screen.Find("SQLID"))) {  // before it is deleted
+      Act(screen, "ran " + kept->name(), [&] {
+        kept->PickIndex(0);
+        dynamic_cast<Button&>(*screen.Find("SaveCmd")).Click();
+      });
+    }
   }
 
   void UseAll(Screen& screen) {

@@ -28,7 +28,7 @@ std::string ChineseName(const std::string& file) {
 
 // The reports of subsystems that the program does not have yet: short messages, e-invoicing.
 const Names& OfLaterSubsystems() {
-  static const Names names = {"SMSCompList.rpt", "SMSHPList.rpt", "EInvoicing.rpt", "STR-BNM.rpt"};
+  static const Names names = {"SMSCompList.rpt", "SMSHPList.rpt", "EInvoicing.rpt"};
   return names;
 }
 
@@ -45,7 +45,8 @@ const Names& StartedOtherwise() {
       "ApplicationForm2.rpt", "LetterOffer.rpt",    "SettlementLetter.rpt",
       "Reminder2.rpt",        "LateInvoice.rpt",    "ARCreditNote.rpt",
       "LateInterestC.rpt",    "CashBookRecalc.rpt", "GoldVoucher.rpt",
-      "ExpenseVoucher.rpt",   "NPL Report.rpt",     "ReturnLoans.rpt"};
+      "ExpenseVoucher.rpt",   "NPL Report.rpt",     "ReturnLoans.rpt",
+      "STR-BNM.rpt"};
   return names;
 }
 

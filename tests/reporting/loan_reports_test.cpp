@@ -205,6 +205,21 @@ TEST(LoanReports, PapersOfOneLoan) {
   ExpectAll(rows);
 }
 
+struct SuspicionOffice : ReportOffice {
+  SuspicionOffice() {
+    Rows("AMLATrans (TrxID,TrxDate,Name1,Add1,TransAmt,SuspiciousWork,CrimeDesc,CompCode)",
+         {"'STR0001','2024-01-31','Tan','12, Jalan Dua',26000.50,'Cash','He would not say','HQ'",
+          "'STR0002','2024-01-31',N'陈美玲','',100,'','','KL'"});
+  }
+};
+
+TEST(LoanReports, SuspiciousTransactions) {
+  ExpectAll<SuspicionOffice>(
+      {Row("STR-BNM.rpt", {{"TransAmt", "26100.50"}}, "2", "", {"RptID;Aisyah; Ali;True"}, "-"),
+       Row("STR-BNM.rpt", {{"TransAmt", "100"}}, "1", "{AMLATrans.TrxID}='STR0002'",
+           {"RptID;;True"}, "-")});
+}
+
 TEST(LoanReports, AChequeThatAPaymentTookIsNotNew) {
   ReportOffice office;
   office.main().Execute(

@@ -18,7 +18,8 @@ const std::vector<Layout>& AllLayouts() {
       CashBookFrmLayout(),       RecalcCashBookFrmLayout(), AccessPasswordFrmLayout(),
       FrmBuyGoldLayout(),        FrmSellGoldLayout(),       PersonalEpxFrmLayout(),
       SupplierfrmLayout(),       SuppTransfrmLayout(),      ReturnFiguresFrmLayout(),
-      NplLoanFrmLayout(),        LampiranB1Layout(),
+      NplLoanFrmLayout(),        LampiranB1Layout(),        AMLAFrmLayout(),
+      NPLExportfrmLayout(),
   };
   return layouts;
 }

@@ -33,6 +33,8 @@ Layout PersonalEpxFrmLayout();
 Layout SpecialRptLayout();
 Layout SupplierfrmLayout();
 Layout SuppTransfrmLayout();
+Layout AMLAFrmLayout();
+Layout NPLExportfrmLayout();
 Layout ReportFrmLayout();
 Layout FrmPrintingLayout();
 Layout FrmBuyGoldLayout();

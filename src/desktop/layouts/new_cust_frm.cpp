@@ -6,9 +6,10 @@ namespace kaunter {
 // he owes; then work, family and papers.
 Layout NewCustFrmLayout() {
   const LayoutNode customer = Across(
-      {Group({"Identity", "身份"}, 1,
-             {"CustID", "CompCode", "TrxDate", "AreaCode", "CustStatus", "CustName", "CustNickName",
-              "CustNIC", "CustOIC", "CustOthIC"}),
+      {Down({Group({"Identity", "身份"}, 1,
+                   {"CustID", "CompCode", "TrxDate", "AreaCode", "CustStatus", "CustName",
+                    "CustNickName", "CustNIC", "CustOIC", "CustOthIC"}),
+             ButtonsHere({"CmdSTR"})}),
        Group({"Person", "个人"}, 1,
              {"DOB", "CustGender", "CustRace", "MaritalStatus", Line({"WargaNegara", "CustChild"}),
               "MotherName", "PreLanguage", "Academic", "CompNo", "OldCode", "CompCatCode"}),

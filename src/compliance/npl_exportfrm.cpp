@@ -1,0 +1,506 @@
+#include "compliance/npl_exportfrm.h"
+
+#include <fmt/format.h>
+
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "compliance/export_csv.h"
+#include "core/boxes.h"
+#include "core/central_database.h"
+#include "core/company_access.h"
+#include "core/log.h"
+#include "core/values.h"
+#include "platform/private_file.h"
+#include "platform/sql/transaction.h"
+#include "platform/sql/waiting.h"
+#include "reports/reading_statement.h"
+#include "reports/workbook_desk.h"
+#include "screen/cancel_offer.h"
+#include "screen/hourglass.h"
+
+namespace kaunter {
+namespace {
+
+constexpr int kMayType = 2;   // Supervisor
+constexpr int kMayWrite = 4;  // Admin
+constexpr int kLongestName = 100;
+constexpr auto kShortWait = std::chrono::milliseconds(400);
+
+constexpr std::string_view kFromDate = "@FromDate";
+constexpr std::string_view kToDate = "@ToDate";
+constexpr std::string_view kCompanies = "@gcc";
+constexpr std::string_view kCompany = "@CompCode";
+
+const Caption kSaveFailed{"an error occurred during saving data export data",
+                          "储存资料输出时出现错误"};
+
+std::size_t FindPlace(std::string_view text, std::string_view place, std::size_t from) {
+  for (std::size_t at = text.find('@', from); at != std::string_view::npos;
+       at = text.find('@', at + 1)) {
+    if (SameText(text.substr(at, place.size()), place)) return at;
+  }
+  return std::string_view::npos;
+}
+
+// As a person reads it: every year, for a date of birth is one too.
+std::string Shown(const Value& value) {
+  if (const DateTime* date = value.AsDate()) {
+    return Format(*date, date->IsMidnight() ? "dd-mm-yyyy" : "dd-mm-yyyy hh:nn:ss");
+  }
+  if (const Money* money = value.AsMoney()) {
+    const std::string text = Format(*money, "#,##0.00");
+    // A rate has more decimals than an amount.
+    return Money::FromText(text) == *money ? text : value.ToText();
+  }
+  return value.ToText();
+}
+
+std::vector<std::string> ShownFields(const std::vector<Value>& row) {
+  std::vector<std::string> fields;
+  fields.reserve(row.size());
+  for (const Value& value : row) fields.push_back(Shown(value));
+  return fields;
+}
+
+std::string HeadingOf(const Recordset& rows, std::size_t column) {
+  const std::string& name = rows.columns()[column].name;
+  return name.empty() ? fmt::format("Column {}", column + 1) : name;
+}
+
+Kind KindOf(FieldType type) {
+  switch (type) {
+    case FieldType::kMoney:
+      return Kind::money;
+    case FieldType::kDouble:
+      return Kind::rate;
+    case FieldType::kInteger:
+      return Kind::integer;
+    case FieldType::kDate:
+      return Kind::date;
+    default:
+      return Kind::text;
+  }
+}
+
+CellKind CellKindOf(FieldType type) {
+  switch (type) {
+    case FieldType::kMoney:
+      return CellKind::money;
+    case FieldType::kDouble:
+      return CellKind::rate;
+    case FieldType::kInteger:
+      return CellKind::integer;
+    case FieldType::kDate:
+      return CellKind::date;
+    default:
+      return CellKind::text;
+  }
+}
+
+// The bar comes only when the statement takes long, and a person may end it there.
+class StatementWait {
+ public:
+  StatementWait(Desk& desk, std::string title, std::string text, std::string stop)
+      : desk_(desk), title_(std::move(title)), text_(std::move(text)), stop_(std::move(stop)) {}
+
+  bool StopAsked() {
+    if (!bar_ && std::chrono::steady_clock::now() - begun_ < kShortWait) return false;
+    if (!bar_) {
+      bar_ = desk_.Progress(title_);
+      bar_->SetRange(0);
+      offer_ = OfferCancel(*bar_, stop_);
+    }
+    bar_->SetText(text_);
+    stopped_ = stopped_ || (offer_ != nullptr && offer_->Cancelled());
+    return stopped_;
+  }
+  bool stopped() const { return stopped_; }
+
+ private:
+  Desk& desk_;
+  std::string title_;
+  std::string text_;
+  std::string stop_;
+  std::chrono::steady_clock::time_point begun_ = std::chrono::steady_clock::now();
+  std::unique_ptr<ProgressBar> bar_;
+  CancelOffer* offer_ = nullptr;
+  bool stopped_ = false;
+};
+
+}  // namespace
+
+NPLExportfrm::NPLExportfrm(Session& session, Desk& desk)
+    : SessionScreen("NPLExportfrm", {"Data Exporter", "资料输出"}, session, desk),
+      record_("DataExport", "SID") {
+  SQLID.max_length = kLongestName;
+  record_.AddValue("SID", [this] { return QuoteStr(SQLID.text()); }).InsertOnly();
+  record_.Add(SQLStatement).Add(FromDate).Add(ToDate).Add(ExportHeader);
+  SQLID.onPick = [this] { ChooseName(); };
+  for (TextBox* box : {&DateFrom, &DateTo}) {
+    box->max_length = kDateLength;
+    box->onLeave = [this, box] { CheckDateBox(this->session(), *box); };
+  }
+  Command4.onClick = [this] { GetTemplate(); };
+  Command1.onClick = [this] { KeepStatement(); };
+  Command2.onClick = [this] { DeleteStatement(); };
+  SSCommand1.onClick = [this] { ExportCsv(); };
+  CmdExcel.onClick = [this] { ExportExcel(); };
+  SaveCmd.onClick = [this] { Process(); };
+}
+
+void NPLExportfrm::Load() {
+  record_.TakeWidths(main());
+  FillNames();
+  FillCompanies(CompCode, session());
+  std::vector<std::string> companies = CompCode.items();
+  companies.insert(companies.begin(), "");  // all that the person may see
+  CompCode.SetItems(std::move(companies));
+  ShowRights();
+  record_.Remember();
+}
+
+bool NPLExportfrm::RequestClose() { return MayDiscard(record_.Changed()); }
+
+void NPLExportfrm::ShowRights() {
+  const bool may_type = session().CurrentLevel >= kMayType;
+  const std::vector<Control*> typing = {&SQLStatement, &FromDate, &ToDate};
+  for (Control* control : typing) control->SetLocked(!may_type);
+  for (Button* button : {&Command1, &Command2}) {
+    button->SetEnabled(may_type);
+    if (!may_type) button->tip = {"For a supervisor or above", "主管或以上才能使用"};
+  }
+  CmdExcel.SetVisible(dynamic_cast<WorkbookDesk*>(&desk()) != nullptr);
+}
+
+// --- statements that are kept
+
+void NPLExportfrm::FillNames() {
+  FillItems(SQLID, main(), "SELECT SID FROM DataExport ORDER BY SID");
+}
+
+// A name that is not among those kept is that of a new one, for the statement that stands there.
+void NPLExportfrm::ChooseName() {
+  if (SQLID.index() < 0) return;
+  if (!MayLeaveRecord(record_.Changed())) {
+    SQLID.SetText(chosen_);
+    return;
+  }
+  const Recordset row =
+      main().Query("SELECT * FROM DataExport WHERE SID=" + QuoteStr(SQLID.text()));
+  record_.Clear();
+  Quote.SetChecked(false);
+  central_ = false;
+  if (!row.Eof()) record_.Load(row);
+  chosen_ = row.Eof() ? std::string() : SQLID.text();
+  kept_ = SQLStatement.text();
+  record_.Remember();
+}
+
+void NPLExportfrm::KeepStatement() {
+  SQLID.SetText(Trim(SQLID.text()));
+  if (SQLID.empty()) {
+    Refuse(SQLID, {"Data export name required", "请输入输出名称"});
+    return;
+  }
+  if (Trim(SQLStatement.text()).empty()) {
+    Refuse(SQLStatement, {"SQL statement required", "请输入 SQL 语句"});
+    return;
+  }
+  // What others run must not do more than its writer may.
+  if (!MayRun(SQLStatement.text())) return;
+  if (!Confirm({"Confirm to save Data Export Statement ?", "确定储存输出语句？"})) return;
+  const std::string name = SQLID.text();
+  if (!Attempt("Data Export " + name, kSaveFailed, [&] {
+        if (main().Query("SELECT SID FROM DataExport WHERE SID=" + QuoteStr(name)).Eof()) {
+          main().Execute(record_.InsertStatement());
+        } else {
+          ExecuteOnRow(main(), record_.UpdateStatement(name), name);
+        }
+      })) {
+    return;
+  }
+  chosen_ = name;
+  kept_ = SQLStatement.text();
+  record_.Remember();
+  FillNames();
+  SQLID.SetText(name);
+  WriteLog(session(), LogLine(session(), fmt::format("Data Export {} saved: {}", name, kept_)));
+  Tell(MessageKind::information, {"Data Export saved", "输出语句已储存"});
+}
+
+void NPLExportfrm::DeleteStatement() {
+  const std::string name = Trim(SQLID.text());
+  if (name.empty()) {
+    Refuse(SQLID, {"Data export name required", "请输入输出名称"});
+    return;
+  }
+  if (!ConfirmLoss({"Confirm to delete ?", "确定删除？"})) return;
+  if (!AttemptOnRecord("Data Export " + name, kSaveFailed, [&] {
+        ExecuteOnRow(main(), "DELETE DataExport WHERE SID=" + QuoteStr(name), name);
+      })) {
+    return;
+  }
+  record_.Clear();
+  record_.Remember();
+  chosen_.clear();
+  kept_.clear();
+  FillNames();
+  SQLID.Clear();
+  WriteLog(session(), LogLine(session(), fmt::format("Data Export {} deleted", name)));
+  Tell(MessageKind::information, {"Data Export deleted", "输出语句已删除"});
+}
+
+void NPLExportfrm::GetTemplate() {
+  if (!Confirm({"Confirm to get Ideal KPKT Upload Template ?", "确定取得 Ideal KPKT 上载范本？"}) ||
+      !MayLeaveRecord(record_.Changed())) {
+    return;
+  }
+  Recordset row;
+  try {
+    const Hourglass busy(desk());
+    const std::string key = ScalarQuery(main(), "SELECT Value FROM Systemast WHERE PARAM='IDEAL'");
+    row = OpenCentralDatabase(session())->Query("SELECT * FROM DataExport WHERE SID=" +
+                                                QuoteStr(key));
+    if (row.Eof()) throw RowNotFound(key);
+  } catch (const std::exception& failure) {
+    LogRollback(session(), "IDEAL Upload", failure);
+    Tell(MessageKind::critical,
+         {"an error occur during retrieve IDEAL Upload detail", "取得 IDEAL 上载资料时出现错误"});
+    return;
+  }
+  record_.Load(row);
+  Quote.SetChecked(NullToEmpty(row.Field("Quote")) == "1");
+  SQLID.SetText("IDEAL UPLOAD");
+  chosen_.clear();
+  kept_ = SQLStatement.text();
+  central_ = true;
+  record_.Remember();
+}
+
+// --- running one
+
+bool NPLExportfrm::Uses(std::string_view place) const {
+  return FindPlace(SQLStatement.text(), place, 0) != std::string_view::npos;
+}
+
+bool NPLExportfrm::RequireDates() {
+  const struct {
+    TextBox& box;
+    const CheckBox& asks;
+    std::string_view place;
+  } dates[] = {{DateFrom, FromDate, kFromDate}, {DateTo, ToDate, kToDate}};
+  for (const auto& date : dates) {
+    if (!date.asks.checked() && !Uses(date.place)) continue;
+    if (!RequireDate(session(), date.box, {"Date is required", "请输入日期"})) return false;
+  }
+  return true;
+}
+
+bool NPLExportfrm::MayRun(const std::string& statement) {
+  if (session().CurrentLevel >= kMayWrite || !FaultOfReading(statement)) return true;
+  return Refuse(SQLStatement,
+                {"Below an administrator a statement only reads: one that begins with SELECT or "
+                 "WITH and has no word in it that writes",
+                 "管理员以下的语句只可读取：须以 SELECT 或 WITH 开始，且不含写入的字"});
+}
+
+std::string NPLExportfrm::Filled() const {
+  const std::string literals = CompanyLiterals(session());
+  const std::string companies =
+      !CompCode.empty()  ? fmt::format(" and l.CompCode={} ", QuoteStr(CompCode.text()))
+      : literals.empty() ? std::string()
+                         : fmt::format(" and l.CompCode in ({}) ", literals);
+  const auto day = [](const TextBox& box) {
+    const auto date = DateTime::FromDisplay(box.text());
+    return QuoteStr(date ? Format(*date, "yyyy-mm-dd") : "");
+  };
+  std::vector<std::pair<std::string_view, std::string>> places = {
+      {kFromDate, day(DateFrom)}, {kToDate, day(DateTo)}, {kCompanies, companies}};
+  if (central_) places.emplace_back(kCompany, QuoteStr(CompCode.text()));
+  // In one walk: a value that looks like a place is none.
+  const std::string& text = SQLStatement.text();
+  std::string filled;
+  std::size_t done = 0;
+  for (;;) {
+    std::size_t next = std::string::npos;
+    const std::pair<std::string_view, std::string>* found = nullptr;
+    for (const auto& place : places) {
+      const std::size_t at = FindPlace(text, place.first, done);
+      if (at >= next) continue;
+      next = at;
+      found = &place;
+    }
+    if (found == nullptr) return filled + text.substr(done);
+    filled += text.substr(done, next - done) + found->second;
+    done = next + found->first.size();
+  }
+}
+
+void NPLExportfrm::Process() {
+  if (Trim(SQLStatement.text()).empty()) {
+    Refuse(SQLStatement, {"SQL Statement required", "请输入 SQL 语句"});
+    return;
+  }
+  if (session().CurrentLevel < kMayType && SQLStatement.text() != kept_) {
+    Refuse(SQLStatement, {"Please choose a statement that is kept", "请选择已储存的语句"});
+    return;
+  }
+  if (!RequireDates()) return;
+  if (central_ && CompCode.empty() && Uses(kCompany)) {
+    Refuse(CompCode, {"Company Code is required", "请选择公司"});
+    return;
+  }
+  const std::string statement = Filled();
+  if (!MayRun(statement)) return;
+  if (!Confirm({"Confirm to Perform SQL Statement ?", "确定执行 SQL 语句？"})) return;
+  result_ = {};
+  DG.Clear();
+  const bool reads = !FaultOfReading(statement);
+  try {
+    if (!Run(statement, reads)) {
+      ResultLBL.SetText(session().In({"Stopped, nothing was changed", "已停止，没有更改任何资料"}));
+      return;
+    }
+  } catch (const std::exception& failure) {
+    LogRollback(session(), "Data Export " + SQLID.text(), failure);
+    ResultLBL.SetText(failure.what());
+    Refuse(SQLStatement, {"SQL Statement error", "SQL 语句错误"});
+    return;
+  }
+  SQLStatement.SetMark(false);
+  ShowResult();
+  WriteLog(session(), LogLine(session(), fmt::format("Data Export {} processed, {} row(s): {}",
+                                                     SQLID.text(), result_.RowCount(), statement)));
+  Tell(MessageKind::information, {"Process completed", "执行完毕"});
+}
+
+bool NPLExportfrm::Run(const std::string& statement, bool reads) {
+  const Hourglass busy(desk());
+  StatementWait wait(desk(), title().In(chinese()),
+                     session().In({"The statement is running ...", "正在执行语句..."}),
+                     session().In({"Stop", "停止"}));
+  const MayStop stop([&wait] { return wait.StopAsked(); });
+  try {
+    if (reads) {
+      result_ = main().QueryOnly(statement);
+    } else {
+      // Half of it would be worse than none.
+      Transaction transaction(main());
+      result_ = main().Query(statement);
+      transaction.Commit();
+    }
+    return true;
+  } catch (const SqlError&) {
+    if (wait.stopped()) return false;
+    throw;
+  }
+}
+
+void NPLExportfrm::ShowResult() {
+  constexpr int kColumnWeight = 12;
+  std::vector<GridColumn> columns;
+  for (std::size_t i = 0; i < result_.columns().size(); ++i) {
+    const std::string heading = HeadingOf(result_, i);
+    columns.push_back({{heading, heading}, KindOf(result_.columns()[i].type), kColumnWeight});
+  }
+  if (columns.empty()) columns.push_back({{"Result", "结果"}});
+  DG.SetColumns(std::move(columns));
+  std::vector<std::vector<std::string>> rows;
+  rows.reserve(result_.RowCount());
+  for (const auto& row : result_.rows()) rows.push_back(ShownFields(row));
+  DG.SetRows(std::move(rows));
+  ResultLBL.SetText(session().In(
+      {fmt::format("{} row(s)", result_.RowCount()), fmt::format("{} 行", result_.RowCount())}));
+}
+
+// --- the files
+
+// "" when there is nothing to write, or the person went back.
+std::string NPLExportfrm::ChosenFile(const Caption& question, const char* extension) {
+  if (result_.columns().empty()) {
+    Refuse(SaveCmd, {"Please process a statement first", "请先执行语句"});
+    return {};
+  }
+  if (!Confirm(question)) return {};
+  const std::string folder =
+      desk().PickFolder(session().In({"Select a folder", "请选择文件夹"}), session().AppPath);
+  if (folder.empty()) return {};
+  const std::string name = SQLID.empty() ? "Data Export" : FileNameOf(SQLID.text());
+  return (std::filesystem::path(folder) /
+          fmt::format("{}-{}.{}", name, Format(session().clock.Now(), "hhnnss"), extension))
+      .string();
+}
+
+void NPLExportfrm::Offer(const std::string& file, const Caption& text) {
+  WriteLog(session(), LogLine(session(), fmt::format("Data Export {} written to {}, {} row(s)",
+                                                     SQLID.text(), file, result_.RowCount())));
+  const std::string folder = std::filesystem::path(file).parent_path().string();
+  if (Confirm({fmt::format("{}, Open folder on {} ?", text.english, folder),
+               fmt::format("{}，要打开文件夹 {} 吗？", text.chinese, folder)})) {
+    desk().Open(folder);
+  }
+}
+
+void NPLExportfrm::WriteLines(std::ostream& out) const {
+  const Hourglass busy(desk());
+  const auto line = [&](const std::vector<std::string>& fields) {
+    out << ExportLine(fields, Quote.checked()) << "\r\n";
+  };
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < result_.columns().size(); ++i) {
+    names.push_back(HeadingOf(result_, i));
+  }
+  if (ExportHeader.checked()) line(names);
+  for (const auto& row : result_.rows()) line(ShownFields(row));
+}
+
+void NPLExportfrm::ExportCsv() {
+  const std::string own_title = session().MsgTitle;
+  if (central_) session().MsgTitle = "Ideal KPKT";
+  const std::string file =
+      ChosenFile({"Confirm to export cvs file ?", "确定输出 CSV 文件？"}, "csv");
+  try {
+    if (!file.empty()) {
+      WriteWholeFile(file, [this](std::ostream& out) { WriteLines(out); });
+      Offer(file, {"Agent activities csv file generated", "CSV 文件已产生"});
+    }
+  } catch (const std::exception& failure) {
+    LogRollback(session(), "Data Export " + SQLID.text(), failure);
+    Refuse({failure.what(), failure.what()});
+  }
+  session().MsgTitle = own_title;
+}
+
+void NPLExportfrm::ExportExcel() {
+  const std::string file =
+      ChosenFile({"Confirm to export Excel file ?", "确定输出 Excel 文件？"}, "xlsx");
+  auto* writer = dynamic_cast<WorkbookDesk*>(&desk());
+  if (file.empty() || writer == nullptr) return;
+  ReportRows rows;
+  rows.title = SQLID.empty() ? "Data Export" : SQLID.text();
+  for (std::size_t i = 0; i < result_.columns().size(); ++i) {
+    rows.columns.push_back({HeadingOf(result_, i), CellKindOf(result_.columns()[i].type)});
+  }
+  rows.rows = result_.rows();
+  // A date of a workbook is a day.
+  for (auto& row : rows.rows) {
+    for (Value& value : row) {
+      if (value.AsDate() != nullptr && !value.AsDate()->IsMidnight()) value = Shown(value);
+    }
+  }
+  try {
+    const Hourglass busy(desk());
+    writer->WriteWorkbook(rows, file);
+  } catch (const std::exception& failure) {
+    LogRollback(session(), "Data Export " + SQLID.text(), failure);
+    Refuse({failure.what(), failure.what()});
+    return;
+  }
+  Offer(file, {"Excel file generated", "Excel 文件已产生"});
+}
+
+}  // namespace kaunter
