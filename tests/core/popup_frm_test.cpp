@@ -157,35 +157,6 @@ TEST_F(PopupFrmTest, EqualSortValuesNeitherLoseNorRepeatARow) {
   EXPECT_EQ(seen.size(), 245u);
 }
 
-TEST_F(PopupFrmTest, SearchTextKeepsItsWildcardsAndIsNoStatement) {
-  AddCustomer("C1", "O'Brien");
-  AddCustomer("C2", "Tan 50% Ah_Kow");
-  AddCustomer("C3", "Lim [HQ]");
-  AddCustomer("C4", "陈美玲");
-  AddLoan("L1", "C4", "HQ");
-  office.Run("UPDATE LoanMast SET OldLoanCode='OLD-7' WHERE LoanID='L1'");
-  const struct {
-    const char* text;
-    std::vector<std::string> found;
-  } kCases[] = {
-      {"o'brien", {"C1"}},
-      {"'", {"C1"}},
-      {"' or ''='", {}},
-      {"a%o", {"C2"}},
-      {"%", {"C1", "C2", "C3", "C4"}},
-      {"A___ow", {"C2"}},
-      {"[0-9]0", {"C2"}},
-      {"l[io]m", {"C3"}},
-      {"[hq]]", {"C3"}},  // one of the two letters, then a bracket
-      {"美", {"C4"}},
-      {"old-7", {"C4"}},
-      {"c3", {"C3"}},
-  };
-  for (const auto& c : kCases) {
-    EXPECT_EQ(Keys(Open("CustPop", c.text)), c.found) << c.text;
-  }
-}
-
 TEST_F(PopupFrmTest, PeopleAreFoundByTheirNumbersHoweverTheseAreWritten) {
   AddCustomer("C1", "ZALEHA");
   AddCustomer("C2", "ONG");

@@ -1,7 +1,6 @@
-// Daily collection, Rekod Transaksi and the account report, by figures worked out by hand.
+// Daily collection, summaries, Rekod Transaksi and the account report, by figures worked out by
+// hand.
 #include <gmock/gmock.h>
-
-#include <array>
 
 #include "core/values.h"
 #include "tests/reporting/staged_office.h"
@@ -12,16 +11,32 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST(DailyCollectionTest, ADateThatIsNotGivenDoesNotLimit) {
+TEST(DailyCollectionTest, RowsNameTheirLoanAndADateThatIsNotGivenDoesNotLimit) {
   StagedOffice o;
   o.AddLoan("L1", "2023-12-31", "100");
-  o.AddLoan("L2", "2024-02-01", "100");
-  for (const auto& [from, to, loan] :
-       {std::array{"01-01-2024", "", "L2"}, std::array{"", "31-01-2024", "L1"}}) {
+  o.AddLoan("L2", "2024-02-01", "100", "0", "KL");
+  o.AddPayment("P1", "L1", "2024-01-15", "PayAmt=1");
+  const auto rows = [&](const char* from, const char* to) {
     const StagedRun run = RunOf("DailyCollection.rpt", from, to);
-    ASSERT_TRUE(StageDailyCollection(o.session(), o.desk, run));
-    EXPECT_THAT(o.Rows(run, "recordid"), ElementsAre(loan));
-  }
+    EXPECT_TRUE(StageDailyCollection(o.session(), o.desk, run));
+    return o.Rows(run, "recordid,s1,s10,d1");
+  };
+  EXPECT_THAT(rows("01-01-2024", ""),
+              ElementsAre("L2 | L2 | KL | 2024-02-01", "P1 | L1 | HQ | 2024-01-15"));
+  EXPECT_THAT(rows("", "14-01-2024"), ElementsAre("L1 | L1 | HQ | 2023-12-31"));
+}
+
+TEST(StagedSummaryTest, LoansStandUnderTheKindOfTheirCustomer) {
+  StagedOffice o;
+  o.AddLoan("L1", "2023-06-01", "1200");
+  o.AddLoan("L2", "2024-03-31", "600", "0", "KL");
+  o.AddLoan("L3", "2024-01-01", "50", "0", "HQ", "gone");  // its customer is gone
+  StagedRun run = RunOf("SummaryPnL.rpt", "01-03-2024", "31-03-2024");
+  run.filters = {Companies({"HQ", "KL"})};
+  SummaryHead head;
+  ASSERT_TRUE(StageSummary(o.session(), o.desk, run, head));
+  EXPECT_THAT(o.Rows(run, "recordid,s2"), ElementsAre("L1 | PERSONAL", "L2 | PERSONAL"));
+  EXPECT_EQ(head.title, " (Company Code - HQ or KL) ");
 }
 
 TEST(RekodTransTest, FiltersOfTheCustomer) {
