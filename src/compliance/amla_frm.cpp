@@ -143,6 +143,8 @@ void AMLAFrm::StartNew() {
   filled_for_.clear();
   TrxDate.SetText(ServerNow(main(), false));
   CompCode.SetText(session().CurrentCompCode);
+  // The built-in logon has no company; where there is one only, it is that.
+  if (CompCode.empty() && CompCode.items().size() == 1) CompCode.SetIndex(0);
   ShowKey();
   record_.Remember();
 }
@@ -363,8 +365,8 @@ bool AMLAFrm::CheckLengths() {
 bool AMLAFrm::Check() {
   if (!SameText(Trim(TrxID.text()), loaded_id_)) return Refuse(TrxID, kNotFound);
   if (!RequireDate(session(), TrxDate, kInvalidReportDate, kInvalidReportDate)) return false;
-  // Without a company the person herself would not find it again.
-  if (!MayUseCompany(session(), CompCode.text())) {
+  // Without a company she herself would not find it again, and the paper has no head.
+  if (CompCode.empty() || !MayUseCompany(session(), CompCode.text())) {
     return Refuse(CompCode, {"Company Code is require", "请选择公司"});
   }
   if (Trim(Name1.text()).empty()) return Refuse(Name1, {"Name is required", "请输入姓名"});
