@@ -83,6 +83,7 @@ void Supplierfrm::StartNew() {
   SuppID.Clear();
   SuppID.SetMark(false);
   SuppTransDG.Clear();
+  HintLBL.SetText({});
   UserID.SetText(session().CurrentUserID);
   CompCode.SetText(session().CurrentCompCode);
   CompCode.SetLocked(false);
@@ -141,6 +142,7 @@ void Supplierfrm::KeepAsStored() {
 // With what is owed after each document, as far as the person may see them.
 void Supplierfrm::ShowTransactions() {
   std::vector<std::vector<std::string>> lines;
+  Caption loss;
   const bool read = ReadOrTell(
       session(), *this, "Supplier " + loaded_id_,
       {"an error occur during reading record", "阅读资料时出现错误"}, [&] {
@@ -155,8 +157,11 @@ void Supplierfrm::ShowTransactions() {
                            ShowMoney(row.Field("TransAmt")), ShowMoney(owing),
                            NullToEmpty(row.Field("LoanID")), NullToEmpty(row.Field("CompCode"))});
         }
+        // Where other companies' go with it, the delete is refused.
+        if (!HasForeignTransactions()) loss = ReadLoss();
       });
   if (!read) lines.clear();
+  HintLBL.SetText(session().In(loss));
   SuppTransDG.SetRows(std::move(lines));
 }
 
@@ -247,6 +252,17 @@ bool Supplierfrm::HasForeignTransactions() {
                                          QuoteStr(loaded_id_), own)) != "0";
 }
 
+Caption Supplierfrm::ReadLoss() {
+  const Recordset row = main().Query(
+      "SELECT COUNT(*),SUM(TransAmt) FROM SupplierTrans WHERE SuppID=" + QuoteStr(loaded_id_));
+  const std::string count = NullToEmpty(row.Field(0));
+  if (count == "0") return {};
+  const std::string sum = ShowMoney(row.Field(1));
+  return {
+      fmt::format("Its {} transaction(s), {} in all, go with it when it is deleted.", count, sum),
+      fmt::format("删除时，其 {} 笔交易（共 {}）将一并删除。", count, sum)};
+}
+
 void Supplierfrm::Delete() {
   if (IsNew()) return;
   const std::string id = loaded_id_;
@@ -259,20 +275,10 @@ void Supplierfrm::Delete() {
             fmt::format("供应商 {} 有其他公司的交易，您不能进入", id)});
     return;
   }
-  const std::string of_supplier = " FROM SupplierTrans WHERE SuppID=" + QuoteStr(id);
-  const auto loss = [&] {
-    const Recordset row = main().Query("SELECT COUNT(*),SUM(TransAmt)" + of_supplier);
-    const std::string count = NullToEmpty(row.Field(0));
-    const std::string sum = ShowMoney(row.Field(1));
-    return count == "0" ? Caption("", "")
-                        : Caption(fmt::format("\nIts {} transaction(s), {} in all, are deleted "
-                                              "with it",
-                                              count, sum),
-                                  fmt::format("\n其 {} 笔交易（共 {}）将一并删除", count, sum));
-  };
-  const Caption told = loss();
-  if (!ConfirmLoss({fmt::format("Confirm to delete supplier ID {}{}", id, told.english),
-                    fmt::format("确定删除供应商 {}{}", id, told.chinese)})) {
+  ShowTransactions();
+  const Caption told = ReadLoss();
+  if (!ConfirmLoss({fmt::format("Confirm to delete supplier ID {}", id),
+                    fmt::format("确定删除供应商 {}", id)})) {
     return;
   }
   bool others = false;
@@ -282,9 +288,9 @@ void Supplierfrm::Delete() {
                              AndCompany(session(), "CompCode")),
                  id);
     // No more than was agreed to.
-    others = loss().english != told.english;
+    others = ReadLoss().english != told.english;
     if (others) throw std::runtime_error("transactions were changed meanwhile");
-    main().Execute("DELETE" + of_supplier);
+    main().Execute("DELETE FROM SupplierTrans WHERE SuppID=" + QuoteStr(id));
   });
   if (others) {
     Tell(MessageKind::information, {"Another desktop has changed transactions of this supplier "
@@ -298,7 +304,7 @@ void Supplierfrm::Delete() {
   TellLeftInAccounts(
       session(), *this,
       {fmt::format("supplier {} and its documents", id), fmt::format("供应商 {} 及其单据", id)});
-  WriteLog(session(), LogLine(session(), fmt::format("Supplier {} deleted{}", id, told.english)));
+  WriteLog(session(), LogLine(session(), fmt::format("Supplier {} deleted. {}", id, told.english)));
   StartNew();
 }
 

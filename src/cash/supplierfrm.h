@@ -43,6 +43,7 @@ class Supplierfrm : public SessionScreen {
                     {{"Owing", "应付"}, Kind::money, 13},
                     {{"Loan Code", "贷款编号"}, Kind::text, 14},
                     {{"Company Code", "公司"}, Kind::text, 9}}};
+  Label HintLBL{*this, "HintLBL"};
   Button SearchCmd{*this, "SearchCmd", {"Sea&rch", "查找(&R)"}};
   Button CmdTrans{*this, "CmdTrans", {"New &Transaction", "新交易(&T)"}};
   Button CmdDelete{*this, "CmdDelete", {"&Delete", "删除(&D)"}, ButtonRole::danger};
@@ -66,6 +67,8 @@ class Supplierfrm : public SessionScreen {
   void Store();
   void TellLinkedAccounts();
   void Delete();
+  // What a delete takes with it.
+  Caption ReadLoss();
   // A transaction belongs to a company that is not the person's.
   bool HasForeignTransactions();
   bool Write(const std::function<void()>& write);

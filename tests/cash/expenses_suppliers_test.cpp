@@ -150,9 +150,10 @@ TEST_F(ExpensesAndSuppliers, NoMoreGoesWithASupplierThanWasAgreedTo) {
   Set(supplier, "SuppID=S1");
   counter.meanwhile = [&] { add("'T2'"); };
   EXPECT_EQ(Press(supplier.CmdDelete),
-            "?Confirm to delete supplier ID S1\nIts 1 transaction(s), 5.00 in all, are deleted "
-            "with it|T: an error occur during saving record|T: Another desktop has changed "
-            "transactions of this supplier meanwhile. Nothing was deleted.|");
+            "?Confirm to delete supplier ID S1|T: an error occur during saving record|T: Another "
+            "desktop has changed transactions of this supplier meanwhile. Nothing was deleted.|");
+  EXPECT_EQ(supplier.HintLBL.Text(),
+            "Its 2 transaction(s), 10.00 in all, go with it when it is deleted.");
   EXPECT_EQ(supplier.SuppTransDG.Cell(1, 5), "10.00");
 }
 

@@ -12,7 +12,7 @@ Layout SupplierfrmLayout() {
                     Group({"Address", "地址"}, 1, {Stacked({"Add1", "Add2", "Add3", "Add4"})}),
                     Group({"Contact", "联络"}, 1, {"Tel1", "Tel2", "Remark"})},
                    {7, 4, 4}),
-            Fill("SuppTransDG")}),
+            Fields(1, {"HintLBL"}), Fill("SuppTransDG")}),
       {"SearchCmd", "CmdTrans", "CmdDelete", "CmdClear", "SaveCmd", "CancelCmd"}};
 }
 
