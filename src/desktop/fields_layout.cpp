@@ -123,7 +123,8 @@ FieldsLayout::Plan FieldsLayout::MakePlan(int width) const {
     if (!field.label) continue;
     const auto column = static_cast<std::size_t>(place.column);
     // A label gives way to what the boxes hold, by a second line, down to a quarter of the column.
-    const int beside = column_width - kLabelGap - field.editor->minimumSize().width();
+    const int span = field.wide ? width : column_width;
+    const int beside = span - kLabelGap - field.editor->minimumSize().width();
     const int word = std::min(field.label->minimumSize().width(), column_width * 45 / 100);
     words[column] = std::max(words[column], word);
     most[column] = std::min(most[column],
