@@ -251,9 +251,11 @@ void RecalcCashBookFrm::Recalculate() {
 void RecalcCashBookFrm::Print() {
   ReportJob job = SessionReport(session(), "CashBookRecalc.rpt");
   const std::string pair = Shown(looked_opening_.pair);
-  const std::string day = looked_opening_.date ? ShowDate(*looked_opening_.date) : "-";
-  job.ReportTitle = session().In({fmt::format("Opening {}: cash / bank {}", day, pair),
-                                  fmt::format("期初 {}：现金 / 银行 {}", day, pair)});
+  const Caption when = looked_opening_.date ? Caption{"on " + ShowDate(*looked_opening_.date),
+                                                      ShowDate(*looked_opening_.date)}
+                                            : Caption{"before the first row", "首笔之前"};
+  job.ReportTitle = session().In({fmt::format("Opening {}: cash / bank {}", when.english, pair),
+                                  fmt::format("期初（{}）：现金 / 银行 {}", when.chinese, pair)});
   job.SelectionFormula = fmt::format("{{CompMast.CompCode}}={}", QuoteStr(CompCode.text()));
   job.ParameterFields[0] = fmt::format(
       "OpenDate;{};True",
