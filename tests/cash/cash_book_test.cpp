@@ -10,13 +10,29 @@
 #include "cash/cash_book_frm.h"
 #include "cash/cash_posting.h"
 #include "cash/recalc_cash_book_frm.h"
+#include "core/audit.h"
+#include "screen/cancel_offer.h"
+#include "screen/report_job.h"
 #include "tests/core/office.h"
 
 namespace kaunter {
 namespace {
 
+struct StopBar : SilentBar, CancelOffer {
+  explicit StopBar(bool stops) : stops(stops) {}
+  void OfferCancel(std::string_view) override {}
+  bool Cancelled() const override { return stops; }
+  bool stops;
+};
+
 class CashDesk : public SilentDesk {
  public:
+  std::unique_ptr<ProgressBar> Progress(std::string_view) override {
+    return std::make_unique<StopBar>(stops);
+  }
+  void Print(const ReportJob& job) override { printed = job; }
+  bool stops = false;
+  ReportJob printed;
   bool Ask(std::string_view, std::string_view text) override {
     questions.emplace_back(text);
     return yes;
@@ -31,6 +47,10 @@ class CashBook : public ::testing::Test {
     office.session.CurrentLevel = 4;
     office.session.AllowEdit = office.session.AllowDelete = true;
     office.session.MsgTitle = "Cash Book";
+    office.session.settings.TransLogs = true;
+    office.session.LogsConn =
+        OpenSqlite("LogsConn", office.folder.File("logs.db"), true, office.session.clock);
+    CreateMissingAuditTables(*office.session.LogsConn);
     office.Run(
         "DELETE FROM CompMast;INSERT INTO CompMast (CompCode,CompDesc) VALUES ('AB','Abadi');"
         "INSERT INTO CompMast (CompCode,CashInHand,CashInBank) VALUES ('CD',null,null);"
@@ -57,6 +77,15 @@ class CashBook : public ::testing::Test {
     std::string said;
     for (const std::string& message : desk.messages) said += message.substr(11) + "|";
     return said;
+  }
+  std::string Acts() {
+    std::string acts;
+    for (Recordset row = office.session.LogsConn->Query("SELECT Type,TrxID FROM TransLogs");
+         !row.Eof(); row.MoveNext()) {
+      acts += row.Field(0).ToText() + row.Field(1).ToText() + " ";
+    }
+    office.session.LogsConn->Execute("DELETE FROM TransLogs");
+    return acts;
   }
   std::string Pair(const char* company) {
     return office.Lines(
@@ -96,6 +125,11 @@ TEST_F(CashBook, LoansAndPaymentsPostTheirRows) {
   };
   PaymentMovement numbered = now;
   numbered.ChqNo = "77";
+  numbered.CollectInfoID = "Bank";
+  PaymentMovement owing = was;
+  owing.DiscAmt = Money::FromInteger(20);
+  PaymentMovement nowhere = was;
+  nowhere.CompCode = "ZZ";
   const Case cases[] = {
       {"New Loan", 0, nullptr, nullptr,
        "Cash Out|New Loan in AB1-001|Loan out to Tan 'Ah' Kow by SM1|500|-500|0|A|LOAN|",
@@ -131,6 +165,11 @@ TEST_F(CashBook, LoansAndPaymentsPostTheirRows) {
        "Bank Out|Delete Payment in P1 (RHB)|Delete Tan's payment amount in 92.00|92|-50|81|A|"
        "PAYMENT|",
        "-50 81 \n"},
+      {"Delete Payment", 0, &owing, &was,
+       "Cash Out|Delete Payment in P1|Delete Tan's payment amount in -5.00|5|-55|81|A|PAYMENT|",
+       "-55 81 \n"},
+      {"New Payment", 0, &nowhere, &was,
+       "Cash In|New Payment in P1|Payment receive from Tan by SM1|11|11|0|A|PAYMENT|", "-55 81 \n"},
   };
   for (const Case& one : cases) {
     const std::string last = office.Scalar("SELECT isnull(MAX(DocID),0) FROM CashBook");
@@ -147,6 +186,8 @@ TEST_F(CashBook, LoansAndPaymentsPostTheirRows) {
         << one.mode;
     EXPECT_EQ(Pair("AB"), one.pair) << one.mode;
   }
+  EXPECT_EQ(office.Lines("SELECT DISTINCT CatCode,TranDate FROM CashBook ORDER BY CatCode"),
+            "LOAN 2024-01-05 \nPAYMENT 2024-01-06 \n");
   EXPECT_THROW(PostLoanMovement(office.session.Main(), "Close Loan", loan, Money()),
                std::invalid_argument);
 }
@@ -199,6 +240,10 @@ TEST_F(CashBook, WhatIsRefusedMovesNothing) {
   EXPECT_EQ(desk.messages.back(), "Cash Book: numeric is require, Please check");
   EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM CashBook") + Pair("AB") + Pair("CD"),
             "10 0 \n  \n");
+  // Typed and not stored is not left without a word.
+  desk.yes = false;
+  EXPECT_FALSE(screen.RequestClose());
+  desk.yes = true;
   // What another desktop has changed meanwhile, or what the person may not change.
   screen.CashBookNo.Clear();
   EXPECT_EQ(Press(screen, screen.SaveCmd), "Cash Book Transaction saved|");
@@ -213,6 +258,64 @@ TEST_F(CashBook, WhatIsRefusedMovesNothing) {
     EXPECT_EQ(Press(screen, *button), "User AMY Level not allow to edit or delete record|");
   }
   EXPECT_EQ(Pair("AB"), "1 0 \n");
+}
+
+// The opening is a manager's word; what is told is what was done, and what is printed is what was
+// looked at.
+TEST_F(CashBook, TheScreenOfTheRecalculationTellsWhatItDid) {
+  std::string rows =
+      "INSERT INTO CashBook (CompCode,TranDate,TranType,TranAmt,CashBal,BankBal) VALUES "
+      "('CD','2024-01-11','Cash In',5,9,9),('AB',null,'cash IN',1,0,0)";
+  for (int i = 0; i < 400; ++i) rows += ",('AB','2024-01-10','Bank In',1,0,0)";
+  office.Run(rows + ",('AB','2024-01-11','Gift',7,0,0)");
+  RecalcCashBookFrm screen(office.session, desk);
+  screen.Load();
+  screen.CompCode.Pick("AB");
+  const std::string odd = ". 1 rows of an unknown type move nothing";
+  const std::string before = odd + ". 1 rows before the opening date are left as they are|";
+  const struct {
+    int level;
+    const char *date, *bank;
+    bool stops;
+    Button& button;
+    std::string said;
+  } cases[] = {
+      {1, "", "0", false, screen.CheckCmd,
+       "402 of 402 rows differ; cash / bank of the company 0.00 / 0.00 should be 1.00 / 400.00" +
+           odd + ". 1 rows without a date come first|"},
+      {2, "10-01-2024", "6", false, screen.RecalcCmd,
+       "User AMY Level not allow to change the opening|"},
+      {3, "10-01-2024", "6", true, screen.RecalcCmd, "Stopped: nothing was changed|"},
+      {3, "10-01-2024", "6", false, screen.RecalcCmd,
+       "401 of 401 rows changed; cash / bank of the company 0.00 / 0.00 became 5.00 / 406.00" +
+           before},
+      {1, "10-01-2024", "6", false, screen.CheckCmd, "401 rows hold, nothing differs" + before},
+      {1, "10-01-2024", "6", false, screen.RecalcCmd, "401 rows hold, nothing changed" + before},
+      {1, "10-01-2024", "7", false, screen.CheckCmd,
+       "401 of 401 rows differ; cash / bank of the company 5.00 / 406.00 should be 5.00 / 407.00" +
+           before},
+  };
+  for (const auto& one : cases) {
+    office.session.CurrentLevel = one.level;
+    desk.stops = one.stops;
+    Put(screen.CBOpenDate, one.date);
+    Put(screen.CBOpenCash, *one.date == '\0' ? "0" : "5");
+    Put(screen.CBOpenBank, one.bank);
+    desk.messages.clear();
+    screen.Guard([&] { one.button.Click(); });
+    std::string said;
+    for (const std::string& text : desk.messages) said += text.substr(text.find(": ") + 2) + "|";
+    EXPECT_EQ(said, one.said);
+    EXPECT_EQ(screen.CmdPrint.enabled(), said.find("differ;") != said.npos);
+  }
+  screen.CmdPrint.Click();
+  EXPECT_EQ(desk.printed.ParameterFields[0] + desk.printed.ParameterFields[1] +
+                desk.printed.ParameterFields[2],
+            "OpenDate;2024-01-10;TrueOpenCash;5;TrueOpenBank;7;True");
+  desk.yes = false;
+  EXPECT_FALSE(screen.RequestClose());
+  EXPECT_EQ(office.Lines("SELECT CashBal,BankBal FROM CashBook WHERE CompCode='CD'"), "9 9 \n");
+  EXPECT_EQ(Acts(), "ModifyAB ModifyAB ");
 }
 
 // A save that fails anywhere is stored whole at its next press, or has told that the balances moved
@@ -278,6 +381,7 @@ TEST_F(CashBook, RandomHistoriesAreMadeTrueAgain) {
         "null,CBOpenCash=0,CBOpenBank=0");
     std::map<long, Row> book;
     long cash = 0, bank = 0;
+    std::string acts;
     CashBookFrm screen(office.session, desk);
     screen.Load();
     for (int step = 0; step < 14; ++step) {
@@ -288,6 +392,7 @@ TEST_F(CashBook, RandomHistoriesAreMadeTrueAgain) {
       if (what == 3 && !book.empty()) {
         Put(screen.CashBookNo, std::to_string(chosen->first));
         Press(screen, screen.Command1);
+        acts += fmt::format("Delete{} ", chosen->first);
         book.erase(chosen);
         continue;
       }
@@ -311,12 +416,14 @@ TEST_F(CashBook, RandomHistoriesAreMadeTrueAgain) {
         const long id =
             edit ? chosen->first : std::stol(office.Scalar("SELECT MAX(DocID) FROM CashBook"));
         book[id] = row;
+        acts += fmt::format("{}{} ", edit ? "Modify" : "Create", id);
         ASSERT_EQ(
             office.Lines(fmt::format("SELECT CashBal,BankBal FROM CashBook WHERE DocID={}", id)),
             row.balances);
       }
       ASSERT_EQ(Pair("AB"), sen(cash) + " " + sen(bank) + " \n");
     }
+    EXPECT_EQ(Acts(), acts);
     // The second reckoning, from an opening in the middle of the month now and then.
     CashOpening opening;
     if (any(2) == 0) opening.date = DateTime{2024, 1, static_cast<int>(any(28)) + 1};
