@@ -7,6 +7,7 @@
 #include "core/amounts.h"
 #include "core/log.h"
 #include "core/session.h"
+#include "core/telling.h"
 #include "core/values.h"
 #include "platform/sql/transaction.h"
 #include "screen/cancel_offer.h"
@@ -174,9 +175,8 @@ bool MakeYearlyReturn(Session& session, Desk& desk, const YearlyRequest& request
     if (!lines.empty()) Store(session.Main(), request, lines);
   } catch (const std::exception& failure) {
     LogRollback(session, session.MsgTitle, failure);
-    desk.Message(
-        MessageKind::critical, session.MsgTitle,
-        session.In({"an error occur during process Lampiran B", "处理 Lampiran B 时出现错误"}));
+    const Caption words{"an error occur during process Lampiran B", "处理 Lampiran B 时出现错误"};
+    desk.Message(MessageKind::critical, session.MsgTitle, session.In(Failed(words, failure)));
     return false;
   }
   if (lines.empty()) {
