@@ -16,6 +16,7 @@
 #include "core/values.h"
 #include "platform/private_file.h"
 #include "platform/sql/transaction.h"
+#include "platform/sql/translator/lexer.h"
 #include "platform/sql/waiting.h"
 #include "reports/reading_statement.h"
 #include "reports/workbook_desk.h"
@@ -44,6 +45,17 @@ std::size_t FindPlace(std::string_view text, std::string_view place, std::size_t
     if (SameText(text.substr(at, place.size()), place)) return at;
   }
   return std::string_view::npos;
+}
+
+// Where the users and the hashes of their passwords stand. Of a statement without a fault.
+bool NamesUsers(std::string_view statement) {
+  sql::Lexer lexer(statement);
+  for (sql::Token token = lexer.Next(); token.kind != sql::TokenKind::kEnd; token = lexer.Next()) {
+    const bool name =
+        token.kind == sql::TokenKind::kName || token.kind == sql::TokenKind::kQuotedName;
+    if (name && SameText(token.text, "UserMast")) return true;
+  }
+  return false;
 }
 
 // As a person reads it: every year, for a date of birth is one too.
@@ -301,11 +313,19 @@ bool NPLExportfrm::RequireDates() {
 }
 
 bool NPLExportfrm::MayRun(const std::string& statement) {
-  if (session().CurrentLevel >= kMayWrite || !FaultOfReading(statement)) return true;
-  return Refuse(SQLStatement,
-                {"Below an administrator a statement only reads: one that begins with SELECT or "
-                 "WITH and has no word in it that writes",
-                 "管理员以下的语句只可读取：须以 SELECT 或 WITH 开始，且不含写入的字"});
+  if (session().CurrentLevel >= kMayWrite) return true;
+  if (FaultOfReading(statement)) {
+    return Refuse(SQLStatement,
+                  {"Below an administrator a statement only reads: one that begins with SELECT or "
+                   "WITH and has no word in it that writes",
+                   "管理员以下的语句只可读取：须以 SELECT 或 WITH 开始，且不含写入的字"});
+  }
+  // An administrator may have kept one for others.
+  if (SQLStatement.text() != kept_ && NamesUsers(statement)) {
+    return Refuse(SQLStatement, {"Below an administrator the users (UserMast) are not read",
+                                 "管理员以下不可读取用户（UserMast）"});
+  }
+  return true;
 }
 
 std::string NPLExportfrm::Filled() const {
@@ -359,6 +379,7 @@ void NPLExportfrm::Process() {
   if (!Confirm({"Confirm to Perform SQL Statement ?", "确定执行 SQL 语句？"})) return;
   result_ = {};
   DG.Clear();
+  ResultLBL.tip = {};
   const bool reads = !FaultOfReading(statement);
   try {
     if (!Run(statement, reads)) {
@@ -367,6 +388,7 @@ void NPLExportfrm::Process() {
     }
   } catch (const std::exception& failure) {
     LogRollback(session(), "Data Export " + SQLID.text(), failure);
+    ResultLBL.tip = {failure.what(), failure.what()};  // the line may be too short for all of it
     ResultLBL.SetText(failure.what());
     Refuse(SQLStatement, {"SQL Statement error", "SQL 语句错误"});
     return;

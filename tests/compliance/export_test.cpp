@@ -85,6 +85,7 @@ TEST_F(Exporter, WhoMayRunWhat) {
                {3, "SELECT 1 ROLLBACK " + update, reads, "2"},
                {3, "SELECT LoanID INTO x FROM LoanMast", reads, "2"},
                {3, "EXEC sp_who", reads, "2"},
+               {3, "SELECT * FROM LoanMast, [usermast]", "Below an administrator the users", "2"},
                {2, "SELECT nothing FROM nowhere", "SQL Statement error", "2"},
                {4, update + "; SELECT nothing FROM nowhere", "SQL Statement error", "2"},
                {4, " ", "SQL Statement required", "2"},
