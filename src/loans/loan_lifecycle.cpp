@@ -25,8 +25,10 @@ void MoveTotals(Connection& main, const LoanKey& key, const LoanFigures& old, Mo
 
 }  // namespace
 
-void CloseLoan(Connection& main, const LoanKey& key, const LoanFigures& old) {
+void CloseLoan(const Session& session, const LoanKey& key, const LoanFigures& old) {
+  Connection& main = session.Main();
   Transaction transaction(main);
+  RequireUnchanged(session, key.LoanID, old);
   ExecuteOnRow(main,
                "UPDATE LoanMast SET LoanStatus='CLOSED',CloseBal=LoanBal,LoanBal=0 WHERE LoanID=" +
                    QuoteStr(key.LoanID),
@@ -35,9 +37,11 @@ void CloseLoan(Connection& main, const LoanKey& key, const LoanFigures& old) {
   transaction.Commit();
 }
 
-Money OpenLoan(Connection& main, const LoanKey& key, const LoanFigures& old) {
+Money OpenLoan(const Session& session, const LoanKey& key, const LoanFigures& old) {
+  Connection& main = session.Main();
   const std::string id = QuoteStr(key.LoanID);
   Transaction transaction(main);
+  RequireUnchanged(session, key.LoanID, old);
   const Recordset row = main.Query("SELECT CloseBal FROM LoanMast WHERE LoanID=" + id);
   const Money balance = row.Eof() ? Money() : Sen(row.Field(0));
   ExecuteOnRow(
@@ -61,8 +65,10 @@ void DeleteLoan(const Session& session, const LoanKey& key, const LoanFigures& o
   Transaction transaction(main);
   if (CountPayments(main, key.LoanID) != payments) {
     throw std::runtime_error(
-        fmt::format("The payments of loan {} have changed, load it again", key.LoanID));
+        session.In({fmt::format("The payments of loan {} have changed, load it again", key.LoanID),
+                    fmt::format("贷款 {} 的付款已被更改，请重新载入", key.LoanID)}));
   }
+  RequireUnchanged(session, key.LoanID, old);
   if (payments > 0) main.Execute("Delete from PaymentMast where LoanID=" + id);
   ExecuteOnRow(main, "DELETE FROM LoanMast WHERE LoanID=" + id, key.LoanID);
   for (const char* statement :

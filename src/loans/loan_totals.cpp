@@ -2,7 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <stdexcept>
+
 #include "core/amounts.h"
+#include "core/session.h"
 #include "core/values.h"
 
 namespace kaunter {
@@ -26,6 +29,17 @@ LoanFigures ReadLoanFigures(const Recordset& row) {
           .PayOutAmt = Sen(row, "PayOutAmt"),
           .SalesmanComm = Sen(row, "SalesmanComm"),
           .SalesmanID = NullToEmpty(row.Field("SalesmanID"))};
+}
+
+void RequireUnchanged(const Session& session, std::string_view loan_id, const LoanFigures& loaded) {
+  const Recordset stored = session.Main().Query(fmt::format(
+      "SELECT LoanAmt,LoanBal,LoanAmt2,TopUpAmt,PayOutAmt,SalesmanComm,SalesmanID FROM LoanMast "
+      "WHERE LoanID={}",
+      QuoteStr(loan_id)));
+  if (stored.Eof() || ReadLoanFigures(stored) == loaded) return;
+  throw std::runtime_error(
+      session.In({fmt::format("Loan {} was changed meanwhile, Please load it again", loan_id),
+                  fmt::format("贷款 {} 已被更改，请重新载入", loan_id)}));
 }
 
 Money NewLoanBalance(Money first_payment, Money instalment, Money last_payment,

@@ -14,6 +14,8 @@
 
 namespace kaunter {
 
+class Session;
+
 // The figures of a loan that its customer's and salesman's totals hold.
 struct LoanFigures {
   Money LoanAmt;
@@ -28,6 +30,11 @@ struct LoanFigures {
 
 // From the current row of a query of LoanMast that holds these columns.
 LoanFigures ReadLoanFigures(const Recordset& row);
+
+// Inside the transaction that reverses them. Throws std::runtime_error, in the language in force,
+// when the stored figures are no longer those that were loaded: what another desktop changed would
+// be taken out of the totals wrong. A loan that is gone passes; the write itself tells it.
+void RequireUnchanged(const Session& session, std::string_view loan_id, const LoanFigures& loaded);
 
 // What a new loan adds to TotLoanBal: FirstPayment + LastPayment + (T - 2) x InstallmentAmt, in
 // double. `loan_term` is T; throws std::invalid_argument when it is no number.

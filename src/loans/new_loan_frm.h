@@ -310,9 +310,6 @@ class NewLoanFrm : public LoanScreen {
   void SaveLoan();
   bool WriteLoanRecord();
   void StoreLoan(bool is_new);  // the statements of the transaction
-  // Throws when another desktop has changed the figures that the totals hold since the loan was
-  // loaded: the save would put its old balance and drawdowns back.
-  void RefuseStaleFigures();
   void TakeSaved(bool is_new);  // the loan stands: the screen edits it from here on
   void KeepGuarantorPhotos();
   LoanFigures Figures() const;  // of the boxes

@@ -99,7 +99,7 @@ void NewLoanFrm::StoreLoan(bool is_new) {
   if (is_new) {
     LoanID.SetText(DrawLoanNumber(main(), CustID.text()));
   } else {
-    RefuseStaleFigures();
+    RequireUnchanged(session(), loaded_id_, OldValues);
   }
   const std::string id = LoanID.text();
   const std::string statement = is_new ? record_.InsertStatement() : record_.UpdateStatement(id);
@@ -128,18 +128,6 @@ void NewLoanFrm::WriteSchedule(bool is_new) {
   ClearSchedule(main(), key.LoanID);
   GenerateSchedule(main(), key, Terms(), special);
   if (SchChanged.checked()) ApplyEditedSchedule(main(), key.LoanID, EditedLines());
-}
-
-void NewLoanFrm::RefuseStaleFigures() {
-  const Recordset stored = main().Query(fmt::format(
-      "SELECT LoanAmt,LoanBal,LoanAmt2,TopUpAmt,PayOutAmt,SalesmanComm,SalesmanID FROM LoanMast "
-      "WHERE LoanID={}",
-      QuoteStr(loaded_id_)));
-  // A loan that is gone is told by the write itself.
-  if (stored.Eof() || ReadLoanFigures(stored) == OldValues) return;
-  throw std::runtime_error(
-      session().In({fmt::format("Loan {} was changed meanwhile, Please load it again", loaded_id_),
-                    fmt::format("贷款 {} 已被更改，请重新载入", loaded_id_)}));
 }
 
 LoanFigures NewLoanFrm::Figures() const {
@@ -242,10 +230,10 @@ void NewLoanFrm::CloseOrOpen(bool close) {
   try {
     const Hourglass busy(desk());
     if (close) {
-      CloseLoan(main(), key, OldValues);
+      CloseLoan(session(), key, OldValues);
       LoanBal.SetText("0");
     } else {
-      LoanBal.SetText(ShowMoney(OpenLoan(main(), key, OldValues)));
+      LoanBal.SetText(ShowMoney(OpenLoan(session(), key, OldValues)));
     }
   } catch (const std::exception& failure) {
     TellRolledBack(failure,
@@ -279,8 +267,7 @@ void NewLoanFrm::Delete() {
     DeleteLoan(session(), {id, CustID.text()}, OldValues, payments, CompCode.text(),
                TrxDate.text());
   } catch (const std::exception& failure) {
-    TellRolledBack(failure, {fmt::format("an error occur during deleting loan\n{}", failure.what()),
-                             fmt::format("删除贷款时发生错误\n{}", failure.what())});
+    TellRolledBack(failure, {"an error occur during deleting loan", "删除贷款时发生错误"});
     return;
   }
   Tell(MessageKind::information,
@@ -292,7 +279,13 @@ void NewLoanFrm::Delete() {
 
 void NewLoanFrm::TellRolledBack(const std::exception& failure, const Caption& text) {
   LogRollback(session(), LoanMode, failure);
-  Tell(MessageKind::critical, Failed(text, failure));
+  Caption told = Failed(text, failure);
+  // A refusal of our own says what to do; the database's words do not.
+  if (dynamic_cast<const SqlError*>(&failure) == nullptr) {
+    for (std::string* words : {&told.english, &told.chinese})
+      *words += fmt::format("\n{}", failure.what());
+  }
+  Tell(MessageKind::critical, told);
 }
 
 }  // namespace kaunter

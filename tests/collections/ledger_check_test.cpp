@@ -49,7 +49,7 @@ TEST_F(LedgerCheckTest, SoundLoans) {
   MakeLoan("C", LoanScheme::kPersonal, "600", "6");
   Pay("C-001", "C", "2024-02-05", "30");
   ASSERT_TRUE(RebuildLoan(main(), "C").done);
-  CloseLoan(main(), {"C", "HQ0001"}, Figures("C"));
+  CloseLoan(office.session, {"C", "HQ0001"}, Figures("C"));
   for (const char* loan : {"P", "F", "N", "M", "C", "none"}) {
     EXPECT_EQ(Told(CheckLoan(main(), loan)), "") << loan;
   }

@@ -78,11 +78,11 @@ TEST_F(LoanLifecycleTest, EachStatementThatFailsLeavesNoTrace) {
       }
     };
   };
-  // The figures, begin, the row, two statements each for customer and salesman of both steps,
-  // commit.
-  EXPECT_EQ(FailEverywhere(attempt([this] { CloseLoan(main(), kKey, Figures(kId)); })), 12);
+  // The figures, begin, whether they still hold, the row, two statements each for customer and
+  // salesman of both steps, commit.
+  EXPECT_EQ(FailEverywhere(attempt([this] { CloseLoan(office.session, kKey, Figures(kId)); })), 13);
   EXPECT_EQ(Standing(), "CLOSED 0 1100\n");
-  EXPECT_GE(FailEverywhere(attempt([this] { OpenLoan(main(), kKey, Figures(kId)); })), 12);
+  EXPECT_GE(FailEverywhere(attempt([this] { OpenLoan(office.session, kKey, Figures(kId)); })), 12);
   EXPECT_EQ(Standing(), "ACTIVE 1100 0\n");
   EXPECT_GE(FailEverywhere(attempt(
                 [this] { DeleteLoan(office.session, kKey, Figures(kId), 1, "HQ", "05-01-2024"); })),
@@ -93,8 +93,8 @@ TEST_F(LoanLifecycleTest, EachStatementThatFailsLeavesNoTrace) {
 TEST_F(LoanLifecycleTest, ALoanChangedByAnotherDesktopIsRefused) {
   const LoanFigures old = Figures(kId);
   const std::string before = Stored();
-  EXPECT_THROW(CloseLoan(main(), {"HQ0001-009", "HQ0001"}, old), SqlError);
-  EXPECT_THROW(OpenLoan(main(), {"HQ0001-009", "HQ0001"}, old), SqlError);
+  EXPECT_THROW(CloseLoan(office.session, {"HQ0001-009", "HQ0001"}, old), SqlError);
+  EXPECT_THROW(OpenLoan(office.session, {"HQ0001-009", "HQ0001"}, old), SqlError);
   EXPECT_THROW(DeleteLoan(office.session, {"HQ0001-009", "HQ0001"}, old, 0, "HQ", ""), SqlError);
   EXPECT_EQ(Stored(), before);
   // A payment taken since the person was asked.
@@ -102,6 +102,13 @@ TEST_F(LoanLifecycleTest, ALoanChangedByAnotherDesktopIsRefused) {
   EXPECT_THROW(DeleteLoan(office.session, kKey, old, 0, "HQ", ""), std::runtime_error);
   EXPECT_EQ(CountRows(*this, kId), "1 10 1 0 10 0 0 0 0 1");
   EXPECT_FALSE(main().InTransaction());
+  // Closed, and opened back, a second time: the balance would be gone.
+  CloseLoan(office.session, kKey, old);
+  EXPECT_THROW(CloseLoan(office.session, kKey, old), std::runtime_error);
+  const LoanFigures closed = Figures(kId);
+  OpenLoan(office.session, kKey, closed);
+  EXPECT_THROW(OpenLoan(office.session, kKey, closed), std::runtime_error);
+  EXPECT_EQ(Standing(), "ACTIVE 1100 0\n");
 }
 
 TEST_F(LoanLifecycleTest, TheDeleteIsAuditedWithTheValuesItHad) {
@@ -126,7 +133,7 @@ TEST_F(LoanLifecycleTest, CustomersAndSalesmenWhoAreGoneArePassedOver) {
   LoanFigures figures = Figures(kId);
   ReverseLoanTotals(main(), kKey.CustID, figures);
   AddLoanTotals(main(), kKey.CustID, figures);
-  CloseLoan(main(), kKey, figures);
+  CloseLoan(office.session, kKey, figures);
   EXPECT_EQ(Standing(), "CLOSED 0 1100\n");
   // Totals that were never set count as nothing.
   office.Run("INSERT INTO CustMast (CustID,TotLoan,TotLoanBal) VALUES ('HQ0001',null,null)");
