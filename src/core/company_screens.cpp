@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "core/picker.h"
+#include "core/picture_file.h"
 #include "core/values.h"
 
 namespace kaunter {
@@ -11,12 +12,10 @@ namespace {
 const Caption kSaveQuestion{"Confirm to save record ?", "确定储存资料？"};
 
 // One beside the program is kept by its short name: other PCs may have their program elsewhere.
-void OfferPicture(const Session& session, TextBox& box) {
+void OfferPicture(Session& session, TextBox& box) {
   box.picker = "file";
   box.onSearch = [&session, &box] {
-    const Screen& screen = box.screen();
-    std::string file = screen.desk().PickFile(screen.title().In(screen.chinese()), session.AppPath,
-                                              "Pictures (*.png *.jpg *.jpeg *.bmp)");
+    std::string file = ChoosePicture(session, box);
     if (file.starts_with(session.AppPath + "/")) file.erase(0, session.AppPath.size() + 1);
     if (!file.empty()) box.SetText(file);
   };

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 
 #include "core/session.h"
@@ -37,6 +38,16 @@ std::string KeepFile(const Session& session, std::string_view folder, const std:
   // The row that names it may be on the disk a moment later; it must not name half a paper.
   SyncFile(kept);
   return name;
+}
+
+std::optional<Caption> WhyNotOpened(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::exists(std::filesystem::path(path).parent_path(), error)) {
+    return Caption{"Path not found", "找不到文件夹"};
+  }
+  if (!std::filesystem::exists(path, error)) return Caption{"File not found", "找不到文件"};
+  if (!std::ifstream(path)) return Caption{"Access denied", "无权打开文件"};
+  return std::nullopt;
 }
 
 }  // namespace kaunter

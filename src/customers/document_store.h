@@ -1,8 +1,11 @@
 // Where the files of a customer lie: photos and scanned documents, in the Photo folder of this PC.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "screen/caption.h"
 
 namespace kaunter {
 
@@ -15,5 +18,7 @@ std::string KeepFile(const Session& session, std::string_view folder, const std:
                      std::string_view new_stem);
 // Full path of a kept file.
 std::string KeptPath(const Session& session, std::string_view folder, std::string_view file);
+// Why a kept file cannot be handed to the program that shows it; nothing when it can.
+std::optional<Caption> WhyNotOpened(const std::string& path);
 
 }  // namespace kaunter

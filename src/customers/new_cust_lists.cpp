@@ -7,6 +7,7 @@
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/picker.h"
+#include "core/picture_file.h"
 #include "core/sequences.h"
 #include "core/telling.h"
 #include "core/values.h"
@@ -174,7 +175,14 @@ void NewCustFrm::OpenDocument() {
   const int row = DocDG.current_row();
   if (row < 0) return;
   const std::string& number = DocDG.Cell(row, 0);
-  desk().Open(KeptPath(session(), number.substr(0, number.find('#')), DocDG.Cell(row, 2)));
+  const std::string path =
+      KeptPath(session(), number.substr(0, number.find('#')), DocDG.Cell(row, 2));
+  if (const auto refusal = WhyNotOpened(path)) {
+    desk().Message(MessageKind::critical, session().In({"Open Documents", "打开文件"}),
+                   fmt::format("{}\n{}", session().In(*refusal), path));
+    return;
+  }
+  desk().Open(path);
 }
 
 void NewCustFrm::LoadCheckList(const std::string& id) {
@@ -256,8 +264,7 @@ void NewCustFrm::ChoosePhoto(TextBox& box, int number) {
                  "上载照片前请先储存顾客资料"});
     return;
   }
-  const std::string file = desk().PickFile(title().In(chinese()), session().AppPath,
-                                           "Pictures (*.jpg *.jpeg *.gif *.bmp *.png)");
+  const std::string file = ChoosePicture(session(), box);
   if (file.empty()) return;
   const std::string name = KeepFile(session(), loaded_id_, file, fmt::format("pic{}", number));
   ExecuteOnRow(main(),

@@ -10,6 +10,7 @@
 #include "core/company_access.h"
 #include "core/identity.h"
 #include "core/picker.h"
+#include "core/picture_file.h"
 #include "core/values.h"
 #include "customers/credit_limit.h"
 #include "customers/document_store.h"
@@ -184,14 +185,9 @@ void NewLoanFrm::TakeGuarantor(GuarantorBoxes& boxes) {
 
 // The file is kept when the loan is saved.
 void NewLoanFrm::ChoosePhoto(GuarantorBoxes& boxes) {
-  const std::string file = desk().PickFile(title().In(chinese()), session().AppPath,
-                                           "Pictures (*.jpg *.jpeg *.gif *.bmp *.png)");
+  const std::string file = ChoosePicture(session(), boxes.Pic);
   if (file.empty()) return;
   const std::string ending = std::filesystem::path(file).extension().string();
-  if (ending.size() < 2) {
-    Refuse(boxes.Pic, {"Invalid filename", "文件名无效"});
-    return;
-  }
   pending_photos_[boxes.index] = file;
   boxes.Pic.SetText(fmt::format("guarantor{}{}", boxes.index, ending));
   ShowPhotos();

@@ -154,6 +154,38 @@ TEST_F(CustomerSave, ImportsFromALinkedDatabaseOnceOnly) {
             std::string::npos);
 }
 
+struct FileDesk : AgreeingDesk {
+  std::string PickFile(std::string_view, std::string_view, std::string_view) override {
+    return file;
+  }
+  std::string file;
+};
+
+TEST_F(CustomerSave, APhotoIsAPictureThatIsThere) {
+  office.session.PhotoPath = office.folder.File("Photo");
+  FileDesk choosing;
+  NewCustFrm screen(office.session, choosing);
+  screen.Load();
+  Fill(screen);
+  Save(screen);
+  const struct {
+    const char* file;
+    const char* told;
+  } choices[] = {{"letter.txt", "Invalid Picture Format"},
+                 {"gone.jpg", "Picture Path not found"},
+                 {"office.db/face.jpg", "Picture Path not found"},
+                 {"face.JPG", ""}};
+  for (const char* there : {"letter.txt", "face.JPG"}) std::ofstream(office.folder.File(there));
+  for (const auto& choice : choices) {
+    choosing.file = office.folder.File(choice.file);
+    choosing.messages.clear();
+    screen.Pic2.onSearch();
+    const std::string told = choosing.messages.empty() ? ": " : choosing.messages.back();
+    EXPECT_TRUE(told.ends_with(fmt::format(": {}", choice.told))) << choice.file << told;
+    EXPECT_EQ(office.Scalar("SELECT Pic2 FROM CustMast"), *choice.told ? "" : "pic2.JPG");
+  }
+}
+
 // A code of an older office may hold what parts folders.
 TEST(DocumentStore, AKeptFileStaysInItsFolderAndIsNotForEverybody) {
   Office office(Office::State::base);
@@ -164,6 +196,13 @@ TEST(DocumentStore, AKeptFileStaysInItsFolderAndIsNotForEverybody) {
   struct stat kept {};
   ASSERT_EQ(stat(KeptPath(office.session, "HQ0001", "A-B-..#D0001.JPG").c_str(), &kept), 0);
   EXPECT_EQ(kept.st_mode & 07777u, 0600u);
+  const auto why = [&](const char* folder, const char* file) {
+    const auto refusal = WhyNotOpened(KeptPath(office.session, folder, file));
+    return refusal ? refusal->english : "";
+  };
+  EXPECT_EQ(why("HQ0001", "A-B-..#D0001.JPG"), "");
+  EXPECT_EQ(why("HQ0001", "gone.pdf"), "File not found");
+  EXPECT_EQ(why("HQ0009", "gone.pdf"), "Path not found");
 }
 
 }  // namespace
