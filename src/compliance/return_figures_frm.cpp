@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <set>
+#include <sstream>
 #include <utility>
 
 #include "compliance/new_lampiran.h"
@@ -60,6 +62,23 @@ void ReturnFiguresFrm::Load() {
   DateFrom.SetText(fmt::format("01-01-{:04}", year));
   DateTo.SetText(fmt::format("31-12-{:04}", year));
   ForgetLoans();
+  if (!session().HandOverSelection.empty()) TakeHandOver();
+}
+
+void ReturnFiguresFrm::TakeHandOver() {
+  std::istringstream lines(std::exchange(session().HandOverSelection, {}));
+  std::string line;
+  const auto next = [&] { return std::getline(lines, line) ? line : std::string(); };
+  Return.SetIndex(CLng(next()));
+  DateFrom.SetText(next());
+  DateTo.SetText(next());
+  Check1.SetChecked(next() == "1");
+  std::set<std::string> companies;
+  while (!next().empty()) companies.insert(line);
+  for (int row = 0; !companies.empty() && row < CompDG.RowCount(); ++row) {
+    CompDG.SetTicked(row, companies.contains(CompDG.Cell(row, 0)));
+  }
+  ChooseReturn();
 }
 
 void ReturnFiguresFrm::Unload() { DropStagedRows(main(), ThisHost().name, kReturnLoansFile); }

@@ -1,6 +1,7 @@
 // ReturnFiguresFrm, "Return Figures": counts a return without storing it and opens, for each of its
 // figures, the loans that it was counted from. What no figure of a group takes is a line of its
-// own, so that nothing is missing from a return without being seen.
+// own, so that nothing is missing from a return without being seen. A caller may leave in
+// HandOverSelection, a line each: the number of the return, its dates, its tick, its companies.
 #pragma once
 
 #include <optional>
@@ -47,6 +48,7 @@ class ReturnFiguresFrm : public SessionScreen {
   void Unload() override;
 
  private:
+  void TakeHandOver();
   void Forget();
   void ForgetLoans();
   void ChooseReturn();

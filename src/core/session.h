@@ -92,7 +92,7 @@ class Session {
   std::string PickerExtra;
   std::string HandOverCustID;
   std::string HandOverLoanID;
-  std::string HandOverSelection;  // the SELECT whose rows a list screen shows
+  std::string HandOverSelection;  // what a list screen shows: a SELECT, or a line for each choice
   SettlementQuote HandOverQuote;
   DayRange HandOverDays;         // those whose rows a figure of the main window opens
   bool PaymentsChanged = false;  // a payment was saved or deleted: an open loan screen reloads

@@ -5,6 +5,7 @@
 #include "core/boxes.h"
 #include "core/log.h"
 #include "core/session_report.h"
+#include "core/telling.h"
 #include "core/values.h"
 #include "platform/host.h"
 #include "reporting/report_selection.h"
@@ -72,7 +73,9 @@ void LampiranB1::Retrieve() {
     }
   } catch (const SqlError& failure) {
     LogRollback(session(), "Lampiran B1", failure);
-    Tell(MessageKind::critical, {"an error occur during get loan list", "读取贷款列表时出现错误"});
+    Tell(MessageKind::critical,
+         Failed({"an error occur during get loan list", "读取贷款列表时出现错误"}, failure,
+                kNotRead));
     Forget();
     return;
   }

@@ -7,6 +7,7 @@
 #include "core/boxes.h"
 #include "core/picker.h"
 #include "core/report_path.h"
+#include "core/screen_rights.h"
 #include "core/values.h"
 #include "platform/host.h"
 
@@ -38,6 +39,7 @@ ReportFrm::ReportFrm(Session& session, Desk& desk)
   InAll.onClick = [this] { Move(true, true); };
   OutSingle.onClick = [this] { Move(false, false); };
   OutAll.onClick = [this] { Move(false, true); };
+  FiguresCmd.onClick = [this] { ShowFigures(); };
   SaveCmd.onClick = [this] { Print(); };
 }
 
@@ -56,6 +58,10 @@ void ReportFrm::Load() {
   OfferIds();
   OfferOptionBoxes();
   LoadLists();
+  FiguresCmd.SetVisible(false);
+  if (Is({"YearlyLoan.rpt", "NewLampiran.rpt"})) {
+    OfferShortcut(this->session(), FiguresCmd, "ReturnFiguresFrm", "");
+  }
   if (!session().HandOverLoanID.empty()) LockSelectedLoan(session().HandOverLoanID);
   FillDays(std::exchange(session().HandOverDays, {}));
 }

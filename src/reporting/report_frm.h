@@ -40,6 +40,8 @@ class ReportFrm : public SessionScreen {
   Button OutAll{*this, "OutAll", {"<< Remo&ve All", "<< 全部移出 (&V)"}};
   Grid List2{*this, "List2", {}, {{{"Selected", "已选"}}}};
   Label SelectedLbl{*this, "SelectedLbl"};  // what is chosen in all lists
+  Button FiguresCmd{
+      *this, "FiguresCmd", {"Fig&ures", "数字(&U)"}};  // of a return, with their loans
   Button SaveCmd{*this, "SaveCmd", {"&Print", "打印(&P)"}, ButtonRole::primary};
   Button CancelCmd{*this, "CancelCmd", {"&Close", "关闭(&C)"}, ButtonRole::cancel};
 
@@ -73,6 +75,7 @@ class ReportFrm : public SessionScreen {
   bool IdsAreGood();
   bool CompanyIsChosen();
   bool BuildFormula();
+  void ShowFigures();
   ReturnPeriod PeriodOfReturn() const;
   bool MakeYearly();
   bool MakeLampiran();

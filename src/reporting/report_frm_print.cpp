@@ -125,6 +125,19 @@ ReturnPeriod ReportFrm::PeriodOfReturn() const {
           *DateTime::FromDisplay(DateTo.text())};
 }
 
+// With what stands here: the return, its dates and its tick, then the companies, a line each.
+void ReportFrm::ShowFigures() {
+  std::string chosen = fmt::format("{}\n{}\n{}\n{}", Is({"YearlyLoan.rpt"}) ? 0 : 1,
+                                   DateFrom.text(), DateTo.text(), Check1.Text());
+  const StagedRun run = Run();
+  if (const StagedFilter* companies = PickedList(run.filters, "CompCode")) {
+    for (const std::string& company : companies->values) chosen += "\n" + company;
+  }
+  session().HandOverSelection = std::move(chosen);
+  desk().Show("ReturnFiguresFrm");
+  session().HandOverSelection.clear();
+}
+
 bool ReportFrm::MakeYearly() {
   const YearlyRequest request{PeriodOfReturn(), Check1.checked(), ReadSetting(main(), "2E") == "1"};
   job_.SelectionFormula = YearlyFormula(request);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <map>
 #include <random>
 #include <set>
@@ -233,6 +234,19 @@ TEST(Returns, EveryYearlyFigureIsThatOfAPlainCountAndOfItsList) {
   }
 }
 
+TEST(Returns, TheBookTellsOfEachPlace) {
+  std::ifstream file(test::SourceDir() + "/docs/returns.md");
+  std::multiset<std::string> told;
+  std::multiset<std::string> counted;
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with("| `")) told.insert(line.substr(3, line.find('`', 3) - 3));
+  }
+  for (const YearlyFigure& figure : YearlyFigures()) {
+    if (!figure.place.empty()) counted.emplace(figure.place);
+  }
+  EXPECT_EQ(told, counted);
+}
+
 // A negative income keeps the band of the loan before it; the first one is in band 1.
 TEST(Returns, NewLampiranIsThatOfAPlainWalk) {
   ReturnOffice o(2);
@@ -320,6 +334,12 @@ TEST(Returns, TheYearlyRowIsWhollyNewOrAsItWasAndItsPaperIsOfItsCompanies) {
     EXPECT_EQ(o.office.Lines("SELECT * FROM YearlyLoanMast", "|"), row) << at;
   }
   EXPECT_NE(o.office.Lines("SELECT * FROM YearlyLoanMast", "|"), row);
+  const YearlyRequest asked{{{"HQ"}, {2024, 1, 1}, {2024, 1, 31}}};
+  int steps = 0;
+  const auto stop = [&](int done, int) { return ++steps, done < 7; };
+  EXPECT_TRUE(CountYearly(o.office.session.Main(), asked, false, stop).empty());
+  EXPECT_EQ(steps, 8);
+  EXPECT_FALSE(o.office.session.Main().InTransaction());
 }
 
 TEST(Returns, TheOtherPapersAddUp) {

@@ -18,7 +18,7 @@ Layout ReportFrmLayout() {
                    {4, 1, 4}),
             Fields(1, {"SelectedLbl"})},
            {0, 0, 0, 0, 0, 1, 0}),
-      {"SaveCmd", "CancelCmd"}};
+      {"FiguresCmd", "SaveCmd", "CancelCmd"}};
 }
 
 // The loan above, its documents below, where they go at the foot.
