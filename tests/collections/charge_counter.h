@@ -48,11 +48,6 @@ class ChargeCounter : public ::testing::Test, protected LoanOffice {
     office.session.MsgTitle = "Title";
   }
 
-  static void Put(TextBox& box, const std::string& text) {
-    box.Enter();
-    ASSERT_TRUE(box.Type(text)) << box.name();
-    box.Leave();
-  }
   std::string LastMessage() { return counter.messages.empty() ? "" : counter.messages.back(); }
   std::string LastQuestion() { return counter.questions.empty() ? "" : counter.questions.back(); }
   std::function<void()> Click(Screen& screen, Button& button) {

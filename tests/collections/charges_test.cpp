@@ -23,11 +23,6 @@ class ChargesTest : public ChargeCounter {
     screen->Load();
     return screen;
   }
-  static std::string Column(const Grid& grid, int column) {
-    std::string text;
-    for (int row = 0; row < grid.RowCount(); ++row) text += grid.Cell(row, column) + " ";
-    return text;
-  }
   std::string Stored() {
     return Lines("SELECT ChargeAmt,OrgAmt FROM ChargeMast ORDER BY ChargeID");
   }
@@ -50,23 +45,19 @@ TEST_F(ChargesTest, TheListShowsWhatTheCallerSelected) {
 
 TEST_F(ChargesTest, AMonthHoldsItsFirstAndItsLastDayAndNothingElse) {
   office.session.HandOverLoanID = kLoan;
-  struct Case {
-    const char* month;
-    int level;
-    const char* days;
-  };
-  for (const Case& one : std::initializer_list<Case>{{"02-2024", 4, "B1 B2 "},
-                                                     {"03-2024", 4, "B3 "},
-                                                     {"12-2023", 4, ""},
-                                                     {"", 4, ""},
-                                                     {"02-2024", 3, ""}}) {
-    office.session.CallerTag = one.month;
-    office.session.CurrentLevel = one.level;
-    office.session.CurrentCompCode = one.level == 4 ? "HQ" : "AB";
+  for (const auto& [month, level, days] :
+       std::initializer_list<std::tuple<const char*, int, const char*>>{{"02-2024", 4, "B1 B2 "},
+                                                                        {"03-2024", 4, "B3 "},
+                                                                        {"12-2023", 4, ""},
+                                                                        {"", 4, ""},
+                                                                        {"02-2024", 3, ""}}) {
+    office.session.CallerTag = month;
+    office.session.CurrentLevel = level;
+    office.session.CurrentCompCode = level == 4 ? "HQ" : "AB";
     LoanLateChargefrm list(office.session, counter);
     list.Load();
     EXPECT_EQ(list.title().english, "Late Charge - HQ0001-001");
-    EXPECT_EQ(Column(list.DG, 0), one.days) << one.month;
+    EXPECT_EQ(Column(list.DG, 0), days) << month;
   }
 }
 
@@ -109,29 +100,22 @@ TEST_F(ChargesTest, WhatIsNoAmountGoesBackToWhatStoodThere) {
 }
 
 TEST_F(ChargesTest, RetrievalByDateAsksForBothDatesAndTheLoan) {
-  struct Case {
-    const char* from;
-    const char* to;
-    const char* loan;
-    const char* told;
-    const char* rows;
-  };
-  for (const Case& one : std::initializer_list<Case>{
-           {"", "", "", "Title: Date From is require", ""},
-           {"30-02-2024", "", "", "Title: Invalid Date", ""},
-           {"01-02-2024", "", "", "Title: Date To is require", ""},
-           {"01-02-2024", "x", "", "Title: Invalid Date", ""},
-           {"01-02-2024", "29-02-2024", "", "Title: Loan ID is required", ""},
-           {"01-02-2024", "29-02-2024", "X", "Title: Loan ID X not found", ""},
-           {"02-02-2024", "29-02-2024", "HQ0001-001", "", "B2 "}}) {
+  for (const auto& [from, to, loan, told, rows] :
+       TextRows<5>{{"", "", "", "Title: Date From is require", ""},
+                   {"30-02-2024", "", "", "Title: Invalid Date", ""},
+                   {"01-02-2024", "", "", "Title: Date To is require", ""},
+                   {"01-02-2024", "x", "", "Title: Invalid Date", ""},
+                   {"01-02-2024", "29-02-2024", "", "Title: Loan ID is required", ""},
+                   {"01-02-2024", "29-02-2024", "X", "Title: Loan ID X not found", ""},
+                   {"02-02-2024", "29-02-2024", "HQ0001-001", "", "B2 "}}) {
     auto screen = Link();
     counter.messages.clear();
-    screen->DateFrom.SetText(one.from);
-    screen->DateTo.SetText(one.to);
-    screen->LoanID.SetText(one.loan);
+    screen->DateFrom.SetText(from);
+    screen->DateTo.SetText(to);
+    screen->LoanID.SetText(loan);
     screen->Command1.Click();
-    EXPECT_EQ(LastMessage(), one.told);
-    EXPECT_EQ(Column(screen->DG, 0), one.rows);
+    EXPECT_EQ(LastMessage(), told);
+    EXPECT_EQ(Column(screen->DG, 0), rows);
   }
   // Another company's loan is not there; a refused question retrieves nothing and is not repeated.
   office.session.CurrentLevel = 3;
@@ -175,21 +159,16 @@ TEST_F(ChargesTest, AFailedUpdateChangesNothing) {
 
 TEST_F(ChargesTest, PaymentsEnteredAfterTheyFellDue) {
   office.Run("UPDATE LoanMast SET OldLoanCode='A7',Memo5='Lot 9' WHERE LoanID='HQ0001-001'");
-  struct Case {
-    const char* id;
-    const char* created;
-    const char* due;
-  };
-  for (const Case& one : std::initializer_list<Case>{
-           {"P1", "2024-02-05 23:59:59", "2024-01-31"},     // on the last day
-           {"P2", "2024-02-06", "2024-01-31"},              // a day later
-           {"P3", "2024-02-01 00:00:00", "2024-02-01"},     // on the very day
-           {"P4", "2024-01-31 23:59:59", "2024-01-30"}}) {  // before the first day
+  for (const auto& [id, created, due] :
+       TextRows<3>{{"P1", "2024-02-05 23:59:59", "2024-01-31"},     // on the last day
+                   {"P2", "2024-02-06", "2024-01-31"},              // a day later
+                   {"P3", "2024-02-01 00:00:00", "2024-02-01"},     // on the very day
+                   {"P4", "2024-01-31 23:59:59", "2024-01-30"}}) {  // before the first day
     office.Run(fmt::format(
         "INSERT INTO PaymentMast (PayID,LoanID,CustID,CompCode,PayDate,PayAmt,IntAmt,DiscAmt,"
         "DateCreated,LastDueDate) VALUES ('{}','HQ0001-001','HQ0001','HQ','2024-01-30',100,2.5,1,"
         "'{}','{}')",
-        one.id, one.created, one.due));
+        id, created, due));
   }
   auto screen = Link();
   screen->DateFrom.SetText("01-02-2024");

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "gtest/gtest.h"
-#include "tests/core/office.h"
+#include "tests/loans/loan_office.h"
 
 namespace kaunter {
 namespace {
@@ -19,25 +19,15 @@ constexpr const char* kLoan =
     "INSERT INTO SchMast (SchID,LoanID,CustID,DueDate,PayableAmt,Payment) VALUES "
     "(1,'L1','C1','2024-01-31',1000,0)";
 
-std::string Lines(Connection& main, const std::string& sql) {
-  std::string text;
-  const Recordset rows = main.Query(sql);
-  for (const auto& row : rows.rows()) {
-    for (const Value& field : row) text += (&field == &row.front() ? "" : " ") + field.ToText();
-    text += "\n";
-  }
-  return text;
-}
-
 std::string Charges(Connection& main) {
-  return Lines(main, "SELECT ChargeID,ChargeAmt FROM ChargeMast ORDER BY ChargeID");
+  return PlainLines(main, "SELECT ChargeID,ChargeAmt FROM ChargeMast ORDER BY ChargeID");
 }
 
 // What the batch must leave the same however often it was disturbed.
 std::string State(Connection& main) {
   return Charges(main) +
-         Lines(main, "SELECT LoanID,TotCollectorAmt,TotInt FROM LoanMast ORDER BY LoanID") +
-         Lines(main, "SELECT Value FROM Systemast WHERE Param='DailyBatchDate'");
+         PlainLines(main, "SELECT LoanID,TotCollectorAmt,TotInt FROM LoanMast ORDER BY LoanID") +
+         PlainLines(main, "SELECT Value FROM Systemast WHERE Param='DailyBatchDate'");
 }
 
 BatchOutcome Post(Connection& main, const DateTime& date) {
@@ -71,11 +61,7 @@ class DailyBatchTest : public ::testing::Test {
 TEST_F(DailyBatchTest, WhichRowsTakeACharge) {
   const std::string charged = "L1-1-B20240131 0.49\n";
   const std::string none;
-  const struct {
-    const char* what;
-    const char* change;
-    std::string charges;
-  } cases[] = {
+  const std::tuple<const char*, const char*, std::string> cases[] = {
       {"due on the day", "", charged},
       {"due tomorrow", "UPDATE SchMast SET DueDate='2024-02-01'", none},
       {"the last day of grace", "UPDATE LoanMast SET OfferDays=1", none},
@@ -106,13 +92,13 @@ TEST_F(DailyBatchTest, WhichRowsTakeACharge) {
       {"past the term with nothing owed",
        "UPDATE LoanMast SET EndTermIntDate='2024-01-01',LoanBal=0", none},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
+  for (const auto& [what, change, charges] : cases) {
+    SCOPED_TRACE(what);
     office.Run("DELETE FROM LoanMast;DELETE FROM SchMast;DELETE FROM ChargeMast");
     office.Run(kLoan);
-    if (*c.change != '\0') office.Run(c.change);
+    if (*change != '\0') office.Run(change);
     Post(main(), kToday);
-    EXPECT_EQ(Charges(main()), c.charges);
+    EXPECT_EQ(Charges(main()), charges);
   }
 }
 
@@ -128,12 +114,12 @@ TEST_F(DailyBatchTest, TheColumnsOfAChargeAndTheTotalsOfTheLoan) {
   const BatchOutcome outcome = Post(main(), kToday);
   EXPECT_EQ(outcome.posted, 1);
   EXPECT_EQ(outcome.amount.ToText(), "0.38");  // 750 x 0.1825 / 365 = 0.375, the even side
-  EXPECT_EQ(Lines(main(),
-                  "SELECT ChargeID,TrxDate,BatchDate,LoanID,CustID,CompCode,DueDate,LateAmt,"
-                  "LateInt,ChargeAmt,OrgAmt,UserID,PType FROM ChargeMast WHERE PType='Batch'"),
+  EXPECT_EQ(PlainLines(main(),
+                       "SELECT ChargeID,TrxDate,BatchDate,LoanID,CustID,CompCode,DueDate,LateAmt,"
+                       "LateInt,ChargeAmt,OrgAmt,UserID,PType FROM ChargeMast WHERE PType='Batch'"),
             "L1-1-B20240131 2024-01-31 2024-01-31 L1 C1 AB 2024-01-20 750 18.25 0.38 0 DailyBatch "
             "Batch\n");
-  EXPECT_EQ(Lines(main(), "SELECT TotCollectorAmt,TotInt FROM LoanMast"), "10.38 -4\n");
+  EXPECT_EQ(PlainLines(main(), "SELECT TotCollectorAmt,TotInt FROM LoanMast"), "10.38 -4\n");
 }
 
 // Raised with each charge, and summed anew at the end of a run, which mends what another program
@@ -180,7 +166,7 @@ TEST_F(DailyBatchTest, TheTotalOfALoanThatWasChargedIsSummedAnew) {
     if (*c.change != '\0') office.Run(c.change);
     office.Run("DELETE FROM Systemast WHERE Param='DailyBatchDate'");
     Post(main(), c.day);
-    EXPECT_EQ(Lines(main(), "SELECT TotCollectorAmt,TotInt FROM LoanMast"), c.totals);
+    EXPECT_EQ(PlainLines(main(), "SELECT TotCollectorAmt,TotInt FROM LoanMast"), c.totals);
   }
 }
 
@@ -252,7 +238,7 @@ TEST_F(DailyBatchTest, ALoanIsNeverPartedAndEachHasItsTotal) {
     main().CommitTrans();
   }
   EXPECT_EQ(Post(main(), kToday).posted, 2100);
-  EXPECT_EQ(Lines(main(), "SELECT LoanID,TotCollectorAmt FROM LoanMast ORDER BY LoanID"),
+  EXPECT_EQ(PlainLines(main(), "SELECT LoanID,TotCollectorAmt FROM LoanMast ORDER BY LoanID"),
             "A 343\nb 343\nC 343\n");
 }
 

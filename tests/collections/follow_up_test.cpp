@@ -41,12 +41,6 @@ class ArrearsDesk : public AgreeingDesk {
   std::function<void()> after_print;
 };
 
-void Put(TextBox& box, const std::string& text) {
-  box.Enter();
-  box.Type(text);
-  box.Leave();
-}
-
 class ArrearsTest : public ::testing::Test, protected LoanOffice {
  protected:
   ArrearsTest() {
@@ -89,11 +83,6 @@ class ArrearsTest : public ::testing::Test, protected LoanOffice {
     return Scalar("SELECT NextCall FROM LoanMast WHERE LoanID='HQ0001-001'");
   }
   std::string Calls() { return Scalar("SELECT COUNT(*) FROM FollowUpMast"); }
-  static std::string Column(const Grid& grid, int column) {
-    std::string all;
-    for (int row = 0; row < grid.RowCount(); ++row) all += grid.Cell(row, column) + " ";
-    return all;
-  }
 
   ArrearsDesk counter;
 };
@@ -104,16 +93,9 @@ TEST_F(ArrearsTest, WhatIsMissingIsToldInItsOrder) {
   office.Run(
       "INSERT INTO FollowUpMast (HisDate,HisTime,LoanID,HisStatus,HisRemarks,UserID) VALUES "
       "('2024-01-02','09:00:00','HQ0001-001','PROMISE','','BOB')");
-  struct Case {
-    bool history;
-    const char* loan;
-    const char* status;
-    const char* next_call;
-    const char* remarks;
-    const char* told;
-  };
   // Each row breaks its own check and all that come after it.
-  for (const Case& one : std::initializer_list<Case>{
+  for (const auto& [history, loan, status, next_call, remarks, told] : std::initializer_list<
+           std::tuple<bool, const char*, const char*, const char*, const char*, const char*>>{
            {true, "", "", "", "", "History data are not allow to change"},
            {false, "", "", "", "", "Loan ID is require"},
            {false, "NOLOAN", "", "", "", "Invalid Loan Code NOLOAN"},
@@ -122,16 +104,16 @@ TEST_F(ArrearsTest, WhatIsMissingIsToldInItsOrder) {
            {false, "HQ0001-001", "PROMISE", "31-02-2024", "", "Next call is require"},
            {false, "HQ0001-001", "PROMISE", "05-02-2024", "  ", "Remarks is require"}}) {
     auto screen = FollowUp();
-    if (one.history) screen->FollowUpDG.Open(0, 0);
-    screen->HisLoanID.SetText(one.loan);
-    screen->HisStatus.SetText(one.status);
-    screen->NextCall.SetText(one.next_call);
-    screen->HisRemarks.SetText(one.remarks);
+    if (history) screen->FollowUpDG.Open(0, 0);
+    screen->HisLoanID.SetText(loan);
+    screen->HisStatus.SetText(status);
+    screen->NextCall.SetText(next_call);
+    screen->HisRemarks.SetText(remarks);
     counter.questions.clear();
     screen->SaveCmd.Click();
-    EXPECT_EQ(LastMessage(), "Follow Up: " + std::string(one.told));
+    EXPECT_EQ(LastMessage(), "Follow Up: " + std::string(told));
     EXPECT_TRUE(counter.questions.empty());
-    EXPECT_EQ(screen->HisRemarks.text(), one.remarks);
+    EXPECT_EQ(screen->HisRemarks.text(), remarks);
   }
   EXPECT_EQ(Calls(), "1");
   EXPECT_EQ(NextCallOfLoan(), "");
@@ -307,15 +289,8 @@ TEST_F(DueDateTest, OnlyWhatIsFilledNarrowsTheList) {
   office.Run(
       "INSERT INTO SchMast (LoanID,SchID,CustID,DueDate,PayableAmt,Payment) VALUES "
       "('A1',2,'C-A1','2024-01-15',100,100),('A1',3,'C-A1','2024-02-15',100,99.99)");
-  struct Case {
-    int level;
-    const char* from;
-    const char* to;
-    const char* customer;
-    const char* loan;
-    const char* dates;
-  };
-  for (const Case& one : std::initializer_list<Case>{
+  for (const auto& [level, from, to, customer, loan, dates] : std::initializer_list<
+           std::tuple<int, const char*, const char*, const char*, const char*, const char*>>{
            {4, "", "", "", "", ""},
            {3, "", "", "", "", ""},
            {4, "01-01-2000", "", "", "", "15-02-2024 10-02-2024 20-01-2024 10-01-2024 "},
@@ -327,15 +302,15 @@ TEST_F(DueDateTest, OnlyWhatIsFilledNarrowsTheList) {
            {4, "", "", "C-A1", "A2", ""},
            // Below level 4 the home company alone, whatever else is allowed.
            {3, "", "31-01-2024", "", "", "10-01-2024 "}}) {
-    office.session.CurrentLevel = one.level;
+    office.session.CurrentLevel = level;
     office.session.AllowedCompanies = "\"HQ\",\"AB\"";
     screen.CmdClear.Click();
-    Put(screen.DateFrom, one.from);
-    Put(screen.DateTo, one.to);
-    Put(screen.CustID, one.customer);
-    Put(screen.LoanID, one.loan);
+    Put(screen.DateFrom, from);
+    Put(screen.DateTo, to);
+    Put(screen.CustID, customer);
+    Put(screen.LoanID, loan);
     screen.SearchCmd.Click();
-    EXPECT_EQ(Column(screen.DG, 0), one.dates) << one.from << one.to << one.customer << one.loan;
+    EXPECT_EQ(Column(screen.DG, 0), dates) << from << to << customer << loan;
     EXPECT_EQ(screen.StatusLBL.Text(), fmt::format("{} record(s) found", screen.DG.RowCount()));
   }
   EXPECT_TRUE(counter.messages.empty());
@@ -354,29 +329,23 @@ TEST_F(DueDateTest, OnlyWhatIsFilledNarrowsTheList) {
 }
 
 TEST_F(DueDateTest, AKeyIsTypedInThreeWays) {
-  struct Case {
-    const char* typed;
-    const char* loan;
-    const char* customer;
-  };
-  for (const Case& one : std::initializer_list<Case>{{"A1", "A1", ""},
-                                                     {"O-A2", "A2", "C-A2"},
-                                                     {"IC-A1", "A1", "C-A1"},
-                                                     {"C-A1", "", "C-A1"},
-                                                     {"O'Brien", "", ""}}) {
+  for (const auto& [typed, loan, customer] : TextRows<3>{{"A1", "A1", ""},
+                                                         {"O-A2", "A2", "C-A2"},
+                                                         {"IC-A1", "A1", "C-A1"},
+                                                         {"C-A1", "", "C-A1"},
+                                                         {"O'Brien", "", ""}}) {
     screen.CmdClear.Click();
     counter.messages.clear();
-    Put(screen.LoanID, one.typed);
-    EXPECT_EQ(screen.LoanID.text(), *one.loan ? one.loan : one.typed);
+    Put(screen.LoanID, typed);
+    EXPECT_EQ(screen.LoanID.text(), *loan ? loan : typed);
     EXPECT_EQ(LastMessage(),
-              *one.loan ? "" : fmt::format("Due Date Inquiry: Loan ID {} not found", one.typed));
+              *loan ? "" : fmt::format("Due Date Inquiry: Loan ID {} not found", typed));
     screen.CmdClear.Click();
     counter.messages.clear();
-    Put(screen.CustID, one.typed);
-    EXPECT_EQ(screen.CustID.text(), *one.customer ? one.customer : one.typed);
-    EXPECT_EQ(
-        LastMessage(),
-        *one.customer ? "" : fmt::format("Due Date Inquiry: Customer ID {} not found", one.typed));
+    Put(screen.CustID, typed);
+    EXPECT_EQ(screen.CustID.text(), *customer ? customer : typed);
+    EXPECT_EQ(LastMessage(),
+              *customer ? "" : fmt::format("Due Date Inquiry: Customer ID {} not found", typed));
   }
   // What was refused does not widen the list to everything that is due.
   Put(screen.DateFrom, "01-01-2000");

@@ -44,37 +44,29 @@ class InvoiceTest : public ChargeCounter {
 TEST_F(InvoiceTest, ChecksOfANewChargeComeInTheirOrder) {
   TurnLinkOn();
   counter.refused = "Link Account not complete setup\nDo you want to setup now ?";
-  struct Case {
-    const char* id;
-    const char* date;
-    const char* amount;
-    const char* text;
-    const char* loan;
-    const char* told;
-  };
-  for (const Case& one : std::initializer_list<Case>{
-           {"INV9", "", "", "", "", "Title: Invoice not found"},
-           {"", "", "", "", "", "Title: Date is required"},
-           {"", "31-02-2024", "", "", "", "Title: Invalid Date"},
-           {"", "01-02-2024", "", "", "", "Title: Amount is required"},
-           {"", "01-02-2024", "0.004", "", "", "Title: Amount is required"},
-           {"", "01-02-2024", "5'; --", "", "", "Title: Invalid Amount"},
-           {"", "01-02-2024", "5", " ", "", "Title: Description is required"},
-           {"", "01-02-2024", "5", "a", "", "Title: Loan ID is required"},
-           {"", "01-02-2024", "5", "a", "X'1", "Title: Loan ID X'1 not found"},
-           {"", "01-02-2024", "5", "a", "HQ0001-001", ""}}) {
+  for (const auto& [id, date, amount, text, loan, told] :
+       TextRows<6>{{"INV9", "", "", "", "", "Title: Invoice not found"},
+                   {"", "", "", "", "", "Title: Date is required"},
+                   {"", "31-02-2024", "", "", "", "Title: Invalid Date"},
+                   {"", "01-02-2024", "", "", "", "Title: Amount is required"},
+                   {"", "01-02-2024", "0.004", "", "", "Title: Amount is required"},
+                   {"", "01-02-2024", "5'; --", "", "", "Title: Invalid Amount"},
+                   {"", "01-02-2024", "5", " ", "", "Title: Description is required"},
+                   {"", "01-02-2024", "5", "a", "", "Title: Loan ID is required"},
+                   {"", "01-02-2024", "5", "a", "X'1", "Title: Loan ID X'1 not found"},
+                   {"", "01-02-2024", "5", "a", "HQ0001-001", ""}}) {
     auto screen = Open();
-    screen->ChargeID.SetText(one.id);
-    screen->TrxDate.SetText(one.date);
-    screen->ChargeAmt.SetText(one.amount);
-    screen->ChargeDesc.SetText(one.text);
-    screen->LoanID.SetText(one.loan);
+    screen->ChargeID.SetText(id);
+    screen->TrxDate.SetText(date);
+    screen->ChargeAmt.SetText(amount);
+    screen->ChargeDesc.SetText(text);
+    screen->LoanID.SetText(loan);
     counter.messages.clear();
     counter.questions.clear();
     screen->SaveCmd.Click();
-    EXPECT_EQ(LastMessage(), one.told);
-    EXPECT_EQ(screen->ChargeDesc.text(), one.text);
-    EXPECT_EQ(LastQuestion(), *one.told == '\0' ? counter.refused : "");
+    EXPECT_EQ(LastMessage(), told);
+    EXPECT_EQ(screen->ChargeDesc.text(), text);
+    EXPECT_EQ(LastQuestion(), *told == '\0' ? counter.refused : "");
   }
   EXPECT_TRUE(counter.shown.empty());
   office.Run("UPDATE LinkAccMast SET LinkAccCode='500-0000'");
@@ -159,32 +151,28 @@ TEST_F(InvoiceTest, TheLoansTotalsFollowEveryAct) {
 }
 
 TEST_F(InvoiceTest, WhatMayBeDoneDependsOnItsKind) {
-  struct Case {
-    const char* kind;
-    bool deleted;
-    bool saved;
-    bool printed;
-  };
-  for (const Case& one : std::initializer_list<Case>{{"Batch", true, true, true},
-                                                     {"Invoice", true, true, true},
-                                                     {"Credit Note", true, true, true},
-                                                     {"Batch Loan Interest", false, true, false},
-                                                     {"Batch Term End Interest", false, true, true},
-                                                     {"Payment", false, false, false}}) {
-    AddCharge("C1", one.kind, "2024-02-01", "5");
+  for (const auto& [kind, deleted, saved, printed] :
+       std::initializer_list<std::tuple<const char*, bool, bool, bool>>{
+           {"Batch", true, true, true},
+           {"Invoice", true, true, true},
+           {"Credit Note", true, true, true},
+           {"Batch Loan Interest", false, true, false},
+           {"Batch Term End Interest", false, true, true},
+           {"Payment", false, false, false}}) {
+    AddCharge("C1", kind, "2024-02-01", "5");
     office.Run("UPDATE ChargeMast SET ChargeDesc='late'");
     auto screen = Open("C1");
-    EXPECT_EQ(screen->PType.text(), one.kind);
-    EXPECT_EQ(screen->CmdPrint.enabled(), one.printed) << one.kind;
+    EXPECT_EQ(screen->PType.text(), kind);
+    EXPECT_EQ(screen->CmdPrint.enabled(), printed) << kind;
     EXPECT_EQ(screen->LateInt.text() + screen->DueDate.text(), "18.0031-01-2024");
     screen->SaveCmd.Click();
     EXPECT_EQ(LastMessage(),
-              one.saved ? "Title: Record saved" : "Title: You are not allow to edit record")
-        << one.kind;
+              saved ? "Title: Record saved" : "Title: You are not allow to edit record")
+        << kind;
     screen->CmdDelete.Click();
     EXPECT_EQ(LastMessage(),
-              one.deleted ? "Title: C1 deleted" : "Title: You are not allow to delete record");
-    EXPECT_EQ(Scalar("SELECT COUNT(*) FROM ChargeMast"), one.deleted ? "0" : "1") << one.kind;
+              deleted ? "Title: C1 deleted" : "Title: You are not allow to delete record");
+    EXPECT_EQ(Scalar("SELECT COUNT(*) FROM ChargeMast"), deleted ? "0" : "1") << kind;
     office.Run("DELETE FROM ChargeMast");
   }
 }

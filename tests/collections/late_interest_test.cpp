@@ -7,12 +7,7 @@ namespace {
 
 // Worked out by hand: balance x rate / 36,500.
 TEST(LateInterest, OneDayOnOneRow) {
-  struct Case {
-    const char* balance;
-    double rate;
-    const char* charge;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, double, const char*> cases[] = {
       {"983.33", 18, "0.48"},  // 0.48493
       {"1825", 1, "0.05"},     // 0.05 exactly
       {"182.5", 1, "0"},       // 0.005: half to even
@@ -22,9 +17,9 @@ TEST(LateInterest, OneDayOnOneRow) {
       {"0", 18, "0"},          // nothing open
       {"-10", 18, "0"},        // over-paid
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(DayCharge(Money::FromText(c.balance), c.rate).ToText(), c.charge)
-        << c.balance << " at " << c.rate;
+  for (const auto& [balance, rate, charge] : cases) {
+    EXPECT_EQ(DayCharge(Money::FromText(balance), rate).ToText(), charge)
+        << balance << " at " << rate;
   }
 }
 

@@ -68,13 +68,8 @@ TEST_F(LedgerCheckTest, ACreditOfLateInterestIsToldWithWhatMendsIt) {
       "UPDATE PaymentMast SET PayAmt=InstalAmt,IntAmt=42 WHERE PayID='P-001';"
       "UPDATE PaymentMast SET PayAmt=InstalAmt,IntAmt=-15 WHERE PayID='P-002';"
       "INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,PType) VALUES ('B','P',27,'Batch')");
-  struct Case {
-    const char* change;
-    const char* told;
-    const char* mend;
-  };
   const char* const kCredit = "Outstanding charges: -15.00 for 0.00\n";
-  for (const Case& one : std::initializer_list<Case>{
+  for (const auto& [change, told, mend] : TextRows<3>{
            {"", kCredit, "Edit Payment P-002: Payment Installment 100.00, Interest Payment 0.00"},
            {"UPDATE PaymentMast SET PayAmt=100,InstalAmt=100,IntAmt=0 WHERE PayID='P-002'", kCredit,
             "Edit Payment P-001: Payment Installment 85.00, Interest Payment 27.00"},
@@ -92,21 +87,18 @@ TEST_F(LedgerCheckTest, ACreditOfLateInterestIsToldWithWhatMendsIt) {
            {"UPDATE ChargeMast SET ChargeAmt=27 WHERE ChargeID='B';UPDATE LoanMast SET "
             "LoanStatus='CLOSED',CloseBal=LoanBal,LoanBal=0",
             "", ""}}) {
-    office.Run(one.change);
+    office.Run(change);
     ASSERT_TRUE(RebuildLoan(main(), "P").done);
     const auto faults = CheckLoan(main(), "P");
-    EXPECT_EQ(Told(faults), one.told) << one.change;
-    EXPECT_EQ(faults.empty() ? "" : faults[0].mend.english, one.mend) << one.change;
+    EXPECT_EQ(Told(faults), told) << change;
+    EXPECT_EQ(faults.empty() ? "" : faults[0].mend.english, mend) << change;
   }
 }
 
 // With what a rebuild writes there, and none of its neighbours that a rebuild leaves as they are.
 TEST_F(LedgerCheckTest, EachBrokenFigureIsTold) {
   MakePersonal();
-  const struct {
-    const char* break_it;
-    const char* told;
-  } cases[] = {
+  const std::array<const char*, 2> cases[] = {
       // Payment = CapitalPayment + InterestPayment, at most PayableAmt
       {"UPDATE SchMast SET Payment=111 WHERE SchID=1", "Row 1: Payment: 111.00 for 112.00\n"},
       {"UPDATE SchMast SET Payment=113,CapitalPayment=101 WHERE SchID=1",
@@ -152,11 +144,11 @@ TEST_F(LedgerCheckTest, EachBrokenFigureIsTold) {
       {"UPDATE LoanMast SET LoanStatus='CLOSED'",
        "CloseBal: 0.00 for 1,064.00\nLoanBal: 1,064.00 for 0.00\n"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.break_it);
+  for (const auto& [break_it, told] : cases) {
+    SCOPED_TRACE(break_it);
     main().BeginTrans();
-    office.Run(c.break_it);
-    EXPECT_EQ(Told(CheckLoan(main(), "P")), c.told);
+    office.Run(break_it);
+    EXPECT_EQ(Told(CheckLoan(main(), "P")), told);
     EXPECT_TRUE(RebuildLoan(main(), "P").done);
     EXPECT_EQ(Told(CheckLoan(main(), "P")), "");
     main().RollbackTrans();

@@ -33,13 +33,7 @@ class PayDay : public PaymentTest {
 };
 
 TEST_F(PayDay, SundaysAndHolidays) {
-  struct Case {
-    const char* date;
-    const char* asked;
-    const char* warned;
-    const char* silent;
-  };
-  const std::vector<Case> cases = {
+  const std::array<const char*, 4> cases[] = {
       {"04-02-2024", "no|?04-02-2024 is Sunday\nContinue make payment ?",
        "no|Holiday Checking: No payment allow on Sunday", "no"},
       {"11-02-2024", "no|?11-02-2024 is Sunday\nContinue make payment ?",
@@ -50,10 +44,10 @@ TEST_F(PayDay, SundaysAndHolidays) {
       {"05-02-2024", "yes", "yes", "yes"},
       {"31-02-2024", "yes", "yes", "yes"},  // no date
       {"", "yes", "yes", "yes"}};
-  for (const Case& one : cases) {
-    EXPECT_EQ(Try(one.date, true, true), one.asked) << one.date;
-    EXPECT_EQ(Try(one.date, false, true), one.warned) << one.date;
-    EXPECT_EQ(Try(one.date, false, false), one.silent) << one.date;
+  for (const auto& [date, asked, warned, silent] : cases) {
+    EXPECT_EQ(Try(date, true, true), asked) << date;
+    EXPECT_EQ(Try(date, false, true), warned) << date;
+    EXPECT_EQ(Try(date, false, false), silent) << date;
   }
   desk.agrees = true;  // the person goes on
   EXPECT_EQ(Try("12-02-2024", true, true).substr(0, 3), "yes");

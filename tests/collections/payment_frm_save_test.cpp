@@ -4,7 +4,6 @@
 #include <fstream>
 
 #include "collections/ledger_check.h"
-#include "core/new_office.h"
 #include "tests/collections/payment_counter.h"
 
 namespace kaunter {
@@ -38,10 +37,7 @@ class PaymentSave : public PaymentCounter {
 
 // What is written of the payments themselves: counter_property_test.cpp.
 TEST_F(PaymentSave, EachSaveIsToldLoggedAndDoneOnce) {
-  office.session.settings.TransLogs = true;
-  office.session.LogsConn =
-      OpenSqlite("LogsConn", office.folder.File("logs.db"), true, office.session.clock);
-  CreateMissingAuditTables(*office.session.LogsConn);
+  office.OpenAudit();
   auto screen = Typed();
   Save(*screen);
   EXPECT_EQ(Said(), "?Confirm to save ?|New Payment: Payment ID HQ0001-001-001 Saved|");
@@ -246,46 +242,40 @@ TEST_F(PaymentSave, APaymentThatIsNotReplayedYetCounts) {
 // What happened on another desktop between load and save is told; nothing is stored, and what was
 // typed stays.
 TEST_F(PaymentSave, AnotherDesktopChangedLoanOrPaymentWhileTheQuestionStood) {
-  struct Case {
-    const char* mode;
-    const char* meanwhile;
-    const char* told;
-  };
   const char* const kClosed = "UPDATE LoanMast SET LoanStatus='BAD DEBT' WHERE LoanID='HQ0001-001'";
   const char* const kChanged = "UPDATE PaymentMast SET PayAmt=80,ChqNo='C2'";
   const char* const kChangedTold =
       "Payment HQ0001-001-001 was changed meanwhile, Please load it again";
-  for (const Case& one : std::initializer_list<Case>{
-           {"New Payment", kClosed, "0 - No payment for BAD DEBT loan"},
-           {"Edit Payment", kClosed, "0 - No payment for BAD DEBT loan"},
-           {"Delete Payment", kClosed, "No payment for BAD DEBT loan"},
-           {"New Payment", "UPDATE LoanMast SET LoanID='gone' WHERE LoanID='HQ0001-001'",
-            "0 - Loan ID HQ0001-001 not found"},
-           {"New Payment", "UPDATE SchMast SET LoanID='gone' WHERE LoanID='HQ0001-001'",
-            "0 - Loan HQ0001-001 has no schedule"},
-           {"Edit Payment", kChanged, kChangedTold},
-           {"Delete Payment", kChanged, kChangedTold},
-           {"Edit Payment", "DELETE FROM PaymentMast", "50000 - HQ0001-001-001 not found"},
-           {"Delete Payment", "DELETE FROM PaymentMast", "HQ0001-001-001 not found"}}) {
+  for (const auto& [mode, meanwhile, told] :
+       TextRows<3>{{"New Payment", kClosed, "0 - No payment for BAD DEBT loan"},
+                   {"Edit Payment", kClosed, "0 - No payment for BAD DEBT loan"},
+                   {"Delete Payment", kClosed, "No payment for BAD DEBT loan"},
+                   {"New Payment", "UPDATE LoanMast SET LoanID='gone' WHERE LoanID='HQ0001-001'",
+                    "0 - Loan ID HQ0001-001 not found"},
+                   {"New Payment", "UPDATE SchMast SET LoanID='gone' WHERE LoanID='HQ0001-001'",
+                    "0 - Loan HQ0001-001 has no schedule"},
+                   {"Edit Payment", kChanged, kChangedTold},
+                   {"Delete Payment", kChanged, kChangedTold},
+                   {"Edit Payment", "DELETE FROM PaymentMast", "50000 - HQ0001-001-001 not found"},
+                   {"Delete Payment", "DELETE FROM PaymentMast", "HQ0001-001-001 not found"}}) {
     office.Run(
         "DELETE FROM PaymentMast;DELETE FROM NumberMast WHERE CustID LIKE 'HQ%';UPDATE LoanMast "
         "SET LoanStatus='ACTIVE';UPDATE LoanMast SET LoanID='HQ0001-001' WHERE LoanID='gone';"
         "UPDATE SchMast SET LoanID='HQ0001-001' WHERE LoanID='gone'");
     const std::string id = Store("100");
-    auto screen = Open(one.mode, kPersonal, id);
+    auto screen = Open(mode, kPersonal, id);
     if (screen->PayID.empty()) Put(screen->PayDate, "31-01-2024");
     if (!screen->PayAmt.locked()) Put(screen->PayAmt, "90");
     const std::string typed = screen->PayAmt.text();
     std::string payments;
     counter.meanwhile = [&] {
-      office.Run(one.meanwhile);
+      office.Run(meanwhile);
       payments = Payments();
     };
     Save(*screen);
     counter.meanwhile = nullptr;
-    EXPECT_NE(LastMessage().find(one.told), std::string::npos)
-        << one.mode << one.meanwhile << Said();
-    EXPECT_EQ(Payments(), payments) << one.mode << one.meanwhile;
+    EXPECT_NE(LastMessage().find(told), std::string::npos) << mode << meanwhile << Said();
+    EXPECT_EQ(Payments(), payments) << mode << meanwhile;
     EXPECT_EQ(screen->PayAmt.text(), typed);
     EXPECT_TRUE(screen->SaveCmd.enabled());
     EXPECT_FALSE(main().InTransaction());
@@ -320,26 +310,22 @@ TEST_F(PaymentSave, AnEditKeepsTheRefundThatStandsAndTheGroupThatTheClerkChose) 
 }
 
 TEST_F(PaymentSave, WhatIsNoPaymentToEditIsShownAndNotSaved) {
-  struct Case {
-    const char* change;
-    const char* told;
-  };
   const std::string id = Store("100");
-  for (const Case& one : std::initializer_list<Case>{
-           {"UPDATE PaymentMast SET PaymentStatus='VOID'", "No Edit for VOID record"},
-           {"UPDATE PaymentMast SET PaymentStatus='ACTIVE',Settlement='1'",
-            "Settlement Payment cannot be edit"},
-           {"UPDATE PaymentMast SET Settlement='0';UPDATE LoanMast SET LoanStatus='CLOSED'",
-            "No payment for CLOSED loan"},
-           {"UPDATE LoanMast SET LoanStatus='ACTIVE';UPDATE PaymentMast SET CompCode='AB'",
-            "Payment ID not found"},
-           {"DELETE FROM PaymentMast", "Payment ID HQ0001-001-001 not found"}}) {
+  for (const auto& [change, told] :
+       TextRows<2>{{"UPDATE PaymentMast SET PaymentStatus='VOID'", "No Edit for VOID record"},
+                   {"UPDATE PaymentMast SET PaymentStatus='ACTIVE',Settlement='1'",
+                    "Settlement Payment cannot be edit"},
+                   {"UPDATE PaymentMast SET Settlement='0';UPDATE LoanMast SET LoanStatus='CLOSED'",
+                    "No payment for CLOSED loan"},
+                   {"UPDATE LoanMast SET LoanStatus='ACTIVE';UPDATE PaymentMast SET CompCode='AB'",
+                    "Payment ID not found"},
+                   {"DELETE FROM PaymentMast", "Payment ID HQ0001-001-001 not found"}}) {
     office.session.CurrentLevel = 3;
-    office.Run(one.change);
+    office.Run(change);
     for (const char* mode : {"Edit Payment", "Delete Payment"}) {
       auto screen = Open(mode, {}, id);
-      EXPECT_EQ(Said(), std::string(mode) + ": " + one.told + "|");
-      EXPECT_FALSE(screen->SaveCmd.enabled()) << one.told;
+      EXPECT_EQ(Said(), std::string(mode) + ": " + told + "|");
+      EXPECT_FALSE(screen->SaveCmd.enabled()) << told;
     }
   }
 }
@@ -419,30 +405,24 @@ TEST_F(PaymentSave, TheAccountsHearOfPaymentAndDiscount) {
 
 TEST_F(PaymentSave, TheReceiptTakesTheFormOfTheOffice) {
   const std::string id = Store("10");
-  struct Case {
-    const char* old_receipt;
-    const char* own_form;
-    const char* file;
-    const char* parameter;
-  };
-  for (const Case& one :
-       std::initializer_list<Case>{{"", "", "Payment Receipt.rpt", "RptID;0;True"},
-                                   {"1", "", "Payment Receipt Old.rpt", "RptID;1;True"},
-                                   {"0", "", "Payment Receipt Old.rpt", "RptID;0;True"},
-                                   {"True", "Small.rpt", "Small.rpt", "RptID;1;True"},
-                                   {"", "Small.rpt", "Small.rpt", "RptID;0;True"}}) {
-    office.session.settings.OldReceipt = one.old_receipt;
+  for (const auto& [old_receipt, own_form, file, parameter] :
+       TextRows<4>{{"", "", "Payment Receipt.rpt", "RptID;0;True"},
+                   {"1", "", "Payment Receipt Old.rpt", "RptID;1;True"},
+                   {"0", "", "Payment Receipt Old.rpt", "RptID;0;True"},
+                   {"True", "Small.rpt", "Small.rpt", "RptID;1;True"},
+                   {"", "Small.rpt", "Small.rpt", "RptID;0;True"}}) {
+    office.session.settings.OldReceipt = old_receipt;
     office.Run(
         fmt::format("DELETE FROM Systemast WHERE Param='OR';INSERT INTO Systemast "
                     "(Param,Value) VALUES ('OR','{}')",
-                    one.own_form));
+                    own_form));
     auto screen = Open("Edit Payment", {}, id);
     screen->Guard([&] { screen->CmdPrint.Click(); });
     ASSERT_FALSE(counter.printed.empty());
     const ReportJob& job = counter.printed.back();
-    EXPECT_EQ(job.ReportFileName, office.session.AppPath + "/" + one.file);
+    EXPECT_EQ(job.ReportFileName, office.session.AppPath + "/" + file);
     EXPECT_EQ(job.SelectionFormula, "{PaymentMast.PayID}='HQ0001-001-001'");
-    EXPECT_EQ(job.ParameterFields.at(0), one.parameter);
+    EXPECT_EQ(job.ParameterFields.at(0), parameter);
   }
   // Nothing to print before there is a payment.
   EXPECT_FALSE(New()->CmdPrint.enabled());

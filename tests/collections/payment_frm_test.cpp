@@ -43,22 +43,18 @@ TEST_F(PaymentScreen, ALoanIsFoundByEitherCodeOrToldWhyNot) {
   EXPECT_TRUE(s.InstalAmt.locked() && s.PayExtra.locked() && s.SaveCmd.enabled());
 
   office.session.CurrentLevel = 3;
-  struct Case {
-    const char* loan;
-    const char* told;
-    int listed;
-  };
-  for (const Case& one : std::initializer_list<Case>{
+  for (const auto& [loan, told, listed] :
+       std::initializer_list<std::tuple<const char*, const char*, int>>{
            {"HQ0001-9", "Loan ID HQ0001-9 not found", 0},
            {"AB1", "Loan ID not found", 0},
            {"x' or '1'='1", "Loan ID x' or '1'='1 not found", 0},
            {"HQ9", "No payment for CLOSED loan", 1},
            {"HQ8", "Loan settled, cannot make payment", 0},
            {"HQ7", "Loan HQ7 has no schedule: save the loan again first", 0}}) {
-    auto refused = New(one.loan);
-    EXPECT_EQ(Said(), std::string("New Payment: ") + one.told + "|");
-    EXPECT_FALSE(refused->SaveCmd.enabled()) << one.loan;
-    EXPECT_EQ(refused->DG.RowCount(), one.listed) << one.loan;
+    auto refused = New(loan);
+    EXPECT_EQ(Said(), std::string("New Payment: ") + told + "|");
+    EXPECT_FALSE(refused->SaveCmd.enabled()) << loan;
+    EXPECT_EQ(refused->DG.RowCount(), listed) << loan;
   }
 }
 

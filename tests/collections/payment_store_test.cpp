@@ -4,7 +4,6 @@
 #include "collections/payment_store.h"
 
 #include "collections/instalment.h"
-#include "core/new_office.h"
 #include "tests/collections/payment_office.h"
 
 namespace kaunter {
@@ -103,14 +102,7 @@ TEST_F(PaymentStore, TheReasonOfTheMoneyIsWrittenOnlyWhileTheModuleIsOn) {
 
 // Worked out by hand from the figures set here; nothing is rebuilt.
 TEST_F(PaymentStore, ADeleteTakesBackEachAmountFromItsPlace) {
-  struct Case {
-    const char* top_amt;
-    int top_term;
-    const char* loan;
-    const char* row;
-    const char* customer;
-  };
-  const std::vector<Case> cases = {
+  const std::tuple<const char*, int, const char*, const char*, const char*> cases[] = {
       // The sum of the top-up comes off the balances; no save has put it onto the row.
       {"0", 0, "199.95 -23.1 48 4 3.5 1114.05 30\n", "-30.05 4.75 6.25 5 2.9 112\n",
        "2070.05 60\n"},
@@ -120,10 +112,10 @@ TEST_F(PaymentStore, ADeleteTakesBackEachAmountFromItsPlace) {
       // Instalments: 2 x 20 off the balances.
       {"20", 2, "199.95 -23.1 48 4 3.5 1104.05 30\n", "-30.05 4.75 6.25 5 2.9 112\n",
        "2060.05 60\n"}};
-  for (const Case& one : cases) {
+  for (const auto& [top_amt, top_term, loan, row, customer] : cases) {
     Payment p = Full();
-    p.TopAmt = Rm(one.top_amt);
-    p.TopTerm = one.top_term;
+    p.TopAmt = Rm(top_amt);
+    p.TopTerm = top_term;
     Whole([&] { CreatePayment(office.session, p); });
     office.Run(
         "UPDATE LoanMast SET TotPay=300,TotInt=-20,TotCollectorAmt=50,TotCharge=5,TotDiscAmt=4,"
@@ -136,11 +128,11 @@ TEST_F(PaymentStore, ADeleteTakesBackEachAmountFromItsPlace) {
     Delete(p.PayID);
     EXPECT_EQ(Lines("SELECT TotPay,TotInt,TotCollectorAmt,TotCharge,TotDiscAmt,LoanBal,TopUpAmt "
                     "FROM LoanMast"),
-              one.loan);
+              loan);
     EXPECT_EQ(Lines("SELECT Payment,IntChargeAmt,DragInt,DragIntPaid,IntAmt,PayableAmt FROM "
                     "SchMast WHERE SchID=2"),
-              one.row);
-    EXPECT_EQ(Lines("SELECT TotLoanBal,TotTopUpAmt FROM CustMast"), one.customer);
+              row);
+    EXPECT_EQ(Lines("SELECT TotLoanBal,TotTopUpAmt FROM CustMast"), customer);
     // The commission comes off twice.
     EXPECT_EQ(Scalar("SELECT TotPayComm FROM SalesmanMast WHERE SalesmanID='SAM'"), "5");
     EXPECT_EQ(Lines("SELECT * FROM SchMast WHERE SchID<>2 ORDER BY SchID"), others);
@@ -183,10 +175,7 @@ TEST_F(PaymentStore, AnotherDesktopTookTheLoanOrThePayment) {
 }
 
 TEST_F(PaymentStore, ThreeActsLeaveThreeAuditRows) {
-  office.session.settings.TransLogs = true;
-  office.session.LogsConn =
-      OpenSqlite("LogsConn", office.folder.File("logs.db"), true, office.session.clock);
-  CreateMissingAuditTables(*office.session.LogsConn);
+  office.OpenAudit();
   Payment p = Of("112");
   p.IntAmt = Rm("3");
   Whole([&] { CreatePayment(office.session, p); });

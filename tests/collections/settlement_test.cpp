@@ -30,12 +30,6 @@ class CounterDesk : public AgreeingDesk {
   std::vector<ReportJob> printed;
 };
 
-void Put(TextBox& box, const std::string& text) {
-  box.Enter();
-  box.Type(text);
-  box.Leave();
-}
-
 class SettlementTest : public ::testing::Test, protected LoanOffice {
  protected:
   // A loan whose schedule is given row by row, so that sums are done in the head.
@@ -45,19 +39,15 @@ class SettlementTest : public ::testing::Test, protected LoanOffice {
         "TotCollectorAmt,TotInt,NextDueDate,LoanGroupID,LoanAmt,InstallmentAmt2) VALUES "
         "('{}','HQ0001','HQ','ACTIVE','{}',12,'3',{},0,0,'2024-01-31','PINJAMAN SEMASA',300,104)",
         kId, scheme, balance));
-    const struct {
-      int id;
-      const char* due;
-      const char* interest;
-      const char* capital;
-    } rows[] = {{1, "2024-01-31", "10.05", "99.95"},
-                {2, "2024-02-29", "6.03", "100"},
-                {3, "2024-03-31", "3", "100.05"}};
-    for (const auto& row : rows) {
+    const std::tuple<int, const char*, const char*, const char*> rows[] = {
+        {1, "2024-01-31", "10.05", "99.95"},
+        {2, "2024-02-29", "6.03", "100"},
+        {3, "2024-03-31", "3", "100.05"}};
+    for (const auto& [id, due, interest, capital] : rows) {
       office.Run(fmt::format(
           "INSERT INTO SchMast (SchID,LoanID,CustID,DueDate,PayableAmt,CapitalAmt,InterestAmt) "
           "VALUES ({},'{}','HQ0001','{}',{}+{},{},{})",
-          row.id, kId, row.due, row.capital, row.interest, row.capital, row.interest));
+          id, kId, due, capital, interest, capital, interest));
     }
   }
   void Owe(const std::string& charged, const std::string& paid) {
@@ -106,32 +96,23 @@ TEST_F(SettlementTest, APersonalLoanForgivesTheInterestOfTheRowsDueAfterTheDate)
   // Of the first row's interest 4.05 are paid; 319.08 - 4.05 = 315.03 are owed.
   MakeSmallLoan("0", "315.03");
   office.Run("UPDATE SchMast SET Payment=4.05,InterestPayment=4.05 WHERE SchID=1");
-  struct Case {
-    const char* date;
-    const char* charged;
-    const char* late_paid;
-    const char* npayment;
-    const char* epayment;
-    const char* opayment;
-    const char* settled;
-  };
-  for (const Case& one : std::initializer_list<Case>{
-           // 6.00 + 6.03 + 3 lie ahead.
-           {"30-01-2024", "0", "0", "315.03", "15.03", "0", "300"},
-           // A row that falls due on the date is no row ahead.
-           {"31-01-2024", "0", "0", "315.03", "9.03", "0", "306"},
-           {"01-03-2024", "20", "-5.5", "315.03", "11.5", "14.5", "326.53"},
-           // After the last row nothing is forgiven: the discount is the other charges.
-           {"01-04-2024", "20", "-5.5", "315.03", "14.5", "14.5", "329.53"},
-           // Too much late interest was paid: the customer gets it back here.
-           {"30-01-2024", "0", "-12.5", "315.03", "27.53", "-12.5", "287.5"}}) {
+  for (const auto& [date, charged, late_paid, npayment, epayment, opayment, settled] :
+       TextRows<7>{// 6.00 + 6.03 + 3 lie ahead.
+                   {"30-01-2024", "0", "0", "315.03", "15.03", "0", "300"},
+                   // A row that falls due on the date is no row ahead.
+                   {"31-01-2024", "0", "0", "315.03", "9.03", "0", "306"},
+                   {"01-03-2024", "20", "-5.5", "315.03", "11.5", "14.5", "326.53"},
+                   // After the last row nothing is forgiven: the discount is the other charges.
+                   {"01-04-2024", "20", "-5.5", "315.03", "14.5", "14.5", "329.53"},
+                   // Too much late interest was paid: the customer gets it back here.
+                   {"30-01-2024", "0", "-12.5", "315.03", "27.53", "-12.5", "287.5"}}) {
     const OwedLoan loan = {kId, true, Money::FromText("315.03"),
-                           Money::FromText(one.charged) + Money::FromText(one.late_paid)};
-    const QuoteColumn column = QuoteOn(main(), loan, one.date);
-    EXPECT_EQ(column.NPayment.ToText(), one.npayment) << one.date;
-    EXPECT_EQ(column.EPayment.ToText(), one.epayment) << one.date;
-    EXPECT_EQ(column.OPayment.ToText(), one.opayment) << one.date;
-    EXPECT_EQ(column.SettledAmt.ToText(), one.settled) << one.date;
+                           Money::FromText(charged) + Money::FromText(late_paid)};
+    const QuoteColumn column = QuoteOn(main(), loan, date);
+    EXPECT_EQ(column.NPayment.ToText(), npayment) << date;
+    EXPECT_EQ(column.EPayment.ToText(), epayment) << date;
+    EXPECT_EQ(column.OPayment.ToText(), opayment) << date;
+    EXPECT_EQ(column.SettledAmt.ToText(), settled) << date;
   }
 }
 
@@ -139,25 +120,18 @@ TEST_F(SettlementTest, AFlexiLoanPaysTheInterestDueAndAllOfItsCapital) {
   MakeSmallLoan("1", "280.05");
   office.Run(
       "UPDATE SchMast SET Payment=30,InterestPayment=10.05,CapitalPayment=19.95 WHERE SchID=1");
-  struct Case {
-    const char* date;
-    const char* other;
-    const char* npayment;
-    const char* epayment;
-    const char* settled;
-  };
-  for (const Case& one : std::initializer_list<Case>{
-           {"30-01-2024", "0", "0", "280.05", "280.05"},  // no row is due by then
-           {"31-01-2024", "0", "80", "200.05", "280.05"},
-           {"29-02-2024", "14.5", "186.03", "100.05", "300.58"},
-           {"01-04-2024", "0", "289.08", "0", "289.08"},
-           {"31-01-2024", "-12.5", "80", "200.05", "267.55"}}) {
-    const OwedLoan loan = {kId, false, Money::FromText("280.05"), Money::FromText(one.other)};
-    const QuoteColumn column = QuoteOn(main(), loan, one.date);
-    EXPECT_EQ(column.NPayment.ToText(), one.npayment) << one.date;
-    EXPECT_EQ(column.EPayment.ToText(), one.epayment) << one.date;
-    EXPECT_EQ(column.OPayment.ToText(), one.other) << one.date;
-    EXPECT_EQ(column.SettledAmt.ToText(), one.settled) << one.date;
+  for (const auto& [date, other, npayment, epayment, settled] :
+       TextRows<5>{{"30-01-2024", "0", "0", "280.05", "280.05"},  // no row is due by then
+                   {"31-01-2024", "0", "80", "200.05", "280.05"},
+                   {"29-02-2024", "14.5", "186.03", "100.05", "300.58"},
+                   {"01-04-2024", "0", "289.08", "0", "289.08"},
+                   {"31-01-2024", "-12.5", "80", "200.05", "267.55"}}) {
+    const OwedLoan loan = {kId, false, Money::FromText("280.05"), Money::FromText(other)};
+    const QuoteColumn column = QuoteOn(main(), loan, date);
+    EXPECT_EQ(column.NPayment.ToText(), npayment) << date;
+    EXPECT_EQ(column.EPayment.ToText(), epayment) << date;
+    EXPECT_EQ(column.OPayment.ToText(), other) << date;
+    EXPECT_EQ(column.SettledAmt.ToText(), settled) << date;
   }
 }
 

@@ -97,28 +97,21 @@ TEST_F(SpecialRptTest, ACellTakesAnAmountAndNothingElse) {
 
 // Row k breaks check k and every later one.
 TEST_F(SpecialRptTest, ChecksComeInTheirOrder) {
-  struct Case {
-    const char* from;
-    const char* to;
-    const char* company;
-    const char* pay_date;
-    const char* told;
-  };
   auto screen = Open();
-  for (const Case& one : std::initializer_list<Case>{
-           {"x", "", "", "", "Invalid Date"},
-           {"", "", "", "", "Date To is required"},
-           {"", "30-02-2024", "", "", "Invalid Date"},
-           {"", "29-02-2024", "", "", "Company Code To is required"},
-           {"", "29-02-2024", "HQ", "", "Payment Date is required"},
-           {"", "29-02-2024", "HQ", "31-04-2024", "Invalid Date"},
-           {"", "29-02-2024", "HQ", "31-01-2024", "No Payment, please check"}}) {
-    screen->DateFrom.SetText(one.from);
-    screen->DateTo.SetText(one.to);
-    screen->CompCode.SetText(one.company);
-    screen->PayDate.SetText(one.pay_date);
+  for (const auto& [from, to, company, pay_date, told] :
+       TextRows<5>{{"x", "", "", "", "Invalid Date"},
+                   {"", "", "", "", "Date To is required"},
+                   {"", "30-02-2024", "", "", "Invalid Date"},
+                   {"", "29-02-2024", "", "", "Company Code To is required"},
+                   {"", "29-02-2024", "HQ", "", "Payment Date is required"},
+                   {"", "29-02-2024", "HQ", "31-04-2024", "Invalid Date"},
+                   {"", "29-02-2024", "HQ", "31-01-2024", "No Payment, please check"}}) {
+    screen->DateFrom.SetText(from);
+    screen->DateTo.SetText(to);
+    screen->CompCode.SetText(company);
+    screen->PayDate.SetText(pay_date);
     screen->SaveCmd.Click();
-    EXPECT_EQ(LastMessage(), "Title: " + std::string(one.told));
+    EXPECT_EQ(LastMessage(), "Title: " + std::string(told));
   }
   EXPECT_TRUE(counter.questions.empty());
   screen->DG.Edit(0, kAmount, "5");

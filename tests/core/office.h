@@ -5,15 +5,18 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -26,6 +29,10 @@
 #include "tests/screen/silent_desk.h"
 
 namespace kaunter {
+
+// The rows of a table of texts.
+template <std::size_t N>
+using TextRows = std::initializer_list<std::array<const char*, N>>;
 
 // In memory where the machine has such a place: these tests do not ask what a lost disk does, and
 // some start an office hundreds of times.
@@ -135,6 +142,13 @@ class Office {
     EXPECT_FALSE(!since && has("stays saved")) << text;
   }
   bool committed = false;  // the act of FailAt had come past a commit
+
+  // The audit is on, in a file of its own.
+  void OpenAudit() {
+    session.settings.TransLogs = true;
+    session.LogsConn = OpenSqlite("LogsConn", folder.File("logs.db"), true, session.clock);
+    CreateMissingAuditTables(*session.LogsConn);
+  }
 
   // All tables with their columns, in order.
   std::map<std::string, std::vector<std::string>> Shape() {

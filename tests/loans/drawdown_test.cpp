@@ -23,11 +23,6 @@ class DrawdownTest : public ::testing::Test, protected LoanOffice {
     screen->Load();
     return screen;
   }
-  static void Put(TextBox& box, const std::string& text) {
-    box.Enter();
-    box.Type(text);
-    box.Leave();
-  }
   void Release(const std::string& amount) {
     auto screen = Open("");
     Put(screen->DrawDownAmt, amount);
@@ -73,25 +68,20 @@ TEST_F(DrawdownTest, TheRestPassesAndOneSenMoreDoesNot) {
 }
 
 TEST_F(DrawdownTest, BlanksLettersAndNothingAreRefusedInTheirOrder) {
-  struct Case {
-    const char* date;
-    const char* amount;
-    const char* told;
-  };
-  for (const Case& one :
-       std::initializer_list<Case>{{"", "", "Date is required"},
-                                   {"05-01-2024", "", "Drawdown amount is requured"},
-                                   {"05-01-2024", "0.00", "Drawdown amount is requured"},
-                                   {"05-01-2024", "0.004", "Drawdown amount is requured"},
-                                   {"05-01-2024", "-5", "Drawdown amount is requured"},
-                                   {"05-01-2024", "1'; DROP TABLE x", "Invalid Amount"},
-                                   {"31-02-2024", "10", "Invalid Date"}}) {
+  for (const auto& [date, amount, told] :
+       TextRows<3>{{"", "", "Date is required"},
+                   {"05-01-2024", "", "Drawdown amount is requured"},
+                   {"05-01-2024", "0.00", "Drawdown amount is requured"},
+                   {"05-01-2024", "0.004", "Drawdown amount is requured"},
+                   {"05-01-2024", "-5", "Drawdown amount is requured"},
+                   {"05-01-2024", "1'; DROP TABLE x", "Invalid Amount"},
+                   {"31-02-2024", "10", "Invalid Date"}}) {
     auto screen = Open("");
-    screen->TrxDate.SetText(one.date);
-    screen->DrawDownAmt.SetText(one.amount);
+    screen->TrxDate.SetText(date);
+    screen->DrawDownAmt.SetText(amount);
     screen->SaveCmd.Click();
-    EXPECT_EQ(LastMessage(), "Loan Progressive Drawdown: " + std::string(one.told));
-    EXPECT_EQ(screen->DrawDownAmt.text(), one.amount);
+    EXPECT_EQ(LastMessage(), "Loan Progressive Drawdown: " + std::string(told));
+    EXPECT_EQ(screen->DrawDownAmt.text(), amount);
   }
   EXPECT_EQ(Scalar("SELECT COUNT(*) FROM DrawDownMast"), "0");
 }
@@ -113,21 +103,16 @@ TEST_F(DrawdownTest, DeletingTheOnlyReleaseOpensTheTermsAgain) {
 }
 
 TEST_F(DrawdownTest, WhatIsNotThereCannotBeSaved) {
-  struct Case {
-    const char* sid;
-    const char* loan;
-    const char* told;
-  };
   office.session.CurrentLevel = 3;
   office.Run(
       "INSERT INTO LoanMast (LoanID,CustID,CompCode) VALUES ('AB1','HQ0001','AB');"
       "INSERT INTO DrawDownMast (SID,LoanID,CompCode) VALUES ('DL9','AB1','AB')");
-  for (const Case& one : std::initializer_list<Case>{{"", "HQ0001-2", "Loan HQ0001-2 not found"},
-                                                     {"DL7", "", "Loan DL7 not found"},
-                                                     {"", "AB1", "Loan AB1 not found"},
-                                                     {"DL9", "", "Loan AB1 not found"}}) {
-    auto screen = Open(one.sid, one.loan);
-    EXPECT_EQ(LastMessage(), "Loan Progressive Drawdown: " + std::string(one.told));
+  for (const auto& [sid, loan, told] : TextRows<3>{{"", "HQ0001-2", "Loan HQ0001-2 not found"},
+                                                   {"DL7", "", "Loan DL7 not found"},
+                                                   {"", "AB1", "Loan AB1 not found"},
+                                                   {"DL9", "", "Loan AB1 not found"}}) {
+    auto screen = Open(sid, loan);
+    EXPECT_EQ(LastMessage(), "Loan Progressive Drawdown: " + std::string(told));
     EXPECT_FALSE(screen->SaveCmd.enabled() || screen->CmdDelete.enabled());
   }
 }

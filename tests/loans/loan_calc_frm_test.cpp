@@ -134,13 +134,7 @@ TEST_F(LoanCalcfrmTest, CalcPaymentRefusesTheFirstBoxThatDoesNotFit) {
 }
 
 TEST_F(LoanCalcfrmTest, ABoxLeftWithAWrongTextSaysSoAndKeepsIt) {
-  const struct {
-    const char* box;
-    const char* wrong;
-    const char* message;
-    const char* right;
-    const char* shown;
-  } kCases[] = {
+  const std::array<const char*, 5> kCases[] = {
       {"LoanAmt", "12a", "Invalid Loan Amt", "1234.565", "1,234.57"},
       {"LoanAmt", "-1", "Invalid Loan Amt", "1,000", "1,000.00"},
       {"InsRate", "1,8", "Invalid Interest Rate", "1.8", "1.8"},
@@ -150,15 +144,15 @@ TEST_F(LoanCalcfrmTest, ABoxLeftWithAWrongTextSaysSoAndKeepsIt) {
        "29-02-2024"},
       {"TrxDate", "2024-01-31", "Invalid Loan Date, Please check", "", ""},
   };
-  for (const auto& c : kCases) {
-    Set(c.box, c.wrong);
-    EXPECT_EQ(Told(), Texts{std::string("Loan Calculation: ") + c.message});
-    EXPECT_EQ(screen.Find(c.box)->Text(), c.wrong);
-    EXPECT_TRUE(screen.Find(c.box)->marked());
-    Set(c.box, c.right);
-    EXPECT_EQ(Told(), Texts{}) << c.box;
-    EXPECT_EQ(screen.Find(c.box)->Text(), c.shown);
-    EXPECT_FALSE(screen.Find(c.box)->marked()) << c.box;
+  for (const auto& [box, wrong, message, right, shown] : kCases) {
+    Set(box, wrong);
+    EXPECT_EQ(Told(), Texts{std::string("Loan Calculation: ") + message});
+    EXPECT_EQ(screen.Find(box)->Text(), wrong);
+    EXPECT_TRUE(screen.Find(box)->marked());
+    Set(box, right);
+    EXPECT_EQ(Told(), Texts{}) << box;
+    EXPECT_EQ(screen.Find(box)->Text(), shown);
+    EXPECT_FALSE(screen.Find(box)->marked()) << box;
   }
 }
 
@@ -181,11 +175,7 @@ TEST_F(LoanCalcfrmTest, FiguresBeyondMoneyAreRefusedAndTheOldTableStays) {
 
 TEST_F(LoanCalcfrmTest, PrintAsksForEveryBoxThenStartsTheReport) {
   screen.TrxDate.Clear();
-  const struct {
-    const char* box;
-    const char* text;
-    const char* message;
-  } kCases[] = {
+  const std::array<const char*, 3> kCases[] = {
       {"LoanTerm2", "0", "Name is required"},
       {"CustName", "Tan; Ah Kow", "Loan Date is required"},
       {"TrxDate", "15-01-2024", "Next Due Date is required"},
@@ -193,10 +183,10 @@ TEST_F(LoanCalcfrmTest, PrintAsksForEveryBoxThenStartsTheReport) {
       {"LoanAmt", "10000", "Interest Rate % PA is required"},
       {"InsRate", "18", "Loan Term is required"},
   };
-  for (const auto& c : kCases) {
-    Set(c.box, c.text);
+  for (const auto& [box, text, message] : kCases) {
+    Set(box, text);
     Press(screen.SaveCmd);
-    EXPECT_EQ(Told(), Texts{std::string("Loan Calculation: ") + c.message});
+    EXPECT_EQ(Told(), Texts{std::string("Loan Calculation: ") + message});
   }
   Set("LoanTerm", "12");
   office.session.Special = true;

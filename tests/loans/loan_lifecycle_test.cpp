@@ -112,14 +112,7 @@ TEST_F(LoanLifecycleTest, ALoanChangedByAnotherDesktopIsRefused) {
 }
 
 TEST_F(LoanLifecycleTest, TheDeleteIsAuditedWithTheValuesItHad) {
-  office.session.settings.TransLogs = true;
-  office.session.LogsConn =
-      OpenSqlite("LogsConn", office.folder.File("logs.db"), true, office.session.clock);
-  office.session.LogsConn->Execute(
-      "CREATE TABLE TransLogs (TrxDate datetime,UserID nvarchar(50),UserName "
-      "nvarchar(50),ConmpCode "
-      "nvarchar(50),Type nvarchar(50),Module nvarchar(50),TrxID nvarchar(50),Remarks "
-      "nvarchar(1000))");
+  office.OpenAudit();
   DeleteLoan(office.session, kKey, Figures(kId), 0, "HQ", "05-01-2024");
   EXPECT_EQ(
       ScalarQuery(*office.session.LogsConn,

@@ -9,6 +9,8 @@
 
 #include "loans/loan_totals.h"
 #include "loans/schedule_store.h"
+#include "screen/control.h"
+#include "screen/grid.h"
 #include "tests/core/office.h"
 #include "tests/loans/with_figures.h"
 
@@ -24,6 +26,29 @@ class AgreeingDesk : public SilentDesk {
   bool agrees = true;
   std::vector<std::string> questions;
 };
+
+// As a person does it: comes, types, goes.
+inline void Put(TextBox& box, const std::string& text) {
+  box.Enter();
+  ASSERT_TRUE(box.Type(text)) << box.name();
+  box.Leave();
+}
+// A column of a list, from its top.
+inline std::string Column(const Grid& grid, int column) {
+  std::string all;
+  for (int row = 0; row < grid.RowCount(); ++row) all += grid.Cell(row, column) + " ";
+  return all;
+}
+// A row a line, a blank between two fields.
+inline std::string PlainLines(Connection& main, const std::string& sql) {
+  std::string text;
+  const Recordset rows = main.Query(sql);
+  for (const auto& row : rows.rows()) {
+    for (const Value& field : row) text += (&field == &row.front() ? "" : " ") + field.ToText();
+    text += "\n";
+  }
+  return text;
+}
 
 struct LoanOffice {
   LoanOffice() { Begin(); }
@@ -81,16 +106,7 @@ struct LoanOffice {
     return ReadLoanFigures(main().Query("SELECT * FROM LoanMast WHERE LoanID=" + QuoteStr(id)));
   }
 
-  // Rows of a query, a row a line.
-  std::string Lines(const std::string& sql) {
-    std::string text;
-    const Recordset rows = main().Query(sql);
-    for (const auto& row : rows.rows()) {
-      for (const Value& field : row) text += (&field == &row.front() ? "" : " ") + field.ToText();
-      text += "\n";
-    }
-    return text;
-  }
+  std::string Lines(const std::string& sql) { return PlainLines(main(), sql); }
 
   // Everything that a loan touches.
   std::string Stored() {

@@ -233,21 +233,17 @@ TEST_F(LoanScreen, TheSchemeOpensItsOwnBoxes) {
 
 TEST_F(LoanScreen, CalculationsWithPromptsNameTheFirstBlank) {
   Open("New Loan");
-  const struct {
-    const char* box;
-    const char* text;
-    const char* refusal;
-  } steps[] = {
+  const std::array<const char*, 3> steps[] = {
       {"LoanAmt", "10000", "Loan Amount is required"},
       {"InsRate", "18", "Interest Rate is required"},
       {"LoanTerm", "12", "Loan Term is required"},
       {"LoanTerm3", "12", "Loan Term is required"},
       {"DragLoan", "Personal Loan", "Scheme / Flexi Loan is require"},
   };
-  for (const auto& step : steps) {
+  for (const auto& [box, text, refusal] : steps) {
     screen->Command3.Click();
-    EXPECT_EQ(Told(), Lines{step.refusal}) << step.box;
-    Set(step.box, step.text);
+    EXPECT_EQ(Told(), Lines{refusal}) << box;
+    Set(box, text);
   }
   screen->SchChanged.SetChecked(true);
   screen->Command3.Click();
@@ -312,11 +308,7 @@ TEST_F(LoanScreen, NothingButATermIsATerm) {
   Open("New Loan");
   FillWorkedLoan();
   Set("DragLoan", "Flexi Loan");
-  const struct {
-    const char* box;
-    const char* typed;
-    const char* refusal;
-  } rows[] = {
+  const std::array<const char*, 3> rows[] = {
       {"LoanTerm", "0", "Loan Term cannot in 0"},
       {"LoanTerm", "00", "Loan Term cannot in 0"},
       {"LoanTerm", "1.5", "Invalid Loan Term Value"},
@@ -327,9 +319,9 @@ TEST_F(LoanScreen, NothingButATermIsATerm) {
       {"LoanAmt", "99999999999999999999", "Invalid Loan Amt"},
       {"InsRate", "1,8", "Invalid Interest Amount"},
   };
-  for (const auto& row : rows) {
-    Set(row.box, row.typed);
-    EXPECT_EQ(Told(), Lines{row.refusal}) << row.box << " " << row.typed;
+  for (const auto& [box, typed, refusal] : rows) {
+    Set(box, typed);
+    EXPECT_EQ(Told(), Lines{refusal}) << box << " " << typed;
   }
 }
 
@@ -431,32 +423,28 @@ TEST_F(LoanScreen, MoneyThatWentOutLocksTheTerms) {
                           "DepositAmt2",    "TermInt",     "OathsAmt",  "LegalFee",
                           "MiscAmt",        "PayOutAmt2",  "InsRate",   "LoanTypeID",
                           "CompCode",       "SchChanged",  "Command3",  "Command5"};
-  const struct {
-    const char* mode;
-    const char* pay_out;
-    const char* scheme;
-    bool open;
-  } rows[] = {{"Edit Loan", "0", "0", true},        {"Edit Loan", "0", "1", true},
-              {"Edit Loan", "0.01", "1", false},    {"Edit Loan", "10000", "0", false},
-              {"Delete Loan", "0", "1", false},     {"Close Loan", "0", "0", true},
-              {"Due Date Inquiry", "0", "1", false}};
+  const std::tuple<const char*, const char*, const char*, bool> rows[] = {
+      {"Edit Loan", "0", "0", true},        {"Edit Loan", "0", "1", true},
+      {"Edit Loan", "0.01", "1", false},    {"Edit Loan", "10000", "0", false},
+      {"Delete Loan", "0", "1", false},     {"Close Loan", "0", "0", true},
+      {"Due Date Inquiry", "0", "1", false}};
   int number = 0;
-  for (const auto& row : rows) {
+  for (const auto& [mode, pay_out, scheme, open] : rows) {
     const std::string id = fmt::format("HQ0001-{:03}", ++number);
-    SCOPED_TRACE(fmt::format("{} {} {}", row.mode, row.pay_out, row.scheme));
-    Loan(id, row.pay_out);
-    office.Run(fmt::format("UPDATE LoanMast SET DragLoan='{}' WHERE LoanID='{}'", row.scheme, id));
-    Open(row.mode, id);
+    SCOPED_TRACE(fmt::format("{} {} {}", mode, pay_out, scheme));
+    Loan(id, pay_out);
+    office.Run(fmt::format("UPDATE LoanMast SET DragLoan='{}' WHERE LoanID='{}'", scheme, id));
+    Open(mode, id);
     for (const char* name : locked) {
-      EXPECT_EQ(screen->Find(name)->enabled(), row.open) << name;
+      EXPECT_EQ(screen->Find(name)->enabled(), open) << name;
     }
-    EXPECT_EQ(screen->SpecialSch.enabled(), row.open && row.scheme == std::string("1"));
-    EXPECT_EQ(screen->vsd3.CellEditable(0, 2), row.open);
+    EXPECT_EQ(screen->SpecialSch.enabled(), open && scheme == std::string("1"));
+    EXPECT_EQ(screen->vsd3.CellEditable(0, 2), open);
     EXPECT_TRUE(screen->ProcessFee.enabled());
     // A choice that stays open recalculates nothing on locked terms.
     Set("LoanType", "Secured");
     Set("DragLoan", "Flexi Loan");
-    if (!row.open) {
+    if (!open) {
       EXPECT_EQ(Text("InsRate"), "18.00");
       EXPECT_EQ(Text("LoanBal"), "11,800.00");
       EXPECT_FALSE(screen->SpecialSch.enabled());
@@ -828,16 +816,13 @@ TEST_F(LoanScreen, TheAmlPageFollowsTheOfficeAndTheCompany) {
       "UPDATE CompMast SET AMLA='1' WHERE CompCode='AB';"
       "INSERT INTO AMLADesc (SID,AMLADesc) VALUES ('LOAN','House');"
       "INSERT INTO AMLADesc (SID,AMLADesc) VALUES ('PAYMENT','Sale of land')");
-  const struct {
-    bool office_on;
-    const char* customer;
-    bool shown;
-  } rows[] = {{true, "HQ0001", false}, {true, "AB0001", true}, {false, "AB0001", false}};
-  for (const auto& row : rows) {
-    office.session.settings.AMLA = row.office_on;
+  const std::tuple<bool, const char*, bool> rows[] = {
+      {true, "HQ0001", false}, {true, "AB0001", true}, {false, "AB0001", false}};
+  for (const auto& [office_on, customer, shown] : rows) {
+    office.session.settings.AMLA = office_on;
     Open("New Loan");
-    Set("CustID", row.customer);
-    EXPECT_EQ(screen->AmlPage.visible(), row.shown) << row.customer << row.office_on;
+    Set("CustID", customer);
+    EXPECT_EQ(screen->AmlPage.visible(), shown) << customer << office_on;
   }
   // Free text, until the office allows its own list alone.
   office.session.settings.AMLA = true;

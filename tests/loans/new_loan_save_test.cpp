@@ -248,13 +248,7 @@ TEST_F(LoanSave, ALoanWithPaymentsIsAskedForTwice) {
 // --- audit and accounting
 
 TEST_F(LoanSave, TheAuditShowsTheScreenAgainstWhatIsStored) {
-  office.session.settings.TransLogs = true;
-  office.session.LogsConn =
-      OpenSqlite("LogsConn", office.folder.File("logs.db"), true, office.session.clock);
-  office.session.LogsConn->Execute(
-      "CREATE TABLE TransLogs (TrxDate datetime NULL, UserID nvarchar(50) NULL, UserName "
-      "nvarchar(50) NULL, ConmpCode nvarchar(50) NULL, Type nvarchar(50) NULL, Module "
-      "nvarchar(50) NULL, TrxID nvarchar(50) NULL, Remarks nvarchar(1000) NULL)");
+  office.OpenAudit();
   NewLoan();
   auto screen = Open("Edit Loan", kLoan);
   screen->LoanAmt.SetText("12,000.00");

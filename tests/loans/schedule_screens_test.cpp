@@ -64,26 +64,21 @@ TEST_F(ScheduleScreensTest, ASpecialScheduleKeepsTheAmendmentInItsBackup) {
 }
 
 TEST_F(ScheduleScreensTest, ADateStaysBetweenItsNeighboursAndAnAmountIsANumber) {
-  struct Case {
-    const char* date;
-    const char* amount;
-    const char* told;
-  };
   auto screen = Open<UpdateSch>();
   ASSERT_EQ(screen->SchLV.RowCount(), 12);
-  for (const Case& one :
-       std::initializer_list<Case>{{"31-01-2024", "10", "Date cannot less that 31-01-2024"},
-                                   {"31-03-2024", "10", "Date cannot more that 31-03-2024"},
-                                   {"30-02-2024", "10", "Invalid Dat"},
-                                   {"", "10", "Invalid Dat"},
-                                   {"01-02-2024", "", "Invalid Pay Amount"},
-                                   {"01-02-2024", "ten", "Invalid Pay Amount"},
-                                   {"01-02-2024", "-1", "Invalid Pay Amount"},
-                                   {"01-02-2024", "1e9", "Invalid Pay Amount"}}) {
-    Amend(*screen, 1, one.date, one.amount);
-    EXPECT_EQ(LastMessage(), "Update Schedule: " + std::string(one.told)) << one.date;
+  for (const auto& [date, amount, told] :
+       TextRows<3>{{"31-01-2024", "10", "Date cannot less that 31-01-2024"},
+                   {"31-03-2024", "10", "Date cannot more that 31-03-2024"},
+                   {"30-02-2024", "10", "Invalid Dat"},
+                   {"", "10", "Invalid Dat"},
+                   {"01-02-2024", "", "Invalid Pay Amount"},
+                   {"01-02-2024", "ten", "Invalid Pay Amount"},
+                   {"01-02-2024", "-1", "Invalid Pay Amount"},
+                   {"01-02-2024", "1e9", "Invalid Pay Amount"}}) {
+    Amend(*screen, 1, date, amount);
+    EXPECT_EQ(LastMessage(), "Update Schedule: " + std::string(told)) << date;
     EXPECT_EQ(screen->SchLV.Cell(1, 4), "112.00");
-    EXPECT_EQ(screen->LoanAmt.text(), one.amount);  // nothing typed is lost
+    EXPECT_EQ(screen->LoanAmt.text(), amount);  // nothing typed is lost
   }
   desk.messages.clear();
   Amend(*screen, 1, "01-02-2024", "1,000.555");
