@@ -138,6 +138,7 @@ void PersonalEpxFrm::LoadExpense(std::string id) {
   }
   StartNew();
   record_.Load(row);
+  stored_.Take(row);
   TrxID.SetText(NullToEmpty(row.Field("TrxID")));
   KeepAsStored();
 }
@@ -205,6 +206,7 @@ void PersonalEpxFrm::Save() {
     return;
   }
   for (TextBox* box : {&DebitAmt, &CreditAmt}) box->SetText(ShowMoney(box->text()));
+  stored_ = written_;
   KeepAsStored();
   Tell(MessageKind::information, {"Expenses saved", "开销已储存"});
   Log("saved");
@@ -225,6 +227,7 @@ void PersonalEpxFrm::Store() {
   } else if (!is_there) {
     throw RowNotFound("Expenses " + loaded_id_);
   } else {
+    stored_.Expect(ReadRow(OfThisExpense()), "Expenses " + loaded_id_);
     ExecuteOnRow(
         main(),
         fmt::format("UPDATE PersonalExp SET TrxDate={},TrxDesc={},DebitAmt={},CreditAmt={},"
@@ -236,6 +239,7 @@ void PersonalEpxFrm::Store() {
                     QuoteStr(ChqNo.text()), OfThisExpense()),
         "Expenses " + loaded_id_);
   }
+  written_.Take(ReadRow("TrxID=" + TrxID.text()));
   WriteAudit(session(), is_new ? "Create" : "Modify", "Expenses", CompCode.text(), TrxID.text(),
              loaded_values_);
 }
@@ -254,13 +258,22 @@ void PersonalEpxFrm::Insert() {
       ScalarQuery(main(), "SELECT MAX(TrxID) FROM PersonalExp WHERE CompCode=" + company));
 }
 
+Recordset PersonalEpxFrm::ReadRow(const std::string& of) {
+  return main().Query("SELECT * FROM PersonalExp WHERE " + of);
+}
+
 std::string PersonalEpxFrm::OfThisExpense() const {
   return "TrxID=" + loaded_id_ + AndCompany(session(), "CompCode");
 }
 
 bool PersonalEpxFrm::Write(const std::function<void()>& write) {
-  return AttemptOnRecord("Expenses " + loaded_id_,
-                         {"an error occur during saving expenses", "储存开销时出现错误"}, write);
+  const std::string key = "Expenses " + loaded_id_;
+  bool changed = false;
+  const bool written =
+      AttemptOnRecord(key, {"an error occur during saving expenses", "储存开销时出现错误"},
+                      [&] { NoteChange(changed, write); });
+  if (changed) Tell(MessageKind::information, ToldOfChange(key));
+  return written;
 }
 
 void PersonalEpxFrm::Log(std::string_view what) {
@@ -280,6 +293,7 @@ void PersonalEpxFrm::Delete() {
   }
   if (!ConfirmLoss({"Confirm to delete record?", "确定删除记录？"})) return;
   const bool deleted = Write([this] {
+    stored_.Expect(ReadRow(OfThisExpense()), "Expenses " + loaded_id_);
     ExecuteOnRow(main(), "DELETE PersonalExp WHERE " + OfThisExpense(), "Expenses " + loaded_id_);
     WriteAudit(session(), "Delete", "Expenses", CompCode.text(), loaded_id_, loaded_values_);
   });

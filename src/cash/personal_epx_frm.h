@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "cash/stored_row.h"
 #include "core/record.h"
 #include "core/record_right.h"
 #include "core/session_screen.h"
@@ -42,7 +43,6 @@ class PersonalEpxFrm : public SessionScreen {
   bool IsNew() const { return loaded_id_.empty(); }
   void StartNew();
   void LeaveTrxID();
-  void Pick();
   // By value: the box that the number may come from is filled anew.
   void LoadExpense(std::string id);
   void KeepAsStored();
@@ -59,10 +59,12 @@ class PersonalEpxFrm : public SessionScreen {
   bool Write(const std::function<void()>& write);
   // "TrxID=<number>", and the company for whoever may not see all.
   std::string OfThisExpense() const;
+  Recordset ReadRow(const std::string& of);
   void Log(std::string_view what);
 
   Record record_;
   RecordRight right_;
+  StoredRow stored_, written_;
   std::string loaded_id_;             // "" for a new expense
   std::vector<Value> loaded_values_;  // for the audit; none for a new expense
 };

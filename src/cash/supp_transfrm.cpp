@@ -149,6 +149,7 @@ void SuppTransfrm::LoadTransaction(std::string id) {
   }
   Clear();
   record_.Load(row);
+  stored_.Take(row);
   TransID.SetText(NullToEmpty(row.Field("TransID")));
   ShowSupplierName();
   KeepAsStored();
@@ -284,6 +285,7 @@ void SuppTransfrm::Save() {
     return;
   }
   const std::string old_type = loaded_type_;
+  stored_ = written_;
   KeepAsStored();
   const std::string id = loaded_id_;
   LinkSupplierDocument(session(), *this,
@@ -323,18 +325,30 @@ void SuppTransfrm::Store() {
         "TransType,TransAmt,UserID,DateCreated) VALUES ({},{},{},{},{},{},{},{},{},{},{})",
         QuoteStr(TransID.text()), supplier, loan, customer, company, date, text, type, amount,
         QuoteStr(session().CurrentUserID), SqlDateTime(DateCreated.text())));
-    return;
+  } else {
+    stored_.Expect(ReadRow(OfThisTransaction()), loaded_id_);
+    ExecuteOnRow(
+        main(),
+        fmt::format("UPDATE SupplierTrans SET TrxDate={},LoanID={},CustID={},CompCode={},"
+                    "TransDesc={},TransType={},TransAmt={} WHERE {}",
+                    date, loan, customer, company, text, type, amount, OfThisTransaction()),
+        loaded_id_);
   }
-  ExecuteOnRow(main(),
-               fmt::format("UPDATE SupplierTrans SET TrxDate={},LoanID={},CustID={},CompCode={},"
-                           "TransDesc={},TransType={},TransAmt={} WHERE {}",
-                           date, loan, customer, company, text, type, amount, OfThisTransaction()),
-               loaded_id_);
+  written_.Take(ReadRow("TransID=" + QuoteStr(TransID.text())));
 }
 
 bool SuppTransfrm::Write(const std::function<void()>& write) {
-  return AttemptOnRecord(fmt::format("Supplier {} - transaction {}", SuppID.text(), loaded_id_),
-                         {"an error occuring saving reading record", "储存记录时出现错误"}, write);
+  bool changed = false;
+  const bool written =
+      AttemptOnRecord(fmt::format("Supplier {} - transaction {}", SuppID.text(), loaded_id_),
+                      {"an error occuring saving reading record", "储存记录时出现错误"},
+                      [&] { NoteChange(changed, write); });
+  if (changed) Tell(MessageKind::information, ToldOfChange(loaded_id_));
+  return written;
+}
+
+Recordset SuppTransfrm::ReadRow(const std::string& of) {
+  return main().Query("SELECT * FROM SupplierTrans WHERE " + of);
 }
 
 std::string SuppTransfrm::OfThisTransaction() const {
@@ -355,8 +369,10 @@ void SuppTransfrm::Delete() {
                     fmt::format("确定删除{} {}", type.chinese, id)})) {
     return;
   }
-  const bool deleted = Write(
-      [&] { ExecuteOnRow(main(), "DELETE FROM SupplierTrans WHERE " + OfThisTransaction(), id); });
+  const bool deleted = Write([&] {
+    stored_.Expect(ReadRow(OfThisTransaction()), id);
+    ExecuteOnRow(main(), "DELETE FROM SupplierTrans WHERE " + OfThisTransaction(), id);
+  });
   if (!deleted) return;
   Tell(MessageKind::information, {fmt::format("{} ID {} deleted", type.english, id),
                                   fmt::format("{} {} 已删除", type.chinese, id)});

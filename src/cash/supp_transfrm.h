@@ -8,6 +8,7 @@
 #include <functional>
 #include <string>
 
+#include "cash/stored_row.h"
 #include "core/record.h"
 #include "core/record_right.h"
 #include "core/session_screen.h"
@@ -65,9 +66,11 @@ class SuppTransfrm : public SessionScreen {
   void Delete();
   bool Write(const std::function<void()>& write);
   std::string OfThisTransaction() const;
+  Recordset ReadRow(const std::string& of);
 
   Record record_;
   RecordRight right_;
+  StoredRow stored_, written_;
   std::string loaded_id_;                    // "" for a new document
   std::string loaded_type_;                  // as it is stored
   std::string shown_supplier_, shown_loan_;  // what the other boxes belong to

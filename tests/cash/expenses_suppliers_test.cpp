@@ -192,7 +192,7 @@ struct Desktop {
   Session session;
   std::unique_ptr<Screen> screens[3];
   std::string loaded[3];
-  Row typed[3];
+  Row typed[3], seen[3];
   bool Sees(const Row& row) const { return session.CurrentLevel == 4 || row[0] == "HQ"; }
 };
 
@@ -248,6 +248,7 @@ class CashHistory : public ExpensesAndSuppliers {
       EXPECT_EQ(counter.messages.empty(), at.Sees(rows.at(id))) << id;
       if (!counter.messages.empty()) return Set(screen, key);
       at.loaded[kind] = id;
+      at.seen[kind] = rows.at(id);
     }
     const bool is_new = at.loaded[kind].empty();
     Row row = {at.Sees({"KL"}) && Die(2) ? "KL" : "HQ", fmt::format("It's {}", ++texts)};
@@ -273,6 +274,8 @@ class CashHistory : public ExpensesAndSuppliers {
     if (!at.loaded[kind].empty() && (row == books.kept[kind].end() || !at.Sees(row->second))) {
       return false;
     }
+    // What another desktop has made of it since is not written over.
+    if (kind != kSupplier && !at.loaded[kind].empty() && row->second != at.seen[kind]) return false;
     return kind != kDocument || books.kept[kSupplier].contains(at.typed[kind][4]);
   }
   void Save(Desktop& at, Kind kind) {
@@ -293,7 +296,10 @@ class CashHistory : public ExpensesAndSuppliers {
                                          row[2].substr(row[2][0] == '-' ? 1 : 0)};
       }
     }
-    if (Write(at, Of(at, kind, "SaveCmd", "SaveCmd"), after)) at.loaded[kind] = id;
+    if (Write(at, Of(at, kind, "SaveCmd", "SaveCmd"), after)) {
+      at.loaded[kind] = id;
+      at.seen[kind] = books.kept[kind].at(id);
+    }
     EXPECT_EQ(at.screens[kind]->controls().front()->Text(), at.loaded[kind]);
     EXPECT_EQ(at.screens[kind]->Find(kBoxes[kind][1])->Text(), row[1]);
   }
