@@ -273,6 +273,7 @@ class NewCustFrm : public SessionScreen {
   void LoadLoans(const std::string& id);
   void ShowCredit(const std::string& id);
   void ShowGlance();
+  void ShowPhoto(const std::string& id);
   void ChoosePhoto(TextBox& box, int number);
   void Import();
   void LoadApplications(const std::string& id);
@@ -285,6 +286,7 @@ class NewCustFrm : public SessionScreen {
   std::string loaded_id_;             // the stored customer shown; "" for a new one
   std::vector<Value> loaded_values_;  // for the audit: name, the three identity numbers, date
   std::string remembered_lists_;
+  bool server_away_ = false;      // a photo could not be fetched since the screen was opened
   bool delete_approved_ = false;  // a manager has opened the delete of the record shown
   bool edit_approved_ = false;    // a manager has approved edits of the record shown
   bool delete_mode_ = false;

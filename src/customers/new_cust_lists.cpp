@@ -15,6 +15,7 @@
 #include "customers/customer_store.h"
 #include "customers/document_store.h"
 #include "customers/new_cust_frm.h"
+#include "customers/photo_server.h"
 #include "platform/sql/data_source.h"
 
 namespace kaunter {
@@ -45,9 +46,16 @@ void NewCustFrm::LoadLists(const std::string& id) {
   LoadLoans(id);
   LoadApplications(id);
   ShowCredit(id);
-  Photo.SetPath(Pic1.empty() || id.empty() ? std::string() : KeptPath(session(), id, Pic1.text()));
+  ShowPhoto(id);
   ShowGlance();
   remembered_lists_ = Lists();
+}
+
+void NewCustFrm::ShowPhoto(const std::string& id) {
+  const bool has_one = !Pic1.empty() && !id.empty();
+  // A server that is away is told once, not with each customer.
+  if (has_one && !server_away_) server_away_ = !FetchPhoto(session(), *this, id, Pic1.text());
+  Photo.SetPath(has_one ? KeptPath(session(), id, Pic1.text()) : std::string());
 }
 
 void NewCustFrm::ShowGlance() {
@@ -154,6 +162,7 @@ void NewCustFrm::AddDocument() {
   }
   const std::string number = NextSeries(main(), "D", owner, true);
   const std::string name = KeepFile(session(), owner, file, number);
+  SendPhoto(session(), *this, owner, name);
   DocDG.AddRow({number, DocDesc.text(), name, session().CurrentUserID, ServerNow(main(), true)});
   DocDesc.Clear();
 }
@@ -175,8 +184,10 @@ void NewCustFrm::OpenDocument() {
   const int row = DocDG.current_row();
   if (row < 0) return;
   const std::string& number = DocDG.Cell(row, 0);
-  const std::string path =
-      KeptPath(session(), number.substr(0, number.find('#')), DocDG.Cell(row, 2));
+  const std::string folder = number.substr(0, number.find('#'));
+  const std::string& file = DocDG.Cell(row, 2);
+  if (!FetchPhoto(session(), *this, folder, file)) return;
+  const std::string path = KeptPath(session(), folder, file);
   if (const auto refusal = WhyNotOpened(path)) {
     desk().Message(MessageKind::critical, session().In({"Open Documents", "打开文件"}),
                    fmt::format("{}\n{}", session().In(*refusal), path));
@@ -272,6 +283,7 @@ void NewCustFrm::ChoosePhoto(TextBox& box, int number) {
                            QuoteStr(loaded_id_)),
                loaded_id_);
   box.SetText(name);
+  SendPhoto(session(), *this, loaded_id_, name);
   if (number == 1) Photo.SetPath(KeptPath(session(), loaded_id_, name));
 }
 

@@ -331,6 +331,7 @@ class NewLoanFrm : public LoanScreen {
   std::string loaded_id_;          // the stored loan shown; "" for a new one
   std::string taken_application_;  // AppID that SSCommand3 brought
   std::string pending_photos_[2];  // chosen and not yet in the photo store
+  bool server_away_ = false;       // a photo could not be fetched since the screen was opened
 };
 
 }  // namespace kaunter

@@ -11,6 +11,7 @@
 #include "core/telling.h"
 #include "core/values.h"
 #include "customers/document_store.h"
+#include "customers/photo_server.h"
 #include "links/accounting_link.h"
 #include "loans/application.h"
 #include "loans/loan_lifecycle.h"
@@ -154,7 +155,9 @@ void NewLoanFrm::KeepGuarantorPhotos() {
     std::string& chosen = pending_photos_[boxes.index];
     if (chosen.empty()) continue;
     try {
-      KeepFile(session(), loaded_id_, chosen, fmt::format("guarantor{}", boxes.index));
+      const std::string name =
+          KeepFile(session(), loaded_id_, chosen, fmt::format("guarantor{}", boxes.index));
+      SendPhoto(session(), *this, loaded_id_, name);
     } catch (const std::exception& failure) {
       Tell(MessageKind::critical,
            {fmt::format("{}\nThe loan is saved without the picture. Choose it again.",

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace kaunter {
 
@@ -11,5 +12,9 @@ void OutliveFailedWrites();
 
 // The folder where the running program lies; where the system does not tell, that of `argv0`.
 std::string ProgramFolder(const char* argv0);
+
+// Runs a program without a window and waits for its end; what it prints goes nowhere. False when it
+// could not be started or ended with an error.
+bool RunProgram(const std::string& program, const std::vector<std::string>& arguments);
 
 }  // namespace kaunter

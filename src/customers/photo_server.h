@@ -1,0 +1,24 @@
+// The copies of photos and documents on the office's FTP server, where other PCs find what was
+// kept on this one: VKTPIC/<customer or loan>/<file>. Where the setting ftpAcc names no server,
+// nothing leaves this PC and nothing is asked.
+#pragma once
+
+#include <string_view>
+
+namespace kaunter {
+
+class Screen;
+class Session;
+
+// Both wait for the end and tell a failure on behalf of the screen; false then. The kept file stays
+// as it is: a copy that failed can be sent again by keeping the file once more.
+bool SendPhoto(Session& session, const Screen& screen, std::string_view folder,
+               std::string_view file);
+// A file that lies on this PC already is not asked for.
+bool FetchPhoto(Session& session, const Screen& screen, std::string_view folder,
+                std::string_view file);
+
+// The scripts hold the password of the server: none stays.
+void CleanFtpScripts(const Session& session);
+
+}  // namespace kaunter
