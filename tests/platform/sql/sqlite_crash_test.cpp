@@ -26,11 +26,10 @@ class PulledPlug : public ::testing::Test {
     const auto db = OpenSqlite("x", Base(), true, clock_);
     db->Execute(
         "create table PaymentMast (PayID nvarchar(50) NOT NULL PRIMARY KEY, LoanID nvarchar(50), "
-        "PayAmt decimal(18, 2), Memo3 nvarchar(max));"
-        "create table SchMast (LoanID nvarchar(50) NOT NULL, SchID int NOT NULL, Payment "
-        "decimal(18, 2), PRIMARY KEY (LoanID, SchID));"
-        "create table NumberMast (CustID nvarchar(50) NOT NULL PRIMARY KEY, PaymentNo int);"
-        "insert into NumberMast values ('C1', 0)");
+        "PayAmt decimal(18, 2), Memo3 nvarchar(max));create table SchMast (LoanID nvarchar(50) NOT "
+        "NULL, SchID int NOT NULL, Payment decimal(18, 2), PRIMARY KEY (LoanID, SchID));create "
+        "table NumberMast (CustID nvarchar(50) NOT NULL PRIMARY KEY, PaymentNo int);insert into "
+        "NumberMast values ('C1', 0)");
     for (int i = 1; i <= 40; ++i) {
       db->Execute("insert into SchMast values ('L1', " + std::to_string(i) + ", 0)");
     }
