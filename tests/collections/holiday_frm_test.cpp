@@ -12,10 +12,8 @@ class Holidays : public PaymentTest {
     office.Run("DELETE FROM HolidayMast");
     for (const char* day : {"2024-01-01','New Year", "2024-02-29','Leap day",
                             "2024-12-25','Krismas", "2025-12-25','Christmas", "2023-12-31','Eve"}) {
-      office.Run(
-          fmt::format("INSERT INTO HolidayMast (HolidayDate,HolidayName,UserID) VALUES "
-                      "('{}','BEN')",
-                      day));
+      office.Run(fmt::format(
+          "INSERT INTO HolidayMast (HolidayDate,HolidayName,UserID) VALUES ('{}','BEN')", day));
     }
     list.Load();
   }

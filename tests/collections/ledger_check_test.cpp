@@ -192,10 +192,7 @@ TEST_F(LedgerCheckTest, WhatACutLeftIsTold) {
   MakeFlexi();
   office.Run("DELETE FROM LoanMast WHERE LoanID='N'");
   ASSERT_TRUE(RebuildCustomer(main(), "HQ0001").done);
-  const struct {
-    const char* break_it;
-    const char* told;
-  } cases[] = {
+  const std::array<const char*, 2> cases[] = {
       {"", ""},
       {"DELETE FROM SchMast WHERE LoanID='P'", "Schedule rows: 0 for 12\n"},
       {"DELETE FROM SchMast WHERE LoanID='P';UPDATE LoanMast SET PayOutAmt=0.01",
@@ -216,13 +213,13 @@ TEST_F(LedgerCheckTest, WhatACutLeftIsTold) {
        "UPDATE CustMast SET TotLoan=TotLoan+1000,TotLoanBal=TotLoanBal+990",
        ""},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.break_it);
+  for (const auto& [break_it, says] : cases) {
+    SCOPED_TRACE(break_it);
     main().BeginTrans();
-    if (*c.break_it != '\0') office.Run(c.break_it);
+    if (*break_it != '\0') office.Run(break_it);
     std::string told;
     for (const char* loan : {"P", "F"}) told += Told(CheckLoan(main(), loan));
-    EXPECT_EQ(told + Told(CheckCustomer(main(), "HQ0001")), c.told);
+    EXPECT_EQ(told + Told(CheckCustomer(main(), "HQ0001")), says);
     main().RollbackTrans();
   }
 }

@@ -17,16 +17,14 @@ class PaymentScreen : public PaymentCounter {
 TEST_F(PaymentScreen, ALoanIsFoundByEitherCodeOrToldWhyNot) {
   office.Run(
       "UPDATE LoanMast SET OldLoanCode='OLD7',FirstPayment=112,LateChargePerDay=18,OfferDays=3 "
-      "WHERE LoanID='HQ0001-001';"
-      "INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanStatus) VALUES ('AB1','HQ0001','AB',"
-      "'ACTIVE');"
-      "INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanStatus,OldLoanCode) VALUES "
-      "('AB2','HQ0001','AB','ACTIVE','OLD7');"
-      "INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanStatus,LoanBal) VALUES "
-      "('HQ9','HQ0001','HQ','CLOSED',0);"
-      "INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanStatus,LoanBal,DragLoan) VALUES "
-      "('HQ8','HQ0001','HQ','ACTIVE',0,'0'),('HQ7','HQ0001','HQ','ACTIVE',200,'0');"
-      "INSERT INTO PaymentMast (PayID,LoanID,CompCode) VALUES ('HQ9-001','HQ9','HQ')");
+      "WHERE LoanID='HQ0001-001';INSERT INTO LoanMast (LoanID,CustID,CompCode,LoanStatus) VALUES "
+      "('AB1','HQ0001','AB','ACTIVE');INSERT INTO LoanMast "
+      "(LoanID,CustID,CompCode,LoanStatus,OldLoanCode) VALUES "
+      "('AB2','HQ0001','AB','ACTIVE','OLD7');INSERT INTO LoanMast "
+      "(LoanID,CustID,CompCode,LoanStatus,LoanBal) VALUES ('HQ9','HQ0001','HQ','CLOSED',0);INSERT "
+      "INTO LoanMast (LoanID,CustID,CompCode,LoanStatus,LoanBal,DragLoan) VALUES "
+      "('HQ8','HQ0001','HQ','ACTIVE',0,'0'),('HQ7','HQ0001','HQ','ACTIVE',200,'0');INSERT INTO "
+      "PaymentMast (PayID,LoanID,CompCode) VALUES ('HQ9-001','HQ9','HQ')");
   auto screen = New("");
   PaymentFrm& s = *screen;
   Put(s.PayDate, "31-01-2024");  // typed before the loan, it stays
@@ -73,9 +71,8 @@ TEST_F(PaymentScreen, ACustomersOnlyLoanComesByItself) {
 TEST_F(PaymentScreen, WhatWasTypedBeforeTheLoanIsLookedAtWithIt) {
   office.Run(
       "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqAmt,ChqBank,PayID) VALUES "
-      "('HQ0001-001',1,'C1',112,'MBB','HQ0001-001-009');"
-      "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqAmt,ChqBank,PayID) VALUES "
-      "('HQ0001-001',2,'C2',200,'RHB','')");
+      "('HQ0001-001',1,'C1',112,'MBB','HQ0001-001-009');INSERT INTO ChqMast "
+      "(LoanID,SeqNo,ChqNo,ChqAmt,ChqBank,PayID) VALUES ('HQ0001-001',2,'C2',200,'RHB','')");
   struct Case {
     const char* total;
     const char* cheque;

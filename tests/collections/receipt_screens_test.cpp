@@ -30,10 +30,9 @@ class ReceiptScreens : public PaymentTest {
   void Add(const std::string& pay_id, const std::string& date, const std::string& time,
            const std::string& receipt) {
     Pay(pay_id, kLoan, date, "1");
-    office.Run(
-        fmt::format("UPDATE PaymentMast SET ReceiptNo='{}',DateCreated='2024-02-01 {}' "
-                    "WHERE PayID='{}'",
-                    receipt, time, pay_id));
+    office.Run(fmt::format(
+        "UPDATE PaymentMast SET ReceiptNo='{}',DateCreated='2024-02-01 {}' WHERE PayID='{}'",
+        receipt, time, pay_id));
   }
   void Serial() { office.Run("UPDATE CompMast SET SerialReceiptNo='1' WHERE CompCode='HQ'"); }
   std::string Receipts() { return Lines("SELECT PayID,ReceiptNo FROM PaymentMast ORDER BY PayID"); }
@@ -88,8 +87,8 @@ TEST_F(ReceiptScreens, TheRunningSeriesGoesOnBehindTheLastNumberInUse) {
 TEST_F(ReceiptScreens, ANumberFromBeforeTheDateIsNotGivenTwice) {
   const std::string before = Stored();
   EXPECT_EQ(Restructure("20-01-2024"),
-            "Receipt No 202401-0001 is used before 20-01-2024, nothing was changed. Start from "
-            "the first day of the series, or behind the last number in use");
+            "Receipt No 202401-0001 is used before 20-01-2024, nothing was changed. Start from the "
+            "first day of the series, or behind the last number in use");
   EXPECT_EQ(Stored(), before);
   EXPECT_FALSE(main().InTransaction());
 }

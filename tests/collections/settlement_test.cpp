@@ -152,12 +152,8 @@ TEST_F(SettlementTest, TheLaterDatesFollowByMonthsAndAreClampedToTheMonth) {
 
 TEST_F(SettlementTest, ADateThatIsRefusedHasNoFigures) {
   MakeSmallLoan("0", "319.08");
-  struct Case {
-    int column;
-    const char* date;
-    const char* told;
-  };
-  for (const Case& one : std::initializer_list<Case>{
+  for (const auto& [at, date, told] :
+       std::initializer_list<std::tuple<int, const char*, const char*>>{
            {0, "30-02-2024", "Settlement: Invalid Redemption Date"},
            {1, "soon", "Settlement: Invalid Redemption Date"},
            {0, "30-01-2024", "Settlement: Redemption date cannot less than Next Due Date"},
@@ -166,12 +162,12 @@ TEST_F(SettlementTest, ADateThatIsRefusedHasNoFigures) {
     auto screen = Open<Settlementfrm>(kId);
     Put(screen->columns[0].SettledDate, "31-01-2024");
     counter.messages.clear();
-    auto& column = screen->columns[static_cast<std::size_t>(one.column)];
-    Put(column.SettledDate, one.date);
-    EXPECT_EQ(LastMessage(), one.told);
-    EXPECT_EQ(Figures(*screen, one.column), std::string(one.date) + " |    ");
-    EXPECT_EQ(Figures(*screen, one.column == 0 ? 1 : 0).empty(), false);
-    if (one.column != 0) continue;
+    auto& column = screen->columns[static_cast<std::size_t>(at)];
+    Put(column.SettledDate, date);
+    EXPECT_EQ(LastMessage(), told);
+    EXPECT_EQ(Figures(*screen, at), std::string(date) + " |    ");
+    EXPECT_EQ(Figures(*screen, at == 0 ? 1 : 0).empty(), false);
+    if (at != 0) continue;
     // And is not settled on.
     screen->Command4.Click();
     EXPECT_EQ(LastMessage(), "Settlement: Settlement Amount is required");

@@ -139,12 +139,12 @@ TEST_F(SpecialRptTest, TwoRowsOfOneLoanAreTwoPaymentsOneAfterTheOther) {
   EXPECT_EQ(Column(*screen, kPayID), (Cells{"HQ0001-001-001", "HQ0001-001-002", "", ""}));
   EXPECT_EQ(Column(*screen, kBalance), (Cells{"0.00", "12.00", "106.00", "106.00"}));
   EXPECT_EQ(screen->DG.Cell(1, kLoanBal), "1,132.00");
-  EXPECT_EQ(
-      Lines("SELECT CollectInfoID,Bank,SalesmanID,PaymentStatus,Settlement,InstalAmt,PayExtra,"
-            "IntAmt,PayableAmt,DragInt,IntChargeAmt,LastDueDate,NextDueDate,CompCode,UserID,"
-            "LampiranStatus,ReceiptNo FROM PaymentMast WHERE PayID='HQ0001-001-002'"),
-      "CASH CASH NIL ACTIVE 0 100 0 0 112 100 12 2024-02-29 2024-03-31 HQ AMY PINJAMAN "
-      "SEMASA 202402-0002\n");
+  EXPECT_EQ(Lines("SELECT "
+                  "CollectInfoID,Bank,SalesmanID,PaymentStatus,Settlement,InstalAmt,PayExtra,"
+                  "IntAmt,PayableAmt,DragInt,IntChargeAmt,LastDueDate,NextDueDate,CompCode,UserID,"
+                  "LampiranStatus,ReceiptNo FROM PaymentMast WHERE PayID='HQ0001-001-002'"),
+            "CASH CASH NIL ACTIVE 0 100 0 0 112 100 12 2024-02-29 2024-03-31 HQ AMY PINJAMAN "
+            "SEMASA 202402-0002\n");
   // A paid row is not paid again, and takes no other amount.
   screen->DG.Edit(0, kAmount, "999");
   EXPECT_EQ(screen->DG.Cell(0, kAmount), "112.00");
@@ -158,8 +158,8 @@ TEST_F(SpecialRptTest, ARowThatFailsKeepsItsAmountAndTheOthersGoOn) {
   MakeLoan("HQ0001-005", LoanScheme::kPersonal, "600", "6");
   MakeLoan("HQ0001-006", LoanScheme::kFlexi, "600", "6");
   office.Run(
-      "UPDATE LoanMast SET PayOutAmt=LoanAmt WHERE LoanID<>'HQ0001-004';"
-      "UPDATE LoanMast SET TrxDate='2024-02-02' WHERE LoanID='HQ0001-005'");
+      "UPDATE LoanMast SET PayOutAmt=LoanAmt WHERE LoanID<>'HQ0001-004';UPDATE LoanMast SET "
+      "TrxDate='2024-02-02' WHERE LoanID='HQ0001-005'");
   auto screen = Open("", "31-01-2024");
   ASSERT_EQ(screen->DG.RowCount(), 6);
   screen->PayDate.SetText("01-02-2024");
@@ -178,15 +178,14 @@ TEST_F(SpecialRptTest, ARowThatFailsKeepsItsAmountAndTheOthersGoOn) {
   ASSERT_EQ(counter.messages.size(), 2u);
   const Money limit = Money::FromText(
       Scalar("SELECT SUM(CapitalAmt+InterestAmt) FROM SchMast WHERE LoanID='HQ0001-006'"));
-  EXPECT_EQ(counter.messages[0],
-            "Title: 5 payments are not saved, please check\n"
-            "\nHQ0001-002: Payment amount cannot more than loan balance amount"
-            "\nHQ0001-003: An error occurs during saving payment - the disk is full"
-            "\nNothing of it was kept. Mend the cause and do it again."
-            "\nHQ0001-004: Loan not fully drawdown cannot make payment"
-            "\nHQ0001-005: Payment date cannot eariler than loan date"
-            "\nHQ0001-006: Total payment cannot more than " +
-                ShowMoney(limit));
+  EXPECT_EQ(
+      counter.messages[0],
+      "Title: 5 payments are not saved, please check\n"
+      "\nHQ0001-002: Payment amount cannot more than loan balance amount\nHQ0001-003: An error "
+      "occurs during saving payment - the disk is full\nNothing of it was kept. Mend the cause and "
+      "do it again.\nHQ0001-004: Loan not fully drawdown cannot make payment\nHQ0001-005: Payment "
+      "date cannot eariler than loan date\nHQ0001-006: Total payment cannot more than " +
+          ShowMoney(limit));
   EXPECT_EQ(counter.messages[1], "Title: Process completed");
   EXPECT_EQ(Payments(), "HQ0001-001-001 1 2024-02-01 112 1232\n");
   EXPECT_EQ(Column(*screen, kAmount), amounts);
@@ -198,9 +197,9 @@ TEST_F(SpecialRptTest, ARowThatFailsKeepsItsAmountAndTheOthersGoOn) {
   screen->DG.Edit(1, kAmount, "636");
   for (const int row : {3, 4, 5}) screen->DG.Edit(row, kAmount, "");
   screen->SaveCmd.Click();
-  EXPECT_EQ(counter.messages[0],
-            "Title: 1 payments are not saved, please check\n\nHQ0001-003: No payment for CLOSED "
-            "loan");
+  EXPECT_EQ(
+      counter.messages[0],
+      "Title: 1 payments are not saved, please check\n\nHQ0001-003: No payment for CLOSED loan");
   EXPECT_EQ(Payments(),
             "HQ0001-001-001 1 2024-02-01 112 1232\nHQ0001-002-001 1 2024-02-01 636 0\n");
   EXPECT_EQ(Scalar("SELECT LampiranStatus FROM PaymentMast WHERE PayAmt=636"), "PINJAMAN SELESAI");

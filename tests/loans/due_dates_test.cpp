@@ -8,12 +8,6 @@
 namespace kaunter {
 namespace {
 
-TEST(StepDateTest, BackwardsIsTheSameStep) {
-  EXPECT_EQ(StepDate("MONTH", {2024, 3, 31}, true), (DateTime{2024, 2, 29}));
-  EXPECT_EQ(StepDate("WEEK", {2024, 3, 4}, true), (DateTime{2024, 2, 26}));
-  EXPECT_EQ(StepDate("14DAYS", {2024, 1, 8}, true), (DateTime{2023, 12, 25}));
-}
-
 TEST(StepDateTest, CodesAreExactTextsOrDaysFromOne) {
   // Four characters go, whatever they are.
   EXPECT_EQ(StepDate("3Days", {2024, 1, 1}, false), (DateTime{2024, 1, 4}));

@@ -214,10 +214,8 @@ TEST_F(LoanCalcfrmTest, AFailingStatementIsToldAndTheBoxesStay) {
   });
   Press(screen.Command3);
   office.session.Main().SetFaultHook(nullptr);
-  EXPECT_EQ(
-      Told(),
-      (Texts{"Kaunter: the disk is full\nWhat was saved before stays saved. Mend the cause, and "
-             "look what is there before you do it again."}));
+  EXPECT_EQ(Told(), (Texts{"Kaunter: the disk is full\nWhat was saved before stays saved. Mend the "
+                           "cause, and look what is there before you do it again."}));
   EXPECT_EQ(screen.LoanAmt.text(), "10,000.00");
   Press(screen.Command3);
   EXPECT_EQ(screen.LoanID.text(), "LC-0001");

@@ -44,9 +44,8 @@ class LoanScreen : public ::testing::Test {
     office.session.CurrentCompCode = "HQ";
     office.session.MsgTitle = "Loan";
     office.Run(
-        "INSERT INTO CompMast (CompCode,CompDesc) VALUES ('AB','Ah Beng');"
-        "INSERT INTO UserMast (UserID,UserLevel,CompCode,AccessPayment) VALUES "
-        "('AMY','Admin','HQ',1)");
+        "INSERT INTO CompMast (CompCode,CompDesc) VALUES ('AB','Ah Beng');INSERT INTO UserMast "
+        "(UserID,UserLevel,CompCode,AccessPayment) VALUES ('AMY','Admin','HQ',1)");
     Customer("HQ0001", "HQ", "Tan Ah Kow", "ACTIVE");
   }
 
@@ -63,11 +62,12 @@ class LoanScreen : public ::testing::Test {
             const std::string& status = "ACTIVE", const std::string& company = "HQ",
             const std::string& cust_id = "HQ0001") {
     office.Run(fmt::format(
-        "INSERT INTO LoanMast (LoanID,CustID,CompCode,TrxDate,LoanAmt,LoanAmt2,InsRate,InsRate2,"
-        "LoanTerm,LoanTerm2,LoanTerm3,LoanTypeID,LoanType,DragLoan,LoanPurpose,FirstPayment,"
-        "InstallmentAmt,InstallmentAmt2,LastPayment,LoanBal,NextDueDate,LoanStatus,PayOutAmt,Bank) "
-        "VALUES ('{}','{}','{}','2023-12-31',10000,10000,18,18,'12','0','12','MONTH','Unsecured',"
-        "'0','FLAT',983.33,983.33,983.33,983.37,11800,'2024-01-31','{}',{},'CASH')",
+        "INSERT INTO LoanMast "
+        "(LoanID,CustID,CompCode,TrxDate,LoanAmt,LoanAmt2,InsRate,InsRate2,LoanTerm,LoanTerm2,"
+        "LoanTerm3,LoanTypeID,LoanType,DragLoan,LoanPurpose,FirstPayment,InstallmentAmt,"
+        "InstallmentAmt2,LastPayment,LoanBal,NextDueDate,LoanStatus,PayOutAmt,Bank) VALUES "
+        "('{}','{}','{}','2023-12-31',10000,10000,18,18,'12','0','12','MONTH','Unsecured','0','"
+        "FLAT',983.33,983.33,983.33,983.37,11800,'2024-01-31','{}',{},'CASH')",
         id, cust_id, company, status, pay_out));
     LoanTerms terms;
     terms.LoanTypeID = "MONTH";
@@ -143,11 +143,7 @@ TEST_F(LoanScreen, ABoxThatIsLeftBringsItsOwnFigures) {
   office.session.settings.AutoProcessingFeeRate = "2.5";
   office.session.settings.AutoStampingFeeRate = "0.5";
   office.session.settings.CapLock = true;
-  const struct {
-    const char* name;
-    std::vector<std::pair<const char*, const char*>> acts;
-    Texts after;
-  } rows[] = {
+  const std::tuple<const char*, std::vector<std::pair<const char*, const char*>>, Texts> rows[] = {
       {"the worked loan",
        {},
        {{"InstallmentAmt", "983.33"},
@@ -205,11 +201,11 @@ TEST_F(LoanScreen, ABoxThatIsLeftBringsItsOwnFigures) {
        {{"LoanTerm3", "3"}}},
       {"top up", {{"TopUpAmt", "1234.5"}}, {{"TopUpAmt", "1,234.50"}}},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
+  for (const auto& [name, acts, after] : rows) {
+    SCOPED_TRACE(name);
     Open("New Loan");
     FillWorkedLoan();
-    for (const auto& [box, text] : row.acts) {
+    for (const auto& [box, text] : acts) {
       if (std::string(box) == "LoanBal") {
         screen->LoanBal.Clear();
       } else {
@@ -217,7 +213,7 @@ TEST_F(LoanScreen, ABoxThatIsLeftBringsItsOwnFigures) {
       }
     }
     EXPECT_EQ(Told(), Lines());
-    for (const auto& [box, text] : row.after) EXPECT_EQ(Text(box), text) << box;
+    for (const auto& [box, text] : after) EXPECT_EQ(Text(box), text) << box;
   }
 }
 
@@ -326,26 +322,20 @@ TEST_F(LoanScreen, NothingButATermIsATerm) {
 }
 
 TEST_F(LoanScreen, ACollateralBelowTheLoanNeedsAManager) {
-  const struct {
-    int level;
-    const char* value;
-    bool yes;
-    Lines told;
-    const char* after;
-  } rows[] = {
+  const std::tuple<int, const char*, bool, Lines, const char*> rows[] = {
       {2, "10000", false, {}, "10,000.00"},
       {2, "9999.99", false, {"Authorised failed"}, ""},
       {2, "9999.99", true, {"Authorised failed"}, ""},  // the dialog was closed
       {3, "9999.99", false, {}, "9,999.99"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [level, value, yes, told, after] : rows) {
     Open("New Loan");
     FillWorkedLoan();
-    office.session.CurrentLevel = row.level;
-    desk.answer = row.yes;
-    Set("Memo4", row.value);
-    EXPECT_EQ(Told(), row.told) << row.level << row.value;
-    EXPECT_EQ(Text("Memo4"), row.after);
+    office.session.CurrentLevel = level;
+    desk.answer = yes;
+    Set("Memo4", value);
+    EXPECT_EQ(Told(), told) << level << value;
+    EXPECT_EQ(Text("Memo4"), after);
   }
   Open("New Loan");
   Set("Memo4", "5");
@@ -359,14 +349,9 @@ TEST_F(LoanScreen, BothKeysLoadALoanAndAnotherCompanyHasNone) {
   Customer("AB0001", "AB", "Chong", "ACTIVE");
   Loan("AB0001-001", "0", "ACTIVE", "AB", "AB0001");
   office.Run(
-      "UPDATE LoanMast SET OldLoanCode='L77' WHERE LoanID='HQ0001-001';"
-      "UPDATE LoanMast SET OldLoanCode='L78' WHERE LoanID='AB0001-001'");
-  const struct {
-    int level;
-    const char* typed;
-    const char* loaded;
-    Lines told;
-  } rows[] = {
+      "UPDATE LoanMast SET OldLoanCode='L77' WHERE LoanID='HQ0001-001';UPDATE LoanMast SET "
+      "OldLoanCode='L78' WHERE LoanID='AB0001-001'");
+  const std::tuple<int, const char*, const char*, Lines> rows[] = {
       {1, "HQ0001-001", "HQ0001-001", {}},
       {1, " hq0001-001 ", "HQ0001-001", {}},
       {1, "l77", "HQ0001-001", {}},
@@ -375,42 +360,38 @@ TEST_F(LoanScreen, BothKeysLoadALoanAndAnotherCompanyHasNone) {
       {4, "AB0001-001", "AB0001-001", {}},
       {4, "X'; DROP TABLE LoanMast --", "", {"Laon ID X'; DROP TABLE LoanMast -- not found"}},
   };
-  for (const auto& row : rows) {
-    office.session.CurrentLevel = row.level;
-    Open("Edit Loan", row.typed);
-    EXPECT_EQ(Told(), row.told) << row.typed;
+  for (const auto& [level, typed, loaded, told] : rows) {
+    office.session.CurrentLevel = level;
+    Open("Edit Loan", typed);
+    EXPECT_EQ(Told(), told) << typed;
     // A code that nothing is found by stays, to be mended.
-    EXPECT_EQ(Text("LoanID"), *row.loaded == '\0' ? row.typed : row.loaded) << row.typed;
-    EXPECT_EQ(Text("LoanAmt"), *row.loaded == '\0' ? "" : "10,000.00");
+    EXPECT_EQ(Text("LoanID"), *loaded == '\0' ? typed : loaded) << typed;
+    EXPECT_EQ(Text("LoanAmt"), *loaded == '\0' ? "" : "10,000.00");
   }
 }
 
 TEST_F(LoanScreen, TheModeDecidesWhichLoanComesIn) {
   Loan("HQ0001-001");
   Loan("HQ0001-002", "10000", "CLOSED");
-  const struct {
-    const char* mode;
-    bool active;
-    bool closed;
-  } rows[] = {{"New Loan", true, false},   {"Edit Loan", true, false},
-              {"Delete Loan", true, true}, {"Close Loan", true, false},
-              {"Open Loan", false, true},  {"Due Date Inquiry", true, true},
-              {"Follow Up", true, true}};
-  for (const auto& row : rows) {
+  const std::tuple<const char*, bool, bool> rows[] = {
+      {"New Loan", true, false},   {"Edit Loan", true, false}, {"Delete Loan", true, true},
+      {"Close Loan", true, false}, {"Open Loan", false, true}, {"Due Date Inquiry", true, true},
+      {"Follow Up", true, true}};
+  for (const auto& [opened_in, active, comes_closed] : rows) {
     for (const bool closed : {false, true}) {
-      SCOPED_TRACE(fmt::format("{} {}", row.mode, closed));
+      SCOPED_TRACE(fmt::format("{} {}", opened_in, closed));
       office.session.HandOverLoanID = closed ? "HQ0001-002" : "HQ0001-001";
-      office.session.CallerTag = row.mode;
+      office.session.CallerTag = opened_in;
       screen = std::make_unique<NewLoanFrm>(office.session, desk);
       desk.messages.clear();
       screen->Load();
       office.session.HandOverLoanID.clear();
-      const bool comes = closed ? row.closed : row.active;
+      const bool comes = closed ? comes_closed : active;
       EXPECT_EQ(Text("LoanAmt"), comes ? "10,000.00" : "");
       EXPECT_EQ(Told(), comes ? Lines()
                               : Lines{closed ? "Cannot edit for CLOSED Loan"
                                              : "Cannot edit for ACTIVE Loan"});
-      const std::string mode = row.mode == std::string("New Loan") ? "Edit Loan" : row.mode;
+      const std::string mode = opened_in == std::string("New Loan") ? "Edit Loan" : opened_in;
       EXPECT_EQ(Text("LoanLBL"), mode);
       EXPECT_EQ(screen->title().english, "Loan - " + mode);
     }
@@ -480,13 +461,7 @@ TEST_F(LoanScreen, ACustomerIsFoundByThreeKeysAndMustBeActive) {
   office.Run("UPDATE LoanMast SET OldLoanCode='L77'");
   Customer("HQ0002", "HQ", "Wong", "BAD DEBT");
   Customer("AB0001", "AB", "Chong", "ACTIVE");
-  const struct {
-    int level;
-    const char* typed;
-    const char* id;
-    const char* name;
-    Lines told;
-  } rows[] = {
+  const std::tuple<int, const char*, const char*, const char*, Lines> rows[] = {
       {1, "hq0001", "HQ0001", "Tan Ah Kow", {}},
       {1, "L77", "HQ0001", "Tan Ah Kow", {}},
       {1, "ic-hq0001", "HQ0001", "Tan Ah Kow", {}},
@@ -495,13 +470,13 @@ TEST_F(LoanScreen, ACustomerIsFoundByThreeKeysAndMustBeActive) {
       {1, "AB0001", "AB0001", "", {"Customer ID AB0001 not found"}},
       {4, "AB0001", "AB0001", "Chong", {}},
   };
-  for (const auto& row : rows) {
-    office.session.CurrentLevel = row.level;
+  for (const auto& [level, typed, id, name, told] : rows) {
+    office.session.CurrentLevel = level;
     Open("New Loan");
-    Set("CustID", row.typed);
-    EXPECT_EQ(Told(), row.told) << row.typed;
-    EXPECT_EQ(Text("CustID"), row.id) << row.typed;
-    EXPECT_EQ(Text("CustName"), row.name) << row.typed;
+    Set("CustID", typed);
+    EXPECT_EQ(Told(), told) << typed;
+    EXPECT_EQ(Text("CustID"), id) << typed;
+    EXPECT_EQ(Text("CustName"), name) << typed;
   }
   EXPECT_EQ(Text("CompCode"), "AB");
   EXPECT_EQ(Text("Bank"), "CASH");
@@ -550,9 +525,9 @@ TEST_F(LoanScreen, AnAlternateCodeBelongsToOneOnly) {
   Customer("AB0001", "AB", "Chong", "ACTIVE");
   Loan("AB0001-001", "0", "ACTIVE", "AB", "AB0001");
   office.Run(
-      "UPDATE LoanMast SET OldLoanCode='L1' WHERE LoanID='HQ0001-001';"
-      "UPDATE LoanMast SET OldLoanCode='L2' WHERE LoanID='HQ0001-002';"
-      "UPDATE LoanMast SET OldLoanCode='L3' WHERE LoanID='AB0001-001'");
+      "UPDATE LoanMast SET OldLoanCode='L1' WHERE LoanID='HQ0001-001';UPDATE LoanMast SET "
+      "OldLoanCode='L2' WHERE LoanID='HQ0001-002';UPDATE LoanMast SET OldLoanCode='L3' WHERE "
+      "LoanID='AB0001-001'");
   Open("Edit Loan", "HQ0001-001");
   for (const char* good : {"", "L1", "L3", "AB0001-001", "new"}) {
     Set("OldLoanCode", good);
@@ -635,11 +610,10 @@ TEST_F(LoanScreen, APaymentIsDeletedByRightOnlyAndWhole) {
   Loan("HQ0001-001", "10000");
   office.Run(
       "INSERT INTO PaymentMast (PayID,LoanID,CustID,PayDate,PayAmt,ChqNo,Settlement) VALUES "
-      "('HQ0001-001-001','HQ0001-001','HQ0001','2024-01-31',983.33,'C1','0');"
-      "INSERT INTO PaymentMast (PayID,LoanID,CustID,PayDate,PayAmt,InstalAmt,Settlement) VALUES "
-      "('HQ0001-001-002','HQ0001-001','HQ0001','2024-02-29',500,500,'1');"
-      "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqAmt,PayID) VALUES "
-      "('HQ0001-001',1,'C1',983.33,'HQ0001-001-001')");
+      "('HQ0001-001-001','HQ0001-001','HQ0001','2024-01-31',983.33,'C1','0');INSERT INTO "
+      "PaymentMast (PayID,LoanID,CustID,PayDate,PayAmt,InstalAmt,Settlement) VALUES "
+      "('HQ0001-001-002','HQ0001-001','HQ0001','2024-02-29',500,500,'1');INSERT INTO ChqMast "
+      "(LoanID,SeqNo,ChqNo,ChqAmt,PayID) VALUES ('HQ0001-001',1,'C1',983.33,'HQ0001-001-001')");
   const auto press = [&](int row) {
     desk.asked.clear();
     screen->vsd4.Select(row);
@@ -665,9 +639,8 @@ TEST_F(LoanScreen, APaymentIsDeletedByRightOnlyAndWhole) {
   });
   press(0);
   office.session.Main().SetFaultHook({});
-  EXPECT_EQ(Told(),
-            Lines{"an error occur during delete payment"
-                  "\nthe disk is full\nNothing of it was kept. Mend the cause and do it again."});
+  EXPECT_EQ(Told(), Lines{"an error occur during delete payment\nthe disk is full\nNothing of it "
+                          "was kept. Mend the cause and do it again."});
   EXPECT_EQ(stored(), "2");
   EXPECT_FALSE(office.session.Main().InTransaction());
   press(0);
@@ -684,28 +657,21 @@ TEST_F(LoanScreen, AFreeChequeIsChangedAtOnceAndAPaidOneNever) {
   Loan("HQ0001-001");
   office.Run(
       "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqDate,ChqAmt,PayID) VALUES "
-      "('HQ0001-001',1,'C1','2024-01-31',100,'P1');"
-      "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqDate,ChqAmt) VALUES "
-      "('HQ0001-001',2,'C2','2024-02-29',100)");
+      "('HQ0001-001',1,'C1','2024-01-31',100,'P1');INSERT INTO ChqMast "
+      "(LoanID,SeqNo,ChqNo,ChqDate,ChqAmt) VALUES ('HQ0001-001',2,'C2','2024-02-29',100)");
   Open("Edit Loan", "HQ0001-001");
   Grid& grid = screen->vsd;
-  const struct {
-    int row;
-    int column;
-    const char* typed;
-    Lines told;
-    const char* shown;
-  } rows[] = {
+  const std::tuple<int, int, const char*, Lines, const char*> rows[] = {
       {1, 3, "1a", {"Invalid Amount"}, "100.00"},
       {1, 3, "1234.5", {}, "1,234.50"},
       {1, 0, "30-02-2024", {"Invalid Date"}, "29-02-2024"},
       {1, 0, "01-03-2024", {}, "01-03-2024"},
       {0, 3, "5", {"cannot change a cheque that is paid in"}, "100.00"},
   };
-  for (const auto& row : rows) {
-    screen->Guard([&] { grid.Edit(row.row, row.column, row.typed); });
-    EXPECT_EQ(Told(), row.told) << row.typed;
-    EXPECT_EQ(grid.Cell(row.row, row.column), row.shown) << row.typed;
+  for (const auto& [row, column, typed, told, shown] : rows) {
+    screen->Guard([&] { grid.Edit(row, column, typed); });
+    EXPECT_EQ(Told(), told) << typed;
+    EXPECT_EQ(grid.Cell(row, column), shown) << typed;
   }
   EXPECT_EQ(office.Scalar("SELECT ChqAmt FROM ChqMast WHERE SeqNo=2"), "1234.5");
   EXPECT_EQ(office.Scalar("SELECT ChqDate FROM ChqMast WHERE SeqNo=2"), "2024-03-01");
@@ -729,10 +695,10 @@ TEST_F(LoanScreen, LateInterestIsSummedByMonth) {
                                                {"2024-01-01", "2.20", "Batch"},
                                                {"2024-01-31", "3.30", "Batch"},
                                                {"2024-01-15", "50", "Invoice"}}) {
-    office.Run(fmt::format(
-        "INSERT INTO ChargeMast (ChargeID,LoanID,TrxDate,ChargeAmt,PType,DueDate) VALUES "
-        "('C{}','HQ0001-001','{}',{},'{}','{}')",
-        ++number, date, amount, kind, date));
+    office.Run(
+        fmt::format("INSERT INTO ChargeMast (ChargeID,LoanID,TrxDate,ChargeAmt,PType,DueDate) "
+                    "VALUES ('C{}','HQ0001-001','{}',{},'{}','{}')",
+                    ++number, date, amount, kind, date));
   }
   Open("Edit Loan", "HQ0001-001");
   EXPECT_EQ(screen->ChargesDG.RowCount(), 1);
@@ -747,9 +713,9 @@ TEST_F(LoanScreen, AGuarantorComesFromTheLatestLoanWithEitherSet) {
   Loan("HQ0001-001");
   Loan("HQ0001-002");
   office.Run(
-      "UPDATE LoanMast SET GuarantorName2='Lim Bee',GuarantorNIC2='700101-14-5555',"
-      "GuarantorCompAdd12='Jalan 2',GuarantorCompIncome2=3500,GuarantorGender2='FEMALE' WHERE "
-      "LoanID='HQ0001-001'");
+      "UPDATE LoanMast SET GuarantorName2='Lim "
+      "Bee',GuarantorNIC2='700101-14-5555',GuarantorCompAdd12='Jalan "
+      "2',GuarantorCompIncome2=3500,GuarantorGender2='FEMALE' WHERE LoanID='HQ0001-001'");
   Open("Edit Loan", "HQ0001-002");
   GuarantorBoxes& first = screen->guarantors[0];
   first.CmdGetGuarantor.Click();
@@ -773,15 +739,15 @@ TEST_F(LoanScreen, OneQueryAGridWhateverItsRows) {
   Loan("HQ0001-002", "10000");
   for (int i = 13; i <= 360; ++i) {
     office.Run(
-        fmt::format("INSERT INTO SchMast (SchID,LoanID,DueDate,PayableAmt) VALUES ({},'HQ0001-002',"
-                    "'2030-01-01',10)",
+        fmt::format("INSERT INTO SchMast (SchID,LoanID,DueDate,PayableAmt) VALUES "
+                    "({},'HQ0001-002','2030-01-01',10)",
                     i));
   }
   for (int i = 0; i < 500; ++i) {
-    office.Run(fmt::format(
-        "INSERT INTO PaymentMast (PayID,LoanID,PayDate,PayAmt) VALUES ('P{:03}','HQ0001-002',"
-        "'2024-01-31',10)",
-        i));
+    office.Run(
+        fmt::format("INSERT INTO PaymentMast (PayID,LoanID,PayDate,PayAmt) VALUES "
+                    "('P{:03}','HQ0001-002','2024-01-31',10)",
+                    i));
   }
   class Redraws : public ScreenObserver {
    public:
@@ -813,9 +779,8 @@ TEST_F(LoanScreen, OneQueryAGridWhateverItsRows) {
 TEST_F(LoanScreen, TheAmlPageFollowsTheOfficeAndTheCompany) {
   Customer("AB0001", "AB", "Chong", "ACTIVE");
   office.Run(
-      "UPDATE CompMast SET AMLA='1' WHERE CompCode='AB';"
-      "INSERT INTO AMLADesc (SID,AMLADesc) VALUES ('LOAN','House');"
-      "INSERT INTO AMLADesc (SID,AMLADesc) VALUES ('PAYMENT','Sale of land')");
+      "UPDATE CompMast SET AMLA='1' WHERE CompCode='AB';INSERT INTO AMLADesc (SID,AMLADesc) VALUES "
+      "('LOAN','House');INSERT INTO AMLADesc (SID,AMLADesc) VALUES ('PAYMENT','Sale of land')");
   const std::tuple<bool, const char*, bool> rows[] = {
       {true, "HQ0001", false}, {true, "AB0001", true}, {false, "AB0001", false}};
   for (const auto& [office_on, customer, shown] : rows) {
@@ -879,12 +844,13 @@ TEST_F(LoanScreen, APaymentIsOpenedByRightOnly) {
 TEST_F(LoanScreen, AnApplicationFillsTheLoan) {
   Customer("HQ0002", "HQ", "Wong", "ACTIVE");
   office.Run(
-      "INSERT INTO AppMast (AppID,CompCode,CustID,NextDueDate,LoanAmt2,TopUpAmt,LoanAmt,LoanTypeID,"
-      "LoanType,DragLoan,LoanPurpose,InsRate,LoanTerm,LoanTerm3,TermInt,TitleNo,Memo4) VALUES "
-      "('AP0001','HQ','HQ0001','2024-02-29',50000,100,10000,'MONTH','Secured','0','FLAT',18,'6',"
-      "'2',75,'GM 12',60000);"
-      "INSERT INTO AppMastLink (AppID,CustID,AppType) VALUES ('AP0001','HQ0001','Applicant');"
-      "INSERT INTO AppMastLink (AppID,CustID,AppType) VALUES ('AP0001','HQ0002','Applicant')");
+      "INSERT INTO AppMast "
+      "(AppID,CompCode,CustID,NextDueDate,LoanAmt2,TopUpAmt,LoanAmt,LoanTypeID,LoanType,DragLoan,"
+      "LoanPurpose,InsRate,LoanTerm,LoanTerm3,TermInt,TitleNo,Memo4) VALUES "
+      "('AP0001','HQ','HQ0001','2024-02-29',50000,100,10000,'MONTH','Secured','0','FLAT',18,'6','2'"
+      ",75,'GM 12',60000);INSERT INTO AppMastLink (AppID,CustID,AppType) VALUES "
+      "('AP0001','HQ0001','Applicant');INSERT INTO AppMastLink (AppID,CustID,AppType) VALUES "
+      "('AP0001','HQ0002','Applicant')");
   Open("New Loan");
   screen->SSCommand3.Click();
   EXPECT_EQ(Told(), Lines{"Customer Code is requried"});

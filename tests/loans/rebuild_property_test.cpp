@@ -31,9 +31,10 @@ class RebuildPropertyTest : public ::testing::Test {
       main().Execute(fmt::format("DELETE FROM {}", table));
     }
     main().Execute(fmt::format(
-        "INSERT INTO LoanMast (LoanID,CustID,CompCode,DragLoan,SpecialSch,LoanAmt,InsRate,"
-        "InstallmentAmt2,LoanGroupID,LoanStatus,LoanBal,NextDueDate) VALUES "
-        "('L','C','HQ','{}','{}',{},{},{},'PINJAMAN SEMASA','ACTIVE',77.77,'1999-01-01')",
+        "INSERT INTO LoanMast "
+        "(LoanID,CustID,CompCode,DragLoan,SpecialSch,LoanAmt,InsRate,InstallmentAmt2,LoanGroupID,"
+        "LoanStatus,LoanBal,NextDueDate) VALUES ('L','C','HQ','{}','{}',{},{},{},'PINJAMAN "
+        "SEMASA','ACTIVE',77.77,'1999-01-01')",
         loan.scheme, loan.special ? 1 : 0, Text(loan.amount),
         Money::FromTenThousandths(loan.rate4).ToText(), Text(loan.instalment)));
     StoreRows(main(), "SchMast", "L", loan.rows);
@@ -41,21 +42,18 @@ class RebuildPropertyTest : public ::testing::Test {
     for (const Payment& payment : loan.payments) StorePayment(main(), "L", payment);
     // PayAmt is one more than its parts: it must not matter.
     main().Execute(
-        "UPDATE SchMast SET CustID='C',Payment=1.11,PayExtra=2.22;"
-        "UPDATE PaymentMast SET CustID='C',PayAmt=PayAmt+1,UserID='AMY',PaymentStatus='VOID'");
+        "UPDATE SchMast SET CustID='C',Payment=1.11,PayExtra=2.22;UPDATE PaymentMast SET "
+        "CustID='C',PayAmt=PayAmt+1,UserID='AMY',PaymentStatus='VOID'");
     // A penalty, a waived one, one that counts nowhere, an invoice, and a stale payment row.
     main().Execute(
         "INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,OrgAmt,PType) VALUES "
-        "('B1','L',12.34,0,'Batch');"
-        "INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,OrgAmt,PType) VALUES "
-        "('B2','L',0,5.55,'Batch');"
-        "INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,PType) VALUES "
-        "('B3','L',900,'Batch Loan Interest');"
-        "INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,PType) VALUES ('I1','L',3,'Invoice');"
-        "INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,PType) VALUES ('N1','L',-1.5,'Credit "
-        "Note');"
-        "INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,PType) VALUES ('GONE','L',-8,"
-        "'Payment')");
+        "('B1','L',12.34,0,'Batch');INSERT INTO ChargeMast "
+        "(ChargeID,LoanID,ChargeAmt,OrgAmt,PType) VALUES ('B2','L',0,5.55,'Batch');INSERT INTO "
+        "ChargeMast (ChargeID,LoanID,ChargeAmt,PType) VALUES ('B3','L',900,'Batch Loan "
+        "Interest');INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,PType) VALUES "
+        "('I1','L',3,'Invoice');INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,PType) VALUES "
+        "('N1','L',-1.5,'Credit Note');INSERT INTO ChargeMast (ChargeID,LoanID,ChargeAmt,PType) "
+        "VALUES ('GONE','L',-8,'Payment')");
     transaction.Commit();
   }
 
@@ -72,17 +70,18 @@ class RebuildPropertyTest : public ::testing::Test {
   // All that a rebuild writes, read back.
   std::string Stored() {
     return Lines(
-               "SELECT SchID,PayableAmt,CapitalAmt,InterestAmt,Payment,CapitalPayment,"
-               "InterestPayment,LoanBal,PayExtra FROM SchMast ORDER BY SchID") +
+               "SELECT "
+               "SchID,PayableAmt,CapitalAmt,InterestAmt,Payment,CapitalPayment,InterestPayment,"
+               "LoanBal,PayExtra FROM SchMast ORDER BY SchID") +
            Lines(
                "SELECT PayID,OldLoanBal,NewLoanBal,IntPay,CapPay FROM PaymentMast ORDER BY PayID") +
            Lines(
                "SELECT ChargeID,ChargeAmt,LateAmt,CustID,CompCode,UserID FROM ChargeMast WHERE "
                "PType='Payment' ORDER BY ChargeID") +
            Lines(
-               "SELECT TotPay,TotInt,TotCharge,TotCollectorAmt,TotDiscAmt,LoanBal,NextDueDate,"
-               "PayExtra,LastPaymentDate,LastPaymentNo,TotLoanInt,LoanGroupID,CloseBal FROM "
-               "LoanMast");
+               "SELECT "
+               "TotPay,TotInt,TotCharge,TotCollectorAmt,TotDiscAmt,LoanBal,NextDueDate,PayExtra,"
+               "LastPaymentDate,LastPaymentNo,TotLoanInt,LoanGroupID,CloseBal FROM LoanMast");
   }
 
   // The same from the model.

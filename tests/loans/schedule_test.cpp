@@ -1,10 +1,9 @@
-// The worked loans of the house, to the sen, and the edges of its arithmetic.
+// The edges of the arithmetic; the loans as such: schedule_property_test.cpp.
 #include "loans/schedule.h"
 
 #include <stdexcept>
 #include <string>
 #include <variant>
-#include <vector>
 
 #include "core/values.h"
 #include "gtest/gtest.h"
@@ -23,32 +22,6 @@ LoanTerms PersonalLoan(const char* amount, const char* rate, const char* T, cons
   terms.LoanTerm = terms.LoanTerm3 = T;
   terms.LoanTerm2 = G;
   return terms;
-}
-
-std::string RowText(const ScheduleRow& row) {
-  return std::to_string(row.SchID) + " " + Format(row.DueDate, "dd-mm-yyyy") + " " +
-         row.PayableAmt.ToText() + " " + row.CapitalAmt.ToText() + " " + row.InterestAmt + " " +
-         NumberText(row.FIntAmt);
-}
-
-void ExpectRows(const Schedule& schedule, const std::vector<std::string>& told) {
-  for (const std::string& line : told) {
-    const auto number = static_cast<std::size_t>(std::stoi(line));
-    ASSERT_LE(number, schedule.rows.size());
-    EXPECT_EQ(RowText(schedule.rows[number - 1]), line);
-  }
-}
-
-TEST(WorkedLoanTest, PersonalFlatWithGraceKeepsTheGraceInterest) {
-  const LoanTerms terms = WithFigures(PersonalLoan("10000", "18", "6", "2"));
-  EXPECT_EQ(terms.LoanBal, "11,200.00");
-  EXPECT_EQ(terms.InstallmentAmt, "1816.67");
-  EXPECT_EQ(terms.LastPayment, "1816.65");
-  const Schedule schedule = ComputeSchedule(terms);
-  EXPECT_EQ(schedule.rows.size(), 8u);
-  ExpectRows(schedule,
-             {"1 31-01-2024 150 0 150 150", "2 29-02-2024 150 0 150 150",
-              "3 31-03-2024 1816.67 1666.67 150 257.14", "8 31-08-2024 1816.65 1666.65 150 42.86"});
 }
 
 TEST(ScheduleEdgeTest, AnOverrideReplacesTheGraceInterestOnly) {
