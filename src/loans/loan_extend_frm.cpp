@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "core/company_access.h"
 #include "core/picker.h"
@@ -99,9 +100,24 @@ void LoanExtendfrm::Shift(bool backwards) {
                            fmt::format("贷款 {} 的还款表已延长", loaded_id_)});
 }
 
+// A row paid meanwhile keeps its date, and a step taken meanwhile counts.
+bool LoanExtendfrm::StillAsShown() {
+  const auto rows = [this] {
+    std::vector<std::vector<std::string>> all;
+    for (int row = 0; row < SchDG.RowCount(); ++row) all.push_back(SchDG.Row(row));
+    return all;
+  };
+  const auto shown = rows();
+  List();
+  return rows() == shown;
+}
+
 bool LoanExtendfrm::Write(bool backwards) {
-  const auto write = [this, backwards] {
+  bool changed = false;
+  const auto write = [this, backwards, &changed] {
     const Hourglass busy(desk());
+    changed = !StillAsShown();
+    if (changed) return;
     const std::string id = QuoteStr(loaded_id_);
     bool first = true;
     for (int row = 0; row < SchDG.RowCount(); ++row) {
@@ -120,8 +136,14 @@ bool LoanExtendfrm::Write(bool backwards) {
                    loaded_id_);
     }
   };
-  return Attempt(fmt::format("Extend Schedule - Loan ID {}", loaded_id_),
-                 {"an error occur during updating record", "更新记录时发生错误"}, write);
+  if (!Attempt(fmt::format("Extend Schedule - Loan ID {}", loaded_id_),
+               {"an error occur during updating record", "更新记录时发生错误"}, write))
+    return false;
+  return !changed ||
+         Refuse(LoanID, {fmt::format("Loan {} was changed meanwhile and is shown anew, Please look "
+                                     "at it before you move it",
+                                     loaded_id_),
+                         fmt::format("贷款 {} 已被更改，现重新显示，请先查看", loaded_id_)});
 }
 
 }  // namespace kaunter

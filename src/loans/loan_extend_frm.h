@@ -35,7 +35,9 @@ class LoanExtendfrm : public SessionScreen {
   void List();
   void ClearScreen();
   void Shift(bool backwards);
-  // False when it failed, which has then been told.
+  // Lists anew; false when another desktop has changed the rows.
+  bool StillAsShown();
+  // False when it failed or the rows had changed, which has then been told.
   bool Write(bool backwards);
 
   std::string loaded_id_;  // "" while no loan is shown

@@ -192,6 +192,10 @@ TEST_F(ScheduleScreensTest, APaidLoanDoesNotMoveAndAnOddCodeIsAFailure) {
   EXPECT_EQ(desk.questions.back(), "Conform to Extend Schedule?");
   EXPECT_EQ(Stored(), before);
   office.Run("UPDATE SchMast SET Payment=0;UPDATE LoanMast SET LoanTypeID='YEARLY'");
+  // Shown as paid: what is stored is looked at first.
+  screen->SaveCmd.Click();
+  EXPECT_NE(LastMessage().find("changed meanwhile and is shown anew"), std::string::npos);
+  EXPECT_EQ(screen->SchDG.Cell(0, 3), "0.00");
   screen = Open<LoanExtendfrm>();
   screen->Command2.Click();
   EXPECT_EQ(desk.questions.back(), "Conform to Cut Short Schedule?");
