@@ -180,6 +180,16 @@ bool CashBookFrm::RefuseNumber() {
                                  fmt::format("找不到现金簿交易 {}", number)});
 }
 
+bool CashBookFrm::RefuseChanged(const Caption& what) {
+  const std::string number = CashBookNo.text();
+  return Refuse(
+      CashBookNo,
+      {fmt::format("Cash book transaction {} was changed on another desktop: it is not "
+                   "{}, please load it again",
+                   number, what.english),
+       fmt::format("现金簿交易 {} 已被另一台电脑更改：未{}，请重新载入", number, what.chinese)});
+}
+
 void CashBookFrm::Open(std::string number) {
   ClearAll();
   CashBookNo.SetText(std::move(number));
@@ -280,11 +290,7 @@ void CashBookFrm::Save() {
     return;
   }
   if (exists && Entered(before) != loaded_row_) {
-    Refuse(CashBookNo, {fmt::format("Cash book transaction {} was changed on another desktop: it "
-                                    "is not saved, please load it again",
-                                    CashBookNo.text()),
-                        fmt::format("现金簿交易 {} 已被另一台电脑更改：未储存，请重新载入",
-                                    CashBookNo.text())});
+    RefuseChanged({"saved", "储存"});
     return;
   }
   const std::string number = CashBookNo.text();
@@ -352,6 +358,10 @@ void CashBookFrm::Delete() {
   const Recordset row = number.empty() || !IsNumeric(number) ? Recordset() : Stored();
   if (row.Eof()) {
     RefuseNumber();
+    return;
+  }
+  if (Entered(row) != loaded_row_) {
+    RefuseChanged({"deleted", "删除"});
     return;
   }
   if (!right_.MayDelete({"delete cash book transaction " + number, "删除现金簿交易 " + number},

@@ -70,6 +70,7 @@ class CashBookFrm : public SessionScreen {
   Recordset Stored();
   bool RefuseRight();
   bool RefuseNumber();
+  bool RefuseChanged(const Caption& what);
   void Log(const std::string& what);
 
   Record record_;
