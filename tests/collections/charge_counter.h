@@ -7,37 +7,10 @@
 #include <string>
 #include <string_view>
 
-#include "core/password_screens.h"
 #include "core/schema_text.h"
 #include "tests/loans/loan_office.h"
 
 namespace kaunter {
-
-// Says yes to all but one question, lets a manager sign in when told to, and keeps what was opened
-// and printed.
-class ChargeDesk : public AgreeingDesk {
- public:
-  bool Ask(std::string_view title, std::string_view text) override {
-    AgreeingDesk::Ask(title, text);
-    return text != refused;
-  }
-  void ShowModal(Screen& screen) override {
-    if (dynamic_cast<frmUserSignIn*>(&screen) != nullptr) {
-      ++asked_manager;
-      if (manager != nullptr) manager->OverrideOK = true;
-    }
-  }
-  void Show(std::string_view screen) override {
-    shown.emplace_back(screen);
-    if (meanwhile) meanwhile();
-  }
-  bool CanShow(std::string_view) const override { return true; }
-  std::string refused;         // the question that gets a no
-  Session* manager = nullptr;  // set: a manager approves
-  int asked_manager = 0;
-  std::vector<std::string> shown;
-  std::function<void()> meanwhile;  // what is done on the screen that was opened
-};
 
 class ChargeCounter : public ::testing::Test, protected LoanOffice {
  protected:
@@ -46,6 +19,7 @@ class ChargeCounter : public ::testing::Test, protected LoanOffice {
     MakeLoan(kOther, LoanScheme::kPersonal, "600", "6");
     office.session.AllowEdit = office.session.AllowDelete = true;
     office.session.MsgTitle = "Title";
+    counter.can_show = "*";
   }
 
   std::string LastMessage() { return counter.messages.empty() ? "" : counter.messages.back(); }
@@ -68,7 +42,7 @@ class ChargeCounter : public ::testing::Test, protected LoanOffice {
 
   static inline const std::string kLoan = "HQ0001-001";
   static inline const std::string kOther = "HQ0001-002";
-  ChargeDesk counter;
+  AgreeingDesk counter;
 };
 
 }  // namespace kaunter

@@ -186,7 +186,7 @@ TEST_F(Cheques, OneThatAPaymentTakesMeanwhileIsLeftToIt) {
   // Taken while the question stands: the payment keeps the cheque as it took it.
   screen.ChqDG.Select(0);
   Put(screen.ChqAmt, "200");
-  counter.meanwhile = [&] { office.Run(take); };
+  counter.on_ask = [&] { office.Run(take); };
   EXPECT_EQ(Press(screen.Cmd3),
             "?Confirm to change cheque No 100001|"
             "Cheque Control: Cannot amend or remove cheque status USED|");

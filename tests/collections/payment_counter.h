@@ -12,53 +12,26 @@
 #include <vector>
 
 #include "collections/payment_frm.h"
-#include "core/password_screens.h"
-#include "screen/report_job.h"
 #include "tests/loans/loan_office.h"
 
 namespace kaunter {
 
-class CounterDesk : public AgreeingDesk {
- public:
-  bool Ask(std::string_view title, std::string_view text) override {
-    AgreeingDesk::Ask(title, text);
-    if (meanwhile) meanwhile();
-    return agrees && text != refused;
-  }
-  void ShowModal(Screen& screen) override {
-    if (dynamic_cast<frmUserSignIn*>(&screen) == nullptr) return;
-    ++asked_manager;
-    session->OverrideOK = manager;
-  }
-  bool CanShow(std::string_view screen) const override { return screen == can_show; }
-  void Show(std::string_view screen) override {
-    shown.emplace_back(screen);
-    selection = session->HandOverSelection;
-    handed_over =
-        session->HandOverCustID + " " + session->HandOverLoanID + " " + session->PickerExtra;
-  }
-  void Print(const ReportJob& job) override { printed.push_back(job); }
-
-  Session* session = nullptr;
-  std::string refused;              // the question that gets a no
-  std::function<void()> meanwhile;  // what happens while a question stands
-  bool manager = false;
-  int asked_manager = 0;
-  std::string can_show;
-  std::vector<std::string> shown;
-  std::string selection, handed_over;  // with the screen shown last
-  std::vector<ReportJob> printed;
-};
-
 class PaymentCounter : public ::testing::Test, protected LoanOffice {
  protected:
-  PaymentCounter() { Lend(); }
+  PaymentCounter() {
+    Lend();
+    counter.on_show = [this] {
+      const Session& session = office.session;
+      selection = session.HandOverSelection;
+      handed_over =
+          session.HandOverCustID + " " + session.HandOverLoanID + " " + session.PickerExtra;
+    };
+  }
 
   void Lend() {
     MakeLoan(kPersonal, LoanScheme::kPersonal, "1200", "12");
     MakeLoan(kFlexi, LoanScheme::kFlexi, "1200", "12");
     office.Run("UPDATE LoanMast SET PayOutAmt=1200,DepositAmt2=50,TotCollectorAmt=0,TotInt=0");
-    counter.session = &office.session;
     office.session.AllowEdit = office.session.AllowDisc = true;
   }
 
@@ -118,7 +91,8 @@ class PaymentCounter : public ::testing::Test, protected LoanOffice {
 
   static inline const std::string kPersonal = "HQ0001-001";
   static inline const std::string kFlexi = "HQ0001-002";
-  CounterDesk counter;
+  AgreeingDesk counter;
+  std::string selection, handed_over;  // with the screen shown last
 
  private:
   static void Place(TextBox& box, const std::string& text) {

@@ -41,7 +41,7 @@ TEST_F(PaymentChecks, StandInTheirOrder) {
       {[&] { s.PayOutAmt.SetText("1,200.00"); }, "User AMY are not allow to save discount payment"},
       {[&] { office.session.AllowDisc = true; },
        "User AMY Level not allow to edit or delete payment record"},
-      {[&] { counter.manager = true; }, "Invalid Interest Payment, Please check"},
+      {[&] { counter.manager = &office.session; }, "Invalid Interest Payment, Please check"},
       {[&] { s.IntAmt.SetText("-1"); }, "Invalid Withdraw Date, Please check"},
       {[&] { s.WithdrawDate.SetText(""); }, "Payment amount cannot more than loan balance amount"},
       {[&] { s.PayAmt.SetText("1344"); }, "Instalment & Extra not tally with Payment Amount"},
@@ -91,7 +91,8 @@ TEST_F(PaymentChecks, StandInTheirOrder) {
   // A screen that was cleared asks anew; and a payment that is deleted is not asked for.
   s.Guard([&] { s.CmdClear.Click(); });
   Put(s.PayID, id);
-  counter.manager = false;
+  counter.manager = nullptr;
+  office.session.OverrideOK = false;
   Save(s);
   EXPECT_EQ(counter.asked_manager, 3);
   Save(*Open("Delete Payment", {}, id));

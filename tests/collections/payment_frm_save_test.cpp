@@ -267,12 +267,12 @@ TEST_F(PaymentSave, AnotherDesktopChangedLoanOrPaymentWhileTheQuestionStood) {
     if (!screen->PayAmt.locked()) Put(screen->PayAmt, "90");
     const std::string typed = screen->PayAmt.text();
     std::string payments;
-    counter.meanwhile = [&] {
+    counter.on_ask = [&] {
       office.Run(meanwhile);
       payments = Payments();
     };
     Save(*screen);
-    counter.meanwhile = nullptr;
+    counter.on_ask = nullptr;
     EXPECT_NE(LastMessage().find(told), std::string::npos) << mode << meanwhile << Said();
     EXPECT_EQ(Payments(), payments) << mode << meanwhile;
     EXPECT_EQ(screen->PayAmt.text(), typed);
@@ -436,7 +436,7 @@ TEST_F(PaymentSave, ASuspicionIsHandedOnWhereItsScreenExists) {
   auto screen = Open("Edit Payment", {}, id);
   screen->SSCommand5.Click();
   EXPECT_EQ(Said(), "?Confirm to report AML/CFT STR to Bank Negara ?|");
-  EXPECT_EQ(counter.handed_over, "HQ0001 HQ0001-001 " + id);
+  EXPECT_EQ(handed_over, "HQ0001 HQ0001-001 " + id);
   EXPECT_EQ(office.session.HandOverCustID + office.session.PickerExtra, "");
   EXPECT_FALSE(screen->SSCommand6.visible());
   std::ofstream(office.session.AppPath + "/CDD2.rpt") << "x";

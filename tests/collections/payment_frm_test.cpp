@@ -140,7 +140,7 @@ TEST_F(PaymentScreen, LateChargesOfLaterDaysAreFoundAndShown) {
   counter.can_show = "BatchListfrm";
   screen->ListCmd.Click();
   EXPECT_EQ(counter.shown, std::vector<std::string>{"BatchListfrm"});
-  EXPECT_EQ(main().Query(counter.selection).RowCount(), 2u);
+  EXPECT_EQ(main().Query(selection).RowCount(), 2u);
   Put(screen->PayDate, "29-02-2024");
   EXPECT_FALSE(screen->ListCmd.visible());
   Put(screen->PayDate, "04-01-2024");

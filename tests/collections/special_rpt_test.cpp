@@ -248,7 +248,7 @@ TEST_F(SpecialRptTest, ARowOpensItsPaymentByItself) {
   screen->DG.Edit(0, kAmount, "112");
   Session& session = office.session;
   std::string handed;
-  counter.meanwhile = [&] {
+  counter.on_show = [&] {
     handed = session.CallerTag + "|" + session.HandOverLoanID + "|" + session.PickerExtra;
     session.MsgTitle = session.CallerTag;
   };
@@ -258,7 +258,7 @@ TEST_F(SpecialRptTest, ARowOpensItsPaymentByItself) {
   EXPECT_EQ(session.MsgTitle + session.CallerTag + session.HandOverLoanID, "Title");
   EXPECT_EQ(screen->DG.Cell(0, kAmount), "112.00");
   // Saved there: saving the row too would take the money twice.
-  counter.meanwhile = [&] {
+  counter.on_show = [&] {
     office.Run("UPDATE SchMast SET Payment=112 WHERE LoanID='HQ0001-001' AND SchID=1");
     session.PaymentsChanged = true;
   };
@@ -267,7 +267,7 @@ TEST_F(SpecialRptTest, ARowOpensItsPaymentByItself) {
   // A saved row opens its own payment, and shows what became of it.
   screen->DG.Edit(2, kAmount, "106");
   screen->SaveCmd.Click();
-  counter.meanwhile = [&] {
+  counter.on_show = [&] {
     handed = session.CallerTag + "|" + session.HandOverLoanID + "|" + session.PickerExtra;
     office.Run("UPDATE PaymentMast SET PayAmt=50");
     session.PaymentsChanged = true;
@@ -275,7 +275,7 @@ TEST_F(SpecialRptTest, ARowOpensItsPaymentByItself) {
   screen->DG.Open(2, kLoanCell);
   EXPECT_EQ(handed, "Edit Payment|HQ0001-002|HQ0001-002-001");
   EXPECT_EQ(screen->DG.Cell(2, kAmount), "50.00");
-  counter.meanwhile = [&] {
+  counter.on_show = [&] {
     office.Run("DELETE FROM PaymentMast");
     session.PaymentsChanged = true;
   };

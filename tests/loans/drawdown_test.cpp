@@ -144,37 +144,29 @@ TEST_F(DrawdownTest, EachStatementThatFailsLeavesNoTrace) {
 TEST_F(DrawdownTest, AnotherDesktopTookTheRestOrTheLoanWhileTheQuestionStood) {
   auto screen = Open("");
   Release("500");  // the other desktop
-  class Late : public AgreeingDesk {
-   public:
-    std::function<void()> meanwhile;
-    bool Ask(std::string_view, std::string_view) override {
-      meanwhile();
-      return true;
-    }
-  } late;
   office.session.CallerTag.clear();
   office.session.HandOverLoanID = kId;
-  Drawdown slow(office.session, late);
+  Drawdown slow(office.session, desk);
   slow.Load();
-  late.meanwhile = [this] { office.Run("UPDATE DrawDownMast SET DrawDownAmt=600"); };
+  desk.on_ask = [this] { office.Run("UPDATE DrawDownMast SET DrawDownAmt=600"); };
   slow.SaveCmd.Click();
-  EXPECT_EQ(late.messages.back(), "Loan Progressive Drawdown: an error occur during saving record");
+  EXPECT_EQ(LastMessage(), "Loan Progressive Drawdown: an error occur during saving record");
   EXPECT_EQ(Scalar("SELECT COUNT(*) FROM DrawDownMast"), "1");
   EXPECT_EQ(slow.SID.text(), "");
   // The schedule goes while the question stands; the next press sees it at once.
-  late.meanwhile = [this] {
+  desk.on_ask = [this] {
     office.Run("UPDATE DrawDownMast SET DrawDownAmt=500;DELETE FROM SchMast");
   };
   slow.DrawDownAmt.SetText("400");
   slow.SaveCmd.Click();
   slow.SaveCmd.Click();
-  EXPECT_EQ(late.messages.back(),
+  EXPECT_EQ(LastMessage(),
             "Loan Progressive Drawdown: Loan HQ0001-001 has no schedule: delete its drawdown and "
             "save the loan again first");
   EXPECT_EQ(Scalar("SELECT COUNT(*) FROM DrawDownMast"), "1");
   MakeLoan("HQ0001-002", LoanScheme::kPersonal, "1000", "10");
   office.Run("UPDATE SchMast SET LoanID='HQ0001-001'");
-  late.meanwhile = [this] { office.Run("DELETE FROM LoanMast"); };
+  desk.on_ask = [this] { office.Run("DELETE FROM LoanMast"); };
   slow.DrawDownAmt.SetText("400");
   slow.SaveCmd.Click();
   EXPECT_EQ(Scalar("SELECT COUNT(*) FROM DrawDownMast"), "1");

@@ -4,8 +4,7 @@
 #include <vector>
 
 #include "gtest/gtest.h"
-#include "tests/core/office.h"
-#include "tests/loans/fake_desk.h"
+#include "tests/loans/loan_office.h"
 
 namespace kaunter {
 namespace {
@@ -41,7 +40,7 @@ class LoanCalcfrmTest : public ::testing::Test {
   }
 
   Office office{Office::State::patched};
-  FakeDesk desk;
+  AgreeingDesk desk;
   LoanCalcfrm screen{office.session, desk};
 };
 

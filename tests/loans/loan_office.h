@@ -7,24 +7,48 @@
 #include <functional>
 #include <string>
 
+#include "core/password_screens.h"
 #include "loans/loan_totals.h"
 #include "loans/schedule_store.h"
 #include "screen/control.h"
 #include "screen/grid.h"
+#include "screen/report_job.h"
 #include "tests/core/office.h"
 #include "tests/loans/with_figures.h"
 
 namespace kaunter {
 
-// Says yes, until told otherwise, and keeps what it was asked.
+// Says yes, until told otherwise; a manager signs in when told to. Keeps what it was asked, shown
+// and given to print.
 class AgreeingDesk : public SilentDesk {
  public:
   bool Ask(std::string_view, std::string_view text) override {
-    questions.push_back(std::string(text));
-    return agrees;
+    questions.emplace_back(text);
+    if (on_ask) on_ask();
+    return agrees && text != refused;
   }
+  void ShowModal(Screen& screen) override {
+    if (dynamic_cast<frmUserSignIn*>(&screen) == nullptr) return;
+    ++asked_manager;
+    if (manager != nullptr) manager->OverrideOK = true;
+  }
+  bool CanShow(std::string_view screen) const override {
+    return can_show == "*" || screen == can_show;
+  }
+  void Show(std::string_view screen) override {
+    shown.emplace_back(screen);
+    if (on_show) on_show();
+  }
+  void Print(const ReportJob& job) override { printed.push_back(job); }
+
   bool agrees = true;
-  std::vector<std::string> questions;
+  std::string refused;                    // the question that gets a no
+  Session* manager = nullptr;             // set: a manager approves there
+  std::string can_show;                   // a screen, or * for all of them
+  std::function<void()> on_ask, on_show;  // what happens while a question or a screen stands
+  int asked_manager = 0;
+  std::vector<std::string> questions, shown;
+  std::vector<ReportJob> printed;
 };
 
 // As a person does it: comes, types, goes.

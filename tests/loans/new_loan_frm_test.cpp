@@ -11,29 +11,10 @@
 
 #include "loans/loan_glance.h"
 #include "loans/schedule_store.h"
-#include "tests/core/office.h"
+#include "tests/loans/loan_office.h"
 
 namespace kaunter {
 namespace {
-
-// A person who answers all questions alike, with screens behind the buttons.
-class Clerk : public SilentDesk {
- public:
-  bool Ask(std::string_view, std::string_view text) override {
-    asked.emplace_back(text);
-    return answer;
-  }
-  bool CanShow(std::string_view) const override { return true; }
-  void Show(std::string_view screen) override {
-    shown.emplace_back(screen);
-    if (on_show) on_show();
-  }
-
-  bool answer = false;
-  std::vector<std::string> asked;
-  std::vector<std::string> shown;
-  std::function<void()> on_show;
-};
 
 using Texts = std::map<std::string, std::string>;
 
@@ -43,6 +24,8 @@ class LoanScreen : public ::testing::Test {
     office.session.CurrentLevel = 4;
     office.session.CurrentCompCode = "HQ";
     office.session.MsgTitle = "Loan";
+    desk.agrees = false;
+    desk.can_show = "*";
     office.Run(
         "INSERT INTO CompMast (CompCode,CompDesc) VALUES ('AB','Ah Beng');INSERT INTO UserMast "
         "(UserID,UserLevel,CompCode,AccessPayment) VALUES ('AMY','Admin','HQ',1)");
@@ -131,7 +114,7 @@ class LoanScreen : public ::testing::Test {
   }
 
   Office office;
-  Clerk desk;
+  AgreeingDesk desk;  // says no here, until told otherwise
   std::unique_ptr<NewLoanFrm> screen;
 };
 
@@ -332,7 +315,7 @@ TEST_F(LoanScreen, ACollateralBelowTheLoanNeedsAManager) {
     Open("New Loan");
     FillWorkedLoan();
     office.session.CurrentLevel = level;
-    desk.answer = yes;
+    desk.agrees = yes;
     Set("Memo4", value);
     EXPECT_EQ(Told(), told) << level << value;
     EXPECT_EQ(Text("Memo4"), after);
@@ -506,7 +489,7 @@ TEST_F(LoanScreen, AnInquiryChangesNothing) {
   office.Run("INSERT INTO PaymentMast (PayID,LoanID,PayAmt) VALUES ('P1','HQ0001-001',100)");
   for (const char* mode : {"Due Date Inquiry", "Follow Up"}) {
     Open(mode, "HQ0001-001");
-    desk.answer = true;
+    desk.agrees = true;
     EXPECT_FALSE(screen->SaveCmd.visible());
     for (const char* box : {"Memo1", "LoanPurpose", "NextDueDate", "GuarantorName(0)", "Bank"}) {
       EXPECT_FALSE(screen->Find(box)->Editable()) << box;
@@ -615,24 +598,24 @@ TEST_F(LoanScreen, APaymentIsDeletedByRightOnlyAndWhole) {
       "('HQ0001-001-002','HQ0001-001','HQ0001','2024-02-29',500,500,'1');INSERT INTO ChqMast "
       "(LoanID,SeqNo,ChqNo,ChqAmt,PayID) VALUES ('HQ0001-001',1,'C1',983.33,'HQ0001-001-001')");
   const auto press = [&](int row) {
-    desk.asked.clear();
+    desk.questions.clear();
     screen->vsd4.Select(row);
     screen->Guard([&] { screen->vsd4.Key("Delete"); });
   };
   const auto stored = [&] { return office.Scalar("SELECT COUNT(*) FROM PaymentMast"); };
   office.Run("UPDATE UserMast SET AccessPayment=2");
-  desk.answer = true;
+  desk.agrees = true;
   Open("Edit Loan", "HQ0001-001");
   press(0);
   EXPECT_EQ(Told(), Lines{"You are not allow to delete record"});
   office.Run("UPDATE UserMast SET AccessPayment=1");
   press(1);  // a settlement
   EXPECT_EQ(Told(), Lines{"You are not allow to delete record"});
-  desk.answer = false;
+  desk.agrees = false;
   press(0);
-  EXPECT_EQ(desk.asked, Lines{"Confirm to delete payment ?"});
+  EXPECT_EQ(desk.questions, Lines{"Confirm to delete payment ?"});
   EXPECT_EQ(stored(), "2");
-  desk.answer = true;
+  desk.agrees = true;
   // The disk fails at the cheque: the payment stays.
   office.session.Main().SetFaultHook([](std::string_view sql) {
     if (sql.starts_with("UPDATE ChqMast")) throw SqlError(1105, "the disk is full");
@@ -676,13 +659,13 @@ TEST_F(LoanScreen, AFreeChequeIsChangedAtOnceAndAPaidOneNever) {
   EXPECT_EQ(office.Scalar("SELECT ChqAmt FROM ChqMast WHERE SeqNo=2"), "1234.5");
   EXPECT_EQ(office.Scalar("SELECT ChqDate FROM ChqMast WHERE SeqNo=2"), "2024-03-01");
   EXPECT_EQ(office.Scalar("SELECT ChqAmt FROM ChqMast WHERE SeqNo=1"), "100");
-  desk.answer = true;
+  desk.agrees = true;
   for (const int row : {0, 1}) {
     grid.Select(row);
     screen->Guard([&] { grid.Key("Delete"); });
   }
   EXPECT_EQ(Told(), Lines{"cannot delete cheque"});
-  EXPECT_EQ(desk.asked.back(), "Confirm to delete cheque C2 ?");
+  EXPECT_EQ(desk.questions.back(), "Confirm to delete cheque C2 ?");
   EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM ChqMast"), "1");
   EXPECT_EQ(grid.RowCount(), 1);
 }
