@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "cash/largest_amount.h"
 #include "core/amounts.h"
 #include "core/audit.h"
 #include "core/boxes.h"
@@ -230,7 +231,7 @@ bool CashBookFrm::CheckAmount() {
   const auto amount = Money::TryText(TranAmt.text());
   // A blank is 0, which is no amount either.
   const Money sen = amount ? Sen(Value(*amount)) : Money();
-  if (sen.IsZero()) {
+  if (sen.IsZero() || IsTooLarge(sen)) {
     return Refuse(TranAmt, {fmt::format("Amount cannot be {}", TranAmt.text()),
                             fmt::format("金额不可为 {}", TranAmt.text())});
   }

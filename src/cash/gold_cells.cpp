@@ -1,18 +1,12 @@
 #include "cash/gold_cells.h"
 
+#include "cash/largest_amount.h"
 #include "core/formats.h"
 
 namespace kaunter {
-namespace {
-
-// Sums of a few thousand such lines still fit.
-const Money kLargest = Money::FromInteger(100'000'000'000);
-
-}  // namespace
-
 std::optional<std::string> GoldFigure(std::string_view typed, std::string_view form) {
   const auto amount = Money::TryText(typed);
-  if (!amount || *amount < Money() || *amount > kLargest) return std::nullopt;
+  if (!amount || *amount < Money() || IsTooLarge(*amount)) return std::nullopt;
   return Format(*amount, form);
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "cash/largest_amount.h"
 #include "core/amounts.h"
 #include "core/audit.h"
 #include "core/boxes.h"
@@ -155,7 +156,7 @@ bool PersonalEpxFrm::CheckAmount(TextBox& box, const Caption& name) {
   box.SetText(Trim(box.text()));
   if (box.empty()) return true;
   const auto amount = Money::TryText(box.text());
-  if (!amount) {
+  if (!amount || IsTooLarge(*amount)) {
     return Refuse(box, {fmt::format("Invald {} Amount", name.english),
                         fmt::format("{}金额不正确", name.chinese)});
   }

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "cash/largest_amount.h"
 #include "core/amounts.h"
 #include "core/audit.h"
 #include "core/boxes.h"
@@ -123,7 +124,7 @@ bool RecalcCashBookFrm::OpeningTyped() const {
 bool RecalcCashBookFrm::CheckAmount(TextBox& box) {
   FillBlank(box, "0");
   const auto amount = Money::TryText(box.text());
-  if (!amount) return Refuse(box, {"Invalid Amount", "金额不正确"});
+  if (!amount || IsTooLarge(*amount)) return Refuse(box, {"Invalid Amount", "金额不正确"});
   box.SetText(ShowMoney(*amount));
   box.SetMark(false);
   return true;

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "cash/largest_amount.h"
 #include "cash/supplier_accounts.h"
 #include "core/amounts.h"
 #include "core/boxes.h"
@@ -213,7 +214,7 @@ bool SuppTransfrm::ShowLoan() {
 
 bool SuppTransfrm::CheckAmount() {
   const auto amount = Money::TryText(TransAmt.text());
-  if (!amount) return Refuse(TransAmt, {"Invalid Amount", "金额不正确"});
+  if (!amount || IsTooLarge(*amount)) return Refuse(TransAmt, {"Invalid Amount", "金额不正确"});
   TransAmt.SetText(ShowMoney(*amount));
   TransAmt.SetMark(false);
   return true;

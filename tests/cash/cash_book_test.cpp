@@ -217,6 +217,7 @@ TEST_F(CashBook, WhatIsRefusedMovesNothing) {
       {"AB", "", "Cash In", "", "", "", "Amount cannot be 0|"},
       {"AB", "", "Cash In", "ten", "", "", "Amount cannot be ten|"},
       {"AB", "", "Cash In", "0.004", "", "", "Amount cannot be 0.004|"},
+      {"AB", "", "Cash In", "-100000000000.01", "", "", "Amount cannot be -100000000000.01|"},
       {"AB", "", "Cash In", "-1", " ", "", "Transaction Description is require, Please check|"},
       {"AB", "", "Bank to Cash", "1", "x", "", "Category is require, Please check|"},
       {"AB", "30-02-2024", "Cash In", "1", "x", "RENT", "Invalid Date|"},
