@@ -289,15 +289,15 @@ void Supplierfrm::Delete() {
                  id);
     // No more than was agreed to.
     others = ReadLoss().english != told.english;
-    if (others) throw std::runtime_error("transactions were changed meanwhile");
+    if (others) {
+      throw std::runtime_error(
+          session().In({"Another desktop has changed transactions of this "
+                        "supplier meanwhile. Nothing was deleted.",
+                        "另一台电脑刚更改了此供应商的交易，没有删除任何资料。"}));
+    }
     main().Execute("DELETE FROM SupplierTrans WHERE SuppID=" + QuoteStr(id));
   });
-  if (others) {
-    Tell(MessageKind::information, {"Another desktop has changed transactions of this supplier "
-                                    "meanwhile. Nothing was deleted.",
-                                    "另一台电脑刚更改了此供应商的交易，没有删除任何资料。"});
-    ShowTransactions();
-  }
+  if (others) ShowTransactions();
   if (!deleted) return;
   Tell(MessageKind::information,
        {fmt::format("Supplier ID {} deleted", id), fmt::format("供应商 {} 已删除", id)});

@@ -63,7 +63,7 @@ bool SessionScreen::Attempt(std::string_view what, const Caption& text,
     return true;
   } catch (const std::exception& failure) {
     LogRollback(session_, what, failure);
-    Tell(MessageKind::critical, Failed(text, failure));
+    Tell(MessageKind::critical, FailedOrRefused(text, failure));
     return false;
   }
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <stdexcept>
 
 #include "core/session.h"
 #include "platform/sql/connection.h"
@@ -42,6 +43,19 @@ const Caption kEarlierKept{
 const Caption kNotStored{"This change is not stored. Mend the cause and do it again.",
                          "此更改没有储存。请排除原因后再做一次。"};
 const Caption kNotRead{"Mend the cause and read it again.", "请排除原因后再读取。"};
+
+Caption FailedOrRefused(const Caption& words, const std::exception& failure) {
+  Caption told = Failed(words, failure);
+  const bool ours = dynamic_cast<const std::runtime_error*>(&failure) != nullptr &&
+                    dynamic_cast<const SqlError*>(&failure) == nullptr && *failure.what() != '\0';
+  for (std::string* text : {&told.english, &told.chinese}) {
+    if (ours && text->find(failure.what()) == std::string::npos) {
+      *text += '\n';
+      *text += failure.what();
+    }
+  }
+  return told;
+}
 
 Caption Failed(const Caption& words, const std::exception& failure, const Caption& kept) {
   const auto* error = dynamic_cast<const SqlError*>(&failure);

@@ -31,5 +31,8 @@ extern const Caption kNotRead;      // it only reads
 // to look. That something was committed before is told whatever failed.
 Caption Failed(const Caption& words, const std::exception& failure,
                const Caption& kept = kNothingKept);
+// The same, and behind it what a rule of our own that stopped the act says (a std::runtime_error):
+// it tells the person what to do; the database's words do not.
+Caption FailedOrRefused(const Caption& words, const std::exception& failure);
 
 }  // namespace kaunter

@@ -282,13 +282,7 @@ void NewLoanFrm::Delete() {
 
 void NewLoanFrm::TellRolledBack(const std::exception& failure, const Caption& text) {
   LogRollback(session(), LoanMode, failure);
-  Caption told = Failed(text, failure);
-  // A refusal of our own says what to do; the database's words do not.
-  if (dynamic_cast<const SqlError*>(&failure) == nullptr) {
-    for (std::string* words : {&told.english, &told.chinese})
-      *words += fmt::format("\n{}", failure.what());
-  }
-  Tell(MessageKind::critical, told);
+  Tell(MessageKind::critical, FailedOrRefused(text, failure));
 }
 
 }  // namespace kaunter

@@ -158,7 +158,7 @@ bool UpdateSch::HasPayments() const {
               .Eof();
 }
 
-void UpdateSch::List() {
+std::vector<std::vector<std::string>> UpdateSch::StoredRows() const {
   std::vector<std::vector<std::string>> lines;
   for (Recordset rows = main().Query(
            "Select * from SchMast where LoanID=" + QuoteStr(loaded_.LoanID) + " order by DueDate");
@@ -169,7 +169,12 @@ void UpdateSch::List() {
                      ShowMoney(rows.Field("IntAmt")), ShowMoney(rows.Field("Payment")),
                      ShowMoney(rows.Field("DragInt")), ShowMoney(rows.Field("DragIntPaid"))});
   }
-  SchLV.SetRows(std::move(lines));
+  return lines;
+}
+
+void UpdateSch::List() {
+  shown_ = StoredRows();
+  SchLV.SetRows(shown_);
   ClearEditing();
   changed_ = false;
 }
@@ -280,7 +285,12 @@ bool UpdateSch::Write() {
     const Hourglass busy(desk());
     const std::string id = QuoteStr(loaded_.LoanID);
     // Another desktop may have taken one since the list was filled.
-    if (HasPayments()) throw std::runtime_error(kPaymentsExist.english);
+    if (HasPayments()) throw std::runtime_error(session().In(kPaymentsExist));
+    if (StoredRows() != shown_) {
+      throw std::runtime_error(session().In(
+          {fmt::format("Loan {} was changed meanwhile, Please load it again", loaded_.LoanID),
+           fmt::format("贷款 {} 已被更改，请重新载入", loaded_.LoanID)}));
+    }
     const Recordset loan = main().Query("Select LoanBal from LoanMast where LoanID = " + id);
     const Money old_balance = loan.Eof() ? Money() : Sen(loan.Field(0));
     const std::vector<KeptInterest> kept = ReadInterest(main(), id);

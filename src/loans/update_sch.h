@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "core/session_screen.h"
 #include "loans/schedule_store.h"
@@ -55,10 +56,12 @@ class UpdateSch : public SessionScreen {
   // False when it failed, which has then been told.
   bool Write();
   bool HasPayments() const;
+  std::vector<std::vector<std::string>> StoredRows() const;
 
-  LoanKey loaded_;        // empty while no loan is shown
-  int picked_ = -1;       // row of the list, -1 for none
-  bool changed_ = false;  // the list differs from what is stored
+  LoanKey loaded_;                               // empty while no loan is shown
+  std::vector<std::vector<std::string>> shown_;  // the rows as they were loaded
+  int picked_ = -1;                              // row of the list, -1 for none
+  bool changed_ = false;                         // the list differs from what is stored
 };
 
 }  // namespace kaunter

@@ -152,7 +152,7 @@ TEST_F(ExpensesAndSuppliers, NoMoreGoesWithASupplierThanWasAgreedTo) {
   Set(supplier, "SuppID=S1");
   counter.meanwhile = [&] { add("'T2'"); };
   EXPECT_EQ(Press(supplier.CmdDelete),
-            "?Confirm to delete supplier ID S1|T: an error occur during saving record|T: Another "
+            "?Confirm to delete supplier ID S1|T: an error occur during saving record\nAnother "
             "desktop has changed transactions of this supplier meanwhile. Nothing was deleted.|");
   EXPECT_EQ(supplier.HintLBL.Text(),
             "Its 2 transaction(s), 10.00 in all, go with it when it is deleted.");

@@ -218,7 +218,8 @@ TEST_F(InvoiceTest, AChargeOrLoanThatIsGoneMeanwhileIsNotWrittenAnew) {
   auto screen = Filled("Invoice", "5");
   office.Run("DELETE FROM LoanMast WHERE LoanID='HQ0001-001'");
   screen->SaveCmd.Click();
-  EXPECT_EQ(LastMessage(), "Title: an error occur during saving record");
+  EXPECT_EQ(LastMessage(),
+            "Title: an error occur during saving record\nLoan ID HQ0001-001 not found");
   EXPECT_EQ(screen->ChargeID.text() + screen->ChargeAmt.text(), "5.00");
   AddCharge("INV1", "Invoice", "2024-02-01", "5", kOther);
   screen = Open("INV1");

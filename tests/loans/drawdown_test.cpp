@@ -150,7 +150,10 @@ TEST_F(DrawdownTest, AnotherDesktopTookTheRestOrTheLoanWhileTheQuestionStood) {
   slow.Load();
   desk.on_ask = [this] { office.Run("UPDATE DrawDownMast SET DrawDownAmt=600"); };
   slow.SaveCmd.Click();
-  EXPECT_EQ(LastMessage(), "Loan Progressive Drawdown: an error occur during saving record");
+  EXPECT_EQ(
+      LastMessage(),
+      "Loan Progressive Drawdown: an error occur during saving record\nDrawdown amount cannot "
+      "more than loan amount");
   EXPECT_EQ(Scalar("SELECT COUNT(*) FROM DrawDownMast"), "1");
   EXPECT_EQ(slow.SID.text(), "");
   // The schedule goes while the question stands; the next press sees it at once.

@@ -121,6 +121,9 @@ TEST_F(ScheduleScreensTest, LoansWithPaymentsAndOtherCompaniesLoansDoNotOpen) {
   office.session.CurrentLevel = 4;
   auto open_before = Open<UpdateSch>();
   Amend(*open_before, 0, "15-02-2024", "200");
+  office.Run("UPDATE SchMast SET DueDate='2030-01-01' WHERE SchID=12");
+  open_before->SaveCmd.Click();
+  EXPECT_NE(LastMessage().find("was changed meanwhile, Please load it again"), std::string::npos);
   Pay(kId + "-001", kId, "2024-02-01", "0");  // cancelled out, and still a payment
   auto screen = Open<UpdateSch>();
   EXPECT_EQ(LastMessage(), "Update Schedule: Payment exist, no amendment allow");
@@ -128,7 +131,9 @@ TEST_F(ScheduleScreensTest, LoansWithPaymentsAndOtherCompaniesLoansDoNotOpen) {
   // And one that came after the list was filled.
   const std::string before = Stored();
   open_before->SaveCmd.Click();
-  EXPECT_EQ(LastMessage(), "Update Schedule: an error occur during saving schedule");
+  EXPECT_EQ(LastMessage(),
+            "Update Schedule: an error occur during saving schedule\nPayment exist, no amendment "
+            "allow");
   EXPECT_EQ(Stored(), before);
 }
 
