@@ -24,6 +24,9 @@
 namespace kaunter {
 namespace {
 
+// Nobody reads more of them on a screen; the paper has them all.
+constexpr std::size_t kListed = 2000;
+
 enum Kinds { kYearly, kLampiran, kNpl };
 
 }  // namespace
@@ -175,9 +178,9 @@ void ReturnFiguresFrm::OpenFigure(int row) {
   opened_ = row;
   Money sum;
   std::vector<std::vector<std::string>> rows;
-  rows.reserve(loans_.size());
   for (const ReturnLoan& loan : loans_) {
     sum += loan.amount;
+    if (rows.size() == kListed) continue;
     rows.push_back({loan.LoanID, loan.TrxDate ? ShowDate(*loan.TrxDate) : "", loan.CompCode,
                     loan.CustName, loan.because, ShowMoney(loan.amount)});
   }
@@ -186,11 +189,20 @@ void ReturnFiguresFrm::OpenFigure(int row) {
   const bool holds =
       line.figure == (line.is_count ? std::to_string(loans_.size()) : ShowMoney(sum));
   const Caption name = Named(line);
-  LoansLBL.SetText(session().In(
-      {fmt::format("{}: {} = {} loans, RM {}{}", name.english, line.figure, loans_.size(),
-                   ShowMoney(sum), holds ? "" : ". The books have changed since: count again"),
-       fmt::format("{}：{} = {} 笔，RM {}{}", name.chinese, line.figure, loans_.size(),
-                   ShowMoney(sum), holds ? "" : "。账目已有变动：请重新计算")}));
+  Caption told{fmt::format("{}: {} = {} loans, RM {}", name.english, line.figure, loans_.size(),
+                           ShowMoney(sum)),
+               fmt::format("{}：{} = {} 笔，RM {}", name.chinese, line.figure, loans_.size(),
+                           ShowMoney(sum))};
+  const auto add = [&](const std::string& english, const std::string& chinese) {
+    told.english += english;
+    told.chinese += chinese;
+  };
+  if (!holds) add(". The books have changed since: count again", "。账目已有变动：请重新计算");
+  if (loans_.size() > kListed) {
+    add(fmt::format(". The first {} are listed, the print has all", kListed),
+        fmt::format("。此处列出前 {} 笔，打印则有全部", kListed));
+  }
+  LoansLBL.SetText(session().In(told));
 }
 
 void ReturnFiguresFrm::Print() {
