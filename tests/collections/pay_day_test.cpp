@@ -10,8 +10,8 @@ class PayDay : public PaymentTest {
  protected:
   PayDay() {
     office.Run(
-        "INSERT INTO HolidayMast (HolidayDate,HolidayName) VALUES ('2024-02-12','Tahun Baru''s');"
-        "INSERT INTO HolidayMast (HolidayDate,HolidayName) VALUES ('2024-02-11','A Sunday too')");
+        "INSERT INTO HolidayMast (HolidayDate,HolidayName) VALUES ('2024-02-12','Tahun Baru''s'),"
+        "('2024-02-11','A Sunday too')");
     office.session.settings.CheckHoliday = true;
     desk.agrees = false;
   }

@@ -141,20 +141,15 @@ TEST_F(PaymentChecks, LettersAndAmountsBelowZeroAreToldByTheirBox) {
 }
 
 TEST_F(PaymentChecks, TheThresholdMustBeExceeded) {
-  struct Case {
-    const char* threshold;
-    bool only_warn;
-    const char* code;
-    std::size_t messages;  // besides the one of the save
-    bool saved;
-  };
-  // 100 + 5 late interest + 3 collector + 1 deposit - 9 discount
-  for (const Case& one : std::initializer_list<Case>{{"100", false, "", 0, true},
-                                                     {"99.99", false, "", 1, false},
-                                                     {"99.99", false, "GAJI", 0, true},
-                                                     {"99.99", true, "", 1, true}}) {
+  // 100 + 5 late interest + 3 collector + 1 deposit - 9 discount; `messages` besides the save's.
+  for (const auto& [threshold, only_warn, code, messages, saved] :
+       std::initializer_list<std::tuple<const char*, bool, const char*, std::size_t, bool>>{
+           {"100", false, "", 0, true},
+           {"99.99", false, "", 1, false},
+           {"99.99", false, "GAJI", 0, true},
+           {"99.99", true, "", 1, true}}) {
     office.Run("DELETE FROM PaymentMast");
-    TurnAmlOn(one.threshold, one.only_warn);
+    TurnAmlOn(threshold, only_warn);
     auto screen = New();
     Put(screen->PayDate, "31-01-2024");
     Put(screen->PayAmt, "100");
@@ -162,11 +157,11 @@ TEST_F(PaymentChecks, TheThresholdMustBeExceeded) {
     Put(screen->CollectorAmt, "3");
     Put(screen->ChargeAmt, "1");
     Put(screen->DiscAmt, "9");
-    screen->AMLACode.SetText(one.code);
+    screen->AMLACode.SetText(code);
     Save(*screen);
-    EXPECT_EQ(counter.messages.size(), one.messages + (one.saved ? 1 : 0)) << one.threshold;
-    EXPECT_EQ(Payments().empty(), !one.saved) << one.threshold;
-    if (one.only_warn) {
+    EXPECT_EQ(counter.messages.size(), messages + (saved ? 1 : 0)) << threshold;
+    EXPECT_EQ(Payments().empty(), !saved) << threshold;
+    if (only_warn) {
       EXPECT_EQ(counter.messages[0],
                 "AML/CFT Alert: AML/CFT Alert!\nPayment Amount RM100.00 more than BNM Cash "
                 "Threshold Amount RM99.99\nPlease fill CDD Form Manually");

@@ -73,26 +73,21 @@ TEST_F(PaymentScreen, WhatWasTypedBeforeTheLoanIsLookedAtWithIt) {
       "INSERT INTO ChqMast (LoanID,SeqNo,ChqNo,ChqAmt,ChqBank,PayID) VALUES "
       "('HQ0001-001',1,'C1',112,'MBB','HQ0001-001-009');INSERT INTO ChqMast "
       "(LoanID,SeqNo,ChqNo,ChqAmt,ChqBank,PayID) VALUES ('HQ0001-001',2,'C2',200,'RHB','')");
-  struct Case {
-    const char* total;
-    const char* cheque;
-    const char* split;  // with the loan, and the total typed again
-    const char* told;
-  };
-  for (const Case& one : std::initializer_list<Case>{
+  // `split` with the loan, and the total typed again.
+  for (const auto& [total, cheque, split, told] : TextRows<4>{
            {"100", "", "100 100.00 0.00 0 1,244.00", ""},
            {"", "C2", "200.00 200.00 0.00 0.00 1,144.00", ""},
            {"", "C1", "0.00 0.00 0.00 0.00 1,344.00", "New Payment: Cheque, Cannot be reuse|"}}) {
     auto screen = Open("New Payment");
     Put(screen->PayDate, "30-12-2023");  // before the loan was made
     Put(screen->ReceiptNo, "BOOK 7");
-    if (*one.total != '\0') Put(screen->TotPay, one.total);
-    Put(screen->ChqNo, one.cheque);
+    if (*total != '\0') Put(screen->TotPay, total);
+    Put(screen->ChqNo, cheque);
     Put(screen->LoanID, kPersonal);
     EXPECT_EQ(Said(),
-              std::string(one.told) + "New Payment: Payment date cannot eariler than loan date|");
-    if (*one.total != '\0') Put(screen->TotPay, one.total);
-    EXPECT_EQ(Split(*screen), one.split) << one.total << one.cheque;
+              std::string(told) + "New Payment: Payment date cannot eariler than loan date|");
+    if (*total != '\0') Put(screen->TotPay, total);
+    EXPECT_EQ(Split(*screen), split) << total << cheque;
     EXPECT_EQ(screen->ReceiptNo.text(), "BOOK 7");
     Put(screen->PayAmt, "1");
     Save(*screen);

@@ -142,8 +142,8 @@ TEST_F(PaymentStore, ADeleteTakesBackEachAmountFromItsPlace) {
 
 TEST_F(PaymentStore, TopUpRowsGoAndInstalmentsStay) {
   office.Run(
-      "INSERT INTO SchMast (LoanID,SchID,PayableAmt) VALUES ('HQ0001-001',13,20);"
-      "INSERT INTO SchMast (LoanID,SchID,PayableAmt) VALUES ('HQ0001-001',14,50.5);"
+      "INSERT INTO SchMast (LoanID,SchID,PayableAmt) VALUES ('HQ0001-001',13,20),"
+      "('HQ0001-001',14,50.5);"
       "INSERT INTO SchMast (LoanID,SchID,PayableAmt,CapitalAmt) VALUES ('HQ0001-001',15,20,1);"
       "INSERT INTO SchMast (LoanID,SchID,PayableAmt,InterestAmt) VALUES ('HQ0001-001',16,20,1);"
       "INSERT INTO SchMast (LoanID,SchID,PayableAmt) VALUES ('HQ0001-001',17,20);"

@@ -102,12 +102,8 @@ TEST_F(LoanCalcfrmTest, ANumberIsDrawnOnceAndItsRowsGoWithTheScreen) {
 TEST_F(LoanCalcfrmTest, CalcPaymentRefusesTheFirstBoxThatDoesNotFit) {
   office.session.MsgTitle = "Check IC";
   Set("LoanTerm2", "");
-  const struct {
-    const char* box;
-    const char* text;  // typed before the press
-    const char* message;
-    const char* focus;
-  } kCases[] = {
+  // A box, what is typed there before the press, what is told, where it leads.
+  const std::array<const char*, 4> kCases[] = {
       {"CustName", "Tan", "Loan Amount is required", "LoanAmt"},
       {"LoanAmt", "5000", "Interest Rate is required", "InsRate"},
       {"InsRate", "18", "Loan Term is required", "LoanTerm"},
@@ -119,13 +115,13 @@ TEST_F(LoanCalcfrmTest, CalcPaymentRefusesTheFirstBoxThatDoesNotFit) {
       {"InsRate", "1,8", "Invalid Interest Rate", "InsRate"},
       {"LoanAmt", "5OOO", "Invalid Loan Amt", "LoanAmt"},
   };
-  for (const auto& c : kCases) {
-    Set(c.box, c.text);
+  for (const auto& [box, text, message, focus] : kCases) {
+    Set(box, text);
     Told();
     Press(screen.Command3);
-    EXPECT_EQ(Told(), Texts{std::string("Check IC: ") + c.message});
+    EXPECT_EQ(Told(), Texts{std::string("Check IC: ") + message});
     ASSERT_NE(screen.focus(), nullptr);
-    EXPECT_EQ(screen.focus()->name(), c.focus);
+    EXPECT_EQ(screen.focus()->name(), focus);
     EXPECT_TRUE(screen.focus()->marked());
   }
   EXPECT_TRUE(screen.LoanID.empty());

@@ -138,7 +138,7 @@ struct LoanOffice {
     for (const char* table :
          {"LoanMast", "SchMast", "SchMast2", "PaymentList", "PaymentMast", "ChargeMast",
           "DrawDownMast", "ChqMast", "FollowUpMast", "AppMast", "CustMast", "SalesmanMast",
-          "NumberMast", "GoldTransMast", "LoanCollateral"}) {
+          "NumberMast", "GoldTransMast", "LoanCollateral", "HolidayMast", "Systemast"}) {
       all +=
           fmt::format("{}\n{}", table, Lines(fmt::format("SELECT * FROM {} ORDER BY 1,2", table)));
     }

@@ -158,34 +158,30 @@ TEST_F(ScheduleScreensTest, EachStatementThatFailsLeavesNoTrace) {
 }
 
 TEST_F(ScheduleScreensTest, UnpaidRowsMoveOneStepAndTheFirstLeadsTheLoan) {
-  struct Case {
-    const char* code;
-    bool back;
-    const char* first;   // row 3, the first that is not paid, due on 31-03-2024
-    const char* second;  // row 4, due on 30-04-2024
-  };
-  for (const Case& one :
-       std::initializer_list<Case>{{"MONTH", false, "2024-04-30", "2024-05-30"},
-                                   {"MONTH", true, "2024-02-29", "2024-03-30"},
-                                   {"WEEK", true, "2024-03-24", "2024-04-23"},
-                                   {"DAILY", false, "2024-04-01", "2024-05-01"},
-                                   {"10DAYS", true, "2024-03-21", "2024-04-20"}}) {
+  // Row 3 is the first that is not paid, due on 31-03-2024; row 4 is due on 30-04-2024.
+  for (const auto& [code, back, first, second] :
+       std::initializer_list<std::tuple<const char*, bool, const char*, const char*>>{
+           {"MONTH", false, "2024-04-30", "2024-05-30"},
+           {"MONTH", true, "2024-02-29", "2024-03-30"},
+           {"WEEK", true, "2024-03-24", "2024-04-23"},
+           {"DAILY", false, "2024-04-01", "2024-05-01"},
+           {"10DAYS", true, "2024-03-21", "2024-04-20"}}) {
     office.Run("DELETE FROM LoanMast;DELETE FROM SchMast;DELETE FROM NumberMast");
     MakeLoan(kId, LoanScheme::kPersonal, "1200", "12");
-    main().Execute(fmt::format("UPDATE LoanMast SET LoanTypeID={}", QuoteStr(one.code)));
+    main().Execute(fmt::format("UPDATE LoanMast SET LoanTypeID={}", QuoteStr(code)));
     office.Run("UPDATE SchMast SET Payment=PayableAmt WHERE SchID < 3");
     auto screen = Open<LoanExtendfrm>();
-    (one.back ? screen->Command2 : screen->SaveCmd).Click();
-    EXPECT_EQ(LastMessage(), one.back ? "Extend Schedule: Laon ID HQ0001-001 schedule cut shorted"
-                                      : "Extend Schedule: Laon ID HQ0001-001 schedule extended");
+    (back ? screen->Command2 : screen->SaveCmd).Click();
+    EXPECT_EQ(LastMessage(), back ? "Extend Schedule: Laon ID HQ0001-001 schedule cut shorted"
+                                  : "Extend Schedule: Laon ID HQ0001-001 schedule extended");
     EXPECT_EQ(Lines("SELECT DueDate FROM SchMast WHERE SchID IN (2,3,4) ORDER BY SchID"),
-              fmt::format("2024-02-29\n{}\n{}\n", one.first, one.second))
-        << one.code << one.back;
+              fmt::format("2024-02-29\n{}\n{}\n", first, second))
+        << code << back;
     // What interest counts from, and the first due date as it was made, stay.
     EXPECT_EQ(Lines("SELECT IntDate FROM SchMast WHERE SchID=3"), "2024-03-31\n");
     EXPECT_EQ(Lines("SELECT NextDueDate,NextCall,OrgDueDate FROM LoanMast"),
-              fmt::format("{0} {0} 2024-01-31\n", one.first));
-    EXPECT_EQ(screen->SchDG.Cell(2, 1), Format(*DateTime::FromCanonical(one.first), "dd-mm-yyyy"));
+              fmt::format("{0} {0} 2024-01-31\n", first));
+    EXPECT_EQ(screen->SchDG.Cell(2, 1), Format(*DateTime::FromCanonical(first), "dd-mm-yyyy"));
   }
 }
 

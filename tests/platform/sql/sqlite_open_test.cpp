@@ -251,8 +251,7 @@ TEST_F(SqliteOpen, ASaveWithoutRoomIsRefusedAndLeavesNothing) {
     db->Execute("create table T (A int, B nvarchar(max)); insert into T values (1,'kept')");
   }
   // A limit on the size of files plays the full disk, in a process of its own.
-  const pid_t child = fork();
-  if (child == 0) {
+  InProcesses(1, [&] {
     signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{200'000, 200'000};
     setrlimit(RLIMIT_FSIZE, &limit);
@@ -269,11 +268,7 @@ TEST_F(SqliteOpen, ASaveWithoutRoomIsRefusedAndLeavesNothing) {
       _exit(told && std::string(error.what()).find(Path()) != std::string::npos ? 0 : 2);
     }
     _exit(1);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  EXPECT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(WEXITSTATUS(status), 0);
+  });
   const auto db = Open(Path());
   EXPECT_EQ(db->Query("select count(*) from T").Field(0).ToText(), "1");
   EXPECT_EQ(db->Query("select B from T").Field(0).ToText(), "kept");
