@@ -350,6 +350,10 @@ void GridView::RecallColumns() {
 
 // What each column needs, by all of its texts: measured once for each show, not at each resize.
 void GridView::MeasureColumns() {
+  const QString what =
+      QString("%1 %2 %3").arg(grid_.revision()).arg(face().chinese()).arg(table_->font().key());
+  if (what == measured_) return;
+  measured_ = what;
   needs_.clear();
   const QFontMetrics metrics(table_->font());
   for (int i = 0; i < model_->columnCount(); ++i) {

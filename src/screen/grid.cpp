@@ -16,11 +16,13 @@ Grid::Grid(Screen& screen, std::string name, Caption caption, std::vector<GridCo
 void Grid::SetColumns(std::vector<GridColumn> columns) {
   columns_ = std::move(columns);
   for (RowData& row : rows_) row.cells.resize(columns_.size());
+  ++revision_;
   Changed();
 }
 
 void Grid::SetColumnEditable(int column, bool on) {
   columns_.at(static_cast<std::size_t>(column)).editable = on;
+  ++revision_;
   Changed();
 }
 
@@ -44,18 +46,21 @@ void Grid::SetCell(int row, int column, std::string text) {
       rows_.at(static_cast<std::size_t>(row)).cells.at(static_cast<std::size_t>(column));
   if (cell == text) return;
   cell = std::move(text);
+  ++revision_;
   Changed();
 }
 
 void Grid::Clear() {
   rows_.clear();
   current_ = -1;
+  ++revision_;
   Changed();
 }
 
 int Grid::AddRow(std::vector<std::string> cells, RowTone tone) {
   cells.resize(columns_.size());
   rows_.push_back({std::move(cells), tone, false});
+  ++revision_;
   Changed();
   return RowCount() - 1;
 }
@@ -64,6 +69,7 @@ void Grid::RemoveRow(int row) {
   (void)rows_.at(static_cast<std::size_t>(row));
   rows_.erase(rows_.begin() + row);
   if (current_ > row || current_ >= RowCount()) --current_;
+  ++revision_;
   Changed();
 }
 
@@ -76,6 +82,7 @@ void Grid::SetRows(std::vector<std::vector<std::string>> rows, const std::vector
     rows_.push_back({std::move(cells), tone, false});
   }
   current_ = -1;
+  ++revision_;
   Changed();
 }
 
@@ -96,6 +103,7 @@ void Grid::SetCurrentRow(int row) {
 void Grid::SetHasChecks(bool on) {
   if (has_checks_ == on) return;
   has_checks_ = on;
+  ++revision_;
   Changed();
 }
 

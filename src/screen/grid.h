@@ -54,6 +54,10 @@ class Grid : public Control {
   RowTone Tone(int row) const { return rows_.at(static_cast<std::size_t>(row)).tone; }
   void SetTone(int row, RowTone tone);
 
+  // Another number after each change of a text or a column; ticks, tones and the current row do not
+  // count.
+  unsigned revision() const { return revision_; }
+
   int current_row() const { return current_; }  // -1 for none
   void SetCurrentRow(int row);                  // no events
 
@@ -93,6 +97,7 @@ class Grid : public Control {
   std::vector<RowData> rows_;
   int current_ = -1;
   bool has_checks_ = false;
+  unsigned revision_ = 0;
 };
 
 }  // namespace kaunter
