@@ -32,7 +32,6 @@ enum Place {
   kPlaces
 };
 
-constexpr int kAmountLength = 20;
 const Caption kNotFound{"Record not found", "找不到记录"};
 
 // How a cell's figure is shown; "" for a text.
@@ -98,7 +97,7 @@ void FrmBuyGold::Load() {
   record_.TakeWidths(main());
   LoanID.max_length = CustID.max_length;  // keys of one width
   TrxDate.max_length = kDateLength;
-  OtherAmt.max_length = PayAmt.max_length = kAmountLength;
+  OtherAmt.max_length = PayAmt.max_length = kMoneyLength;
   FillCompanies(CompCode, session());
   std::vector<std::string> kinds;
   for (Recordset rows = main().Query("SELECT GoldID FROM GoldTypeMast ORDER BY GoldID");
@@ -146,17 +145,9 @@ void FrmBuyGold::StartNew() {
 }
 
 void FrmBuyGold::LeaveLoanID() {
-  const std::string id = Trim(LoanID.text());
-  LoanID.SetText(id);
-  if (SameText(id, loaded_id_)) {
-    LoanID.SetMark(false);
-  } else if (!id.empty()) {
-    LoadPurchase(id);
-  } else if (MayLeaveRecord(Changed())) {
-    StartNew();
-  } else {
-    LoanID.SetText(loaded_id_);
-  }
+  LeaveKey(
+      LoanID, loaded_id_, Changed(), [this](std::string id) { LoadPurchase(std::move(id)); },
+      [this] { StartNew(); });
 }
 
 void FrmBuyGold::LoadPurchase(std::string id) {
@@ -262,7 +253,7 @@ void FrmBuyGold::LeaveCell(int row, int column, const std::string& before) {
   };
   if (!form.empty() && !text.empty()) {
     const auto figure = GoldFigure(text, form);
-    if (!figure) return refuse(kNoAmount);
+    if (!figure) return refuse(kInvalidAmount);
     text = *figure;
   } else if (column == kDesc || column == kRemarks) {
     text = ApplyCapLock(session(), text);
@@ -359,7 +350,7 @@ bool FrmBuyGold::LeaveAmount(TextBox& box, bool may_be_negative) {
   const auto shown =
       GoldFigure(amount && may_be_negative && *amount < Money() ? (-*amount).ToText() : box.text(),
                  kAmountForm);
-  if (!shown) return Refuse(box, kNoAmount);
+  if (!shown) return Refuse(box, kInvalidAmount);
   box.SetText(ShowMoney(*amount));
   return true;
 }

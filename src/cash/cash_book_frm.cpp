@@ -19,7 +19,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kAmountLength = 20;
 constexpr int kNumberLength = 10;
 constexpr int kListed = 100;
 // Places in the grid.
@@ -32,15 +31,6 @@ const Caption kSaveFailed{"an error occur during saving cash book transaction",
 std::vector<Value> Audited(const Recordset& row) {
   return {row.Field("TranDate"), row.Field("TranType"), row.Field("TranAmt"),
           row.Field("TranDesc")};
-}
-
-// What a person enters; a recalculation may move the balances of the row meanwhile.
-std::vector<Value> Entered(const Recordset& row) {
-  std::vector<Value> values = Audited(row);
-  for (const char* column : {"CompCode", "TranMemo", "CatCode", "CBType"}) {
-    values.push_back(row.Field(column));
-  }
-  return values;
 }
 
 }  // namespace
@@ -96,7 +86,7 @@ void CashBookFrm::Load() {
   record_.TakeWidths(main());
   CashBookNo.max_length = kNumberLength;
   TranDate.max_length = kDateLength;
-  TranAmt.max_length = kAmountLength;
+  TranAmt.max_length = kMoneyLength;
   FillCompanies(CompCode, session());
   FillItems(CBCat, main(), "SELECT CatCode FROM CashBookCat ORDER BY CatCode");
   OfferShortcut(session(), RecalcCmd, "RecalcCashBookFrm", "");
@@ -117,10 +107,11 @@ void CashBookFrm::LeaveCompany() {
     CompCode.Clear();
     FocusOn(CompCode);
   }
-  ShowCompany();
+  if (CompCode.text() != shown_company_) ShowCompany();
 }
 
 void CashBookFrm::ShowCompany() {
+  shown_company_ = CompCode.text();
   CompDesc.Clear();
   CashInHand.Clear();
   CashInBank.Clear();
@@ -154,7 +145,6 @@ void CashBookFrm::LeaveNumber() {
   if (CashBookNo.empty()) {
     // The number taken away makes a new row of what is shown.
     loaded_.clear();
-    loaded_row_.clear();
     HintLBL.SetText({});
     return;
   }
@@ -192,7 +182,7 @@ bool CashBookFrm::RefuseChanged(const Caption& what) {
 }
 
 void CashBookFrm::Open(std::string number) {
-  ClearAll();
+  ClearRow();
   CashBookNo.SetText(std::move(number));
   const Recordset row = Stored();
   if (row.Eof()) {
@@ -203,7 +193,7 @@ void CashBookFrm::Open(std::string number) {
   CompCode.SetText(NullToEmpty(row.Field("CompCode")));
   loaded_ = NullToEmpty(row.Field("DocID"));
   loaded_company_ = CompCode.text();
-  loaded_row_ = Entered(row);
+  stored_.Take(row);
   CashBookNo.SetText(loaded_);
   CashBookNo.SetMark(false);
   HintLBL.SetText(session().In(
@@ -214,15 +204,18 @@ void CashBookFrm::Open(std::string number) {
   ShowCompany();
 }
 
-void CashBookFrm::ClearAll() {
+void CashBookFrm::ClearRow() {
   record_.Clear();
   CashBookNo.Clear();
   CashBookNo.SetMark(false);
   loaded_.clear();
-  loaded_row_.clear();
   right_.Forget();
   HintLBL.SetText({});
   Command1.SetEnabled(false);
+}
+
+void CashBookFrm::ClearAll() {
+  ClearRow();
   if (CompCode.items().size() == 1) CompCode.SetIndex(0);
   ShowCompany();
 }
@@ -290,7 +283,7 @@ void CashBookFrm::Save() {
     RefuseNumber();
     return;
   }
-  if (exists && Entered(before) != loaded_row_) {
+  if (exists && !stored_.Is(before)) {
     RefuseChanged({"saved", "储存"});
     return;
   }
@@ -319,6 +312,9 @@ void CashBookFrm::Save() {
 
 bool CashBookFrm::Move() {
   return Attempt(fmt::format("Cash Book - {}", CompCode.text()), kSaveFailed, [this] {
+    // Nothing has moved yet where another desktop has changed the row since the question.
+    const Recordset now = CashBookNo.empty() ? Recordset() : Stored();
+    if (!now.Eof()) stored_.Expect(now, CashBookNo.text());
     after_ = ApplyToBalances(main(), CompCode.text(), TranType.text(), Sen(TranAmt));
   });
 }
@@ -361,7 +357,7 @@ void CashBookFrm::Delete() {
     RefuseNumber();
     return;
   }
-  if (Entered(row) != loaded_row_) {
+  if (!stored_.Is(row)) {
     RefuseChanged({"deleted", "删除"});
     return;
   }
@@ -374,10 +370,12 @@ void CashBookFrm::Delete() {
                     fmt::format("确定删除现金簿交易 {}", number)})) {
     return;
   }
-  const bool deleted =
-      Attempt("Cash Book - delete " + number,
-              {"an error occur during deleting cash book transaction", "删除现金簿交易时出现错误"},
-              [&] { ExecuteOnRow(main(), "DELETE FROM CashBook WHERE DocID=" + number, number); });
+  const bool deleted = Attempt(
+      "Cash Book - delete " + number,
+      {"an error occur during deleting cash book transaction", "删除现金簿交易时出现错误"}, [&] {
+        stored_.Expect(Stored(), number);
+        ExecuteOnRow(main(), "DELETE FROM CashBook WHERE DocID=" + number, number);
+      });
   if (!deleted) return;
   WriteAudit(session(), "Delete", "Cash Book", NullToEmpty(row.Field("CompCode")), number,
              Audited(row));

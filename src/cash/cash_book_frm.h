@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cash/cash_balance.h"
+#include "cash/stored_row.h"
 #include "core/record.h"
 #include "core/record_right.h"
 #include "core/session_screen.h"
@@ -57,6 +58,7 @@ class CashBookFrm : public SessionScreen {
   void LeaveNumber();
   bool CheckAmount();
   void Open(std::string number);
+  void ClearRow();
   void ClearAll();
 
   bool Check();
@@ -78,7 +80,8 @@ class CashBookFrm : public SessionScreen {
   CashPair after_;      // what the balances came to with the last save
   std::string loaded_;  // the number of the row that is shown
   std::string loaded_company_;
-  std::vector<Value> loaded_row_;  // what was entered in it, as it was read
+  StoredRow stored_;
+  std::string shown_company_;  // whose balances and movements are shown
 };
 
 }  // namespace kaunter

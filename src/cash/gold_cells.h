@@ -11,7 +11,6 @@
 
 namespace kaunter {
 
-inline const Caption kNoAmount{"Invalid Amount", "金额不正确"};
 inline const Caption kTextTooLong{"The text is too long", "文字过长"};
 
 // As the columns keep them: amounts and pieces to the sen, weights to the ten-thousandth of a gram.

@@ -23,7 +23,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kAmountLength = 20;
 constexpr int kNumberLength = 10;  // of the server's count
 constexpr std::string_view kCash = "CASH";
 constexpr const char* kVoucher = "ExpenseVoucher.rpt";
@@ -76,7 +75,7 @@ void PersonalEpxFrm::Load() {
   record_.TakeWidths(main());
   TrxID.max_length = kNumberLength;
   ExpDate.max_length = kDateLength;
-  DebitAmt.max_length = CreditAmt.max_length = kAmountLength;
+  DebitAmt.max_length = CreditAmt.max_length = kMoneyLength;
   FillCompanies(CompCode, session());
   FillItems(CBCat, main(), "SELECT CatCode FROM CashBookCat ORDER BY CatCode");
   FillItems(Bank, main(), "SELECT BankCode FROM BankMast ORDER BY BankCode");
@@ -108,17 +107,9 @@ void PersonalEpxFrm::StartNew() {
 }
 
 void PersonalEpxFrm::LeaveTrxID() {
-  const std::string id = Trim(TrxID.text());
-  TrxID.SetText(id);
-  if (id == loaded_id_) {
-    TrxID.SetMark(false);
-  } else if (!id.empty()) {
-    LoadExpense(id);
-  } else if (MayLeaveRecord(record_.Changed())) {
-    StartNew();
-  } else {
-    TrxID.SetText(loaded_id_);
-  }
+  LeaveKey(
+      TrxID, loaded_id_, record_.Changed(), [this](std::string id) { LoadExpense(std::move(id)); },
+      [this] { StartNew(); });
 }
 
 void PersonalEpxFrm::LoadExpense(std::string id) {

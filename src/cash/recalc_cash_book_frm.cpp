@@ -24,7 +24,6 @@ namespace kaunter {
 namespace {
 
 constexpr int kManager = 3;
-constexpr int kAmountLength = 20;
 // Nobody reads more of them on a screen; the paper has them all.
 constexpr std::size_t kListed = 2000;
 
@@ -87,7 +86,7 @@ RecalcCashBookFrm::RecalcCashBookFrm(Session& session, Desk& desk)
   CompCode.onPick = [this] { ShowOpening(); };
   CBOpenDate.onLeave = [this] { CheckDateBox(this->session(), CBOpenDate); };
   for (TextBox* box : {&CBOpenCash, &CBOpenBank}) {
-    box->max_length = kAmountLength;
+    box->max_length = kMoneyLength;
     box->onLeave = [this, box] { CheckAmount(*box); };
   }
   CBOpenDate.max_length = kDateLength;
@@ -124,7 +123,7 @@ bool RecalcCashBookFrm::OpeningTyped() const {
 bool RecalcCashBookFrm::CheckAmount(TextBox& box) {
   FillBlank(box, "0");
   const auto amount = Money::TryText(box.text());
-  if (!amount || IsTooLarge(*amount)) return Refuse(box, {"Invalid Amount", "金额不正确"});
+  if (!amount || IsTooLarge(*amount)) return Refuse(box, kInvalidAmount);
   box.SetText(ShowMoney(*amount));
   box.SetMark(false);
   return true;
@@ -202,7 +201,15 @@ void RecalcCashBookFrm::Recalculate() {
   Forget();
   if (!CheckCompany()) return;
   const auto opening = Opening();
-  if (!opening || !MayOpenWith(*opening)) return;
+  if (!opening) return;
+  if (ReadOpening(main(), CompCode.text()) != stored_opening_) {
+    ShowOpening();
+    Refuse(CBOpenCash, {"The opening was changed on another desktop: it is shown as it is now, "
+                        "please look again",
+                        "期初已被另一台电脑更改：现显示最新内容，请重新查看"});
+    return;
+  }
+  if (!MayOpenWith(*opening)) return;
   const std::string from =
       opening->date ? fmt::format(" from {}", ShowDate(*opening->date)) : std::string();
   if (!Confirm({fmt::format("Confirm to recalculate the cash book of {}{}, opening with cash {} "

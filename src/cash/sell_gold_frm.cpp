@@ -191,7 +191,7 @@ void FrmSellGold::LeaveCell(int row, int column, const std::string& before) {
   };
   if (column == kSoldAmt) {
     const auto figure = GoldFigure(text.empty() ? "0" : text, kAmountForm);
-    if (!figure) return refuse(kNoAmount);
+    if (!figure) return refuse(kInvalidAmount);
     text = *figure;
   } else if (column == kSoldDate) {
     if (!text.empty() && !IsDate(text)) return refuse(kInvalidDate);

@@ -24,6 +24,7 @@ Caption ToldOfChange(const std::string& key);
 class StoredRow {
  public:
   void Take(const Recordset& row);
+  bool Is(const Recordset& now) const;
   // Inside the transaction of a write: throws RowNotFound or RowChanged.
   void Expect(const Recordset& now, const std::string& key) const;
 

@@ -20,8 +20,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kAmountLength = 20;
-
 Caption NotFound(std::string_view id) {
   return {fmt::format("Record {} not found", id), fmt::format("找不到记录 {}", id)};
 }
@@ -84,7 +82,7 @@ void SuppTransfrm::Load() {
   record_.TakeWidths(main());
   TransID.max_length = kKeyLength;
   TrxDate.max_length = kDateLength;
-  TransAmt.max_length = kAmountLength;
+  TransAmt.max_length = kMoneyLength;
   FillCompanies(CompCode, session());
   const std::string id = std::exchange(session().CallerTag, {});
   SuppID.SetText(std::exchange(session().PickerExtra, {}));
@@ -119,17 +117,9 @@ void SuppTransfrm::Clear() {
 }
 
 void SuppTransfrm::LeaveTransID() {
-  const std::string id = Trim(TransID.text());
-  TransID.SetText(id);
-  if (SameText(id, loaded_id_)) {
-    TransID.SetMark(false);
-  } else if (!id.empty()) {
-    LoadTransaction(id);
-  } else if (MayLeaveRecord(record_.Changed())) {
-    StartNew();
-  } else {
-    TransID.SetText(loaded_id_);
-  }
+  LeaveKey(
+      TransID, loaded_id_, record_.Changed(),
+      [this](std::string id) { LoadTransaction(std::move(id)); }, [this] { StartNew(); });
 }
 
 void SuppTransfrm::LoadTransaction(std::string id) {
@@ -214,7 +204,7 @@ bool SuppTransfrm::ShowLoan() {
 
 bool SuppTransfrm::CheckAmount() {
   const auto amount = Money::TryText(TransAmt.text());
-  if (!amount || IsTooLarge(*amount)) return Refuse(TransAmt, {"Invalid Amount", "金额不正确"});
+  if (!amount || IsTooLarge(*amount)) return Refuse(TransAmt, kInvalidAmount);
   TransAmt.SetText(ShowMoney(*amount));
   TransAmt.SetMark(false);
   return true;

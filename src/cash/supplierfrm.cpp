@@ -95,17 +95,9 @@ void Supplierfrm::StartNew() {
 }
 
 void Supplierfrm::LeaveSuppID() {
-  const std::string id = Trim(SuppID.text());
-  SuppID.SetText(id);
-  if (SameText(id, loaded_id_)) {
-    SuppID.SetMark(false);
-  } else if (!id.empty()) {
-    LoadSupplier(id);
-  } else if (MayLeaveRecord(record_.Changed())) {
-    StartNew();
-  } else {
-    SuppID.SetText(loaded_id_);
-  }
+  LeaveKey(
+      SuppID, loaded_id_, record_.Changed(),
+      [this](std::string id) { LoadSupplier(std::move(id)); }, [this] { StartNew(); });
 }
 
 void Supplierfrm::LoadSupplier(std::string id) {

@@ -18,7 +18,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kAmountLength = 20;
 // Places in the grid.
 constexpr int kNo = 0, kDate = 1, kBank = 2, kAmount = 3, kStatus = 4;
 
@@ -71,7 +70,7 @@ void ChqCtrlFrm::Load() {
   }
   LoanID.max_length = kKeyLength;
   ChqDate.max_length = kDateLength;
-  ChqAmt.max_length = kAmountLength;
+  ChqAmt.max_length = kMoneyLength;
   FillItems(ChqBank, main(), "SELECT BankCode FROM BankMast ORDER BY BankCode");
   ClearLoan();
 }

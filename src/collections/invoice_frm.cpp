@@ -23,7 +23,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kAmountLength = 20;
 constexpr std::string_view kInvoice = "Invoice";
 constexpr std::string_view kCreditNote = "Credit Note";
 constexpr std::string_view kBatch = "Batch";
@@ -100,7 +99,7 @@ void Invoicefrm::Load() {
   record_.TakeWidths(main());
   ChargeID.max_length = LoanID.max_length;  // keys of one width
   TrxDate.max_length = kDateLength;
-  ChargeAmt.max_length = kAmountLength;
+  ChargeAmt.max_length = kMoneyLength;
   StartNew();
 }
 

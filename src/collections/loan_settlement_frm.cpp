@@ -21,8 +21,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kAmountLength = 20;
-
 bool IsAmount(const TextBox& box) {
   return box.empty() || Money::TryText(box.text()).value_or(-Money::FromInteger(1)) >= Money();
 }
@@ -36,7 +34,7 @@ LoanSettlementfrm::LoanSettlementfrm(Session& session, Desk& desk)
     box->SetLocked(true);
   }
   PayDate.max_length = kDateLength;
-  Payment.max_length = IntAmt.max_length = kAmountLength;
+  Payment.max_length = IntAmt.max_length = kMoneyLength;
   OfferPicker(session, PayID, "SettlePop", [this](const std::string& id) {
     if (MayLeaveRecord(Typed())) LoadSettlement(id);
   });

@@ -4,13 +4,13 @@
 #include <string>
 #include <string_view>
 
+#include "core/boxes.h"     // kInvalidAmount
 #include "loans/refusal.h"  // LoanNotFound
 #include "platform/money.h"
 #include "screen/caption.h"
 
 namespace kaunter {
 
-inline const Caption kInvalidAmount{"Invalid Amount", "金额不正确"};
 inline const Caption kLoanRequired{"Loan ID is required", "请输入贷款编号"};
 
 Caption NoPaymentFor(std::string_view status);

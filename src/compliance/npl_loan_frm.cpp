@@ -15,7 +15,6 @@ namespace kaunter {
 namespace {
 
 constexpr int kCountLength = 9;
-constexpr int kAmountLength = 20;
 constexpr int kMonthsLength = 3;
 
 // A whole number from `least` on.
@@ -36,7 +35,7 @@ NPLLoanFrm::NPLLoanFrm(Session& session, Desk& desk)
     box.onLeave = [this, &box] { CheckCount(box); };
   }
   for (TextBox& box : LoanAmt) {
-    box.max_length = kAmountLength;
+    box.max_length = kMoneyLength;
     box.onLeave = [this, &box] { CheckAmount(box); };
   }
   Months.max_length = kMonthsLength;
@@ -93,7 +92,7 @@ bool NPLLoanFrm::CheckCount(TextBox& box) {
 bool NPLLoanFrm::CheckAmount(TextBox& box) {
   FillBlank(box, "0");
   const auto amount = Money::TryText(box.text());
-  if (!amount) return Refuse(box, {"Invalid Amount", "金额不正确"});
+  if (!amount) return Refuse(box, kInvalidAmount);
   box.SetText(ShowMoney(*amount));
   box.SetMark(false);
   return true;

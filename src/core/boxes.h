@@ -13,6 +13,8 @@ class Session;
 
 inline constexpr int kDateLength = 10;  // dd-mm-yyyy
 inline constexpr int kKeyLength = 50;   // of a customer or a loan
+inline constexpr int kMoneyLength = 20;
+inline const Caption kInvalidAmount{"Invalid Amount", "金额不正确"};
 inline const Caption kInvalidDate{"Invalid Date", "日期不正确"};
 
 // Takes the blanks off and passes what is empty or a date. Anything else is refused with `invalid`:

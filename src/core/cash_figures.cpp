@@ -6,6 +6,7 @@
 
 #include "core/amounts.h"
 #include "core/company_access.h"
+#include "core/office_figures.h"
 #include "core/session.h"
 #include "core/values.h"
 
@@ -82,13 +83,10 @@ std::vector<CashPosition> ReadCashPositions(Session& session, const DateTime& to
         {&CashPosition::cheques});
   }
   if (asked.due) {
-    positions.Add(
-        fmt::format("SELECT l.CompCode,SUM(s.PayableAmt-isnull(s.Payment,0)) FROM SchMast as s "
-                    "INNER JOIN LoanMast as l ON s.LoanID=l.LoanID WHERE s.DueDate>={} AND "
-                    "s.DueDate<{} AND s.PayableAmt>isnull(s.Payment,0) AND l.LoanBal>0{} GROUP BY "
-                    "l.CompCode",
-                    SqlDate(day), ahead, AndCompany(session, "isnull(l.CompCode,'')")),
-        {&CashPosition::due});
+    positions.Add(fmt::format("SELECT l.CompCode,SUM({}) {} GROUP BY l.CompCode", kOpenAmount,
+                              OpenRows(session, fmt::format("s.DueDate>={} AND s.DueDate<{}",
+                                                            SqlDate(day), ahead))),
+                  {&CashPosition::due});
   }
   return positions.Taken();
 }

@@ -13,8 +13,6 @@ namespace kaunter {
 namespace {
 
 constexpr std::size_t kTopLoans = 8;
-// What an instalment still asks for; an older office has NULL where nothing was paid.
-constexpr std::string_view kOpen = "s.PayableAmt-isnull(s.Payment,0)";
 
 Money Amount(const Value& sum) { return sum.IsNull() ? Money() : Money::FromText(sum.ToText()); }
 
@@ -60,16 +58,6 @@ void IntoMonths(std::span<MonthTally> months, Recordset days) {
   }
 }
 
-// An open loan's rows with something left to pay. `dates` is a condition on s.DueDate. The company
-// is asked through isnull, which no index answers: going through the loans of the companies, and
-// from each to its schedule, takes five times as long as the dates of the schedules alone.
-std::string OpenRows(const Session& session, const std::string& dates) {
-  return fmt::format(
-      "FROM SchMast as s INNER JOIN LoanMast as l ON s.LoanID=l.LoanID WHERE {} AND "
-      "s.PayableAmt>isnull(s.Payment,0) AND l.LoanBal>0{}",
-      dates, AndCompany(session, "isnull(l.CompCode,'')"));
-}
-
 void NameCustomers(Session& session, std::vector<OverdueLoan>& loans) {
   if (loans.empty()) return;
   std::string keys;
@@ -89,6 +77,16 @@ void NameCustomers(Session& session, std::vector<OverdueLoan>& loans) {
 
 }  // namespace
 
+// The company is asked through isnull, which no index answers: going through the loans of the
+// companies, and from each to its schedule, takes five times as long as the dates of the schedules
+// alone.
+std::string OpenRows(const Session& session, const std::string& dates) {
+  return fmt::format(
+      "FROM SchMast as s INNER JOIN LoanMast as l ON s.LoanID=l.LoanID WHERE {} AND "
+      "s.PayableAmt>isnull(s.Payment,0) AND l.LoanBal>0{}",
+      dates, AndCompany(session, "isnull(l.CompCode,'')"));
+}
+
 OfficeFigures EmptyFigures(const DateTime& today) {
   OfficeFigures figures;
   figures.today = today.DateOnly();
@@ -104,7 +102,7 @@ void ReadComingDue(Session& session, OfficeFigures& figures) {
   Tally today;
   Tally week;
   Recordset days = session.Main().Query(fmt::format(
-      "SELECT s.DueDate,count(*) as N,sum({}) as Amt {} GROUP BY s.DueDate", kOpen,
+      "SELECT s.DueDate,count(*) as N,sum({}) as Amt {} GROUP BY s.DueDate", kOpenAmount,
       OpenRows(session, fmt::format("s.DueDate>={} AND s.DueDate<{}", SqlDate(figures.today),
                                     SqlDate(figures.today.AddDays(kDaysOfWeek))))));
   for (; !days.Eof(); days.MoveNext()) {
@@ -134,12 +132,12 @@ void ReadArrears(Session& session, OfficeFigures& figures) {
     bands += fmt::format(
         ",sum(case when {0} then 1 else 0 end) as N{1},sum(case when {0} then {2} else 0 end) as "
         "Amt{1}",
-        when, band, kOpen);
+        when, band, kOpenAmount);
   }
   Recordset loans = session.Main().Query(
       fmt::format("SELECT l.CustID,l.LoanID,min(s.DueDate) as Oldest,sum({}) as Amt{} {} GROUP BY "
                   "l.CustID,l.LoanID",
-                  kOpen, bands, OpenRows(session, "s.DueDate<" + SqlDate(figures.today))));
+                  kOpenAmount, bands, OpenRows(session, "s.DueDate<" + SqlDate(figures.today))));
   std::array<Tally, kAgeBands> by_age{};
   Tally overdue;
   std::vector<OverdueLoan> all;

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/date_time.h"
@@ -55,6 +56,12 @@ struct OfficeFigures {
   Year collected;  // money received: instalments, late interest, charges, collector, less discount
   Year disbursed;  // releases; with the Special right, the loans of the month with LoanAmt2
 };
+
+// What an instalment still asks for; an older office has NULL where nothing was paid.
+inline constexpr std::string_view kOpenAmount = "s.PayableAmt-isnull(s.Payment,0)";
+// "FROM ... WHERE ...": an open loan's rows with something left to pay, SchMast as s and LoanMast
+// as l, of the person's companies. `dates` is a condition on s.DueDate.
+std::string OpenRows(const Session& session, const std::string& dates);
 
 // Days and months that the figures of this day count, all of them zero.
 OfficeFigures EmptyFigures(const DateTime& today);

@@ -215,6 +215,7 @@ const Patch kCashBookOpening = {
     {"ALTER Table CompMast ADD CBOpenDate datetime",
      "ALTER Table CompMast ADD CBOpenCash decimal(18,2)",
      "ALTER Table CompMast ADD CBOpenBank decimal(18,2)",
+     "create index IX_CashBook_CompCode_TranDate on CashBook (CompCode,TranDate)",
      "INSERT INTO Systemast (Param,Value) VALUES ('CashBookOpening','1')"}};
 
 const std::string_view kHolidayMast =

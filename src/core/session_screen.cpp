@@ -103,6 +103,22 @@ bool SessionScreen::MayLeaveRecord(bool changed) {
                                            "不储存更改就离开此资料？"}));
 }
 
+void SessionScreen::LeaveKey(TextBox& key, const std::string& shown, bool changed,
+                             const std::function<void(std::string id)>& open,
+                             const std::function<void()>& start_new) {
+  std::string id = Trim(key.text());
+  key.SetText(id);
+  if (SameText(id, shown)) {
+    key.SetMark(false);
+  } else if (!id.empty()) {
+    open(std::move(id));
+  } else if (MayLeaveRecord(changed)) {
+    start_new();
+  } else {
+    key.SetText(shown);
+  }
+}
+
 void SessionScreen::TellFailure(const std::exception& failure) {
   if (session_.MainConn && main().InTransaction()) {
     try {

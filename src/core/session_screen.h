@@ -49,6 +49,11 @@ class SessionScreen : public Screen {
   bool MayDiscard(bool changed);
   // The same before another record takes the place of the one shown.
   bool MayLeaveRecord(bool changed);
+  // The box of a record's key is left. The key that is shown is no act; another one goes to `open`,
+  // which asks before it takes what is typed away; none begins a new record, once that is agreed.
+  void LeaveKey(TextBox& key, const std::string& shown, bool changed,
+                const std::function<void(std::string id)>& open,
+                const std::function<void()>& start_new);
 
  private:
   // What becomes of a failure that an act let through: rollback of what is still open, a log line,

@@ -19,8 +19,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kAmountLength = 20;
-
 // Short numbers are a key, and each company counts for itself.
 std::string DrawNumber(Connection& main, const std::string& company) {
   return NextSeries(main, "DL", company, false, [&main](const std::string& number) {
@@ -52,7 +50,7 @@ Drawdown::Drawdown(Session& session, Desk& desk)
 void Drawdown::Load() {
   record_.TakeWidths(main());
   TrxDate.max_length = kDateLength;
-  DrawDownAmt.max_length = kAmountLength;
+  DrawDownAmt.max_length = kMoneyLength;
   FillItems(Bank, main(), "SELECT BankCode FROM BankMast ORDER BY BankCode");
   SaveCmd.SetEnabled(false);
   CmdDelete.SetEnabled(false);

@@ -129,8 +129,8 @@ void LoanAppFrm::EditMrta(int row, int column, const std::string& before) {
   const bool wrong_amount = column > 0 && !text.empty() && (!amount || *amount < Money());
   if (wrong_amount || Characters(text) > kLineLength) {
     vsdd.SetCell(row, column, before);
-    Tell(MessageKind::critical, wrong_amount ? Caption{"Invalid Amount", "金额不正确"}
-                                             : Caption{"The text is too long", "文字过长"});
+    Tell(MessageKind::critical,
+         wrong_amount ? kInvalidAmount : Caption{"The text is too long", "文字过长"});
     return;
   }
   vsdd.SetCell(row, column, column > 0 && amount ? ShowMoney(*amount) : text);

@@ -19,8 +19,6 @@ namespace {
 
 constexpr int kManager = 3;  // level from which a collateral value needs no second person
 
-const Caption kInvalidAmount = {"Invalid Amount", "金额不正确"};
-
 Money Amount(const std::string& text) { return Money::TryText(text).value_or(Money()); }
 
 // T where the box holds one that is not zero.

@@ -326,7 +326,7 @@ void NewLoanFrm::EditCheque(int row, int column, const std::string& before) {
   std::string shown = typed;
   if (column == kChqAmt) {
     const auto amount = Money::TryText(typed);
-    if (!amount) return refuse({"Invalid Amount", "金额不正确"});
+    if (!amount) return refuse(kInvalidAmount);
     shown = ShowMoney(*amount);
     assignment = "ChqAmt=" + StripCommaOrZero(shown);
   } else if (column == kChqDate) {

@@ -17,7 +17,6 @@
 namespace kaunter {
 namespace {
 
-constexpr int kAmountLength = 20;
 constexpr int kLevelThatMayAmend = 4;
 
 enum ListColumn { kSch, kLoan, kCustomer, kDueDate, kPayable };
@@ -87,7 +86,7 @@ UpdateSch::UpdateSch(Session& session, Desk& desk)
   LoanID.onLeave = [this] { LeaveLoanID(); };
   CustName.SetLocked(true);
   NextDueDate.max_length = kDateLength;
-  LoanAmt.max_length = kAmountLength;
+  LoanAmt.max_length = kMoneyLength;
   NextDueDate.onLeave = [this] {
     NextDueDate.SetText(Trim(NextDueDate.text()));
     if (picked_ >= 0 || !NextDueDate.empty()) CheckDate();
