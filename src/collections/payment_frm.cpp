@@ -266,8 +266,7 @@ void PaymentFrm::ShowNeighbour(bool next) {
 // --- money laundering
 
 void PaymentFrm::ShowAml() {
-  AmlPage.SetVisible(!CompCode.empty() && session().settings.AMLA &&
-                     LoadAMLSettings(session(), CompCode.text()));
+  AmlPage.SetVisible(!CompCode.empty() && LoadAMLSettings(session(), CompCode.text()));
   OfferShortcut(session(), SSCommand5, "AMLAFrm", {},
                 !session().aml.DisableSTR && !loaded_payment_.empty());
   SSCommand6.SetEnabled(!loaded_payment_.empty());

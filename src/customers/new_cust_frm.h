@@ -7,6 +7,7 @@
 
 #include "core/record.h"
 #include "core/session_screen.h"
+#include "customers/photo_server.h"
 
 namespace kaunter {
 
@@ -286,7 +287,7 @@ class NewCustFrm : public SessionScreen {
   std::string loaded_id_;             // the stored customer shown; "" for a new one
   std::vector<Value> loaded_values_;  // for the audit: name, the three identity numbers, date
   std::string remembered_lists_;
-  bool server_away_ = false;      // a photo could not be fetched since the screen was opened
+  ShownPhotos shown_photos_;
   bool delete_approved_ = false;  // a manager has opened the delete of the record shown
   bool edit_approved_ = false;    // a manager has approved edits of the record shown
   bool delete_mode_ = false;

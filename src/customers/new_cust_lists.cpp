@@ -53,9 +53,7 @@ void NewCustFrm::LoadLists(const std::string& id) {
 
 void NewCustFrm::ShowPhoto(const std::string& id) {
   const bool has_one = !Pic1.empty() && !id.empty();
-  // A server that is away is told once, not with each customer.
-  if (has_one && !server_away_) server_away_ = !FetchPhoto(session(), *this, id, Pic1.text());
-  Photo.SetPath(has_one ? KeptPath(session(), id, Pic1.text()) : std::string());
+  Photo.SetPath(has_one ? shown_photos_.Path(session(), *this, id, Pic1.text()) : std::string());
 }
 
 void NewCustFrm::ShowGlance() {

@@ -63,7 +63,7 @@ void NewCustFrm::ShowListed() {
 
 // As with a loan: only where the company takes part, and not while it has switched reports off.
 void NewCustFrm::OfferReporting() {
-  const bool takes_part = session().settings.AMLA && LoadAMLSettings(session(), CompCode.text());
+  const bool takes_part = LoadAMLSettings(session(), CompCode.text());
   OfferShortcut(session(), CmdSTR, "AMLAFrm", {}, !loaded_id_.empty() && !session().aml.DisableSTR);
   if (!takes_part) CmdSTR.SetVisible(false);
 }

@@ -3,6 +3,7 @@
 // nothing leaves this PC and nothing is asked.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace kaunter {
@@ -17,6 +18,19 @@ bool SendPhoto(Session& session, const Screen& screen, std::string_view folder,
 // A file that lies on this PC already is not asked for.
 bool FetchPhoto(Session& session, const Screen& screen, std::string_view folder,
                 std::string_view file);
+
+// The photos that a screen shows while records come and go. The first that the server does not have
+// is told, the others are not; a server that does not answer is told, and asked no more.
+class ShownPhotos {
+ public:
+  // Where the photo lies on this PC, once it has been fetched if it can be.
+  std::string Path(Session& session, const Screen& screen, std::string_view folder,
+                   std::string_view file);
+
+ private:
+  bool told_ = false;
+  bool away_ = false;
+};
 
 // The scripts hold the password of the server: none stays.
 void CleanFtpScripts(const Session& session);

@@ -348,7 +348,7 @@ void GridView::RecallColumns() {
   showing_ = false;
 }
 
-// What each column needs, by all of its texts: measured once for each show, not at each resize.
+// What each column needs, by all of its texts: a list of an office is not walked at each paint.
 void GridView::MeasureColumns() {
   const QString what =
       QString("%1 %2 %3").arg(grid_.revision()).arg(face().chinese()).arg(table_->font().key());

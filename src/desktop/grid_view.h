@@ -71,8 +71,7 @@ class GridView : public ControlView {
   bool sized_by_hand_ = false;
   QString columns_name_;
   std::vector<Needed> needs_;
-  QString
-      measured_;  // what needs_ was measured of: a list of an office is not walked at each paint
+  QString measured_;  // what needs_ was measured of
 };
 
 }  // namespace kaunter

@@ -31,15 +31,18 @@ LoanFigures ReadLoanFigures(const Recordset& row) {
           .SalesmanID = NullToEmpty(row.Field("SalesmanID"))};
 }
 
+Caption LoanChangedMeanwhile(std::string_view loan_id) {
+  return {fmt::format("Loan {} was changed meanwhile, Please load it again", loan_id),
+          fmt::format("贷款 {} 已被更改，请重新载入", loan_id)};
+}
+
 void RequireUnchanged(const Session& session, std::string_view loan_id, const LoanFigures& loaded) {
   const Recordset stored = session.Main().Query(fmt::format(
       "SELECT LoanAmt,LoanBal,LoanAmt2,TopUpAmt,PayOutAmt,SalesmanComm,SalesmanID FROM LoanMast "
       "WHERE LoanID={}",
       QuoteStr(loan_id)));
   if (stored.Eof() || ReadLoanFigures(stored) == loaded) return;
-  throw std::runtime_error(
-      session.In({fmt::format("Loan {} was changed meanwhile, Please load it again", loan_id),
-                  fmt::format("贷款 {} 已被更改，请重新载入", loan_id)}));
+  throw std::runtime_error(session.In(LoanChangedMeanwhile(loan_id)));
 }
 
 Money NewLoanBalance(Money first_payment, Money instalment, Money last_payment,

@@ -11,6 +11,7 @@
 
 #include "platform/money.h"
 #include "platform/sql/connection.h"
+#include "screen/caption.h"
 
 namespace kaunter {
 
@@ -30,6 +31,9 @@ struct LoanFigures {
 
 // From the current row of a query of LoanMast that holds these columns.
 LoanFigures ReadLoanFigures(const Recordset& row);
+
+// What a write is stopped with when another desktop has changed the loan.
+Caption LoanChangedMeanwhile(std::string_view loan_id);
 
 // Inside the transaction that reverses them. Throws std::runtime_error, in the language in force,
 // when the stored figures are no longer those that were loaded: what another desktop changed would

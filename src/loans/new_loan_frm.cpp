@@ -476,7 +476,7 @@ void NewLoanFrm::ReportSuspicion() {
 }
 
 void NewLoanFrm::ShowAml() {
-  const bool on = session().settings.AMLA && LoadAMLSettings(session(), CompCode.text());
+  const bool on = LoadAMLSettings(session(), CompCode.text());
   AmlPage.SetVisible(on);
   OfferShortcut(session(), SSCommand5, "AMLAFrm", {}, !session().aml.DisableSTR);
 }

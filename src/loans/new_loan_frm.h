@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "core/record.h"
+#include "customers/photo_server.h"
 #include "loans/guarantor_boxes.h"
 #include "loans/loan_screen.h"
 #include "loans/loan_totals.h"
@@ -331,7 +332,7 @@ class NewLoanFrm : public LoanScreen {
   std::string loaded_id_;          // the stored loan shown; "" for a new one
   std::string taken_application_;  // AppID that SSCommand3 brought
   std::string pending_photos_[2];  // chosen and not yet in the photo store
-  bool server_away_ = false;       // a photo could not be fetched since the screen was opened
+  ShownPhotos shown_photos_;
 };
 
 }  // namespace kaunter

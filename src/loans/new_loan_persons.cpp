@@ -14,7 +14,6 @@
 #include "core/values.h"
 #include "customers/credit_limit.h"
 #include "customers/document_store.h"
-#include "customers/photo_server.h"
 #include "loans/application.h"
 #include "loans/new_loan_frm.h"
 
@@ -199,10 +198,7 @@ void NewLoanFrm::ShowPhotos() {
     const std::string& pending = pending_photos_[boxes.index];
     std::string path = pending;
     if (path.empty() && !boxes.Pic.empty() && !loaded_id_.empty()) {
-      if (!server_away_) {
-        server_away_ = !FetchPhoto(session(), *this, loaded_id_, boxes.Pic.text());
-      }
-      path = KeptPath(session(), loaded_id_, boxes.Pic.text());
+      path = shown_photos_.Path(session(), *this, loaded_id_, boxes.Pic.text());
     }
     boxes.Photo.SetPath(path);
     boxes.Photo.SetVisible(!path.empty());

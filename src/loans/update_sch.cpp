@@ -12,6 +12,7 @@
 #include "core/picker.h"
 #include "core/record.h"
 #include "core/values.h"
+#include "loans/loan_totals.h"
 #include "screen/hourglass.h"
 
 namespace kaunter {
@@ -286,9 +287,7 @@ bool UpdateSch::Write() {
     // Another desktop may have taken one since the list was filled.
     if (HasPayments()) throw std::runtime_error(session().In(kPaymentsExist));
     if (StoredRows() != shown_) {
-      throw std::runtime_error(session().In(
-          {fmt::format("Loan {} was changed meanwhile, Please load it again", loaded_.LoanID),
-           fmt::format("贷款 {} 已被更改，请重新载入", loaded_.LoanID)}));
+      throw std::runtime_error(session().In(LoanChangedMeanwhile(loaded_.LoanID)));
     }
     const Recordset loan = main().Query("Select LoanBal from LoanMast where LoanID = " + id);
     const Money old_balance = loan.Eof() ? Money() : Sen(loan.Field(0));

@@ -26,7 +26,7 @@ std::string ProgramFolder(const char* argv0) {
   return program.parent_path().string();
 }
 
-bool RunProgram(const std::string& program, const std::vector<std::string>& arguments) {
+int RunProgram(const std::string& program, const std::vector<std::string>& arguments) {
   std::vector<char*> words{const_cast<char*>(program.c_str())};
   for (const std::string& argument : arguments)
     words.push_back(const_cast<char*>(argument.c_str()));
@@ -39,12 +39,12 @@ bool RunProgram(const std::string& program, const std::vector<std::string>& argu
   pid_t child = 0;
   const int error = posix_spawnp(&child, program.c_str(), &quiet, nullptr, words.data(), environ);
   posix_spawn_file_actions_destroy(&quiet);
-  if (error != 0) return false;
+  if (error != 0) return kNoProgram;
   int status = 0;
   while (waitpid(child, &status, 0) < 0) {
-    if (errno != EINTR) return false;
+    if (errno != EINTR) return kNoProgram;
   }
-  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : kNoProgram;
 }
 
 }  // namespace kaunter

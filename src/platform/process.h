@@ -13,8 +13,11 @@ void OutliveFailedWrites();
 // The folder where the running program lies; where the system does not tell, that of `argv0`.
 std::string ProgramFolder(const char* argv0);
 
-// Runs a program without a window and waits for its end; what it prints goes nowhere. False when it
-// could not be started or ended with an error.
-bool RunProgram(const std::string& program, const std::vector<std::string>& arguments);
+// What RunProgram gives for one that could not be started, or was ended by force.
+inline constexpr int kNoProgram = -1;
+
+// Runs a program without a window and waits for its end; what it prints goes nowhere. Gives what it
+// ended with, 0 when all is well.
+int RunProgram(const std::string& program, const std::vector<std::string>& arguments);
 
 }  // namespace kaunter

@@ -215,7 +215,7 @@ TEST_F(CustomerSave, WhatIsKeptGoesToTheServerAndComesBackFromIt) {
       std::filesystem::temp_directory_path() / fmt::format("kaunter-curl-{}", getpid());
   std::filesystem::create_directory(programs);
   std::ofstream(programs / "curl") << R"sh(#!/bin/sh
-cd "${2%/*}" && cp -p "$2" seen || exit 1
+cd "${4%/*}" && cp -p "$4" seen || exit 1
 of() { sed -n "s/^$1 = \"\(.*\)\"/\1/p" seen; }
 there=$(of url | tr / _)
 [ -z "$(of upload-file)" ] || exec cp "$(of upload-file)" "$there"
@@ -248,6 +248,9 @@ echo half > "$(of output)"; exec cp "$there" "$(of output)"
   EXPECT_EQ(std::filesystem::file_size(kept), 5u);
   EXPECT_FALSE(FetchPhoto(office.session, *screen, "HQ0001", "other.pdf"));
   EXPECT_NE(desk.messages.back().find("fail to get photo from server,"), std::string::npos);
+  std::filesystem::remove(seen);
+  EXPECT_FALSE(FetchPhoto(office.session, *screen, "HQ0001", "../../LoanMastList.rpt"));
+  EXPECT_FALSE(std::filesystem::exists(seen));  // no name leads out of the folder of photos
   for (const char* left : {"ftpscript", "ftpscript2", "Photo/HQ0001/other.pdf.part"}) {
     EXPECT_FALSE(std::filesystem::exists(office.folder.File(left))) << left;
   }
