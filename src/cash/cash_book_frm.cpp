@@ -311,10 +311,10 @@ void CashBookFrm::Save() {
 }
 
 bool CashBookFrm::Move() {
-  return Attempt(fmt::format("Cash Book - {}", CompCode.text()), kSaveFailed, [this] {
+  return AttemptOnRecord(fmt::format("Cash Book - {}", CompCode.text()), kSaveFailed, [this] {
     // Nothing has moved yet where another desktop has changed the row since the question.
     const Recordset now = CashBookNo.empty() ? Recordset() : Stored();
-    if (!now.Eof()) stored_.Expect(now, CashBookNo.text());
+    if (!now.Eof()) stored_.Expect(now, "Cash book transaction " + CashBookNo.text());
     after_ = ApplyToBalances(main(), CompCode.text(), TranType.text(), Sen(TranAmt));
   });
 }
@@ -370,10 +370,10 @@ void CashBookFrm::Delete() {
                     fmt::format("确定删除现金簿交易 {}", number)})) {
     return;
   }
-  const bool deleted = Attempt(
+  const bool deleted = AttemptOnRecord(
       "Cash Book - delete " + number,
       {"an error occur during deleting cash book transaction", "删除现金簿交易时出现错误"}, [&] {
-        stored_.Expect(Stored(), number);
+        stored_.Expect(Stored(), "Cash book transaction " + number);
         ExecuteOnRow(main(), "DELETE FROM CashBook WHERE DocID=" + number, number);
       });
   if (!deleted) return;

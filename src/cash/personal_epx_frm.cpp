@@ -259,13 +259,8 @@ std::string PersonalEpxFrm::OfThisExpense() const {
 }
 
 bool PersonalEpxFrm::Write(const std::function<void()>& write) {
-  const std::string key = "Expenses " + loaded_id_;
-  bool changed = false;
-  const bool written =
-      AttemptOnRecord(key, {"an error occur during saving expenses", "储存开销时出现错误"},
-                      [&] { NoteChange(changed, write); });
-  if (changed) Tell(MessageKind::information, ToldOfChange(key));
-  return written;
+  return AttemptOnRecord("Expenses " + loaded_id_,
+                         {"an error occur during saving expenses", "储存开销时出现错误"}, write);
 }
 
 void PersonalEpxFrm::Log(std::string_view what) {

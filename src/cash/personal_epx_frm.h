@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "cash/stored_row.h"
 #include "core/record.h"
 #include "core/record_right.h"
 #include "core/session_screen.h"
+#include "core/stored_row.h"
 
 namespace kaunter {
 

@@ -329,13 +329,8 @@ void SuppTransfrm::Store() {
 }
 
 bool SuppTransfrm::Write(const std::function<void()>& write) {
-  bool changed = false;
-  const bool written =
-      AttemptOnRecord(fmt::format("Supplier {} - transaction {}", SuppID.text(), loaded_id_),
-                      {"an error occuring saving reading record", "储存记录时出现错误"},
-                      [&] { NoteChange(changed, write); });
-  if (changed) Tell(MessageKind::information, ToldOfChange(loaded_id_));
-  return written;
+  return AttemptOnRecord(fmt::format("Supplier {} - transaction {}", SuppID.text(), loaded_id_),
+                         {"an error occuring saving reading record", "储存记录时出现错误"}, write);
 }
 
 Recordset SuppTransfrm::ReadRow(const std::string& of) {

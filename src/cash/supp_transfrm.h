@@ -8,10 +8,10 @@
 #include <functional>
 #include <string>
 
-#include "cash/stored_row.h"
 #include "core/record.h"
 #include "core/record_right.h"
 #include "core/session_screen.h"
+#include "core/stored_row.h"
 
 namespace kaunter {
 

@@ -6,6 +6,7 @@
 #include "core/log.h"
 #include "core/record.h"
 #include "core/screen_rights.h"
+#include "core/stored_row.h"
 #include "core/telling.h"
 #include "core/values.h"
 #include "platform/sql/transaction.h"
@@ -71,12 +72,16 @@ bool SessionScreen::Attempt(std::string_view what, const Caption& text,
 bool SessionScreen::AttemptOnRecord(std::string_view what, const Caption& text,
                                     const std::function<void()>& write) {
   std::string gone;
+  std::string changed;
   const bool written = Attempt(what, text, [&] {
     const Hourglass busy(desk());
     try {
       write();
     } catch (const RowNotFound& failure) {
       gone = failure.key();
+      throw;
+    } catch (const RowChanged& failure) {
+      changed = failure.key();
       throw;
     }
   });
@@ -86,6 +91,16 @@ bool SessionScreen::AttemptOnRecord(std::string_view what, const Caption& text,
                       "here stays until it is cleared.",
                       gone),
           fmt::format("{} 已不存在：另一台电脑已把它删除。您输入的内容保留至清除为止。", gone)});
+  }
+  if (!changed.empty()) {
+    Tell(MessageKind::information,
+         {fmt::format("{} was changed on another desktop since it was opened here, and nothing was "
+                      "written. What is typed here stays until it is cleared: load it again to see "
+                      "it as it is now.",
+                      changed),
+          fmt::format("{} 打开之后已被另一台电脑更改，因此未写入任何资料。您输入的内容保留至清除为"
+                      "止：请重新载入查看现况。",
+                      changed)});
   }
   return written;
 }

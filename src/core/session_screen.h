@@ -40,8 +40,8 @@ class SessionScreen : public Screen {
   // Runs a write in a transaction of the main connection and commits. A failure rolls back, is
   // logged under `what` with its description, told as `text` (critical), and gives false.
   bool Attempt(std::string_view what, const Caption& text, const std::function<void()>& write);
-  // The same under the hourglass, for a record that another desktop may have deleted while it was
-  // shown: that is told behind `text`.
+  // The same under the hourglass, for a record that another desktop may have changed or deleted
+  // while it was shown (RowChanged, RowNotFound): that is told behind `text`.
   bool AttemptOnRecord(std::string_view what, const Caption& text,
                        const std::function<void()>& write);
   // Nothing was typed, or the person agrees to lose it: what a record screen answers to

@@ -35,9 +35,11 @@ class CashDesk : public SilentDesk {
   ReportJob printed;
   bool Ask(std::string_view, std::string_view text) override {
     questions.emplace_back(text);
+    if (while_asked) while_asked();
     return yes;
   }
   bool yes = true;
+  std::function<void()> while_asked;
   std::vector<std::string> questions;
 };
 
@@ -256,6 +258,13 @@ TEST_F(CashBook, WhatIsRefusedMovesNothing) {
     EXPECT_THAT(Press(screen, *button), ::testing::HasSubstr("changed on another desktop"));
   }
   office.Run("UPDATE CashBook SET TranMemo='' WHERE DocID=" + own);
+  // The same while the question stands: nothing has moved, the row is there.
+  desk.while_asked = [&] { office.Run("UPDATE CashBook SET TranMemo='other'"); };
+  for (Button* button : {&screen.SaveCmd, &screen.Command1}) {
+    EXPECT_THAT(Press(screen, *button), ::testing::HasSubstr("nothing was written"));
+    office.Run("UPDATE CashBook SET TranMemo='' WHERE DocID=" + own);
+  }
+  desk.while_asked = nullptr;
   office.session.AllowEdit = office.session.AllowDelete = false;
   for (Button* button : {&screen.SaveCmd, &screen.Command1}) {
     EXPECT_EQ(Press(screen, *button), "User AMY Level not allow to edit or delete record|");

@@ -2,24 +2,23 @@
 // another desktop has made of it since.
 #pragma once
 
-#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "platform/sql/connection.h"
-#include "screen/caption.h"
 
 namespace kaunter {
 
-struct RowChanged : std::runtime_error {
+class RowChanged : public std::runtime_error {
+ public:
   explicit RowChanged(const std::string& key)
-      : std::runtime_error(key + " was changed on another desktop") {}
+      : std::runtime_error(key + " was changed on another desktop"), key_(key) {}
+  const std::string& key() const { return key_; }
+
+ private:
+  std::string key_;
 };
-// Runs the write, and notes whether that was why it ended.
-void NoteChange(bool& changed, const std::function<void()>& write);
-// What is told behind the save's own words.
-Caption ToldOfChange(const std::string& key);
 
 class StoredRow {
  public:

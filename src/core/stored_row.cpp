@@ -1,6 +1,4 @@
-#include "cash/stored_row.h"
-
-#include <fmt/format.h>
+#include "core/stored_row.h"
 
 #include "core/record.h"
 #include "core/values.h"
@@ -26,25 +24,6 @@ std::vector<Value> Entered(const Recordset& row) {
 }
 
 }  // namespace
-
-void NoteChange(bool& changed, const std::function<void()>& write) {
-  try {
-    write();
-  } catch (const RowChanged&) {
-    changed = true;
-    throw;
-  }
-}
-
-Caption ToldOfChange(const std::string& key) {
-  return {fmt::format("{} was changed on another desktop since it was opened here, and nothing was "
-                      "written. What is typed here stays until it is cleared: load it again to see "
-                      "it as it is now.",
-                      key),
-          fmt::format("{} 打开之后已被另一台电脑更改，因此未写入任何资料。您输入的内容保留至清除为"
-                      "止：请重新载入查看现况。",
-                      key)};
-}
 
 void StoredRow::Take(const Recordset& row) { row_ = Entered(row); }
 
