@@ -97,8 +97,7 @@ RecalcCashBookFrm::RecalcCashBookFrm(Session& session, Desk& desk)
 
 void RecalcCashBookFrm::Load() {
   FillCompanies(CompCode, session());
-  CompCode.SetText(session().CurrentCompCode);
-  if (CompCode.index() < 0) CompCode.SetIndex(CompCode.items().size() == 1 ? 0 : -1);
+  ChooseHome(session(), CompCode);
   ShowOpening();
 }
 

@@ -130,21 +130,9 @@ void Invoicefrm::StartNew() {
 }
 
 void Invoicefrm::LeaveChargeID() {
-  const std::string id = Trim(ChargeID.text());
-  ChargeID.SetText(id);
-  if (SameText(id, loaded_id_)) {
-    ChargeID.SetMark(false);
-    return;
-  }
-  if (id.empty()) {
-    if (MayLeaveRecord(record_.Changed())) {
-      StartNew();
-    } else {
-      ChargeID.SetText(loaded_id_);
-    }
-    return;
-  }
-  LoadCharge(id);
+  LeaveKey(
+      ChargeID, loaded_id_, record_.Changed(),
+      [this](std::string id) { LoadCharge(std::move(id)); }, [this] { StartNew(); });
 }
 
 void Invoicefrm::LoadCharge(std::string id) {

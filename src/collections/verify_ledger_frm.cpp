@@ -6,6 +6,7 @@
 #include <iterator>
 #include <memory>
 
+#include "core/company_access.h"
 #include "core/log.h"
 #include "core/values.h"
 #include "loans/money_gate.h"
@@ -100,8 +101,7 @@ void VerifyLedgerFrm::Load() {
     return;
   }
   FillCompanies(CompCode, session());
-  CompCode.SetText(session().CurrentCompCode);
-  if (CompCode.empty() && CompCode.items().size() == 1) CompCode.SetIndex(0);
+  ChooseHome(session(), CompCode);
 }
 
 // --- verify

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <utility>
 #include <vector>
 
 #include "core/amounts.h"
@@ -142,9 +143,7 @@ void AMLAFrm::StartNew() {
   loaded_id_.clear();
   filled_for_.clear();
   TrxDate.SetText(ServerNow(main(), false));
-  CompCode.SetText(session().CurrentCompCode);
-  // The built-in logon has no company; where there is one only, it is that.
-  if (CompCode.empty() && CompCode.items().size() == 1) CompCode.SetIndex(0);
+  ChooseHome(session(), CompCode);
   ShowKey();
   record_.Remember();
 }
@@ -281,17 +280,9 @@ void AMLAFrm::LeaveCustomer() {
 // --- a report that was filed
 
 void AMLAFrm::LeaveNumber() {
-  const std::string id = Trim(TrxID.text());
-  TrxID.SetText(id);
-  if (SameText(id, loaded_id_)) {
-    TrxID.SetMark(false);
-  } else if (!id.empty()) {
-    LoadReport(id);
-  } else if (MayLeaveRecord(record_.Changed())) {
-    StartNew();
-  } else {
-    TrxID.SetText(loaded_id_);
-  }
+  LeaveKey(
+      TrxID, loaded_id_, record_.Changed(), [this](std::string id) { LoadReport(std::move(id)); },
+      [this] { StartNew(); });
 }
 
 void AMLAFrm::LoadReport(std::string id) {

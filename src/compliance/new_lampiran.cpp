@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
 #include <memory>
 
 #include "core/amounts.h"
@@ -14,8 +15,6 @@
 
 namespace kaunter {
 namespace {
-
-constexpr std::size_t kTogether = 64 * 1024;  // bytes of statements that are sent at once
 
 struct Band {
   Money from;
@@ -109,7 +108,7 @@ void StageNewLampiran(Session& session, Desk& desk, const ReturnPeriod& period,
     for (const LampiranLoan& loan : LampiranLoans(main, period)) {
       batch.Add(RowStatement(pcname, report_name, loan.LoanID, loan.month, loan.band, loan.CompCode,
                              1, loan.LoanAmt.ToText()));
-      if (batch.size() > kTogether) batch.Send(main);
+      batch.SendWhenFull(main);
     }
     batch.Send(main);
     transaction.Commit();
@@ -119,29 +118,27 @@ void StageNewLampiran(Session& session, Desk& desk, const ReturnPeriod& period,
 }
 
 std::vector<ReturnLine> LampiranLines(Connection& main, const ReturnPeriod& period) {
-  const auto loans =
-      std::make_shared<std::vector<LampiranLoan>>(LampiranLoans(main, period, ",cm.CustName"));
+  const auto loans = std::make_shared<std::map<std::string, std::vector<ReturnLoan>>>();
+  const auto place_of = [](const std::string& month, int band) {
+    return fmt::format("{}-{}", month, band);
+  };
+  for (const LampiranLoan& loan : LampiranLoans(main, period, ",cm.CustName")) {
+    (*loans)[place_of(loan.month, loan.band)].push_back({loan.LoanID, loan.TrxDate, loan.CompCode,
+                                                         loan.CustName, ShowMoney(loan.income),
+                                                         loan.LoanAmt});
+  }
   std::vector<ReturnLine> lines;
   for (const DateTime& day : MonthsOf(period)) {
-    const std::string month = MonthOf(day);
     for (int band = 1; band <= kIncomeBands; ++band) {
       const Caption& name = Bands()[static_cast<std::size_t>(band - 1)].name;
-      const auto chosen = [loans, month, band](Connection&) {
-        std::vector<ReturnLoan> found;
-        for (const LampiranLoan& loan : *loans) {
-          if (loan.month != month || loan.band != band) continue;
-          found.push_back({loan.LoanID, loan.TrxDate, loan.CompCode, loan.CustName,
-                           ShowMoney(loan.income), loan.LoanAmt});
-        }
-        return found;
-      };
+      const std::string place = place_of(MonthOf(day), band);
       lines.push_back(
-          {fmt::format("{}-{}", month, band),
+          {place,
            {fmt::format("{:02}-{}, monthly income {}", day.month, day.year, name.english),
             fmt::format("{:02}-{}，月收入 {}", day.month, day.year, name.chinese)},
            true,
-           std::to_string(chosen(main).size()),
-           chosen});
+           std::to_string((*loans)[place].size()),
+           [loans, place](Connection&) { return loans->at(place); }});
     }
   }
   return lines;

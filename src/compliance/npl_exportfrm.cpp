@@ -83,33 +83,23 @@ std::string HeadingOf(const Recordset& rows, std::size_t column) {
   return name.empty() ? fmt::format("Column {}", column + 1) : name;
 }
 
-Kind KindOf(FieldType type) {
-  switch (type) {
-    case FieldType::kMoney:
-      return Kind::money;
-    case FieldType::kDouble:
-      return Kind::rate;
-    case FieldType::kInteger:
-      return Kind::integer;
-    case FieldType::kDate:
-      return Kind::date;
-    default:
-      return Kind::text;
-  }
-}
+struct Kinds {
+  Kind shown;
+  CellKind written;
+};
 
-CellKind CellKindOf(FieldType type) {
+Kinds KindsOf(FieldType type) {
   switch (type) {
     case FieldType::kMoney:
-      return CellKind::money;
+      return {Kind::money, CellKind::money};
     case FieldType::kDouble:
-      return CellKind::rate;
+      return {Kind::rate, CellKind::rate};
     case FieldType::kInteger:
-      return CellKind::integer;
+      return {Kind::integer, CellKind::integer};
     case FieldType::kDate:
-      return CellKind::date;
+      return {Kind::date, CellKind::date};
     default:
-      return CellKind::text;
+      return {Kind::text, CellKind::text};
   }
 }
 
@@ -203,13 +193,28 @@ void NPLExportfrm::ChooseName() {
   }
   const Recordset row =
       main().Query("SELECT * FROM DataExport WHERE SID=" + QuoteStr(SQLID.text()));
-  record_.Clear();
-  Quote.SetChecked(false);
-  central_ = false;
+  ForgetStatement();
   if (!row.Eof()) record_.Load(row);
   chosen_ = row.Eof() ? std::string() : SQLID.text();
   kept_ = SQLStatement.text();
   record_.Remember();
+}
+
+void NPLExportfrm::ForgetStatement() {
+  record_.Clear();
+  Quote.SetChecked(false);
+  central_ = false;
+  chosen_.clear();
+  kept_.clear();
+  ForgetResult();
+}
+
+// The rows of one statement would be written under the name of another.
+void NPLExportfrm::ForgetResult() {
+  result_ = {};
+  DG.Clear();
+  ResultLBL.tip = {};
+  ResultLBL.SetText({});
 }
 
 void NPLExportfrm::KeepStatement() {
@@ -256,10 +261,8 @@ void NPLExportfrm::DeleteStatement() {
       })) {
     return;
   }
-  record_.Clear();
+  ForgetStatement();
   record_.Remember();
-  chosen_.clear();
-  kept_.clear();
   FillNames();
   SQLID.Clear();
   WriteLog(session(), LogLine(session(), fmt::format("Data Export {} deleted", name)));
@@ -284,10 +287,10 @@ void NPLExportfrm::GetTemplate() {
          {"an error occur during retrieve IDEAL Upload detail", "取得 IDEAL 上载资料时出现错误"});
     return;
   }
+  ForgetStatement();
   record_.Load(row);
   Quote.SetChecked(NullToEmpty(row.Field("Quote")) == "1");
   SQLID.SetText("IDEAL UPLOAD");
-  chosen_.clear();
   kept_ = SQLStatement.text();
   central_ = true;
   record_.Remember();
@@ -377,9 +380,7 @@ void NPLExportfrm::Process() {
   const std::string statement = Filled();
   if (!MayRun(statement)) return;
   if (!Confirm({"Confirm to Perform SQL Statement ?", "确定执行 SQL 语句？"})) return;
-  result_ = {};
-  DG.Clear();
-  ResultLBL.tip = {};
+  ForgetResult();
   const bool reads = !FaultOfReading(statement);
   try {
     if (!Run(statement, reads)) {
@@ -427,7 +428,8 @@ void NPLExportfrm::ShowResult() {
   std::vector<GridColumn> columns;
   for (std::size_t i = 0; i < result_.columns().size(); ++i) {
     const std::string heading = HeadingOf(result_, i);
-    columns.push_back({{heading, heading}, KindOf(result_.columns()[i].type), kColumnWeight});
+    columns.push_back(
+        {{heading, heading}, KindsOf(result_.columns()[i].type).shown, kColumnWeight});
   }
   if (columns.empty()) columns.push_back({{"Result", "结果"}});
   DG.SetColumns(std::move(columns));
@@ -505,7 +507,7 @@ void NPLExportfrm::ExportExcel() {
   ReportRows rows;
   rows.title = SQLID.empty() ? "Data Export" : SQLID.text();
   for (std::size_t i = 0; i < result_.columns().size(); ++i) {
-    rows.columns.push_back({HeadingOf(result_, i), CellKindOf(result_.columns()[i].type)});
+    rows.columns.push_back({HeadingOf(result_, i), KindsOf(result_.columns()[i].type).written});
   }
   rows.rows = result_.rows();
   // A date of a workbook is a day.

@@ -43,6 +43,8 @@ class NPLExportfrm : public SessionScreen {
   void ShowRights();
   void FillNames();
   void ChooseName();
+  void ForgetStatement();
+  void ForgetResult();
   void KeepStatement();
   void DeleteStatement();
   void GetTemplate();

@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "core/boxes.h"
+#include "core/company_access.h"
 #include "core/log.h"
 #include "core/session_report.h"
 #include "core/values.h"
@@ -59,8 +60,7 @@ std::deque<TextBox> NPLLoanFrm::OfEachYear(const char* name, const Caption& what
 
 void NPLLoanFrm::Load() {
   FillCompanies(CompCode, session());
-  CompCode.SetText(session().CurrentCompCode);
-  if (CompCode.index() < 0) CompCode.SetIndex(CompCode.items().size() == 1 ? 0 : -1);
+  ChooseHome(session(), CompCode);
   FillItems(LoanGroupID, main(), "SELECT LoanGroupID FROM LoanGroupMast ORDER BY LoanGroupID");
   std::vector<std::string> groups = LoanGroupID.items();
   LoanGroupID.SetText(std::string(kDoubtfulGroup));
@@ -126,15 +126,18 @@ void NPLLoanFrm::Print() {
   ReportJob job = SessionReport(session(), "NPL Report.rpt");
   job.SelectionFormula = fmt::format("{{CompMast.CompCode}}={}", QuoteStr(CompCode.text()));
   job.ParameterFields[0] = "RptID;;True";
+  std::string printed;  // they may have been corrected, and are stored nowhere
   int at = 0;
   for (const bool amounts : {false, true}) {
     for (std::size_t i = 0; i < kNplYears; ++i) {
-      job.ParameterFields[++at] =
-          fmt::format("{}{};{};True", kFirstNplYear + static_cast<int>(i), amounts ? 2 : 1,
-                      amounts ? LoanAmt[i].text() : NoLoan[i].text());
+      const int year = kFirstNplYear + static_cast<int>(i);
+      const std::string& figure = amounts ? LoanAmt[i].text() : NoLoan[i].text();
+      job.ParameterFields[++at] = fmt::format("{}{};{};True", year, amounts ? 2 : 1, figure);
+      printed += fmt::format(", {} {} {}", year, amounts ? "balance" : "loans", figure);
     }
   }
-  WriteLog(session(), LogLine(session(), "NPL Report - Report Printed"));
+  WriteLog(session(),
+           LogLine(session(), "NPL Report - Report Printed, " + CompCode.text() + printed));
   desk().Print(job);
 }
 

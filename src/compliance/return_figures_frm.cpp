@@ -120,6 +120,7 @@ std::optional<ReturnPeriod> ReturnFiguresFrm::Period() {
            {"This return is of one company: tick one alone", "此申报只限一间公司：请只勾选一间"});
     return std::nullopt;
   }
+  if (Return.index() == kNpl) return period;  // its years are fixed, and its dates cannot be typed
   const Caption required{"From Date / To Date is require, please check", "请输入开始与结束日期"};
   if (!RequireDate(session(), DateFrom, required) || !RequireDate(session(), DateTo, required)) {
     return std::nullopt;

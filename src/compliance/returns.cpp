@@ -8,12 +8,6 @@
 #include "platform/sql/transaction.h"
 
 namespace kaunter {
-namespace {
-
-constexpr std::size_t kTogether = 64 * 1024;  // bytes of statements that are sent at once
-
-}  // namespace
-
 std::string CompaniesText(const std::vector<std::string>& companies) {
   std::string codes;
   for (const std::string& code : companies) codes += (codes.empty() ? "" : ",") + QuoteStr(code);
@@ -56,7 +50,7 @@ void StageReturnLoans(Connection& main, std::string_view pcname,
                     QuoteStr(pcname), QuoteStr(kReturnLoansFile), QuoteStr(loan.LoanID),
                     QuoteStr(loan.CustName), QuoteStr(loan.because), QuoteStr(loan.CompCode),
                     loan.amount.ToText(), loan.TrxDate ? SqlDateTime(*loan.TrxDate) : "null"));
-    if (batch.size() > kTogether) batch.Send(main);
+    batch.SendWhenFull(main);
   }
   batch.Send(main);
   transaction.Commit();

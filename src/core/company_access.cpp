@@ -56,6 +56,11 @@ bool CheckCompanyAccess(Session& session, Desk& desk, const ComboBox& box) {
   return false;
 }
 
+void ChooseHome(const Session& session, ComboBox& box) {
+  box.SetText(session.CurrentCompCode);
+  if (box.index() < 0) box.SetIndex(box.items().size() == 1 ? 0 : -1);
+}
+
 bool UserFlag(Session& session, std::string_view column) {
   const Recordset row = session.Main().Query(fmt::format(
       "SELECT {} as Rst FROM UserMast WHERE UserID={}", column, QuoteStr(session.CurrentUserID)));

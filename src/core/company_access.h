@@ -28,6 +28,9 @@ bool CheckCompanyAccess(Session& session, Desk& desk, const ComboBox& box);
 // The person may work on a record of this company: level 4 up, the home company, or an allowed one.
 bool MayUseCompany(const Session& session, std::string_view code);
 
+// The home company in a box of companies; where it is none of them, the only one, or no choice.
+void ChooseHome(const Session& session, ComboBox& box);
+
 // A right read afresh from the user's row: true only when the row exists and the column equals 1.
 bool UserFlag(Session& session, std::string_view column);
 // The same for the signed-in person: the built-in logon has no row, and every right.

@@ -1,7 +1,9 @@
 #include "core/report_path.h"
 
-#include <filesystem>
+#include <algorithm>
 #include <string_view>
+
+#include "core/values.h"
 
 namespace kaunter {
 
@@ -33,6 +35,20 @@ std::string ChineseReportName(const std::string& file) {
 
 bool ReportFileExists(const std::string& path) {
   return std::filesystem::exists(FindReportFile(path).path);
+}
+
+std::vector<std::filesystem::path> ReportFilesOf(const std::filesystem::path& folder,
+                                                 std::error_code& error) {
+  std::vector<std::filesystem::path> files;
+  for (std::filesystem::directory_iterator at(folder, error), end; !error && at != end;
+       at.increment(error)) {
+    std::error_code unknown;
+    if (Lower(at->path().extension().string()) == ".rpt" && !at->is_directory(unknown)) {
+      files.push_back(at->path());
+    }
+  }
+  std::sort(files.begin(), files.end());
+  return files;
 }
 
 }  // namespace kaunter

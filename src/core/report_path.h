@@ -2,7 +2,10 @@
 // LoanMastListC.rpt; one file may serve both.
 #pragma once
 
+#include <filesystem>
 #include <string>
+#include <system_error>
+#include <vector>
 
 namespace kaunter {
 
@@ -22,5 +25,8 @@ ReportPath FindReportFile(const std::string& path);
 // The name of the Chinese paper: LoanMastListC.rpt for LoanMastList.rpt.
 std::string ChineseReportName(const std::string& file);
 bool ReportFileExists(const std::string& path);
+// The report files (.rpt) that lie in the folder itself, in their order.
+std::vector<std::filesystem::path> ReportFilesOf(const std::filesystem::path& folder,
+                                                 std::error_code& error);
 
 }  // namespace kaunter

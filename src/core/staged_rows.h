@@ -23,7 +23,8 @@ class Batch {
   }
   // Sends what has come together; nothing when that is nothing.
   void Send(Connection& connection);
-  std::size_t size() const { return text_.size(); }
+  // The same once it is much.
+  void SendWhenFull(Connection& connection);
 
  private:
   std::string text_;

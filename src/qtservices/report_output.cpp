@@ -69,7 +69,7 @@ class PdfFile : public WholeFile {
 
  private:
   qint64 WritePart(const char* data, qint64 size) override {
-    const QByteArray part = WithTypedLetters(QByteArray(data, size));
+    const QByteArray part = WithTypedLetters(QByteArray::fromRawData(data, size));
     return QSaveFile::writeData(part.constData(), part.size());
   }
 };

@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include "core/boxes.h"
+#include "core/company_access.h"
 #include "core/log.h"
+#include "core/record.h"
 #include "core/session_report.h"
 #include "core/telling.h"
 #include "core/values.h"
@@ -35,8 +37,7 @@ LampiranB1::LampiranB1(Session& session, Desk& desk)
 
 void LampiranB1::Load() {
   FillCompanies(CompCode, session());
-  CompCode.SetText(session().CurrentCompCode);
-  if (CompCode.index() < 0) CompCode.SetIndex(CompCode.items().size() == 1 ? 0 : -1);
+  ChooseHome(session(), CompCode);
   const DateTime today = ServerTime(main());
   DateFrom.SetText(ShowDate(DateTime{today.year, today.month, 1}));
   DateTo.SetText(ShowDate(today.DateOnly()));
@@ -96,12 +97,17 @@ void LampiranB1::SaveTick(int row) {
   const bool saved = AttemptOnRecord(
       "Lampiran B1 - " + DG.Cell(row, 0),
       {"an error occur during saving the loan", "储存贷款时出现错误"}, [&] {
-        const std::int64_t rows =
-            main().Execute(fmt::format("Update LoanMast SET AgreementPrint={} where LoanID={}",
-                                       on ? 1 : 0, QuoteStr(DG.Cell(row, 0))));
-        if (rows == 0) throw SqlError(0, DG.Cell(row, 0) + " not found");
+        ExecuteOnRow(main(),
+                     fmt::format("Update LoanMast SET AgreementPrint={} where LoanID={}",
+                                 on ? 1 : 0, QuoteStr(DG.Cell(row, 0))),
+                     DG.Cell(row, 0));
       });
-  if (!saved) DG.SetTicked(row, !on);
+  if (saved) {
+    WriteLog(session(), LogLine(session(), fmt::format("Lampiran B1 - {}, agreement printed: {}",
+                                                       DG.Cell(row, 0), on ? "yes" : "no")));
+  } else {
+    DG.SetTicked(row, !on);
+  }
   ShowCount();
 }
 

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 #include <utility>
@@ -22,16 +21,6 @@ namespace fs = std::filesystem;
 
 constexpr int kMostLike = 8;
 
-std::vector<std::string> FilesOf(const fs::path& folder) {
-  std::vector<std::string> files;
-  std::error_code error;
-  for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
-    if (at->path().extension() == ".rpt") files.push_back(at->path().filename().string());
-  }
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
 }  // namespace
 
 OwnReportsFrm::OwnReportsFrm(Session& session, Desk& desk)
@@ -41,8 +30,9 @@ OwnReportsFrm::OwnReportsFrm(Session& session, Desk& desk)
 }
 
 void OwnReportsFrm::Load() {
-  for (const std::string& file : FilesOf(fs::path(session().AppPath) / kOwnReports)) {
-    reports_.push_back(Look(file));
+  std::error_code none;  // an office need not have the folder
+  for (const fs::path& file : ReportFilesOf(fs::path(session().AppPath) / kOwnReports, none)) {
+    reports_.push_back(Look(file.filename().string()));
   }
   std::vector<std::vector<std::string>> rows;
   for (const OwnReport& report : reports_) {

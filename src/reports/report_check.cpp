@@ -23,21 +23,13 @@ using Parameters = std::map<std::string, std::string>;
 constexpr std::size_t kMostBranches = 4096;
 constexpr double kUnseenShrink = 0.9;
 
-std::vector<std::string> ReportFilesOf(const fs::path& folder) {
-  std::vector<std::string> files;
+void AddFilesOf(const fs::path& folder, std::vector<std::string>& files) {
   std::error_code error;
-  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-       entry.increment(error)) {
-    if (Lower(entry->path().extension().string()) == ".rpt" && !entry->is_directory()) {
-      files.push_back(entry->path().string());
-    }
-  }
+  for (const fs::path& file : ReportFilesOf(folder, error)) files.push_back(file.string());
   if (error) {
     throw std::runtime_error(
         fmt::format("the folder {} cannot be read: {}", folder.string(), error.message()));
   }
-  std::sort(files.begin(), files.end());
-  return files;
 }
 
 class FileCheck {
@@ -136,12 +128,10 @@ class FileCheck {
 }  // namespace
 
 ReportCheck CheckReports(const std::string& folder) {
-  std::vector<std::string> files = ReportFilesOf(folder);
+  std::vector<std::string> files;
+  AddFilesOf(folder, files);
   const fs::path own = fs::path(folder) / kOwnReports;
-  if (fs::is_directory(own)) {
-    const std::vector<std::string> more = ReportFilesOf(own);
-    files.insert(files.end(), more.begin(), more.end());
-  }
+  if (fs::is_directory(own)) AddFilesOf(own, files);
   ReportCheck check;
   check.files = files.size();
   for (const std::string& file : files) {
