@@ -1,0 +1,113 @@
+// The stand-in of the e-invoicing service (service.py), for the time of a test. It stops with the
+// test, however the test ends.
+#pragma once
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/support/places.h"
+
+namespace kaunter {
+
+// A request as the service noted it.
+struct Asked {
+  int number = 0;
+  std::string method, path, bearer, about, fault, uuid;
+};
+
+class StandIn {
+ public:
+  StandIn() {
+    int input[2], output[2];
+    if (pipe2(input, O_CLOEXEC) != 0 || pipe2(output, O_CLOEXEC) != 0) Fail("no pipe");
+    const std::string program = test::SourceDir() + "/tests/einvoice/service.py";
+    process_ = fork();
+    if (process_ == 0) {
+      dup2(input[0], STDIN_FILENO);
+      dup2(output[1], STDOUT_FILENO);
+      execlp("python3", "python3", program.c_str(), "--until-input-ends", nullptr);
+      _exit(127);
+    }
+    close(input[0]);
+    close(output[1]);
+    input_ = input[1];
+    FILE* said = fdopen(output[0], "r");
+    if (process_ < 0 || std::fscanf(said, "port %d", &port_) != 1)
+      Fail("service.py does not start");
+    std::fclose(said);
+  }
+  ~StandIn() {
+    close(input_);
+    waitpid(process_, nullptr, 0);
+  }
+  StandIn(const StandIn&) = delete;
+  StandIn& operator=(const StandIn&) = delete;
+
+  std::string Url(const std::string& path) const {
+    return "http://127.0.0.1:" + std::to_string(port_) + path;
+  }
+  // What the service does beside the usual, as service.py tells.
+  void Plan(const std::string& plan) { Speak("PUT", "/stand-in/plan", plan); }
+  void Forget() { Speak("PUT", "/stand-in/forget", "{}"); }
+  std::vector<Asked> Received() {
+    std::vector<Asked> all;
+    std::istringstream lines(Speak("GET", "/stand-in/lines", ""));
+    for (std::string line; std::getline(lines, line);) {
+      std::istringstream fields(line);
+      std::array<std::string, 7> field;
+      for (std::string& text : field) std::getline(fields, text, '\t');
+      all.push_back(
+          {std::stoi(field[0]), field[1], field[2], field[3], field[4], field[5], field[6]});
+    }
+    return all;
+  }
+  // The body of a request as another reader of JSON takes it: a line a member in its order, the
+  // path, a tab and the value.
+  std::string Flat(int number) {
+    return Speak("GET", "/stand-in/flat?n=" + std::to_string(number), "");
+  }
+
+ private:
+  [[noreturn]] static void Fail(const std::string& why) {
+    throw std::runtime_error("The stand-in of the e-invoicing service: " + why);
+  }
+  std::string Speak(const std::string& method, const std::string& path, const std::string& body) {
+    const int line = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in place{};
+    place.sin_family = AF_INET;
+    place.sin_port = htons(static_cast<std::uint16_t>(port_));
+    place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (connect(line, reinterpret_cast<sockaddr*>(&place), sizeof place) != 0) Fail("is gone");
+    const std::string request =
+        method + " " + path +
+        " HTTP/1.1\r\nConnection: close\r\nContent-Length: " + std::to_string(body.size()) +
+        "\r\n\r\n" + body;
+    std::string reply;
+    if (write(line, request.data(), request.size()) < 0) Fail("does not listen");
+    std::array<char, 65536> part;
+    for (ssize_t got = 0; (got = read(line, part.data(), part.size())) > 0;) {
+      reply.append(part.data(), static_cast<std::size_t>(got));
+    }
+    close(line);
+    const std::size_t head = reply.find("\r\n\r\n");
+    if (head == reply.npos || !reply.starts_with("HTTP/1.1 200")) Fail("refuses " + path + reply);
+    return reply.substr(head + 4);
+  }
+
+  pid_t process_ = -1;
+  int input_ = -1;
+  int port_ = 0;
+};
+
+}  // namespace kaunter
