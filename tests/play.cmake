@@ -18,7 +18,7 @@ if(TARGET kaunter-play)
     set(office ${CMAKE_BINARY_DIR}/play/demo)
     add_test(NAME play-demo
       COMMAND sh -c "rm -rf '${office}' && exec '${CMAKE_SOURCE_DIR}/script/demo' '$<TARGET_FILE_DIR:kaunter-play>' \
-        '${office}' make day -- --settings '${CMAKE_SOURCE_DIR}/demo/settings.ini' --database '${office}/office.db'")
+        '${office}' make day -- --database '${office}/office.db'")
   endif()
   foreach(what two_desktops two_desktops_loans two_desktops_reports two_desktops_cash four_desktops_payments)
     string(REPLACE "_" "-" name ${what})

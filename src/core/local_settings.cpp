@@ -112,6 +112,8 @@ class Parser {
       source_ = {DataSource::Kind::kOdbc, value};
     } else if (SameText(key, "create")) {
       if (IsYes(value)) settings_.creatable.insert(Lower(name_));
+    } else if (SameText(key, "fill")) {
+      settings_.fill[Lower(name_)] = value;
     } else {
       return false;
     }

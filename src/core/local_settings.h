@@ -13,9 +13,12 @@
 //   [Branch]
 //   odbc = Driver={ODBC Driver 18 for SQL Server};Server=branch-01
 //
-// A section is a data source. `create = yes` lets an embedded file be made when it is missing.
+// A section is a data source. `create = yes` lets an embedded file be made when it is missing;
+// `fill` names the folder whose *.sql files then give a stand-in for another program's database its
+// first rows.
 #pragma once
 
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -35,6 +38,7 @@ struct LocalSettings {
   DataSources sources;
   std::set<std::string>
       creatable;  // lower-case names of embedded sources that may be made when missing
+  std::map<std::string, std::string> fill;  // lower-case name of a source to its folder
 
   // Throws std::runtime_error that names file, line and what to do for a text that does not parse.
   static LocalSettings Parse(std::string_view text, const std::string& path);

@@ -4,6 +4,10 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <stdexcept>
 #include <string_view>
 
 #include "core/connect_sequence.h"
@@ -93,6 +97,23 @@ struct StandIn {
 };
 constexpr StandIn kStandIns[] = {{"AEDMTS", "accounting"}, {"AMLA", "central"}};
 
+// Runs each *.sql of the folder, in the order of their names.
+void FillFrom(Connection& database, const std::string& folder) {
+  std::set<std::filesystem::path> scripts;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    if (entry.path().extension() == ".sql") scripts.insert(entry.path());
+  }
+  for (const std::filesystem::path& script : scripts) {
+    std::ifstream stream(script, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    try {
+      RunScript(database, text);
+    } catch (const SqlError& failure) {
+      throw std::runtime_error(fmt::format("{}: {}", script.string(), failure.what()));
+    }
+  }
+}
+
 void MakeStandIns(const Session& session, const LocalSettings& local) {
   for (const StandIn& stand_in : kStandIns) {
     const auto source = session.data_sources.Find(stand_in.source);
@@ -101,6 +122,8 @@ void MakeStandIns(const Session& session, const LocalSettings& local) {
     MakeSqlite(stand_in.source, source->target, session.clock, [&](Connection& database) {
       Transaction transaction(database);
       RunScript(database, SchemaText(stand_in.tables));
+      const auto folder = local.fill.find(Lower(stand_in.source));
+      if (folder != local.fill.end()) FillFrom(database, folder->second);
       transaction.Commit();
     });
   }

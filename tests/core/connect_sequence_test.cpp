@@ -250,6 +250,40 @@ TEST(ConnectSequenceTest, StandInsOfForeignDatabasesAreMadeWhereThePcAsksForThem
   EXPECT_FALSE(std::filesystem::exists(central));
 }
 
+TEST(ConnectSequenceTest, AStandInBeginsWithTheRowsOfItsFolderWholeOrNotAtAll) {
+  Office office(Office::State::patched);
+  const std::string central = office.folder.File("central.db");
+  const std::string folder = office.folder.File("rows");
+  std::filesystem::create_directory(folder);
+  const auto write = [&](const char* name, std::string_view text) {
+    std::ofstream(folder + "/" + name) << text;
+  };
+  write("2.sql",
+        "UPDATE AMLAMast SET Name=N'陈; \"B\"' WHERE NRIC='1';\nINSERT INTO eTax VALUES (1)");
+  write("1.sql", "-- the list\nINSERT INTO AMLAMast (NRIC) VALUES ('1');");
+  write("3.txt", "no statement");
+  const auto start = [&] {
+    const LocalSettings local = LocalSettings::Parse(
+        "ConnDataSource = Office\n[Office]\nfile = " + office.folder.File("office.db") +
+            "\n[AMLA]\nfile = " + central + "\ncreate = yes\nfill = " + folder + "\n",
+        "settings.ini");
+    ApplyLocalSettings(office.session, local);
+    OpenMainConnection(office.session, local);
+  };
+  try {
+    start();
+    FAIL() << "eTax has two columns";
+  } catch (const std::exception& failure) {
+    EXPECT_THAT(failure.what(), ::testing::HasSubstr("2.sql: "));
+  }
+  EXPECT_FALSE(std::filesystem::exists(central));
+  write("2.sql", "UPDATE AMLAMast SET Name=N'陈; \"B\"' WHERE NRIC='1'");
+  for (int i = 0; i < 2; ++i) start();
+  EXPECT_EQ(ScalarQuery(*OpenSqlite("AMLA", central, false, office.session.clock),
+                        "SELECT Name FROM AMLAMast WHERE NRIC='1'"),
+            "陈; \"B\"");
+}
+
 TEST(ConnectSequenceTest, TheAuditDatabaseOfAnEmbeddedOfficeIsMadeBesideIt) {
   Office office(Office::State::patched);
   office.Run("INSERT INTO Systemast (Param,Value) VALUES ('TransLogs','1')");

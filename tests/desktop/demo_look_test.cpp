@@ -50,8 +50,7 @@ TEST(DemoLookTest, KeysNamesAndFiguresAreWholeAtBothSizes) {
   const std::string bin = test::BinaryDir() + "/bin";
   const std::string database = office.folder.File("demo.db");
   const std::string make = test::SourceDir() + "/script/demo '" + bin + "' '" +
-                           office.folder.path() + "' make -- --settings '" + test::SourceDir() +
-                           "/demo/settings.ini' --database '" + database + "'";
+                           office.folder.path() + "' make -- --database '" + database + "'";
   ASSERT_EQ(std::system(make.c_str()), 0);
   office.session.MainConn = OpenSqlite("MainConn", database, false, office.session.clock);
   office.session.CurrentLevel = 4;

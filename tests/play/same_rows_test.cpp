@@ -143,7 +143,7 @@ class PostgresqlOffice : public ::testing::Test {
 
 TEST_F(PostgresqlOffice, OfTheDemoIsTheEmbeddedOne) {
   Begin("demo");
-  PlayOnBoth("'{0}/script/demo' '{1}' '{2}' make day -- --settings '{2}/settings.ini'");
+  PlayOnBoth("'{0}/script/demo' '{1}' '{2}' make day --");
   ExpectTheSameRows("demo");
   ExpectTheSamePapers();
   EXPECT_GT(rows, 1000U);
