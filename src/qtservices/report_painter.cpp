@@ -7,6 +7,7 @@
 #include <QFontMetricsF>
 #include <QImage>
 #include <QPainter>
+#include <QPainterPath>
 #include <algorithm>
 #include <map>
 #include <utility>
@@ -132,6 +133,23 @@ void PaintPicture(QPainter& painter, const PagePicture& place) {
   painter.drawImage(QRectF(QPointF(x, place.y), size), picture);
 }
 
+// In one piece: between modules that were drawn one by one a thin light line could be seen.
+void PaintCode(QPainter& painter, const PageCode& place) {
+  const double module = place.side / (place.code.side + 2 * QrCode::kQuietZone);
+  const auto at = [module](int modules) { return (modules + QrCode::kQuietZone) * module; };
+  QPainterPath path;
+  path.setFillRule(Qt::WindingFill);
+  for (int row = 0; row < place.code.side; ++row) {
+    for (int column = 0; column < place.code.side; ++column) {
+      if (!place.code.Dark(row, column)) continue;
+      const int first = column;
+      while (column + 1 < place.code.side && place.code.Dark(row, column + 1)) ++column;
+      path.addRect(place.x + at(first), place.y + at(row), (column + 1 - first) * module, module);
+    }
+  }
+  painter.fillPath(path, Qt::black);
+}
+
 }  // namespace
 
 std::optional<PictureSize> MeasurePicture(const std::string& path) {
@@ -146,6 +164,7 @@ void PaintReportPage(QPainter& painter, const ReportDocument& document, std::siz
     painter.fillRect(QRectF(area.x, area.y, area.width, area.height), Colour(area.tone));
   }
   for (const PagePicture& picture : content.pictures) PaintPicture(painter, picture);
+  for (const PageCode& code : content.codes) PaintCode(painter, code);
   for (const PageLine& line : content.lines) {
     painter.setPen(QPen(Colour(line.tone), line.width));
     painter.drawLine(QPointF(line.x1, line.y1), QPointF(line.x2, line.y2));

@@ -121,6 +121,8 @@ class Composer {
         return Cut();
       case LetterKind::picture:
         return Picture(item);
+      case LetterKind::qr:
+        return Code(item);
       case LetterKind::pair:
         return Pair(item);
       case LetterKind::amount:
@@ -227,13 +229,26 @@ class Composer {
     if (path.empty()) return;
     LetterBlock block;
     const double width = std::min(item.numbers[0], width_);
-    const double free = width_ - width;
-    const double left = item.align == TextAlign::right    ? free
-                        : item.align == TextAlign::center ? free / 2
-                                                          : 0;
-    block.marks.pictures.push_back({x_ + left, 0, width, item.numbers[1], path, item.align});
+    block.marks.pictures.push_back(
+        {x_ + LeftOf(item, width), 0, width, item.numbers[1], path, item.align});
     block.height = item.numbers[1] + kParagraphGap;
     Put(std::move(block));
+  }
+
+  // Without a text there is no code and no gap.
+  void Code(const LetterItem& item) {
+    std::optional<QrCode> code = EncodeQr(Filled(0));
+    if (!code) return;
+    LetterBlock block;
+    const double side = std::min(item.numbers[0], width_);
+    block.marks.codes.push_back({x_ + LeftOf(item, side), 0, side, *std::move(code)});
+    block.height = side;
+    Put(std::move(block));
+  }
+
+  double LeftOf(const LetterItem& item, double width) const {
+    const double free = width_ - width;
+    return item.align == TextAlign::right ? free : item.align == TextAlign::center ? free / 2 : 0;
   }
 
   void Pair(const LetterItem& item) {
@@ -342,6 +357,7 @@ class Composer {
     }
     if (block.height <= 0) return;
     KeepWhatIsSigned();
+    signed_ = in_columns_;
     Put(std::move(block));
   }
 
@@ -367,6 +383,7 @@ class Composer {
   // --- stacks of blocks that become one: for columns two, which stay side by side
 
   void OpenStack() {
+    in_columns_ = signed_ = false;
     stack_.clear();
     out_ = &stack_;
   }
@@ -378,6 +395,7 @@ class Composer {
     second_width_ = room * item.numbers[1] / sum;
     width_ = room * item.numbers[0] / sum;
     OpenStack();
+    in_columns_ = true;
   }
 
   void TurnColumn() {
@@ -393,6 +411,7 @@ class Composer {
     joined_.height = std::max(joined_.height, second.height);
     out_ = &blocks_;
     WholeWidth();
+    if (signed_) KeepWhatIsSigned();
     if (joined_.height > 0) Put(std::move(joined_));
     joined_ = {};
   }
@@ -413,6 +432,8 @@ class Composer {
   RowSpan span_;
   const LetterItem* item_ = nullptr;
   bool skipping_ = false;  // a condition does not hold
+  bool in_columns_ = false;
+  bool signed_ = false;  // in one of the columns
   double x_ = 0;
   double width_ = 0;
   double label_width_ = kUsualLabel;
@@ -434,6 +455,10 @@ void PutMarks(const ReportPage& marks, double down, ReportPage& page) {
   for (PagePicture picture : marks.pictures) {
     picture.y += down;
     page.pictures.push_back(std::move(picture));
+  }
+  for (PageCode code : marks.codes) {
+    code.y += down;
+    page.codes.push_back(std::move(code));
   }
   for (PageLine line : marks.lines) {
     line.y1 += down;

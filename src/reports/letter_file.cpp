@@ -29,6 +29,7 @@ constexpr Shape kShapes[] = {
     {"rule", LetterKind::rule, 0, 0, 0, ""},
     {"cut", LetterKind::cut, 0, 0, 0, ""},
     {"picture", LetterKind::picture, 1, 1, 2, "left center right"},
+    {"qr", LetterKind::qr, 1, 1, 1, "left center right"},
     {"pair", LetterKind::pair, 2, 4, 0, "bold"},
     {"amount", LetterKind::amount, 2, 2, 0, "bold always"},
     {"box", LetterKind::box, 2, 2, 0, "size"},

@@ -18,6 +18,7 @@ enum class LetterKind {
   rule,
   cut,  // where scissors go
   picture,
+  qr,
   pair,
   amount,  // a label and a figure at the right edge
   box,     // a large figure in a frame

@@ -20,7 +20,8 @@ constexpr double kFootPoints = 7.5;
 constexpr double kRoundingError = 0.001;
 
 bool IsBlank(const LetterBlock& block) {
-  return block.marks.texts.empty() && block.marks.lines.empty() && block.marks.pictures.empty();
+  return block.marks.texts.empty() && block.marks.lines.empty() && block.marks.pictures.empty() &&
+         block.marks.codes.empty();
 }
 
 class LetterLayout {

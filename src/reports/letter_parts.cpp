@@ -14,6 +14,9 @@ double WholeMarks(const ReportPage& marks, double room) {
   for (const PagePicture& picture : marks.pictures) {
     if (picture.y + picture.height > room) cut = std::min(cut, picture.y);
   }
+  for (const PageCode& code : marks.codes) {
+    if (code.y + code.side > room) cut = std::min(cut, code.y);
+  }
   return cut;
 }
 
@@ -57,6 +60,11 @@ std::pair<LetterBlock, LetterBlock> PartBlock(const LetterBlock& block, double r
     const bool first = picture.y < cut;
     if (!first) picture.y -= cut;
     (first ? above : below).marks.pictures.push_back(std::move(picture));
+  }
+  for (PageCode code : block.marks.codes) {
+    const bool first = code.y < cut;
+    if (!first) code.y -= cut;
+    (first ? above : below).marks.codes.push_back(std::move(code));
   }
   for (PageText text : block.marks.texts) {
     const bool first = text.y < cut;

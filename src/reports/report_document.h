@@ -1,5 +1,5 @@
-// A printed report as pages of texts, lines and areas at places in millimetres: what the preview,
-// the printer and the PDF draw alike.
+// A printed report as pages of texts, lines, areas and codes at places in millimetres: what the
+// preview, the printer and the PDF draw alike.
 #pragma once
 
 #include <functional>
@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "reports/qr_code.h"
 #include "screen/caption.h"
 
 namespace kaunter {
@@ -53,9 +54,18 @@ struct PagePicture {
   TextAlign align = TextAlign::left;  // within its place
 };
 
+// A QR code in a square, its quiet zone included.
+struct PageCode {
+  double x = 0;
+  double y = 0;
+  double side = 0;
+  QrCode code;
+};
+
 struct ReportPage {
   std::vector<PageArea> areas;  // drawn first
   std::vector<PagePicture> pictures;
+  std::vector<PageCode> codes;
   std::vector<PageLine> lines;
   std::vector<PageText> texts;
 };

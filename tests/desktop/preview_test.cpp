@@ -340,6 +340,32 @@ TEST(ReportOutput, ThePdfHasTheTextThatWasPrinted) {
   EXPECT_NE(read.find(printed), read.rfind(printed)) << read;
 }
 
+// Scanned from the drawn paper by a reader that is not ours, at the size that a receipt has.
+TEST(ReportOutput, TheQrCodeOnPaperIsReadBack) {
+  TempFolder folder;
+  const auto run = [](const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished();
+    return process.readAllStandardOutput().toStdString();
+  };
+  if (!run("zbarimg", {"--version"}).starts_with("0.")) GTEST_SKIP() << "no zbarimg on this PC";
+  const std::string signs = "https://myinvois.hasil.gov.my/?a=1&b=%20+'\"\\陈";
+  for (const std::size_t length : {std::size_t{1}, signs.size(), std::size_t{200}}) {
+    std::string text = length == signs.size() ? signs : "";
+    while (text.size() < length) text += static_cast<char>('!' + text.size() * 7 % 94);
+    ReportDocument document;
+    document.pages.emplace_back();
+    document.pages[0].codes.push_back({150, 100, 23, *EncodeQr(text)});
+    WritePdf(document, folder.File("a.pdf"));
+    run("pdftoppm",
+        {"-r", "200", "-png", "-singlefile", QString::fromStdString(folder.File("a.pdf")),
+         QString::fromStdString(folder.File("a"))});
+    EXPECT_EQ(run("zbarimg", {"--raw", "-q", QString::fromStdString(folder.File("a.png"))}),
+              text + "\n");
+  }
+}
+
 // Read back by tools that are not ours: the part of the workbook as it is packed.
 std::string PartOf(const std::string& workbook, const std::string& part) {
   QProcess unzip;

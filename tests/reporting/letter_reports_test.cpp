@@ -134,5 +134,49 @@ TEST(LetterReports, TheHeadHasThePicturesOfItsCompany) {
   }
 }
 
+// The modules of the code that stands on a receipt, "" for none; a code is drawn where the
+// e-invoice of that payment is valid and still stands.
+TEST(LetterReports, TheReceiptHasTheCodeOfAValidEInvoice) {
+  const struct {
+    const char* rows;  // eInvID, SeqNo, LHDNStatus, Canceluuid, LHDNQR
+    const char* code;
+  } cases[] = {
+      {"", ""},
+      {"'P1',1,'Valid',NULL,'https://a/1'", "https://a/1"},
+      {"'P1',1,'Valid','','https://a/1'", "https://a/1"},
+      {"'P1',1,'Valid','C0','https://a/1'", ""},
+      {"'P1',1,'Invalid',NULL,'https://a/1'", ""},
+      {"'P1',1,NULL,NULL,'https://a/1'", ""},
+      {"'P1',1,'Valid',NULL,NULL", ""},
+      {"'P1',1,'Valid',NULL,''", ""},
+      {"'P2',1,'Valid',NULL,'https://a/2'", ""},
+      // A second line of the same document has no code of its own.
+      {"'P1',1,'Valid',NULL,'https://a/1'),('P1',2,'Valid',NULL,NULL", "https://a/1"},
+  };
+  ReportOffice office;
+  for (const auto& c : cases) {
+    office.Run("DELETE FROM EInvMast");
+    if (*c.rows != 0) {
+      office.Run(fmt::format(
+          "INSERT INTO EInvMast (eInvID,SeqNo,LHDNStatus,Canceluuid,LHDNQR) VALUES ({})", c.rows));
+    }
+    for (const char* file : {"Payment Receipt.rpt", "Payment Receipt Old.rpt"}) {
+      ReportJob job;
+      job.Connect = &office.main();
+      job.SelectionFormula = "{PaymentMast.PayID} = 'P1'";
+      job.ReportFileName = test::SourceDir() + "/reports/" + file;
+      const ReportDocument document = RunWholeReport(job).document;
+      std::vector<PageCode> codes;
+      for (const ReportPage& page : document.pages) {
+        codes.insert(codes.end(), page.codes.begin(), page.codes.end());
+      }
+      const std::size_t copies = std::string(file) == "Payment Receipt.rpt" ? 1 : 2;
+      const std::optional<QrCode> wanted = EncodeQr(c.code);
+      EXPECT_EQ(codes.size(), wanted ? copies : 0) << c.rows;
+      for (const PageCode& code : codes) EXPECT_EQ(code.code.dark, wanted->dark) << c.rows;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace kaunter
