@@ -26,9 +26,9 @@ std::string ChineseName(const std::string& file) {
   return file.substr(0, file.size() - std::string(".rpt").size()) + "C.rpt";
 }
 
-// The reports of subsystems that the program does not have yet: short messages, e-invoicing.
+// The reports of subsystems that the program does not have yet: short messages.
 const Names& OfLaterSubsystems() {
-  static const Names names = {"SMSCompList.rpt", "SMSHPList.rpt", "EInvoicing.rpt"};
+  static const Names names = {"SMSCompList.rpt", "SMSHPList.rpt"};
   return names;
 }
 
