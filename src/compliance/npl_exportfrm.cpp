@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <utility>
@@ -20,8 +19,8 @@
 #include "platform/sql/waiting.h"
 #include "reports/reading_statement.h"
 #include "reports/workbook_desk.h"
-#include "screen/cancel_offer.h"
 #include "screen/hourglass.h"
+#include "screen/wait_bar.h"
 
 namespace kaunter {
 namespace {
@@ -29,7 +28,6 @@ namespace {
 constexpr int kMayType = 2;   // Supervisor
 constexpr int kMayWrite = 4;  // Admin
 constexpr int kLongestName = 100;
-constexpr auto kShortWait = std::chrono::milliseconds(400);
 
 constexpr std::string_view kFromDate = "@FromDate";
 constexpr std::string_view kToDate = "@ToDate";
@@ -102,36 +100,6 @@ Kinds KindsOf(FieldType type) {
       return {Kind::text, CellKind::text};
   }
 }
-
-// The bar comes only when the statement takes long, and a person may end it there.
-class StatementWait {
- public:
-  StatementWait(Desk& desk, std::string title, std::string text, std::string stop)
-      : desk_(desk), title_(std::move(title)), text_(std::move(text)), stop_(std::move(stop)) {}
-
-  bool StopAsked() {
-    if (!bar_ && std::chrono::steady_clock::now() - begun_ < kShortWait) return false;
-    if (!bar_) {
-      bar_ = desk_.Progress(title_);
-      bar_->SetRange(0);
-      offer_ = OfferCancel(*bar_, stop_);
-    }
-    bar_->SetText(text_);
-    stopped_ = stopped_ || (offer_ != nullptr && offer_->Cancelled());
-    return stopped_;
-  }
-  bool stopped() const { return stopped_; }
-
- private:
-  Desk& desk_;
-  std::string title_;
-  std::string text_;
-  std::string stop_;
-  std::chrono::steady_clock::time_point begun_ = std::chrono::steady_clock::now();
-  std::unique_ptr<ProgressBar> bar_;
-  CancelOffer* offer_ = nullptr;
-  bool stopped_ = false;
-};
 
 }  // namespace
 
@@ -403,9 +371,9 @@ void NPLExportfrm::Process() {
 
 bool NPLExportfrm::Run(const std::string& statement, bool reads) {
   const Hourglass busy(desk());
-  StatementWait wait(desk(), title().In(chinese()),
-                     session().In({"The statement is running ...", "正在执行语句..."}),
-                     session().In({"Stop", "停止"}));
+  WaitBar wait(desk(), title().In(chinese()),
+               session().In({"The statement is running ...", "正在执行语句..."}),
+               session().In({"Stop", "停止"}));
   const MayStop stop([&wait] { return wait.StopAsked(); });
   try {
     if (reads) {

@@ -1,0 +1,243 @@
+#include "einvoice/http_client.h"
+
+#include <curl/curl.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <new>
+#include <optional>
+#include <utility>
+
+#include "core/log.h"
+#include "core/session.h"
+#include "core/texts.h"
+#include "einvoice/web_address.h"
+#include "platform/sql/text.h"
+#include "platform/sql/waiting.h"
+#include "screen/hourglass.h"
+#include "screen/wait_bar.h"
+
+namespace kaunter {
+namespace {
+
+constexpr long kConnectSeconds = 15;
+constexpr long kAllSeconds = 60;
+constexpr long kIdleSeconds = 20;  // a line that lay idle longer is not used again
+constexpr int kBetweenLooks = 20;  // milliseconds
+constexpr std::size_t kLongestReply = 4UL << 20U;
+
+void StartLibrary() {
+  static const CURLcode started = curl_global_init(CURL_GLOBAL_DEFAULT);
+  if (started != CURLE_OK) throw std::runtime_error(curl_easy_strerror(started));
+}
+
+// What is sent and what comes back, for the time of one request.
+struct Transfer {
+  std::string_view unsent;
+  std::string reply;
+};
+
+std::size_t GiveBody(char* to, std::size_t size, std::size_t count, void* transfer) {
+  std::string_view& unsent = static_cast<Transfer*>(transfer)->unsent;
+  const std::size_t given = std::min(size * count, unsent.size());
+  std::copy_n(unsent.begin(), given, to);
+  unsent.remove_prefix(given);
+  return given;
+}
+
+std::size_t TakeReply(char* from, std::size_t size, std::size_t count, void* transfer) {
+  std::string& reply = static_cast<Transfer*>(transfer)->reply;
+  if (reply.size() + size * count > kLongestReply) return CURL_WRITEFUNC_ERROR;
+  reply.append(from, size * count);
+  return size * count;
+}
+
+// A line end in a token would begin a header of its own.
+std::string WithoutControls(std::string_view text) {
+  std::string clean(text);
+  std::erase_if(clean, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == 0x7F; });
+  return clean;
+}
+
+class HeaderList {
+ public:
+  ~HeaderList() { curl_slist_free_all(list_); }
+  HeaderList() = default;
+  HeaderList(const HeaderList&) = delete;
+  HeaderList& operator=(const HeaderList&) = delete;
+  void Add(const std::string& header) {
+    curl_slist* longer = curl_slist_append(list_, header.c_str());
+    if (longer == nullptr) throw std::bad_alloc();
+    list_ = longer;
+  }
+  curl_slist* get() const { return list_; }
+
+ private:
+  curl_slist* list_ = nullptr;
+};
+
+// Text as the house holds it: UTF-8 without a mark at its front.
+std::string HouseText(std::string reply) {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  if (reply.starts_with(kMark)) reply.erase(0, kMark.size());
+  return sql::Encode(sql::Decode(reply));
+}
+
+}  // namespace
+
+class HttpClient::Line {
+ public:
+  Line() {
+    StartLibrary();
+    easy_ = curl_easy_init();
+    multi_ = curl_multi_init();
+    if (easy_ == nullptr || multi_ == nullptr) throw std::bad_alloc();
+  }
+  ~Line() {
+    curl_easy_cleanup(easy_);
+    curl_multi_cleanup(multi_);
+  }
+  Line(const Line&) = delete;
+  Line& operator=(const Line&) = delete;
+
+  void Prepare(std::string_view method, const std::string& url, std::string_view body,
+               const HeaderList& headers, Transfer& transfer) {
+    curl_easy_reset(easy_);  // the open lines stay
+    Set(CURLOPT_NOSIGNAL, 1L);
+    Set(CURLOPT_ERRORBUFFER, error_);
+    error_[0] = '\0';
+    Set(CURLOPT_URL, url.c_str());
+    Set(CURLOPT_PROTOCOLS_STR, "http,https");
+    Set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+    Set(CURLOPT_FOLLOWLOCATION, 0L);
+    Set(CURLOPT_SSL_VERIFYPEER, 1L);
+    Set(CURLOPT_SSL_VERIFYHOST, 2L);
+    Set(CURLOPT_CONNECTTIMEOUT, kConnectSeconds);
+    Set(CURLOPT_TIMEOUT, kAllSeconds);
+    Set(CURLOPT_MAXAGE_CONN, kIdleSeconds);
+    Set(CURLOPT_USERAGENT, "Kaunter");
+    Set(CURLOPT_HTTPHEADER, headers.get());
+    Set(CURLOPT_WRITEFUNCTION, TakeReply);
+    Set(CURLOPT_WRITEDATA, &transfer);
+    // The library sends a request anew on a fresh line when an old one turns out to be closed. A
+    // body that it cannot rewind keeps it from that once the first byte has left.
+    if (method != "GET") {
+      Set(CURLOPT_UPLOAD, 1L);
+      Set(CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(body.size()));
+      Set(CURLOPT_READFUNCTION, GiveBody);
+      Set(CURLOPT_READDATA, &transfer);
+    }
+    const std::string verb(method);
+    Set(CURLOPT_CUSTOMREQUEST, verb.c_str());
+  }
+
+  // Nothing when it was given up.
+  std::optional<CURLcode> Run(const std::function<bool()>& stop_asked) {
+    Check(curl_multi_add_handle(multi_, easy_));
+    const Removed removed{multi_, easy_};
+    for (int running = 1;;) {
+      Check(curl_multi_perform(multi_, &running));
+      int left = 0;
+      while (const CURLMsg* message = curl_multi_info_read(multi_, &left)) {
+        if (message->msg == CURLMSG_DONE) return message->data.result;
+      }
+      if (running == 0) return CURLE_RECV_ERROR;
+      Check(curl_multi_poll(multi_, nullptr, 0, kBetweenLooks, nullptr));
+      ActWhileWaiting();
+      if (stop_asked()) return std::nullopt;
+    }
+  }
+
+  bool Connected() const {
+    curl_off_t begun = 0;
+    curl_easy_getinfo(easy_, CURLINFO_PRETRANSFER_TIME_T, &begun);
+    return begun > 0;
+  }
+  std::string Cause(CURLcode code) const {
+    return error_[0] != '\0' ? error_ : curl_easy_strerror(code);
+  }
+  std::string RedirectedTo() const {
+    const char* url = nullptr;
+    curl_easy_getinfo(easy_, CURLINFO_REDIRECT_URL, &url);
+    return url == nullptr ? std::string() : url;
+  }
+
+ private:
+  struct Removed {
+    CURLM* multi;
+    CURL* easy;
+    ~Removed() { curl_multi_remove_handle(multi, easy); }
+  };
+
+  template <typename T>
+  void Set(CURLoption option, T value) {
+    const CURLcode code = curl_easy_setopt(easy_, option, value);
+    if (code != CURLE_OK) throw std::runtime_error(curl_easy_strerror(code));
+  }
+  static void Check(CURLMcode code) {
+    if (code != CURLM_OK) throw std::runtime_error(curl_multi_strerror(code));
+  }
+
+  CURL* easy_ = nullptr;
+  CURLM* multi_ = nullptr;
+  char error_[CURL_ERROR_SIZE] = {};
+};
+
+HttpClient::HttpClient(Session& session, Desk& desk) : session_(session), desk_(desk) {}
+
+HttpClient::~HttpClient() = default;
+
+std::string HttpClient::HttpSend(std::string_view method, std::string_view url,
+                                 std::string_view body, std::string_view token,
+                                 std::string_view content_type) {
+  const std::string host = HostOf(url);
+  if (host.empty()) {
+    throw HttpFailure(
+        session_.In({"The address of the e-invoicing service is no http or https address. Please "
+                     "look at the e-invoicing settings.",
+                     "电子发票服务的地址不是 http 或 https 地址，请检查电子发票设定。"}),
+        false, false);
+  }
+  const Hourglass busy(desk_);
+  if (!line_) line_ = std::make_unique<Line>();
+  HeaderList headers;
+  headers.Add("Expect:");  // the body goes at once
+  if (content_type == "json") headers.Add("Content-Type: application/json");
+  if (content_type == "form") headers.Add("Content-Type: application/x-www-form-urlencoded");
+  if (!token.empty()) headers.Add("Authorization: Bearer " + WithoutControls(token));
+  Transfer transfer{body, {}};
+  const std::string verb = Upper(method);
+  const std::string address = SendableAddress(url);
+  line_->Prepare(verb, address, body, headers, transfer);
+
+  WaitBar bar(desk_, session_.In({"E-Invoicing", "电子发票"}),
+              session_.In({fmt::format("{} has not answered yet ...", host),
+                           fmt::format("{} 尚未回复...", host)}),
+              session_.In({"Stop", "停止"}));
+  const std::optional<CURLcode> end =
+      line_->Run(stop_asked_ ? stop_asked_ : [&bar] { return bar.StopAsked(); });
+
+  if (end == CURLE_OK) {
+    if (const std::string other = HostOf(line_->RedirectedTo()); !other.empty()) {
+      WriteLog(session_, LogLine(session_, fmt::format("E-Invoicing - {} names {} as its new "
+                                                       "address; that was not followed",
+                                                       host, other)));
+    }
+    return HouseText(std::move(transfer.reply));
+  }
+  const bool maybe_taken = line_->Connected();
+  const std::string cause = end ? line_->Cause(*end) : session_.In({"given up", "已停止等待"});
+  throw HttpFailure(
+      session_.In(
+          maybe_taken
+              ? Caption{fmt::format("No whole reply came from {} ({}). It may have taken "
+                                    "what was sent.",
+                                    host, cause),
+                        fmt::format("没有收到 {} 的完整回复（{}）。对方可能已收到所发送的资料。",
+                                    host, cause)}
+              : Caption{fmt::format("{} cannot be reached ({}). Nothing was sent.", host, cause),
+                        fmt::format("无法连接 {}（{}）。没有发送任何资料。", host, cause)}),
+      maybe_taken, !end);
+}
+
+}  // namespace kaunter
