@@ -1,6 +1,8 @@
 #include "app/catalogue.h"
 
 #include "app/menu_table.h"
+#include "bank/is_setup_frm.h"
+#include "bank/si_process_frm.h"
 #include "cash/buy_gold_frm.h"
 #include "cash/cash_book_frm.h"
 #include "cash/personal_epx_frm.h"
@@ -90,6 +92,7 @@ constexpr Entry kScreens[] = {
     {"FrmSellGold", Make<FrmSellGold>},
     {"HolidayFrm", Make<HolidayFrm>},
     {"Invoicefrm", Make<Invoicefrm>},
+    {"ISSetupfrm", Make<ISSetupfrm>},
     {"LampiranB1", Make<LampiranB1>},
     {"LateIntfrm", Make<LateIntfrm>},
     {"LinkAccSetupfrm", Make<LinkAccSetupfrm>},
@@ -115,6 +118,7 @@ constexpr Entry kScreens[] = {
     {"ReturnFiguresFrm", Make<ReturnFiguresFrm>},
     {"Settlementfrm", Make<Settlementfrm>},
     {"SetupFrm", Make<SetupFrm>},
+    {"SIProcessfrm", Make<SIProcessfrm>},
     {"SpecialRpt", Make<SpecialRpt>},
     {"Supplierfrm", Make<Supplierfrm>},
     {"SuppTransfrm", Make<SuppTransfrm>},

@@ -340,6 +340,8 @@ std::vector<MenuEntry> MenuTable() {
                   "", "AMLADescFrm"),
       OpensScreen("AccLinkSetupMnu", "SetupMnu", {"Accounting Link Setup", "会计连接设定"},
                   "Accounting Link Setup", "", "LinkAccSetupfrm"),
+      OpensScreen("DirecDebitSetupMnu", "SetupMnu", {"Direct Debit Setup", "直接扣账设定"},
+                  "Direct Debit Setup", "", "ISSetupfrm"),
       OpensScreen("LinkDBMnu", "SetupMnu", {"Linked Database", "连接数据库"}, "Link Database", "",
                   "LinkDBfrm"),
       Own("DailyBatchMnu", "UtilitiesMnu", {"&Daily Batch", "每日批处理(&D)"},

@@ -31,6 +31,7 @@ Layout ChqCtrlFrmLayout();
 Layout RecalcCashBookFrmLayout();
 Layout PersonalEpxFrmLayout();
 Layout SpecialRptLayout();
+Layout SIProcessfrmLayout();
 Layout SupplierfrmLayout();
 Layout SuppTransfrmLayout();
 Layout AMLAFrmLayout();
