@@ -156,6 +156,11 @@ class HttpClient::Line {
   std::string Cause(CURLcode code) const {
     return error_[0] != '\0' ? error_ : curl_easy_strerror(code);
   }
+  int Status() const {
+    long status = 0;
+    curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
+    return static_cast<int>(status);
+  }
   std::string RedirectedTo() const {
     const char* url = nullptr;
     curl_easy_getinfo(easy_, CURLINFO_REDIRECT_URL, &url);
@@ -186,6 +191,8 @@ class HttpClient::Line {
 HttpClient::HttpClient(Session& session, Desk& desk) : session_(session), desk_(desk) {}
 
 HttpClient::~HttpClient() = default;
+
+int HttpClient::status() const { return line_ ? line_->Status() : 0; }
 
 std::string HttpClient::HttpSend(std::string_view method, std::string_view url,
                                  std::string_view body, std::string_view token,

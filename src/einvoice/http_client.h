@@ -49,6 +49,9 @@ class HttpClient {
   // else for none; a token goes out as "Bearer". Throws HttpFailure.
   std::string HttpSend(std::string_view method, std::string_view url, std::string_view body,
                        std::string_view token, std::string_view content_type);
+  // The HTTP status of the reply that came last. What was done is judged by the text alone; this
+  // tells only whether the token was taken.
+  int status() const;
 
  private:
   class Line;  // the library's side
