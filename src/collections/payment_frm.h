@@ -19,6 +19,7 @@
 
 #include "collections/payment_preview.h"
 #include "core/record.h"
+#include "core/refusal.h"
 #include "core/session_screen.h"
 
 namespace kaunter {
@@ -218,6 +219,7 @@ class PaymentFrm : public SessionScreen {
 
   // --- payment_frm_checks.cpp
   bool CheckAll();
+  bool Passes(const std::optional<Refusal>& refusal);  // told where it is one
   bool CheckDrawn();
   bool CheckDiscountRight();
   bool MayEdit();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "collections/payment_checks.h"
 #include "collections/payment_frm.h"
 #include "collections/refusals.h"
 #include "compliance/aml.h"
@@ -12,6 +13,13 @@
 #include "core/values.h"
 
 namespace kaunter {
+
+bool PaymentFrm::Passes(const std::optional<Refusal>& refusal) {
+  if (!refusal) return true;
+  Control* const box = Find(refusal->field);
+  return box != nullptr ? Refuse(*box, refusal->text) : Refuse(refusal->text);
+}
+
 bool PaymentFrm::CheckAll() {
   if (LoanID.empty()) return Refuse(LoanID, {"Loan ID required", "请输入贷款编号"});
   if (!CheckDrawn() || !CheckDiscountRight() || !MayEdit()) return false;
@@ -25,15 +33,11 @@ bool PaymentFrm::CheckAll() {
 }
 
 bool PaymentFrm::CheckDrawn() {
-  if (AmountIn(PayAmt) <= Money() || !AmountIn(PayOutAmt).IsZero()) return true;
-  return Refuse(kNotDrawn);
+  return Passes(kaunter::CheckDrawn(AmountIn(PayAmt), AmountIn(PayOutAmt)));
 }
 
 bool PaymentFrm::CheckDiscountRight() {
-  if (AmountIn(DiscAmt) <= Money() || session().AllowDisc) return true;
-  const std::string& user = session().CurrentUserID;
-  return Refuse(DiscAmt, {fmt::format("User {} are not allow to save discount payment", user),
-                          fmt::format("用户 {} 不可储存有折扣的付款", user)});
+  return Passes(kaunter::CheckDiscountRight(session(), AmountIn(DiscAmt)));
 }
 
 bool PaymentFrm::MayEdit() {
@@ -61,16 +65,13 @@ void PaymentFrm::FillBlanks() {
 }
 
 bool PaymentFrm::CheckBalance() {
-  if (IsDelete() || AmountIn(PayAmt) <= AmountIn(OldLoanBal)) return true;
-  if (IsFlexi()) return CheckFlexiLimit();
-  return Refuse(PayAmt, kAboveBalance);
+  return IsDelete() || Passes(kaunter::CheckBalance(AmountIn(PayAmt), AmountIn(OldLoanBal),
+                                                    IsFlexi(), [this] { return FlexiLimit(); }));
 }
 
-// Less than the payment passes: the difference reaches no row of the schedule, and that is wanted.
 bool PaymentFrm::CheckTally() {
-  if (AmountIn(InstalAmt) + AmountIn(PayExtra) <= AmountIn(PayAmt)) return true;
-  return Refuse(IsFlexi() ? InstalAmt : PayAmt, {"Instalment & Extra not tally with Payment Amount",
-                                                 "分期付款与额外本金不符付款额"});
+  return Passes(
+      kaunter::CheckTally(AmountIn(PayAmt), AmountIn(InstalAmt), AmountIn(PayExtra), IsFlexi()));
 }
 
 bool PaymentFrm::CheckDate() {
@@ -80,11 +81,11 @@ bool PaymentFrm::CheckDate() {
 }
 
 bool PaymentFrm::CheckNotNothing() {
-  for (const TextBox* box :
-       {&IntAmt, &CollectorAmt, &PayAmt, &ChargeAmt, &TopAmt, &PayExtra, &InstalAmt}) {
-    if (!AmountIn(*box).IsZero()) return true;
-  }
-  return Refuse(TotPay.locked() ? PayAmt : TotPay, {"No payment", "没有付款"});
+  auto refusal = CheckSomethingPaid({AmountIn(IntAmt), AmountIn(CollectorAmt), AmountIn(PayAmt),
+                                     AmountIn(ChargeAmt), AmountIn(TopAmt), AmountIn(PayExtra),
+                                     AmountIn(InstalAmt)});
+  if (refusal && TotPay.locked()) refusal->field = "PayAmt";
+  return Passes(refusal);
 }
 
 bool PaymentFrm::CheckLeftBoxes() {

@@ -8,6 +8,7 @@
 #include "collections/instalment.h"
 #include "collections/late_interest.h"
 #include "collections/pay_day.h"
+#include "collections/payment_checks.h"
 #include "collections/payment_frm.h"
 #include "collections/refusals.h"
 #include "core/amounts.h"
@@ -250,16 +251,7 @@ bool PaymentFrm::LeaveRefund() {
   const Money refunded = Sen(ScalarQuery(
       main(), fmt::format("SELECT SUM(ChargeAmt) FROM PaymentMast WHERE LoanID={} AND PayID <> {}",
                           QuoteStr(LoanID.text()), QuoteStr(loaded_payment_))));
-  if (refunded + refund <= deposit) return true;
-  const Money left = deposit - refunded;
-  if (left <= Money()) {
-    return Refuse(ChargeAmt,
-                  {"This loan has no deposit or fully refunded", "此贷款没有押金或押金已全部退还"});
-  }
-  return Refuse(ChargeAmt,
-                {fmt::format("Refund Deposit cannot more than {} Deposit Amount, Please check",
-                             ShowMoney(left)),
-                 fmt::format("退还押金不可多过押金 {}，请检查", ShowMoney(left))});
+  return Passes(CheckRefund(refund, refunded, deposit));
 }
 
 bool PaymentFrm::LeaveMultiple() {

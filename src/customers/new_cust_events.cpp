@@ -3,6 +3,7 @@
 
 #include "core/identity.h"
 #include "core/values.h"
+#include "customers/customer_checks.h"
 #include "customers/customer_store.h"
 #include "customers/new_cust_frm.h"
 
@@ -15,7 +16,7 @@ void NewCustFrm::LeaveNewIc(TextBox& ic, TextBox& birth) {
   if (const auto date = BirthDateOfIc(ic.text())) {
     birth.SetText(*date);
   } else {
-    Refuse(ic, {"Invalid New IC, Please check", "新身份证不正确，请检查"});
+    Refuse(ic, CheckNewIc(ic.name(), ic.text())->text);
   }
 }
 

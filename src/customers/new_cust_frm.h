@@ -233,9 +233,6 @@ class NewCustFrm : public SessionScreen {
   bool MayEdit();
   bool AddTypedReferrer();
   bool CheckBoxes();
-  bool CheckCompanyBoxes();
-  bool CheckNumbers();
-  bool CheckIdealBoxes();
   void Write();
   void WriteLists(const std::string& id);
   void SendToAccounts(const std::string& id);

@@ -10,17 +10,13 @@
 #include "core/sequences.h"
 #include "core/telling.h"
 #include "core/values.h"
+#include "customers/customer_checks.h"
 #include "customers/customer_store.h"
 #include "customers/new_cust_frm.h"
 #include "links/accounting_link.h"
 #include "platform/sql/transaction.h"
 
 namespace kaunter {
-namespace {
-
-bool IsNumberOrEmpty(const TextBox& box) { return box.empty() || IsNumeric(box.text()); }
-
-}  // namespace
 
 bool NewCustFrm::MayEdit() {
   if (CustID.empty() || session().AllowEdit || edit_approved_) return true;
@@ -40,7 +36,7 @@ void NewCustFrm::Save() {
     Delete();
     return;
   }
-  if (!AddTypedReferrer() || !CheckBoxes() || !CheckNumbers() || !CheckIdealBoxes()) return;
+  if (!AddTypedReferrer() || !CheckBoxes()) return;
   if (!Confirm({"Confirm to save ?", "确定储存？"})) return;
   // A new customer has no number yet; Write sends it once it is stored.
   if (!CustID.empty()) SendToAccounts(CustID.text());
@@ -55,56 +51,18 @@ bool NewCustFrm::AddTypedReferrer() {
 }
 
 bool NewCustFrm::CheckBoxes() {
-  if (TrxDate.empty()) return Refuse(TrxDate, {"Date is required", "请输入日期"});
-  if (CustName.empty()) return Refuse(CustName, {"Custome Name is required", "请输入顾客姓名"});
-  if (CompCode.empty()) return Refuse(CompCode, {"Company Code is required", "请选择公司"});
-  if (CustRace.empty()) return Refuse(CustRace, {"Race is required", "请选择种族"});
-  if (CustGender.empty()) return Refuse(CustGender, {"Gender is required", "请选择性别"});
-  if (AreaCode.empty()) {
-    return Refuse(AreaCode, {"Customer in Peronal or Corporate are required", "请选择个人或公司"});
+  for (TextBox* date : {&TrxDate, &DOB, &CustSpouseDOB, &StartWorkDate, &EndWorkDate}) {
+    date->SetText(Trim(date->text()));
   }
-  if (AreaCode.text() == "COMPANY" && !CheckCompanyBoxes()) return false;
-  for (TextBox* box : {&TrxDate, &DOB, &CustSpouseDOB, &StartWorkDate, &EndWorkDate}) {
-    if (!CheckDateBox(session(), *box)) return false;
+  const RecordTexts text = [this](std::string_view box) { return Find(box)->Text(); };
+  const auto passes = [this](const std::optional<Refusal>& refusal) {
+    return !refusal || Refuse(*Find(refusal->field), refusal->text);
+  };
+  if (!passes(CheckCustomerBoxes(text)) || !passes(CheckCustomerNumbers(text))) return false;
+  for (const BlankFigure& blank : kCustomerBlanks) {
+    FillBlank(static_cast<TextBox&>(*Find(blank.column)), blank.value);
   }
-  return true;
-}
-
-bool NewCustFrm::CheckCompanyBoxes() {
-  if (CompNo.empty()) return Refuse(CompNo, {"Co. Reg. No is required", "请输入公司注册号码"});
-  if (OldCode.empty())
-    return Refuse(OldCode, {"Bumi / Non Bumi is required", "请选择土著或非土著"});
-  if (Employer.empty()) return Refuse(Employer, {"Employer is required", "请输入雇主"});
-  if (CompCatCode.empty())
-    return Refuse(CompCatCode, {"Company Category is required", "请选择公司类别"});
-  return true;
-}
-
-bool NewCustFrm::CheckNumbers() {
-  if (!IsNumberOrEmpty(CustCompIncome)) {
-    return Refuse(CustCompIncome, {"Invalid Customer Income", "顾客收入不正确"});
-  }
-  if (!IsNumberOrEmpty(CustSpouseCompIncome)) {
-    return Refuse(CustSpouseCompIncome, {"Invalid Spouse Income", "配偶收入不正确"});
-  }
-  FillBlank(CustCompIncome, "0.00");
-  FillBlank(CustSpouseCompIncome, "0.00");
-  FillBlank(CustChild, "0");
-  FillBlank(CreditLimit, "0.00");
-  return true;
-}
-
-bool NewCustFrm::CheckIdealBoxes() {
-  if (!session().settings.IDEAL) return true;
-  if (CustAdd1.empty()) return Refuse(CustAdd1, "Address is required");
-  if (CustCompPos.empty()) return Refuse(CustCompPos, "Perkerjaan is required");
-  if (CustHP1.empty() && CustHP2.empty() && CustTel1.empty() && CustTel2.empty()) {
-    return Refuse(CustHP1, "Mobile or telephone are required");
-  }
-  if (Money::FromText(CustCompIncome.text()).IsZero()) {
-    return Refuse(CustCompIncome, "Monthly Income are required");
-  }
-  return true;
+  return passes(CheckIdealBoxes(session().settings, text));
 }
 
 void NewCustFrm::Write() {

@@ -9,25 +9,14 @@
 #include "core/audit.h"
 #include "core/boxes.h"
 #include "core/company_access.h"
-#include "core/sequences.h"
 #include "core/values.h"
 #include "links/accounting_link.h"
+#include "loans/drawdown_store.h"
 #include "loans/loan_lifecycle.h"
 #include "loans/money_gate.h"
 #include "screen/hourglass.h"
 
 namespace kaunter {
-namespace {
-
-// Short numbers are a key, and each company counts for itself.
-std::string DrawNumber(Connection& main, const std::string& company) {
-  return NextSeries(main, "DL", company, false, [&main](const std::string& number) {
-    return !main.Query("SELECT SID FROM DrawDownMast WHERE SID=" + QuoteStr(number)).Eof();
-  });
-}
-
-}  // namespace
-
 Drawdown::Drawdown(Session& session, Desk& desk)
     : SessionScreen("Drawdown", {"Loan Progressive Drawdown"}, session, desk),
       record_("DrawDownMast", "SID") {
@@ -170,27 +159,14 @@ void Drawdown::Store() {
     throw std::runtime_error(session().In(refusal->text));
   }
   if (is_new) {
-    SID.SetText(DrawNumber(main(), CompCode.text()));
+    SID.SetText(NextReleaseNumber(main(), CompCode.text()));
     main().Execute(record_.InsertStatement());
   } else {
     ExecuteOnRow(main(), record_.UpdateStatement(SID.text()), SID.text());
   }
   WriteAudit(session(), is_new ? "Create" : "Modify", "Drawdown", CompCode.text(), SID.text(),
              loaded_values_);
-  WriteLoan();
-}
-
-void Drawdown::WriteLoan() {
-  const std::string id = QuoteStr(LoanID.text());
-  ExecuteOnRow(main(),
-               fmt::format("UPDATE LoanMast SET PayOutAmt=(SELECT SUM(DrawDownAmt) FROM "
-                           "DrawDownMast WHERE LoanID={0}) WHERE LoanID={0}",
-                           id),
-               LoanID.text());
-  main().Execute(
-      fmt::format("UPDATE LoanMast SET LastDownDate=(SELECT MAX(TrxDate) FROM DrawDownMast WHERE "
-                  "LoanID={0}) WHERE LoanID={0}",
-                  id));
+  FollowReleases(main(), LoanID.text());
 }
 
 bool Drawdown::Write(const std::function<void()>& write) {
@@ -231,7 +207,7 @@ void Drawdown::Delete() {
   }
   const bool deleted = Write([this] {
     ExecuteOnRow(main(), "DELETE FROM DrawDownMast WHERE SID=" + QuoteStr(SID.text()), SID.text());
-    WriteLoan();
+    FollowReleases(main(), LoanID.text());
     // No release left: the sum of no rows is null, and 0 opens the loan's terms again.
     main().Execute("UPDATE LoanMast SET PayOutAmt=0 WHERE PayOutAmt is null and LoanID=" +
                    QuoteStr(LoanID.text()));

@@ -57,8 +57,6 @@ class Drawdown : public SessionScreen {
   void TellLinkedAccounts();
   void Delete();
   void ClearScreen();
-  // PayOutAmt and LastDownDate of the loan follow its releases.
-  void WriteLoan();
   // Runs a write; false when it failed, which has then been told.
   bool Write(const std::function<void()>& write);
 

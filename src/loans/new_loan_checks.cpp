@@ -5,13 +5,12 @@
 
 #include "compliance/aml.h"
 #include "core/amounts.h"
-#include "core/boxes.h"
 #include "core/password_screens.h"
 #include "core/values.h"
 #include "customers/credit_limit.h"
 #include "links/accounting_link.h"
+#include "loans/loan_checks.h"
 #include "loans/new_loan_frm.h"
-#include "loans/schedule.h"
 
 namespace kaunter {
 namespace {
@@ -21,10 +20,9 @@ constexpr int kAdmin = 4;  // level from which a rate below the lowest is a ques
 }  // namespace
 
 bool NewLoanFrm::CheckAll() {
-  return MayAmend() && CheckRequired() && CheckFirstInstalment() && CheckCollateral() &&
-         CheckLateCharge() && CheckGuarantorIncome() && CheckScheme() && CheckAlternateCode() &&
-         CheckFigures() && CheckLowestRate() && CheckInstalmentTotal() && CheckLinkAccounts() &&
-         CheckCredit() && CheckEditedSchedule() && CheckTotalRate() && CheckAmlThreshold() &&
+  return MayAmend() && CheckBoxes() && CheckAlternateCode() && CheckFigures() &&
+         CheckLowestRate() && CheckInstalmentTotal() && CheckLinkAccounts() && CheckCredit() &&
+         CheckEditedSchedule() && CheckTotalRate() && CheckAmlThreshold() &&
          (taken_application_.empty() || CheckApplicant(taken_application_));
 }
 
@@ -51,96 +49,36 @@ bool NewLoanFrm::MayAmend() {
   return true;
 }
 
-bool NewLoanFrm::CheckRequired() {
-  if (CompCode.empty()) {
-    return RefuseInPlace(CompCode, {"Company Code is required", "请选择公司"});
-  }
-  if (LoanTypeID.empty()) return Refuse(LoanTypeID, {"Loan Type required", "请选择还款方式"});
-  if (LoanType.empty()) return Refuse(LoanType, {"Collateral Type required", "请选择抵押种类"});
-  if (NextDueDate.empty()) {
-    return RefuseInPlace(NextDueDate, {"Next due date required", "请输入下期到期日"});
-  }
-  if (CustID.empty()) return Refuse(CustID, {"Customer ID required", "请输入顾客编号"});
-  if (TrxDate.empty()) return Refuse(TrxDate, {"Loan Date required", "请输入贷款日期"});
-  if (LoanAmt.empty()) return Refuse(LoanAmt, {"Loan Amount required", "请输入贷款额"});
-  if (InsRate.empty()) return Refuse(InsRate, {"Interest Rate required", "请输入利率"});
-  return true;
-}
-
-bool NewLoanFrm::CheckFirstInstalment() {
-  FillBlank(PayOutAmt, "0");
-  // The text "0" alone; "00" is the business of the box itself.
-  if (LoanTerm.empty() || LoanTerm.text() == "0") {
-    return Refuse(LoanTerm, {"Loan Term required", "请输入贷款期数"});
-  }
-  if (FirstPayment.empty()) {
-    return RefuseInPlace(FirstPayment, {"First Payment required", "请输入首期金额"});
-  }
-  return true;
-}
-
-bool NewLoanFrm::CheckCollateral() {
-  if (LoanType.text() == "Secured") {
-    if (property.CollateralID.empty()) {
-      return RefuseInPlace(property.CollateralID, {"Collateral Type required", "请选择抵押品种类"});
-    }
-    if (property.Memo2.empty()) {
-      return RefuseInPlace(property.Memo2, {"Collateral Desc required", "请输入抵押品说明"});
-    }
-    // The description a second time, never the value: loans without a value are lent.
-    if (property.Memo2.empty()) {
-      return RefuseInPlace(property.Memo2, {"Collateral Value required", "请输入抵押品市价"});
+// The boxes by the names of their columns.
+class NewLoanFrm::Boxes : public LoanTexts {
+ public:
+  explicit Boxes(NewLoanFrm& screen) : screen_(screen) {}
+  std::string Get(std::string_view column) const override { return Box(column).Text(); }
+  void Set(std::string_view column, std::string_view text) override {
+    Control& box = Box(column);
+    if (box.type() == ControlType::combo_box) {
+      static_cast<ComboBox&>(box).SetText(std::string(text));
+    } else {
+      static_cast<TextBox&>(box).SetText(std::string(text));
     }
   }
-  return true;
-}
+  Control& Box(std::string_view column) const {
+    for (GuarantorBoxes& boxes : screen_.guarantors) {
+      if (column == "GuarantorCompIncome" + boxes.column_suffix) return boxes.GuarantorCompIncome;
+    }
+    return *screen_.Find(column);
+  }
 
-bool NewLoanFrm::CheckLateCharge() {
-  FillBlank(InstallmentAmt, FirstPayment.text());
-  FillBlank(LastPayment, InstallmentAmt.text());
-  FillBlank(IntType, "$");
-  if (LateChargePerDay.empty()) {
-    return Refuse(LateChargePerDay, {"Late Interest Rate PA required", "请输入逾期年利率"});
-  }
-  FillBlank(OfferDays, "0");
-  return true;
-}
+ private:
+  NewLoanFrm& screen_;
+};
 
-bool NewLoanFrm::CheckGuarantorIncome() {
-  const Caption refusals[] = {{"Guarantor Income required", "请输入担保人收入"},
-                              {"Guarantor 2 Income required", "请输入担保人 2 收入"}};
-  for (GuarantorBoxes& boxes : guarantors) {
-    TextBox& income = boxes.GuarantorCompIncome;
-    FillBlank(income, "0");
-    if (!IsNumeric(income.text())) return RefuseInPlace(income, refusals[boxes.index]);
-  }
-  return true;
-}
-
-bool NewLoanFrm::CheckScheme() {
-  if (DragLoan.index() < 0) {
-    return RefuseInPlace(DragLoan, {"Scheme / Flexi Loan is require", "请选择贷款方案"});
-  }
-  FillBlank(Bank, "CASH");
-  FillBlank(ProcessFee, "0");
-  FillBlank(AdvertiseID, "NIL");
-  FillBlank(LoanGroupID, "PINJAMAN SEMASA");
-  FillBlank(SalesmanID, "NIL");
-  for (TextBox* amount : {&SalesmanComm, &IntroducerAmt, &DepositAmt, &DepositAmt2, &TermInt,
-                          &OathsAmt, &LegalFee, &MiscAmt}) {
-    FillBlank(*amount, "0");
-  }
-  FillBlank(NextCall, NextDueDate.text());
-  FillBlank(TopUpAmt, "0.00");
-  FillBlank(LoanAmt2, LoanAmt.text());
-  if (LoanTerm2.empty()) {
-    return RefuseInPlace(LoanTerm2, {"Grace Period is require", "请输入宽限期数"});
-  }
-  InstallmentAmt2.SetText(InstallmentAmt.text());
-  LastPayment2.SetText(LastPayment.text());
-  PayOutAmt2.SetText("0");
-  InsRate2.SetText(InsRate.text());
-  return true;
+bool NewLoanFrm::CheckBoxes() {
+  Boxes boxes(*this);
+  const auto refusal = CheckLoanBoxes(boxes);
+  if (!refusal) return true;
+  Control& box = boxes.Box(refusal->field);
+  return refusal->in_place ? RefuseInPlace(box, refusal->text) : Refuse(box, refusal->text);
 }
 
 bool NewLoanFrm::CheckAlternateCode() {
@@ -153,17 +91,7 @@ bool NewLoanFrm::CheckAlternateCode() {
 // What the arithmetic behind the commit needs: a loan is never stored whose schedule cannot be.
 bool NewLoanFrm::CheckFigures() {
   if (LoanMode != "New Loan" && LoanMode != "Edit Loan") return true;
-  for (TextBox* date : {&TrxDate, &NextDueDate}) {
-    if (!IsDate(date->text())) return Refuse(*date, kInvalidDate);
-  }
-  if (const auto refusal = CheckTerms(Terms())) return RefuseWith(*refusal);
-  for (TextBox* amount : {&FirstPayment, &InstallmentAmt, &LastPayment}) {
-    if (!IsNumeric(amount->text())) {
-      const Caption& name = amount->caption();
-      return Refuse(*amount, {fmt::format("Invalid {} Amount", name.english),
-                              fmt::format("{}不正确", name.chinese)});
-    }
-  }
+  if (const auto refusal = CheckLoanFigures(Boxes(*this), Terms())) return RefuseWith(*refusal);
   return TermsOpen ? CheckOpenTerms() : CheckSchemeStays();
 }
 
@@ -178,49 +106,23 @@ bool NewLoanFrm::CheckSchemeStays() {
 }
 
 bool NewLoanFrm::CheckOpenTerms() {
-  if (SpecialSch.checked()) {
-    const auto refusal = CheckBackup(main(), loaded_id_);
-    return !refusal || RefuseWith(*refusal);
-  }
-  if (DragLoan.index() == 1 && LoanBal.empty()) {
-    return Refuse(Command3, {"Loan Balance is required, Please use Cal. Payment",
-                             "没有贷款结余，请先计算还款额"});
-  }
-  try {
-    ComputeSchedule(Terms());
-  } catch (const std::exception& error) {
-    return Refuse({fmt::format("Schedule cannot be computed: {}", error.what()),
-                   fmt::format("无法计算时间表：{}", error.what())});
-  }
-  return true;
+  const auto refusal =
+      SpecialSch.checked() ? CheckBackup(main(), loaded_id_) : CheckSchedule(Terms());
+  return !refusal || RefuseWith(*refusal);
 }
 
 bool NewLoanFrm::CheckLowestRate() {
-  if (LoanMode != "New Loan" || DragLoan.text() != "Flexi Loan") return true;
-  const Money lowest = Money::TryText(session().settings.LowInt).value_or(Money());
-  if (Amount(InsRate) >= lowest) return true;
-  const Caption text{fmt::format("Interest rate cannot lower than {}", ShowMoney(lowest)),
-                     fmt::format("利率不可低于 {}", ShowMoney(lowest))};
-  if (session().CurrentLevel >= kAdmin) return Confirm(text);
-  Tell(MessageKind::plain, text);
+  if (LoanMode != "New Loan") return true;
+  const auto odd = OddLowestRate(session().settings, Boxes(*this));
+  if (!odd) return true;
+  if (session().CurrentLevel >= kAdmin) return Confirm(*odd);
+  Tell(MessageKind::plain, *odd);
   return false;
 }
 
 bool NewLoanFrm::CheckInstalmentTotal() {
-  const double T = CDbl(LoanTerm.text());
-  const Money contract = Amount(LoanAmt) + Money::FromDouble((CDbl(Amount(LoanAmt)) / 100) *
-                                                             (CDbl(Amount(InsRate)) / 12) * T);
-  Money total = Amount(FirstPayment);
-  if (LoanTerm.text() != "1") total += Amount(LastPayment);
-  if (LoanTerm.text() != "1" && LoanTerm.text() != "2") {
-    total += Money::FromDouble(T - 2) * Amount(InstallmentAmt);
-  }
-  if (total <= contract) return true;
-  return Confirm({fmt::format("Total installment ({}) more than Loan amount + Interest ({})\n\n"
-                              "Still Proceed ?",
-                              ShowMoney(total), ShowMoney(contract)),
-                  fmt::format("分期总额（{}）多于贷款额加利息（{}）\n\n是否继续？",
-                              ShowMoney(total), ShowMoney(contract))});
+  const auto odd = OddInstalmentTotal(Boxes(*this));
+  return !odd || Confirm({odd->english + "\n\nStill Proceed ?", odd->chinese + "\n\n是否继续？"});
 }
 
 bool NewLoanFrm::CheckLinkAccounts() {
@@ -256,11 +158,9 @@ bool NewLoanFrm::CheckEditedSchedule() {
 }
 
 bool NewLoanFrm::CheckTotalRate() {
-  const double percent = (CDbl(Amount(InsRate)) / 12) * CDbl(LoanTerm.text());
-  if (percent <= 100) return true;
-  return Confirm({fmt::format("Warning!\nTotal Interest {}% are more than 100%, proceed ?",
-                              NumberText(percent)),
-                  fmt::format("警告！\n利息总额 {}% 超过 100%，是否继续？", NumberText(percent))});
+  const auto odd = OddTotalRate(Boxes(*this));
+  return !odd || Confirm({fmt::format("Warning!\n{}, proceed ?", odd->english),
+                          fmt::format("警告！\n{}，是否继续？", odd->chinese)});
 }
 
 bool NewLoanFrm::CheckAmlThreshold() {

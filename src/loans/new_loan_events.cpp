@@ -11,6 +11,7 @@
 #include "core/password_screens.h"
 #include "core/values.h"
 #include "loans/calc_payment.h"
+#include "loans/loan_checks.h"
 #include "loans/new_loan_frm.h"
 #include "loans/step_date.h"
 
@@ -288,27 +289,9 @@ void NewLoanFrm::CalculateLoanAmt() {
 }
 
 bool NewLoanFrm::CheckOldLoanCode() {
-  const std::string text = Trim(OldLoanCode.text());
-  if (text.empty()) return true;
-  const std::string code = QuoteStr(text);
-  const std::string company = QuoteStr(CompCode.text());
-  const std::string statements[] = {
-      fmt::format("SELECT a.LoanID, b.CustName FROM LoanMast as a inner join CustMast as b on "
-                  "a.CustID=b.CustID WHERE a.LoanID <> {} and a.OldLoanCode={} AND a.CompCode = {}",
-                  QuoteStr(loaded_id_), code, company),
-      fmt::format("SELECT l.LoanID,c.CustName FROM LoanMast as l INNER JOIN CustMast as c ON "
-                  "l.CustID=c.CustID WHERE l.LoanID={} AND l.CompCode = {}",
-                  code, company),
-      fmt::format("SELECT CustID,CustName FROM CustMast WHERE CustID={} AND CompCode = {}", code,
-                  company)};
-  for (const std::string& sql : statements) {
-    const Recordset row = main().Query(sql);
-    if (row.Eof()) continue;
-    const std::string name = NullToEmpty(row.Field("CustName"));
-    return Refuse(OldLoanCode, {fmt::format("{} is belong to {} Loan, Please check", text, name),
-                                fmt::format("{} 是属于 {} 的贷款，请检查", text, name)});
-  }
-  return true;
+  const auto refusal =
+      kaunter::CheckAlternateCode(main(), Trim(OldLoanCode.text()), loaded_id_, CompCode.text());
+  return !refusal || RefuseWith(*refusal);
 }
 
 }  // namespace kaunter

@@ -289,12 +289,8 @@ class NewLoanFrm : public LoanScreen {
   // Marks the control and leaves the focus where it is.
   bool RefuseInPlace(Control& control, const Caption& text);
   bool MayAmend();
-  bool CheckRequired();
-  bool CheckFirstInstalment();
-  bool CheckCollateral();
-  bool CheckLateCharge();
-  bool CheckGuarantorIncome();
-  bool CheckScheme();
+  class Boxes;  // as those that know no screen read them
+  bool CheckBoxes();
   bool CheckAlternateCode();
   bool CheckFigures();
   bool CheckOpenTerms();

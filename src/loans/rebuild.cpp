@@ -279,20 +279,6 @@ class LoanRebuild {
 // "0": no loans, no sum.
 std::string SumLiteral(const Value& sum) { return StripCommaOrZero(ShowMoney(sum)); }
 
-void SumCustomer(Connection& main, std::string_view cust_id) {
-  const std::string id = QuoteStr(cust_id);
-  Transaction transaction(main);
-  const Recordset sums = main.Query(
-      "SELECT SUM(LoanAmt) as tTotLoan, SUM(TopUpAmt) as tTopUp, SUM(LoanBal) as tLoanBal FROM "
-      "LoanMast WHERE CustID=" +
-      id);
-  main.Execute(
-      fmt::format("UPDATE CustMast SET TotLoan={},TotTopUpAmt={},TotLoanBal={} WHERE CustID={}",
-                  SumLiteral(sums.Field("tTotLoan")), SumLiteral(sums.Field("tTopUp")),
-                  SumLiteral(sums.Field("tLoanBal")), id));
-  transaction.Commit();
-}
-
 }  // namespace
 
 Rebuilt RebuildLoan(Connection& main, std::string_view loan_id) {
@@ -308,9 +294,23 @@ Rebuilt RebuildLoan(Connection& main, std::string_view loan_id) {
   }
 }
 
+void SumLoansOfCustomer(Connection& main, std::string_view cust_id) {
+  const std::string id = QuoteStr(cust_id);
+  const Recordset sums = main.Query(
+      "SELECT SUM(LoanAmt) as tTotLoan, SUM(TopUpAmt) as tTopUp, SUM(LoanBal) as tLoanBal FROM "
+      "LoanMast WHERE CustID=" +
+      id);
+  main.Execute(
+      fmt::format("UPDATE CustMast SET TotLoan={},TotTopUpAmt={},TotLoanBal={} WHERE CustID={}",
+                  SumLiteral(sums.Field("tTotLoan")), SumLiteral(sums.Field("tTopUp")),
+                  SumLiteral(sums.Field("tLoanBal")), id));
+}
+
 Rebuilt RebuildCustomer(Connection& main, std::string_view cust_id) {
   try {
-    SumCustomer(main, cust_id);
+    Transaction transaction(main);
+    SumLoansOfCustomer(main, cust_id);
+    transaction.Commit();
     return {true, {}, {}, {}};
   } catch (const std::exception&) {
     return {false,

@@ -34,5 +34,7 @@ Rebuilt RebuildLoan(Connection& main, std::string_view loan_id);
 // TotLoan, TotTopUpAmt and TotLoanBal of the customer are the sums over his loans, of any status.
 // In a transaction of its own, so no other may be open.
 Rebuilt RebuildCustomer(Connection& main, std::string_view cust_id);
+// The same inside the caller's transaction. Throws SqlError.
+void SumLoansOfCustomer(Connection& main, std::string_view cust_id);
 
 }  // namespace kaunter

@@ -1,0 +1,30 @@
+#include "loans/drawdown_store.h"
+
+#include <fmt/format.h>
+
+#include "core/record.h"
+#include "core/sequences.h"
+#include "core/values.h"
+
+namespace kaunter {
+
+std::string NextReleaseNumber(Connection& main, std::string_view company) {
+  return NextSeries(main, "DL", company, false, [&main](const std::string& number) {
+    return !main.Query("SELECT SID FROM DrawDownMast WHERE SID=" + QuoteStr(number)).Eof();
+  });
+}
+
+void FollowReleases(Connection& main, std::string_view loan_id) {
+  const std::string id = QuoteStr(loan_id);
+  ExecuteOnRow(main,
+               fmt::format("UPDATE LoanMast SET PayOutAmt=(SELECT SUM(DrawDownAmt) FROM "
+                           "DrawDownMast WHERE LoanID={0}) WHERE LoanID={0}",
+                           id),
+               loan_id);
+  main.Execute(
+      fmt::format("UPDATE LoanMast SET LastDownDate=(SELECT MAX(TrxDate) FROM DrawDownMast WHERE "
+                  "LoanID={0}) WHERE LoanID={0}",
+                  id));
+}
+
+}  // namespace kaunter
