@@ -2,61 +2,17 @@
 
 #include <fmt/format.h>
 
-#include <exception>
 #include <vector>
 
 #include "core/amounts.h"
-#include "core/central_database.h"
-#include "core/log.h"
 #include "core/session.h"
 #include "core/values.h"
 #include "screen/control.h"
-#include "screen/desk.h"
 
 namespace kaunter {
 namespace {
 
 bool IsOn(const Value& value) { return NullToEmpty(value) == "1"; }
-
-// Null is no threshold of its own: every amount exceeds 0.00.
-
-// What is looked up: one number, in the column of its kind.
-struct Lookup {
-  std::string_view number;
-  std::string_view column;
-  std::string_view kind;  // as the message names it
-};
-
-Lookup FirstOf(std::string_view ic, std::string_view passport1, std::string_view passport2) {
-  if (!ic.empty()) return {ic, "NRIC", "IC"};
-  return {passport1.empty() ? passport2 : passport1, "PassportNo", "Passport No"};
-}
-
-// The first entry of the list with the number, as the message tells it; "" when there is none.
-std::string FindEntry(Connection& central, const Lookup& lookup) {
-  const Recordset entry = central.Query(
-      fmt::format("SELECT RefNo,Name,{0},OtherInformation FROM AMLAMast WHERE {0}={1}",
-                  lookup.column, QuoteStr(lookup.number)));
-  if (entry.Eof()) return {};
-  return fmt::format("AML/CFT detected on {}: {}\n\nRef. No.: {}\n\nName: {}\n\n{}", lookup.kind,
-                     NullToEmpty(entry.Field(lookup.column)), NullToEmpty(entry.Field("RefNo")),
-                     NullToEmpty(entry.Field("Name")),
-                     NullToEmpty(entry.Field("OtherInformation")));
-}
-
-// The number stands in the log, so that it can be looked up by hand.
-void NoteAway(const Session& session, std::string_view number, std::string_view why) {
-  try {
-    WriteLog(session,
-             LogLine(session, fmt::format(" - AML/CFT screening of {} not done: {}", number, why)));
-  } catch (const std::exception&) {
-    // A log that cannot be written must not stop the counter either.
-  }
-  if (session.status) {
-    session.status(session.In({"AML/CFT screening not done: the central database is away",
-                               "未能核对反洗钱名单：中央数据库无法连接"}));
-  }
-}
 
 ThresholdDecision Judge(const AMLSettings& aml, Money amount, Money threshold,
                         std::string_view reason, std::string_view default_reason,
@@ -89,29 +45,6 @@ bool LoadAMLSettings(Session& session, std::string_view comp_code) {
                  .AMLAWarning = IsOn(company.Field("AMLAWarning")),
                  .DisableSTR = IsOn(company.Field("DisableSTR"))};
   return session.aml.AMLA;
-}
-
-Screening ScreenIdentity(Session& session, Desk& desk, std::string_view ic,
-                         std::string_view passport1, std::string_view passport2) {
-  if (!session.settings.AMLA || !session.aml.AMLA || !session.aml.AMLACheckIC) {
-    return Screening::clear;
-  }
-  const Lookup lookup = FirstOf(ic, passport1, passport2);
-  if (lookup.number.empty()) return Screening::clear;
-  std::string entry;
-  try {
-    if (!HasCentralDatabase(session)) {
-      NoteAway(session, lookup.number, "no data source AMLA on this PC");
-      return Screening::away;
-    }
-    entry = FindEntry(*OpenCentralDatabase(session), lookup);
-  } catch (const std::exception& failure) {
-    NoteAway(session, lookup.number, failure.what());
-    return Screening::away;
-  }
-  if (entry.empty()) return Screening::clear;
-  desk.Message(MessageKind::warning, "AML/CFT Screening", entry);
-  return Screening::hit;
 }
 
 std::string TidyText(std::string_view text) {

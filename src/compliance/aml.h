@@ -1,5 +1,5 @@
-// Money laundering: the rules of a company, the look-up of identity numbers in the watch list of
-// the central database, the cash thresholds of loans and payments, and the codes of their reasons.
+// Money laundering: the rules of a company, the cash thresholds of loans and payments, and the
+// codes of their reasons. screening.h looks identities up in the watch list.
 //
 // All of it sleeps while the office's setting AMLA is off.
 #pragma once
@@ -12,7 +12,6 @@
 namespace kaunter {
 
 class Session;
-class Desk;
 class ComboBox;
 class Connection;
 struct AMLSettings;
@@ -21,17 +20,6 @@ struct AMLSettings;
 // is not found leaves the earlier rules in place and gives false, and so does an office that has
 // switched the feature off, without asking the database. Throws SqlError.
 bool LoadAMLSettings(Session& session, std::string_view comp_code);
-
-enum class Screening {
-  clear,  // no entry, or nothing to look up
-  hit,    // an entry, told under "AML/CFT Screening"
-  away,   // the central database did not answer: noted in the log and on the status line
-};
-// Looks up one number, the first of the three that is not empty, and only while the company in work
-// takes part and checks identities. A passport number is looked up in another column of the list
-// than a new IC. Never throws: a server that is away must not stop the counter.
-Screening ScreenIdentity(Session& session, Desk& desk, std::string_view ic,
-                         std::string_view passport1, std::string_view passport2);
 
 // A name as the list prints it: no blanks at its ends, one between words.
 std::string TidyText(std::string_view text);

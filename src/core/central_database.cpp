@@ -1,8 +1,13 @@
 #include "core/central_database.h"
 
+#include <mutex>
+#include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "core/session.h"
+#include "platform/sql/within.h"
 
 namespace kaunter {
 namespace {
@@ -11,6 +16,30 @@ constexpr std::string_view kSource = "AMLA";
 constexpr std::string_view kConnection =
     "Provider=SQLOLEDB.1;Persist Security Info=True;Initial Catalog=AMLA;Data Source=AMLA;Connect "
     "Timeout=5";
+
+// What the other thread uses; it may outlive the session.
+struct Line {
+  DataSources sources;
+  Clock clock;
+  std::mutex mutex;
+  std::vector<std::string> traced;  // the session's sink belongs to the thread that asks
+};
+
+class TraceOnward {
+ public:
+  TraceOnward(const Session& session, Line& line) : session_(session), line_(line) {}
+  ~TraceOnward() {
+    if (!session_.trace) return;
+    const std::lock_guard lock(line_.mutex);
+    for (const std::string& sql : line_.traced) session_.trace(kSource, sql);
+  }
+  TraceOnward(const TraceOnward&) = delete;
+  TraceOnward& operator=(const TraceOnward&) = delete;
+
+ private:
+  const Session& session_;
+  Line& line_;
+};
 
 }  // namespace
 
@@ -22,6 +51,22 @@ std::unique_ptr<Connection> OpenCentralDatabase(const Session& session) {
   auto central = OpenConnection(kSource, kConnection, session.data_sources, session.clock);
   if (session.trace) central->SetTrace(session.trace);
   return central;
+}
+
+void AskCentralDatabase(const Session& session, std::chrono::milliseconds limit,
+                        std::function<void(Connection& central)> work) {
+  const auto line = std::make_shared<Line>();
+  line->sources = session.data_sources;
+  line->clock = session.clock;
+  const TraceOnward onward(session, *line);
+  Within(limit, [line, work = std::move(work)] {
+    const auto central = OpenConnection(kSource, kConnection, line->sources, line->clock);
+    central->SetTrace([&line](std::string_view, std::string_view sql) {
+      const std::lock_guard lock(line->mutex);
+      line->traced.emplace_back(sql);
+    });
+    work(*central);
+  });
 }
 
 }  // namespace kaunter

@@ -4,6 +4,8 @@
 // Server, account and password stand in the settings of the PC, as the data source "AMLA".
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <memory>
 
 #include "platform/sql/connection.h"
@@ -16,5 +18,9 @@ class Session;
 bool HasCentralDatabase(const Session& session);
 // Throws SqlError when it is away.
 std::unique_ptr<Connection> OpenCentralDatabase(const Session& session);
+// Opens it for `work` and closes it, all on another thread, and waits no longer than the limit for
+// the whole (platform/sql/within.h): the work must own all that it touches. Throws SqlError.
+void AskCentralDatabase(const Session& session, std::chrono::milliseconds limit,
+                        std::function<void(Connection& central)> work);
 
 }  // namespace kaunter

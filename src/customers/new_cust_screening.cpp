@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "compliance/aml.h"
+#include "compliance/screening.h"
 #include "compliance/suspicion.h"
 #include "core/audit.h"
 #include "core/screen_rights.h"
@@ -21,30 +22,23 @@ void NewCustFrm::TidyBox(TextBox& box) {
 void NewCustFrm::ScreenOnLeave(const std::string& ic, const std::string& passport) {
   if (!session().settings.AMLA) return;
   FollowCompany();
-  if (ScreenIdentity(session(), desk(), ic, passport, {}) == Screening::hit) {
+  if (ScreenIdentity(session(), desk(), {ic, passport}) == Screening::hit) {
     ShowListed();
   } else {
     CustStatus.SetEnabled(true);
   }
 }
 
-// Each number by itself, so that one does not hide another.
+// Each number by itself, so that one does not hide another; all of them in the time of one.
 void NewCustFrm::ScreenSaved() {
   if (!session().settings.AMLA) return;
   FollowCompany();
   const std::string none;
-  const struct {
-    const std::string& ic;
-    const std::string& passport1;
-    const std::string& passport2;
-  } checks[] = {
-      {CustNIC.text(), none, none}, {none, CustOIC.text(), none}, {none, none, CustOthIC.text()}};
-  for (const auto& check : checks) {
-    const Screening found =
-        ScreenIdentity(session(), desk(), check.ic, check.passport1, check.passport2);
-    // The other numbers would only wait for the same server.
-    if (found == Screening::away) return;
-    if (found != Screening::hit) continue;
+  const auto results = LookUpIdentities(
+      session(), {{CustNIC.text()}, {none, CustOIC.text()}, {none, none, CustOthIC.text()}});
+  for (const ScreeningResult& result : results) {
+    if (result.found != Screening::hit) continue;
+    TellHit(desk(), result);
     ShowListed();
     if (ExecSql(session(), desk(),
                 fmt::format("UPDATE CustMast SET CustStatus='AMLA' where CustID={}",

@@ -3,10 +3,16 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <thread>
+
+#include "compliance/screening.h"
 #include "core/schema_text.h"
 #include "screen/control.h"
 #include "screen/screen.h"
 #include "tests/core/office.h"
+#include "tests/support/odbc_driver.h"
+#include "tests/support/silent_server.h"
 
 namespace kaunter {
 namespace {
@@ -36,7 +42,7 @@ class Aml : public ::testing::Test {
     office.session.data_sources.Add("AMLA", {DataSource::Kind::kEmbedded, file});
   }
   Screening Screen(const char* ic, const char* passport1 = "", const char* passport2 = "") {
-    return ScreenIdentity(office.session, office.desk, ic, passport1, passport2);
+    return ScreenIdentity(office.session, office.desk, {ic, passport1, passport2});
   }
 
   Office office;
@@ -114,6 +120,73 @@ TEST_F(Aml, AServerThatIsAwayIsNotedAndDoesNotStopTheCounter) {
   std::filesystem::remove_all(office.folder.File("logs"));
   office.session.status = nullptr;
   EXPECT_EQ(Screen("700101-10-1111"), Screening::away);
+}
+
+// A host that takes the call and is silent, and one that swallows it, through both drivers: three
+// numbers are not waited for three times.
+TEST(AmlTime, TheCounterWaitsFiveSecondsInAll) {
+  using Manner = test::SilentServer::Manner;
+  const std::string kDrivers[] = {testing::FreeTdsDriver() + ";TDS_Version=7.4;Server=127.0.0.1",
+                                  testing::PostgresDriver() + ";Server=127.0.0.1"};
+  std::vector<std::thread> counters;
+  for (const std::string& driver : kDrivers) {
+    for (const Manner manner : {Manner::takes_the_call, Manner::swallows}) {
+      counters.emplace_back([&driver, manner] {
+        const test::SilentServer server(manner);
+        Office office(Office::State::base);
+        office.session.settings.AMLA = true;
+        office.session.aml.AMLA = office.session.aml.AMLACheckIC = true;
+        office.session.data_sources.Add(
+            "AMLA", {DataSource::Kind::kOdbc,
+                     "Driver=" + driver + ";UID=aml;PWD=hush;Port=" + server.port()});
+        const auto begin = std::chrono::steady_clock::now();
+        const auto results = LookUpIdentities(office.session, {{"700101-10-1111"}, {"", "A1"}, {}});
+        const auto waited = std::chrono::steady_clock::now() - begin;
+        EXPECT_GE(waited, std::chrono::milliseconds(4500)) << driver;
+        EXPECT_LT(waited, std::chrono::milliseconds(6000)) << driver;
+        EXPECT_EQ(results[0].found, Screening::away);
+        EXPECT_EQ(results[1].found, Screening::away);
+        EXPECT_EQ(results[2].found, Screening::clear);  // nothing to ask
+        ASSERT_EQ(office.Log().size(), 1u) << driver;
+        EXPECT_NE(office.Log()[0].find("screening of 700101-10-1111, A1 not done"),
+                  std::string::npos);
+        EXPECT_EQ(office.Log()[0].find("hush"), std::string::npos);
+      });
+    }
+  }
+  for (std::thread& counter : counters) counter.join();
+}
+
+// The list answers one number and then no more: that answer holds.
+TEST_F(Aml, WhatWasAnsweredBeforeTheLineBrokeHolds) {
+  const std::string file = office.folder.File("half.db");
+  OpenSqlite("AMLA", file, true, office.session.clock)
+      ->Execute(
+          "CREATE TABLE AMLAMast (RefNo nvarchar(50),Name nvarchar(300),NRIC nvarchar(50),"
+          "OtherInformation nvarchar(max));"
+          "INSERT INTO AMLAMast VALUES ('UN-7','ALI','700101-10-1111','')");
+  Central(file);
+  LoadAMLSettings(office.session, "HQ");
+  const auto results =
+      LookUpIdentities(office.session, {{"700101-10-1111"}, {"", "A1234567"}, {"800131-10-5555"}});
+  EXPECT_EQ(results[0].found, Screening::hit);
+  EXPECT_EQ(results[1].found, Screening::away);
+  EXPECT_EQ(results[2].found, Screening::away);
+  EXPECT_NE(office.Log().at(0).find("screening of A1234567, 800131-10-5555 not done"),
+            std::string::npos);
+}
+
+// The statement is seen as any other is.
+TEST_F(Aml, ALookUpStandsInTheTrace) {
+  MakeCentral();
+  LoadAMLSettings(office.session, "HQ");
+  std::string traced;
+  office.session.trace = [&](std::string_view connection, std::string_view sql) {
+    traced.append(connection).append("|").append(sql);
+  };
+  EXPECT_EQ(Screen("O'Hara"), Screening::clear);
+  EXPECT_EQ(traced,
+            "AMLA|SELECT RefNo,Name,NRIC,OtherInformation FROM AMLAMast WHERE NRIC='O''Hara'");
 }
 
 TEST(AmlText, NamesStandAsTheListPrintsThem) {

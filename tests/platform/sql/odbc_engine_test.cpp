@@ -1,9 +1,6 @@
 // The ODBC engine through two real drivers: SQLite's (ANSI, one statement a call, loosely typed)
 // and PostgreSQL's (Unicode, batches, true types) with a server of the tests' own.
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -13,8 +10,9 @@
 #include "platform/sql/odbc/odbc_connection.h"
 #include "platform/sql/waiting.h"
 #include "tests/platform/support/error_number.h"
-#include "tests/platform/support/odbc_driver.h"
 #include "tests/platform/support/test_engine.h"
+#include "tests/support/odbc_driver.h"
+#include "tests/support/silent_server.h"
 
 namespace kaunter {
 namespace {
@@ -418,25 +416,16 @@ TEST(OdbcSources, AnSqlServerThatIsNotThereIsTold) {
 
 // A server that takes the call and never speaks: the connection text says how long a counter waits.
 TEST(OdbcSources, AServerThatNeverAnswersIsGivenUpAfterTheTimeThatTheTextNames) {
-  const int ear = socket(AF_INET, SOCK_STREAM, 0);
-  ASSERT_GE(ear, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t length = sizeof address;
-  ASSERT_EQ(bind(ear, reinterpret_cast<sockaddr*>(&address), length), 0);
-  ASSERT_EQ(listen(ear, 4), 0);
-  ASSERT_EQ(getsockname(ear, reinterpret_cast<sockaddr*>(&address), &length), 0);
+  const test::SilentServer server(test::SilentServer::Manner::takes_the_call);
   DataSources sources;
-  sources.Add("AMLA", {DataSource::Kind::kOdbc, "Driver=" + testing::FreeTdsDriver() +
-                                                    ";TDS_Version=7.4;Server=127.0.0.1;Port=" +
-                                                    std::to_string(ntohs(address.sin_port))});
+  sources.Add("AMLA", {DataSource::Kind::kOdbc,
+                       "Driver=" + testing::FreeTdsDriver() +
+                           ";TDS_Version=7.4;Server=127.0.0.1;Port=" + server.port()});
   const auto begin = std::chrono::steady_clock::now();
   EXPECT_THROW(OpenConnection("AMLA", "Data Source=AMLA;Initial Catalog=AMLA;Connect Timeout=2",
                               sources, Clock()),
                SqlError);
   const auto waited = std::chrono::steady_clock::now() - begin;
-  close(ear);
   EXPECT_GE(waited, std::chrono::seconds(1)) << "it was given no time at all";
   EXPECT_LT(waited, std::chrono::seconds(8));
 }

@@ -10,8 +10,8 @@
 #include "platform/sql/odbc/odbc_connection.h"
 #include "platform/sql/waiting.h"
 #include "tests/platform/support/error_number.h"
-#include "tests/platform/support/odbc_driver.h"
 #include "tests/platform/support/test_engine.h"
+#include "tests/support/odbc_driver.h"
 
 namespace kaunter {
 namespace {

@@ -18,7 +18,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "tests/platform/support/odbc_driver.h"
+#include "tests/support/odbc_driver.h"
 
 namespace kaunter::testing {
 namespace {

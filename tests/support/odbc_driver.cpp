@@ -1,4 +1,4 @@
-#include "tests/platform/support/odbc_driver.h"
+#include "tests/support/odbc_driver.h"
 #include "tests/support/places.h"
 
 #include <filesystem>
