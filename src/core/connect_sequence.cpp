@@ -209,6 +209,7 @@ void PatchUnlessThere(Start& start, const Patch& patch) {
 
 void PatchChargeIndex(Start& start) { PatchUnlessThere(start, patches::kChargeIndex); }
 void PatchCashBookOpening(Start& start) { PatchUnlessThere(start, patches::kCashBookOpening); }
+void PatchEInvSending(Start& start) { PatchUnlessThere(start, patches::kEInvSending); }
 
 // --- the sequence. Some patches rely on earlier ones; the order never changes.
 
@@ -260,6 +261,7 @@ const std::vector<Step>& Steps() {
       PatchWith(patches::kChargeIndex, PatchChargeIndex),
       PatchOnce(patches::kCompanyPictures),
       PatchWith(patches::kCashBookOpening, PatchCashBookOpening),
+      PatchWith(patches::kEInvSending, PatchEInvSending),
   };
   return steps;
 }

@@ -218,6 +218,17 @@ const Patch kCashBookOpening = {
      "create index IX_CashBook_CompCode_TranDate on CashBook (CompCode,TranDate)",
      "INSERT INTO Systemast (Param,Value) VALUES ('CashBookOpening','1')"}};
 
+// What is on its way to the e-invoicing service, a row a line of a document and what is asked of
+// it.
+const Patch kEInvSending = {
+    "EInvSending",
+    {"CREATE TABLE EInvSending (eInvID nvarchar(50) NOT NULL, SeqNo int NOT NULL, "
+     "Mode nvarchar(10) NOT NULL, Stamp nvarchar(50) NULL, State nvarchar(20) NULL, "
+     "UserID nvarchar(50) NULL, PCName nvarchar(100) NULL, SentAt datetime NULL, "
+     "uuid nvarchar(100) NULL, Reply nvarchar(500) NULL, "
+     "CONSTRAINT PK_EInvSending PRIMARY KEY (eInvID,SeqNo,Mode))",
+     "INSERT INTO Systemast (Param,Value) VALUES ('EInvSending','1')"}};
+
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
     "UserID nvarchar(50) NULL, "

@@ -39,6 +39,7 @@ extern const Patch kLongDescription;
 extern const Patch kChargeIndex;
 extern const Patch kCompanyPictures;
 extern const Patch kCashBookOpening;
+extern const Patch kEInvSending;
 
 // Made when the table is missing, without a key.
 extern const std::string_view kHolidayMast;

@@ -9,6 +9,7 @@
 #include "core/settings.h"
 #include "core/values.h"
 #include "einvoice/json.h"
+#include "einvoice/service_access.h"
 
 namespace kaunter {
 namespace {
@@ -70,31 +71,28 @@ bool InvoiceService::GetToken() {
   token_.clear();
   const Recordset row = session_.Main().Query(
       "select ClientID,ClientSecret from CompMast where compcode=" + QuoteStr(comp_code_));
-  const std::string id = row.Eof() ? std::string() : NullToEmpty(row.Field("ClientID"));
-  const std::string secret = row.Eof() ? std::string() : NullToEmpty(row.Field("ClientSecret"));
+  const ServiceClient client =
+      row.Eof() ? ServiceClient()
+                : ServiceClient{NullToEmpty(row.Field(0)), NullToEmpty(row.Field(1))};
   const std::string url =
       ScalarQuery(session_.Main(), "SELECT Value FROM Systemast where Param='GetTokenInv'");
-  if (id.empty() || secret.empty()) {
-    return NoToken({fmt::format("company {} has no client id and secret", comp_code_),
-                    fmt::format("公司 {} 没有 client id 和 secret", comp_code_)});
+  if (client.id.empty()) {
+    return NoToken({fmt::format("company {} has no Client ID", comp_code_),
+                    fmt::format("公司 {} 没有客户编号", comp_code_)});
   }
   if (url.empty()) {
-    return NoToken({"the address for the token (GetTokenInv) is not set",
-                    "没有设定取得令牌的地址（GetTokenInv）"});
+    return NoToken({"the setting GetTokenInv names no address for a token",
+                    "设定 GetTokenInv 没有取得令牌的网址"});
   }
-  mask_.Add(id);
-  mask_.Add(secret);
   try {
-    const std::string reply = http_.HttpSend(
-        "POST", url, "grant_type=client_credentials&client_id=" + id + "&client_secret=" + secret,
-        "", "form");
-    token_ = Parse(reply).Item("access_token").ToText();
-    mask_.Add(token_);
-    const std::string said = Shortened(WithoutSecrets(reply));
+    std::string refusal;
+    token_ = RequestToken(http_, mask_, url, client, {}, &refusal);
     if (token_.empty()) {
+      const std::string said = Shortened(refusal);
       return NoToken({"the service gave none: " + said, "服务没有给令牌：" + said});
     }
   } catch (const HttpFailure& failure) {
+    LogRollback(session_, "Get Token " + comp_code_, failure);
     return NoToken({failure.what(), failure.what()});
   }
   trouble_ = {};

@@ -20,15 +20,17 @@ ServiceClient TinClient(Connection& main, std::string_view comp_code) {
 }
 
 std::string RequestToken(HttpClient& http, SecretMask& secrets, const std::string& url,
-                         const ServiceClient& client, std::string_view scope) {
+                         const ServiceClient& client, std::string_view scope,
+                         std::string* refusal) {
   secrets.Add(client.id);
   secrets.Add(client.secret);
   const std::string body =
       fmt::format("grant_type=client_credentials{}{}&client_id={}&client_secret={}",
                   scope.empty() ? "" : "&scope=", scope, client.id, client.secret);
-  const std::string token =
-      Parse(http.HttpSend("POST", url, body, {}, "form")).Item("access_token").ToText();
+  const std::string reply = http.HttpSend("POST", url, body, {}, "form");
+  const std::string token = Parse(reply).Item("access_token").ToText();
   secrets.Add(token);
+  if (token.empty() && refusal != nullptr) *refusal = secrets.Hide(reply);
   return token;
 }
 

@@ -20,8 +20,10 @@ struct ServiceClient {
 ServiceClient TinClient(Connection& main, std::string_view comp_code);
 
 // Posts the request for a token, values as they stand, and gives the token of the reply, "" where
-// it has none; it joins the secrets. Throws HttpFailure.
+// it has none; it joins the secrets. What the service said instead goes to `refusal`, without
+// secrets. Throws HttpFailure.
 std::string RequestToken(HttpClient& http, SecretMask& secrets, const std::string& url,
-                         const ServiceClient& client, std::string_view scope = {});
+                         const ServiceClient& client, std::string_view scope = {},
+                         std::string* refusal = nullptr);
 
 }  // namespace kaunter

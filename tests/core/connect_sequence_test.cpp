@@ -66,12 +66,27 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                   "AutoProcessingFeeRate", "AutoStampingFeeRate", "AutoLoanPurpose", "EInvCustName",
                   "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
                   "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex",
-                  "CompanyPictures", "CashBookOpening"));
-  for (const char* key :
-       {"Patch-Drawdown", "AMLA", "DataExportFlag", "DisableSTR", "LampiranA", "OrgDueDate", "EInv",
-        "EInvCustName", "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
-        "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex", "CompanyPictures",
-        "CashBookOpening"}) {
+                  "CompanyPictures", "CashBookOpening", "EInvSending"));
+  for (const char* key : {"Patch-Drawdown",
+                          "AMLA",
+                          "DataExportFlag",
+                          "DisableSTR",
+                          "LampiranA",
+                          "OrgDueDate",
+                          "EInv",
+                          "EInvCustName",
+                          "EInvCancel",
+                          "LocalClientSecret",
+                          "OrgDueDate2",
+                          "LHDNQR",
+                          "LastDownDate",
+                          "CreateSelfBillTable",
+                          "SuppCity",
+                          "MasterReportS4",
+                          "ChargeIndex",
+                          "CompanyPictures",
+                          "CashBookOpening",
+                          "EInvSending"}) {
     EXPECT_EQ(ReadSetting(office.session.Main(), key), "1") << key;
   }
   auto shape = office.Shape();

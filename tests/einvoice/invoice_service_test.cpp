@@ -38,7 +38,7 @@ TEST(InvoiceService, WithoutATokenItTellsWhyAndLeavesTheRefusalToTheService) {
       {"UPDATE Systemast SET Value='http://127.0.0.1:1/x' WHERE Param='GetTokenInv'", "127.0.0.1"},
       {"UPDATE Systemast SET Value='file:///etc/passwd' WHERE Param='GetTokenInv'", "http"},
       {"DELETE Systemast WHERE Param='GetTokenInv'", "GetTokenInv"},
-      {"UPDATE CompMast SET ClientID=NULL", "client id"}};
+      {"UPDATE CompMast SET ClientID=NULL", "Client ID"}};
   for (const auto& one : cases) {
     office.Run(one.change);
     EXPECT_NE(service.LoadSupplier("HQ"), "");

@@ -1,0 +1,65 @@
+// What was sent and not yet recorded. Before a request for a document goes out, its row of
+// EInvSending says so; a process that dies before the answer is recorded, or an answer that never
+// came, leaves the row behind, and the document counts as "unknown" until a person settles it.
+//
+// A row is claimed in one statement, whose count tells which of two desktops may send: the table's
+// key (document, line, submission or cancellation) or the stamp of the row that was seen decides,
+// on every engine.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/date_time.h"
+
+namespace kaunter {
+
+class Session;
+
+struct SendingMark {
+  enum class State {
+    none,      // never sent by this program
+    sending,   // a request went out, its answer is not known
+    answered,  // the service gave a uuid, which is not recorded yet
+    recorded,
+    refused,  // the service said no
+    free,     // nothing had gone out, or a person told that the service does not have it
+  };
+  State state = State::none;
+  std::string stamp;  // of the last claim; "" without a row
+  std::string user;
+  std::string computer;
+  std::string sent_at;  // dd-mm-yyyy hh:nn:ss
+  std::string uuid;     // what the service gave
+  std::string reply;    // why it refused, or what went wrong
+
+  bool Unknown() const { return state == State::sending || state == State::answered; }
+};
+
+class SendingMarks {
+ public:
+  // `mode` is "Submit" or "Cancel".
+  SendingMarks(Session& session, std::string_view mode) : session_(session), mode_(mode) {}
+
+  using Line = std::pair<std::string, std::string>;  // eInvID, SeqNo
+  std::map<Line, SendingMark> Read(const std::vector<Line>& lines) const;
+  SendingMark ReadOne(const Line& line) const;
+
+  // The document is this desktop's to send, if its mark is still the one that was seen. Gives the
+  // new mark, or nothing when another desktop was first.
+  std::optional<SendingMark> Claim(const Line& line, const SendingMark& seen) const;
+  // Writes what became of a claim; nothing once somebody else has claimed the document since.
+  // `mark` takes it over.
+  void Settle(const Line& line, SendingMark& mark, SendingMark::State state, std::string_view uuid,
+              std::string_view reply) const;
+
+ private:
+  Session& session_;
+  std::string mode_;
+};
+
+}  // namespace kaunter
