@@ -26,7 +26,7 @@ std::string Shortened(const std::string& text) {
 
 }  // namespace
 
-std::string OneLine(std::string_view text) {
+std::string AddressLine(std::string_view text) {
   std::string line;
   for (std::size_t at = 0; at < text.size(); ++at) {
     const bool cr = text[at] == '\r';
@@ -57,7 +57,7 @@ std::string InvoiceService::LoadSupplier(const std::string& comp_code) {
       R"(,"telephone":)" + field("Phone") + R"(,"email":)" + field("Email") +
       R"(,"address": {"postal_code":)" + field("Postcode") + R"(,"city":)" + field("City") +
       R"(,"state_code":)" + field("State") + R"(,"country_code":)" + field("Country") +
-      R"(,"addresses": [)" + JsonQuote(OneLine(NullToEmpty(row.Field("Address")))) + "]}},";
+      R"(,"addresses": [)" + JsonQuote(AddressLine(NullToEmpty(row.Field("Address")))) + "]}},";
   GetToken();
   return text;
 }

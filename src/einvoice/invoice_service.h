@@ -14,7 +14,7 @@
 namespace kaunter {
 
 // Each line end a blank: an address in a document.
-std::string OneLine(std::string_view text);
+std::string AddressLine(std::string_view text);
 
 class InvoiceService {
  public:

@@ -19,7 +19,7 @@ TEST(InvoiceService, TheCompanyAsDocumentsNameIt) {
       R"("email":"hq@office.example","address": {"postal_code":"50000","city":"Kuala Lumpur",)"
       R"("state_code":"14","country_code":"MYS","addresses": ["1 Jalan Satu Taman Dua"]}},)");
   EXPECT_TRUE(service.has_token());
-  EXPECT_EQ(OneLine("a\r\nb\rc\nd\n"), "a b c d ");
+  EXPECT_EQ(AddressLine("a\r\nb\rc\nd\n"), "a b c d ");
 
   // A company without tax identity asks for no token, and has none of the company before.
   EXPECT_EQ(service.LoadSupplier("AB"), "");
