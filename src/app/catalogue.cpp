@@ -40,6 +40,7 @@
 #include "core/values.h"
 #include "customers/frm_nic.h"
 #include "customers/new_cust_frm.h"
+#include "einvoice/self_bill_frm.h"
 #include "links/link_acc_setup_frm.h"
 #include "links/link_db_frm.h"
 #include "loans/drawdown.h"
@@ -117,6 +118,7 @@ constexpr Entry kScreens[] = {
     {"ReportFrm", Make<ReportFrm>},
     {"ReturnFiguresFrm", Make<ReturnFiguresFrm>},
     {"Settlementfrm", Make<Settlementfrm>},
+    {"SelfBillFrm", Make<SelfBillFrm>},
     {"SetupFrm", Make<SetupFrm>},
     {"SIProcessfrm", Make<SIProcessfrm>},
     {"SpecialRpt", Make<SpecialRpt>},

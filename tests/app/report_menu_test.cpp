@@ -291,8 +291,8 @@ TEST(ReportMenu, AnOwnFileTakesCriteriaAndRightOfTheFileThatItIsLike) {
 TEST(ReportMenu, WhatComesWithLaterSubsystemsIsGreyInAnInstalledCopy) {
   MenuOffice o(test::SourceDir() + "/reports");
   o.Start();
-  for (const char* entry : {"SMSSentCompMnu", "SMSSentHPMnu", "SMSFunctionMnu", "SMSTemplateMnu",
-                            "EInvMenu", "SelfBillMnu"}) {
+  for (const char* entry :
+       {"SMSSentCompMnu", "SMSSentHPMnu", "SMSFunctionMnu", "SMSTemplateMnu", "EInvMenu"}) {
     EXPECT_FALSE(o.Enabled(entry)) << entry;
   }
   for (const char* entry : {"AgreeRpt", "LoanRptMnu", "StatementofAccRptMnu", "PrintingMnu",

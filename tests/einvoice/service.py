@@ -29,6 +29,7 @@ What the service does beside that is asked for at /stand-in:
   GET  /stand-in/lines      the same, a line each, parted by tabs: number, method, path, token, the
                             document or uuid it is about, fault, the uuid that was answered
   GET  /stand-in/flat?n=N   the body of request N, a line a member: its path, a tab, its value
+  GET  /stand-in/body?n=N   the body of request N as it came
   PUT  /stand-in/forget     nothing was received and no document is known
 
 The kinds of faults; those marked * happen after the document was taken:
@@ -319,6 +320,8 @@ class Handler(BaseHTTPRequestHandler):
             return self.reply(200, json.dumps(service.received))
         if (method, path) == ("GET", "/stand-in/lines"):
             return self.reply(200, "".join(line(note) for note in service.received), "text/plain")
+        if (method, path) == ("GET", "/stand-in/body"):
+            return self.reply(200, service.received[int(query["n"][0])]["body"], "text/plain")
         if (method, path) == ("GET", "/stand-in/flat"):
             return self.reply(200, "\n".join(flat(strict_json(service.received[int(query["n"][0])]["body"]))), "text/plain")
         return self.reply(404, "{}")

@@ -77,6 +77,10 @@ class StandIn {
   std::string Flat(int number) {
     return Speak("GET", "/stand-in/flat?n=" + std::to_string(number), "");
   }
+  // The body of a request as it came.
+  std::string Body(int number) {
+    return Speak("GET", "/stand-in/body?n=" + std::to_string(number), "");
+  }
 
  private:
   [[noreturn]] static void Fail(const std::string& why) {

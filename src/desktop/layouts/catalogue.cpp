@@ -19,7 +19,7 @@ const std::vector<Layout>& AllLayouts() {
       FrmBuyGoldLayout(),        FrmSellGoldLayout(),       PersonalEpxFrmLayout(),
       SupplierfrmLayout(),       SuppTransfrmLayout(),      ReturnFiguresFrmLayout(),
       NplLoanFrmLayout(),        LampiranB1Layout(),        AMLAFrmLayout(),
-      NPLExportfrmLayout(),      SIProcessfrmLayout(),
+      NPLExportfrmLayout(),      SIProcessfrmLayout(),      SelfBillFrmLayout(),
   };
   return layouts;
 }

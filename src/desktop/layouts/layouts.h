@@ -43,5 +43,6 @@ Layout FrmSellGoldLayout();
 Layout ReturnFiguresFrmLayout();
 Layout NplLoanFrmLayout();
 Layout LampiranB1Layout();
+Layout SelfBillFrmLayout();
 
 }  // namespace kaunter
