@@ -40,6 +40,7 @@
 #include "core/values.h"
 #include "customers/frm_nic.h"
 #include "customers/new_cust_frm.h"
+#include "einvoice/ecust_mast.h"
 #include "einvoice/self_bill_frm.h"
 #include "links/link_acc_setup_frm.h"
 #include "links/link_db_frm.h"
@@ -86,6 +87,7 @@ constexpr Entry kScreens[] = {
     {"CompProfileFrm", Make<CompProfileFrm>},
     {"Drawdown", Make<Drawdown>},
     {"DueDateFrm", Make<DueDateFrm>},
+    {"ECustMast", Make<ECustMast>},
     {"FollowupFrm", Make<FollowupFrm>},
     {"FrmBuyGold", Make<FrmBuyGold>},
     {"frmNIC", Make<frmNIC>},

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "core/open_for.h"
 #include "core/picker.h"
 #include "core/picture_file.h"
 #include "core/values.h"
@@ -78,6 +79,10 @@ CompCodeFrm::CompCodeFrm(Session& session, Desk& desk)
   OfferPicture(session, Letterhead);
   AMLALoan.onLeave = [this] { CheckAmount(AMLALoan); };
   AMLAPayment.onLeave = [this] { CheckAmount(AMLAPayment); };
+  ECust.onClick = [this] {
+    OpenFor(this->session(), this->desk(), "ECustMast", "E-Invoice",
+            HandOver{CompCode.text(), {}, {}});
+  };
   SaveCmd.onClick = [this] { Save(); };
   CmdClear.onClick = [this] {
     if (MayLeaveRecord(record_.Changed())) ClearAll();
@@ -89,6 +94,7 @@ void CompCodeFrm::Load() {
   record_.TakeWidths(main());
   FillItems(AreaCode, main(), "SELECT AreaCode FROM AreaMast ORDER BY AreaCode");
   CmdDelete.SetEnabled(false);
+  ECust.SetVisible(session().settings.EInv && desk().CanShow("ECustMast"));
   record_.Remember();
 }
 

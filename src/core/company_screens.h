@@ -58,6 +58,7 @@ class CompCodeFrm : public SessionScreen {
       *this, "MyTaxClientID", {"Tax Client ID", "税务客户编号"}, Kind::text, &TaxPage};
   TextBox MyTaxClientSecret{
       *this, "MyTaxClientSecret", {"Tax Client Secret", "税务客户密钥"}, Kind::password, &TaxPage};
+  Button ECust{*this, "ECust", {"Tax &Identity", "税务资料(&I)"}, ButtonRole::plain, &TaxPage};
   Button SaveCmd{*this, "SaveCmd", {"&Save", "储存(&S)"}, ButtonRole::primary};
   Button CmdClear{*this, "CmdClear", {"C&lear", "清除(&L)"}};
   Button CmdDelete{*this, "CmdDelete", {"&Delete", "删除(&D)"}, ButtonRole::danger};

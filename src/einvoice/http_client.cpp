@@ -120,7 +120,9 @@ class HttpClient::Line {
     Set(CURLOPT_WRITEFUNCTION, TakeReply);
     Set(CURLOPT_WRITEDATA, &transfer);
     // The library sends a request anew on a fresh line when an old one turns out to be closed. A
-    // body that it cannot rewind keeps it from that once the first byte has left.
+    // body that it cannot rewind keeps it from that once the first byte has left; what has no body
+    // gets a line of its own.
+    if (body.empty()) Set(CURLOPT_FRESH_CONNECT, 1L);
     if (method != "GET") {
       Set(CURLOPT_UPLOAD, 1L);
       Set(CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(body.size()));

@@ -100,9 +100,16 @@ std::string TaxCodeName(Connection& main, const TaxCodeTable& of, std::string_vi
 }
 
 std::string StateCodeOf(Connection& main, std::string_view state_name) {
-  const std::string name = Trim(state_name);
+  std::string name = Trim(state_name);
   if (name.empty()) return {};
-  return ScalarQuery(main, "SELECT StateCode FROM eState WHERE StateName=" + QuoteStr(name));
+  const auto code = [&main](const std::string& of) {
+    return ScalarQuery(main, "SELECT StateCode FROM eState WHERE StateName=" + QuoteStr(of));
+  };
+  if (std::string found = code(name); !found.empty()) return found;
+  // "W.P. LABUAN", as the record of a customer has it.
+  constexpr std::string_view kShort = "W.P. ";
+  if (!SameText(name.substr(0, kShort.size()), kShort)) return {};
+  return code("Wilayah Persekutuan " + name.substr(kShort.size()));
 }
 
 }  // namespace kaunter

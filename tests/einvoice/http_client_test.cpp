@@ -85,7 +85,7 @@ TEST_F(HttpClientTest, SendsWhatIsTold) {
     for (const std::string& part : row.has) EXPECT_THAT(sent, HasSubstr(part));
     for (const std::string& part : row.has_not) EXPECT_THAT(sent, Not(HasSubstr(part)));
   }
-  EXPECT_EQ(server.lines(), 1);  // one line for all of them
+  EXPECT_EQ(server.lines(), 3);  // one line for all that have a body
   const std::string large(3'000'000, 'x');
   client.HttpSend("POST", server.Url(), large, "", "json");
   EXPECT_THAT(server.requests().back(), ::testing::EndsWith("\r\n\r\n" + large));
@@ -134,11 +134,14 @@ TEST_F(HttpClientTest, NeverSendsTwice) {
   RawServer server([](int number, const std::string&) {
     return number % 2 == 0 ? Reply("first") : std::string();
   });
-  for (int i = 0; i < 5; ++i) {
+  for (const auto& [method, body] : std::vector<std::pair<const char*, const char*>>{
+           {"POST", "body"}, {"PUT", "{}"}, {"GET", ""}, {"POST", ""}}) {
+    SCOPED_TRACE(method);
+    const std::size_t before = server.requests().size();
     EXPECT_EQ(Send(server.Url()), "first");
-    EXPECT_TRUE(MaybeTaken(server.Url()));
+    EXPECT_THROW(client.HttpSend(method, server.Url(), body, "", ""), HttpFailure);
+    EXPECT_EQ(server.requests().size(), before + 2);
   }
-  EXPECT_EQ(server.requests().size(), 10U);
 }
 
 TEST_F(HttpClientTest, APersonMayGiveUpAndALateReplyIsNobodys) {

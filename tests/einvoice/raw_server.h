@@ -81,9 +81,12 @@ class RawServer {
     while (Ready(listener_)) {
       const int line = accept(listener_, nullptr, nullptr);
       ++lines_;
-      Talk(line);
-      close(line);
+      talks_.emplace_back([this, line] {
+        Talk(line);
+        close(line);
+      });
     }
+    for (std::thread& talk : talks_) talk.join();
   }
 
   void Talk(int line) {
@@ -127,6 +130,7 @@ class RawServer {
   std::atomic<int> lines_ = 0;
   mutable std::mutex mutex_;
   std::vector<std::string> requests_;
+  std::vector<std::thread> talks_;
   std::thread thread_;
 };
 

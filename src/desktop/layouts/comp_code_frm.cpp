@@ -13,8 +13,9 @@ Layout CompCodeFrmLayout() {
   const LayoutNode aml =
       Across({Group({"Screening", "审查"}, 1, {"AMLA", "AMLACheckIC", "AMLAWarning", "DisableSTR"}),
               Group({"Thresholds", "限额"}, 1, {"AMLALoan", "AMLAPayment", "AMLAOfficer"})});
-  const LayoutNode tax =
-      Fields(1, {"SQLPath", "ClientID", "ClientSecret", "MyTaxClientID", "MyTaxClientSecret"});
+  const LayoutNode tax = Down(
+      {Fields(1, {"SQLPath", "ClientID", "ClientSecret", "MyTaxClientID", "MyTaxClientSecret"}),
+       ButtonsHere({"ECust"})});
   return {"CompCodeFrm",
           {980, 600},
           Tabs("Pages", {Page("CompanyPage", company), Page("AmlPage", aml), Page("TaxPage", tax)}),

@@ -44,5 +44,6 @@ Layout ReturnFiguresFrmLayout();
 Layout NplLoanFrmLayout();
 Layout LampiranB1Layout();
 Layout SelfBillFrmLayout();
+Layout ECustMastLayout();
 
 }  // namespace kaunter
