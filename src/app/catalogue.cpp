@@ -2,6 +2,7 @@
 
 #include "app/menu_table.h"
 #include "bank/is_setup_frm.h"
+#include "bank/payment_reader_frm.h"
 #include "bank/si_process_frm.h"
 #include "cash/buy_gold_frm.h"
 #include "cash/cash_book_frm.h"
@@ -111,6 +112,7 @@ constexpr Entry kScreens[] = {
     {"NPLLoanFrm", Make<NPLLoanFrm>},
     {"OwnReportsFrm", Make<OwnReportsFrm>},
     {"PaymentFrm", Make<PaymentFrm>},
+    {"PaymentReaderfrm", Make<PaymentReaderfrm>},
     {"PersonalEpxFrm", Make<PersonalEpxFrm>},
     {"PopupFrm", Make<PopupFrm>},
     {"RecalcCashBookFrm", Make<RecalcCashBookFrm>},

@@ -7,14 +7,18 @@
 
 namespace kaunter {
 
-void HoldLoan(Connection& main, std::string_view loan_id) {
-  LockLoan(main, loan_id);
+bool LoanIsBehind(Connection& main, std::string_view loan_id) {
   const Recordset paid = main.Query(
       "SELECT TotPay,(SELECT SUM(InstalAmt) FROM PaymentMast WHERE PaymentMast.LoanID="
       "LoanMast.LoanID) as Stored FROM LoanMast WHERE LoanID=" +
       QuoteStr(loan_id));
+  return !paid.Eof() && Sen(paid, "TotPay") != Sen(paid, "Stored");
+}
+
+void HoldLoan(Connection& main, std::string_view loan_id) {
+  LockLoan(main, loan_id);
   // A rebuild that fails is told behind the payment, which gets one of its own.
-  if (!paid.Eof() && Sen(paid, "TotPay") != Sen(paid, "Stored")) RebuildLoan(main, loan_id);
+  if (LoanIsBehind(main, loan_id)) RebuildLoan(main, loan_id);
 }
 
 }  // namespace kaunter

@@ -12,4 +12,8 @@ namespace kaunter {
 // that the balance counts it. Nothing happens where there is no such loan. Throws SqlError.
 void HoldLoan(Connection& main, std::string_view loan_id);
 
+// A payment of the loan is stored and not replayed: its save was cut off before the rebuild. Throws
+// SqlError.
+bool LoanIsBehind(Connection& main, std::string_view loan_id);
+
 }  // namespace kaunter

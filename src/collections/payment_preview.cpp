@@ -37,10 +37,7 @@ class Words {
     text_.english += fmt::format("; {} of {} stays open", ShowMoney(amount), what.english);
     text_.chinese += fmt::format("；{}尚欠 {}", what.chinese, ShowMoney(amount));
   }
-  Caption Behind(Money total) const {
-    if (text_.english.empty()) return {};
-    return {ShowMoney(total) + ": " + text_.english, ShowMoney(total) + "：" + text_.chinese};
-  }
+  const Caption& text() const { return text_; }
 
  private:
   Caption text_;
@@ -107,6 +104,14 @@ PaymentPreview PreviewPayment(const LedgerLoan& loan, const Payment& payment) {
 }
 
 Caption InWords(const Payment& payment, const std::optional<PaymentPreview>& preview) {
+  const Caption parts = PartsInWords(payment, preview);
+  if (parts.english.empty()) return {};
+  const std::string total = ShowMoney(payment.PayAmt + payment.IntAmt + payment.CollectorAmt +
+                                      payment.ChargeAmt - payment.DiscAmt);
+  return {total + ": " + parts.english, total + "：" + parts.chinese};
+}
+
+Caption PartsInWords(const Payment& payment, const std::optional<PaymentPreview>& preview) {
   Words words;
   words.Add(payment.IntAmt, {"late interest", "逾期利息"});
   words.Add(payment.CollectorAmt, {"collector fee", "收账费"});
@@ -121,8 +126,7 @@ Caption InWords(const Payment& payment, const std::optional<PaymentPreview>& pre
   } else {
     words.Add(payment.InstalAmt, {"instalments", "分期付款"});
   }
-  return words.Behind(payment.PayAmt + payment.IntAmt + payment.CollectorAmt + payment.ChargeAmt -
-                      payment.DiscAmt);
+  return words.text();
 }
 
 }  // namespace kaunter

@@ -34,5 +34,7 @@ PaymentPreview PreviewPayment(const LedgerLoan& loan, const Payment& payment);
 // "112.00: 42.00 late interest, 12.00 interest, 58.00 of instalment 1; 42.00 of it stays open".
 // Nothing for a payment of nothing. Without a preview the instalments are one amount.
 Caption InWords(const Payment& payment, const std::optional<PaymentPreview>& preview);
+// The same without the amount before it.
+Caption PartsInWords(const Payment& payment, const std::optional<PaymentPreview>& preview);
 
 }  // namespace kaunter

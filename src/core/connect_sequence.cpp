@@ -262,6 +262,7 @@ const std::vector<Step>& Steps() {
       PatchOnce(patches::kCompanyPictures),
       PatchWith(patches::kCashBookOpening, PatchCashBookOpening),
       PatchWith(patches::kEInvSending, PatchEInvSending),
+      PatchOnce(patches::kPaymentReaderLine),
   };
   return steps;
 }

@@ -229,6 +229,15 @@ const Patch kEInvSending = {
      "CONSTRAINT PK_EInvSending PRIMARY KEY (eInvID,SeqNo,Mode))",
      "INSERT INTO Systemast (Param,Value) VALUES ('EInvSending','1')"}};
 
+// Which line of a bank's file was taken, whatever the file was called, by whom and when.
+const Patch kPaymentReaderLine = {
+    "PaymentReaderLine",
+    {"ALTER Table PaymentReader ADD LineHash nvarchar(64)",
+     "ALTER Table PaymentReader ADD UserID nvarchar(50)",
+     "ALTER Table PaymentReader ADD DateCreated datetime",
+     "create index IX_PaymentReader_LineHash on PaymentReader (LineHash)",
+     "INSERT INTO Systemast (Param,Value) VALUES ('PaymentReaderLine','1')"}};
+
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
     "UserID nvarchar(50) NULL, "

@@ -40,6 +40,7 @@ extern const Patch kChargeIndex;
 extern const Patch kCompanyPictures;
 extern const Patch kCashBookOpening;
 extern const Patch kEInvSending;
+extern const Patch kPaymentReaderLine;
 
 // Made when the table is missing, without a key.
 extern const std::string_view kHolidayMast;

@@ -18,8 +18,8 @@ namespace {
 constexpr std::string_view kLoanScreens[] = {"Drawdown", "LoanAppFrm", "LoanExtendfrm",
                                              "NewLoanFrm", "UpdateSch"};
 constexpr std::string_view kPaymentScreens[] = {
-    "BatchLinkfrm",    "Invoicefrm",   "LateIntfrm",    "LoanSettlementfrm", "PaymentFrm",
-    "RecalcReceiptNo", "ReceiptNoFrm", "Settlementfrm", "SpecialRpt"};
+    "BatchLinkfrm",     "Invoicefrm",      "LateIntfrm",   "LoanSettlementfrm", "PaymentFrm",
+    "PaymentReaderfrm", "RecalcReceiptNo", "ReceiptNoFrm", "Settlementfrm",     "SpecialRpt"};
 // A document of a supplier is opened from its supplier.
 constexpr std::string_view kSupplier = "Supplierfrm";
 constexpr std::string_view kOfASupplier = "SuppTransfrm";

@@ -49,6 +49,8 @@ const char* const kRecords[] = {
     "300{2},300{2},0,300{2},0,0,0,5{2},5{2})",
     "SchMast2 (SchID,LoanID,CustID,DueDate,PayableAmt,CapitalAmt,InterestAmt,LoanBal) VALUES "
     "(1,'{0}L1','{0}C1','2024-01-10',300{2},300{2},0,300{2})",
+    "PaymentList (LoanID,SeqNo,DueDate,PayDate,PayAmt,PayID) VALUES ('{0}L1',1,'2024-01-10',"
+    "'2024-01-31',300{2},'')",
     "PaymentMast (PayID,LoanID,CustID,SchID,CompCode,PayDate,DateCreated,CollectInfoID,PayAmt,"
     "InstalAmt,PayExtra,IntAmt,ChargeAmt,CollectorAmt,DiscAmt,TopUpAmt,IntPay,CapPay,Bank,ChqNo,"
     "ReceiptNo,OldLoanBal,NewLoanBal,PaymentStatus,Settlement,UserID,Memo1,NextDueDate) VALUES "

@@ -46,7 +46,7 @@ const Names& StartedOtherwise() {
       "Reminder2.rpt",        "LateInvoice.rpt",    "ARCreditNote.rpt",
       "LateInterestC.rpt",    "CashBookRecalc.rpt", "GoldVoucher.rpt",
       "ExpenseVoucher.rpt",   "NPL Report.rpt",     "ReturnLoans.rpt",
-      "STR-BNM.rpt"};
+      "STR-BNM.rpt",          "PaymentReader.rpt"};
   return names;
 }
 

@@ -66,7 +66,7 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                   "AutoProcessingFeeRate", "AutoStampingFeeRate", "AutoLoanPurpose", "EInvCustName",
                   "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
                   "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex",
-                  "CompanyPictures", "CashBookOpening", "EInvSending"));
+                  "CompanyPictures", "CashBookOpening", "EInvSending", "PaymentReaderLine"));
   for (const char* key : {"Patch-Drawdown",
                           "AMLA",
                           "DataExportFlag",
@@ -86,7 +86,8 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                           "ChargeIndex",
                           "CompanyPictures",
                           "CashBookOpening",
-                          "EInvSending"}) {
+                          "EInvSending",
+                          "PaymentReaderLine"}) {
     EXPECT_EQ(ReadSetting(office.session.Main(), key), "1") << key;
   }
   auto shape = office.Shape();

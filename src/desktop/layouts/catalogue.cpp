@@ -20,7 +20,7 @@ const std::vector<Layout>& AllLayouts() {
       SupplierfrmLayout(),       SuppTransfrmLayout(),      ReturnFiguresFrmLayout(),
       NplLoanFrmLayout(),        LampiranB1Layout(),        AMLAFrmLayout(),
       NPLExportfrmLayout(),      SIProcessfrmLayout(),      SelfBillFrmLayout(),
-      ECustMastLayout(),
+      ECustMastLayout(),         PaymentReaderfrmLayout(),
   };
   return layouts;
 }

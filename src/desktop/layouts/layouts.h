@@ -32,6 +32,7 @@ Layout RecalcCashBookFrmLayout();
 Layout PersonalEpxFrmLayout();
 Layout SpecialRptLayout();
 Layout SIProcessfrmLayout();
+Layout PaymentReaderfrmLayout();
 Layout SupplierfrmLayout();
 Layout SuppTransfrmLayout();
 Layout AMLAFrmLayout();
