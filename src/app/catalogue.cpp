@@ -45,6 +45,8 @@
 #include "einvoice/self_bill_frm.h"
 #include "links/link_acc_setup_frm.h"
 #include "links/link_db_frm.h"
+#include "links/sms_templatefrm.h"
+#include "links/smsfrm.h"
 #include "loans/drawdown.h"
 #include "loans/loan_app_frm.h"
 #include "loans/loan_calc_frm.h"
@@ -125,6 +127,8 @@ constexpr Entry kScreens[] = {
     {"SelfBillFrm", Make<SelfBillFrm>},
     {"SetupFrm", Make<SetupFrm>},
     {"SIProcessfrm", Make<SIProcessfrm>},
+    {"SMSfrm", Make<SMSfrm>},
+    {"SMSTemplatefrm", Make<SMSTemplatefrm>},
     {"SpecialRpt", Make<SpecialRpt>},
     {"Supplierfrm", Make<Supplierfrm>},
     {"SuppTransfrm", Make<SuppTransfrm>},

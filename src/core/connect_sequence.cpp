@@ -9,10 +9,12 @@
 
 #include "core/data_access.h"
 #include "core/einvoice_codes.h"
+#include "core/log.h"
 #include "core/new_office.h"
 #include "core/schema_patches.h"
 #include "core/session.h"
 #include "core/settings.h"
+#include "core/sms_database.h"
 #include "core/sql_literals.h"
 #include "core/startup.h"
 #include "screen/desk.h"
@@ -104,16 +106,22 @@ void OpenAccountingLink(Start& start) {
                                 "Info=True;User ID=aed;Data Source=AEDMTS");
 }
 
+// The office works on without it, and is told.
 void OpenSms(Start& start) {
   start.settings().SMSServer = start.value;
   if (start.value.empty()) return;
-  const std::string password = ReadSetting(start.main(), "SMSPassword");
-  const std::string user = ReadSetting(start.main(), "SMSID");
-  start.session.smsconn =
-      OpenNamed(start.session, "smsconn", "SMSServer",
-                fmt::format("Provider=SQLOLEDB.1;Password={};Persist Security Info=True;User "
-                            "ID={};Initial Catalog=SMS;Data Source={}",
-                            password, user, start.value));
+  try {
+    SmsDatabase(start.session);
+  } catch (const SqlError& away) {
+    LogRollback(start.session, "SMS database", away);
+    start.desk.Message(
+        MessageKind::warning, start.session.In({"SMS Database", "短讯资料库"}),
+        start.session.In(
+            {fmt::format("{}\nNo short message can be queued until it is there. Everything else "
+                         "works.",
+                         away.what()),
+             fmt::format("{}\n在它恢复之前不能发送短讯，其他功能照常。", away.what())}));
+  }
 }
 
 void SetLinkDB(Start& start) {

@@ -95,7 +95,7 @@ struct StandIn {
   std::string_view source;
   std::string_view tables;  // name of the script
 };
-constexpr StandIn kStandIns[] = {{"AEDMTS", "accounting"}, {"AMLA", "central"}};
+constexpr StandIn kStandIns[] = {{"AEDMTS", "accounting"}, {"AMLA", "central"}, {"SMS", "sms"}};
 
 // Runs each *.sql of the folder, in the order of their names.
 void FillFrom(Connection& database, const std::string& folder) {

@@ -385,7 +385,7 @@ std::vector<OptionRow> OptionRows() {
       {{"RekodTrans.rpt"}, {4, {"With Loan ID", "附贷款编号"}, false}},
       {{"YearlyLoan.rpt"}, {1, include_interest, true}},
       {{"NewLampiran.rpt"}, {1, include_interest, true, none}},
-      {{"SMSCompList.rpt"}, {1, summary, false, none}},
+      {{"SMSCompList.rpt"}, {1, summary, false}},
   };
 }
 

@@ -8,6 +8,7 @@
 #include "core/boxes.h"
 #include "core/log.h"
 #include "core/session_report.h"
+#include "core/sms_database.h"
 #include "core/values.h"
 #include "reporting/report_frm.h"
 #include "reporting/report_picture.h"
@@ -229,6 +230,7 @@ void ReportFrm::ChooseForm() {
       Check2.checked()) {
     form_ = WithEnding(file_, "S");
   }
+  if (Is({"SMSCompList.rpt"}) && Check1.checked()) form_ = WithEnding(file_, "S");
 }
 
 // --- connection and parameters
@@ -250,11 +252,11 @@ bool ReportFrm::Connect() {
                    "本公司没有开启操作记录，因此无资料可打印。可用设定 TransLogs 开启。"});
   }
   if (Is({"SMSCompList.rpt", "SMSHPList.rpt"})) {
-    job_.Connect = session().smsconn.get();
-    return job_.Connect != nullptr ||
-           Refuse({"The SMS database is not connected, so there is nothing to print. It is named "
-                   "in the setting SMSServer.",
-                   "没有连接短讯资料库，因此无资料可打印。资料库在设定 SMSServer 中指定。"});
+    try {
+      job_.Connect = &SmsDatabase(session());
+    } catch (const SqlError& away) {
+      return Refuse({away.what(), away.what()});
+    }
   }
   return true;
 }

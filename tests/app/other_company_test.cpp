@@ -15,6 +15,7 @@
 #include "core/picker.h"
 #include "core/pickers.h"
 #include "core/popup_frm.h"
+#include "core/schema_text.h"
 #include "reporting/report_frm.h"
 #include "reports/run_report.h"
 #include "tests/core/office.h"
@@ -129,6 +130,17 @@ struct Walk : SilentDesk {
     office.Run(
         "INSERT INTO DataExport (SID,SQLStatement) VALUES ('Loans','SELECT l.LoanID,l.LoanAmt FROM "
         "LoanMast as l WHERE 1=1 @gcc')");
+    office.Run(
+        "INSERT INTO SMSMast (TID,TName,SMSContent) VALUES ('AAT1','Due','{Customer Name} {Loan "
+        "Amt}')");
+    session.smsconn = OpenSqlite("smsconn", office.folder.File("sms.db"), true, session.clock);
+    RunScript(*session.smsconn, SchemaText("sms"));
+    for (const auto& [mark, company] : {std::pair{"AA", "HQ"}, {"ZZ", "KL"}}) {
+      session.smsconn->Execute(
+          fmt::format("INSERT INTO SMSList (CustName,CompCode,HP,SMSMsg,SMSStatus,DateSent) VALUES "
+                      "({0},{1},'60121','text','FAIL','2024-01-12')",
+                      QuoteStr(mark), QuoteStr(company)));
+    }
     for (const auto& file : std::filesystem::directory_iterator(test::SourceDir() + "/reports")) {
       std::filesystem::create_symlink(file.path(),
                                       office.folder.File(file.path().filename().string()));
@@ -242,8 +254,9 @@ struct Walk : SilentDesk {
   // The own loan or customer, and dates that leave nothing out.
   void FillOwn(Screen& screen) {
     const std::pair<const char*, const char*> own_keys[] = {
-        {"CustID", "AAC1"}, {"LoanID", "AAL9"}, {"LoanID", "AAL1"},  {"PayID", "AAP1"},
-        {"AppID", "AAA1"},  {"SID", "AAD1"},    {"CustIC", "AANIC"}, {"ChargeID", "AAI2"}};
+        {"CustID", "AAC1"},  {"LoanID", "AAL9"},   {"LoanID", "AAL1"},
+        {"PayID", "AAP1"},   {"AppID", "AAA1"},    {"SID", "AAD1"},
+        {"CustIC", "AANIC"}, {"ChargeID", "AAI2"}, {"TID", "AAT1"}};
     for (const auto& [name, key] : own_keys) {
       if (auto* box = dynamic_cast<TextBox*>(screen.Find(name))) TypeKey(screen, *box, key);
     }

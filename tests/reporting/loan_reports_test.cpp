@@ -251,5 +251,25 @@ TEST(LoanReports, AuditFromItsOwnDatabase) {
                              "TransLogs.Type=Delete; TransLogs.Module=Payment")));
 }
 
+TEST(LoanReports, ShortMessagesFromTheirOwnDatabase) {
+  ReportOffice office;
+  ReportCheck check(office);
+  check.Over(office.sms());
+  const std::string all = "SELECT COUNT(*) FROM SMSList";
+  const std::string day =
+      FormulaOf("{SMSList.DateSent}", "30-01-2024", "30-01-2024", "SMSList.CompCode=HQ");
+  for (const char* file : {"SMSCompList.rpt", "SMSHPList.rpt"}) {
+    check.Expect(Row(file, {}, all));
+    check.Expect(Row(file, {}, "2", day));
+  }
+  // A line a company and day.
+  check.Expect(Row("SMSCompListS.rpt", {}, "1", day));
+  check.Expect(Row("SMSCompListS.rpt",
+                   {{"Messages", all},
+                    {"Done", all + " WHERE SMSStatus IN ('DONE','READ')"},
+                    {"Failed", all + " WHERE SMSStatus='FAIL'"}},
+                   "3"));
+}
+
 }  // namespace
 }  // namespace kaunter

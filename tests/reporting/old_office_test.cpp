@@ -26,7 +26,7 @@ std::ostream& operator<<(std::ostream& out, const Printed& printed) {
 
 Printed Print(ReportOffice& office, const std::string& file) {
   ReportJob job;
-  job.Connect = file == "AuditLogs.rpt" ? &office.logs() : &office.main();
+  job.Connect = &office.Of(file);
   job.ReportFileName = test::SourceDir() + "/reports/" + file;
   // The letter of a settlement quotes what the screen worked out.
   job.ParameterFields = {{0, "SettleAmt;0;True"}, {1, "SettleDate;;True"}};

@@ -28,7 +28,7 @@ TEST(ReportHeadings, APaperSpeaksTheLanguageOfTheSession) {
     const std::string name = entry.path().stem().string();
     const bool of_one = kOneLanguage.find("|" + name + "|") != std::string::npos;
     ReportJob job;
-    job.Connect = name == "AuditLogs" ? &office.logs() : &office.main();
+    job.Connect = &office.Of(name);
     job.ReportFileName = entry.path().string();
     job.ParameterFields = {{0, "SettleAmt;0;True"}, {1, "SettleDate;;True"}};
     for (const bool chinese : {false, true}) {

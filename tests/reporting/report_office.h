@@ -12,6 +12,7 @@
 #include <sstream>
 
 #include "core/report_path.h"
+#include "core/schema_text.h"
 #include "reporting/report_criteria.h"
 #include "reporting/report_selection.h"
 #include "reports/report_csv.h"
@@ -66,6 +67,31 @@ struct ReportOffice : StagedOffice {
       }
     }
     return *session().LogsConn;
+  }
+
+  // The queue of short messages, another one.
+  Connection& sms() {
+    if (session().smsconn == nullptr) {
+      session().smsconn =
+          OpenSqlite("smsconn", office.folder.File("sms.db"), true, session().clock);
+      RunScript(*session().smsconn, SchemaText("sms"));
+      for (const char* row :
+           {"'C1','Chan','L1','HQ','60121','Dear Chan, it is due','DONE','AMY','2024-01-30 09:00'",
+            "'C2','Adam','L2','HQ','60122','你好','FAIL','BOB','2024-01-30 23:59:59'",
+            "'C1','Chan','L1','KL','60121','Thank you','READ','BOB','2024-01-31 00:00'",
+            "'C3','Eve','','HQ','60123','Waits','READY','AMY',NULL"}) {
+        session().smsconn->Execute(fmt::format(
+            "INSERT INTO SMSList (CustID,CustName,LoanID,CompCode,HP,SMSMsg,SMSStatus,UserID,"
+            "DateSent) VALUES ({})",
+            row));
+      }
+    }
+    return *session().smsconn;
+  }
+
+  // The database that a report reads.
+  Connection& Of(std::string_view file) {
+    return file.starts_with("AuditLogs") ? logs() : file.starts_with("SMS") ? sms() : main();
   }
 
  private:

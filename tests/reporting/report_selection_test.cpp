@@ -217,7 +217,7 @@ TEST(ReportCriteria, TheOptionBoxesOfEachFile) {
       {"RekodTrans.rpt",
        "1 Without Interest+~|2 Page Break by Month-|3 Last Balance-|4 With Loan ID-"},
       {"Agree1.rpt", "1 60 Columns-~"},
-      {"SMSCompList.rpt", "1 Summary-~"},
+      {"SMSCompList.rpt", "1 Summary-"},
       {"ChargeList.rpt", ""},
       {"CBBalance.rpt", ""},
   };

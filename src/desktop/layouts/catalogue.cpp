@@ -20,7 +20,8 @@ const std::vector<Layout>& AllLayouts() {
       SupplierfrmLayout(),       SuppTransfrmLayout(),      ReturnFiguresFrmLayout(),
       NplLoanFrmLayout(),        LampiranB1Layout(),        AMLAFrmLayout(),
       NPLExportfrmLayout(),      SIProcessfrmLayout(),      SelfBillFrmLayout(),
-      ECustMastLayout(),         PaymentReaderfrmLayout(),
+      ECustMastLayout(),         PaymentReaderfrmLayout(),  SMSfrmLayout(),
+      SMSTemplatefrmLayout(),
   };
   return layouts;
 }

@@ -46,5 +46,7 @@ Layout NplLoanFrmLayout();
 Layout LampiranB1Layout();
 Layout SelfBillFrmLayout();
 Layout ECustMastLayout();
+Layout SMSfrmLayout();
+Layout SMSTemplatefrmLayout();
 
 }  // namespace kaunter
