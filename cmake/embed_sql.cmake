@@ -1,4 +1,5 @@
-# The scripts of schema/ as a source file, so that a program carries the tables of a new office in itself.
+# The scripts of schema/ and the codes of schema/codes/ as a source file, so that a program carries the tables of a new
+# office in itself.
 #   cmake -DOUTPUT=schema_text.cpp -DSCRIPTS=a.sql|b.sql -P embed_sql.cmake
 if(CMAKE_SCRIPT_MODE_FILE)
   string(REPLACE "|" ";" scripts "${SCRIPTS}")
@@ -7,12 +8,12 @@ if(CMAKE_SCRIPT_MODE_FILE)
   foreach(script ${scripts})
     get_filename_component(name ${script} NAME_WE)
     file(READ ${script} bytes HEX)
-    string(REGEX REPLACE "(..)" "0x\\1," bytes "${bytes}")
+    string(REGEX REPLACE "(..)" "'\\\\x\\1'," bytes "${bytes}")
     string(APPEND arrays "constexpr char k_${name}[] = {${bytes}};\n")
     string(APPEND cases "  if (name == \"${name}\") return {k_${name}, sizeof(k_${name})};\n")
   endforeach()
   file(WRITE ${OUTPUT}
-    "// Made by cmake/embed_sql.cmake from schema/*.sql.\n#include \"core/schema_text.h\"\n\n"
+    "// Made by cmake/embed_sql.cmake from schema/.\n#include \"core/schema_text.h\"\n\n"
     "#include <stdexcept>\n#include <string>\n\nnamespace kaunter {\nnamespace {\n\n${arrays}\n}  // namespace\n\n"
     "std::string_view SchemaText(std::string_view name) {\n${cases}"
     "  throw std::logic_error(\"no schema script \" + std::string(name));\n}\n\n}  // namespace kaunter\n")
@@ -21,7 +22,8 @@ endif()
 
 # kaunter_embed_sql(TARGET): adds SchemaText (core/schema_text.h) to the target.
 function(kaunter_embed_sql target)
-  file(GLOB scripts CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/schema/*.sql)
+  file(GLOB scripts CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/schema/*.sql
+    ${CMAKE_SOURCE_DIR}/schema/codes/*.txt)
   string(REPLACE ";" "|" joined "${scripts}")
   set(output ${CMAKE_BINARY_DIR}/generated/schema_text.cpp)
   set(maker ${CMAKE_SOURCE_DIR}/cmake/embed_sql.cmake)

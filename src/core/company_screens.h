@@ -51,11 +51,11 @@ class CompCodeFrm : public SessionScreen {
       *this, "DisableSTR", {"No suspicious transaction reports", "不用可疑交易报告"}, &AmlPage};
   Frame TaxPage{*this, "TaxPage", {"E-Invoicing", "电子发票"}, &Pages};
   TextBox SQLPath{*this, "SQLPath", {"SQL Path", "SQL 路径"}, Kind::text, &TaxPage};
-  TextBox ClientID{*this, "ClientID", {"Client ID", "客户编号"}, Kind::text, &TaxPage};
+  TextBox ClientID{*this, "ClientID", {"Client ID", "客户编号"}, Kind::password, &TaxPage};
   TextBox ClientSecret{
       *this, "ClientSecret", {"Client Secret", "客户密钥"}, Kind::password, &TaxPage};
   TextBox MyTaxClientID{
-      *this, "MyTaxClientID", {"Tax Client ID", "税务客户编号"}, Kind::text, &TaxPage};
+      *this, "MyTaxClientID", {"Tax Client ID", "税务客户编号"}, Kind::password, &TaxPage};
   TextBox MyTaxClientSecret{
       *this, "MyTaxClientSecret", {"Tax Client Secret", "税务客户密钥"}, Kind::password, &TaxPage};
   Button ECust{*this, "ECust", {"Tax &Identity", "税务资料(&I)"}, ButtonRole::plain, &TaxPage};

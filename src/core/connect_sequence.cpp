@@ -14,6 +14,7 @@
 #include "core/schema_patches.h"
 #include "core/session.h"
 #include "core/settings.h"
+#include "core/shipped_codes.h"
 #include "core/sms_database.h"
 #include "core/sql_literals.h"
 #include "core/startup.h"
@@ -219,6 +220,12 @@ void PatchChargeIndex(Start& start) { PatchUnlessThere(start, patches::kChargeIn
 void PatchCashBookOpening(Start& start) { PatchUnlessThere(start, patches::kCashBookOpening); }
 void PatchEInvSending(Start& start) { PatchUnlessThere(start, patches::kEInvSending); }
 
+void PatchEInvCodes(Start& start) {
+  if (!start.value.empty()) return;
+  FillEmptyCodeTables(start.main());
+  start.Patch(patches::kEInvCodes);
+}
+
 // --- the sequence. Some patches rely on earlier ones; the order never changes.
 
 const std::vector<Step>& Steps() {
@@ -271,6 +278,7 @@ const std::vector<Step>& Steps() {
       PatchWith(patches::kCashBookOpening, PatchCashBookOpening),
       PatchWith(patches::kEInvSending, PatchEInvSending),
       PatchOnce(patches::kPaymentReaderLine),
+      PatchWith(patches::kEInvCodes, PatchEInvCodes),
   };
   return steps;
 }

@@ -11,6 +11,7 @@
 #include "core/open_for.h"
 #include "core/report_path.h"
 #include "core/session_report.h"
+#include "core/shipped_codes.h"
 #include "core/sign_in.h"
 #include "core/user_login.h"
 #include "core/values.h"
@@ -325,10 +326,14 @@ void MainFrm::RunOwn(const MenuEntry& entry) {
     if (RefreshEInvoiceCodeTables(session(), desk(), {})) {
       Tell(MessageKind::information, {"eInvoicing Setting updated", "电子发票设定已更新"});
     } else if (!session().data_sources.Find("AMLA")) {
+      const bool filled = FillEmptyCodeTables(session().Main());
       Tell(MessageKind::information,
-           {"No central data source is set up on this PC, so nothing was changed. Its name in the "
-            "local settings is [AMLA].",
-            "此电脑未设中央数据源，因此没有更改。它在本机设定中的名称是 [AMLA]。"});
+           {fmt::format("No central data source is set up on this PC, so {}. Its name in the local "
+                        "settings is [AMLA].",
+                        filled ? "only empty lists of codes were filled with those of this program"
+                               : "nothing was changed"),
+            fmt::format("此电脑未设中央数据源，因此{}。它在本机设定中的名称是 [AMLA]。",
+                        filled ? "只以本程序所附的代码填入空表" : "没有更改")});
     }
   }
 }

@@ -238,6 +238,10 @@ const Patch kPaymentReaderLine = {
      "create index IX_PaymentReader_LineHash on PaymentReader (LineHash)",
      "INSERT INTO Systemast (Param,Value) VALUES ('PaymentReaderLine','1')"}};
 
+// Behind the shipped codes, which fill what is empty.
+const Patch kEInvCodes = {"EInvCodes",
+                          {"INSERT INTO Systemast (Param,Value) VALUES ('EInvCodes','1')"}};
+
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
     "UserID nvarchar(50) NULL, "

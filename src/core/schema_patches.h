@@ -41,6 +41,7 @@ extern const Patch kCompanyPictures;
 extern const Patch kCashBookOpening;
 extern const Patch kEInvSending;
 extern const Patch kPaymentReaderLine;
+extern const Patch kEInvCodes;
 
 // Made when the table is missing, without a key.
 extern const std::string_view kHolidayMast;

@@ -1,5 +1,5 @@
 // The scripts of schema/ as the program carries them: "base", "logs", "sms", "accounting",
-// "central", "mykad".
+// "central", "mykad"; and the codes of schema/codes under the name of their table, "eState".
 #pragma once
 
 #include <string_view>

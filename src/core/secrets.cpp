@@ -18,7 +18,8 @@ using sql::TokenKind;
 constexpr std::string_view kHidden = "'***'";
 // What a setting's name or a column's holds when its value is a secret; UserDept is where a user's
 // hash lies.
-constexpr std::string_view kSecretWords[] = {"userdept", "password", "secret", "atmpin"};
+constexpr std::string_view kSecretWords[] = {"userdept", "password", "secret",
+                                             "atmpin",   "clientid", "client_id"};
 
 bool IsSecretName(std::string_view name) {
   const std::string lower = sql::LowerAscii(name);
@@ -74,7 +75,9 @@ class Search {
   void Text(std::size_t at) {
     const std::string text = sql::LowerAscii(tokens_[at].text);
     if (text.find("password=") != std::string::npos) secret_[at] = true;
-    if (!text.ends_with("password") && !text.ends_with("secret")) return;
+    if (!text.ends_with("password") && !text.ends_with("secret") && !text.ends_with("client_id")) {
+      return;
+    }
     if (std::ranges::none_of(tokens_, [](const Token& token) {
           return IsName(token) && sql::SameName(token.text, "Systemast");
         })) {

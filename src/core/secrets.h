@@ -1,4 +1,5 @@
-// Statements as they may be shown: passwords, their hashes, client secrets and PINs stand as ***.
+// Statements as they may be shown: passwords, their hashes, client ids and secrets, and PINs stand
+// as ***.
 #pragma once
 
 #include <string>

@@ -2,6 +2,7 @@
 
 #include "core/schema_patches.h"
 #include "core/schema_text.h"
+#include "core/shipped_codes.h"
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
 #include "tests/core/office.h"
@@ -28,7 +29,9 @@ class EInvoiceCodesTest : public ::testing::Test {
     office.Run("INSERT INTO Systemast (Param,Value) VALUES ('GetTokenURL','https://old')");
     office.Run("INSERT INTO Systemast (Param,Value) VALUES ('GetTINURL','https://old')");
     office.Run("INSERT INTO Systemast (Param,Value) VALUES ('GetEInvAPICN','https://mine')");
+    office.Run("DELETE FROM eState");
     office.Run("INSERT INTO eState VALUES ('99','Old')");
+    office.Run("DELETE FROM eTax");
   }
   std::string States() {
     std::string states;
@@ -92,6 +95,36 @@ TEST_F(EInvoiceCodesTest, ACentralDatabaseThatIsAwayDeletesNothing) {
   EXPECT_FALSE(RefreshEInvoiceCodeTables(office.session, office.desk, {}));
   EXPECT_EQ(States(), "99Old;");
   EXPECT_EQ(office.desk.messages.size(), 1u);
+}
+
+// What an office has stays, whatever the program carries.
+TEST_F(EInvoiceCodesTest, OnlyAnEmptyTableIsFilledWithTheShippedCodes) {
+  const std::string class_016 = "SELECT ClassName FROM eClass WHERE ClassCode='016'";
+  EXPECT_EQ(office.Scalar(class_016), "Interest and financing expenses");  // at the first start
+  EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM eCountry"), "249");
+  EXPECT_EQ(office.Scalar("SELECT CountryName FROM eCountry WHERE CountryCode='LAO'"),
+            "Lao People's Democratic Republic");
+  office.Run("UPDATE eClass SET ClassName='ours' WHERE ClassCode='016'");
+  EXPECT_TRUE(FillEmptyCodeTables(office.session.Main()));
+  EXPECT_EQ(States(), "99Old;");
+  EXPECT_EQ(office.Scalar(class_016), "ours");
+  EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM eTax"), "7");
+  EXPECT_FALSE(FillEmptyCodeTables(office.session.Main()));
+
+  // One that was emptied on purpose stays so at the next start; a fill that fails leaves nothing.
+  Office alone(Office::State::patched);
+  const std::string count = "SELECT COUNT(*) FROM eState";
+  EXPECT_EQ(alone.Scalar(count), "17");
+  alone.Run("DELETE FROM eState");
+  alone.Connect();
+  EXPECT_EQ(alone.Scalar(count), "0");
+  alone.Run("DELETE FROM eTax");
+  alone.session.Main().SetFaultHook([](std::string_view sql) {
+    if (sql.starts_with("INSERT INTO eTax")) throw SqlError(1105, "disk full");
+  });
+  EXPECT_THROW(FillEmptyCodeTables(alone.session.Main()), SqlError);
+  alone.session.Main().SetFaultHook(nullptr);
+  EXPECT_EQ(alone.Scalar(count), "0");
 }
 
 }  // namespace

@@ -16,6 +16,8 @@ struct InvoiceOffice : Office {
     session.CurrentCompCode = "HQ";
     session.CurrentLevel = 4;
     Run("UPDATE CompMast SET ClientID='client-hq',ClientSecret='s3cr3t-hq' WHERE CompCode='HQ';"
+        "DELETE FROM eState; DELETE FROM eCountry; DELETE FROM eMiscCode; DELETE FROM eClass;"
+        "DELETE FROM eTax;"
         "INSERT INTO eState VALUES ('10','Selangor'),('14','Kuala Lumpur');"
         "INSERT INTO eCountry VALUES ('MYS','MALAYSIA');"
         "INSERT INTO eMiscCode VALUES ('64921','Money lending');"
