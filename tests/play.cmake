@@ -20,6 +20,11 @@ if(TARGET kaunter-play)
       COMMAND sh -c "rm -rf '${office}' && exec '${CMAKE_SOURCE_DIR}/script/demo' '$<TARGET_FILE_DIR:kaunter-play>' \
         '${office}' make day -- --database '${office}/office.db'")
   endif()
+  # Old books move into an office of their own.
+  set(office ${CMAKE_BINARY_DIR}/play/moving-in)
+  add_test(NAME play-moving-in
+    COMMAND sh -c "rm -rf '${office}' && exec '${CMAKE_SOURCE_DIR}/script/demo' '$<TARGET_FILE_DIR:kaunter-play>' \
+      '${office}' movein -- --database '${office}/office.db'")
   foreach(what two_desktops two_desktops_loans two_desktops_reports two_desktops_cash four_desktops_payments)
     string(REPLACE "_" "-" name ${what})
     add_test(NAME ${name}

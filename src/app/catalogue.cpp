@@ -53,6 +53,7 @@
 #include "loans/loan_extend_frm.h"
 #include "loans/new_loan_frm.h"
 #include "loans/update_sch.h"
+#include "movein/move_in_frm.h"
 #include "reporting/frm_printing.h"
 #include "reporting/lampiran_b1.h"
 #include "reporting/own_reports_frm.h"
@@ -108,6 +109,7 @@ constexpr Entry kScreens[] = {
     {"LoanExtendfrm", Make<LoanExtendfrm>},
     {"LoanLateChargefrm", Make<LoanLateChargefrm>},
     {"LoanSettlementfrm", Make<LoanSettlementfrm>},
+    {"MoveInFrm", Make<MoveInFrm>},
     {"NewCustFrm", Make<NewCustFrm>},
     {"NewLoanFrm", Make<NewLoanFrm>},
     {"NPLExportfrm", Make<NPLExportfrm>},

@@ -381,6 +381,8 @@ std::vector<MenuEntry> MenuTable() {
           kByRight),
       OpensScreen("AccessDB", "UtilitiesMnu", {"Legacy Data Import", "旧资料输入"},
                   "Access Database", "", "AccessDB"),
+      OpensScreen("MoveInMnu", "UtilitiesMnu", {"Mo&ve Old Data In", "搬入旧资料(&V)"},
+                  "Move Old Data In", "", "MoveInFrm"),
       Group("SystemMnu", "", {"&System", "系统(&S)"}, kAlways),
       OpensScreen("UserMnu", "SystemMnu", {"User &Management", "用户管理(&M)"}, "User Management",
                   "", "UserFrm"),

@@ -279,6 +279,7 @@ const std::vector<Step>& Steps() {
       PatchWith(patches::kEInvSending, PatchEInvSending),
       PatchOnce(patches::kPaymentReaderLine),
       PatchWith(patches::kEInvCodes, PatchEInvCodes),
+      PatchOnce(patches::kMoveIn),
   };
   return steps;
 }

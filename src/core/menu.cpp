@@ -78,7 +78,7 @@ void MainMenu::ApplyRights(Session& session) {
       entry.visible = session.settings.DataExportFlag;
     } else if (entry.name == "DailyBatchMnu") {
       entry.visible = std::filesystem::exists(DailyBatchProgram(session));
-    } else if (entry.name == "AccessDB") {
+    } else if (entry.name == "AccessDB" || entry.name == "MoveInMnu") {
       entry.visible = session.CurrentLevel >= 4;
     } else {
       entry.visible = rights.contains(Upper(entry.name));

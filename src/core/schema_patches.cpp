@@ -242,6 +242,15 @@ const Patch kPaymentReaderLine = {
 const Patch kEInvCodes = {"EInvCodes",
                           {"INSERT INTO Systemast (Param,Value) VALUES ('EInvCodes','1')"}};
 
+// What was moved in from old books, under the code that it had there, and by whom.
+const Patch kMoveIn = {
+    "MoveIn",
+    {"CREATE TABLE MoveInMast (Kind nvarchar(20) NOT NULL, CompCode nvarchar(50) NOT NULL, "
+     "OldCode nvarchar(200) NOT NULL, NewID nvarchar(50) NULL, FileName nvarchar(300) NULL, "
+     "FileLine int NULL, UserID nvarchar(50) NULL, DateCreated datetime NULL, "
+     "CONSTRAINT PK_MoveInMast PRIMARY KEY (Kind,CompCode,OldCode))",
+     "INSERT INTO Systemast (Param,Value) VALUES ('MoveIn','1')"}};
+
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
     "UserID nvarchar(50) NULL, "

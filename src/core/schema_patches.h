@@ -42,6 +42,7 @@ extern const Patch kCashBookOpening;
 extern const Patch kEInvSending;
 extern const Patch kPaymentReaderLine;
 extern const Patch kEInvCodes;
+extern const Patch kMoveIn;
 
 // Made when the table is missing, without a key.
 extern const std::string_view kHolidayMast;

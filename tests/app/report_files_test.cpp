@@ -40,7 +40,8 @@ const Names& StartedOtherwise() {
       "Reminder2.rpt",        "LateInvoice.rpt",    "ARCreditNote.rpt",
       "LateInterestC.rpt",    "CashBookRecalc.rpt", "GoldVoucher.rpt",
       "ExpenseVoucher.rpt",   "NPL Report.rpt",     "ReturnLoans.rpt",
-      "STR-BNM.rpt",          "PaymentReader.rpt",  "SMSCompListS.rpt"};
+      "STR-BNM.rpt",          "PaymentReader.rpt",  "SMSCompListS.rpt",
+      "MoveInList.rpt"};
   return names;
 }
 

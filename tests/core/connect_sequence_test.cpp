@@ -66,7 +66,7 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
           "AutoProcessingFeeRate", "AutoStampingFeeRate", "AutoLoanPurpose", "EInvCustName",
           "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
           "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex", "CompanyPictures",
-          "CashBookOpening", "EInvSending", "PaymentReaderLine", "EInvCodes"));
+          "CashBookOpening", "EInvSending", "PaymentReaderLine", "EInvCodes", "MoveIn"));
   for (const char* key : {"Patch-Drawdown",
                           "AMLA",
                           "DataExportFlag",
@@ -88,7 +88,8 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                           "CashBookOpening",
                           "EInvSending",
                           "PaymentReaderLine",
-                          "EInvCodes"}) {
+                          "EInvCodes",
+                          "MoveIn"}) {
     EXPECT_EQ(ReadSetting(office.session.Main(), key), "1") << key;
   }
   auto shape = office.Shape();

@@ -21,7 +21,7 @@ const std::vector<Layout>& AllLayouts() {
       NplLoanFrmLayout(),        LampiranB1Layout(),        AMLAFrmLayout(),
       NPLExportfrmLayout(),      SIProcessfrmLayout(),      SelfBillFrmLayout(),
       ECustMastLayout(),         PaymentReaderfrmLayout(),  SMSfrmLayout(),
-      SMSTemplatefrmLayout(),
+      SMSTemplatefrmLayout(),    MoveInFrmLayout(),
   };
   return layouts;
 }

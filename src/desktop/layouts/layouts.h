@@ -36,6 +36,7 @@ Layout PaymentReaderfrmLayout();
 Layout SupplierfrmLayout();
 Layout SuppTransfrmLayout();
 Layout AMLAFrmLayout();
+Layout MoveInFrmLayout();
 Layout NPLExportfrmLayout();
 Layout ReportFrmLayout();
 Layout FrmPrintingLayout();
