@@ -39,6 +39,7 @@ The kinds of faults; those marked * happen after the document was taken:
   broken        * the answer with a comma too many        cut     * half of the answer, then silence
   drop          the connection ends before the answer     drop-taken   * the same
   empty         * an answer of no characters
+  echo          an error that says what was asked: token, address and body
 """
 
 import argparse
@@ -346,6 +347,8 @@ class Handler(BaseHTTPRequestHandler):
                     raise Refusal("The service cannot take it now")
                 if kind == "401":
                     raise Refusal("Unauthorized", 401)
+                if kind == "echo":
+                    raise Refusal("%s %s %s" % (dict(self.headers.items()), self.path, body))
                 if kind == "500":
                     return self.reply(500, "<html><body><h1>500 Internal Server Error</h1></body></html>", "text/html")
                 if kind == "drop":
