@@ -31,18 +31,17 @@ void StartLibrary() {
   if (started != CURLE_OK) throw std::runtime_error(curl_easy_strerror(started));
 }
 
-// What is sent and what comes back, for the time of one request.
+// What becomes of one request.
 struct Transfer {
-  std::string_view unsent;
+  bool begun = false;  // a line was there for it to leave on
   std::string reply;
 };
 
-std::size_t GiveBody(char* to, std::size_t size, std::size_t count, void* transfer) {
-  std::string_view& unsent = static_cast<Transfer*>(transfer)->unsent;
-  const std::size_t given = std::min(size * count, unsent.size());
-  std::copy_n(unsent.begin(), given, to);
-  unsent.remove_prefix(given);
-  return given;
+// A request goes out once: the library would send it anew on a fresh line when an old one turns out
+// to be closed, though the service may have taken it there.
+int BeginOnce(void* transfer, char*, char*, int, int) {
+  return std::exchange(static_cast<Transfer*>(transfer)->begun, true) ? CURL_PREREQFUNC_ABORT
+                                                                      : CURL_PREREQFUNC_OK;
 }
 
 std::size_t TakeReply(char* from, std::size_t size, std::size_t count, void* transfer) {
@@ -119,15 +118,11 @@ class HttpClient::Line {
     Set(CURLOPT_HTTPHEADER, headers.get());
     Set(CURLOPT_WRITEFUNCTION, TakeReply);
     Set(CURLOPT_WRITEDATA, &transfer);
-    // The library sends a request anew on a fresh line when an old one turns out to be closed. A
-    // body that it cannot rewind keeps it from that once the first byte has left; what has no body
-    // gets a line of its own.
-    if (body.empty()) Set(CURLOPT_FRESH_CONNECT, 1L);
+    Set(CURLOPT_PREREQFUNCTION, BeginOnce);
+    Set(CURLOPT_PREREQDATA, &transfer);
     if (method != "GET") {
-      Set(CURLOPT_UPLOAD, 1L);
-      Set(CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(body.size()));
-      Set(CURLOPT_READFUNCTION, GiveBody);
-      Set(CURLOPT_READDATA, &transfer);
+      Set(CURLOPT_POSTFIELDS, body.empty() ? "" : body.data());
+      Set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
     }
     const std::string verb(method);
     Set(CURLOPT_CUSTOMREQUEST, verb.c_str());
@@ -150,12 +145,8 @@ class HttpClient::Line {
     }
   }
 
-  bool Connected() const {
-    curl_off_t begun = 0;
-    curl_easy_getinfo(easy_, CURLINFO_PRETRANSFER_TIME_T, &begun);
-    return begun > 0;
-  }
   std::string Cause(CURLcode code) const {
+    if (code == CURLE_ABORTED_BY_CALLBACK) return "the line was closed";  // by BeginOnce
     return error_[0] != '\0' ? error_ : curl_easy_strerror(code);
   }
   int Status() const {
@@ -211,10 +202,11 @@ std::string HttpClient::HttpSend(std::string_view method, std::string_view url,
   if (!line_) line_ = std::make_unique<Line>();
   HeaderList headers;
   headers.Add("Expect:");  // the body goes at once
-  if (content_type == "json") headers.Add("Content-Type: application/json");
-  if (content_type == "form") headers.Add("Content-Type: application/x-www-form-urlencoded");
+  headers.Add(content_type == "json"   ? "Content-Type: application/json"
+              : content_type == "form" ? "Content-Type: application/x-www-form-urlencoded"
+                                       : "Content-Type:");  // none
   if (!token.empty()) headers.Add("Authorization: Bearer " + WithoutControls(token));
-  Transfer transfer{body, {}};
+  Transfer transfer;
   const std::string verb = Upper(method);
   const std::string address = SendableAddress(url);
   line_->Prepare(verb, address, body, headers, transfer);
@@ -234,7 +226,7 @@ std::string HttpClient::HttpSend(std::string_view method, std::string_view url,
     }
     return HouseText(std::move(transfer.reply));
   }
-  const bool maybe_taken = line_->Connected();
+  const bool maybe_taken = transfer.begun;
   const std::string cause = end ? line_->Cause(*end) : session_.In({"given up", "已停止等待"});
   throw HttpFailure(
       session_.In(
