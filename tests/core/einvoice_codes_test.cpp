@@ -102,6 +102,8 @@ TEST_F(EInvoiceCodesTest, OnlyAnEmptyTableIsFilledWithTheShippedCodes) {
   const std::string class_016 = "SELECT ClassName FROM eClass WHERE ClassCode='016'";
   EXPECT_EQ(office.Scalar(class_016), "Interest and financing expenses");  // at the first start
   EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM eCountry"), "249");
+  EXPECT_EQ(office.Scalar("SELECT MiscName FROM eMiscCode WHERE MiscCode='64923'"),
+            "Licensed money lending activities");
   EXPECT_EQ(office.Scalar("SELECT CountryName FROM eCountry WHERE CountryCode='LAO'"),
             "Lao People's Democratic Republic");
   office.Run("UPDATE eClass SET ClassName='ours' WHERE ClassCode='016'");
