@@ -88,19 +88,20 @@ void BankFile::ReadHeader() {
 }
 
 bool BankFile::Next(BankLine& line) {
+  constexpr int kOften = 4096;
   while (lines_.Next()) {
+    if (on_way && lines_.number() % kOften == 0) on_way();
     if (lines_.number() <= layout_.skip) {
       head_ += lines_.raw();
       continue;
     }
-    if (PlainBankText(lines_.text()).empty()) continue;
+    if (IsBlankBankText(lines_.text())) continue;
     if (layout_.delimiter != 0) columns_ = BankColumns(lines_.text(), layout_.delimiter);
     if (layout_.has_header && !header_read_) {
       ReadHeader();
       continue;
     }
-    const bool empty = Part(BankPart::amount).empty() && Part(BankPart::reference).empty();
-    if (empty || !Counts()) {
+    if (!Counts() || (Part(BankPart::amount).empty() && Part(BankPart::reference).empty())) {
       ++passed_by_;
       continue;
     }

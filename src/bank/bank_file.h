@@ -1,6 +1,7 @@
 // The payments in a bank's file, line by line as its layout says.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -26,6 +27,8 @@ class BankFile {
  public:
   // Throws BankFileRefused.
   BankFile(const BankLayout& layout, const std::string& path);
+  // Called every few thousand lines, whatever they hold; may throw to end the reading.
+  std::function<void()> on_way;
 
   // The next line that is a payment, or would be one but for a fault; false behind the last. Throws
   // BankFileRefused, for a header without its day too.

@@ -219,6 +219,8 @@ std::string PlainBankText(const BankText& text) {
   return plain;
 }
 
+bool IsBlankBankText(const BankText& text) { return std::ranges::all_of(text, IsBlank); }
+
 std::string BankPartOf(const BankText& text, const BankPlace& place) {
   const auto start = static_cast<std::size_t>(place.start - 1);
   if (start >= text.size()) return {};

@@ -62,6 +62,7 @@ class BankLines {
 // A part of a line as the program keeps its texts, without blanks and tabs at its ends.
 std::string BankPartOf(const BankText& text, const BankPlace& place);
 std::string PlainBankText(const BankText& text);
+bool IsBlankBankText(const BankText& text);
 // The columns of a line; a column in double quotes keeps what is within, "" being one of them.
 std::vector<BankText> BankColumns(const BankText& line, char32_t delimiter);
 

@@ -115,8 +115,11 @@ std::vector<ReaderRow> PaymentReaderfrm::LinesOf(const BankLayout& layout, const
   }
   BankFile file(layout, path);
   std::vector<ReaderRow> rows;
+  file.on_way = [&] {
+    progress.At(file.percent(), 100, session().In(kReading) + " " + name);
+    if (progress.Stopped()) throw Stopped();
+  };
   BankLine line;
-  int told = -1;
   while (file.Next(line)) {
     if (rows.size() == static_cast<std::size_t>(kMostReaderRows)) {
       RefuseMany("split the file into several", "请把文件分成几个");
@@ -131,9 +134,8 @@ std::vector<ReaderRow> PaymentReaderfrm::LinesOf(const BankLayout& layout, const
     row.fault = line.fault;
     row.LoanID = line.reference;
     if (!FindReaderLoan(session(), line.reference, row)) row.CustID.clear();
-    if (progress.Stopped()) throw Stopped();
-    if (std::exchange(told, file.percent()) == file.percent()) continue;
-    progress.At(file.percent(), 100, session().In(kReading) + " " + name);
+    constexpr std::size_t kOften = 100;
+    if (rows.size() % kOften == 0) file.on_way();
   }
   head_ = file.head();
   notes_.clear();
