@@ -85,7 +85,10 @@ void SIProcessfrm::Clear() {
 }
 
 void SIProcessfrm::TickAll(bool on) {
-  for (int row = 0; row < vsd.RowCount(); ++row) vsd.SetTicked(row, on);
+  // What the bank cannot debit would stop the whole file: it is ticked by hand alone.
+  for (int row = 0; row < vsd.RowCount(); ++row) {
+    vsd.SetTicked(row, on && vsd.Tone(row) != RowTone::warn);
+  }
   ShowTotal();
 }
 

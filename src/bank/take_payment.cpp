@@ -20,6 +20,7 @@
 namespace kaunter {
 namespace {
 
+const Caption kLoanNotFound{"Loan record not found", "找不到贷款资料"};
 constexpr int kAttempts = 5;
 constexpr int kDuplicateKey = 2627;
 constexpr int kDeadlock = 1205;
@@ -69,6 +70,8 @@ class Take {
     const ReaderDay day = PayDayOf(session_, desk_, row_);
     if (day.refusal) throw Refused(*day.refusal);
     day_ = ShowDate(day.day);
+    // None was found that the person may use, whatever the reference says.
+    if (row_.CustID.empty()) throw Refused(kLoanNotFound);
   }
 
   std::string Store() {
@@ -139,7 +142,7 @@ class Take {
         loan_id + " AND PayableAmt-Payment > 0 ORDER BY SchID");
     const Recordset loan = main_.Query(
         "Select CustID,LoanAmt,LoanBal,CompCode,PayOutAmt from LoanMast where LoanID=" + loan_id);
-    if (loan.Eof()) throw Refused({"Loan record not found", "找不到贷款资料"});
+    if (loan.Eof()) throw Refused(kLoanNotFound);
     if (Sen(loan, "PayOutAmt").IsZero()) {
       throw Refused({"Loan not fully drawdown", "贷款尚未全部放款"});
     }

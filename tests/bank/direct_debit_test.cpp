@@ -255,6 +255,8 @@ TEST_F(DirectDebitScreens, AFailedExportLeavesWhatWasThereBefore) {
   screen.SaveCmd.Click();
   EXPECT_EQ(screen.vsd.Tone(0), RowTone::warn);
   screen.CmdCheckAll.Click();
+  EXPECT_FALSE(screen.vsd.Ticked(0));
+  screen.vsd.Tick(0, true);
   screen.SSCommand1.Click();
   EXPECT_THAT(Last(), HasSubstr("an error occur during process direc debit\nLine 2 (HQ0001-001)"));
   EXPECT_FALSE(There(Path()));

@@ -150,6 +150,22 @@ TEST_F(PaymentReaderTest, EachLineTellsWhatItWillDoAndDoesIt) {
   EXPECT_EQ(Faults(), "");
 }
 
+TEST_F(PaymentReaderTest, TheLoanOfAnotherCompanyIsNone) {
+  office.session.CurrentLevel = 3;
+  office.Run("UPDATE LoanMast SET CompCode='KL' WHERE LoanID='HQ0001-002'");
+  auto screen = Read("A.txt", three);
+  EXPECT_EQ(Told(*screen, 2), "\"HQ0001-002\" is not a loan|");
+  EXPECT_EQ(screen->DG.Cell(2, 3), "");
+  screen->DG.Tick(2, true);
+  Process(*screen);
+  EXPECT_EQ(Scalar("SELECT COUNT(*) FROM PaymentMast WHERE LoanID='HQ0001-002'"), "0");
+  Put(screen->TrxDate, "31-01-2024");
+  for (Button* list : {&screen->DueCmd, &screen->ListCmd}) {
+    list->Click();
+    EXPECT_EQ(Column(screen->DG, kLoanID).find("HQ0001-002"), std::string::npos);
+  }
+}
+
 TEST_F(PaymentReaderTest, NothingIsTakenASecondTime) {
   auto screen = Read("A.txt", three);
   Process(*screen);
@@ -220,30 +236,45 @@ TEST_F(PaymentReaderTest, AnotherDesktopIsNoticedWhereTheMoneyIsStored) {
 // The processing fails at each of its statements in turn, once or from there on; another reading
 // and another press then leave each line paid once, and no loan behind.
 TEST_F(PaymentReaderTest, AFailureAtAnyStatementTakesNothingTwice) {
-  bool reached = true;
-  for (int at = 1; reached; ++at) {
-    const bool stays = at % 2 == 0;
-    office.Run("DELETE FROM PaymentMast;DELETE FROM PaymentReader");
-    RebuildLoan(main(), "HQ0001-001");
-    RebuildLoan(main(), "HQ0001-002");
-    auto screen = Read("A.txt", three);
-    int count = 0;
-    main().SetFaultHook([&](std::string_view statement) {
-      if (statement.starts_with("ROLLBACK")) return;
-      ++count;
-      if (count == at || (stays && count > at)) throw SqlError(1105, "the disk is full");
-    });
-    Process(*screen);
-    main().SetFaultHook({});
-    reached = count >= at;
-    ASSERT_FALSE(main().InTransaction());
-    screen = Read("A.txt", three);
-    Process(*screen);
-    ASSERT_EQ(Lines("SELECT LoanID,PayAmt FROM PaymentMast ORDER BY LoanID,PayAmt DESC"),
-              "HQ0001-001 112\nHQ0001-001 50\nHQ0001-002 30\n")
-        << at;
-    ASSERT_EQ(Scalar("SELECT COUNT(*) FROM PaymentReader WHERE Remarks='Payment Done'"), "3") << at;
-    ASSERT_EQ(Faults(), "") << at;
+  const auto read = [&](ReaderSource source) {
+    if (source == ReaderSource::file) return Read("A.txt", three);
+    auto screen = Open();
+    Put(screen->TrxDate, "31-01-2024");
+    (source == ReaderSource::due ? screen->DueCmd : screen->ListCmd).Click();
+    return screen;
+  };
+  const std::string january = "HQ0001-001 112\nHQ0001-002 106.62\n";
+  for (const ReaderSource source : {ReaderSource::file, ReaderSource::planned, ReaderSource::due}) {
+    bool reached = true;
+    for (int at = 1; reached; ++at) {
+      SCOPED_TRACE(testing::Message() << "source " << static_cast<int>(source) << " at " << at);
+      const bool stays = at % 2 == 0;
+      office.Run(
+          "DELETE FROM PaymentMast;DELETE FROM PaymentReader;UPDATE PaymentList SET PayID=''");
+      RebuildLoan(main(), "HQ0001-001");
+      RebuildLoan(main(), "HQ0001-002");
+      RebuildCustomer(main(), "HQ0001");
+      auto screen = read(source);
+      int count = 0;
+      main().SetFaultHook([&](std::string_view statement) {
+        if (statement.starts_with("ROLLBACK")) return;
+        ++count;
+        if (count == at || (stays && count > at)) throw SqlError(1105, "the disk is full");
+      });
+      Process(*screen);
+      main().SetFaultHook({});
+      reached = count >= at;
+      ASSERT_FALSE(main().InTransaction());
+      screen = read(source);
+      Process(*screen);
+      ASSERT_EQ(Lines("SELECT LoanID,PayAmt FROM PaymentMast ORDER BY LoanID,PayAmt DESC"),
+                source == ReaderSource::file ? "HQ0001-001 112\nHQ0001-001 50\nHQ0001-002 30\n"
+                                             : january);
+      if (source == ReaderSource::file) {
+        ASSERT_EQ(Scalar("SELECT COUNT(*) FROM PaymentReader WHERE Remarks='Payment Done'"), "3");
+        ASSERT_EQ(Faults(), "");
+      }
+    }
   }
 }
 

@@ -36,6 +36,8 @@ constexpr Opened kOpened[] = {
     {"SpecialRpt", "CompCode", "AB", "Command1"},
     {"BatchLinkfrm", "LoanID", "AB0003-001", "Command1"},
     {"LateIntfrm", "", ""},
+    {"PaymentReaderfrm", "TrxDate", "31-01-2024", "DueCmd"},
+    {"SIProcessfrm", "ToDate", "29-02-2024", "SaveCmd"},
     {"CashBookFrm", "CashBookNo", "60"},
     {"RecalcCashBookFrm", "CompCode", "AB", "CheckCmd"},
     {"FrmBuyGold", "LoanID", "B0008"},
