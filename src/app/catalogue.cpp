@@ -42,6 +42,7 @@
 #include "customers/frm_nic.h"
 #include "customers/new_cust_frm.h"
 #include "einvoice/ecust_mast.h"
+#include "einvoice/einv_frm.h"
 #include "einvoice/self_bill_frm.h"
 #include "links/link_acc_setup_frm.h"
 #include "links/link_db_frm.h"
@@ -92,6 +93,7 @@ constexpr Entry kScreens[] = {
     {"Drawdown", Make<Drawdown>},
     {"DueDateFrm", Make<DueDateFrm>},
     {"ECustMast", Make<ECustMast>},
+    {"EInvFrm", Make<EInvFrm>},
     {"FollowupFrm", Make<FollowupFrm>},
     {"FrmBuyGold", Make<FrmBuyGold>},
     {"frmNIC", Make<frmNIC>},

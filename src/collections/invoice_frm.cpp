@@ -100,7 +100,10 @@ void Invoicefrm::Load() {
   ChargeID.max_length = LoanID.max_length;  // keys of one width
   TrxDate.max_length = kDateLength;
   ChargeAmt.max_length = kMoneyLength;
+  const std::string wanted =
+      session().CallerTag == "Edit Charge" ? session().PickerExtra : std::string();
   StartNew();
+  if (!wanted.empty()) LoadCharge(wanted);
 }
 
 bool Invoicefrm::IsDocument() const {

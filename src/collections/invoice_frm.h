@@ -2,8 +2,9 @@
 // the loan owes, one below 0 takes from it, whatever its kind: a credit note with a positive amount
 // raises the charges. Every save and delete refreshes the loan's totals.
 //
-// Any charge can be looked up here. Late interest posted by the batch may be changed and deleted
-// too; the row of a payment may not, since the next rebuild of its loan would write it again.
+// Any charge can be looked up here, or comes in PickerExtra under "Edit Charge". Late interest
+// posted by the batch may be changed and deleted too; the row of a payment may not, since the next
+// rebuild of its loan would write it again.
 #pragma once
 
 #include <functional>

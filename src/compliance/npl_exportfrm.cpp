@@ -12,6 +12,7 @@
 #include "core/central_database.h"
 #include "core/company_access.h"
 #include "core/log.h"
+#include "core/statement_places.h"
 #include "core/values.h"
 #include "platform/private_file.h"
 #include "platform/sql/transaction.h"
@@ -36,14 +37,6 @@ constexpr std::string_view kCompany = "@CompCode";
 
 const Caption kSaveFailed{"an error occurred during saving data export data",
                           "储存资料输出时出现错误"};
-
-std::size_t FindPlace(std::string_view text, std::string_view place, std::size_t from) {
-  for (std::size_t at = text.find('@', from); at != std::string_view::npos;
-       at = text.find('@', at + 1)) {
-    if (SameText(text.substr(at, place.size()), place)) return at;
-  }
-  return std::string_view::npos;
-}
 
 // Where the users and the hashes of their passwords stand. Of a statement without a fault.
 bool NamesUsers(std::string_view statement) {
@@ -267,7 +260,7 @@ void NPLExportfrm::GetTemplate() {
 // --- running one
 
 bool NPLExportfrm::Uses(std::string_view place) const {
-  return FindPlace(SQLStatement.text(), place, 0) != std::string_view::npos;
+  return FindPlace(SQLStatement.text(), place) != std::string_view::npos;
 }
 
 bool NPLExportfrm::RequireDates() {
@@ -312,23 +305,7 @@ std::string NPLExportfrm::Filled() const {
   std::vector<std::pair<std::string_view, std::string>> places = {
       {kFromDate, day(DateFrom)}, {kToDate, day(DateTo)}, {kCompanies, companies}};
   if (central_) places.emplace_back(kCompany, QuoteStr(CompCode.text()));
-  // In one walk: a value that looks like a place is none.
-  const std::string& text = SQLStatement.text();
-  std::string filled;
-  std::size_t done = 0;
-  for (;;) {
-    std::size_t next = std::string::npos;
-    const std::pair<std::string_view, std::string>* found = nullptr;
-    for (const auto& place : places) {
-      const std::size_t at = FindPlace(text, place.first, done);
-      if (at >= next) continue;
-      next = at;
-      found = &place;
-    }
-    if (found == nullptr) return filled + text.substr(done);
-    filled += text.substr(done, next - done) + found->second;
-    done = next + found->first.size();
-  }
+  return WithPlacesFilled(SQLStatement.text(), places);
 }
 
 void NPLExportfrm::Process() {

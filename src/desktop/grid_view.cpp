@@ -40,6 +40,8 @@ QColor RowColor(RowTone tone, int row) {
       return Look().warn_soft;
     case RowTone::bad:
       return Look().bad_soft;
+    case RowTone::info:
+      return Look().info_soft;
     case RowTone::total:
       return Look().total;
     case RowTone::plain:

@@ -11,12 +11,14 @@
 namespace kaunter {
 namespace {
 
-const Looks kLight{false,     "#f3f5f7", "#ffffff", "#ffffff", "#f1f3f5", "#c9d0d8", "#dfe4e9",
-                   "#1d2530", "#5d6875", "#0f6e66", "#0b5a54", "#dcefec", "#ffffff", "#f7f9fa",
-                   "#2f8f5b", "#c98a12", "#c0392f", "#e2f3e8", "#fdf2d8", "#fce4e1", "#e9edf1"};
-const Looks kDark{true,      "#1a1e24", "#22272f", "#1c2027", "#262c35", "#434c59", "#333a45",
-                  "#e7ebef", "#9ca7b4", "#1f8f84", "#27a599", "#1d3f3d", "#ffffff", "#262b34",
-                  "#3fa56f", "#d79d2c", "#dd6257", "#1f3a2c", "#41361c", "#472726", "#2f3641"};
+const Looks kLight{false,     "#f3f5f7", "#ffffff", "#ffffff", "#f1f3f5", "#c9d0d8",
+                   "#dfe4e9", "#1d2530", "#5d6875", "#0f6e66", "#0b5a54", "#dcefec",
+                   "#ffffff", "#f7f9fa", "#2f8f5b", "#c98a12", "#c0392f", "#e2f3e8",
+                   "#fdf2d8", "#fce4e1", "#e9edf1", "#dcdcff"};
+const Looks kDark{true,      "#1a1e24", "#22272f", "#1c2027", "#262c35", "#434c59",
+                  "#333a45", "#e7ebef", "#9ca7b4", "#1f8f84", "#27a599", "#1d3f3d",
+                  "#ffffff", "#262b34", "#3fa56f", "#d79d2c", "#dd6257", "#1f3a2c",
+                  "#41361c", "#472726", "#2f3641", "#2a2d52"};
 
 ThemeChoice g_choice = ThemeChoice::light;
 const Looks* g_tones = &kLight;

@@ -30,6 +30,7 @@ struct Looks {
   QColor good, warn, bad;                 // strong: parts of a bar, marks
   QColor good_soft, warn_soft, bad_soft;  // row backgrounds
   QColor total;                           // background of a total row
+  QColor info_soft;                       // of a row that tells something, neither good nor bad
 };
 
 // The tones in force.

@@ -70,6 +70,13 @@ SendingMark MarkOf(const Recordset& row) {
 
 }  // namespace
 
+bool SendingMark::UnderWay(const DateTime& now) const {
+  constexpr int kLongestRequest = 120;  // seconds; a clerk who was asked something is in it
+  const auto sent = DateTime::FromDisplay(sent_at);
+  return state == State::sending && reply.empty() && sent &&
+         now < sent->AddSeconds(kLongestRequest);
+}
+
 std::map<SendingMarks::Line, SendingMark> SendingMarks::Read(const std::vector<Line>& lines) const {
   std::map<Line, SendingMark> marks;
   for (std::size_t from = 0; from < lines.size(); from += kLinesAQuery) {

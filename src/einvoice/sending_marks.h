@@ -38,6 +38,9 @@ struct SendingMark {
   std::string reply;    // why it refused, or what went wrong
 
   bool Unknown() const { return state == State::sending || state == State::answered; }
+  // Its sender may still be waiting for the answer: nothing was noted of it, and it is not older
+  // than a request may take.
+  bool UnderWay(const DateTime& now) const;
 };
 
 class SendingMarks {

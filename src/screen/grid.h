@@ -27,7 +27,7 @@ struct GridColumn {
         weight(column_weight) {}
 };
 
-enum class RowTone { plain, good, warn, bad, quiet, total };
+enum class RowTone { plain, good, warn, bad, info, quiet, total };
 
 class Grid : public Control {
  public:

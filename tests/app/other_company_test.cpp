@@ -129,7 +129,13 @@ struct Walk : SilentDesk {
         "'2024-01-10','0','AANIC')");
     office.Run(
         "INSERT INTO DataExport (SID,SQLStatement) VALUES ('Loans','SELECT l.LoanID,l.LoanAmt FROM "
-        "LoanMast as l WHERE 1=1 @gcc')");
+        "LoanMast as l WHERE 1=1 @gcc'),('VKT-Individual','SELECT d.eInvID,d.SeqNo,d.TrxDate,"
+        "d.CustID,c.CustName,d.CompCode,d.LoanID,d.SchID,d.InvType,d.InvTaxCode AS TaxType,"
+        "d.InvDesc,d.InvAmt,1 AS Qty,e.tin,e.CustTypeID,e.CustType,e.Phone,e.Email,e.Address,"
+        "e.Postcode,e.City,e.State,e.Country FROM EInvMast AS d LEFT JOIN CustMast AS c ON "
+        "c.CustID=d.CustID LEFT JOIN ECustMast AS e ON e.CustID=d.CustID WHERE "
+        "d.CompCode=@CompCode');"
+        "INSERT INTO ECustMast (CustID,TIN) VALUES ('HQ','C1'),('KL','C2')");
     office.Run(
         "INSERT INTO SMSMast (TID,TName,SMSContent) VALUES ('AAT1','Due','{Customer Name} {Loan "
         "Amt}')");

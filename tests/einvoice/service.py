@@ -27,7 +27,8 @@ What the service does beside that is asked for at /stand-in:
        what becomes of a document number that was taken before: "new" uuid, "same" one, "refuse".
   GET  /stand-in/received   all requests: number, method, path, headers, body and what was answered
   GET  /stand-in/lines      the same, a line each, parted by tabs: number, method, path, token, the
-                            document or uuid it is about, fault, the uuid that was answered
+                            document or uuid it is about, fault, the uuid that was answered,
+                            and 1 when the service has done what was asked
   GET  /stand-in/flat?n=N   the body of request N, a line a member: its path, a tab, its value
   GET  /stand-in/body?n=N   the body of request N as it came
   PUT  /stand-in/forget     nothing was received and no document is known
@@ -267,18 +268,14 @@ class Service:
 
 
 def line(note):
-    about, uuid = "", ""
+    about = ""
     try:
         body = json.loads(note["body"])
         about = body["documents"][0]["document_number"] if "documents" in body else body.get("uuid", [""])[0]
     except ValueError:
         pass
-    try:
-        uuid = json.loads(note["answer"] or "")["data"][0]["uuid"]
-    except (ValueError, KeyError):
-        pass
     fields = [str(note["number"]), note["method"], note["path"], note["headers"].get("Authorization", ""),
-              about, note["fault"], uuid]
+              about, note["fault"], note["uuid"], note["taken"]]
     return "\t".join(fields) + "\n"
 
 
@@ -338,7 +335,7 @@ class Handler(BaseHTTPRequestHandler):
             fault = service.fault(path)
             kind = fault["kind"] if fault else ""
             note = {"number": len(service.received), "method": method, "path": self.path,
-                    "headers": dict(self.headers.items()), "body": body, "fault": kind, "answer": None}
+                    "headers": dict(self.headers.items()), "body": body, "fault": kind, "answer": None, "uuid": "", "taken": ""}
             service.received.append(note)
             service.keep("%04d-%s%s.txt" % (note["number"], method, path.replace("/", "-")), "w", body)
             status, answer = 200, None
@@ -356,6 +353,10 @@ class Handler(BaseHTTPRequestHandler):
                 answer = service.answer(method, path, query, self.headers, body)
             except Refusal as refusal:
                 status, answer = refusal.status, {"message": str(refusal)}
+            if method != "GET" and "data" in answer:
+                note["taken"] = "1"
+                if kind not in ("cut", "drop-taken", "empty", "short"):
+                    note["uuid"] = answer["data"][0]["uuid"]
             if kind == "short" and "data" in answer:
                 answer["data"][0]["uuid"] = answer["data"][0]["uuid"][:9]
             text = "" if kind == "empty" else written(answer, kind == "blank")

@@ -24,6 +24,7 @@ namespace kaunter {
 struct Asked {
   int number = 0;
   std::string method, path, bearer, about, fault, uuid;
+  bool taken = false;  // it did what was asked, whatever came back
 };
 
 class StandIn {
@@ -65,10 +66,10 @@ class StandIn {
     std::istringstream lines(Speak("GET", "/stand-in/lines", ""));
     for (std::string line; std::getline(lines, line);) {
       std::istringstream fields(line);
-      std::array<std::string, 7> field;
+      std::array<std::string, 8> field;
       for (std::string& text : field) std::getline(fields, text, '\t');
-      all.push_back(
-          {std::stoi(field[0]), field[1], field[2], field[3], field[4], field[5], field[6]});
+      all.push_back({std::stoi(field[0]), field[1], field[2], field[3], field[4], field[5],
+                     field[6], field[7] == "1"});
     }
     return all;
   }

@@ -19,6 +19,7 @@ Layout CompCodeFrmLayout();
 Layout CompProfileFrmLayout();
 Layout SetupFrmLayout();
 Layout FrmNicLayout();
+Layout EInvFrmLayout();
 Layout FollowupFrmLayout();
 Layout DueDateFrmLayout();
 Layout ReminderfrmLayout();
