@@ -10,9 +10,11 @@
 #include "collections/verify_ledger_frm.h"
 #include "core/values.h"
 #include "desktop/progress_dialog.h"
+#include "einvoice/ecust_mast.h"
 #include "loans/rebuild.h"
 #include "test_screen.h"
 #include "tests/core/office.h"
+#include "tests/einvoice/raw_server.h"
 
 namespace kaunter {
 namespace {
@@ -126,6 +128,54 @@ TEST_F(StopTest, VerifyLedgerEndsWhereItIsStopped) {
   desk.messages.clear();
   screen.VerifyCmd.Click();
   EXPECT_THAT(desk.messages, ElementsAre(fmt::format("1 of {} loans does not hold", kLoans)));
+}
+
+// Impatient: presses the button of the screen again and its cross, as long as the request is under
+// way; then the bar's own button.
+TEST_F(StopTest, ARequestIsGivenUpAndNothingElseCanBeDoneMeanwhile) {
+  for (const char* name : {"http_proxy", "all_proxy"}) unsetenv(name);
+  RawServer* running = nullptr;
+  RawServer server([&](int, const std::string&) {
+    while (!running->stopped()) usleep(1000);
+    return std::string();
+  });
+  running = &server;
+  office.Run("INSERT INTO CustMast (CustID,CompCode,CustName,CustNIC) VALUES ('C','HQ','Tan','8')");
+  office.Run("INSERT INTO Systemast (Param,Value) VALUES ('GetTokenURL'," +
+             QuoteStr(server.Url("/token")) + ")");
+  office.session.HandOverCustID = "C";
+  ECustMast screen(office.session, desk);
+  ScreenDialog dialog(screen, nullptr);
+  ASSERT_TRUE(OpenScreen::Show(dialog));
+  QPushButton* get_tin = nullptr;
+  for (QPushButton* button : dialog.findChildren<QPushButton*>()) {
+    if (button->text() == "Get &TIN") get_tin = button;
+  }
+  ASSERT_NE(get_tin, nullptr);
+  int looks = 0;
+  QTimer hand;
+  QObject::connect(&hand, &QTimer::timeout, [&] {
+    ProgressDialog* bar = nullptr;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (auto* found = dynamic_cast<ProgressDialog*>(window)) bar = found;
+    }
+    if (bar == nullptr) return;
+    QTest::mouseClick(dialog.windowHandle(), Qt::LeftButton, {},
+                      get_tin->mapTo(&dialog, get_tin->rect().center()));
+    dialog.close();
+    if (++looks == 5) QTest::mouseClick(bar->findChild<QPushButton*>(), Qt::LeftButton);
+  });
+  hand.start(10);
+  desk.messages.clear();
+  QTest::mouseClick(dialog.windowHandle(), Qt::LeftButton, {},
+                    get_tin->mapTo(&dialog, get_tin->rect().center()));
+  OpenScreen::Wait();
+  hand.stop();
+  EXPECT_GE(looks, 5);
+  EXPECT_EQ(server.requests().size(), 1U);
+  EXPECT_FALSE(screen.closed());
+  EXPECT_THAT(desk.messages, testing::IsEmpty());
+  EXPECT_THAT(office.Log().back(), testing::HasSubstr("given up"));
 }
 
 }  // namespace
