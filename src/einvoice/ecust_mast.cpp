@@ -83,6 +83,7 @@ ECustMast::ECustMast(Session& session, Desk& desk)
 
 void ECustMast::Load() {
   record_.TakeWidths(main());
+  session().MsgTitle = title().In(chinese());  // whoever opened it has its own again afterwards
   id_ = session().HandOverCustID;
   const bool found = ReadOrTell(
       session(), *this, "Tax identity " + id_,

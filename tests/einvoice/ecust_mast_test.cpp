@@ -16,6 +16,8 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
+const std::string kTitle = "Customer Detial - E-Invocing: ";
+
 class ECustMastTest : public ::testing::Test {
  protected:
   ECustMastTest() {
@@ -50,7 +52,6 @@ class ECustMastTest : public ::testing::Test {
     office.session.CurrentLevel = 4;
     office.session.CurrentCompCode = "AB";
     office.session.AllowEdit = true;
-    office.session.MsgTitle = "T";
   }
 
   std::unique_ptr<ECustMast> Opened(const std::string& id) {
@@ -166,12 +167,12 @@ TEST_F(ECustMastTest, ChecksComeInTheirOrder) {
       EXPECT_THAT(desk.questions, ElementsAre("Confirm to save Customer Detail ?"));
       EXPECT_THAT(desk.messages, IsEmpty());
     } else {
-      EXPECT_THAT(desk.messages, ElementsAre("T: " + std::string(step.said)));
+      EXPECT_THAT(desk.messages, ElementsAre(kTitle + step.said));
       EXPECT_THAT(desk.questions, IsEmpty());
     }
   }
   desk.agrees = true;
-  EXPECT_THAT(Pressed(screen->SaveCmd), ElementsAre("T: Customer detail saved"));
+  EXPECT_THAT(Pressed(screen->SaveCmd), ElementsAre(kTitle + "Customer detail saved"));
   EXPECT_EQ(Stored(),
             "CD||64922|1, Jalan Satu|41000|Klang|17|MYS|+6031234|a@b|BRN||"
             "|\n");
@@ -206,7 +207,7 @@ TEST_F(ECustMastTest, SavesAsOneAndNoDesktopWritesOverAnother) {
 
   const auto again = Opened("AB1");
   Put(again->TIN, "IG5");
-  EXPECT_THAT(Pressed(again->SaveCmd), ElementsAre("T: Customer detail saved"));
+  EXPECT_THAT(Pressed(again->SaveCmd), ElementsAre(kTitle + "Customer detail saved"));
   EXPECT_THAT(Stored(), HasSubstr("AB1|IG5|64922|"));
   // A stored one is changed by right or a manager's word only.
   office.session.AllowEdit = false;
@@ -239,11 +240,11 @@ TEST_F(GetTin, AsksWithATokenThatItKeeps) {
     return number == 0 ? Reply(R"({"access_token":"tok/1"})") : Reply(R"({"tin":"IG123"})");
   });
   auto screen = Opened("AB1");
-  EXPECT_THAT(Pressed(screen->Command1), ElementsAre("T: Missing get Token URL"));
+  EXPECT_THAT(Pressed(screen->Command1), ElementsAre(kTitle + "Missing get Token URL"));
   Set("GetTokenURL", server.Url("/token"));
   Set("Getclient_id", "maintainer");
   Set("Getclient_secret", "hush");
-  EXPECT_THAT(Pressed(screen->Command1), ElementsAre("T: Missing get TIN URL"));
+  EXPECT_THAT(Pressed(screen->Command1), ElementsAre(kTitle + "Missing get TIN URL"));
   Set("GetTINURL", server.Url("/tin"));
   for (int i = 0; i < 2; ++i) {
     EXPECT_THAT(Pressed(screen->Command1), IsEmpty());
@@ -264,7 +265,7 @@ TEST_F(GetTin, AsksWithATokenThatItKeeps) {
   Pressed(screen->Command1);
   EXPECT_THAT(server.requests()[3], EndsWith("client_id=maintainer&client_secret=hush"));
   screen->CustTypeID.Clear();
-  EXPECT_THAT(Pressed(screen->Command1), ElementsAre("T: ID No required"));
+  EXPECT_THAT(Pressed(screen->Command1), ElementsAre(kTitle + "ID No required"));
   EXPECT_EQ(server.requests().size(), 4U);
 }
 
@@ -282,13 +283,13 @@ TEST_F(GetTin, GivesUpAfterFourFailures) {
   Set("GetTokenURL", server.Url("/token"));
   Set("GetTINURL", server.Url("/tin"));
   const auto screen = Opened("AB1");
-  const char* told[] = {"T: Fail to get Token\nNo whole reply came from",
-                        "T: Fail to get Token",
-                        "T: The service gives no TIN for NRIC 800131105555",
-                        "T: Fail to get TIN\nNo whole reply came from",
-                        "T: Fail to get TIN, Please try later",
-                        "T: Fail to get TIN, Please try later"};
-  for (const char* one : told) {
+  const std::string told[] = {kTitle + "Fail to get Token\nNo whole reply came from",
+                              kTitle + "Fail to get Token",
+                              kTitle + "The service gives no TIN for NRIC 800131105555",
+                              kTitle + "Fail to get TIN\nNo whole reply came from",
+                              kTitle + "Fail to get TIN, Please try later",
+                              kTitle + "Fail to get TIN, Please try later"};
+  for (const std::string& one : told) {
     EXPECT_THAT(Pressed(screen->Command1), ElementsAre(::testing::StartsWith(one)));
   }
   EXPECT_EQ(server.requests().size(), 6U);
