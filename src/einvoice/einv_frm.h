@@ -73,6 +73,7 @@ class EInvFrm : public SessionScreen {
   void AskStatuses();
   // False when the service does not tell it.
   bool AskStatus(Submission& submission, InvoiceLine& line);
+  void TakeStatus(InvoiceLine& line, const StatusReply& reply);
   void SettleUnknown();
   bool SettleWithUuid(InvoiceLine& line, const std::string& uuid);
 

@@ -283,13 +283,17 @@ bool EInvFrm::AskStatus(Submission& submission, InvoiceLine& line) {
   if (mode() == SendMode::submit && line.mark.state == SendingMark::State::answered) {
     submission.Record(line, line.uuid());
   }
+  TakeStatus(line, reply);
+  return true;
+}
+
+void EInvFrm::TakeStatus(InvoiceLine& line, const StatusReply& reply) {
   line.cells[kStatus] = reply.status;
   const std::string id = QuoteStr(line.id());
   main().Execute(
       fmt::format("UPDATE EInvMast SET LHDNQR={} WHERE eInvID={}", QuoteStr(reply.url), id));
   main().Execute(
       fmt::format("UPDATE EInvMast SET LHDNStatus={} WHERE eInvID={}", QuoteStr(reply.status), id));
-  return true;
 }
 
 // --- a document of which it is not known whether the service has it
@@ -343,7 +347,8 @@ bool EInvFrm::SettleWithUuid(InvoiceLine& line, const std::string& uuid) {
     }
     Submission submission(session(), service_, addresses_, mode(), supplier_);
     submission.Record(line, uuid);
-    if (mode() == SendMode::submit) AskStatus(submission, line);
+    if (mode() == SendMode::submit) TakeStatus(line, reply);
+    line.ticked = false;
     line.tone = RowTone::warn;
     return true;
   } catch (const std::exception& failure) {

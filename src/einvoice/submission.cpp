@@ -123,7 +123,9 @@ Submission::Outcome Submission::TakeReply(InvoiceLine& line, const SendingMark& 
                   line.cells[kMsg]);
   } else {
     outcome = Outcome::open;
-    marks_.Settle(line.key(), line.mark, State::sending, before.uuid, line.cells[kMsg]);
+    // Never without a word: that is the sign of a sender who still waits.
+    marks_.Settle(line.key(), line.mark, State::sending, before.uuid,
+                  reply.empty() ? session_.In({"an empty reply", "空的回复"}) : line.cells[kMsg]);
   }
   if (unlogged) std::rethrow_exception(unlogged);
   return outcome;

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <thread>
+#include <utility>
 
 #include "screen/cancel_offer.h"
 #include "tests/einvoice/invoice_office.h"
@@ -352,6 +354,256 @@ TEST(EInvFrm, AFaultAtEveryDocumentLosesNothingAndSendsNothingTwice) {
   s.Send();
   EXPECT_TRUE(s.desk.WasAsked("not known whether the service took them"));
   EXPECT_EQ(office.service.Received().size(), before);
+}
+
+// Two desktops list the same documents and send them at the same moment.
+TEST(EInvFrm, OfTwoDesktopsAtOnceEachDocumentHasOneSender) {
+  constexpr int kDocuments = 60;
+  Submitting office(kDocuments);
+  Session second;
+  second.AppPath = office.session.AppPath;
+  second.clock.Set({2024, 1, 31, 14, 6, 0});
+  second.CurrentUserID = "BOB";
+  second.CurrentCompCode = "HQ";
+  second.CurrentLevel = 4;
+  second.MainConn = OpenSqlite("MainConn", office.folder.File("office.db"), false, second.clock);
+  office.service.Plan(
+      R"({"faults":[{"path":"/invoice","times":0,"kind":"slow","seconds":0.002}]})");
+  Screen1 ours(office), theirs(second);
+  ours.List();
+  theirs.List();
+  std::thread beside([&] { EXPECT_EQ(theirs.Send(), "Submission completed"); });
+  EXPECT_EQ(ours.Send(), "Submission completed");
+  beside.join();
+  std::map<std::string, int> sent;
+  for (const Asked& one : office.service.Received()) {
+    if (one.path == "/invoice") ++sent[one.about];
+  }
+  EXPECT_EQ(sent.size(), static_cast<std::size_t>(kDocuments));
+  for (const auto& [id, count] : sent) EXPECT_EQ(count, 1) << id;
+  EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM EInvMast WHERE uuid <> ''"), "60");
+  int lost = 0;
+  for (Screen1* screen : {&ours, &theirs}) {
+    for (int row = 0; row < kDocuments; ++row) {
+      lost += screen->frm.vsd.Cell(row, kMsg).starts_with("Not sent: ") ? 1 : 0;
+      EXPECT_FALSE(screen->frm.vsd.Ticked(row));
+    }
+  }
+  EXPECT_EQ(lost, kDocuments);
+}
+
+TEST(EInvFrm, ATokenThatExpiresEndsTheRunOrIsRenewedWhenThePersonSaysSo) {
+  Submitting office(5);
+  office.service.Plan(R"({"token_lives":2})");
+  Screen1 s(office);
+  const auto sent = [&] { return office.Scalar("SELECT COUNT(*) FROM EInvMast"); };
+  s.List();
+  EXPECT_TRUE(s.Send().starts_with("Stopped."));
+  EXPECT_TRUE(s.desk.WasAsked("does not take the token"));
+  EXPECT_EQ(sent(), "2");
+  EXPECT_EQ(s.frm.vsd.Tone(2), RowTone::info);  // refused, and the run went no further
+  EXPECT_EQ(s.frm.vsd.Cell(2, kMsg), R"({"message":"The token has expired"})");
+  EXPECT_EQ(s.frm.vsd.Tone(3), RowTone::plain);
+  EXPECT_TRUE(s.frm.vsd.Ticked(2) && s.frm.vsd.Ticked(4) && !s.frm.vsd.Ticked(1));
+  EXPECT_EQ(s.Counts(), "Unsent (3), Sent (2)");
+  s.desk.yes.push_back("Get a new one");
+  EXPECT_EQ(s.Send(), "Submission completed");
+  EXPECT_EQ(sent(), "5");
+  EXPECT_EQ(s.Poll(), "Get Status Complated");  // five questions, and tokens for them
+  EXPECT_EQ(s.frm.vsd.Cell(4, kStatus), "Submitted");
+  // A service that refuses the new token too is asked for no third one.
+  office.service.Plan(R"({"faults":[{"path":"/status","times":0,"kind":"401"}]})");
+  EXPECT_EQ(s.Poll(), "The service refuses the new token too.");
+}
+
+TEST(EInvFrm, StopLeavesWhatWasNotSentTicked) {
+  Submitting office(6);
+  Screen1 s(office);
+  s.List();
+  s.desk.stop_after = 2;  // pressed while the third is on its way
+  EXPECT_TRUE(s.Send().starts_with("Stopped."));
+  EXPECT_EQ(s.Counts(), "Unsent (3), Sent (3)");
+  EXPECT_TRUE(s.frm.vsd.Ticked(3) && !s.frm.vsd.Ticked(2) && s.frm.CmdPrint.enabled());
+  s.desk.stop_after = 1;
+  s.Poll();
+  EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM EInvMast WHERE LHDNStatus <> ''"), "2");
+}
+
+// The answer came and could not be recorded.
+TEST(EInvFrm, WhatWasAnsweredAndNotRecordedIsKeptAndRecordedLater) {
+  Submitting office(3);
+  Screen1 s(office);
+  s.List();
+  for (const char* fails : {"INSERT INTO EInvMast", "COMMIT", "INSERT INTO EInvMast"}) {
+    bool struck = false;
+    office.session.Main().SetFaultHook([&](std::string_view sql) {
+      if (sql.starts_with(fails) && !std::exchange(struck, true)) {
+        throw SqlError(1105, "the disk is full");
+      }
+    });
+    EXPECT_TRUE(s.Send().starts_with("an error occur during exporting eInvoicing")) << fails;
+    office.session.Main().SetFaultHook({});
+  }
+  // Each run went on behind the document of the one before.
+  ASSERT_EQ(office.service.Received().size(), 4u);
+  s.List();
+  EXPECT_EQ(s.Counts(), "Unknown (3)");
+  for (int row = 0; row < 3; ++row) {
+    EXPECT_EQ(s.frm.vsd.Cell(row, kUuid),
+              office.service.Received()[static_cast<std::size_t>(row) + 1].uuid);
+  }
+  s.Poll();
+  EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM EInvMast WHERE LHDNStatus='Submitted'"), "3");
+  EXPECT_EQ(s.Counts(), "Sent (3)");
+}
+
+TEST(EInvFrm, APersonSettlesWhatIsNotKnown) {
+  Submitting office(3);
+  Screen1 s(office);
+  office.service.Plan(R"({"faults":[{"path":"/invoice","times":0,"kind":"empty"}]})");
+  s.List().Send();
+  s.List();
+  ASSERT_EQ(s.Counts(), "Unknown (3)");
+  EXPECT_EQ(s.frm.vsd.Tone(0), RowTone::bad);
+  const auto settle = [&](int row, const std::string& uuid) {
+    s.frm.vsd.Select(row);
+    s.desk.input = uuid;
+    s.desk.messages.clear();
+    s.frm.CmdSettle.Click();
+    return s.desk.Said();
+  };
+  EXPECT_EQ(settle(0, "NOSUCH"), "The service knows no document NOSUCH");
+  office.service.Plan(R"({"twice":"same","faults":[{"path":"/status","kind":"cut"}]})");
+  EXPECT_TRUE(settle(0, "X").starts_with("an error occur during Get Status"));
+  EXPECT_EQ(s.Counts(), "Unknown (3)");
+  // The service's own pages show what it gave.
+  InvoiceService portal(office.session, office.desk);
+  const std::string supplier = portal.LoadSupplier("HQ");
+  const std::string given = UuidOf(
+      portal.Send("POST", office.service.Url("/invoice"), SubmitBody(s.frm.vsd.Row(0), supplier)));
+  EXPECT_EQ(settle(0, given), "");
+  EXPECT_EQ(office.Uuid("D0001"), given);
+  // The second is certainly not there: it counts as unsent once the person has said so twice.
+  settle(1, "");
+  EXPECT_EQ(s.Counts(), "Sent (1), Unknown (2)");
+  s.desk.yes.push_back("certainly not with the service");
+  settle(1, "");
+  EXPECT_EQ(s.Counts(), "Unsent (1), Sent (1), Unknown (1)");
+  // The third is just being sent by another desktop: nobody settles or sends it now.
+  office.Run(
+      "UPDATE EInvSending SET Reply='',SentAt='2024-01-31 14:04:30',UserID='BOB' WHERE "
+      "eInvID='D0003'");
+  EXPECT_TRUE(settle(2, "U").starts_with("It is being sent this moment"));
+  for (const int row : {1, 2}) s.frm.vsd.Tick(row, true);
+  s.desk.yes.push_back("again");
+  s.desk.messages.clear();
+  const std::size_t before = office.service.Received().size();
+  s.frm.CmdPrint.Click();
+  EXPECT_NE(s.desk.messages.front().find("Being sent this moment and left out: D0003"),
+            std::string::npos);
+  EXPECT_EQ(office.service.Received().size(), before + 1);
+  EXPECT_EQ(s.Counts(), "Sent (2), Unknown (1)");
+  // Its sender died: what is sent again now is sent knowingly.
+  office.session.clock.Set({2024, 1, 31, 14, 20, 0});
+  s.frm.vsd.Tick(2, true);
+  s.frm.CmdPrint.SetEnabled(true);
+  s.Send();
+  EXPECT_EQ(s.Counts(), "Sent (3)");
+}
+
+TEST(EInvFrm, WithoutIdentityTokenOrStatementItSaysWhatIsMissing) {
+  Submitting office(1);
+  Screen1 s(office);
+  office.Run("UPDATE CompMast SET ClientID='' WHERE CompCode='HQ'");
+  s.frm.CompCode.onPick();
+  EXPECT_EQ(s.frm.TokenLBL.Text(), "No token: company HQ has no Client ID");
+  EXPECT_TRUE(s.frm.SaveCmd.enabled());
+  s.List();
+  s.Send();  // goes out all the same, and the service refuses it
+  EXPECT_EQ(office.service.Received().back().bearer, "");
+  EXPECT_EQ(s.frm.vsd.Tone(0), RowTone::info);
+
+  const struct {
+    const char* statement;
+    const char* said;
+  } statements[] = {{"", "There is no statement VKT-Individual"},
+                    {"DELETE FROM EInvMast", "does more than read"},
+                    {"SELECT 1 AS eInvID", "gives no column SeqNo"},
+                    {"SELECT nothing FROM nowhere", ""}};
+  for (const auto& one : statements) {
+    office.Run(fmt::format("UPDATE DataExport SET SQLStatement={}", QuoteStr(one.statement)));
+    s.desk.messages.clear();
+    s.List();
+    const std::string said = s.desk.Said();
+    EXPECT_TRUE(said.starts_with("an error occur during process einvoicing") &&
+                said.find(one.said) != said.npos)
+        << said;
+    EXPECT_FALSE(s.frm.CmdPrint.enabled());
+    EXPECT_EQ(s.frm.vsd.RowCount(), 0);
+  }
+  office.Run("DELETE FROM ECustMast WHERE CustID='HQ'");
+  s.frm.CompCode.onPick();
+  EXPECT_EQ(s.desk.Said(), "Company E-Invoicing not found, cannot process submition");
+  EXPECT_FALSE(s.frm.SaveCmd.enabled() || s.frm.CmdPrint.enabled());
+}
+
+// What the service would refuse, a line a fault.
+TEST(EInvFrm, TheCheckListNamesWhatTheServiceWouldRefuse) {
+  Submitting office;
+  const struct {
+    const char* change;
+    const char* fault;  // "" for a document that is in order
+  } cases[] = {
+      {"SELECT 1", ""},
+      {"UPDATE ECustMast SET Phone='0123'", "phone must begin with +6"},
+      {"UPDATE ECustMast SET Phone=''", "phone is missing"},
+      {"UPDATE ECustMast SET Email='nobody'", "e-mail has no @"},
+      {"UPDATE ECustMast SET State='99'", "state 99 is not in the table"},
+      {"UPDATE ECustMast SET Country='MY'", "country MY is not in the table"},
+      {"UPDATE ECustMast SET CustType='IC'", "identity type must be NRIC, PASSPORT or BRN"},
+      {"UPDATE ECustMast SET CustName='Tan \"Ah\" Kow'", "name has a sign"},
+      {"UPDATE ECustMast SET Address='7\r\nJalan'", "address has a sign"},
+      {"UPDATE ECustMast SET City='a\\b'", "city has a sign"},
+      {"UPDATE ECustMast SET Postcode=NULL", "postcode is missing"},
+      {"DELETE FROM eTax;INSERT INTO eTax VALUES ('01','')", "tax code 06 is not in the table"},
+      {"DELETE FROM eClass WHERE ClassCode='016'", "classification code 016 is not in the table"},
+      {"DELETE FROM eTax", ""},  // a table without rows is not asked
+      {"UPDATE Docs SET InvAmt=-1", "column 27, which a credit note gives as its reference number"},
+      {"UPDATE Docs SET InvAmt=-1", "the document that it takes back has no uuid"},
+      {"UPDATE Docs SET InvAmt=0", "amount is 0"},
+      {"UPDATE Docs SET InvDesc='123456789-123456789-123456789-123456789-123456789-123456789-"
+       "123456789-123456789-123456789-123456789-123456789-123456789-123456789-123456789-123456789-"
+       "123456789-123456789-123456789-123456789-123456789-1'",
+       "column 11 has more than 200 characters"},
+      {"UPDATE Docs SET eInvID='123456789-123456789-123456789-123456789-123456789-1'",
+       "column 1 has more than 50 characters"},
+      {"UPDATE Docs SET InvDesc=''", "description is missing"},
+      {"INSERT INTO Docs SELECT eInvID,2,TrxDate,CustID,CompCode,LoanID,SchID,InvType,InvDesc,"
+       "InvAmt FROM Docs",
+       "the number stands in more than one row"},
+      {"INSERT INTO CompMast (CompCode) VALUES ('KL');UPDATE DataExport SET SQLStatement="
+       "replace(SQLStatement,'d.CompCode,','''KL'' AS CompCode,')",
+       "it is a document of company KL"},
+  };
+  office.Document("D1", "C1", "10");
+  const std::string before = office.folder.File("before.db");
+  const auto copy = [&](const std::string& from, const std::string& to) {
+    office.session.MainConn.reset();
+    std::filesystem::copy_file(from, to, std::filesystem::copy_options::overwrite_existing);
+    office.Open();
+  };
+  copy(office.folder.File("office.db"), before);
+  for (const auto& one : cases) {
+    copy(before, office.folder.File("office.db"));
+    office.Run(one.change);
+    Screen1 s(office);
+    s.List();
+    ASSERT_GT(s.frm.vsd.RowCount(), 0) << one.change;
+    const std::string faults = s.frm.vsd.Cell(0, kColumns + 1);
+    EXPECT_NE(faults.find(one.fault), std::string::npos) << one.change << ": " << faults;
+    EXPECT_EQ(faults.empty(), *one.fault == '\0') << one.change << ": " << faults;
+    EXPECT_TRUE(s.frm.CmdPrint.enabled());  // shown, and stops nobody
+  }
 }
 
 }  // namespace
