@@ -17,7 +17,7 @@ if(TARGET kaunter-play)
   if(TARGET DailyBatch)
     set(office ${CMAKE_BINARY_DIR}/play/demo)
     add_test(NAME play-demo
-      COMMAND sh -c "rm -rf '${office}' && exec '${CMAKE_SOURCE_DIR}/script/demo' '$<TARGET_FILE_DIR:kaunter-play>' \
+      COMMAND sh -c "rm -rf '${office}' && exec '${CMAKE_SOURCE_DIR}/script/with-einvoice' script/demo '$<TARGET_FILE_DIR:kaunter-play>' \
         '${office}' make day -- --database '${office}/office.db'")
   endif()
   # Old books move into an office of their own.
