@@ -18,7 +18,7 @@ constexpr std::size_t kColumn = 500;  // of a text of MasterReport
 
 void Stage(Session& session, const std::vector<ReaderPaperLine>& lines) {
   Connection& main = session.Main();
-  const std::string pc = ThisHost().name;
+  const std::string pc = ThisHostName();
   Transaction transaction(main);
   DropStagedRows(main, pc, kReaderPaper);
   Batch batch;
@@ -46,7 +46,7 @@ void PrintReaderPaper(Session& session, Desk& desk, const std::string& source,
                       const std::vector<ReaderPaperLine>& lines) {
   Stage(session, lines);
   ReportJob job = SessionReport(session, kReaderPaper);
-  job.SelectionFormula = StagedFormula(ThisHost().name, kReaderPaper);
+  job.SelectionFormula = StagedFormula(ThisHostName(), kReaderPaper);
   job.ReportTitle = source;
   desk.Print(job);
 }

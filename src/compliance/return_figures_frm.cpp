@@ -84,7 +84,7 @@ void ReturnFiguresFrm::TakeHandOver() {
   ChooseReturn();
 }
 
-void ReturnFiguresFrm::Unload() { DropStagedRows(main(), ThisHost().name, kReturnLoansFile); }
+void ReturnFiguresFrm::Unload() { DropStagedRows(main(), ThisHostName(), kReturnLoansFile); }
 
 void ReturnFiguresFrm::Forget() {
   lines_.clear();
@@ -208,9 +208,9 @@ void ReturnFiguresFrm::OpenFigure(int row) {
 
 void ReturnFiguresFrm::Print() {
   const ReturnLine& line = lines_.at(static_cast<std::size_t>(opened_));
-  StageReturnLoans(main(), ThisHost().name, loans_);
+  StageReturnLoans(main(), ThisHostName(), loans_);
   ReportJob job = SessionReport(session(), kReturnLoansFile);
-  job.SelectionFormula = StagedFormula(ThisHost().name, kReturnLoansFile);
+  job.SelectionFormula = StagedFormula(ThisHostName(), kReturnLoansFile);
   job.ReportTitle = fmt::format("{}  {} - {}", Return.text(), DateFrom.text(), DateTo.text());
   if (Return.index() == kNpl) job.ReportTitle = Return.text();
   job.ParameterFields[0] = fmt::format("Figure;{};True", session().In(Named(line)));

@@ -102,7 +102,7 @@ std::optional<SendingMark> SendingMarks::Claim(const Line& line, const SendingMa
   SendingMark mark = {.state = State::sending,
                       .stamp = NewStamp(),
                       .user = session_.CurrentUserID,
-                      .computer = ThisHost().name,
+                      .computer = ThisHostName(),
                       .sent_at = ServerNow(session_.Main(), true),
                       .uuid = seen.uuid,
                       .reply = {}};

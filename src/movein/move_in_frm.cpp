@@ -526,7 +526,7 @@ void MoveInFrm::ShowReport(MoveReport report) {
 }
 
 void MoveInFrm::PrintList() {
-  const std::string pcname = ThisHost().name;
+  const std::string pcname = ThisHostName();
   const bool staged = Attempt("Move Old Data In", kFailed, [&] {
     DropStagedRows(main(), pcname, kList);
     Batch batch;

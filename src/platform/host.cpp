@@ -18,7 +18,7 @@ std::string& GivenName() {
   return name;
 }
 
-std::string HostName() {
+std::string NameOfHost() {
   if (!GivenName().empty()) return GivenName();
   std::array<char, 256> name{};
   if (gethostname(name.data(), name.size() - 1) != 0 || name[0] == '\0') return "unknown";
@@ -45,6 +45,8 @@ std::string HostAddress() {
 
 void NameThisHost(std::string name) { GivenName() = std::move(name); }
 
-Host ThisHost() { return {HostName(), HostAddress()}; }
+std::string ThisHostName() { return NameOfHost(); }
+
+Host ThisHost() { return {NameOfHost(), HostAddress()}; }
 
 }  // namespace kaunter

@@ -12,6 +12,7 @@ struct Host {
 
 // Never throws: what the system does not tell is "unknown".
 Host ThisHost();
+std::string ThisHostName();  // without a look at the network
 // Another name for this PC: machines that several persons share would else pass for one. Before the
 // first session, and never again.
 void NameThisHost(std::string name);

@@ -44,7 +44,7 @@ void LampiranB1::Load() {
   Forget();
 }
 
-void LampiranB1::Unload() { DropStagedRows(main(), ThisHost().name, kFile); }
+void LampiranB1::Unload() { DropStagedRows(main(), ThisHostName(), kFile); }
 
 void LampiranB1::Forget() {
   DG.Clear();
@@ -123,7 +123,7 @@ void LampiranB1::Print() {
   const auto selection = BuildSelectionFormula(request);
   StagedRun run;
   run.report_name = kFile;
-  run.pcname = ThisHost().name;
+  run.pcname = ThisHostName();
   run.date_from = DateFrom.text();
   run.date_to = DateTo.text();
   run.filters = request.filters;

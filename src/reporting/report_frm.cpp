@@ -50,7 +50,7 @@ void ReportFrm::Load() {
     own_file_ = session().CallerTag.substr(own_folder.size());
   }
   title_ = session().MsgTitle;
-  pcname_ = ThisHost().name;
+  pcname_ = ThisHostName();
   criteria_ = &CriteriaOf(file_);
   const std::string heading = session().CurrentCompDesc + " - " + title_;
   SetTitle({heading, heading});
