@@ -27,12 +27,15 @@ constexpr const char* kOverdueRoads[] = {kEditLoan, "FolloUpMnu", "ReminderMnu"}
 constexpr const char* kCashRoads[] = {"CashBookMnu", "CashBookRpt", "CBBalRpt"};
 constexpr const char* kMovedRoads[] = {"CashBookRpt", "CashBookMnu", "CBBalRpt"};
 constexpr const char* kChequeRoads[] = {"ChqMastMnu", "ChqRptMnu", "LoanChqRptMnu"};
+constexpr const char* kIncomeRoads[] = {"EInvMenu"};
+// Places in the income that waits.
+constexpr int kIncomeConsolidated = 4;
 // Places in the cash position.
 constexpr int kCashToday = 3, kCashWeek = 4, kCashCheques = 5, kCashDue = 6;
 // Whose dates are the days that the figures count; the others ask for those of loans, or for none.
-constexpr std::string_view kDated[] = {"DueDateInq",  "DueDateListMnu", "DueDateRpt",
-                                       "TrxRptMnu",   "PayRptMnu",      "DailyCollRptMnu",
-                                       "DailyReport", "LoanRptMnu",     "CashBookRpt"};
+constexpr std::string_view kDated[] = {
+    "DueDateInq",      "DueDateListMnu", "DueDateRpt", "TrxRptMnu",   "PayRptMnu",
+    "DailyCollRptMnu", "DailyReport",    "LoanRptMnu", "CashBookRpt", "EInvMenu"};
 
 const Caption kAges[] = {{"1-30 days", "1-30天"},
                          {"31-60 days", "31-60天"},
@@ -50,6 +53,11 @@ std::vector<GridColumn> Columns(Caption what, Caption count) {
 
 std::vector<std::string> Row(std::string what, const Tally& tally) {
   return {std::move(what), std::to_string(tally.count), ShowMoney(tally.amount)};
+}
+
+DayRange Month(int year, int month) {
+  const DateTime first{year, month, 1};
+  return {Format(first, "dd-mm-yyyy"), Format(first.AddMonths(1).AddDays(-1), "dd-mm-yyyy")};
 }
 
 double Milliseconds(std::chrono::steady_clock::time_point since) {
@@ -80,6 +88,12 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
               {{"7 Days Before", "前7天进出"}, Kind::money, 11},
               {{"Cheques 30 Days", "30天内支票"}, Kind::money, 12},
               {{"Due 30 Days", "30天内到期"}, Kind::money, 11}}),
+      EInvDG(screen, "EInvDG", {"Income not submitted", "未提交的收入"},
+             {{{"Company", "公司"}, Kind::text, 9},
+              {{"Documents", "单据"}, Kind::integer, 8},
+              {{"Amount", "金额"}, Kind::money, 11},
+              {{"Named", "个别"}, Kind::money, 11},
+              {{"Consolidated", "合并"}, Kind::money, 11}}),
       FiguresTime(screen, "FiguresTime"),
       PostedLBL(screen, "PostedLBL"),
       RefreshCmd(screen, "RefreshCmd", {"Refresh", "刷新"}),
@@ -88,6 +102,7 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
       menu_(menu),
       parts_{{{},
               [this](Session&, OfficeFigures&) {
+                OfferIncome();
                 if (lists_ == Lists::stale) read_lists();
               },
               nullptr},
@@ -99,7 +114,12 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
                 cash_ = ReadCashPositions(
                     of, into.today, {First(kChequeRoads) != nullptr, First(kDueRoads) != nullptr});
               },
-              &HomeFigures::ShowCash}} {
+              &HomeFigures::ShowCash},
+             {{&EInvDG},
+              [this](Session& of, OfficeFigures& into) {
+                unsent_ = ReadUnsentIncome(of, submitting_, into.today);
+              },
+              &HomeFigures::ShowIncome}} {
   for (int i = 0; i < kYearParts; ++i) {
     parts_.push_back({{&CollectDG},
                       [i](Session& of, OfficeFigures& into) { ReadCollections(of, into, i); },
@@ -117,8 +137,15 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
       const bool dated =
           std::find(std::begin(kDated), std::end(kDated), entry->name) != std::end(kDated);
       if (dated) session_.HandOverDays = grid == &CashDG ? CashDays(column) : Days(*grid, row);
+      if (grid == &EInvDG) {
+        const std::size_t company = static_cast<std::size_t>(row);
+        session_.HandOverSelection =
+            (company < unsent_.size() ? unsent_[company].CompCode : std::string()) + "\n" +
+            (column == kIncomeConsolidated ? "Consolidated" : "Individual");
+      }
       choose(std::string(entry->name));
       session_.HandOverDays = {};
+      session_.HandOverSelection.clear();
     };
   }
   RefreshCmd.onClick = [this] { Refresh(); };
@@ -134,6 +161,7 @@ const MenuEntry* HomeFigures::Road(const Grid& grid) const {
   }
   if (&grid == &OverdueDG) return First(kOverdueRoads);
   if (&grid == &CashDG) return First(kCashRoads);
+  if (&grid == &EInvDG) return First(kIncomeRoads);
   return First(kDueRoads);
 }
 
@@ -157,6 +185,7 @@ const MenuEntry* HomeFigures::CashRoad(int column) const {
 void HomeFigures::SignedIn() {
   SignedOut();
   for (Grid* grid : Grids()) grid->SetVisible(Road(*grid) != nullptr);
+  OfferIncome();
   FiguresTime.SetVisible(true);
   RefreshCmd.SetVisible(true);
   if (later) Begin(When::soon, Lists::fresh);
@@ -167,6 +196,8 @@ void HomeFigures::SignedOut() {
   next_part_ = parts_.size();
   figures_ = {};
   cash_.clear();
+  submitting_.clear();
+  unsent_.clear();
   read_at_.clear();
   failed_ = false;
   spent_ = 0;
@@ -373,6 +404,41 @@ void HomeFigures::ShowCash() {
   CashDG.SetRows(std::move(rows), tones);
 }
 
+void HomeFigures::OfferIncome() {
+  const bool may_see = session_.settings.EInv && Road(EInvDG) != nullptr;
+  submitting_ = may_see ? SubmittingCompanies(session_) : std::vector<std::string>();
+  EInvDG.SetVisible(!submitting_.empty());
+}
+
+void HomeFigures::ShowIncome() {
+  if (!EInvDG.visible()) return;
+  const auto row = [](const std::string& name, const UnsentIncome& one) {
+    return std::vector<std::string>{name, std::to_string(one.named.count + one.consolidated.count),
+                                    ShowMoney(one.named.amount + one.consolidated.amount),
+                                    ShowMoney(one.named.amount),
+                                    ShowMoney(one.consolidated.amount)};
+  };
+  std::vector<std::vector<std::string>> rows;
+  std::vector<RowTone> tones(unsent_.size(), RowTone::plain);
+  for (const UnsentIncome& one : unsent_) rows.push_back(row(one.CompCode, one));
+  if (unsent_.size() > 1) {
+    rows.push_back(row(Caption{"All", "总计"}.In(screen_.chinese()), AllUnsent()));
+    tones.push_back(RowTone::total);
+  }
+  EInvDG.SetRows(std::move(rows), tones);
+}
+
+UnsentIncome HomeFigures::AllUnsent() const {
+  UnsentIncome all;
+  for (const UnsentIncome& one : unsent_) {
+    for (const auto member : {&UnsentIncome::named, &UnsentIncome::consolidated}) {
+      (all.*member).count += (one.*member).count;
+      (all.*member).amount += (one.*member).amount;
+    }
+  }
+  return all;
+}
+
 // From so many days after today, or before, to so many.
 DayRange HomeFigures::Around(int from, int to) const {
   return {Format(figures_.today.AddDays(from), "dd-mm-yyyy"),
@@ -393,11 +459,11 @@ DayRange HomeFigures::Days(const Grid& grid, int row) const {
     if (row < kOver90Days) return Around(-kBandDays[row], -newer - 1);
     return {"", Around(0, -newer - 1).to};
   }
+  if (&grid == &EInvDG) return Month(figures_.today.year, figures_.today.month);
   if (&grid != &CollectDG && &grid != &DisburseDG) return {};
   const Year& year = &grid == &CollectDG ? figures_.collected : figures_.disbursed;
   const MonthTally& month = year.at(static_cast<std::size_t>(row));
-  const DateTime first{month.year, month.month, 1};
-  return {Format(first, "dd-mm-yyyy"), Format(first.AddMonths(1).AddDays(-1), "dd-mm-yyyy")};
+  return Month(month.year, month.month);
 }
 
 bool HomeFigures::Empty() const { return !read_at_.empty() && !figures_.any_loan; }

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "core/cash_figures.h"
+#include "core/income_figures.h"
 #include "core/menu.h"
 #include "core/office_figures.h"
 #include "core/session_screen.h"
@@ -32,6 +33,7 @@ class HomeFigures {
   Grid DisburseDG;  // a row a month
   Grid OverdueDG;   // the loans that are most behind
   Grid CashDG;      // a row a company that has cash, then all of them
+  Grid EInvDG;      // a row a company that submits e-invoices, then all of them
   Label FiguresTime;
   Label PostedLBL;  // up to which day the daily batch has posted late interest
   Button RefreshCmd;
@@ -61,6 +63,7 @@ class HomeFigures {
   void ShowAll();
 
   const OfficeFigures& figures() const { return figures_; }
+  UnsentIncome AllUnsent() const;
   // Nothing is left to be read; the last reading failed.
   bool ready() const { return next_part_ == parts_.size(); }
   bool failed() const { return failed_; }
@@ -96,14 +99,17 @@ class HomeFigures {
   void ShowDisbursed();
   void ShowOverdue();
   void ShowCash();
+  void ShowIncome();
+  // The income that waits is a figure only where e-invoices are submitted.
+  void OfferIncome();
   void ShowMonths(Grid& grid, const Year& year);
   const MenuEntry* CashRoad(int column) const;
   DayRange CashDays(int column) const;
   DayRange Around(int from, int to) const;
   // The first of the roads that can be chosen; else the first that is within the rights; or null.
   const MenuEntry* First(std::span<const char* const> roads) const;
-  std::array<Grid*, 6> Grids() {
-    return {&DueDG, &AgeDG, &CollectDG, &DisburseDG, &OverdueDG, &CashDG};
+  std::array<Grid*, 7> Grids() {
+    return {&DueDG, &AgeDG, &CollectDG, &DisburseDG, &OverdueDG, &CashDG, &EInvDG};
   }
 
   SessionScreen& screen_;
@@ -112,6 +118,8 @@ class HomeFigures {
   std::vector<Part> parts_;
   OfficeFigures figures_;
   std::vector<CashPosition> cash_;
+  std::vector<std::string> submitting_;
+  std::vector<UnsentIncome> unsent_;
   std::string begun_at_;
   std::string posted_;   // as the daily batch keeps it: yyyy-mm-dd
   std::string read_at_;  // empty until a reading has come to its end

@@ -18,6 +18,7 @@ namespace {
 
 constexpr int kBusyMilliseconds = 100;
 constexpr int kAWhileMilliseconds = 5000;
+constexpr int kLastRow = -1;
 
 QColor Between(const QColor& from, const QColor& to, int percent) {
   const auto mix = [percent](int a, int b) { return a + (b - a) * percent / 100; };
@@ -52,6 +53,7 @@ FiguresPanel::FiguresPanel(ScreenFace& face, HomeFigures& figures, QWidget* pare
   overdue_ = MakeCard(figures.AgeDG, kAgeBands);
   collected_ = MakeCard(figures.CollectDG, kRunningMonth);
   disbursed_ = MakeCard(figures.DisburseDG, kRunningMonth);
+  unsent_ = MakeCard(figures.EInvDG, kLastRow);
 
   charts_ = new QWidget(this);
   auto* charts = new QHBoxLayout(charts_);
@@ -102,8 +104,9 @@ FiguresPanel::Card FiguresPanel::MakeCard(Grid& grid, int row) {
 // The screen opens modally: the press is over before it does.
 void FiguresPanel::Open(Grid& grid, int row) {
   QTimer::singleShot(0, this, [this, &grid, row] {
-    if (face_.acting() || row >= grid.RowCount()) return;
-    face_.Act([&] { grid.Open(row, 0); });
+    const int at = row == kLastRow ? grid.RowCount() - 1 : row;
+    if (face_.acting() || at < 0 || at >= grid.RowCount()) return;
+    face_.Act([&] { grid.Open(at, 0); });
   });
 }
 
@@ -216,6 +219,11 @@ void FiguresPanel::Refresh() {
               {"payment", "笔付款"}, false);
   RefreshCard(disbursed_, {"Disbursed this month", "本月放款"}, figures.disbursed.back().sum,
               {"release", "笔放款"}, false);
+  const UnsentIncome unsent = figures_.AllUnsent();
+  const Tally waiting{unsent.named.count + unsent.consolidated.count,
+                      unsent.named.amount + unsent.consolidated.amount};
+  RefreshCard(unsent_, {"Not submitted this month", "本月未提交"}, waiting, {"document", "份单据"},
+              false);
   RefreshAges();
   RefreshYear(*in_, figures_.CollectDG, figures.collected,
               {"No payment in the last twelve months.", "过去十二个月没有收款。"});

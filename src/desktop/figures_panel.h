@@ -41,7 +41,7 @@ class FiguresPanel : public QWidget {
 
   ScreenFace& face_;
   HomeFigures& figures_;
-  Card today_, week_, overdue_, collected_, disbursed_;
+  Card today_, week_, overdue_, collected_, disbursed_, unsent_;
   BandChart* ages_;
   MonthChart* in_;
   MonthChart* out_;

@@ -191,7 +191,12 @@ HomePage::HomePage(ScreenFace& face, MainFrm& main, std::function<void(const std
         &main.LS2,
         none({"Every loan has its stamp number.", "所有贷款都有印花证书号码。"}),
         {}},
-       {&home.CashDG, &home.CashDG, no_cash, {}}},
+       {&home.CashDG, &home.CashDG, no_cash, {}},
+       {&home.EInvDG,
+        &home.EInvDG,
+        none({"Nothing waits to be submitted.", "没有待提交的收入。"}),
+        {"Interest and charges of this month for which no e-invoice has gone out.",
+         "本月未提交电子发票的利息与费用。"}}},
       desk_);
   lists->addWidget(overdue_, 2);
   lists->addWidget(lists_, 3);

@@ -108,7 +108,21 @@ void EInvFrm::Load() {
   ForgetLines();
   FillCompanies(CompCode, session());
   ChooseHome(session(), CompCode);
+  TakeHandOver();
   ChangeCompany();
+}
+
+void EInvFrm::TakeHandOver() {
+  const DayRange days = std::exchange(session().HandOverDays, {});
+  const std::string choices = std::exchange(session().HandOverSelection, {});
+  DateFrom.SetText(days.from);
+  DateTo.SetText(days.to);
+  const std::size_t end = choices.find('\n');
+  const std::string company = choices.substr(0, end);
+  if (!company.empty() && std::ranges::find(CompCode.items(), company) != CompCode.items().end()) {
+    CompCode.SetText(company);
+  }
+  if (end != std::string::npos) SubmitMethod.SetText(choices.substr(end + 1));
 }
 
 SendMode EInvFrm::mode() const {

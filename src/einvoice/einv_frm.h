@@ -46,6 +46,8 @@ class EInvFrm : public SessionScreen {
   // Stops between documents, and during a request only when the service keeps silent.
   class Run;
 
+  // What a figure of the main window counts: its days, company and method.
+  void TakeHandOver();
   SendMode mode() const;
   void ChangeCompany();
   void ChangeSendType();
