@@ -54,6 +54,7 @@
 #include "loans/loan_extend_frm.h"
 #include "loans/new_loan_frm.h"
 #include "loans/update_sch.h"
+#include "movein/access_db.h"
 #include "movein/move_in_frm.h"
 #include "reporting/frm_printing.h"
 #include "reporting/lampiran_b1.h"
@@ -81,6 +82,7 @@ struct Entry {
 // One a line, in alphabetical order.
 // clang-format off
 constexpr Entry kScreens[] = {
+    {"AccessDB", Make<AccessDB>},
     {"AMLADescFrm", Make<AMLADescFrm>},
     {"AMLAFrm", Make<AMLAFrm>},
     {"BatchLinkfrm", Make<BatchLinkfrm>},

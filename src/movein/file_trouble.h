@@ -1,7 +1,9 @@
-// What is wrong with a file that somebody brings, in both languages.
+// What is wrong with a file that somebody brings, in both languages; and the way back into one.
 #pragma once
 
 #include <stdexcept>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "screen/caption.h"
@@ -13,5 +15,12 @@ struct FileTrouble : std::runtime_error {
       : std::runtime_error(caption.english), text(std::move(caption)) {}
   Caption text;
 };
+
+// A cell of a list that goes back to a spreadsheet, which must not take it for a formula.
+inline std::string Harmless(const std::string& text) {
+  constexpr std::string_view kFormulas = "=+-@";
+  const bool formula = !text.empty() && kFormulas.find(text.front()) != std::string_view::npos;
+  return formula ? "'" + text : text;
+}
 
 }  // namespace kaunter

@@ -80,13 +80,6 @@ std::string Front(std::string_view text) {
   return std::string(text.substr(0, end)) + "...";
 }
 
-// A spreadsheet must not take what stands in a list for a formula.
-std::string Harmless(const std::string& text) {
-  constexpr std::string_view kFormulas = "=+-@";
-  return !text.empty() && kFormulas.find(text.front()) != std::string_view::npos ? "'" + text
-                                                                                 : text;
-}
-
 std::string FileText(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   std::ostringstream text;
@@ -101,7 +94,7 @@ MovePage::MovePage(MoveInFrm& form, Tab& tab, MoveKind of)
       suffix(fmt::format("({})", static_cast<int>(of))),
       screen(form),
       page(form, std::string(MoveKindName(of)) + "Page", MoveKindCaption(of), tab),
-      MapDG(form, "MapDG" + suffix, {"Whose Column is What", "栏位对照"}, MapColumns()) {
+      MapDG(form, "MapDG" + suffix, {}, MapColumns()) {
   mapping.kind = of;
 }
 

@@ -58,18 +58,18 @@ class MoveInFrm : public SessionScreen {
   TabPage ResultPage{*this, "ResultPage", {"Result", "结果"}, Pages};
   Grid TotalDG{*this,
                "TotalDG",
-               {"Lines", "行数"},
+               {},
                {{{"Of", "资料"}, Kind::text, 14},
                 {{"Lines", "行数"}, Kind::integer, 10},
                 {{"Known", "已有"}, Kind::integer, 10},
                 {{"Refused", "被拒"}, Kind::integer, 10},
-                {{"Waiting", "待办"}, Kind::integer, 10},
+                {{"Waiting", "连带"}, Kind::integer, 10},
                 {{"Good", "可用"}, Kind::integer, 10},
                 {{"Amount", "金额"}, Kind::money, 16}}};
   Label ResultLBL{*this, "ResultLBL"};
   Grid DG{*this,
           "DG",
-          {"What Stays Behind, and What to Look at", "没有搬入的与须留意的"},
+          {},
           {{{"File", "文件"}, Kind::text, 9},
            {{"Line", "行"}, Kind::integer, 6},
            {{"Field", "栏位"}, Kind::text, 16},

@@ -52,6 +52,7 @@ const std::vector<Layout>& AllLayouts() {
       SMSfrmLayout(),
       SMSTemplatefrmLayout(),
       MoveInFrmLayout(),
+      AccessDBLayout(),
   };
   return layouts;
 }

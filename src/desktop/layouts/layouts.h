@@ -37,6 +37,7 @@ Layout PaymentReaderfrmLayout();
 Layout SupplierfrmLayout();
 Layout SuppTransfrmLayout();
 Layout AMLAFrmLayout();
+Layout AccessDBLayout();
 Layout MoveInFrmLayout();
 Layout NPLExportfrmLayout();
 Layout ReportFrmLayout();

@@ -32,4 +32,18 @@ Layout MoveInFrmLayout() {
           {"CmdDry", "SaveCmd", "CancelCmd"}};
 }
 
+// What is asked, how far it is, and what of the file will not fit.
+Layout AccessDBLayout() {
+  return {"AccessDB",
+          {1080, 720},
+          Down({Across({Group({"Conversion", "转换"}, 1,
+                              {Beside({"FileName", "CmdFile"}),
+                               Line({"CompCode", "ClearData", "ExpOpt"})}),
+                        Group({"Progress", "进度"}, 1, {"TablesBar", "RowsBar"})},
+                       {3, 2}),
+                Fill("CountDG"), Title("ResultLBL"), Fill("DG")},
+               {0, 4, 0, 5}),
+          {"CmdExport", "CmdDry", "SSCommand1", "CancelCmd"}};
+}
+
 }  // namespace kaunter
