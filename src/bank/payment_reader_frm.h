@@ -35,12 +35,12 @@ class PaymentReaderfrm : public SessionScreen {
            {{"Customer ID", "顾客编号"}, Kind::text, 10},
            {{"Customer Name", "顾客姓名"}, Kind::text, 22},
            {{"Amount", "金额"}, Kind::money, 11},
-           {{"Collection Type", "收款方式"}, Kind::text, 9},
-           {{"What Will Happen", "处理结果预览"}, Kind::text, 44},
-           {{"Remarks", "备注"}, Kind::text, 22},
-           {{"Payment ID", "付款编号"}, Kind::text, 16},
-           {{"Error", "错误"}, Kind::text, 22},
-           {{"Reference No", "参考号码"}, Kind::text, 22}}};
+           {{"Type", "方式"}, Kind::text, 6},
+           {{"What Will Happen", "处理结果预览"}, Kind::text, 70},
+           {{"Remarks", "备注"}, Kind::text, 10},
+           {{"Payment ID", "付款编号"}, Kind::text, 10},
+           {{"Error", "错误"}, Kind::text, 8},
+           {{"Reference No", "参考号码"}, Kind::text, 10}}};
   Label TotalLBL{*this, "TotalLBL"};
   Button CmdCheckAll{*this, "CmdCheckAll", {"Select &All", "全选(&A)"}};
   Button CmdUncheckAll{*this, "CmdUncheckAll", {"Select &None", "全不选(&N)"}};

@@ -58,10 +58,10 @@ void PaymentReaderfrm::ProcessTicked() {
       progress.At(static_cast<int>(done), static_cast<int>(ticked.size()), row.RefNo);
       if (TakePayment(session(), desk(), row) == TakeOutcome::paid) {
         session().PaymentsChanged = true;
+        Rebuild(row);
         WriteLog(session(),
                  LogLine(session(), fmt::format("{} - {} - Collection ID {} Saved",
                                                 session().MsgTitle, row.RefNo, row.PayID)));
-        Rebuild(row);
       }
       ++done;
       if (row.done) DG.SetTicked(static_cast<int>(i), false);

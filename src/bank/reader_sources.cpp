@@ -60,11 +60,12 @@ std::vector<ReaderRow> PlannedPayments(Session& session, const DateTime& day) {
           "as [Amount] FROM PaymentList as p INNER JOIN LoanMast as l on p.LoanID=l.LoanID INNER "
           "JOIN CustMast as c on l.CustID=c.CustID LEFT OUTER JOIN SchMast as s on "
           "s.LoanID=p.LoanID AND s.SchID=p.SeqNo LEFT OUTER JOIN PaymentMast as m on "
-          "m.PayID=p.PayID WHERE p.PayDate {} {} AND m.PayID is null AND (s.LoanID is null OR "
+          "m.PayID=p.PayID WHERE p.PayDate {} {} AND m.PayID is null AND l.LoanStatus='ACTIVE' AND "
+          "(s.LoanID is null OR "
           "s.PayableAmt-s.Payment > 0){} ORDER BY p.LoanID,p.SeqNo",
           kMostReaderRows + 1, session.settings.PayToDate ? "<=" : "=", SqlDate(day),
           AndCompany(session, "l.CompCode"))),
-      ReaderSource::planned, "PaymentList");
+      ReaderSource::planned, "Plan");
 }
 
 std::vector<ReaderRow> DueInstalments(Session& session, const DateTime& day) {

@@ -18,8 +18,8 @@ inline constexpr int kMostReaderRows = 20000;
 // belongs to a company that is none of the person's. Throws SqlError.
 bool FindReaderLoan(Session& session, std::string_view loan_id, ReaderRow& row);
 
-// The payments that are planned for the day (with the setting PayToDate up to it), their
-// instalments still open and not taken yet. Throws SqlError.
+// The payments on active loans that are planned for the day (with the setting PayToDate up to it),
+// their instalments still open and not taken yet. Throws SqlError.
 std::vector<ReaderRow> PlannedPayments(Session& session, const DateTime& day);
 
 // The open instalments of running loans up to the day, all of them paid on it. Throws SqlError.

@@ -54,20 +54,25 @@ void SIProcessfrm::List() {
   // ask for the arrears at once.
   const std::string sql = fmt::format(
       "SELECT LoanID,MAX(DueDate) as [DueDate],CustName,BankAccNo,BankTransferName,OldLoanCode,"
-      "Memo5,MAX(Amt) as [Amt] FROM (SELECT s.LoanID,s.DueDate,c.CustName,c.BankAccNo,"
-      "c.BankTransferName,l.OldLoanCode,l.Memo5,s.PayableAmt-s.Payment as [Amt] FROM SchMast as s "
+      "Memo5,MAX(Amt) as [Amt],LoanStatus FROM (SELECT s.LoanID,s.DueDate,c.CustName,c.BankAccNo,"
+      "c.BankTransferName,l.OldLoanCode,l.Memo5,s.PayableAmt-s.Payment as [Amt],l.LoanStatus FROM "
+      "SchMast as s "
       "INNER JOIN LoanMast as l on s.LoanID=l.LoanID INNER JOIN CustMast as c on l.CustID=c.CustID "
       "WHERE s.PayableAmt-s.Payment > 0 and s.DueDate <= {}) as aa GROUP BY LoanID,CustName,"
-      "OldLoanCode,Memo5,BankAccNo,BankTransferName ORDER BY LoanID",
+      "OldLoanCode,Memo5,BankAccNo,BankTransferName,LoanStatus ORDER BY LoanID",
       SqlDate(ToDate.text()));
   vsd.Clear();
   const bool read = ReadOrTell(session(), *this, "Direct Debit", kExportFailed, [&] {
-    FillGrid(vsd, main().Query(sql));
-    for (int row = 0; row < vsd.RowCount(); ++row) {
-      // Without a number at its end the bank takes no account.
+    Recordset loans = main().Query(sql);
+    FillGrid(vsd, loans);
+    for (int row = 0; row < vsd.RowCount(); ++row, loans.MoveNext()) {
       const std::string account = Trim(vsd.Cell(row, kAccount));
       vsd.SetCell(row, kAccount, account);
+      // Without a number at its end the bank takes no account.
       if (!AccountTail(account)) vsd.SetTone(row, RowTone::warn);
+      if (!SameText(NullToEmpty(loans.Field("LoanStatus")), "ACTIVE")) {
+        vsd.SetTone(row, RowTone::quiet);
+      }
     }
   });
   ShowTotal();
@@ -85,9 +90,10 @@ void SIProcessfrm::Clear() {
 }
 
 void SIProcessfrm::TickAll(bool on) {
-  // What the bank cannot debit would stop the whole file: it is ticked by hand alone.
+  // What the bank cannot debit would stop the whole file, and a closed loan is asked for no money:
+  // they are ticked by hand alone.
   for (int row = 0; row < vsd.RowCount(); ++row) {
-    vsd.SetTicked(row, on && vsd.Tone(row) != RowTone::warn);
+    vsd.SetTicked(row, on && vsd.Tone(row) == RowTone::plain);
   }
   ShowTotal();
 }
@@ -96,8 +102,10 @@ void SIProcessfrm::ShowTotal() {
   Money total;
   int ticked = 0;
   int without = 0;
+  int closed = 0;
   for (int row = 0; row < vsd.RowCount(); ++row) {
     if (vsd.Tone(row) == RowTone::warn) ++without;
+    if (vsd.Tone(row) == RowTone::quiet) ++closed;
     if (!vsd.Ticked(row)) continue;
     ++ticked;
     total += Money::FromText(vsd.Cell(row, kAmount));
@@ -108,6 +116,10 @@ void SIProcessfrm::ShowTotal() {
   if (without > 0) {
     text.english += fmt::format("; {} without a bank account number", without);
     text.chinese += fmt::format("；{} 笔没有银行户口号码", without);
+  }
+  if (closed > 0) {
+    text.english += fmt::format("; {} not active", closed);
+    text.chinese += fmt::format("；{} 笔已结束", closed);
   }
   TotalLBL.SetText(session().In(text));
 }

@@ -239,6 +239,17 @@ TEST_F(BankFileTest, LettersOfTwoBytesStandWhereTheLayoutSays) {
   EXPECT_EQ(Read(layout)[0].reference, "L1");
 }
 
+TEST_F(BankFileTest, TheSameLineOfAnotherDayIsAnotherLine) {
+  const auto fingerprint = [&](const char* day) {
+    std::string detail;
+    BankWriter::Put(detail, 95, "0000010000");
+    BankWriter::Put(detail, 105, "L1");
+    Write(std::string("3123456789") + day + "\n" + detail + "\n");
+    return Read(Layout("HEADER")).at(0).fingerprint;
+  };
+  EXPECT_NE(fingerprint("20240130"), fingerprint("20240131"));
+}
+
 TEST_F(BankFileTest, WhatLooksLikeAPaymentAndIsNoneSaysWhy) {
   const BankLayout layout = Layout("PBB");
   const struct {

@@ -142,12 +142,6 @@ TEST(DirectDebitFile, HeaderAndFooterOfAnEmptyRunToTheByte) {
   EXPECT_EQ(DebitFileName(kSetup, kNow), "12345PBB31012401.DIF");
 }
 
-TEST(DirectDebitFile, ToldAmountAndHash) {
-  const std::string file = File({{"L", "Tan", "1234567890", "", "1,234.50"}});
-  EXPECT_THAT(file, HasSubstr("DD1234567890          0000000000123450Tan"));
-  EXPECT_THAT(file, HasSubstr(" 000000000131340 "));  // 123450 + 7890
-}
-
 TEST(DirectDebitFile, WhatDoesNotFitNamesItsLineAndField) {
   const Debit good{"L1", "Tan", "1234", "T", "1.00"};
   const auto with = [&](auto member, const char* text) {

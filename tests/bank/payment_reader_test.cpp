@@ -144,9 +144,10 @@ TEST_F(PaymentReaderTest, EachLineTellsWhatItWillDoAndDoesIt) {
     EXPECT_EQ(screen->DG.Ticked(row), !done);
   }
   EXPECT_EQ(Scalar("SELECT COUNT(*) FROM PaymentReader WHERE ErrMsg<>''"), "5");
-  EXPECT_EQ(Lines("SELECT CollectInfoID,SalesmanID,PaymentStatus,DeletePayID,Settlement,SchID,"
-                  "PayableAmt,LampiranStatus FROM PaymentMast WHERE PayID='HQ0001-001-002'"),
-            "CASH NIL ACTIVE  0 2 112 PINJAMAN SEMASA\n");
+  EXPECT_EQ(
+      Lines("SELECT CollectInfoID,SalesmanID,PaymentStatus,DeletePayID,Settlement,SchID,"
+            "PayableAmt,LastDueDate,NextDueDate FROM PaymentMast WHERE PayID='HQ0001-001-003'"),
+      "CASH NIL ACTIVE  0 3 74 2024-03-31 2024-04-30\n");
   EXPECT_EQ(Faults(), "");
 }
 
@@ -317,8 +318,7 @@ TEST_F(PaymentReaderTest, PlannedPaymentsAreMarkedAndThoseOfPaidRowsLeftOut) {
     return Column(screen->DG, kRef) + Column(screen->DG, kDate);
   };
   EXPECT_EQ(counter.questions.size(), 0u);
-  const std::string february =
-      "PaymentList-HQ0001-001-002 PaymentList-HQ0001-002-002 29-02-2024 29-02-2024 ";
+  const std::string february = "Plan-HQ0001-001-002 Plan-HQ0001-002-002 29-02-2024 29-02-2024 ";
   EXPECT_EQ(list("29-02-2024"), february);
   EXPECT_EQ(counter.questions.back().substr(counter.questions.back().find("Confirm")),
             "Confirm to read from payment record ?");
@@ -331,7 +331,7 @@ TEST_F(PaymentReaderTest, PlannedPaymentsAreMarkedAndThoseOfPaidRowsLeftOut) {
   RebuildLoan(main(), "HQ0001-001");
   office.session.settings.PayToDate = true;
   list("31-03-2024");
-  EXPECT_EQ(Column(screen->DG, kRef), "PaymentList-HQ0001-001-003 PaymentList-HQ0001-002-003 ");
+  EXPECT_EQ(Column(screen->DG, kRef), "Plan-HQ0001-001-003 Plan-HQ0001-002-003 ");
   EXPECT_THAT(Told(*screen, 0), HasSubstr("Of instalment 3 only 74.00 is open. "));
   EXPECT_TRUE(screen->DG.Ticked(1));
   EXPECT_FALSE(screen->DG.Ticked(0));
