@@ -95,6 +95,7 @@ void CompCodeFrm::Load() {
   FillItems(AreaCode, main(), "SELECT AreaCode FROM AreaMast ORDER BY AreaCode");
   CmdDelete.SetEnabled(false);
   ECust.SetVisible(session().settings.EInv && desk().CanShow("ECustMast"));
+  ECust.SetEnabled(false);
   record_.Remember();
 }
 
@@ -109,6 +110,7 @@ void CompCodeFrm::LoadCompany(const std::string& code) {
   const Recordset row =
       main().Query(fmt::format("SELECT * FROM CompMast WHERE CompCode={}", QuoteStr(code)));
   CmdDelete.SetEnabled(!row.Eof() && MayDelete(code));
+  ECust.SetEnabled(!row.Eof());
   if (row.Eof()) return;
   record_.Clear();
   record_.Load(row);
@@ -173,6 +175,7 @@ void CompCodeFrm::Delete() {
 void CompCodeFrm::ClearAll() {
   record_.Clear();
   CmdDelete.SetEnabled(false);
+  ECust.SetEnabled(false);
   FocusOn(CompCode);
 }
 
