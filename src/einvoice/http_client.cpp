@@ -103,6 +103,7 @@ class HttpClient::Line {
                const HeaderList& headers, Transfer& transfer) {
     curl_easy_reset(easy_);  // the open lines stay
     Set(CURLOPT_NOSIGNAL, 1L);
+    Set(CURLOPT_QUICK_EXIT, 1L);  // a name that nobody resolves holds up nobody who gives up
     Set(CURLOPT_ERRORBUFFER, error_);
     error_[0] = '\0';
     Set(CURLOPT_URL, url.c_str());
@@ -198,7 +199,8 @@ std::string HttpClient::HttpSend(std::string_view method, std::string_view url,
                      "电子发票服务的地址不是 http 或 https 地址，请检查电子发票设定。"}),
         false, false);
   }
-  const Hourglass busy(desk_);
+  std::optional<Hourglass> busy;
+  if (!stop_asked_) busy.emplace(desk_);  // a run has its own
   if (!line_) line_ = std::make_unique<Line>();
   HeaderList headers;
   headers.Add("Expect:");  // the body goes at once
