@@ -32,6 +32,7 @@
 #include "compliance/npl_exportfrm.h"
 #include "compliance/npl_loan_frm.h"
 #include "compliance/return_figures_frm.h"
+#include "compliance/watch_list_frm.h"
 #include "core/company_screens.h"
 #include "core/password_screens.h"
 #include "core/popup_frm.h"
@@ -141,6 +142,7 @@ constexpr Entry kScreens[] = {
     {"UpdateSch", Make<UpdateSch>},
     {"UserFrm", MakeUserFrm},
     {"VerifyLedgerFrm", Make<VerifyLedgerFrm>},
+    {"WatchListFrm", Make<WatchListFrm>},
 };
 // clang-format on
 

@@ -375,6 +375,8 @@ std::vector<MenuEntry> MenuTable() {
                   "NPLLoanFrm"),
       OpensScreen("DataExportMnu", "UtilitiesMnu", {"Data E&xporter", "资料输出(&X)"},
                   "Data Exporter", "", "NPLExportfrm"),
+      OpensScreen("WatchListMnu", "UtilitiesMnu", {"&Watch List Screening", "名单核对(&W)"},
+                  "Watch List Screening", "", "WatchListFrm"),
       Own("TestDocMnu", "UtilitiesMnu", {"Test Document Transfer", "测试文件传送"}, "Test Document",
           kByRight),
       Own("DQMnu", "UtilitiesMnu", {"Database &Query", "数据库查询(&Q)"}, "Database Query",

@@ -8,6 +8,7 @@
 #include <optional>
 #include <stdexcept>
 
+#include "compliance/watch_list.h"
 #include "core/central_database.h"
 #include "core/log.h"
 #include "core/session.h"
@@ -30,10 +31,10 @@ Lookup FirstOf(const IdentityNumbers& asked) {
 }
 
 // The first entry of the list with the number, as the message tells it; "" when there is none.
-std::string FindEntry(Connection& central, const Lookup& lookup) {
-  const Recordset entry = central.Query(
-      fmt::format("SELECT RefNo,Name,{0},OtherInformation FROM AMLAMast WHERE {0}={1}",
-                  lookup.column, QuoteStr(lookup.number)));
+std::string FindEntry(Connection& connection, const Lookup& lookup, std::string_view list) {
+  const Recordset entry =
+      connection.Query(fmt::format("SELECT RefNo,Name,{0},OtherInformation FROM {2} {0}={1}",
+                                   lookup.column, QuoteStr(lookup.number), list));
   if (entry.Eof()) return {};
   return fmt::format("AML/CFT detected on {}: {}\n\nRef. No.: {}\n\nName: {}\n\n{}", lookup.kind,
                      NullToEmpty(entry.Field(lookup.column)), NullToEmpty(entry.Field("RefNo")),
@@ -49,7 +50,7 @@ class Answers {
   }
   void AskAll(Connection& central) {
     for (std::size_t i = 0; i < lookups_.size(); ++i) {
-      std::string entry = FindEntry(central, lookups_[i]);
+      std::string entry = FindEntry(central, lookups_[i], "AMLAMast WHERE");
       const std::lock_guard lock(mutex_);
       entries_[i] = std::move(entry);
     }
@@ -67,16 +68,38 @@ class Answers {
 };
 
 // The numbers stand in the log, so that they can be looked up by hand.
-void NoteAway(const Session& session, const std::string& numbers, std::string_view why) {
+void Note(const Session& session, const std::string& line, const Caption& status) {
   try {
-    WriteLog(session, LogLine(session, fmt::format(" - AML/CFT screening of {} not done: {}",
-                                                   numbers, why)));
+    WriteLog(session, LogLine(session, " - AML/CFT screening of " + line));
   } catch (const std::exception&) {
     // A log that cannot be written must not stop the counter either.
   }
-  if (session.status) {
-    session.status(session.In({"AML/CFT screening not done: the central database is away",
-                               "未能核对反洗钱名单：中央数据库无法连接"}));
+  if (session.status) session.status(session.In(status));
+}
+
+// The office's own copy, where that is to serve; nothing where it is not, or cannot be had.
+std::optional<WatchCopy> CopyToServe(Session& session) {
+  try {
+    return UsesCopy(session.Main()) ? CopyInUse(session.Main()) : std::nullopt;
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
+std::optional<std::string> FindInCopy(Session& session, const WatchCopy& copy,
+                                      const Lookup& lookup) {
+  try {
+    std::string text =
+        FindEntry(session.Main(), lookup, fmt::format("AMLACopy WHERE CopyID={} AND", copy.CopyID));
+    if (text.empty()) return text;
+    const std::string date = ShowDateTime(copy.CopyDate);
+    return text + "\n\n" +
+           session.In({fmt::format("From the office's copy of the list, taken {}. The central "
+                                   "database is away.",
+                                   date),
+                       fmt::format("取自本公司于 {} 备存的名单副本。中央数据库无法连接。", date)});
+  } catch (const std::exception&) {
+    return std::nullopt;
   }
 }
 
@@ -109,10 +132,16 @@ std::vector<ScreeningResult> LookUpIdentities(Session& session,
   if (lookups.empty()) return results;
   const auto answers = std::make_shared<Answers>(lookups);
   const std::string why = Ask(session, answers);
-  const auto entries = answers->SoFar();
+  auto entries = answers->SoFar();
+  const auto copy = why.empty() ? std::nullopt : CopyToServe(session);
+  std::string by_copy;
   std::string unanswered;
   for (std::size_t i = 0; i < lookups.size(); ++i) {
     ScreeningResult& result = results[places[i]];
+    if (!entries[i] && copy) {
+      entries[i] = FindInCopy(session, *copy, lookups[i]);
+      if (entries[i]) by_copy += (by_copy.empty() ? "" : ", ") + lookups[i].number;
+    }
     if (!entries[i]) {
       result.found = Screening::away;
       unanswered += (unanswered.empty() ? "" : ", ") + lookups[i].number;
@@ -120,7 +149,17 @@ std::vector<ScreeningResult> LookUpIdentities(Session& session,
       result = {Screening::hit, *entries[i]};
     }
   }
-  if (!unanswered.empty()) NoteAway(session, unanswered, why);
+  if (!by_copy.empty()) {
+    const std::string date = ShowDateTime(copy->CopyDate);
+    Note(session, fmt::format("{} by the copy of {}: {}", by_copy, date, why),
+         {fmt::format("AML/CFT screening by the copy of {}: the central database is away", date),
+          fmt::format("反洗钱名单以 {} 的副本核对：中央数据库无法连接", date)});
+  }
+  if (!unanswered.empty()) {
+    Note(session, fmt::format("{} not done: {}", unanswered, why),
+         {"AML/CFT screening not done: the central database is away",
+          "未能核对反洗钱名单：中央数据库无法连接"});
+  }
   return results;
 }
 

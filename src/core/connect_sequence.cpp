@@ -280,6 +280,7 @@ const std::vector<Step>& Steps() {
       PatchOnce(patches::kPaymentReaderLine),
       PatchWith(patches::kEInvCodes, PatchEInvCodes),
       PatchOnce(patches::kMoveIn),
+      PatchOnce(patches::kWatchListCopy),
   };
   return steps;
 }

@@ -70,6 +70,8 @@ void MainMenu::ApplyRights(Session& session) {
       entry.visible = aml;
     } else if (entry.name == "AMLADescMnu") {
       entry.visible = session.CurrentLevel >= 3;
+    } else if (entry.name == "WatchListMnu") {
+      entry.visible = session.settings.AMLA && session.CurrentLevel >= 3;
     } else if (entry.name == "LinkDBMnu") {
       entry.visible = session.CurrentUserID == "OWL";
     } else if (entry.name == "PaymentReaderMnu") {

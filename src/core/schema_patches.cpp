@@ -251,6 +251,31 @@ const Patch kMoveIn = {
      "CONSTRAINT PK_MoveInMast PRIMARY KEY (Kind,CompCode,OldCode))",
      "INSERT INTO Systemast (Param,Value) VALUES ('MoveIn','1')"}};
 
+// A copy of the watch list, what is decided about customers who are like an entry of it, and the
+// runs over all customers. A copy counts once it is finished, and stays beside the one before it. A
+// decision keeps both sides as they stood, so that a change of either is seen.
+const Patch kWatchListCopy = {
+    "WatchListCopy",
+    {"INSERT INTO Systemast (Param,Value) VALUES ('WatchListCopy','1')",
+     "CREATE TABLE AMLACopyHead (CopyID int NOT NULL, CopyDate datetime NOT NULL, Entries int NOT "
+     "NULL, Finished nvarchar(1) NOT NULL, UserID nvarchar(50) NULL, CONSTRAINT PK_AMLACopyHead "
+     "PRIMARY KEY (CopyID))",
+     "CREATE TABLE AMLACopy (CopyID int NOT NULL, EntryNo int NOT NULL, RefNo nvarchar(50) NULL, "
+     "Name nvarchar(300) NULL, NRIC nvarchar(50) NULL, PassportNo nvarchar(50) NULL, "
+     "OtherInformation nvarchar(max) NULL, CONSTRAINT PK_AMLACopy PRIMARY KEY (CopyID,EntryNo))",
+     "create index IX_AMLACopy_CopyID_NRIC on AMLACopy (CopyID,NRIC)",
+     "create index IX_AMLACopy_CopyID_PassportNo on AMLACopy (CopyID,PassportNo)",
+     "CREATE TABLE AMLADecision (CustID nvarchar(50) NOT NULL, SeqNo int NOT NULL, CompCode "
+     "nvarchar(50) NULL, CustName nvarchar(300) NULL, CustNIC nvarchar(50) NULL, CustOIC "
+     "nvarchar(50) NULL, CustOthIC nvarchar(50) NULL, RefNo nvarchar(50) NULL, ListName "
+     "nvarchar(300) NULL, ListNRIC nvarchar(50) NULL, ListPassportNo nvarchar(50) NULL, ListOther "
+     "nvarchar(max) NULL, Reason nvarchar(max) NULL, Decision nvarchar(10) NOT NULL, Remark "
+     "nvarchar(500) NULL, UserID nvarchar(50) NULL, DateCreated datetime NOT NULL, CONSTRAINT "
+     "PK_AMLADecision PRIMARY KEY (CustID,SeqNo))",
+     "CREATE TABLE AMLARun (RunID int NOT NULL, RunDate datetime NOT NULL, CopyDate datetime NOT "
+     "NULL, Companies nvarchar(max) NULL, Customers int NOT NULL, Hits int NOT NULL, Undecided int "
+     "NOT NULL, UserID nvarchar(50) NULL, CONSTRAINT PK_AMLARun PRIMARY KEY (RunID))"}};
+
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
     "UserID nvarchar(50) NULL, "

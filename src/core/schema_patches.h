@@ -43,6 +43,7 @@ extern const Patch kEInvSending;
 extern const Patch kPaymentReaderLine;
 extern const Patch kEInvCodes;
 extern const Patch kMoveIn;
+extern const Patch kWatchListCopy;
 
 // Made when the table is missing, without a key.
 extern const std::string_view kHolidayMast;

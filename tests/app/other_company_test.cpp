@@ -147,6 +147,9 @@ struct Walk : SilentDesk {
                       "({0},{1},'60121','text','FAIL','2024-01-12')",
                       QuoteStr(mark), QuoteStr(company)));
     }
+    office.Run(
+        "INSERT INTO AMLACopyHead (CopyID,CopyDate,Entries,Finished) VALUES (1,'2024-01-30',2,'1');"
+        "INSERT INTO AMLACopy (CopyID,EntryNo,Name) VALUES (1,1,'AA Name'),(1,2,'ZZ Name')");
     for (const auto& file : std::filesystem::directory_iterator(test::SourceDir() + "/reports")) {
       std::filesystem::create_symlink(file.path(),
                                       office.folder.File(file.path().filename().string()));

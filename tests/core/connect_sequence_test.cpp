@@ -57,16 +57,17 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
   office.Connect();
   EXPECT_THAT(
       office.steps,
-      ElementsAre(
-          "TransLogs", "ftpAcc", "CapLock", "IntRate", "DefaultLateCharge", "LinkAcc", "SMSServer",
-          "LowInt", "LinkDB", "CompCode2", "PaymentReader", "SchInt", "Patch-Drawdown", "PayToDate",
-          "RoundedInstallment", "OldReceipt", "NoSignature", "AMLA", "LockAMLAReasonCode",
-          "DataExportFlag", "DisableSTR", "LampiranA", "ORYYMMDD", "HolidayMast", "CheckHoliday",
-          "AutoChangePayDate", "PaymentReaderOldMethod", "IDEAL", "CalcAmt", "OrgDueDate", "EInv",
-          "AutoProcessingFeeRate", "AutoStampingFeeRate", "AutoLoanPurpose", "EInvCustName",
-          "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
-          "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex", "CompanyPictures",
-          "CashBookOpening", "EInvSending", "PaymentReaderLine", "EInvCodes", "MoveIn"));
+      ElementsAre("TransLogs", "ftpAcc", "CapLock", "IntRate", "DefaultLateCharge", "LinkAcc",
+                  "SMSServer", "LowInt", "LinkDB", "CompCode2", "PaymentReader", "SchInt",
+                  "Patch-Drawdown", "PayToDate", "RoundedInstallment", "OldReceipt", "NoSignature",
+                  "AMLA", "LockAMLAReasonCode", "DataExportFlag", "DisableSTR", "LampiranA",
+                  "ORYYMMDD", "HolidayMast", "CheckHoliday", "AutoChangePayDate",
+                  "PaymentReaderOldMethod", "IDEAL", "CalcAmt", "OrgDueDate", "EInv",
+                  "AutoProcessingFeeRate", "AutoStampingFeeRate", "AutoLoanPurpose", "EInvCustName",
+                  "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
+                  "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex",
+                  "CompanyPictures", "CashBookOpening", "EInvSending", "PaymentReaderLine",
+                  "EInvCodes", "MoveIn", "WatchListCopy"));
   for (const char* key : {"Patch-Drawdown",
                           "AMLA",
                           "DataExportFlag",
@@ -89,7 +90,8 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                           "EInvSending",
                           "PaymentReaderLine",
                           "EInvCodes",
-                          "MoveIn"}) {
+                          "MoveIn",
+                          "WatchListCopy"}) {
     EXPECT_EQ(ReadSetting(office.session.Main(), key), "1") << key;
   }
   auto shape = office.Shape();

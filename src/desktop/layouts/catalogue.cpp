@@ -53,6 +53,7 @@ const std::vector<Layout>& AllLayouts() {
       SMSTemplatefrmLayout(),
       MoveInFrmLayout(),
       AccessDBLayout(),
+      WatchListFrmLayout(),
   };
   return layouts;
 }

@@ -43,4 +43,18 @@ Layout NPLExportfrmLayout() {
           {"Command4", "Command1", "Command2", "SSCommand1", "CmdExcel", "SaveCmd", "CancelCmd"}};
 }
 
+// The copy and the run above, the list, and below it the two sides of the row that is chosen, with
+// what is decided about them.
+Layout WatchListFrmLayout() {
+  return {"WatchListFrm",
+          {1330, 740},
+          Down({Fields(2, {"CopyLBL", "UseCopy", "RunLBL", "Show"}), Fill("HitDG"),
+                Across({Group({"The Row Chosen", "所选的一行"}, 2, {"Customer", "Entry"}),
+                        Down({Group({"Decision", "决定"}, 1, {"Remark"}),
+                              ButtonsHere({"HitCmd", "NoHitCmd", "CustCmd"})})},
+                       {8, 5})},
+               {0, 1, 0}),
+          {"CopyCmd", "PrintCmd", "ScreenCmd", "CancelCmd"}};
+}
+
 }  // namespace kaunter

@@ -51,5 +51,6 @@ Layout SelfBillFrmLayout();
 Layout ECustMastLayout();
 Layout SMSfrmLayout();
 Layout SMSTemplatefrmLayout();
+Layout WatchListFrmLayout();
 
 }  // namespace kaunter
