@@ -2,7 +2,8 @@
 //
 //   1. the same words, in any order, or
 //   2. the same letters in them, written together or apart, or
-//   3. the same words in the same order, but that one leaves out weak ones (Muhammad, Abdul, Nur, an
+//   3. the same words in the same order, but that one leaves out weak ones (Muhammad, Abdul, Nur,
+//   an
 //      initial ...), with two others at least, or
 //   4. all words of the one but weak ones, three at least, among those of the other.
 //
