@@ -6,6 +6,7 @@
 #include <utility>
 #include <variant>
 
+#include "bank/reader_sources.h"
 #include "bank/take_payment.h"
 #include "bank/taken_lines.h"
 #include "collections/hold_loan.h"
@@ -81,6 +82,8 @@ std::optional<ReaderOutlook> ReaderPreview::LookAtRecord(ReaderRow& row) {
     row.Remarks.clear();
     return std::nullopt;
   }
+  // A clerk may have put the loan right.
+  if (!SameText(taken->LoanID, row.LoanID)) FindReaderLoan(session_, taken->LoanID, row);
   ReaderOutlook done{Outlook::done, {"Already done", "已处理"}};
   Connection& main = session_.Main();
   done.behind =

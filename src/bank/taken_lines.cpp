@@ -8,13 +8,19 @@ namespace kaunter {
 namespace {
 
 constexpr const char* kColumns =
-    "SELECT r.RefNo,r.Remarks,r.PayID,r.ErrMsg,r.LineHash,p.PayID as Stored FROM PaymentReader as "
+    "SELECT r.RefNo,r.Remarks,r.PayID,r.ErrMsg,r.LineHash,p.PayID as Stored,p.LoanID FROM "
+    "PaymentReader as "
     "r LEFT OUTER JOIN PaymentMast as p on p.PayID=r.PayID WHERE ";
 
 TakenLine LineIn(const Recordset& row) {
   const auto text = [&row](std::string_view column) { return NullToEmpty(row.Field(column)); };
-  return {text("RefNo"),  text("Remarks"),  text("PayID"),
-          text("ErrMsg"), text("LineHash"), !row.Field("Stored").IsNull()};
+  return {text("RefNo"),
+          text("Remarks"),
+          text("PayID"),
+          text("ErrMsg"),
+          text("LineHash"),
+          text("LoanID"),
+          !row.Field("Stored").IsNull()};
 }
 
 // A message may be longer than its column.

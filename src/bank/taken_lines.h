@@ -22,6 +22,7 @@ struct TakenLine {
   std::string PayID = {};
   std::string ErrMsg = {};
   std::string LineHash = {};   // "" of lines that an older version took
+  std::string LoanID = {};     // that its payment went to
   bool payment_there = false;  // the payment has not been deleted since
 
   bool Done() const { return Remarks == kPaymentDone; }

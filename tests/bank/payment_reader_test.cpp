@@ -10,6 +10,7 @@
 #include "collections/ledger_check.h"
 #include "loans/rebuild.h"
 #include "reports/run_report.h"
+#include "screen/cancel_offer.h"
 #include "tests/loans/loan_office.h"
 #include "tests/support/places.h"
 
@@ -21,7 +22,24 @@ using ::testing::HasSubstr;
 constexpr int kDate = 0, kLoanID = 1, kAmount = 4, kType = 5, kOutlook = 6, kRemarks = 7,
               kPayID = 8, kError = 9, kRef = 10;
 
+// A bar whose Stop is pressed while line `last` is in work; never where it is 0.
+struct StoppedBar : ProgressBar, CancelOffer {
+  explicit StoppedBar(int last_line) : last(last_line) {}
+  void SetRange(int) override {}
+  void SetText(std::string_view) override {}
+  void Step(int) override {}
+  void SetPosition(int) override { ++seen; }
+  void OfferCancel(std::string_view) override {}
+  bool Cancelled() const override { return last > 0 && seen >= last; }
+  int last;
+  int seen = 0;
+};
+
 struct ReaderDesk : AgreeingDesk {
+  std::unique_ptr<ProgressBar> Progress(std::string_view) override {
+    return std::make_unique<StoppedBar>(stop_at);
+  }
+  int stop_at = 0;
   std::string PickFile(std::string_view title, std::string_view, std::string_view) override {
     titles.emplace_back(title);
     return file;
@@ -234,6 +252,18 @@ TEST_F(PaymentReaderTest, AnotherDesktopIsNoticedWhereTheMoneyIsStored) {
   EXPECT_THAT(renamed->DG.Cell(0, kError), HasSubstr("taken meanwhile as A.txt-001"));
 }
 
+TEST_F(PaymentReaderTest, StopEndsBetweenTwoLinesAndTheRestStaysTicked) {
+  auto screen = Read("A.txt", three);
+  counter.stop_at = 2;
+  Process(*screen);
+  EXPECT_EQ(Last(), "Stopped after 2 of 3 payments");
+  EXPECT_EQ(Scalar("SELECT COUNT(*) FROM PaymentMast"), "2");
+  EXPECT_TRUE(screen->DG.Ticked(2));
+  screen->ReadCmd.Click();
+  EXPECT_EQ(Last(), "Stopped, nothing was read");
+  EXPECT_EQ(screen->DG.RowCount(), 0);
+}
+
 // The processing fails at each of its statements in turn, once or from there on; another reading
 // and another press then leave each line paid once, and no loan behind.
 TEST_F(PaymentReaderTest, AFailureAtAnyStatementTakesNothingTwice) {
@@ -380,6 +410,13 @@ TEST_F(PaymentReaderTest, FailedLinesAreAFileThatCanBeReadAgain) {
   EXPECT_THAT(Last(), HasSubstr("cannot be changed"));
   Process(*screen);
   EXPECT_EQ(Payments(), "HQ0001-001-001 112 112 0\nHQ0001-002-001 33 33 0\n");
+  // Read again it tells which loan was meant, and whether that one is behind.
+  office.Run("UPDATE LoanMast SET TotPay=0 WHERE LoanID='HQ0001-002'");
+  screen = Read(name, bytes.str());
+  EXPECT_EQ(screen->DG.Cell(1, kLoanID), "HQ0001-002");
+  EXPECT_THAT(Told(*screen, 1), HasSubstr("Already done, its balance is behind"));
+  Process(*screen);
+  EXPECT_EQ(Faults(), "");
   // In the first file the line is known by what stands in it.
   screen = Read("A.txt", Line("20240131", 11200, "HQ0001-001") + "\r\n\r\n" +
                              Line("20240131", 3300, "HQ0001-O2"));
