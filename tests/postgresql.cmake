@@ -9,10 +9,17 @@ if(TARGET kaunter-play)
     endif()
     string(REGEX REPLACE "^play-" "" script ${name})
     string(REPLACE "-" "_" database ${script})
+    set(played ${CMAKE_CURRENT_SOURCE_DIR}/play/${script}.play)
+    set(place ${CMAKE_CURRENT_BINARY_DIR})
+    if(name STREQUAL "play-moving-in")
+      set(played "${moving_in}")
+      set(place ${CMAKE_SOURCE_DIR}/demo)
+    endif()
     add_test(NAME postgresql-${script}
+      WORKING_DIRECTORY ${place}
       COMMAND ${CMAKE_COMMAND}
         -DPROGRAM=$<TARGET_FILE:kaunter-play>
-        "-DSCRIPT=${CMAKE_CURRENT_SOURCE_DIR}/play/${script}.play"
+        "-DSCRIPT=${played}"
         -DOFFICE=${CMAKE_BINARY_DIR}/play-postgresql/${script}
         -DNAME=play_${database}
         -DREPORTS=${CMAKE_SOURCE_DIR}/reports
