@@ -1,8 +1,13 @@
 #include "movein/legacy_file.h"
 
 #include <fmt/format.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 
@@ -37,18 +42,77 @@ void RequireJet(const std::string& path) {
        fmt::format("{} 不是旧版的资料文件（不是 Jet 数据库）", path)});
 }
 
+std::string OdbcTextOf(const std::string& path) {
+  return fmt::format("Driver={};DBQ={}", kDriver, sql::OdbcValue(path));
+}
+
+// Reads all there is, a sign of life on the pipe now and then.
+void ReadThrough(const std::string& path, int pipe_end) {
+  constexpr int kAlive = 200;
+  try {
+    OdbcSource source(OdbcTextOf(path));
+    int rows = 0;
+    for (const std::string& table : source.Tables()) {
+      source.Read(
+          table, [](const auto&) { return true; },
+          [&](const auto&) { return ++rows % kAlive != 0 || write(pipe_end, ".", 1) == 1; });
+    }
+  } catch (const std::exception&) {
+    // Told where it is read in earnest.
+  }
+}
+
+// A damaged page may break the driver down, or lead it round in circles, and the whole program with
+// it. So another process reads the file first.
+bool DriverBears(const std::string& path) {
+  constexpr int kSilence = 30000;  // milliseconds
+  int ends[2];
+  if (pipe(ends) != 0) return true;
+  const pid_t child = fork();
+  if (child == 0) {
+    close(ends[0]);
+    ReadThrough(path, ends[1]);
+    _exit(0);
+  }
+  close(ends[1]);
+  bool alive = child > 0;
+  char signs[256];
+  for (pollfd wait{ends[0], POLLIN, 0}; alive;) {
+    const int ready = poll(&wait, 1, kSilence);
+    if (ready < 0 && errno == EINTR) continue;
+    if (ready <= 0) {
+      kill(child, SIGKILL);
+      alive = false;
+    } else if (read(ends[0], signs, sizeof signs) <= 0) {
+      break;
+    }
+  }
+  close(ends[0]);
+  int status = 0;
+  if (child > 0) waitpid(child, &status, 0);
+  return child < 0 || (alive && WIFEXITED(status));
+}
+
 }  // namespace
 
 std::unique_ptr<OdbcSource> OpenLegacyFile(const std::string& path) {
   RequireJet(path);
+  if (!DriverBears(path)) {
+    throw FileTrouble(
+        {fmt::format("{} is damaged: the driver breaks down on it. Have it repaired "
+                     "by the program that made it, or take an older copy",
+                     path),
+         fmt::format("{} 已损坏：驱动程序读取时中断。请用原程序修复，或用较早的副本", path)});
+  }
   std::unique_ptr<OdbcSource> source;
   std::vector<std::string> tables;
   try {
-    source = std::make_unique<OdbcSource>(
-        fmt::format("Driver={};DBQ={}", kDriver, sql::OdbcValue(path)));
+    source = std::make_unique<OdbcSource>(OdbcTextOf(path));
     tables = source->Tables();
   } catch (const SqlError& error) {
-    const bool no_driver = std::string_view(error.what()).find("driver") != std::string_view::npos;
+    const std::string_view words = error.what();
+    const bool no_driver = words.find("open lib") != std::string_view::npos ||
+                           words.find("no default driver") != std::string_view::npos;
     throw FileTrouble(
         no_driver
             ? Caption{fmt::format("The driver for old data files is not installed on this PC: "

@@ -96,6 +96,7 @@ TEST(MoveIn, BooksInAnyHandwritingComeWholeAndOnce) {
   for (const Handwriting& hand : hands) {
     SCOPED_TRACE(hand.encoding);
     NewOffice office;
+    office.OpenAudit();
     const OldBooks books(office.folder.path(), 40, seed++, hand);
     const MoveInJob job = books.Job();
     const std::string before = office.Books();
@@ -113,6 +114,9 @@ TEST(MoveIn, BooksInAnyHandwritingComeWholeAndOnce) {
               std::to_string(books.payments));
     EXPECT_EQ(office.Scalar("SELECT CustName FROM CustMast WHERE CustID='HQ0001'"),
               hand.chinese ? "陈大文 \"Ah 1\" O'Hara" : "Ren\xC3\xA9 1, O'Hara");
+    EXPECT_EQ(ScalarQuery(*office.session.LogsConn,
+                          "SELECT COUNT(*) FROM TransLogs WHERE UserID='AMY' AND Type='Create'"),
+              std::to_string(books.customers + books.loans + books.payments));
     const std::string moved = office.Books();
     ExpectAll(MoveIn(office.session, job, true, AlwaysOn), books, &MoveCounts::known);
     EXPECT_EQ(office.Books(), moved);
@@ -150,6 +154,32 @@ TEST(MoveIn, ACutRunIsGoneOnWith) {
     MoveIn(office.session, books.Job(), true, AlwaysOn);
     EXPECT_EQ(office.Books(), whole.Books());
   }
+}
+
+// Both begin at once: one of them is told at the first record that the other has taken.
+TEST(MoveIn, TwoDesktopsBringTheSameFilesOnce) {
+  NewOffice whole;
+  const OldBooks books(whole.folder.path(), 25, 7);
+  MoveIn(whole.session, books.Job(), true, AlwaysOn);
+  NewOffice office;
+  office.session.MainConn.reset();
+  const auto move = [&] {
+    office.Open();
+    try {
+      MoveIn(office.session, books.Job(), true, AlwaysOn);
+      return 0;
+    } catch (const std::runtime_error& refused) {
+      return std::string_view(refused.what()).starts_with("Another desktop") ? 1 : 2;
+    }
+  };
+  const pid_t other = fork();
+  if (other == 0) _exit(move());
+  const int mine = move();
+  int status = 0;
+  waitpid(other, &status, 0);
+  EXPECT_LE(mine + WEXITSTATUS(status), 1);
+  EXPECT_EQ(office.Faults(), "");
+  EXPECT_EQ(office.Books(), whole.Books());
 }
 
 // A file that stands in the folder of the office.
