@@ -19,6 +19,28 @@ int WidestLine(const QString& text, const QFontMetrics& metrics) {
 
 }  // namespace
 
+WidestText::WidestText(const QFontMetrics& metrics) : metrics_(metrics) {
+  for (std::size_t c = ' '; c < ascii_.size(); ++c) {
+    ascii_[c] = metrics.horizontalAdvance(QChar(static_cast<char16_t>(c)));
+  }
+  other_ = metrics.horizontalAdvance(QChar(u'\u9f98'));
+}
+
+void WidestText::Add(const std::string& text) {
+  int sum = 0;
+  int characters = 0;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if ((byte & 0xC0U) == 0x80U) continue;  // within a character
+    ++characters;
+    sum += byte < ascii_.size() ? ascii_[byte] : other_;
+  }
+  longest_ = std::max(longest_, characters);
+  if (sum <= sum_) return;
+  sum_ = sum;
+  width_ = std::max(width_, metrics_.horizontalAdvance(QString::fromStdString(text).simplified()));
+}
+
 int WholeTextWidth(const QFontMetrics& metrics) {
   return kWholeCharacters * metrics.averageCharWidth();
 }

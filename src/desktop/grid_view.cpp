@@ -358,20 +358,19 @@ void GridView::MeasureColumns() {
   measured_ = what;
   needs_.clear();
   const QFontMetrics metrics(table_->font());
+  WidestText texts(metrics);
   for (int i = 0; i < model_->columnCount(); ++i) {
     Needed& needed = needs_.emplace_back();
     if (model_->IsCheckColumn(i)) continue;
     const GridColumn& column = grid_.columns()[static_cast<std::size_t>(model_->GridColumnOf(i))];
-    qsizetype longest = 0;
-    for (int row = 0; row < model_->rowCount(); ++row) {
-      const QString text = model_->index(row, i).data(Qt::DisplayRole).toString().simplified();
-      needed.contents = std::max(needed.contents, metrics.horizontalAdvance(text));
-      longest = std::max(longest, text.size());
-    }
+    texts.Restart();
+    const int read = model_->GridColumnOf(i);
+    for (int row = 0; row < grid_.RowCount(); ++row) texts.Add(grid_.Cell(row, read));
+    needed.contents = texts.width();
     // Figures and dates must never be cut (a cut amount reads as another amount), nor keys and
     // names.
     needed.whole = column.kind != Kind::text && column.kind != Kind::memo;
-    needed.prose = column.kind == Kind::memo || (!needed.whole && longest > kProse);
+    needed.prose = column.kind == Kind::memo || (!needed.whole && texts.longest() > kProse);
     needed.heading = needed.broken = model_->Heading(i);
     if (metrics.horizontalAdvance(needed.heading) > needed.contents) {
       needed.broken = InTwoLines(needed.heading, metrics);
