@@ -2,10 +2,13 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
+#include <array>
+#include <map>
+#include <utility>
 
 #include "core/session.h"
 #include "core/values.h"
+#include "einvoice/invoice_service.h"
 #include "platform/sql/text.h"
 
 namespace kaunter {
@@ -13,13 +16,6 @@ namespace kaunter {
 using namespace einvoice_column;
 
 namespace {
-
-// A quote ends the text it stands in, a backslash begins a sign, a control sign may not stand
-// there.
-bool BreaksTheBody(std::string_view text) {
-  return std::ranges::any_of(
-      text, [](char c) { return c == '"' || c == '\\' || static_cast<unsigned char>(c) < ' '; });
-}
 
 Caption Header(std::string_view english, std::string_view chinese) {
   return {std::string(english), std::string(chinese)};
@@ -44,10 +40,10 @@ class CheckList::Faults {
     if (!text_.empty()) text_ += session_.In({"; ", "；"});
     text_ += session_.In(fault);
   }
-  void Missing(const Caption& what) { Add({what.english + " is missing", "缺" + what.chinese}); }
-  void Breaks(const Caption& what) {
-    Add({what.english + " has a sign that makes the document invalid (\" \\ or a line end)",
-         what.chinese + "含有使文件无效的符号（\" \\ 或换行）"});
+  DocumentCheck::Tell Hears() {
+    return [this](const Caption& field, const Caption& what) {
+      Add({field.english + " " + what.english, field.chinese + what.chinese});
+    };
   }
   std::string text() const { return text_; }
 
@@ -56,89 +52,16 @@ class CheckList::Faults {
   std::string text_;
 };
 
-// Who is named in a document.
-struct CheckList::Party {
-  std::string tin, id_no, id_type, name, phone, email, address, postcode, city, state, country;
-};
-
-CheckList::CheckList(Session& session)
-    : session_(session),
-      states_(Read("eState", "StateCode")),
-      countries_(Read("eCountry", "CountryCode")),
-      taxes_(Read("eTax", "TaxCode")),
-      classes_(Read("eClass", "ClassCode")) {}
-
-CheckList::Codes CheckList::Read(std::string_view table, std::string_view column) const {
-  Codes codes;
-  for (Recordset rows = session_.Main().Query(fmt::format("SELECT {} FROM {}", column, table));
-       !rows.Eof(); rows.MoveNext()) {
-    codes.insert(NullToEmpty(rows.Field(0)));
-  }
-  return codes;
-}
-
-void CheckList::CheckCode(const Codes& codes, const std::string& code, const Caption& what,
-                          Faults& faults) const {
-  if (codes.empty() || codes.contains(code)) return;
-  faults.Add({fmt::format("{} {} is not in the table", what.english, code),
-              fmt::format("{} {} 不在代码表中", what.chinese, code)});
-}
-
-void CheckList::CheckParty(const Party& party, Faults& faults) const {
-  const struct {
-    const std::string& text;
-    Caption what;
-    bool required;
-  } texts[] = {{party.tin, Header("TIN", "税号"), true},
-               {party.id_no, Header("identity number", "身份号码"), true},
-               {party.id_type, Header("identity type", "身份类别"), true},
-               {party.name, Header("name", "姓名"), true},
-               {party.phone, Header("phone", "电话"), true},
-               {party.email, Header("e-mail", "电邮"), false},
-               {party.address, Header("address", "地址"), true},
-               {party.postcode, Header("postcode", "邮编"), true},
-               {party.city, Header("city", "城市"), true},
-               {party.state, Header("state", "州"), true},
-               {party.country, Header("country", "国家"), true}};
-  for (const auto& one : texts) {
-    if (one.text.empty() && one.required) faults.Missing(one.what);
-    if (BreaksTheBody(one.text)) faults.Breaks(one.what);
-  }
-  const bool known =
-      party.id_type == "NRIC" || party.id_type == "PASSPORT" || party.id_type == "BRN";
-  if (!party.id_type.empty() && !known) {
-    faults.Add(
-        {"identity type must be NRIC, PASSPORT or BRN", "身份类别必须是 NRIC、PASSPORT 或 BRN"});
-  }
-  if (!party.phone.empty() && !party.phone.starts_with("+6")) {
-    faults.Add({"phone must begin with +6", "电话必须以 +6 开头"});
-  }
-  if (!party.email.empty() && party.email.find('@') == std::string::npos) {
-    faults.Add({"e-mail has no @", "电邮没有 @"});
-  }
-  if (!party.state.empty()) CheckCode(states_, party.state, Header("state", "州"), faults);
-  if (!party.country.empty())
-    CheckCode(countries_, party.country, Header("country", "国家"), faults);
-}
+CheckList::CheckList(Session& session) : session_(session), check_(session.Main()) {}
 
 void CheckList::CheckDocument(const InvoiceLine& line, Faults& faults) const {
   const InvoiceRow& row = line.cells;
-  const struct {
-    int column;
-    Caption what;
-  } texts[] = {{kID, Header("document number", "单据编号")},
-               {kDescription, Header("description", "说明")},
-               {kTaxCode, Header("tax code", "税码")}};
-  for (const auto& one : texts) {
-    const std::string& text = row[static_cast<std::size_t>(one.column)];
-    if (text.empty()) faults.Missing(one.what);
-    if (BreaksTheBody(text)) faults.Breaks(one.what);
-  }
-  if (!row[kTaxCode].empty()) {
-    CheckCode(taxes_, row[kTaxCode], Header("tax code", "税码"), faults);
-  }
-  CheckCode(classes_, NamesCustomer(row) ? "016" : "004", Header("classification code", "分类代码"),
-            faults);
+  const DocumentCheck::Tell tell = faults.Hears();
+  DocumentCheck::Text(Header("document number", "单据编号"), row[kID], true, tell);
+  DocumentCheck::Text(Header("description", "说明"), row[kDescription], true, tell);
+  DocumentCheck::Code(Header("tax code", "税码"), row[kTaxCode], check_.taxes(), tell);
+  DocumentCheck::Code(Header("classification code", "分类代码"), NamesCustomer(row) ? "016" : "004",
+                      check_.classes(), tell);
   const auto quantity = Money::TryText(row[kQty]);
   if (!quantity || *quantity <= Money()) {
     faults.Add({"quantity must be above 0", "数量必须大于 0"});
@@ -170,15 +93,15 @@ void CheckList::Check(std::vector<InvoiceLine>& lines, SendMode mode,
                   fmt::format("这是公司 {} 的单据", line.cells[kCompCode])});
     }
     if (mode == SendMode::cancel) {
-      if (line.uuid().empty()) faults.Missing(Header("uuid", "uuid"));
+      if (line.uuid().empty()) DocumentCheck::Missing(Header("uuid", "uuid"), faults.Hears());
     } else {
       CheckDocument(line, faults);
       const InvoiceRow& row = line.cells;
       if (NamesCustomer(row)) {
-        CheckParty(
+        check_.Party(
             {row[kTin], row[kCustTypeID], row[kCustType], row[kTaxName], row[kPhone], row[kEmail],
              row[kAddress], row[kPostcode], row[kCity], row[kState], row[kCountry]},
-            faults);
+            faults.Hears());
       }
       if (numbers[line.id()] > 1) {
         faults.Add({"the number stands in more than one row: the record keeps the last uuid",
@@ -195,13 +118,12 @@ std::string CheckList::OfCompany(const std::string& comp_code) const {
   if (row.Eof()) return {};
   const auto field = [&row](std::string_view name) { return NullToEmpty(row.Field(name)); };
   Faults faults(session_);
-  std::string address = field("Address");  // its line ends become blanks
-  std::erase_if(address, [](char c) { return c == '\r' || c == '\n'; });
-  CheckParty(
-      {field("TIN"), field("CustTypeID"), field("CustType"), field("CustName"), field("Phone"),
-       field("Email"), address, field("Postcode"), field("City"), field("State"), field("Country")},
-      faults);
-  if (field("MISCCode").empty()) faults.Missing(Header("business code", "行业代码"));
+  check_.Party({field("TIN"), field("CustTypeID"), field("CustType"), field("CustName"),
+                field("Phone"), field("Email"), AddressLine(field("Address")), field("Postcode"),
+                field("City"), field("State"), field("Country")},
+               faults.Hears());
+  DocumentCheck::Code(Header("business code", "行业代码"), field("MISCCode"), check_.business(),
+                      faults.Hears());
   return faults.text();
 }
 

@@ -1,15 +1,13 @@
-// What the service would refuse of a self-billed invoice, as far as it can be seen from here. It is
-// shown and stops nothing: the service has the last word.
+// What the service would refuse of a self-billed invoice, as far as it can be seen from here.
 #pragma once
 
+#include <string>
 #include <vector>
 
+#include "einvoice/document_check.h"
 #include "einvoice/self_bill.h"
-#include "screen/caption.h"
 
 namespace kaunter {
-
-class Connection;
 
 struct SelfBillRemark {
   Caption field;
@@ -17,7 +15,7 @@ struct SelfBillRemark {
 };
 
 // In the order of the screen. `comp_code` is the company in whose name it goes out.
-std::vector<SelfBillRemark> CheckSelfBill(Connection& main, const SelfBill& bill,
-                                          const std::string& comp_code);
+std::vector<SelfBillRemark> CheckSelfBill(Connection& main, const DocumentCheck& check,
+                                          const SelfBill& bill, const std::string& comp_code);
 
 }  // namespace kaunter

@@ -134,6 +134,7 @@ void SelfBillFrm::Load() {
   record_.TakeWidths(main());
   SID.max_length = kKeyLength;
   TrxDate.max_length = kDateLength;
+  check_ = std::make_unique<DocumentCheck>(main());
   FillCompanies(CompCode, session());
   SelfBillTaxCat.SetItems(Codes(main(), "SELECT TaxCode FROM eTax ORDER BY TaxCode"));
   vsd.SetColumnItems(kTaxCat, SelfBillTaxCat.items());
@@ -412,8 +413,10 @@ void SelfBillFrm::ShowRemarks() {
   const SelfBill bill = Bill();
   // A sheet that nothing was typed on has nothing to be refused.
   if (!IsNew() || Changed()) {
-    for (const SelfBillRemark& remark : CheckSelfBill(main(), bill, CompCode.text())) {
-      rows.push_back({session().In(remark.field), session().In(remark.what)});
+    for (const SelfBillRemark& remark : CheckSelfBill(main(), *check_, bill, CompCode.text())) {
+      std::string field = session().In(remark.field);
+      field.replace(0, 1, Upper(field.substr(0, 1)));
+      rows.push_back({std::move(field), session().In(remark.what)});
     }
   }
   const std::vector<RowTone> tones(rows.size(), RowTone::warn);

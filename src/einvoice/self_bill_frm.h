@@ -5,12 +5,15 @@
 // not known is sent again only by a person who is asked and says so.
 #pragma once
 
+#include <memory>
 #include <string>
+#include <string_view>
 
 #include "core/record.h"
 #include "core/record_right.h"
 #include "core/session_screen.h"
 #include "core/stored_row.h"
+#include "einvoice/document_check.h"
 #include "einvoice/invoice_service.h"
 #include "einvoice/self_bill.h"
 #include "einvoice/sending_marks.h"
@@ -127,7 +130,8 @@ class SelfBillFrm : public SessionScreen {
   bool Ready();
   void Submit();
   bool MaySend(const SendingMark& seen);
-  // True when the service gave a uuid.
+  std::string Ask(std::string_view method, const std::string& url, std::string_view body);
+  // True when the service gave a uuid. `mark` is the one that was seen, and becomes the own.
   bool Send(SendingMark& mark, std::string& given);
   void Remember(SendingMark& mark, const std::string& given);
   bool KeepUuid(SendingMark& mark, const std::string& given);
@@ -142,6 +146,7 @@ class SelfBillFrm : public SessionScreen {
   SendingMarks marks_;
   TinLookup tin_;
   StoredRow stored_, written_;
+  std::unique_ptr<DocumentCheck> check_;
   std::string loaded_id_;  // "" for a new document
   std::string remembered_items_;
   std::string company_;  // whose block and token are at hand

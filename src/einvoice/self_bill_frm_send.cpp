@@ -68,16 +68,6 @@ void SelfBillFrm::Submit() {
     std::string given = seen.state == State::answered ? seen.uuid : std::string();
     if (given.empty()) {
       if (!MaySend(seen)) return;
-      const auto mark = marks_.Claim(LineOf(loaded_id_), seen);
-      if (!mark) {
-        Tell(MessageKind::information,
-             {fmt::format("{} is being sent from another desktop. It is saved, and not sent from "
-                          "here.",
-                          loaded_id_),
-              fmt::format("另一台电脑正在发送 {}。此单据已储存，不从这里发送。", loaded_id_)});
-        return;
-      }
-      seen = *mark;
       if (!Send(seen, given)) return;
     }
     if (!KeepUuid(seen, given)) return;
@@ -93,6 +83,15 @@ void SelfBillFrm::Submit() {
 // What was sent and not answered may lie with the service: then only a person sends it again.
 bool SelfBillFrm::MaySend(const SendingMark& seen) {
   if (!seen.Unknown()) return true;
+  if (seen.UnderWay(ServerTime(main()))) {
+    Tell(MessageKind::warning,
+         {fmt::format("{} is being sent this moment by {} from {}. It is saved. If nobody is at "
+                      "it, save again in two minutes.",
+                      loaded_id_, seen.user, seen.computer),
+          fmt::format("{} 正由 {} 从 {} 发送。单据已储存。如果没有人在发送，请两分钟后再储存。",
+                      loaded_id_, seen.user, seen.computer)});
+    return false;
+  }
   if (ConfirmLoss(
           {fmt::format("{} was sent on {} by {} from {}, and what became of it is not known: the "
                        "service may have it. Look there first: sent again, there may be two "
@@ -110,37 +109,53 @@ bool SelfBillFrm::MaySend(const SendingMark& seen) {
 
 bool SelfBillFrm::Send(SendingMark& mark, std::string& given) {
   const Hourglass busy(desk());
+  const SendingMarks::Line line = LineOf(loaded_id_);
   const std::string url = ReadSetting(main(), "GetEInvAPISelfBill");
   const std::string body = SelfBillBody(Bill(), company_block_);
+  const SendingMark before = mark;
+  const auto claimed = marks_.Claim(line, before);
+  if (!claimed) {
+    Tell(MessageKind::information,
+         {fmt::format("{} is being sent from another desktop. It is saved, and not sent from here.",
+                      loaded_id_),
+          fmt::format("另一台电脑正在发送 {}。此单据已储存，不从这里发送。", loaded_id_)});
+    return false;
+  }
+  mark = *claimed;
+  // What was not known before is no better known by a second try that comes to nothing.
+  const auto settle = [&](State state, const std::string& why) {
+    marks_.Settle(line, mark, before.Unknown() ? State::sending : state, {}, why);
+  };
   std::string reply;
   try {
-    reply = service_.Send("POST", url, body);
-    service_.LogReply(reply);
-    // A token lives for an hour or so; a document that came with an old one was not looked at.
-    if (service_.TokenRefused() && UuidOf(reply).empty() && service_.GetToken()) {
-      reply = service_.Send("POST", url, body);
-      service_.LogReply(reply);
-    }
+    reply = Ask("POST", url, body);
   } catch (const HttpFailure& failure) {
-    marks_.Settle(LineOf(loaded_id_), mark, failure.maybe_taken() ? State::sending : State::free,
-                  {}, failure.what());
+    settle(failure.maybe_taken() ? State::sending : State::free, failure.what());
     TellFailed(kSendFailed, failure);
     return false;
   }
   given = UuidOf(reply);
-  if (!given.empty()) {
-    Remember(mark, given);
-    return true;
-  }
-  const std::string shown = service_.WithoutSecrets(reply);
-  marks_.Settle(LineOf(loaded_id_), mark, IsRefusal(reply) ? State::refused : State::sending, {},
-                shown);
+  if (!given.empty()) Remember(mark, given);
+  service_.LogReply(reply);
+  if (!given.empty()) return true;
+  // Never without a word: that is the sign of a sender who still waits.
+  const std::string shown =
+      reply.empty() ? session().In({"an empty reply", "空的答复"}) : service_.WithoutSecrets(reply);
+  settle(IsRefusal(reply) ? State::refused : State::sending, shown);
   const std::string trouble = service_.has_token() ? "" : session().In(service_.token_trouble());
-  ShowResult(trouble.empty() ? (shown.empty() ? session().In({"(empty)", "（空白）"}) : shown)
-                             : fmt::format("{}\r\n{}", trouble, shown));
+  ShowResult(trouble.empty() ? shown : fmt::format("{}\r\n{}", trouble, shown));
   Tell(MessageKind::critical,
        {"Record Saved and Submited Failed, Please Save Again", "记录已储存但提交失败，请再次储存"});
   return false;
+}
+
+// A token lives for an hour or so; what came with an old one was not looked at.
+std::string SelfBillFrm::Ask(std::string_view method, const std::string& url,
+                             std::string_view body) {
+  std::string reply = service_.Send(method, url, body);
+  if (!service_.TokenRefused() || !UuidOf(reply).empty()) return reply;
+  service_.LogReply(reply);
+  return service_.GetToken() ? service_.Send(method, url, body) : reply;
 }
 
 // A program that ends before the record has the uuid finds it here. Without it the record takes it
@@ -223,12 +238,8 @@ void SelfBillFrm::CancelBill() {
   std::string reply;
   try {
     const Hourglass busy(desk());
-    reply = service_.Send("PUT", url, kCancelBody);
+    reply = Ask("PUT", url, kCancelBody);
     service_.LogReply(reply);
-    if (service_.TokenRefused() && service_.GetToken()) {
-      reply = service_.Send("PUT", url, kCancelBody);
-      service_.LogReply(reply);
-    }
   } catch (const HttpFailure& failure) {
     TellFailed(kCancelFailed, failure);
     return;

@@ -395,6 +395,25 @@ TEST(SelfBill, WhatWasAnsweredIsRecordedByThisSaveOrTheNext) {
   EXPECT_GT(answered, 5);
 }
 
+// A no to the second try says nothing about the first.
+TEST(SelfBill, WhatIsNotKnownStaysSoUntilItIsSent) {
+  InvoiceOffice office;
+  for (const char* second : {"message", "drop", "401"}) {
+    Forget(office);
+    Counter counter(office);
+    counter.Fill();
+    office.service.Plan(fmt::format(R"({{"faults":[{{"path":"/selfbill","kind":"drop-taken"}},
+        {{"path":"/selfbill","kind":"{}","after":1,"times":2}}]}})",
+                                    second));
+    EXPECT_THAT(counter.Save(), HasSubstr("an error occur during submission"));
+    counter.Save();  // yes to both questions
+    EXPECT_TRUE(counter.screen->uuid.empty()) << second;
+    office.service.Plan("{}");
+    EXPECT_THAT(counter.Save(), HasSubstr("Send it again ?|Record Saved and Submited Succ"))
+        << second;
+  }
+}
+
 TEST(SelfBill, TwoDesktopsOnOneDocument) {
   InvoiceOffice office;
   office.service.Plan(R"({"faults":[{"path":"/selfbill","kind":"message"}]})");
@@ -515,29 +534,34 @@ TEST(SelfBill, WhatTheServiceWouldRefuseIsListed) {
                            Money::FromText("6")}}};
   const auto told = [&office](const SelfBill& bill, const char* company = "HQ") {
     std::string all;
-    for (const SelfBillRemark& remark : CheckSelfBill(office.session.Main(), bill, company)) {
+    const DocumentCheck check(office.session.Main());
+    for (const SelfBillRemark& remark :
+         CheckSelfBill(office.session.Main(), check, bill, company)) {
       all += remark.field.english + " " + remark.what.english.substr(0, 14) + "|";
     }
     return all;
   };
   EXPECT_EQ(told(good), "");
-  EXPECT_EQ(told(good, "AB"), "Company Code has no tax ide|");
+  EXPECT_EQ(told(good, ""), "company is missing|");
+  office.Run("UPDATE ECustMast SET Phone='03' WHERE CustID='HQ'");
+  EXPECT_EQ(told(good), "HQ: phone must begin wit|");
+  office.Run("UPDATE ECustMast SET Phone='+603' WHERE CustID='HQ'");
   const std::pair<std::function<void(SelfBill&)>, const char*> cases[] = {
-      {[](SelfBill& b) { b.SuppTin = ""; }, "Tin No is missing|"},
-      {[](SelfBill& b) { b.SuppName = "Ali \"Boy\""; }, "Company Name has a sign tha|"},
-      {[](SelfBill& b) { b.SuppAdd = "7\\8"; }, "Address has a sign tha|"},
-      {[](SelfBill& b) { b.SuppState = "99"; }, "State Code is not among t|"},
-      {[](SelfBill& b) { b.SuppTel = "03"; }, "Phone does not begin|"},
-      {[](SelfBill& b) { b.SuppEmail = "x"; }, "Email has no @|"},
-      {[](SelfBill& b) { b.SelfBillAmt = Money(); }, "Total Amount is not above 0|"},
+      {[](SelfBill& b) { b.SuppTin = ""; }, "TIN is missing|"},
+      {[](SelfBill& b) { b.SuppName = "Ali \"Boy\""; }, "name has a sign tha|"},
+      {[](SelfBill& b) { b.SuppAdd = "7\\8"; }, "address has a sign tha|"},
+      {[](SelfBill& b) { b.SuppState = "99"; }, "state 99 is not in t|"},
+      {[](SelfBill& b) { b.SuppTel = "03"; }, "phone must begin wit|"},
+      {[](SelfBill& b) { b.SuppEmail = "x"; }, "e-mail has no @|"},
+      {[](SelfBill& b) { b.SelfBillAmt = Money(); }, "total amount is not above 0|"},
       {[](SelfBill& b) { b.items[0].SelfBillDesc = "a\tb"; },
-       "Item 1: Description has a sign tha|"},
+       "item 1: description has a sign tha|"},
       {[](SelfBill& b) { b.items[0].SelfBillClassCode = "9"; },
-       "Item 1: Class Code is not among t|"},
-      {[](SelfBill& b) { b.items[0].SelfBillQty = "2"; }, "Item 1: Qty is not 1: the |"},
+       "item 1: class code 9 is not in th|"},
+      {[](SelfBill& b) { b.items[0].SelfBillQty = "2"; }, "item 1: quantity is not 1: the |"},
       {[](SelfBill& b) { b.items[0].SelfBillTaxAmt = Money(); },
-       "Item 1: Tax Amount is not 6.00 % |"},
-      {[](SelfBill& b) { b.items.clear(); }, "Items is missing|"},
+       "item 1: tax amount is not 6.00 % |"},
+      {[](SelfBill& b) { b.items.clear(); }, "item is missing|"},
   };
   for (const auto& [spoil, wanted] : cases) {
     SelfBill bill = good;
