@@ -261,6 +261,17 @@ Picker Codes(std::string name, std::string table, const std::string& code,
           .searched = {code, code_name}};
 }
 
+// All but one that is not to be chosen.
+std::string OtherThanState(std::string_view code) {
+  return code.empty() ? "" : "StateCode<>" + QuoteStr(code);
+}
+
+Picker States() {
+  Picker picker = Codes("eStatePop", "eState", "StateCode", "StateName");
+  picker.extra = OtherThanState;
+  return picker;
+}
+
 Picker EInvoices() {
   return {.name = "eInvPop",
           .columns =
@@ -310,7 +321,7 @@ const std::vector<Picker>& AllPickers() {
       MessageTemplates(),
       SuspiciousTransactions(),
       LinkedCustomers(),
-      Codes("eStatePop", "eState", "StateCode", "StateName"),
+      States(),
       Codes("eCountryPop", "eCountry", "CountryCode", "CountryName"),
       Codes("eMiscPop", "eMiscCode", "MiscCode", "MiscName"),
       Codes("eClassPop", "eClass", "ClassCode", "ClassName"),

@@ -61,6 +61,9 @@ ECustMast::ECustMast(Session& session, Desk& desk)
   PostCode.onLeave = [this] { CheckPostCode(this->session(), PostCode, Country.text()); };
   State.onLeave = [this] { LeaveState(); };
   State.onPick = [this] { LeaveState(); };
+  State.onKey = [this](std::string_view key) {
+    if (key == "F2" && State.Editable()) PickState();
+  };
   const struct {
     TextBox& box;
     Label& name;
@@ -197,6 +200,14 @@ void ECustMast::GetTin() {
   if (tin.empty()) return;
   TIN.SetText(tin);
   FocusOn(TIN);
+}
+
+// The list shows the same ones; this finds them by a part of their name.
+void ECustMast::PickState() {
+  const std::string code = Pick(session(), desk(), kTaxState.picker, {}, kNoState);
+  if (code.empty()) return;
+  State.SetText(code);
+  LeaveState();
 }
 
 // --- the save

@@ -49,6 +49,7 @@ class ECustMast : public SessionScreen {
   void FillFromCompany();
   void ShowNames();
   void GetTin();
+  void PickState();
 
   // In the order in which they are told.
   bool CheckRequired();
