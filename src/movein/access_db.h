@@ -33,7 +33,7 @@ class AccessDB : public SessionScreen {
   Label ResultLBL{*this, "ResultLBL"};
   Grid DG{*this,
           "DG",
-          {"What Will Not Fit", "不合的资料"},
+          {},
           {{{"Table", "表格"}, Kind::text, 12},
            {{"Row", "行"}, Kind::integer, 7},
            {{"Key", "键"}, Kind::text, 16},

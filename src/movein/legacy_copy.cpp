@@ -330,6 +330,10 @@ void LegacyCopy::CheckTable(const LegacyTable& table, bool cleared, const Legacy
     return;
   }
   progress.total = source_.Count(table.name);
+  if (!go_on(progress)) {
+    report->complete = false;
+    return;
+  }
   std::optional<TableReader> reader;
   std::set<std::vector<std::string>> seen;
   const auto not_fitting = [&](const OdbcSource::Cells& cells, LegacyTrouble trouble) {

@@ -143,11 +143,15 @@ void MovePlanner::RefuseAll(const std::vector<StagedLine>& lines, const Caption&
   }
 }
 
-std::string MovePlanner::TakenAs(MoveKind kind, std::string_view key) const {
-  return ScalarQuery(
-      main_,
-      fmt::format("SELECT NewID FROM MoveInMast WHERE Kind={} AND CompCode={} AND OldCode={}",
-                  QuoteStr(MoveKindName(kind)), QuoteStr(company_), QuoteStr(key)));
+std::string MovePlanner::TakenAs(MoveKind kind, std::string_view key, bool* again) const {
+  const Recordset row = main_.Query(fmt::format(
+      "SELECT m.NewID,r.{0} FROM MoveInMast as m LEFT OUTER JOIN {1} as r ON r.{0}=m.NewID WHERE "
+      "m.Kind={2} AND m.CompCode={3} AND m.OldCode={4}",
+      KeyOf(kind), TableOf(kind), QuoteStr(MoveKindName(kind)), QuoteStr(company_), QuoteStr(key)));
+  if (row.Eof()) return {};
+  const bool gone = row.Field(1).IsNull() && kind != MoveKind::payments;
+  if (again != nullptr) *again = gone;
+  return gone ? std::string() : NullToEmpty(row.Field(0));
 }
 
 // --- customers
@@ -168,7 +172,7 @@ CustomerPlan MovePlanner::OfLine(const StagedLine& line) {
     }
     return plan;  // the loans come with the earlier line
   }
-  if (!line.key.empty()) plan.cust_id = TakenAs(MoveKind::customers, line.key);
+  if (!line.key.empty()) plan.cust_id = TakenAs(MoveKind::customers, line.key, &plan.again);
   bool comes = true;
   if (!plan.cust_id.empty()) {
     ++counts.known;
@@ -322,7 +326,7 @@ void MovePlanner::TakeLoan(const StagedLine& line, bool customer_comes, Customer
             fmt::format("与第 {} 行是同一贷款", earlier->line)});
     return;
   }
-  if (!line.key.empty()) loan.loan_id = TakenAs(MoveKind::loans, line.key);
+  if (!line.key.empty()) loan.loan_id = TakenAs(MoveKind::loans, line.key, &loan.again);
   if (!loan.loan_id.empty()) {
     ++counts.known;
     TakeStoredLoan(loan.loan_id, line.key, staging_.PaymentsOf(line.key), plan);

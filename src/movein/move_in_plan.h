@@ -25,6 +25,7 @@ struct LoanPlan {
   int line = 0;
   std::string key;
   std::string loan_id;  // of a stored one; "" for a new one
+  bool again = false;   // it came before, and was deleted since
   Texts texts;
   LoanTerms terms;
   std::vector<PaymentPlan> payments;
@@ -34,6 +35,7 @@ struct CustomerPlan {
   int line = 0;
   std::string key;
   std::string cust_id;  // of a stored one; "" for a new one
+  bool again = false;   // it came before, and was deleted since
   Texts texts;          // of a new one; none where it is refused
   std::vector<LoanPlan> loans;
 
@@ -89,7 +91,9 @@ class MovePlanner {
   void Keep(const std::vector<StagedLine>& lines);
   void RefuseAll(const std::vector<StagedLine>& lines, const Caption& reason);
 
-  std::string TakenAs(MoveKind kind, std::string_view key) const;
+  // Our number of a record that an earlier run has taken; "" for one that has not come. One that
+  // was deleted since comes `again`, but for a payment: whoever deleted that meant it.
+  std::string TakenAs(MoveKind kind, std::string_view key, bool* again = nullptr) const;
   bool Refuse(const StagedLine& line, const Refusal& refusal);
   bool Refuse(const StagedLine& line, std::string field, Caption reason);
   void Note(const StagedLine& line, std::string field, Caption reason);

@@ -87,7 +87,11 @@ bool MoveWriter::Write(CustomerPlan& plan) {
 
 // First of all, so that two desktops that move the same file in meet here.
 void MoveWriter::Remember(MoveKind kind, const std::string& key, const std::string& id,
-                          const std::string& file, int line) {
+                          const std::string& file, int line, bool again) {
+  if (again) {
+    main_.Execute(fmt::format("DELETE FROM MoveInMast WHERE Kind={} AND CompCode={} AND OldCode={}",
+                              QuoteStr(MoveKindName(kind)), QuoteStr(company_), QuoteStr(key)));
+  }
   main_.Execute(fmt::format(
       "INSERT INTO MoveInMast (Kind,CompCode,OldCode,NewID,FileName,FileLine,UserID,DateCreated) "
       "VALUES ({},{},{},{},{},{},{},{})",
@@ -98,7 +102,7 @@ void MoveWriter::Remember(MoveKind kind, const std::string& key, const std::stri
 void MoveWriter::StoreCustomer(CustomerPlan& plan) {
   const std::string& prefix = session_.settings.CompCode2;
   plan.cust_id = NextCustomerNumber(main_, prefix.empty() ? company_ : prefix);
-  Remember(MoveKind::customers, plan.key, plan.cust_id, from_.customers, plan.line);
+  Remember(MoveKind::customers, plan.key, plan.cust_id, from_.customers, plan.line, plan.again);
   Texts& texts = plan.texts;
   texts["CustID"] = plan.cust_id;
   texts["UserID"] = session_.CurrentUserID;
@@ -110,7 +114,7 @@ void MoveWriter::StoreCustomer(CustomerPlan& plan) {
 void MoveWriter::StoreLoan(LoanPlan& loan, const std::string& cust_id) {
   Texts& texts = loan.texts;
   loan.loan_id = NextLoanNumber(main_, cust_id);
-  Remember(MoveKind::loans, loan.key, loan.loan_id, from_.loans, loan.line);
+  Remember(MoveKind::loans, loan.key, loan.loan_id, from_.loans, loan.line, loan.again);
   const std::string payee =
       ScalarQuery(main_, "SELECT CustName FROM CustMast WHERE CustID=" + QuoteStr(cust_id));
   texts["LoanID"] = loan.loan_id;
@@ -174,7 +178,7 @@ void MoveWriter::StorePayments(LoanPlan& loan, const std::string& cust_id) {
     payment.CustID = cust_id;
     if (payment.IntAmt > Money()) ChargeLateInterest(payment);
     CreatePayment(session_, payment);
-    Remember(MoveKind::payments, plan.key, payment.PayID, from_.payments, plan.line);
+    Remember(MoveKind::payments, plan.key, payment.PayID, from_.payments, plan.line, loan.again);
   }
   if (!loan.payments.empty()) RebuildOrThrow(session_, loan.loan_id);
 }

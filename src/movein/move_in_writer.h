@@ -45,7 +45,7 @@ class MoveWriter {
   void StorePayments(LoanPlan& loan, const std::string& cust_id);
   void ChargeLateInterest(const Payment& payment);
   void Remember(MoveKind kind, const std::string& key, const std::string& id,
-                const std::string& file, int line);
+                const std::string& file, int line, bool again);
 
   Session& session_;
   Connection& main_;

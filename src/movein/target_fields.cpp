@@ -538,6 +538,11 @@ std::string_view TableOf(MoveKind kind) {
   return kTables[static_cast<std::size_t>(kind)];
 }
 
+std::string_view KeyOf(MoveKind kind) {
+  static constexpr std::array<std::string_view, 3> kKeys = {"CustID", "LoanID", "PayID"};
+  return kKeys[static_cast<std::size_t>(kind)];
+}
+
 const std::vector<TargetField>& TargetFields(MoveKind kind) {
   static const std::array<std::vector<TargetField>, 3> fields = {CustomerFields(), LoanFields(),
                                                                  PaymentFields()};

@@ -18,8 +18,9 @@ inline constexpr std::array<MoveKind, 3> kMoveKinds = {MoveKind::customers, Move
 // "customers", as mapping files and the record of what was moved name it.
 std::string_view MoveKindName(MoveKind kind);
 Caption MoveKindCaption(MoveKind kind);
-// The table that takes the records.
+// The table that takes the records, and its key.
 std::string_view TableOf(MoveKind kind);
+std::string_view KeyOf(MoveKind kind);
 
 enum class TargetKind { text, day, money, rate, whole, new_ic };
 

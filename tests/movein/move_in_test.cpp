@@ -13,6 +13,7 @@
 
 #include "collections/ledger_check.h"
 #include "core/amounts.h"
+#include "customers/customer_store.h"
 #include "movein/file_trouble.h"
 #include "tests/core/office.h"
 #include "tests/movein/old_books.h"
@@ -283,6 +284,18 @@ TEST(MoveIn, EachRefusedLineIsListedWithItsReason) {
   EXPECT_EQ(office.Faults(), "");
   EXPECT_EQ(office.Lines("SELECT OldLoanCode,LoanBal FROM LoanMast ORDER BY OldLoanCode"),
             "L1 1032 \nL10 1000 \nL6 860 \n");
+  // A customer who was deleted comes again with all; a payment that was deleted stays deleted.
+  const std::string ali = office.Scalar("SELECT CustID FROM CustMast WHERE CustName='Ali'");
+  DeleteCustomer(office.session.Main(), ali);
+  job.sources[2] = SourceOf(office, MoveKind::payments,
+                            "Loan No,Receipt,Date,Amount\nL1,OR1,05/02/2023,100\n"
+                            "L6,OR3,05/02/2023,200\n");
+  office.Run("DELETE FROM PaymentMast WHERE ReceiptNo='OR3'");
+  const MoveReport third = MoveIn(office.session, job, true, AlwaysOn);
+  EXPECT_EQ(third.Of(MoveKind::customers).good, 1);
+  EXPECT_EQ(third.Of(MoveKind::payments).good, 1);
+  EXPECT_EQ(office.Lines("SELECT LoanBal FROM LoanMast WHERE OldLoanCode='L1'"), "1244 \n");
+  EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM PaymentMast WHERE ReceiptNo='OR3'"), "0");
 }
 
 // Not with the others: minutes. Tells the seconds of a dry run, a move and a check of the ledger.
