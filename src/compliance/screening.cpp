@@ -104,7 +104,8 @@ std::optional<std::string> FindInCopy(Session& session, const WatchCopy& copy,
 }
 
 // Why the list did not answer all; "" when it did.
-std::string Ask(const Session& session, const std::shared_ptr<Answers>& answers) {
+std::string Ask(const Session& session, const std::shared_ptr<Answers>& answers, Line line) {
+  if (line == Line::is_down) return "the central database did not answer just before";
   try {
     if (!HasCentralDatabase(session)) return "no data source AMLA on this PC";
     AskCentralDatabase(session, kScreeningTime,
@@ -118,7 +119,8 @@ std::string Ask(const Session& session, const std::shared_ptr<Answers>& answers)
 }  // namespace
 
 std::vector<ScreeningResult> LookUpIdentities(Session& session,
-                                              const std::vector<IdentityNumbers>& asked) {
+                                              const std::vector<IdentityNumbers>& asked,
+                                              Line line) {
   std::vector<ScreeningResult> results(asked.size());
   if (!session.settings.AMLA || !session.aml.AMLA || !session.aml.AMLACheckIC) return results;
   std::vector<Lookup> lookups;
@@ -131,13 +133,14 @@ std::vector<ScreeningResult> LookUpIdentities(Session& session,
   }
   if (lookups.empty()) return results;
   const auto answers = std::make_shared<Answers>(lookups);
-  const std::string why = Ask(session, answers);
+  const std::string why = Ask(session, answers, line);
   auto entries = answers->SoFar();
   const auto copy = why.empty() ? std::nullopt : CopyToServe(session);
   std::string by_copy;
   std::string unanswered;
   for (std::size_t i = 0; i < lookups.size(); ++i) {
     ScreeningResult& result = results[places[i]];
+    result.line_down = !entries[i];
     if (!entries[i] && copy) {
       entries[i] = FindInCopy(session, *copy, lookups[i]);
       if (entries[i]) by_copy += (by_copy.empty() ? "" : ", ") + lookups[i].number;
@@ -146,7 +149,8 @@ std::vector<ScreeningResult> LookUpIdentities(Session& session,
       result.found = Screening::away;
       unanswered += (unanswered.empty() ? "" : ", ") + lookups[i].number;
     } else if (!entries[i]->empty()) {
-      result = {Screening::hit, *entries[i]};
+      result.found = Screening::hit;
+      result.text = *entries[i];
     }
   }
   if (!by_copy.empty()) {
@@ -167,10 +171,11 @@ void TellHit(Desk& desk, const ScreeningResult& hit) {
   desk.Message(MessageKind::warning, "AML/CFT Screening", hit.text);
 }
 
-Screening ScreenIdentity(Session& session, Desk& desk, const IdentityNumbers& asked) {
-  const ScreeningResult result = LookUpIdentities(session, {asked}).front();
+ScreeningResult ScreenIdentity(Session& session, Desk& desk, const IdentityNumbers& asked,
+                               Line line) {
+  ScreeningResult result = LookUpIdentities(session, {asked}, line).front();
   if (result.found == Screening::hit) TellHit(desk, result);
-  return result.found;
+  return result;
 }
 
 }  // namespace kaunter

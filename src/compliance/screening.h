@@ -31,17 +31,24 @@ struct IdentityNumbers {
 
 struct ScreeningResult {
   Screening found = Screening::clear;
-  std::string text;  // of a hit
+  std::string text;        // of a hit
+  bool line_down = false;  // the central database did not answer; the office's copy may have
 };
+
+// Whether the line is tried. Where it did not answer a moment ago, a look-up that another one
+// follows in any case need not wait for it once more.
+enum class Line { try_it, is_down };
 
 // A result for each, and no message. Only while the company in work takes part and checks
 // identities. Never throws.
 std::vector<ScreeningResult> LookUpIdentities(Session& session,
-                                              const std::vector<IdentityNumbers>& asked);
+                                              const std::vector<IdentityNumbers>& asked,
+                                              Line line = Line::try_it);
 // Shows a hit under "AML/CFT Screening".
 void TellHit(Desk& desk, const ScreeningResult& hit);
 
 // One look-up, its hit told.
-Screening ScreenIdentity(Session& session, Desk& desk, const IdentityNumbers& asked);
+ScreeningResult ScreenIdentity(Session& session, Desk& desk, const IdentityNumbers& asked,
+                               Line line = Line::try_it);
 
 }  // namespace kaunter

@@ -210,6 +210,7 @@ void NewCustFrm::ClearAll() {
   loaded_id_.clear();
   loaded_values_.clear();
   edit_approved_ = delete_approved_ = false;
+  list_away_ = false;
   ShowDeleteRight();
   CustStatus.SetEnabled(true);
   SearchText.Clear();

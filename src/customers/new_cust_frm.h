@@ -286,6 +286,7 @@ class NewCustFrm : public SessionScreen {
   std::string remembered_lists_;
   ShownPhotos shown_photos_;
   bool delete_approved_ = false;  // a manager has opened the delete of the record shown
+  bool list_away_ = false;        // the watch list did not answer for the record shown
   bool edit_approved_ = false;    // a manager has approved edits of the record shown
   bool delete_mode_ = false;
   int referrer_row_ = -1;  // the row that the boxes show; -1 for a new one

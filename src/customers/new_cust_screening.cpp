@@ -22,7 +22,11 @@ void NewCustFrm::TidyBox(TextBox& box) {
 void NewCustFrm::ScreenOnLeave(const std::string& ic, const std::string& passport) {
   if (!session().settings.AMLA) return;
   FollowCompany();
-  if (ScreenIdentity(session(), desk(), {ic, passport}) == Screening::hit) {
+  // The save screens all numbers: while they are typed the line is waited for once.
+  const ScreeningResult result =
+      ScreenIdentity(session(), desk(), {ic, passport}, list_away_ ? Line::is_down : Line::try_it);
+  list_away_ = list_away_ || result.line_down;
+  if (result.found == Screening::hit) {
     ShowListed();
   } else {
     CustStatus.SetEnabled(true);
@@ -36,7 +40,9 @@ void NewCustFrm::ScreenSaved() {
   const std::string none;
   const auto results = LookUpIdentities(
       session(), {{CustNIC.text()}, {none, CustOIC.text()}, {none, none, CustOthIC.text()}});
+  list_away_ = false;
   for (const ScreeningResult& result : results) {
+    list_away_ = list_away_ || result.line_down;
     if (result.found != Screening::hit) continue;
     TellHit(desk(), result);
     ShowListed();

@@ -42,7 +42,7 @@ class Aml : public ::testing::Test {
     office.session.data_sources.Add("AMLA", {DataSource::Kind::kEmbedded, file});
   }
   Screening Screen(const char* ic, const char* passport1 = "", const char* passport2 = "") {
-    return ScreenIdentity(office.session, office.desk, {ic, passport1, passport2});
+    return ScreenIdentity(office.session, office.desk, {ic, passport1, passport2}).found;
   }
 
   Office office;

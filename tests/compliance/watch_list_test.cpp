@@ -202,7 +202,7 @@ TEST_F(WatchList, TheCopyServesOnlyWhileTheLineIsDownAndWhereItIsSwitchedOn) {
   auto screen = Open();
   Click(*screen, screen->CopyCmd);
   central->Execute("DELETE FROM AMLAMast WHERE RefNo='UN-1'");
-  const auto look = [&] { return ScreenIdentity(session, desk, {.ic = "700101-10-1111"}); };
+  const auto look = [&] { return ScreenIdentity(session, desk, {.ic = "700101-10-1111"}).found; };
   EXPECT_EQ(look(), Screening::clear);  // the list itself is asked
   Reach(office.folder.File("gone.db"));
   EXPECT_EQ(look(), Screening::away);
@@ -217,8 +217,9 @@ TEST_F(WatchList, TheCopyServesOnlyWhileTheLineIsDownAndWhereItIsSwitchedOn) {
             "AML/CFT screening by the copy of 31-01-2024 14:05:09: the central database is away");
   EXPECT_NE(office.Log().back().find("700101-10-1111 by the copy of 31-01-2024 14:05:09: "),
             std::string::npos);
-  EXPECT_EQ(ScreenIdentity(session, desk, {.ic = "", .passport1 = "a1234567"}), Screening::hit);
-  EXPECT_EQ(ScreenIdentity(session, desk, {.ic = "A1234567"}), Screening::clear);
+  EXPECT_EQ(ScreenIdentity(session, desk, {.ic = "", .passport1 = "a1234567"}).found,
+            Screening::hit);
+  EXPECT_EQ(ScreenIdentity(session, desk, {.ic = "A1234567"}).found, Screening::clear);
   // Nor does a copy that cannot be read stop the counter.
   session.Main().SetFaultHook([](std::string_view) { throw SqlError(1105, "full"); });
   EXPECT_EQ(look(), Screening::away);

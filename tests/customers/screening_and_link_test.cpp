@@ -163,6 +163,34 @@ TEST_F(CustomerOutside, AServerThatIsAwayIsWaitedForOnceAndTheSaveGoesOn) {
   EXPECT_EQ(notes, 1);
 }
 
+// While the numbers are typed the line is tried once; the save tries it again.
+TEST_F(CustomerOutside, ALineThatIsDownIsWaitedForOnceWhileTheNumbersAreTyped) {
+  int tried = 0;
+  const auto cut = [&](bool down) {
+    session.data_sources.Add(
+        "AMLA", {DataSource::Kind::kEmbedded, office.folder.File(down ? "gone.db" : "central.db")});
+  };
+  session.trace = [&](std::string_view connection, std::string_view) {
+    tried += connection == "AMLA" ? 1 : 0;
+  };
+  cut(true);
+  Type(screen->CustNIC, "700101-10-1111");
+  cut(false);
+  Type(screen->CustOIC, "A123");
+  EXPECT_EQ(tried, 0);
+  EXPECT_EQ(Told("AML/CFT detected"), 0);
+  Save();
+  EXPECT_EQ(tried, 2);
+  EXPECT_EQ(Told("AML/CFT detected"), 2);
+  EXPECT_EQ(Status(), "AMLA");
+  cut(true);
+  Type(screen->CustNIC, "800131-10-5555");
+  screen->CmdClear.Click();
+  cut(false);
+  Type(screen->CustNIC, "700101-10-1111");  // another record
+  EXPECT_EQ(tried, 3);
+}
+
 TEST_F(CustomerOutside, NamesAreTidiedUnlessTheFeatureIsOff) {
   EXPECT_EQ(screen->CustName.text(), "Tan Ah Kow");
   Type(screen->CustCompPos, " Head  Clerk");
