@@ -140,37 +140,5 @@ TEST_F(PaymentChecks, LettersAndAmountsBelowZeroAreToldByTheirBox) {
   EXPECT_EQ(Payments(), "");
 }
 
-TEST_F(PaymentChecks, TheThresholdMustBeExceeded) {
-  // 100 + 5 late interest + 3 collector + 1 deposit - 9 discount; `messages` besides the save's.
-  for (const auto& [threshold, only_warn, code, messages, saved] :
-       std::initializer_list<std::tuple<const char*, bool, const char*, std::size_t, bool>>{
-           {"100", false, "", 0, true},
-           {"99.99", false, "", 1, false},
-           {"99.99", false, "GAJI", 0, true},
-           {"99.99", true, "", 1, true}}) {
-    office.Run("DELETE FROM PaymentMast");
-    TurnAmlOn(threshold, only_warn);
-    auto screen = New();
-    Put(screen->PayDate, "31-01-2024");
-    Put(screen->PayAmt, "100");
-    Put(screen->IntAmt, "5");
-    Put(screen->CollectorAmt, "3");
-    Put(screen->ChargeAmt, "1");
-    Put(screen->DiscAmt, "9");
-    screen->AMLACode.SetText(code);
-    Save(*screen);
-    EXPECT_EQ(counter.messages.size(), messages + (saved ? 1 : 0)) << threshold;
-    EXPECT_EQ(Payments().empty(), !saved) << threshold;
-    if (only_warn) {
-      EXPECT_EQ(counter.messages[0],
-                "AML/CFT Alert: AML/CFT Alert!\nPayment Amount RM100.00 more than BNM Cash "
-                "Threshold Amount RM99.99\nPlease fill CDD Form Manually");
-    }
-  }
-  // Where the company takes no part there is no page, and no question.
-  office.Run("UPDATE CompMast SET AMLA='0',AMLAPayment=0");
-  EXPECT_FALSE(New()->AmlPage.visible());
-}
-
 }  // namespace
 }  // namespace kaunter

@@ -1,4 +1,4 @@
-// Screening against a real second database, and what a save decides about the cash threshold.
+// Screening against a real second database.
 #include "compliance/aml.h"
 
 #include <gtest/gtest.h>
@@ -219,61 +219,6 @@ TEST_F(Aml, ReasonsTypedOnceAreOfferedWithThoseSetUp) {
   EXPECT_EQ(fill("LoanMast", "LOAN", true), (std::vector<std::string>{"", "Boat", "Car", "House"}));
   EXPECT_EQ(fill("PaymentMast", "PAYMENT", false), std::vector<std::string>{"Salary"});
   EXPECT_EQ(host.AMLACode.text(), "Shop");
-}
-
-TEST(AmlThreshold, WhatASaveHasToDo) {
-  using Act = ThresholdDecision::Act;
-  const struct {
-    bool company;
-    bool warning;
-    const char* threshold;
-    const char* amount;
-    const char* reason;
-    const char* default_reason;
-    Act act;
-  } kCases[] = {
-      {true, true, "50000", "50000", "", "", Act::nothing},  // exactly the threshold
-      {true, false, "50000", "50000", "", "", Act::nothing},
-      {true, true, "50000", "50000.01", "", "", Act::warn},
-      {true, true, "50000", "50000.01", "House", "House", Act::warn},  // whatever the reason
-      {true, false, "50000", "50000.01", "", "", Act::demand_reason},
-      {true, false, "50000", "50000.01", "House", "", Act::nothing},
-      {true, false, "50000", "50000.01", "House", "Car", Act::nothing},  // never overwritten
-      {true, false, "50000", "50000.01", "", "Car", Act::take_default},
-      {true, true, "0", "0.01", "", "", Act::warn},  // no threshold: every amount
-      {true, true, "0", "0", "", "", Act::nothing},
-      {false, true, "50000", "90000", "", "", Act::nothing},
-      {false, false, "50000", "90000", "", "", Act::nothing},
-  };
-  for (const auto& c : kCases) {
-    AMLSettings aml;
-    aml.AMLA = c.company;
-    aml.AMLAWarning = c.warning;
-    aml.AMLALoan = Money::FromText(c.threshold);
-    const auto decision = JudgeLoan(aml, Money::FromText(c.amount), c.reason, c.default_reason);
-    EXPECT_EQ(decision.act, c.act) << c.amount << c.reason << c.default_reason;
-    const bool told = c.act == Act::warn || c.act == Act::demand_reason;
-    EXPECT_EQ(decision.text.empty(), !told);
-  }
-}
-
-TEST(AmlThreshold, TheAlertNamesAmountAndThreshold) {
-  AMLSettings aml;
-  aml.AMLA = aml.AMLAWarning = true;
-  aml.AMLALoan = Money::FromText("50000");
-  aml.AMLAPayment = Money::FromText("25000");
-  const Money amount = Money::FromText("1234567.5");
-  EXPECT_EQ(JudgeLoan(aml, amount, "", "").text,
-            "AML/CFT Alert!\nLoan Amount RM1,234,567.50 more than BNM Cash Threshold Amount "
-            "RM50,000.00\nPlease fill CDD Manually");
-  EXPECT_EQ(JudgePayment(aml, amount, "").text,
-            "AML/CFT Alert!\nPayment Amount RM1,234,567.50 more than BNM Cash Threshold Amount "
-            "RM25,000.00\nPlease fill CDD Form Manually");
-  aml.AMLAWarning = false;
-  EXPECT_TRUE(
-      JudgeLoan(aml, amount, "", "").text.ends_with("\nPlease fill in the the Loan Purpose"));
-  EXPECT_TRUE(JudgePayment(aml, amount, "")
-                  .text.ends_with("\nPlease fill in the Source of Fund Explaination"));
 }
 
 }  // namespace

@@ -241,27 +241,5 @@ TEST_F(LoanChecks, TheStrictEdges) {
   }
 }
 
-TEST_F(LoanChecks, AReasonBelowTheThresholdComesFromTheSettingOrIsLeftToPaper) {
-  office.Run("UPDATE CompMast SET AMLALoan=100 WHERE CompCode='HQ'");
-  office.session.settings.AutoLoanPurpose = "BUSINESS";
-  auto screen = Open("New Loan");
-  Fill(*screen);
-  desk.refused_question = "Confirm to save ?";
-  Save(*screen);
-  EXPECT_EQ(screen->AMLACode.text(), "BUSINESS");
-  EXPECT_EQ(desk.last(), "Confirm to save ?");
-
-  office.Run("UPDATE CompMast SET AMLAWarning='1' WHERE CompCode='HQ'");
-  screen = Open("New Loan");
-  Fill(*screen);
-  desk.said.clear();
-  Save(*screen);
-  ASSERT_EQ(desk.said.size(), 2u);
-  EXPECT_EQ(desk.said[0],
-            "AML/CFT Alert!\nLoan Amount RM10,000.00 more than BNM Cash Threshold Amount "
-            "RM100.00\nPlease fill CDD Manually");
-  EXPECT_EQ(screen->AMLACode.text(), "");
-}
-
 }  // namespace
 }  // namespace kaunter
