@@ -5,14 +5,13 @@ namespace kaunter {
 // Who it is for the tax authority, and where.
 Layout ECustMastLayout() {
   return {"ECustMast",
-          {980, 500},
-          Down({Title("Who"),
-                Across({Group({"Tax Identity", "税务资料"}, 1,
-                              {"CustType", "CustTypeID", "TIN", "CustName",
-                               Beside({"MISCCode", "MiscName"}), "Phone", "Email"}),
-                        Group({"Address", "地址"}, 1,
-                              {"Address", "PostCode", "City", Beside({"State", "StateName"}),
-                               Beside({"Country", "CountryName"})})})}),
+          {980, 540},
+          Down({Title("Who"), Across({Group({"Tax Identity", "税务资料"}, 1,
+                                            {"CustType", "CustTypeID", "TIN", "CustName",
+                                             "MISCCode", "MiscName", "Phone", "Email"}),
+                                      Group({"Address", "地址"}, 1,
+                                            {"Address", "PostCode", "City", "State", "StateName",
+                                             "Country", "CountryName"})})}),
           {"Command1", "SaveCmd", "CancelCmd"}};
 }
 
