@@ -47,6 +47,7 @@
 #include "einvoice/self_bill_frm.h"
 #include "links/link_acc_setup_frm.h"
 #include "links/link_db_frm.h"
+#include "links/link_resend_frm.h"
 #include "links/sms_templatefrm.h"
 #include "links/smsfrm.h"
 #include "loans/drawdown.h"
@@ -109,6 +110,7 @@ constexpr Entry kScreens[] = {
     {"LateIntfrm", Make<LateIntfrm>},
     {"LinkAccSetupfrm", Make<LinkAccSetupfrm>},
     {"LinkDBfrm", Make<LinkDBfrm>},
+    {"LinkResendfrm", Make<LinkResendfrm>},
     {"LoanAppFrm", Make<LoanAppFrm>},
     {"LoanCalcfrm", Make<LoanCalcfrm>},
     {"LoanExtendfrm", Make<LoanExtendfrm>},

@@ -369,6 +369,8 @@ std::vector<MenuEntry> MenuTable() {
           kByRight),
       Own("AccLinkMnu", "UtilitiesMnu", {"Turn off &AutoCount links", "关闭会计连接(&A)"},
           "Accounting Link", kByRight),
+      OpensScreen("AccResendMnu", "UtilitiesMnu", {"Accounting Re-send", "重传会计资料"},
+                  "Accounting Re-send", "", "LinkResendfrm"),
       OpensScreen("LampiranB1Mnu", "UtilitiesMnu", {"Lampiran B1", "Lampiran B1"}, "Lampiran B1",
                   "", "LampiranB1"),
       OpensScreen("NPLLoanMnu", "UtilitiesMnu", {"NPL Loan", "不良贷款"}, "NPL Loan", "",

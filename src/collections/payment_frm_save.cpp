@@ -14,6 +14,7 @@
 #include "core/telling.h"
 #include "core/values.h"
 #include "links/accounting_link.h"
+#include "links/link_documents.h"
 #include "loans/rebuild_and_tell.h"
 #include "platform/sql/transaction.h"
 #include "screen/hourglass.h"
@@ -216,11 +217,13 @@ void PaymentFrm::WaiveLateCharges() {
 
 void PaymentFrm::TellLinkedAccounts(const Payment& payment) {
   const std::string& customer = CustName.text();
-  const Money received = payment.PayAmt + payment.IntAmt + payment.CollectorAmt + payment.ChargeAmt;
-  if (!LinkARPayment(session(), desk(),
-                     {payment.PayID, payment.PayDate, payment.CustID,
-                      fmt::format("Installment Payment From {}", customer), payment.Bank,
-                      payment.ChqNo, received})) {
+  const auto [paid, discount] = DocumentsOf(
+      PaymentToLink{payment.PayID, payment.PayDate, payment.CustID, customer, payment.Bank,
+                    payment.ChqNo,
+                    payment.PayAmt + payment.IntAmt + payment.CollectorAmt + payment.ChargeAmt,
+                    payment.DiscAmt},
+      [this](std::string_view link_id) { return LinkAccount(main(), link_id); });
+  if (!LinkARPayment(session(), desk(), PaymentOf(paid))) {
     desk().Message(
         MessageKind::warning, "Alert !!",
         session().In({fmt::format("Payment ID {} from {} not linked", payment.PayID, customer),
@@ -229,10 +232,8 @@ void PaymentFrm::TellLinkedAccounts(const Payment& payment) {
   }
   // A changed payment sends its discount whatever it is, so that one taken away is taken away
   // there.
-  if (IsNew() && payment.DiscAmt <= Money()) return;
-  LinkARCN(session(), desk(),
-           {payment.PayID, payment.PayDate, payment.CustID, "Discount on Interest",
-            LinkAccount(main(), "PD"), "", payment.DiscAmt});
+  if (IsNew() && discount.optional) return;
+  LinkARCN(session(), desk(), CreditNoteOf(discount));
 }
 
 // --- the delete

@@ -319,7 +319,7 @@ void MainFrm::RunOwn(const MenuEntry& entry) {
       return;
     }
     session().settings.LinkAcc.clear();
-    menu_.Find("AccLinkMnu")->visible = false;
+    menu_.HideLink();
     if (observer != nullptr) observer->TitleChanged();
   } else if (entry.name == "UpdateEInvSettingMnu") {
     if (!Confirm({"Confirm to Update eInvoicing Setting ?", "确定更新电子发票设定？"})) return;

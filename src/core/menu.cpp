@@ -86,9 +86,14 @@ void MainMenu::ApplyRights(Session& session) {
       entry.visible = rights.contains(Upper(entry.name));
     }
   }
-  // The link entry shows only while the link is on; switching it off hides it for the session.
-  MenuEntry* link = Find("AccLinkMnu");
-  if (link != nullptr && !built_in && session.settings.LinkAcc != "1") link->visible = false;
+  if (!built_in && session.settings.LinkAcc != "1") HideLink();
+}
+
+// The entries of the link show only while it is on; switching it off hides them for the session.
+void MainMenu::HideLink() {
+  for (const char* name : {"AccLinkMnu", "AccResendMnu"}) {
+    if (MenuEntry* entry = Find(name)) entry->visible = false;
+  }
 }
 
 bool MainMenu::Reachable(const MenuEntry& entry) const {

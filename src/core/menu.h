@@ -41,6 +41,7 @@ class MainMenu {
   explicit MainMenu(std::vector<MenuEntry> entries) : entries_(std::move(entries)) {}
   const std::vector<MenuEntry>& entries() const { return entries_; }
   std::vector<MenuEntry>& entries() { return entries_; }
+  void HideLink();
   MenuEntry* Find(std::string_view name);  // without regard to case; null when unknown
 
   // Nobody signed in: only System2Mnu.

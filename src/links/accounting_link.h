@@ -14,7 +14,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/money.h"
+#include "links/bridge_tables.h"
 #include "platform/sql/connection.h"
 
 namespace kaunter {
@@ -28,55 +28,6 @@ bool LinkIsOn(const Session& session);
 bool LinkAccSetupDone(Connection& main, std::initializer_list<std::string_view> link_ids);
 // The account of a kind of money ("HP", "MRTA", "PD" ...), "" when there is none. Throws SqlError.
 std::string LinkAccount(Connection& main, std::string_view link_id);
-
-struct LinkedParty {
-  std::string AccNo;  // CustID or SuppID
-  std::string CompanyName;
-  std::string Desc2;
-  std::string IC;
-  std::string Address1;
-  std::string Address2;
-  std::string Address3;
-  std::string Address4;
-  std::string Phone1;
-  std::string Phone2;
-  std::string Fax1;
-  std::string EmailAddress;
-};
-
-struct LinkedInvoice {
-  std::string DocNo;
-  std::string DocDate;
-  std::string Party;  // DebtorCode or CreditorCode
-  Money Total;
-};
-
-struct LinkedInvoiceLine {
-  std::string DocNo;
-  std::string AccountNo;  // SalesAccountNo or PurchaseAccountNo
-  std::string Description;
-  Money Amount;
-};
-
-struct LinkedCreditNote {
-  std::string DocNo;
-  std::string DocDate;
-  std::string Party;
-  std::string Description;
-  std::string AccNo;  // DebitAccNo or CreditAccNo
-  std::string ProjNo;
-  Money Amount;
-};
-
-struct LinkedPayment {
-  std::string DocNo;
-  std::string DocDate;
-  std::string Party;
-  std::string Description;
-  std::string PaymentMethod;
-  std::string ChequeNo;
-  Money PaymentAmount;
-};
 
 bool LinkDebtor(Session& session, Desk& desk, const LinkedParty& debtor);
 // Takes away the lines of the invoice too.

@@ -13,6 +13,7 @@
 #include "customers/document_store.h"
 #include "customers/photo_server.h"
 #include "links/accounting_link.h"
+#include "links/link_documents.h"
 #include "loans/application.h"
 #include "loans/loan_lifecycle.h"
 #include "loans/new_loan_frm.h"
@@ -172,37 +173,24 @@ void NewLoanFrm::KeepGuarantorPhotos() {
 
 void NewLoanFrm::LinkLoanDocuments() {
   const std::string& id = LoanID.text();
-  const std::string& customer = CustName.text();
-  const struct {
-    const char* link_id;
-    const char* name;
-    Money amount;
-  } lines[] = {
-      // The capital is invoiced when it is drawn.
-      {DragLoan.index() == 1 ? "TL" : "HP", "Loan", Money()},
-      {"MRTA", "MRTA", Amount(TermInt)},
-      {"Stamp", "Stamp Fee", Amount(DepositAmt)},
-      {"Fire", "Fire Insurance", Amount(OathsAmt)},
-      {"Legal", "Legal Fee", Amount(LegalFee)},
-      {"Process", "Processing Fee", Amount(ProcessFee)},
-      {"Misc", "Misc Charges", Amount(MiscAmt)},
-  };
-  Money total;
-  for (const auto& line : lines) total += line.amount;
-  if (!LinkARInvoice(session(), desk(), {id, TrxDate.text(), CustID.text(), total})) {
+  const auto [invoice, paid] =
+      DocumentsOf(LoanToLink{id,
+                             TrxDate.text(),
+                             CustID.text(),
+                             CustName.text(),
+                             Bank.text(),
+                             DragLoan.index() == 1,
+                             {Amount(TermInt), Amount(DepositAmt), Amount(OathsAmt),
+                              Amount(LegalFee), Amount(ProcessFee), Amount(MiscAmt)}},
+                  [this](std::string_view link_id) { return LinkAccount(main(), link_id); });
+  if (!LinkARInvoice(session(), desk(), InvoiceOf(invoice))) {
     Tell(MessageKind::plain,
-         {fmt::format("Alert !!\nLoan ID {} from {} not linked", id, customer),
-          fmt::format("注意！\n{1} 的贷款 {0} 没有传到会计系统", id, customer)});
+         {fmt::format("Alert !!\nLoan ID {} from {} not linked", id, CustName.text()),
+          fmt::format("注意！\n{1} 的贷款 {0} 没有传到会计系统", id, CustName.text())});
     return;
   }
-  for (const auto& line : lines) {
-    LinkARInvoiceLine(session(), desk(),
-                      {id, LinkAccount(main(), line.link_id),
-                       fmt::format("{} for {}", line.name, customer), line.amount});
-  }
-  LinkARPayment(session(), desk(),
-                {id, TrxDate.text(), CustID.text(), fmt::format("Loan Charges for {}", customer),
-                 Bank.text(), "", total});
+  for (const LinkedInvoiceLine& line : invoice.lines) LinkARInvoiceLine(session(), desk(), line);
+  LinkARPayment(session(), desk(), PaymentOf(paid));
 }
 
 // New rows have lost what was paid on the old ones.

@@ -141,6 +141,8 @@ struct Walk : SilentDesk {
         "Amt}')");
     session.smsconn = OpenSqlite("smsconn", office.folder.File("sms.db"), true, session.clock);
     RunScript(*session.smsconn, SchemaText("sms"));
+    session.AED = OpenSqlite("AED", office.folder.File("aed.db"), true, session.clock);
+    RunScript(*session.AED, SchemaText("accounting"));
     for (const auto& [mark, company] : {std::pair{"AA", "HQ"}, {"ZZ", "KL"}}) {
       session.smsconn->Execute(
           fmt::format("INSERT INTO SMSList (CustName,CompCode,HP,SMSMsg,SMSStatus,DateSent) VALUES "
@@ -232,6 +234,7 @@ struct Walk : SilentDesk {
   std::unique_ptr<Screen> Open(const MenuEntry& entry) {
     office.session.CallerTag = entry.command;
     office.session.MsgTitle = entry.title;
+    office.session.settings.LinkAcc = entry.target == "LinkResendfrm" ? "1" : "";
     auto screen = MakeScreen(entry.target, office.session, *this);
     Act(*screen, "opened", [&] { screen->Load(); });
     return screen;

@@ -41,7 +41,7 @@ const Names& StartedOtherwise() {
       "LateInterestC.rpt",    "CashBookRecalc.rpt", "GoldVoucher.rpt",
       "ExpenseVoucher.rpt",   "NPL Report.rpt",     "ReturnLoans.rpt",
       "STR-BNM.rpt",          "PaymentReader.rpt",  "SMSCompListS.rpt",
-      "MoveInList.rpt",       "WatchListHits.rpt"};
+      "MoveInList.rpt",       "WatchListHits.rpt",  "LinkResend.rpt"};
   return names;
 }
 

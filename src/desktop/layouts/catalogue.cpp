@@ -54,6 +54,7 @@ const std::vector<Layout>& AllLayouts() {
       MoveInFrmLayout(),
       AccessDBLayout(),
       WatchListFrmLayout(),
+      LinkResendfrmLayout(),
   };
   return layouts;
 }

@@ -49,6 +49,7 @@ Layout NplLoanFrmLayout();
 Layout LampiranB1Layout();
 Layout SelfBillFrmLayout();
 Layout ECustMastLayout();
+Layout LinkResendfrmLayout();
 Layout SMSfrmLayout();
 Layout SMSTemplatefrmLayout();
 Layout WatchListFrmLayout();

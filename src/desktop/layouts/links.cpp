@@ -21,6 +21,14 @@ Layout SMSfrmLayout() {
            "CancelCmd"}};
 }
 
+Layout LinkResendfrmLayout() {
+  return {"LinkResendfrm",
+          {1180, 660},
+          Down({Fields(3, {"DateFrom", "DateTo", "CompCode"}), Title("ResultLBL"), Fill("DG")},
+               {0, 0, 1}),
+          {"CmdCheckAll", "CmdUncheckAll", "PrintCmd", "SendCmd", "ListCmd", "CancelCmd"}};
+}
+
 Layout SMSTemplatefrmLayout() {
   return {"SMSTemplatefrm",
           {760, 460},
