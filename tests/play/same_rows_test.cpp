@@ -83,7 +83,8 @@ class PostgresqlOffice : public ::testing::Test {
   void WriteSettings(const std::string& engine, const std::string& place) {
     std::filesystem::create_directories(folder.File(engine));
     std::ofstream(folder.File(engine + "/settings.ini"))
-        << "ConnAccount = MainUser\nConnDataSource = Demo\nShortDate = dd-MM-yyyy\n"
+        << "ConnAccount = MainUser\nConnDataSource = Demo\nConnLinkAcc = 1\nShortDate = "
+           "dd-MM-yyyy\n"
            "[Demo]\ncreate = yes\n"
         << place << "\n";
   }
