@@ -33,4 +33,8 @@ if(TARGET kaunter-play)
       COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play> -DOFFICE=${CMAKE_BINARY_DIR}/play/${name}
         -DREPORTS=${CMAKE_SOURCE_DIR}/reports -P ${CMAKE_CURRENT_SOURCE_DIR}/play/${what}.cmake)
   endforeach()
+  add_test(NAME two-desktops-einvoice
+    COMMAND ${CMAKE_SOURCE_DIR}/script/with-einvoice ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play>
+      -DOFFICE=${CMAKE_BINARY_DIR}/play/two-desktops-einvoice
+      -P ${CMAKE_CURRENT_SOURCE_DIR}/play/two_desktops_einvoice.cmake)
 endif()

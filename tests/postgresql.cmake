@@ -41,6 +41,11 @@ if(TARGET kaunter-play)
       -DOFFICE=${CMAKE_BINARY_DIR}/play-postgresql/two-desktops-cash -DNAME=two_desktops_cash
       -P ${CMAKE_CURRENT_SOURCE_DIR}/play/two_desktops_cash.cmake)
   list(APPEND on_server postgresql-two-desktops-cash)
+  add_test(NAME postgresql-two-desktops-einvoice
+    COMMAND ${CMAKE_SOURCE_DIR}/script/with-einvoice ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play>
+      -DOFFICE=${CMAKE_BINARY_DIR}/play-postgresql/two-desktops-einvoice -DNAME=two_desktops_einvoice
+      -P ${CMAKE_CURRENT_SOURCE_DIR}/play/two_desktops_einvoice.cmake)
+  list(APPEND on_server postgresql-two-desktops-einvoice)
   if(TARGET test_dailybatch)
     add_test(NAME postgresql-daily-batch COMMAND test_dailybatch --gtest_filter=Postgresql*)
     list(APPEND on_server postgresql-daily-batch)

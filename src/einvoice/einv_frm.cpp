@@ -263,9 +263,17 @@ void EInvFrm::ShowCounts() {
   const int chosen = std::max(StateFilter.index(), 0);
   StateFilter.SetItems(std::move(items));
   StateFilter.SetIndex(chosen);
-  ResultLBL.SetText(session().In(
-      {fmt::format("{} of {} documents shown, {} ticked", shown_.size(), lines_.size(), ticked),
-       fmt::format("显示 {} / {} 份单据，已勾选 {} 份", shown_.size(), lines_.size(), ticked)}));
+  Caption told{
+      fmt::format("{} of {} documents shown, {} ticked", shown_.size(), lines_.size(), ticked),
+      fmt::format("显示 {} / {} 份单据，已勾选 {} 份", shown_.size(), lines_.size(), ticked)};
+  for (int state = 0; state < kLineStates; ++state) {
+    const int count = counts.at(static_cast<std::size_t>(state));
+    if (count == 0) continue;
+    const Caption& name = NameOf(static_cast<LineState>(state));
+    told.english += fmt::format(" - {} {}", name.english, count);
+    told.chinese += fmt::format(" - {} {}", name.chinese, count);
+  }
+  ResultLBL.SetText(session().In(told));
 }
 
 void EInvFrm::ShowLine(std::size_t line) {

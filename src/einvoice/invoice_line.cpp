@@ -24,9 +24,10 @@ LineState StateOf(const InvoiceLine& line) {
   if (line.mark.Unknown()) return LineState::unknown;
   if (!line.cancel_uuid.empty()) return LineState::cancelled;
   const std::string& status = line.cells[kStatus];
-  if (status == "Valid") return LineState::valid;
-  if (status == "Invalid") return LineState::refused;
-  if (!line.uuid().empty()) return LineState::sent;
+  if (!line.uuid().empty()) {
+    if (status == "Valid") return LineState::valid;
+    return status == "Invalid" ? LineState::refused : LineState::sent;
+  }
   return line.mark.state == SendingMark::State::refused ? LineState::refused : LineState::unsent;
 }
 

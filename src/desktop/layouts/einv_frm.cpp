@@ -11,8 +11,9 @@ Layout EInvFrmLayout() {
                                    Line({"DateFrom", "DateTo"})}),
                         ButtonsHere({"SaveCmd"})},
                        {1, 0}),
-                Fields(1, {"TokenLBL"}), Fields(3, {"StateFilter", "C3", "ResultLBL"}), Fill("vsd"),
-                Across({Fields(1, {"Checks"}), Fields(1, {"Msg"})})},
+                Fields(1, {"TokenLBL"}),
+                Across({Fields(2, {"StateFilter", "C3"}), Fields(1, {"ResultLBL"})}, {4, 5}),
+                Fill("vsd"), Across({Fields(1, {"Checks"}), Fields(1, {"Msg"})})},
                {0, 0, 0, 1, 0}),
           {"CmdPrint", "CmdStatus", "CmdSettle", "CmdClear", "CancelCmd"}};
 }
