@@ -49,10 +49,12 @@ PaymentReaderfrm::PaymentReaderfrm(Session& session, Desk& desk)
   ReadCmd.onClick = [this] { ReadTextFile(); };
   ListCmd.onClick = [this] {
     List({"Confirm to read from payment record ?", "确定从付款计划读取？"},
+         {"Planned on", "计划于"},
          [this](const DateTime& day) { return PlannedPayments(this->session(), day); });
   };
   DueCmd.onClick = [this] {
     List({"Comfirm to load cheque on due payment ?", "确定读取到期支票付款？"},
+         {"Due on", "到期于"},
          [this](const DateTime& day) { return DueInstalments(this->session(), day); });
   };
   CmdCheckAll.onClick = [this] { TickAll(true); };
@@ -83,6 +85,11 @@ void PaymentReaderfrm::Load() {
 // --- reading
 
 void PaymentReaderfrm::ReadTextFile() {
+  if (layouts_.empty()) {
+    Refuse(Bank, {"No bank's layout is there: is the file BankLayouts.txt beside the program?",
+                  "没有任何银行格式：程序旁是否有 BankLayouts.txt 文件？"});
+    return;
+  }
   const auto layout = std::ranges::find(layouts_, Bank.text(), &BankLayout::name);
   if (layout == layouts_.end()) {
     Refuse(Bank, {"Inport Text File Bank is require", "请选择文本文件的银行"});
@@ -150,7 +157,7 @@ std::vector<ReaderRow> PaymentReaderfrm::LinesOf(const BankLayout& layout, const
 }
 
 void PaymentReaderfrm::List(
-    const Caption& question,
+    const Caption& question, const Caption& source,
     const std::function<std::vector<ReaderRow>(const DateTime& day)>& read) {
   if (!RequireDate(session(), TrxDate, {"Date is required", "请输入日期"}) || !Confirm(question)) {
     return;
@@ -165,11 +172,7 @@ void PaymentReaderfrm::List(
              return rows;
            });
   if (!shown) return;
-  source_ = fmt::format("{} {}",
-                        session().In(question.english.find("cheque") != std::string::npos
-                                         ? Caption{"Due on", "到期于"}
-                                         : Caption{"Planned on", "计划于"}),
-                        TrxDate.text());
+  source_ = session().In(source) + " " + TrxDate.text();
   ShowTotal();
   Tell(MessageKind::information, {"Complete reading", "读取完毕"});
 }

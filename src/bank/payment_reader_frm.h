@@ -57,7 +57,8 @@ class PaymentReaderfrm : public SessionScreen {
   void ReadTextFile();
   std::vector<ReaderRow> LinesOf(const BankLayout& layout, const std::string& path,
                                  ReaderProgress& progress);
-  void List(const Caption& question,
+  // `source` is told on the paper, before the date.
+  void List(const Caption& question, const Caption& source,
             const std::function<std::vector<ReaderRow>(const DateTime& day)>& read);
   // Clears what stands there, looks at what `read` gives and shows it; false when it failed or was
   // stopped, which has then been told.

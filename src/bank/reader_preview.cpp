@@ -130,6 +130,7 @@ ReaderOutlook ReaderPreview::LookAtPayment(ReaderRow& row) {
     return outlook;
   }
   planned.push_back(payment);
+  lines_.emplace(row.fingerprint, row.RefNo);
   return outlook;
 }
 
@@ -147,6 +148,12 @@ std::optional<Caption> ReaderPreview::Doubt(ReaderRow& row, const std::string& d
     const std::string& other = row.seen_elsewhere.front();
     return Caption{fmt::format("The same line was taken as {}", other),
                    fmt::format("同一行已以 {} 收取", other)};
+  }
+  // A bank tells two payments apart, by their time or number, wherever it can.
+  if (const auto same = lines_.find(row.fingerprint);
+      !row.fingerprint.empty() && same != lines_.end()) {
+    return Caption{fmt::format("The same line stands in this file as {}", same->second),
+                   fmt::format("此文件中 {} 是同一行", same->second)};
   }
   // An open row is its own proof.
   if (row.source == ReaderSource::due) return std::nullopt;

@@ -44,7 +44,9 @@ class ReaderPreview {
 
   Session& session_;
   Desk& desk_;
-  std::map<std::string, std::vector<Payment>> planned_;  // by loan, of the lines before
+  // Of the lines before that will be taken.
+  std::map<std::string, std::vector<Payment>> planned_;  // by loan
+  std::map<std::string, std::string> lines_;             // RefNo by fingerprint
 };
 
 // What a row with this outlook is drawn with.

@@ -127,7 +127,7 @@ Rescreening ScreenAllCustomers(Session& session, const WatchCopy& copy,
       run.hits.push_back(std::move(hit));
     }
   }
-  std::ranges::stable_partition(run.hits, &WatchHit::by_number);
+  std::stable_partition(run.hits.begin(), run.hits.end(), std::mem_fn(&WatchHit::by_number));
   KeepRun(session, run);
   return run;
 }

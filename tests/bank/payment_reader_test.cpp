@@ -252,6 +252,16 @@ TEST_F(PaymentReaderTest, AnotherDesktopIsNoticedWhereTheMoneyIsStored) {
   EXPECT_THAT(renamed->DG.Cell(0, kError), HasSubstr("taken meanwhile as A.txt-001"));
 }
 
+TEST_F(PaymentReaderTest, ALineThatStandsTwiceInItsFileIsTakenTwiceOnlyByHand) {
+  auto screen =
+      Read("A.txt", Line("20240131", 100, "HQ0001-001") + Line("20240131", 100, "HQ0001-001"));
+  EXPECT_THAT(Told(*screen, 1), HasSubstr("The same line stands in this file as A.txt-001. "));
+  EXPECT_FALSE(screen->DG.Ticked(1));
+  screen->DG.Tick(1, true);
+  Process(*screen);
+  EXPECT_EQ(Scalar("SELECT COUNT(*) FROM PaymentMast"), "2");
+}
+
 TEST_F(PaymentReaderTest, StopEndsBetweenTwoLinesAndTheRestStaysTicked) {
   auto screen = Read("A.txt", three);
   counter.stop_at = 2;
@@ -443,6 +453,9 @@ TEST_F(PaymentReaderTest, WhatCannotBeReadLeavesNothing) {
   std::ofstream(office.folder.File("BankLayouts.txt")) << "layout \"A\"\nfixxed";
   Open();
   EXPECT_THAT(Last(), HasSubstr("BankLayouts.txt, line 2: \"fixxed\" is not known"));
+  std::filesystem::remove(office.folder.File("BankLayouts.txt"));
+  Open()->ReadCmd.Click();
+  EXPECT_THAT(Last(), HasSubstr("is the file BankLayouts.txt beside the program?"));
 }
 
 TEST_F(PaymentReaderTest, ThePaperHasEveryLineWithItsFate) {
