@@ -5,6 +5,7 @@
 // before, or may have been, goes out again only when the person says so.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,6 +23,10 @@ class EInvFrm : public SessionScreen {
   EInvFrm(Session& session, Desk& desk);
 
   void Load() override;
+
+  // How long a request that is under way is waited for once Stop was pressed: given up at once, its
+  // document would count as unknown.
+  std::chrono::milliseconds patience{5000};
 
   ComboBox CompCode{*this, "CompCode", {"Company", "公司"}};
   TextBox DateFrom{*this, "DateFrom", {"From Date", "开始日期"}, Kind::date};
@@ -78,6 +83,7 @@ class EInvFrm : public SessionScreen {
   void TakeStatus(InvoiceLine& line, const StatusReply& reply);
   void SettleUnknown();
   bool SettleWithUuid(InvoiceLine& line, const std::string& uuid);
+  void NoteSettled(const InvoiceLine& line, std::string_view as);
 
   InvoiceService service_;
   ServiceAddresses addresses_;

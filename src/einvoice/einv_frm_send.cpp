@@ -19,9 +19,6 @@ using namespace einvoice_column;
 
 namespace {
 
-// How long a request that is under way is waited for once Stop was pressed: given up at once, its
-// document would count as unknown.
-constexpr auto kPatience = std::chrono::seconds(5);
 constexpr std::size_t kNamedDocuments = 8;
 
 const Caption kExportFailed{"an error occur during exporting eInvoicing", "发送电子发票时出现错误"};
@@ -36,7 +33,8 @@ class EInvFrm::Run {
         session_(screen.session()),
         busy_(screen.desk()),
         bar_(screen.desk().Progress(session_.In(screen.title()))),
-        steps_(steps) {
+        steps_(steps),
+        patience_(screen.patience) {
     bar_->SetRange(static_cast<int>(steps));
     offer_ = OfferCancel(*bar_, session_.In({"Stop", "停止"}));
     service_.http().WaitWith([this] { return GiveUp(); });
@@ -62,7 +60,7 @@ class EInvFrm::Run {
   }
 
  private:
-  bool GiveUp() { return Stopped() && std::chrono::steady_clock::now() - *stopped_ > kPatience; }
+  bool GiveUp() { return Stopped() && std::chrono::steady_clock::now() - *stopped_ > patience_; }
 
   InvoiceService& service_;
   Session& session_;
@@ -70,6 +68,7 @@ class EInvFrm::Run {
   std::unique_ptr<ProgressBar> bar_;
   CancelOffer* offer_ = nullptr;
   std::size_t steps_;
+  std::chrono::milliseconds patience_;
   bool renewed_ = false;
   std::optional<std::chrono::steady_clock::time_point> stopped_;
 };
@@ -322,19 +321,27 @@ void EInvFrm::SettleUnknown() {
            fmt::format("服务上 {} 的 uuid；没有的话留空", line.id())}),
       line.mark.uuid));
   if (!uuid.empty()) {
-    SettleWithUuid(line, uuid);
+    if (SettleWithUuid(line, uuid)) NoteSettled(line, "recorded as " + uuid);
   } else if (ConfirmLoss(
                  {fmt::format("Is {} certainly not with the service?\nIt then counts as not "
                               "sent, and the next sending takes it along.",
                               line.id()),
                   fmt::format("确定服务上没有 {}？\n它将视为未发送，下次发送时会一并发出。",
                               line.id())})) {
-    Attempt("E-Invoicing " + line.id(), kExportFailed,
-            [&] { marks.Settle(line.key(), line.mark, SendingMark::State::free, "", ""); });
+    const bool settled = Attempt("E-Invoicing " + line.id(), kExportFailed, [&] {
+      marks.Settle(line.key(), line.mark, SendingMark::State::free, "", "");
+    });
+    if (settled) NoteSettled(line, "not with the service, counts as not sent");
     line.tone = line.uuid().empty() ? RowTone::plain : RowTone::warn;
   }
   ShowLine(at);
   ShowCounts();
+}
+
+// Who told what of a document that nobody knew of.
+void EInvFrm::NoteSettled(const InvoiceLine& line, std::string_view as) {
+  WriteLog(session(), LogLine(session(), fmt::format("E-Invoicing {} {} settled by hand: {}",
+                                                     NameOf(mode()), line.id(), as)));
 }
 
 bool EInvFrm::SettleWithUuid(InvoiceLine& line, const std::string& uuid) {

@@ -429,6 +429,28 @@ TEST(EInvFrm, StopLeavesWhatWasNotSentTicked) {
   EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM EInvMast WHERE LHDNStatus <> ''"), "2");
 }
 
+// The service answers after the person gave up: it has the document, and the office knows that it
+// does not know.
+TEST(EInvFrm, WhatWasGivenUpCountsAsUnknown) {
+  Submitting office(2);
+  office.service.Plan(R"({"faults":[{"path":"/invoice","kind":"slow","seconds":1}]})");
+  Screen1 s(office);
+  s.frm.patience = std::chrono::milliseconds(50);
+  s.List();
+  s.desk.stop_after = 0;
+  const std::string said = s.Send();
+  EXPECT_NE(said.find("may have taken"), std::string::npos) << said;
+  EXPECT_EQ(s.Counts(), "Unsent (1), Unknown (1)");
+  EXPECT_TRUE(!s.frm.vsd.Ticked(0) && s.frm.vsd.Ticked(1));
+  EXPECT_TRUE(office.service.Received().back().taken);
+  s.List();
+  EXPECT_EQ(s.Counts(), "Unsent (1), Unknown (1)");
+  s.desk.stop_after = -1;
+  s.Send();
+  EXPECT_TRUE(s.desk.WasAsked("not known whether the service took them: D0001"));
+  EXPECT_EQ(s.Counts(), "Sent (1), Unknown (1)");
+}
+
 // The answer came and could not be recorded.
 TEST(EInvFrm, WhatWasAnsweredAndNotRecordedIsKeptAndRecordedLater) {
   Submitting office(3);
@@ -483,6 +505,8 @@ TEST(EInvFrm, APersonSettlesWhatIsNotKnown) {
       portal.Send("POST", office.service.Url("/invoice"), SubmitBody(s.frm.vsd.Row(0), supplier)));
   EXPECT_EQ(settle(0, given), "");
   EXPECT_EQ(office.Uuid("D0001"), given);
+  EXPECT_NE(office.LogText().find("D0001 settled by hand: recorded as " + given),
+            std::string::npos);
   // The second is certainly not there: it counts as unsent once the person has said so twice.
   settle(1, "");
   EXPECT_EQ(s.Counts(), "Sent (1), Unknown (2)");
