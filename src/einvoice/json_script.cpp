@@ -26,7 +26,13 @@ std::string cJSONScript::Eval(std::string_view text) {
   }
   ended_ = false;
   depth_ = 0;
-  return ExecCommand(script);
+  cStringBuilder result;
+  for (const auto& [key, element] : script.Members()) {
+    if (ended_) break;
+    // A text of the script itself is no command, whatever it looks like.
+    result.Append(element.kind() == Kind::text ? element.ToText() : ExecCommand(element));
+  }
+  return result.toString();
 }
 
 std::string cJSONScript::ExecCommand(const JsonValue& value) {

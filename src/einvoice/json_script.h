@@ -3,7 +3,8 @@
 //
 //   [{"set": {"name": "n", "value": 3}}, "n is ", {"get": {"name": "n"}}]
 //
-// A text stands for itself; "<%NAME(args)%>" is a command of the host's. An object is commands:
+// A text stands for itself; inside an object or a list "<%NAME(args)%>" is a command of the host's.
+// An object is commands:
 //   alert   message, title            an information box
 //   input   prompt, title, default    an input box; its text
 //   switch  case, items, default      the item whose key is the value of case, else the default

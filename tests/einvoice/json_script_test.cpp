@@ -29,11 +29,12 @@ TEST(JsonScript, Table) {
       {R"([{"if":{"value1":"b","value2":"a","type":"lte","true":1,"false":2}}])", "2"},
       {R"([{"if":{"value1":"b","value2":"a","type":"gt","true":1}},{"none":1}])", "1"},
       {R"([1,{"return":{"a":2,"b":[3,4]}},5])", "12,34"},
-      {R"(["<%twice(a,b)%>","<%none","<%x(1)% >"])", "TWICE:a,b<%none<%x(1)% >"},
+      {R"(["<%a(b)%>",["<%twice(a,b)%>","<%none","<%x(1)% >"]])",
+       "<%a(b)%>TWICE:a,b<%none<%x(1)% >"},
       {R"({"a":1})", "", {"Parser Error: Invalid JSON"}},
       {R"([1,tx])", "", {"Parser Error: Invalid Boolean at position 4 : tx]\r\n"}},
-      {std::string(39, '[') + "7" + std::string(39, ']'), "7"},
-      {std::string(40, '[') + "7" + std::string(40, ']'), "ERROR: Nesting level exceeded."},
+      {std::string(40, '[') + "7" + std::string(40, ']'), "7"},
+      {std::string(41, '[') + "7" + std::string(41, ']'), "ERROR: Nesting level exceeded."},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.script);
