@@ -24,7 +24,8 @@ void CapTexts(const Session& session, const Screen& screen) {
   for (Control* control : screen.controls()) {
     auto* box = dynamic_cast<TextBox*>(control);
     if (box == nullptr || box->kind() != Kind::text) continue;
-    if (!box->picker.empty() || !box->mask.empty() || box->name().ends_with("email")) continue;
+    if (!box->picker.empty() || !box->mask.empty() || Lower(box->name()).ends_with("email"))
+      continue;
     box->onLeave = [&session, box, then = std::move(box->onLeave)] {
       if (!box->locked()) box->SetText(ApplyCapLock(session, box->text()));
       if (then) then();

@@ -74,8 +74,10 @@ bool SelfBillFrm::CheckItems() {
 bool SelfBillFrm::Check() {
   // A number typed and never found belongs to no document; numbers are drawn, not chosen.
   if (!SameText(SID.text(), loaded_id_)) return Refuse(SID, {"Record not found", "找不到记录"});
-  if (!IsNew() && !right_.MayChange({"save self-bill " + loaded_id_, "储存自开发票 " + loaded_id_},
-                                    CompCode.text())) {
+  // What is only sent again is no change.
+  if (!IsNew() && Changed() &&
+      !right_.MayChange({"save self-bill " + loaded_id_, "储存自开发票 " + loaded_id_},
+                        CompCode.text())) {
     const std::string& user = session().CurrentUserID;
     return Refuse({fmt::format("User {} Level not allow to edit or delete record", user),
                    fmt::format("用户 {} 的级别不可更改或删除记录", user)});

@@ -18,7 +18,7 @@ const std::string kSetUp = R"play(signin ADMIN zebrawindmill
 sql "UPDATE CompMast SET ClientID='CL13NT+/own',ClientSecret='S3CR3T\"+/own',MyTaxClientID='CL13NT-tin',MyTaxClientSecret='S3CR3T\\\\tin' WHERE CompCode='HQ'"
 sql "INSERT INTO ECustMast (CustID,TIN,CustName,State,Country) VALUES ('HQ','C1','Kaunter','10','MYS')"
 sql "INSERT INTO Systemast (Param,Value) VALUES ('Getclient_id','CL13NT-maintainer'),('Getclient_secret','S3CR3T-maintainer')"
-sql "INSERT INTO Systemast (Param,Value) VALUES ('GetTokenURL','@/token'),('GetTINURL','@/tin'),('GetTokenInv','@/token'),('GetEInvAPISelfBill','@/selfbill'),('GetEInvAPIStatus','@/status'),('GetEInvAPICancel','@/cancel/')"
+sql "INSERT INTO Systemast (Param,Value) VALUES ('GetTokenURL','@/token'),('GetTINURL','@/tin'),('GetTokenInv','@/token'),('GetEInvAPISelfBill','@/selfbill'),('GetEInvAPIInv','@/invoice'),('GetEInvAPIStatus','@/status'),('GetEInvAPICancel','@/cancel/')"
 )play";
 
 // A document through all that is said about it.
@@ -50,6 +50,25 @@ click SSCommand4
 describe
 )";
 
+// A charge that goes out as an invoice.
+const std::string kInvoice = R"play(close
+sql "INSERT INTO ChargeMast (ChargeID,CompCode,CustID,TrxDate,PType,ChargeAmt) VALUES ('INV1','HQ','HQ0001','2024-01-05','Invoice',7); INSERT INTO ECustMast (CustID,TIN) VALUES ('HQ0001','IG2')"
+sql "INSERT INTO DataExport (SID,SQLStatement) VALUES ('VKT-Individual','SELECT h.ChargeID AS eInvID,1 AS SeqNo,h.TrxDate,h.CustID,h.CompCode,h.LoanID,1 AS SchID,h.PType AS InvType,''06'' AS TaxType,h.ChargeDesc AS InvDesc,h.ChargeAmt AS InvAmt,1 AS Qty,e.TIN AS tin,e.CustTypeID,e.CustType,e.CustName,e.Phone,e.Email,e.Address,e.Postcode,e.City,e.State,e.Country FROM ChargeMast AS h INNER JOIN ECustMast AS e ON e.CustID=h.CustID WHERE h.CompCode=@CompCode AND h.TrxDate>=@FromDate AND h.TrxDate<=@ToDate')"
+menu EInvMenu
+set DateFrom 01-01-2024
+set DateTo 31-01-2024
+answer yes
+click SaveCmd
+tick vsd 1 1
+answer yes
+click CmdPrint
+answer yes
+click CmdStatus
+show Msg
+describe
+show vsd
+)play";
+
 TEST(EInvoiceSecrets, StandInNoOutputLogOrTrace) {
   StandIn service;
   const struct {
@@ -59,7 +78,9 @@ TEST(EInvoiceSecrets, StandInNoOutputLogOrTrace) {
       {"{}", true},
       {R"({"faults":[{"path":"/token","kind":"echo","times":0}]})", false},
       {R"({"faults":[{"path":"/selfbill","kind":"echo"},{"path":"/tin","kind":"echo"}]})", false},
-      {R"({"faults":[{"path":"/status","kind":"echo"},{"path":"/cancel","kind":"echo"}]})", true},
+      {R"({"faults":[{"path":"/status","kind":"echo"},{"path":"/cancel","kind":"echo"},
+           {"path":"/invoice","kind":"echo"}]})",
+       true},
       {R"({"faults":[{"path":"/selfbill","kind":"cut"},{"path":"/token","kind":"cut"}]})", false},
   };
   std::set<std::string> secrets = {"CL13NT", "S3CR3T"};
@@ -71,7 +92,7 @@ TEST(EInvoiceSecrets, StandInNoOutputLogOrTrace) {
     for (std::size_t at = set_up.find('@'); at != set_up.npos; at = set_up.find('@')) {
       set_up.replace(at, 1, service.Url(""));
     }
-    const Played played = office.Play(set_up + kJourney + (c.sent ? kAfter : ""));
+    const Played played = office.Play(set_up + kJourney + (c.sent ? kAfter + kInvoice : ""));
     EXPECT_EQ(played.status, Runner::kHeld) << c.plan << played.err << played.out;
     for (const Asked& asked : service.Received()) {
       if (asked.bearer.size() > 20) secrets.insert(asked.bearer.substr(7));
