@@ -175,11 +175,11 @@ TEST_F(HttpClientTest, AServiceThatCannotProveItselfGetsNothing) {
             0);
   const std::string port = std::to_string(ClosedPort());
   std::thread server([&] {
-    RunProgram("timeout", {"5", "openssl", "s_server", "-accept", port, "-key", key, "-cert",
+    RunProgram("timeout", {"30", "openssl", "s_server", "-accept", port, "-key", key, "-cert",
                            certificate, "-www", "-naccept", "1"});
   });
   std::string last;
-  for (int i = 0; i < 100 && last.find("certificate") == std::string::npos; ++i) {
+  for (int i = 0; i < 600 && last.find("certificate") == std::string::npos; ++i) {
     usleep(30'000);
     EXPECT_FALSE(MaybeTaken("https://localhost:" + port + "/"));
     last = told;
