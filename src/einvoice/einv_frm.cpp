@@ -131,8 +131,7 @@ SendMode EInvFrm::mode() const {
 
 // Documents of one company never go out under the name of another.
 void EInvFrm::ChangeCompany() {
-  ForgetLines();
-  CmdPrint.SetEnabled(false);
+  Clear();
   if (CompCode.empty()) return;
   const Hourglass busy(desk());
   supplier_ = service_.LoadSupplier(CompCode.text());

@@ -144,16 +144,18 @@ void EInvFrm::Export() {
   if (!Confirm({"Confirm to Export E-Invoicing ?", "确定发送电子发票？"})) return;
   const std::vector<std::size_t> ticked = TickedLines();
   bool whole = true;
+  std::string id;  // of the document that is on its way
   try {
     Submission submission(session(), service_, addresses_, mode(), supplier_);
     Run run(*this, ticked.size());
     for (std::size_t i = 0; i < ticked.size() && whole; ++i) {
-      run.Show(i, lines_[ticked[i]].id());
+      id = lines_[ticked[i]].id();
+      run.Show(i, id);
       whole = SendOne(submission, ticked[i], run) && !(run.Stopped() && i + 1 < ticked.size());
     }
   } catch (const std::exception& failure) {
     ShowCounts();
-    LogRollback(session(), "E-Invoicing", failure);
+    LogRollback(session(), "E-Invoicing " + id, failure);
     const auto* line = dynamic_cast<const HttpFailure*>(&failure);
     if (line != nullptr && line->given_up()) {
       Tell(MessageKind::warning, {failure.what(), failure.what()});

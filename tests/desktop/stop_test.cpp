@@ -11,9 +11,11 @@
 #include "core/values.h"
 #include "desktop/progress_dialog.h"
 #include "einvoice/ecust_mast.h"
+#include "einvoice/einv_frm.h"
 #include "loans/rebuild.h"
 #include "test_screen.h"
 #include "tests/core/office.h"
+#include "tests/einvoice/invoice_office.h"
 #include "tests/einvoice/raw_server.h"
 
 namespace kaunter {
@@ -176,6 +178,46 @@ TEST_F(StopTest, ARequestIsGivenUpAndNothingElseCanBeDoneMeanwhile) {
   EXPECT_FALSE(screen.closed());
   EXPECT_THAT(desk.messages, testing::IsEmpty());
   EXPECT_THAT(office.Log().back(), testing::HasSubstr("given up"));
+}
+
+// The document on its way is still answered and recorded, what lies behind it stays ticked.
+TEST(StopSubmission, EndsBetweenTwoDocuments) {
+  constexpr int kDocuments = 60;
+  InvoiceOffice office;
+  std::string statement;
+  for (int i = 0; i < kDocuments; ++i) {
+    statement += fmt::format("{}SELECT 'D{:02}' AS eInvID", i == 0 ? "" : " UNION ALL ", i);
+  }
+  statement =
+      "SELECT d.eInvID,1 AS SeqNo,'2024-01-05' AS TrxDate,'' AS CustID,'' AS CustName,'HQ' AS "
+      "CompCode,'' AS LoanID,'' AS SchID,'' AS InvType,'06' AS TaxType,'x' AS InvDesc,5 AS InvAmt,"
+      "1 AS Qty,'' AS tin,'' AS CustTypeID,'' AS CustType,'' AS Phone,'' AS Email,'' AS Address,'' "
+      "AS Postcode,'' AS City,'' AS State,'' AS Country FROM (" +
+      statement + ") AS d";
+  office.Run("INSERT INTO DataExport (SID,SQLStatement) VALUES ('VKT-Individual'," +
+             QuoteStr(statement) + ")");
+  struct : BarDesk {
+    bool Ask(std::string_view, std::string_view) override { return true; }
+  } desk;
+  EInvFrm screen(office.session, desk);
+  ScreenDialog dialog(screen, nullptr);
+  dialog.Open();
+  OpenScreen::Wait();
+  screen.DateFrom.SetText("01-01-2024");
+  screen.DateTo.SetText("31-01-2024");
+  screen.SaveCmd.Click();
+  screen.C3.Tick(true);
+  desk.messages.clear();
+  Hand hand(false);
+  screen.CmdPrint.Click();
+  OpenScreen::Wait();
+  ASSERT_GE(hand.stopped_at, kDocuments / 2);
+  const int sent = std::stoi(office.Scalar("SELECT COUNT(*) FROM EInvMast"));
+  EXPECT_GE(sent, kDocuments / 2);
+  EXPECT_LT(sent, kDocuments);
+  EXPECT_THAT(desk.messages, ElementsAre(testing::StartsWith("Stopped.")));
+  for (int row = 0; row < kDocuments; ++row) EXPECT_EQ(screen.vsd.Ticked(row), row >= sent) << row;
+  EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM EInvSending WHERE State <> 'recorded'"), "0");
 }
 
 }  // namespace
