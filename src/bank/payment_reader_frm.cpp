@@ -286,7 +286,6 @@ void PaymentReaderfrm::ChangeLoan(int at, const std::string& before) {
            {fmt::format("Loan ID {} not found", typed), fmt::format("找不到贷款编号 {}", typed)});
     return;
   }
-  changed.seen_elsewhere.clear();
   outlooks_[index] = ReaderPreview(session(), desk()).Look(changed);
   row = std::move(changed);
   ShowRow(index);
@@ -349,7 +348,6 @@ void PaymentReaderfrm::OpenPayment(int at) {
   session().PaymentsChanged = changed || other_changes;
   if (!changed || rows_[index].done) return;
   // The money of this line may have been taken there: the person ticks it again if it was not.
-  rows_[index].seen_elsewhere.clear();
   outlooks_[index] = ReaderPreview(session(), desk()).Look(rows_[index]);
   outlooks_[index].kind = ReaderOutlook::Kind::doubted;
   outlooks_[index].text.english =

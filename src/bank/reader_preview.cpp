@@ -6,6 +6,7 @@
 #include <utility>
 #include <variant>
 
+#include "bank/reader_doubts.h"
 #include "bank/reader_sources.h"
 #include "bank/take_payment.h"
 #include "bank/taken_lines.h"
@@ -124,7 +125,7 @@ ReaderOutlook ReaderPreview::LookAtPayment(ReaderRow& row) {
     Put({fmt::format("On {}. ", shown_day), fmt::format("改为 {}。", shown_day)}, &outlook.text);
   }
   AddNotes(row, payment.CompCode, &outlook.text);
-  if (const auto doubt = Doubt(row, shown_day)) {
+  if (const auto doubt = Doubt(row, day.day)) {
     outlook.kind = Outlook::doubted;
     Put({doubt->english + ". ", doubt->chinese + "。"}, &outlook.text);
     return outlook;
@@ -135,19 +136,14 @@ ReaderOutlook ReaderPreview::LookAtPayment(ReaderRow& row) {
 }
 
 // Why the money may have been taken already.
-std::optional<Caption> ReaderPreview::Doubt(ReaderRow& row, const std::string& day) {
+std::optional<Caption> ReaderPreview::Doubt(ReaderRow& row, const DateTime& day) {
   const std::string deleted = std::exchange(row.PayID, {});
-  for (const TakenLine& other : SameLinesElsewhere(session_.Main(), row.fingerprint, row.file)) {
-    row.seen_elsewhere.push_back(other.RefNo);
-  }
+  const std::vector<ReaderDoubt> doubts = DoubtsOf(session_.Main(), row, day);
+  row.told_doubts.clear();
+  for (const ReaderDoubt& doubt : doubts) row.told_doubts.push_back(doubt.about);
   if (!deleted.empty()) {
     return Caption{fmt::format("Its payment {} was deleted: tick it to take it again", deleted),
                    fmt::format("其付款 {} 已删除：如要再收请勾选", deleted)};
-  }
-  if (!row.seen_elsewhere.empty()) {
-    const std::string& other = row.seen_elsewhere.front();
-    return Caption{fmt::format("The same line was taken as {}", other),
-                   fmt::format("同一行已以 {} 收取", other)};
   }
   // A bank tells two payments apart, by their time or number, wherever it can.
   if (const auto same = lines_.find(row.fingerprint);
@@ -155,30 +151,8 @@ std::optional<Caption> ReaderPreview::Doubt(ReaderRow& row, const std::string& d
     return Caption{fmt::format("The same line stands in this file as {}", same->second),
                    fmt::format("此文件中 {} 是同一行", same->second)};
   }
-  // An open row is its own proof.
-  if (row.source == ReaderSource::due) return std::nullopt;
-  if (auto doubt = PlanDoubt(row)) return doubt;
-  const std::string paid = ScalarQuery(
-      session_.Main(),
-      fmt::format(
-          "SELECT TOP 1 PayID FROM PaymentMast WHERE LoanID={} AND PayDate={} AND PayAmt={} "
-          "ORDER BY PayID",
-          QuoteStr(row.LoanID), SqlDate(day), row.amount.ToText()));
-  if (paid.empty()) return std::nullopt;
-  return Caption{fmt::format("Payment {} has the same day and amount", paid),
-                 fmt::format("付款 {} 的日期和金额相同", paid)};
-}
-
-// A planned payment does not know what came in over the counter.
-std::optional<Caption> ReaderPreview::PlanDoubt(const ReaderRow& row) {
-  if (row.source != ReaderSource::planned) return std::nullopt;
-  const Recordset open = session_.Main().Query(
-      fmt::format("SELECT PayableAmt-Payment as [Open] FROM SchMast WHERE LoanID={} AND SchID={}",
-                  QuoteStr(row.LoanID), row.row));
-  if (open.Eof() || Sen(open, "Open") >= row.amount) return std::nullopt;
-  const std::string amount = ShowMoney(Sen(open, "Open"));
-  return Caption{fmt::format("Of instalment {} only {} is open", row.row, amount),
-                 fmt::format("第 {} 期只欠 {}", row.row, amount)};
+  if (doubts.empty()) return std::nullopt;
+  return doubts.front().text;
 }
 
 Caption ReaderPreview::InWordsOf(const Payment& payment, bool* settles) {

@@ -37,8 +37,7 @@ class ReaderPreview {
   ReaderOutlook LookAtLine(ReaderRow& row);
   std::optional<ReaderOutlook> LookAtRecord(ReaderRow& row);
   ReaderOutlook LookAtPayment(ReaderRow& row);
-  std::optional<Caption> Doubt(ReaderRow& row, const std::string& day);
-  std::optional<Caption> PlanDoubt(const ReaderRow& row);
+  std::optional<Caption> Doubt(ReaderRow& row, const DateTime& day);
   Caption InWordsOf(const Payment& payment, bool* settles);
   void AddNotes(const ReaderRow& row, const std::string& comp_code, Caption* text);
 

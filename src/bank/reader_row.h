@@ -34,8 +34,8 @@ struct ReaderRow {
   std::string fingerprint;
   std::string raw;
   std::optional<Caption> fault;  // why it cannot be a payment
-  // RefNo of the same line of other files, of which the person was told.
-  std::vector<std::string> seen_elsewhere;
+  // What was told of it before it was ticked: reader_doubts.h.
+  std::vector<std::string> told_doubts;
 
   // What became of it.
   std::string Remarks;

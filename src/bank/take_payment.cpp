@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <variant>
 
+#include "bank/reader_doubts.h"
 #include "bank/taken_lines.h"
 #include "collections/hold_loan.h"
 #include "collections/pay_day.h"
@@ -69,7 +70,7 @@ class Take {
     }
     const ReaderDay day = PayDayOf(session_, desk_, row_);
     if (day.refusal) throw Refused(*day.refusal);
-    day_ = ShowDate(day.day);
+    day_ = day.day;
     // None was found that the person may use, whatever the reference says.
     if (row_.CustID.empty()) throw Refused(kLoanNotFound);
   }
@@ -79,6 +80,7 @@ class Take {
     HoldLine(main_, row_.RefNo);
     HoldLoan(main_, row_.LoanID);
     CheckSource();
+    CheckDoubts();
     Payment payment = Made();
     CreatePayment(session_, payment);
     WriteTakenLine(main_,
@@ -100,15 +102,6 @@ class Take {
         if (taken && taken->Pays()) {
           if (taken->IsOther(row_.fingerprint)) throw Refused(OtherLineOfThisName(*taken));
           throw AlreadyTaken{taken->PayID};
-        }
-        for (const TakenLine& other : SameLinesElsewhere(main_, row_.fingerprint, row_.file)) {
-          if (std::ranges::find(row_.seen_elsewhere, other.RefNo) != row_.seen_elsewhere.end()) {
-            continue;
-          }
-          throw Refused(
-              {fmt::format("The same line was taken meanwhile as {}, payment {}", other.RefNo,
-                           other.PayID),
-               fmt::format("同一行已在其间以 {} 收取，付款 {}", other.RefNo, other.PayID)});
         }
         return;
       }
@@ -135,6 +128,15 @@ class Take {
     }
   }
 
+  // What has come up since the person was told.
+  void CheckDoubts() {
+    for (const ReaderDoubt& doubt : DoubtsOf(main_, row_, day_)) {
+      if (std::ranges::find(row_.told_doubts, doubt.about) != row_.told_doubts.end()) continue;
+      throw Refused(
+          {"Since it was listed: " + doubt.text.english, "列出之后：" + doubt.text.chinese});
+    }
+  }
+
   Payment Made() {
     const std::string loan_id = QuoteStr(row_.LoanID);
     const Recordset due = main_.Query(
@@ -146,7 +148,7 @@ class Take {
     if (Sen(loan, "PayOutAmt").IsZero()) {
       throw Refused({"Loan not fully drawdown", "贷款尚未全部放款"});
     }
-    auto made = PlainPayment(main_, row_.LoanID, day_, row_.amount);
+    auto made = PlainPayment(main_, row_.LoanID, ShowDate(day_), row_.amount);
     if (const auto* reason = std::get_if<Caption>(&made)) throw Refused(*reason);
     Payment payment = std::get<Payment>(std::move(made));
     TakeDueRows(due, payment);
@@ -174,7 +176,7 @@ class Take {
   Connection& main_;
   Desk& desk_;
   const ReaderRow& row_;
-  std::string day_;  // dd-mm-yyyy
+  DateTime day_;
 };
 
 // What was refused is kept for the next reading; a line that pays meanwhile keeps its own record.

@@ -221,9 +221,9 @@ TEST_F(PaymentReaderTest, NothingIsTakenASecondTime) {
   EXPECT_EQ(Scalar("SELECT COUNT(*) FROM PaymentMast"), "4");
   EXPECT_EQ(Scalar("SELECT Remarks FROM PaymentReader WHERE RefNo='A.txt-001'"), "Payment Done");
   // Taken at the counter.
-  office.Run("UPDATE PaymentMast SET PayAmt=7 WHERE PayID='HQ0001-001-001'");
+  Pay("HQ0001-001-050", "HQ0001-001", "2024-01-31", "7");
   screen = Read("C.txt", Line("20240131", 700, "HQ0001-001"));
-  EXPECT_THAT(Told(*screen, 0), HasSubstr("Payment HQ0001-001-001 has the same day and amount. "));
+  EXPECT_THAT(Told(*screen, 0), HasSubstr("Payment HQ0001-001-050 has the same day and amount. "));
   EXPECT_FALSE(screen->DG.Ticked(0));
   // Its payment was deleted: the person decides.
   office.Run("DELETE FROM PaymentMast WHERE PayID='HQ0001-001-002'");
@@ -232,7 +232,7 @@ TEST_F(PaymentReaderTest, NothingIsTakenASecondTime) {
   screen->DG.Tick(1, true);
   Process(*screen);
   EXPECT_EQ(screen->DG.Cell(1, kRemarks), "Payment Done");
-  EXPECT_EQ(Scalar("SELECT COUNT(*) FROM PaymentMast"), "4");
+  EXPECT_EQ(Scalar("SELECT COUNT(*) FROM PaymentMast"), "5");
 }
 
 TEST_F(PaymentReaderTest, AnotherDesktopIsNoticedWhereTheMoneyIsStored) {
@@ -249,7 +249,33 @@ TEST_F(PaymentReaderTest, AnotherDesktopIsNoticedWhereTheMoneyIsStored) {
   }
   Process(*renamed);
   EXPECT_EQ(Payments(), paid);
-  EXPECT_THAT(renamed->DG.Cell(0, kError), HasSubstr("taken meanwhile as A.txt-001"));
+  EXPECT_THAT(renamed->DG.Cell(0, kError),
+              HasSubstr("Since it was listed: The same line was taken as A.txt-001"));
+}
+
+TEST_F(PaymentReaderTest, WhatTheCounterTookSinceTheListIsNotTakenAgain) {
+  auto of_file = Read("A.txt", Line("20240131", 11200, "HQ0001-001"));
+  auto of_plan = Open();
+  Put(of_plan->TrxDate, "31-01-2024");
+  of_plan->ListCmd.Click();
+  EXPECT_TRUE(of_file->DG.Ticked(0) && of_plan->DG.Ticked(0));
+  Pay("HQ0001-001-050", "HQ0001-001", "2024-01-31", "112");
+  RebuildLoan(main(), "HQ0001-001");
+  Process(*of_file);
+  EXPECT_EQ(of_file->DG.Cell(0, kError),
+            "Since it was listed: Payment HQ0001-001-050 has the same day and amount");
+  Process(*of_plan);
+  EXPECT_THAT(of_plan->DG.Cell(0, kError),
+              HasSubstr("Since it was listed: Of instalment 1 only 0.00"));
+  EXPECT_EQ(Scalar("SELECT COUNT(*) FROM PaymentMast WHERE LoanID='HQ0001-001'"), "1");
+  // Two lines of a file are two payments, however alike.
+  office.Run("DELETE FROM PaymentMast");
+  RebuildLoan(main(), "HQ0001-001");
+  Process(*of_file);
+  EXPECT_EQ(Payments(), "HQ0001-001-001 112 112 0\n");
+  of_file = Read("A.txt", Line("20240131", 11200, "HQ0001-001") + "\r\n" +
+                              Line("20240131", 11200, "HQ0001-001").insert(60, "2"));
+  EXPECT_TRUE(of_file->DG.Ticked(1)) << Told(*of_file, 1);
 }
 
 TEST_F(PaymentReaderTest, ALineThatStandsTwiceInItsFileIsTakenTwiceOnlyByHand) {
