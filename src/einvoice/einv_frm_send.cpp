@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "core/audit.h"
 #include "core/log.h"
 #include "core/telling.h"
 #include "core/values.h"
@@ -344,6 +345,7 @@ void EInvFrm::SettleUnknown() {
 void EInvFrm::NoteSettled(const InvoiceLine& line, std::string_view as) {
   WriteLog(session(), LogLine(session(), fmt::format("E-Invoicing {} {} settled by hand: {}",
                                                      NameOf(mode()), line.id(), as)));
+  WriteAudit(session(), "Modify", "E-Invoice", line.cells[kCompCode], line.id(), {});
 }
 
 bool EInvFrm::SettleWithUuid(InvoiceLine& line, const std::string& uuid) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "core/audit.h"
 #include "core/log.h"
 #include "core/session.h"
 #include "core/settings.h"
@@ -153,7 +154,9 @@ void Submission::Record(InvoiceLine& line, const std::string& uuid) {
     std::rethrow_exception(failure);
   }
   line.cells[kUuid] = uuid;
-  if (mode_ == SendMode::cancel) line.cancel_uuid = uuid;
+  if (mode_ != SendMode::cancel) return;
+  line.cancel_uuid = uuid;
+  WriteAudit(session_, "Cancel", "E-Invoice", line.cells[kCompCode], line.id(), {});
 }
 
 }  // namespace kaunter

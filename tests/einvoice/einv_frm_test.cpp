@@ -547,6 +547,17 @@ TEST(EInvFrm, WithoutIdentityTokenOrStatementItSaysWhatIsMissing) {
   EXPECT_EQ(office.service.Received().back().bearer, "");
   EXPECT_EQ(s.frm.vsd.Tone(0), RowTone::info);
 
+  // Where nothing has left, nothing is unknown, and the tick stays.
+  office.Run("UPDATE Systemast SET Value='http://127.0.0.1:1/x' WHERE Param='GetEInvAPIInv'");
+  s.frm.Load();
+  s.frm.DateFrom.SetText("01-01-2024");
+  s.frm.DateTo.SetText("31-01-2024");
+  s.List();
+  const std::string away = s.Send();
+  EXPECT_NE(away.find("Nothing was sent"), away.npos) << away;
+  EXPECT_EQ(s.Counts(), "Unsent (1)");
+  EXPECT_TRUE(s.frm.vsd.Ticked(0));
+
   const struct {
     const char* statement;
     const char* said;

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "tests/core/office.h"
 
 namespace kaunter {
@@ -54,25 +52,6 @@ TEST(SendingMarks, OneOfTwoDesktopsGetsTheDocument) {
   EXPECT_EQ(read.at(kLine).reply.size(), 500u);
   // Who had listed the document before it was sent at all does not get it now.
   EXPECT_FALSE(ours.Claim(kLine, unseen));
-}
-
-TEST(SendingMarks, AtTheSameMomentEachDocumentHasOneSender) {
-  Office office(Office::State::patched);
-  SecondDesktop other(office);
-  constexpr int kDocuments = 150;
-  std::vector<int> won(kDocuments, 0), lost(kDocuments, 0);
-  const auto run = [&](Session& session, std::vector<int>& got) {
-    const SendingMarks marks(session, "Submit");
-    for (int i = 0; i < kDocuments; ++i) {
-      got[static_cast<std::size_t>(i)] = marks.Claim({"P" + std::to_string(i), "1"}, {}) ? 1 : 0;
-    }
-  };
-  std::thread beside([&] { run(other.session, lost); });
-  run(office.session, won);
-  beside.join();
-  for (int i = 0; i < kDocuments; ++i) {
-    EXPECT_EQ(won[static_cast<std::size_t>(i)] + lost[static_cast<std::size_t>(i)], 1) << i;
-  }
 }
 
 TEST(SendingMarks, AWordOfAnotherVersionIsNotTakenForUnsent) {
