@@ -23,6 +23,7 @@ class SampleDatabase : public Connection {
   Recordset DoQuery(std::string_view sql) override;
   Recordset DoQueryOnly(std::string_view sql) override { return DoQuery(sql); }
   void DoBegin() override {}
+  void DoBeginReading() override {}
   void DoCommit() override {}
   void DoRollback() override {}
 };

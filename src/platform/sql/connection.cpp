@@ -32,6 +32,9 @@ void Connection::Announce(std::string_view sql) {
 }
 
 std::int64_t Connection::Execute(std::string_view sql) {
+  if (reading_ && InTransaction()) {
+    throw std::logic_error(fmt::format("written while the books are read: {}", sql));
+  }
   Announce(sql);
   const std::int64_t rows = DoExecute(sql);
   if (InTransaction()) {
@@ -52,14 +55,26 @@ Recordset Connection::QueryOnly(std::string_view sql) {
   return DoQueryOnly(sql);
 }
 
-void Connection::BeginTrans() {
+void Connection::LeaveStale() {
   if (InTransaction()) {
     RollbackTrans();
     if (stale_) stale_(name_);
   }
   written_ = false;
+  reading_ = false;
+}
+
+void Connection::BeginTrans() {
+  LeaveStale();
   Announce("BEGIN TRANSACTION");
   DoBegin();
+}
+
+void Connection::BeginReading() {
+  LeaveStale();
+  Announce("BEGIN TRANSACTION");
+  DoBeginReading();
+  reading_ = true;
 }
 
 void Connection::CommitTrans() {

@@ -83,6 +83,10 @@ class Connection {
   // open transaction it sees what that has written, which then stands as it stood.
   Recordset QueryOnly(std::string_view sql);
   void BeginTrans();
+  // One that reads: all its statements see the books of one moment, nobody is kept waiting, and a
+  // write in it is a fault (std::logic_error). RollbackTrans ends it. On SQL Server the moment is
+  // one where the database allows snapshots, and each statement's own where it does not.
+  void BeginReading();
   void CommitTrans();
   void RollbackTrans();
   virtual bool InTransaction() const = 0;
@@ -110,15 +114,18 @@ class Connection {
   virtual Recordset DoQuery(std::string_view sql) = 0;
   virtual Recordset DoQueryOnly(std::string_view sql) = 0;
   virtual void DoBegin() = 0;
+  virtual void DoBeginReading() = 0;
   virtual void DoCommit() = 0;
   virtual void DoRollback() = 0;
 
  private:
   void Announce(std::string_view sql);
+  void LeaveStale();
 
   std::string name_;
   std::uint64_t kept_ = 0;
   bool written_ = false;  // in the open transaction
+  bool reading_ = false;  // the open transaction only reads
   TraceSink trace_;
   std::function<void(std::string_view)> stale_;
   std::function<void(std::string_view)> fault_;

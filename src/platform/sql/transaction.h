@@ -32,4 +32,23 @@ class Transaction {
   bool committed_ = false;
 };
 
+// ReadTransaction: the books of one moment, for as long as it lives.
+class ReadTransaction {
+ public:
+  explicit ReadTransaction(Connection& connection) : connection_(connection) {
+    connection_.BeginReading();
+  }
+  ~ReadTransaction() {
+    try {
+      connection_.RollbackTrans();
+    } catch (const SqlError&) {
+    }
+  }
+  ReadTransaction(const ReadTransaction&) = delete;
+  ReadTransaction& operator=(const ReadTransaction&) = delete;
+
+ private:
+  Connection& connection_;
+};
+
 }  // namespace kaunter

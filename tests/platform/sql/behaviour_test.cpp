@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/sql/transaction.h"
 #include "tests/platform/support/error_number.h"
 #include "tests/platform/support/test_engine.h"
 
@@ -647,6 +648,30 @@ TEST_P(Behaviour, WhatOnlyReadsKeepsNothingAndWaitsForNobody) {
   db_->CommitTrans();
   EXPECT_EQ(Show(other->Query("select PaymentNo from NumberMast")), "51");
   EXPECT_EQ(other->Execute("update NumberMast set PaymentNo=8"), 1);
+}
+
+TEST_P(Behaviour, WhoReadsSeesOneMomentAndKeepsNobodyWaiting) {
+  const auto other = Open("Other");
+  const std::string number = "select PaymentNo from NumberMast";
+  {
+    const ReadTransaction reading(*db_);
+    EXPECT_EQ(Show(db_->Query(number)), "7");
+    const Transaction writing(*other);  // a save that is never done
+    EXPECT_EQ(other->Execute("update NumberMast set PaymentNo=8"), 1);
+    EXPECT_EQ(Show(db_->Query(number)), "7");
+  }
+  {
+    const ReadTransaction reading(*db_);
+    EXPECT_EQ(Show(db_->Query(number)), "7");
+    Transaction writing(*other);
+    EXPECT_EQ(other->Execute("update NumberMast set PaymentNo=9"), 1);
+    writing.Commit();
+    EXPECT_EQ(Show(db_->Query(number + " where CustID='C1'")), "7");
+    EXPECT_THROW(db_->Execute("update NumberMast set PaymentNo=1"), std::logic_error);
+  }
+  EXPECT_FALSE(db_->InTransaction());
+  EXPECT_EQ(Show(db_->Query("select * from NumberMast")), "C1|005|9");
+  EXPECT_EQ(db_->Execute("update NumberMast set PaymentNo=10"), 1);
 }
 
 TEST_P(Behaviour, ABatchStopsAtItsFirstFailure) {

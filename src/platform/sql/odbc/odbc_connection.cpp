@@ -48,9 +48,15 @@ void OdbcConnection::DoBegin() {
   link.dialect->Begin(link.session);
 }
 
+void OdbcConnection::DoBeginReading() {
+  Link& link = Open();
+  link.dialect->BeginReading(link.session);
+}
+
 void OdbcConnection::DoRollback() {
   link_->session.Rollback();
   link_->dialect->Forget();
+  if (!Lost()) link_->dialect->EndReading(link_->session);
 }
 
 }  // namespace sql

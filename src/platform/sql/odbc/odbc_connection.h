@@ -31,6 +31,7 @@ class OdbcConnection : public Connection {
   Recordset DoQuery(std::string_view sql) override;
   Recordset DoQueryOnly(std::string_view sql) override;
   void DoBegin() override;
+  void DoBeginReading() override;
   void DoCommit() override { link_->session.Commit(); }
   void DoRollback() override;
 

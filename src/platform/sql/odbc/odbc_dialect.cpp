@@ -1,5 +1,7 @@
 #include "platform/sql/odbc/odbc_dialect.h"
 
+#include <utility>
+
 #include "platform/sql/odbc/odbc_postgresql_dialect.h"
 #include "platform/sql/odbc/odbc_sqlite_dialect.h"
 #include "platform/sql/odbc/odbc_text.h"
@@ -19,6 +21,24 @@ class SqlServerDialect : public OdbcDialect {
   OdbcOutcome Run(OdbcSession& session, std::string_view batch, bool want_rows) override {
     return session.Run(MarkUnicodeTexts(batch), want_rows);
   }
+
+  void BeginReading(OdbcSession& session) override {
+    const OdbcOutcome allowed = session.Run(
+        "SELECT snapshot_isolation_state FROM sys.databases WHERE database_id=DB_ID()", true);
+    snapshot_ = allowed.rows && !allowed.rows->Eof() && allowed.rows->Field(0).ToText() == "1";
+    if (snapshot_) session.Run("SET TRANSACTION ISOLATION LEVEL SNAPSHOT", false);
+    session.Begin();
+  }
+
+  // The level is the connection's and outlives the transaction.
+  void EndReading(OdbcSession& session) override {
+    if (std::exchange(snapshot_, false)) {
+      session.Run("SET TRANSACTION ISOLATION LEVEL READ COMMITTED", false);
+    }
+  }
+
+ private:
+  bool snapshot_ = false;
 };
 
 }  // namespace

@@ -16,6 +16,9 @@ class OdbcDialect {
   // Runs a batch of T-SQL on `session`, to the first failure.
   virtual OdbcOutcome Run(OdbcSession& session, std::string_view batch, bool want_rows) = 0;
   virtual void Begin(OdbcSession& session) { session.Begin(); }
+  // See Connection::BeginReading; EndReading follows each rollback.
+  virtual void BeginReading(OdbcSession& session) { session.Begin(); }
+  virtual void EndReading(OdbcSession&) {}
   // Runs a batch for its rows, in a transaction that is rolled back; inside an open one back to
   // where that stood.
   OdbcOutcome RunReading(OdbcSession& session, std::string_view batch);

@@ -229,6 +229,17 @@ void PostgresDialect::Begin(OdbcSession& session) {
   }
 }
 
+void PostgresDialect::BeginReading(OdbcSession& session) {
+  session.Begin();
+  schema_changed_ = false;
+  try {
+    session.Run("SET TRANSACTION ISOLATION LEVEL REPEATABLE READ, READ ONLY", false);
+  } catch (const SqlError&) {
+    if (session.InTransaction()) session.Rollback();
+    throw;
+  }
+}
+
 void PostgresDialect::Forget() {
   TranslatingDialect::Forget();
   sent_clock_.reset();  // what is set inside a transaction goes back with it

@@ -46,6 +46,7 @@ class PostgresDialect : public TranslatingDialect {
   PostgresDialect(OdbcSession& session, const Clock& clock);
 
   void Begin(OdbcSession& session) override;
+  void BeginReading(OdbcSession& session) override;
   void Forget() override;
 
  protected:

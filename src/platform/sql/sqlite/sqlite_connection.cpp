@@ -290,6 +290,13 @@ void SqliteConnection::DoBegin() {
   schema_changed_in_transaction_ = false;
 }
 
+// The journal is written ahead: who reads sees the state of his first statement, and others go on.
+void SqliteConnection::DoBeginReading() {
+  RunPlain(db_.get(), "BEGIN", path_);
+  nested_ = 0;
+  schema_changed_in_transaction_ = false;
+}
+
 void SqliteConnection::DoCommit() {
   RefuseIfMoved();
   RunPrepared(commit_, "COMMIT");

@@ -43,6 +43,7 @@ class SqliteConnection final : public Connection {
   Recordset DoQuery(std::string_view sql) override;
   Recordset DoQueryOnly(std::string_view sql) override;
   void DoBegin() override;
+  void DoBeginReading() override;
   void DoCommit() override;
   void DoRollback() override;
 
