@@ -63,8 +63,8 @@ std::vector<std::string> InPlainWords(const std::vector<std::string>& sent,
   sqlite3* db = plain.handle();
   sql::SqliteCatalogue catalogue(db, file);
   for (const std::string& statement : sent) {
-    if (statement == "BEGIN TRANSACTION" || statement == "COMMIT") {
-      words.push_back(statement == "COMMIT" ? "COMMIT" : "BEGIN IMMEDIATE");
+    if (statement == "BEGIN TRANSACTION" || statement == "COMMIT" || statement == "ROLLBACK") {
+      words.push_back(statement == "BEGIN TRANSACTION" ? "BEGIN IMMEDIATE" : statement);
       plain.Query(words.back());
       continue;
     }

@@ -109,7 +109,7 @@ void FrmSellGold::ClearAll() {
 void FrmSellGold::List() {
   if (!RequireDate(session(), DateFrom, {"Date From is required", "请输入日期自"}) ||
       !RequireDate(session(), DateTo, {"Date To is required", "请输入至日期"}) ||
-      !MayLeaveRecord(AnyTyped())) {
+      !CheckDateOrder(session(), DateFrom, DateTo) || !MayLeaveRecord(AnyTyped())) {
     return;
   }
   const Hourglass busy(desk());

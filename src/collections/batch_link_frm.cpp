@@ -82,7 +82,8 @@ void BatchLinkfrm::RetrieveAll() {
 
 bool BatchLinkfrm::CheckDates() {
   return RequireDate(session(), DateFrom, {"Date From is require"}, {"Invalid Date"}) &&
-         RequireDate(session(), DateTo, {"Date To is require"}, {"Invalid Date"});
+         RequireDate(session(), DateTo, {"Date To is require"}, {"Invalid Date"}) &&
+         CheckDateOrder(session(), DateFrom, DateTo);
 }
 
 void BatchLinkfrm::RetrieveByDate() {

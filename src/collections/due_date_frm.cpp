@@ -193,7 +193,8 @@ std::string DueDateFrm::Filter() const {
 }
 
 void DueDateFrm::Search() {
-  if (!CheckDate(DateFrom) || !CheckDate(DateTo) || !CheckKeys()) return;
+  if (!CheckDate(DateFrom) || !CheckDate(DateTo)) return;
+  if (!CheckDateOrder(session(), DateFrom, DateTo) || !CheckKeys()) return;
   const std::string sql =
       "SELECT h.duedate,l.LoanID,l.OldLoanCode,l.CustID,c.CustName,h.PayableAmt,h.Payment,"
       "h.PayableAmt-h.Payment as Balance FROM (SchMast as h INNER JOIN LoanMast as l on "

@@ -281,10 +281,14 @@ void PaymentFrm::ReportSuspicion() {
       session(), desk(), {CustID.text(), CompCode.text(), LoanID.text(), loaded_payment_});
   if (number.empty()) return;
   AMLAID.SetText(number);
-  if (SaveCmd.enabled() && !IsDelete())
-    Tell(MessageKind::information,
-         {fmt::format("{} is recorded. Save the payment to keep the number with it.", number),
-          fmt::format("{} 已记录。请储存付款，以便保留此号码。", number)});
+  if (IsDelete()) return;
+  const Caption keep =
+      SaveCmd.enabled()
+          ? Caption{"Save the payment to keep the number with it.", "请储存付款，以便保留此号码。"}
+          : Caption{"Save the payment with Edit Payment to keep the number with it.",
+                    "请在“更改付款”中储存此付款，以便保留此号码。"};
+  Tell(MessageKind::information, {fmt::format("{} is recorded. {}", number, keep.english),
+                                  fmt::format("{} 已记录。{}", number, keep.chinese)});
 }
 
 // --- papers

@@ -86,6 +86,7 @@ bool SpecialRpt::RequestClose() { return MayDiscard(CountOpen() > 0); }
 bool SpecialRpt::CheckRange() {
   if (!CheckDateBox(session(), DateFrom)) return false;
   if (!RequireDate(session(), DateTo, {"Date To is required", "请输入至日期"})) return false;
+  if (!CheckDateOrder(session(), DateFrom, DateTo)) return false;
   if (CompCode.empty()) return Refuse(CompCode, {"Company Code To is required", "请输入公司"});
   return true;
 }

@@ -9,9 +9,10 @@
 #include "core/amounts.h"
 #include "core/session.h"
 #include "core/staged_rows.h"
+#include "core/stoppable.h"
 #include "core/values.h"
 #include "platform/sql/transaction.h"
-#include "screen/hourglass.h"
+#include "screen/desk.h"
 
 namespace kaunter {
 namespace {
@@ -91,30 +92,42 @@ std::vector<LampiranLoan> LampiranLoans(Connection& main, const ReturnPeriod& pe
   return loans;
 }
 
-void StageNewLampiran(Session& session, Desk& desk, const ReturnPeriod& period,
-                      std::string_view pcname, std::string_view report_name) {
-  {
-    const Hourglass hourglass(desk);
-    Connection& main = session.Main();
-    Transaction transaction(main);
-    DropStagedRows(main, pcname, report_name);
-    Batch batch;
-    for (const DateTime& month : MonthsOf(period)) {
-      for (int band = 1; band <= kIncomeBands; ++band) {
-        batch.Add(RowStatement(pcname, report_name, fmt::format("{}{}", MonthOf(month), band),
-                               MonthOf(month), band, CompanyOf(period), 0, "0"));
-      }
+namespace {
+
+void Stage(Connection& main, const ReturnPeriod& period, std::string_view pcname,
+           std::string_view report_name, const GoOn& go_on) {
+  // Read before the write lock is taken: others go on meanwhile.
+  const std::vector<LampiranLoan> loans = LampiranLoans(main, period);
+  Transaction transaction(main);
+  DropStagedRows(main, pcname, report_name);
+  Batch batch;
+  for (const DateTime& month : MonthsOf(period)) {
+    for (int band = 1; band <= kIncomeBands; ++band) {
+      batch.Add(RowStatement(pcname, report_name, fmt::format("{}{}", MonthOf(month), band),
+                             MonthOf(month), band, CompanyOf(period), 0, "0"));
     }
-    for (const LampiranLoan& loan : LampiranLoans(main, period)) {
-      batch.Add(RowStatement(pcname, report_name, loan.LoanID, loan.month, loan.band, loan.CompCode,
-                             1, loan.LoanAmt.ToText()));
-      batch.SendWhenFull(main);
-    }
-    batch.Send(main);
-    transaction.Commit();
   }
+  for (std::size_t i = 0; i < loans.size(); ++i) {
+    const LampiranLoan& loan = loans[i];
+    if (!go_on(static_cast<int>(i), static_cast<int>(loans.size()))) return;
+    batch.Add(RowStatement(pcname, report_name, loan.LoanID, loan.month, loan.band, loan.CompCode,
+                           1, loan.LoanAmt.ToText()));
+    batch.SendWhenFull(main);
+  }
+  batch.Send(main);
+  transaction.Commit();
+}
+
+}  // namespace
+
+bool StageNewLampiran(Session& session, Desk& desk, const ReturnPeriod& period,
+                      std::string_view pcname, std::string_view report_name) {
+  const bool whole = RunStoppable(
+      session, desk, session.MsgTitle, kCountingReturn,
+      [&](const GoOn& go_on) { Stage(session.Main(), period, pcname, report_name, go_on); });
   desk.Message(MessageKind::information, session.MsgTitle,
-               session.In({"Process Complete", "处理完毕"}));
+               session.In(whole ? Caption{"Process Complete", "处理完毕"} : kReturnStopped));
+  return whole;
 }
 
 std::vector<ReturnLine> LampiranLines(Connection& main, const ReturnPeriod& period) {

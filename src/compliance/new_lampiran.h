@@ -36,8 +36,9 @@ std::vector<LampiranLoan> LampiranLoans(Connection& main, const ReturnPeriod& pe
                                         std::string_view more = {});
 
 // Replaces the rows of the report: a row of nothing for each band of each month, and a row for each
-// loan. Tells that it is done; a failure rolls back and is thrown on.
-void StageNewLampiran(Session& session, Desk& desk, const ReturnPeriod& period,
+// loan. Tells that it is done; false when it was stopped. The earlier rows then stand, as behind a
+// failure, which is thrown on.
+bool StageNewLampiran(Session& session, Desk& desk, const ReturnPeriod& period,
                       std::string_view pcname, std::string_view report_name);
 
 // A line for each band of each month.

@@ -13,15 +13,14 @@
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/statement_places.h"
+#include "core/stoppable.h"
 #include "core/values.h"
 #include "platform/private_file.h"
 #include "platform/sql/transaction.h"
 #include "platform/sql/translator/lexer.h"
-#include "platform/sql/waiting.h"
 #include "reports/reading_statement.h"
 #include "reports/workbook_desk.h"
 #include "screen/hourglass.h"
-#include "screen/wait_bar.h"
 
 namespace kaunter {
 namespace {
@@ -273,7 +272,7 @@ bool NPLExportfrm::RequireDates() {
     if (!date.asks.checked() && !Uses(date.place)) continue;
     if (!RequireDate(session(), date.box, {"Date is required", "请输入日期"})) return false;
   }
-  return true;
+  return !Uses(kFromDate) || !Uses(kToDate) || CheckDateOrder(session(), DateFrom, DateTo);
 }
 
 bool NPLExportfrm::MayRun(const std::string& statement) {
@@ -347,25 +346,17 @@ void NPLExportfrm::Process() {
 }
 
 bool NPLExportfrm::Run(const std::string& statement, bool reads) {
-  const Hourglass busy(desk());
-  WaitBar wait(desk(), title().In(chinese()),
-               session().In({"The statement is running ...", "正在执行语句..."}),
-               session().In({"Stop", "停止"}));
-  const MayStop stop([&wait] { return wait.StopAsked(); });
-  try {
-    if (reads) {
-      result_ = main().QueryOnly(statement);
-    } else {
-      // Half of it would be worse than none.
-      Transaction transaction(main());
-      result_ = main().Query(statement);
-      transaction.Commit();
-    }
-    return true;
-  } catch (const SqlError&) {
-    if (wait.stopped()) return false;
-    throw;
-  }
+  return RunStoppable(session(), desk(), title().In(chinese()),
+                      {"The statement is running ...", "正在执行语句..."}, [&](const GoOn&) {
+                        if (reads) {
+                          result_ = main().QueryOnly(statement);
+                          return;
+                        }
+                        // Half of it would be worse than none.
+                        Transaction transaction(main());
+                        result_ = main().Query(statement);
+                        transaction.Commit();
+                      });
 }
 
 void NPLExportfrm::ShowResult() {
@@ -455,10 +446,13 @@ void NPLExportfrm::ExportExcel() {
     rows.columns.push_back({HeadingOf(result_, i), KindsOf(result_.columns()[i].type).written});
   }
   rows.rows = result_.rows();
-  // A date of a workbook is a day.
+  // A date of a workbook is a day, and none before 1900.
   for (auto& row : rows.rows) {
-    for (Value& value : row) {
-      if (value.AsDate() != nullptr && !value.AsDate()->IsMidnight()) value = Shown(value);
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      const DateTime* date = row[i].AsDate();
+      if (date == nullptr || (date->IsMidnight() && date->year >= 1900)) continue;
+      row[i] = Shown(row[i]);
+      rows.columns[i].kind = CellKind::text;
     }
   }
   try {

@@ -8,8 +8,9 @@
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/session_report.h"
+#include "core/stoppable.h"
 #include "core/values.h"
-#include "screen/hourglass.h"
+#include "platform/sql/transaction.h"
 #include "screen/report_job.h"
 
 namespace kaunter {
@@ -73,9 +74,18 @@ void NPLLoanFrm::Load() {
 }
 
 void NPLLoanFrm::Forget() {
+  processed_ = false;
   for (TextBox& box : NoLoan) box.SetText("0");
   for (TextBox& box : LoanAmt) box.SetText("0.00");
   DG.Clear();
+}
+
+// Figures that somebody brings from elsewhere.
+bool NPLLoanFrm::Typed() const {
+  for (std::size_t i = 0; i < kNplYears; ++i) {
+    if (NoLoan[i].text() != "0" || LoanAmt[i].text() != "0.00") return true;
+  }
+  return false;
 }
 
 bool NPLLoanFrm::CheckCompany() {
@@ -102,23 +112,36 @@ bool NPLLoanFrm::CheckAmount(TextBox& box) {
 
 void NPLLoanFrm::Process() {
   if (!CheckCompany() || !Confirm({"Confirm to process ?", "确定处理？"})) return;
-  Read();
-  Tell(MessageKind::information, {"Process done", "处理完毕"});
+  if (Read()) Tell(MessageKind::information, {"Process done", "处理完毕"});
 }
 
-void NPLLoanFrm::Read() {
-  const Hourglass busy(desk());
+bool NPLLoanFrm::Read() {
   Forget();
-  const auto years = CountNpl(main(), CompCode.text());
+  std::array<NplYear, kNplYears> years;
+  Recordset loans;
+  if (!RunStoppable(session(), desk(), session().In(title()), kCountingReturn, [&](const GoOn&) {
+        const ReadTransaction reading(main());  // the list adds up to the figures
+        years = CountNpl(main(), CompCode.text());
+        loans = main().Query(NplLoansStatement(CompCode.text()));
+      })) {
+    return false;
+  }
   for (std::size_t i = 0; i < kNplYears; ++i) {
     NoLoan[i].SetText(std::to_string(years[i].loans));
     LoanAmt[i].SetText(ShowMoney(years[i].balance));
   }
-  FillGrid(DG, main().Query(NplLoansStatement(CompCode.text())));
+  FillGrid(DG, std::move(loans));
+  processed_ = true;
+  return true;
 }
 
 void NPLLoanFrm::Print() {
   if (!CheckCompany()) return;
+  if (!processed_ && !Typed()) {
+    Refuse(SaveCmd, {"Nothing is counted yet for this company: press Process first",
+                     "此公司尚未计算：请先按“处理”"});
+    return;
+  }
   for (std::size_t i = 0; i < kNplYears; ++i) {
     if (!CheckCount(NoLoan[i]) || !CheckAmount(LoanAmt[i])) return;
   }

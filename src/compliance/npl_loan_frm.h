@@ -38,13 +38,17 @@ class NPLLoanFrm : public SessionScreen {
   void Load() override;
 
  private:
+  // The boxes hold figures of the company that is chosen.
+  bool processed_ = false;
+
   std::deque<TextBox> OfEachYear(const char* name, const Caption& what, Kind kind);
   void Forget();
+  bool Typed() const;
   bool CheckCompany();
   bool CheckCount(TextBox& box);
   bool CheckAmount(TextBox& box);
   void Process();
-  void Read();
+  bool Read();
   void UpdateStatus();
   void Print();
 };

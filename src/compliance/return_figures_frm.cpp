@@ -15,10 +15,9 @@
 #include "core/session_report.h"
 #include "core/settings.h"
 #include "core/staged_rows.h"
+#include "core/stoppable.h"
 #include "core/values.h"
 #include "platform/host.h"
-#include "screen/cancel_offer.h"
-#include "screen/hourglass.h"
 #include "screen/report_job.h"
 
 namespace kaunter {
@@ -122,7 +121,8 @@ std::optional<ReturnPeriod> ReturnFiguresFrm::Period() {
   }
   if (Return.index() == kNpl) return period;  // its years are fixed, and its dates cannot be typed
   const Caption required{"From Date / To Date is require, please check", "请输入开始与结束日期"};
-  if (!RequireDate(session(), DateFrom, required) || !RequireDate(session(), DateTo, required)) {
+  if (!RequireDate(session(), DateFrom, required) || !RequireDate(session(), DateTo, required) ||
+      !CheckDateOrder(session(), DateFrom, DateTo)) {
     return std::nullopt;
   }
   period.from = *DateTime::FromDisplay(DateFrom.text());
@@ -130,27 +130,25 @@ std::optional<ReturnPeriod> ReturnFiguresFrm::Period() {
   return period;
 }
 
+bool ReturnFiguresFrm::RunLong(const std::function<void(const GoOn&)>& work) {
+  return RunStoppable(session(), desk(), session().In(title()), kCountingReturn, work);
+}
+
 void ReturnFiguresFrm::Count() {
   Forget();
   const auto period = Period();
   if (!period) return;
-  {
-    const Hourglass busy(desk());
+  const bool whole = RunLong([&](const GoOn& go_on) {
     if (Return.index() == kLampiran) {
       lines_ = LampiranLines(main(), *period);
     } else if (Return.index() == kNpl) {
       lines_ = NplLines(main(), period->companies.front());
     } else {
-      const auto bar = desk().Progress(session().In(title()));
-      CancelOffer* const offer = OfferCancel(*bar, session().In({"Stop", "停止"}));
       lines_ = CountYearly(main(), {*period, Check1.checked(), ReadSetting(main(), "2E") == "1"},
-                           true, [&](int done, int total) {
-                             bar->SetRange(total);
-                             bar->SetPosition(done);
-                             return offer == nullptr || !offer->Cancelled();
-                           });
+                           true, go_on);
     }
-  }
+  });
+  if (!whole) return Forget();
   std::vector<std::vector<std::string>> rows;
   std::vector<RowTone> tones;
   for (const ReturnLine& line : lines_) {
@@ -172,10 +170,7 @@ void ReturnFiguresFrm::OpenFigure(int row) {
   if (row == opened_) return;
   ForgetLoans();
   const ReturnLine& line = lines_.at(static_cast<std::size_t>(row));
-  {
-    const Hourglass busy(desk());
-    loans_ = line.loans(main());
-  }
+  if (!RunLong([&](const GoOn&) { loans_ = line.loans(main()); })) return ForgetLoans();
   opened_ = row;
   Money sum;
   std::vector<std::vector<std::string>> rows;

@@ -9,6 +9,7 @@
 
 #include "compliance/returns.h"
 #include "core/session_screen.h"
+#include "core/stoppable.h"
 
 namespace kaunter {
 
@@ -53,6 +54,7 @@ class ReturnFiguresFrm : public SessionScreen {
   void ForgetLoans();
   void ChooseReturn();
   std::optional<ReturnPeriod> Period();
+  bool RunLong(const std::function<void(const GoOn&)>& work);
   void Count();
   void OpenFigure(int row);
   // "Loans made (field01)"

@@ -43,8 +43,9 @@ struct ReturnLine {
   std::function<std::vector<ReturnLoan>(Connection& main)> loans;
 };
 
-// False stops the work.
-using ReturnProgress = std::function<bool(int done, int total)>;
+// What the bar says while a return is counted.
+inline const Caption kCountingReturn{"The loans are counted ...", "正在计算贷款..."};
+inline const Caption kReturnStopped{"Stopped: nothing was changed", "已停止：没有更改"};
 
 // " (lm.CompCode in ('A','B') ) "
 std::string CompaniesText(const std::vector<std::string>& companies);

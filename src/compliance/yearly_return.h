@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "compliance/returns.h"
+#include "core/stoppable.h"
 
 namespace kaunter {
 
@@ -17,7 +18,6 @@ enum class FigureKind {
   amount,     // the loans' amounts, with or without interest
   interest,   // the loans' interest
   count,      // their number
-  listed,     // their number, by their list: the counts of companies
   collected,  // what was paid in the period
 };
 
@@ -41,14 +41,13 @@ struct YearlyRequest {
   bool size_with_interest = false;  // so the sizes: the setting 2E
 };
 
-// What gives the figure, and the loans behind it.
-std::string FigureStatement(const YearlyFigure& figure, const YearlyRequest& request);
+// What gives the loans behind the figure.
 std::string LoansStatement(const YearlyFigure& figure, const YearlyRequest& request);
 
 // The figures as the return shows them, with those that nothing of the return takes when
 // `left_over`. Nothing when it was stopped. Throws SqlError.
 std::vector<ReturnLine> CountYearly(Connection& main, const YearlyRequest& request, bool left_over,
-                                    const ReturnProgress& progress);
+                                    const GoOn& go_on);
 
 // Counts, stores the one row of YearlyLoanMast and sets the parameters of the report from number 1
 // on; `amount` and `security` are what the person adds. Told in the end; false when it failed or

@@ -1,5 +1,7 @@
 #include "core/boxes.h"
 
+#include <fmt/format.h>
+
 #include <utility>
 
 #include "core/session.h"
@@ -17,6 +19,19 @@ bool CheckDateBox(Session& session, TextBox& box, const Caption& invalid) {
 bool RequireDate(Session& session, TextBox& box, const Caption& required, const Caption& invalid) {
   if (!CheckDateBox(session, box, invalid)) return false;
   return !box.empty() || Refuse(session, box, required);
+}
+
+bool CheckDateOrder(Session& session, TextBox& from, const TextBox& to) {
+  const auto first = DateTime::FromDisplay(from.text());
+  const auto last = DateTime::FromDisplay(to.text());
+  if (!first || !last || *first <= *last) return true;
+  const Caption& a = from.caption();
+  const Caption& b = to.caption();
+  return Refuse(session, from,
+                {fmt::format("{} {} is after {} {}: put the earlier day first", a.english,
+                             from.text(), b.english, to.text()),
+                 fmt::format("{} {} 晚于{} {}：请把较早的日期放在前面", a.In(true), from.text(),
+                             b.In(true), to.text())});
 }
 
 void CapTexts(const Session& session, const Screen& screen) {

@@ -23,6 +23,9 @@ bool CheckDateBox(Session& session, TextBox& box, const Caption& invalid = kInva
 // The same of a box that must hold one: what is empty is refused with `required`.
 bool RequireDate(Session& session, TextBox& box, const Caption& required,
                  const Caption& invalid = kInvalidDate);
+// Of boxes that hold dates or nothing: a first day that is after the last one is refused, for it
+// would find nothing and look like an answer.
+bool CheckDateOrder(Session& session, TextBox& from, const TextBox& to);
 
 // Where the office wants capitals (CapLock), what is typed into the screen's boxes of text goes to
 // upper case as each is left, before the box's own onLeave. Remarks, e-mail addresses and what

@@ -7,11 +7,11 @@
 #include "core/log.h"
 #include "core/record.h"
 #include "core/session_report.h"
+#include "core/stoppable.h"
 #include "core/telling.h"
 #include "core/values.h"
 #include "platform/host.h"
 #include "reporting/report_selection.h"
-#include "screen/hourglass.h"
 #include "screen/report_job.h"
 
 namespace kaunter {
@@ -54,19 +54,25 @@ void LampiranB1::Forget() {
 bool LampiranB1::Check() {
   if (CompCode.empty()) return Refuse(CompCode, {"Company Code is required", "请选择公司"});
   return RequireDate(session(), DateFrom, {"Date From is required", "请输入开始日期"}) &&
-         RequireDate(session(), DateTo, {"Date To is required", "请输入结束日期"});
+         RequireDate(session(), DateTo, {"Date To is required", "请输入结束日期"}) &&
+         CheckDateOrder(session(), DateFrom, DateTo);
 }
 
 void LampiranB1::Retrieve() {
   if (!Check() || !Confirm({"Retrieve Loan ?", "列出贷款？"})) return;
   Forget();
   try {
-    const Hourglass busy(desk());
-    const Recordset loans = main().Query(fmt::format(
-        "SELECT l.LoanID,l.TrxDate,c.custname,l.loanamt,l.agreementprint from loanmast as l inner "
-        "join custmast as c on l.custid=c.custid  where l.trxdate >= {} and l.TrxDate <= {} and "
-        "l.CompCode={} order by l.trxdate",
-        SqlDate(DateFrom.text()), SqlDate(DateTo.text()), QuoteStr(CompCode.text())));
+    Recordset loans;
+    const bool whole = RunStoppable(
+        session(), desk(), session().In(title()), {"The loans are read ...", "正在读取贷款..."},
+        [&](const GoOn&) {
+          loans = main().Query(fmt::format(
+              "SELECT l.LoanID,l.TrxDate,c.custname,l.loanamt,l.agreementprint from loanmast as l "
+              "inner join custmast as c on l.custid=c.custid  where l.trxdate >= {} and l.TrxDate "
+              "<= {} and l.CompCode={} order by l.trxdate",
+              SqlDate(DateFrom.text()), SqlDate(DateTo.text()), QuoteStr(CompCode.text())));
+        });
+    if (!whole) return;
     FillGrid(DG, loans);
     for (int row = 0; row < DG.RowCount(); ++row) {
       const Value& printed = loans.rows()[static_cast<std::size_t>(row)][4];

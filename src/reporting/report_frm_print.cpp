@@ -64,7 +64,7 @@ bool ReportFrm::DatesAreGood() {
   for (TextBox* box : {&DateFrom, &DateTo}) {
     if (!CheckDateBox(session(), *box)) return false;
   }
-  return true;
+  return CheckDateOrder(session(), DateFrom, DateTo);
 }
 
 // The texts go into the formula as they stand: a sign of its own grammar is no part of a number.
@@ -148,9 +148,8 @@ bool ReportFrm::MakeYearly() {
 }
 
 bool ReportFrm::MakeLampiran() {
-  StageNewLampiran(session(), desk(), PeriodOfReturn(), pcname_, file_);
   job_.SelectionFormula = StagedFormula(pcname_, file_);
-  return true;
+  return StageNewLampiran(session(), desk(), PeriodOfReturn(), pcname_, file_);
 }
 
 // --- what single reports need before their form is chosen

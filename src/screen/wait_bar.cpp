@@ -26,4 +26,13 @@ bool WaitBar::StopAsked() {
   return stopped_;
 }
 
+bool WaitBar::StopAsked(int done, int total) {
+  StopAsked();
+  if (bar_) {
+    if (std::exchange(total_, total) != total) bar_->SetRange(total);
+    bar_->SetPosition(done);
+  }
+  return stopped_;
+}
+
 }  // namespace kaunter

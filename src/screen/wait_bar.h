@@ -17,6 +17,8 @@ class WaitBar {
 
   // Asked again and again while it lasts; true from the moment on in which a person wants the end.
   bool StopAsked();
+  // The same between two steps of a known number.
+  bool StopAsked(int done, int total);
   bool stopped() const { return stopped_; }
 
  private:
@@ -28,6 +30,7 @@ class WaitBar {
   std::unique_ptr<ProgressBar> bar_;
   CancelOffer* offer_ = nullptr;
   bool stopped_ = false;
+  int total_ = 0;
 };
 
 }  // namespace kaunter

@@ -11,24 +11,18 @@
 #include "cash/cash_posting.h"
 #include "cash/recalc_cash_book_frm.h"
 #include "core/audit.h"
-#include "screen/cancel_offer.h"
 #include "screen/report_job.h"
 #include "tests/core/office.h"
+#include "tests/screen/stopped_bar.h"
 
 namespace kaunter {
 namespace {
 
-struct StopBar : SilentBar, CancelOffer {
-  explicit StopBar(bool stops) : stops(stops) {}
-  void OfferCancel(std::string_view) override {}
-  bool Cancelled() const override { return stops; }
-  bool stops;
-};
-
 class CashDesk : public SilentDesk {
  public:
   std::unique_ptr<ProgressBar> Progress(std::string_view) override {
-    return std::make_unique<StopBar>(stops);
+    if (stops) return std::make_unique<StoppedBar>();
+    return std::make_unique<SilentBar>();
   }
   void Print(const ReportJob& job) override { printed = job; }
   bool stops = false;

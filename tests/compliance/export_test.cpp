@@ -13,15 +13,10 @@
 #include "core/schema_text.h"
 #include "screen/cancel_offer.h"
 #include "tests/core/office.h"
+#include "tests/screen/stopped_bar.h"
 
 namespace kaunter {
 namespace {
-
-class StoppedBar : public SilentBar, public CancelOffer {
- public:
-  void OfferCancel(std::string_view) override {}
-  bool Cancelled() const override { return true; }
-};
 
 class Supervisor : public SilentDesk {
  public:

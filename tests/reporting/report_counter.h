@@ -13,6 +13,7 @@
 #include "reporting/report_frm.h"
 #include "screen/report_job.h"
 #include "tests/core/office.h"
+#include "tests/screen/stopped_bar.h"
 
 namespace kaunter {
 
@@ -29,6 +30,10 @@ class PrintingDesk : public SilentDesk {
   std::string Input(std::string_view, std::string_view, std::string_view preset) override {
     return input.value_or(std::string(preset));
   }
+  std::unique_ptr<ProgressBar> Progress(std::string_view title) override {
+    if (stops) return std::make_unique<StoppedBar>();
+    return SilentDesk::Progress(title);
+  }
   void Show(std::string_view name) override {
     shown.push_back(std::string(name));
     if (on_show) on_show();
@@ -41,6 +46,7 @@ class PrintingDesk : public SilentDesk {
   }
 
   bool agrees = true;
+  bool stops = false;    // each long work, at its first look
   std::string jammed;    // a report whose file holds this text is not printed
   std::string declined;  // a question that holds this text gets a no
   std::optional<std::string> input;

@@ -1,0 +1,23 @@
+#include "core/stoppable.h"
+
+#include "core/session.h"
+#include "platform/sql/waiting.h"
+#include "screen/hourglass.h"
+#include "screen/wait_bar.h"
+
+namespace kaunter {
+
+bool RunStoppable(Session& session, Desk& desk, const std::string& title, const Caption& text,
+                  const std::function<void(const GoOn&)>& work) {
+  const Hourglass busy(desk);
+  WaitBar bar(desk, title, session.In(text), session.In({"Stop", "停止"}));
+  const MayStop stop([&bar] { return bar.StopAsked(); });
+  try {
+    work([&bar](int done, int total) { return !bar.StopAsked(done, total); });
+  } catch (const SqlError&) {
+    if (!bar.stopped()) throw;
+  }
+  return !bar.stopped();
+}
+
+}  // namespace kaunter
