@@ -27,6 +27,15 @@ if(TARGET kaunter-play)
       -DOFFICE=${CMAKE_BINARY_DIR}/play/moving-in -DREPORTS=${CMAKE_SOURCE_DIR}/reports
       -P ${CMAKE_CURRENT_SOURCE_DIR}/play/run_script.cmake
     WORKING_DIRECTORY ${CMAKE_SOURCE_DIR}/demo)
+  # Debian's Python, which has the reader of workbooks that script/setup installs.
+  find_program(reader NAMES python3 PATHS /usr/bin NO_DEFAULT_PATH)
+  if(reader)
+    add_test(NAME export-read-back
+      COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play> -DOFFICE=${CMAKE_BINARY_DIR}/play/read-back
+        -DREPORTS=${CMAKE_SOURCE_DIR}/reports -DREADER=${reader}
+        -P ${CMAKE_CURRENT_SOURCE_DIR}/play/read_back.cmake)
+    set_tests_properties(export-read-back PROPERTIES SKIP_REGULAR_EXPRESSION "no openpyxl")
+  endif()
   foreach(what two_desktops two_desktops_loans two_desktops_reports two_desktops_cash four_desktops_payments)
     string(REPLACE "_" "-" name ${what})
     add_test(NAME ${name}

@@ -42,8 +42,15 @@ double WidthOf(std::string_view text) {
   return width;
 }
 
-// No longer than a cell takes, and no letter cut apart.
+// No longer than a cell takes, and no letter cut apart. A cell's line ends with one sign.
 std::string ForCell(std::string text) {
+  for (auto at = text.find('\r'); at != std::string::npos; at = text.find('\r', at)) {
+    if (at + 1 < text.size() && text[at + 1] == '\n') {
+      text.erase(at, 1);
+    } else {
+      text[at] = '\n';
+    }
+  }
   if (text.size() <= kMostText) return text;
   std::size_t end = kMostText;
   while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;

@@ -86,6 +86,7 @@ class RowsMaker {
     for (std::size_t row = 0; row < rows_.RowCount();) {
       row = file_.summary ? AddGroup(row, counts) : AddRow(row);
     }
+    DropBlankDates();
     return std::move(given_);
   }
 
@@ -143,6 +144,15 @@ class RowsMaker {
       values.push_back(key.by == GroupBy::value ? value : Value(GroupValue(value, key.by)));
     }
     return values;
+  }
+
+  // A day that the paper shows as none, such as the first of 1900, is none here either.
+  void DropBlankDates() {
+    for (std::vector<Value>& row : given_.rows) {
+      for (Value& value : row) {
+        if (value.AsDate() != nullptr && ShowDate(value).empty()) value = {};
+      }
+    }
   }
 
   std::size_t AddRow(std::size_t row) {

@@ -93,8 +93,10 @@ std::string ReportTexts::PlaceText(const std::string& place, RowSpan span,
                                    const FileLine& line) const {
   const std::vector<std::string> parts = Parts(place);
   const bool sum = parts.size() > 1 && parts[1] == "sum";
-  std::string text =
-      sum ? ShowMoney(Value(Sum(parts[0], span, line))) : ValueText(parts[0], span, line);
+  const bool birth = parts.size() > 1 && parts[1] == "birth" && span.count > 0;
+  std::string text = sum     ? ShowMoney(Value(Sum(parts[0], span, line)))
+                     : birth ? ShowBirthDate(rows_.rows()[span.first][ColumnOf(parts[0], line)])
+                             : ValueText(parts[0], span, line);
   for (std::size_t i = sum ? 2 : 1; i < parts.size(); ++i) text = Formed(text, parts[i]);
   return text;
 }
@@ -143,7 +145,7 @@ CompanyPictures ReportTexts::PicturesOf(const std::string& company) const {
 }
 
 std::string PlaceFault(std::string_view text) {
-  static constexpr std::string_view kForms[] = {"words", "long", "upper"};
+  static constexpr std::string_view kForms[] = {"words", "long", "upper", "birth"};
   bool in_brackets = false;
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (text[i] == '[') {
@@ -164,7 +166,8 @@ std::string PlaceFault(std::string_view text) {
             std::find(std::begin(kForms), std::end(kForms), parts[form]) != std::end(kForms) ||
             (form == 1 && parts[form] == "sum");
         if (!known) {
-          return fmt::format("\"{}\" is no form of a place (sum, words, long, upper)", parts[form]);
+          return fmt::format("\"{}\" is no form of a place (sum, words, long, upper, birth)",
+                             parts[form]);
         }
       }
       i = close;
