@@ -21,14 +21,6 @@ void InsertRow(Connection& connection, const LoanKey& key, const ScheduleRow& ro
       row.CapitalAmt.ToText(), row.InterestAmt, loan_bal, due_date, NumberText(row.FIntAmt)));
 }
 
-void RefillPaymentList(Connection& connection, const std::string& loan_id) {
-  connection.Execute("DELETE FROM PaymentList WHERE LoanID=" + loan_id);
-  connection.Execute(
-      "INSERT INTO PaymentList (LoanID,SeqNo,DueDate,PayDate,PayAmt,PayID,DateCreated,UserID) "
-      "SELECT LoanID,SchID,DueDate,duedate,payableamt,'',null,'' from schmast where loanid=" +
-      loan_id);
-}
-
 // As the loan screen shows them. What was paid is replayed afterwards, from the whole capital.
 LoanTerms StoredTerms(const Recordset& row) {
   const auto text = [&row](std::string_view column) { return NullToEmpty(row.Field(column)); };
@@ -62,6 +54,15 @@ Money SumOfCapital(const std::vector<EditedLine>& lines) {
 
 }  // namespace
 
+void RefillPaymentList(Connection& connection, std::string_view loan_id) {
+  const std::string id = QuoteStr(loan_id);
+  connection.Execute("DELETE FROM PaymentList WHERE LoanID=" + id);
+  connection.Execute(
+      "INSERT INTO PaymentList (LoanID,SeqNo,DueDate,PayDate,PayAmt,PayID,DateCreated,UserID) "
+      "SELECT LoanID,SchID,DueDate,duedate,payableamt,'',null,'' from schmast where loanid=" +
+      id);
+}
+
 void ClearSchedule(Connection& connection, std::string_view loan_id) {
   connection.Execute("Delete From SchMast where LoanID=" + QuoteStr(loan_id));
 }
@@ -88,7 +89,7 @@ Schedule GenerateSchedule(Connection& connection, const LoanKey& key, const Loan
   connection.Execute(fmt::format("UPDATE LoanMast SET OrgDueDate={} WHERE LoanID={}",
                                  SqlDate(terms.NextDueDate), loan_id));
   CopySchedule(connection, key.LoanID, /*update_rows=*/false, /*to_backup=*/true);
-  RefillPaymentList(connection, loan_id);
+  RefillPaymentList(connection, key.LoanID);
   return schedule;
 }
 

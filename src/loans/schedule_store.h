@@ -33,6 +33,9 @@ void ClearSchedule(Connection& connection, std::string_view loan_id);
 Schedule GenerateSchedule(Connection& connection, const LoanKey& key, const LoanTerms& terms,
                           bool special);
 
+// The list of planned payments, made anew from the schedule.
+void RefillPaymentList(Connection& connection, std::string_view loan_id);
+
 // Holds the loan and makes its schedule anew from the terms on its row, as the next save of its
 // screen would. A loan that is gone or drawn by now keeps what it has.
 void RegenerateSchedule(Connection& connection, std::string_view loan_id);

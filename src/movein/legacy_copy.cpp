@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "core/amounts.h"
+#include "core/schema_patches.h"
 #include "core/staged_rows.h"
 #include "core/values.h"
 #include "loans/drawdown_store.h"
@@ -514,10 +515,12 @@ bool LegacyCopy::Release(const LegacyGoOn& go_on, LegacyProgress progress) {
       FollowReleases(main_, id);
       // The rows as they were agreed on, before a rebuild derives them anew.
       CopySchedule(main_, id, /*update_rows=*/false, /*to_backup=*/true);
+      RefillPaymentList(main_, id);
       ++progress.done;
     }
     transaction.Commit();
   }
+  main_.Execute(patches::kFillOrgDueDate);
   return true;
 }
 

@@ -76,6 +76,11 @@ std::string TextOf(const Texts& texts, std::string_view column) {
   return found == texts.end() ? std::string() : found->second;
 }
 
+Money AmountOf(const Texts& texts, std::string_view column) {
+  const std::string text = TextOf(texts, column);
+  return text.empty() ? Money() : Money::FromText(text);
+}
+
 LineReader::LineReader(Connection& main, const Mapping& mapping, std::vector<std::string> headings)
     : mapping_(mapping), columns_(headings.size()) {
   const Recordset shape =

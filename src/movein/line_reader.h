@@ -26,6 +26,8 @@ using LineTroubles = std::vector<LineTrouble>;
 // By column, as boxes hold them: days dd-mm-yyyy, amounts plain. Blank fields are absent.
 using Texts = std::map<std::string, std::string, std::less<>>;
 std::string TextOf(const Texts& texts, std::string_view column);
+// 0 for a blank one.
+Money AmountOf(const Texts& texts, std::string_view column);
 
 class LineReader {
  public:

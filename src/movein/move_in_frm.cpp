@@ -136,7 +136,8 @@ void MoveInFrm::Load() {
   for (MovePage& page : pages) ShowMapping(page);
   CmdPrint.SetEnabled(false);
   CmdExport.SetEnabled(false);
-  if (session().CurrentLevel < kLevel) {
+  // Who sees the figures of the books alone amends no loan.
+  if (session().CurrentLevel < kLevel || session().Special) {
     for (Control* control : std::initializer_list<Control*>{&Pages, &CompCode, &CmdDry, &SaveCmd}) {
       control->SetEnabled(false);
     }

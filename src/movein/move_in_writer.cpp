@@ -19,11 +19,6 @@ namespace {
 
 constexpr int kDuplicateKey = 2627;
 
-Money Told(const Texts& texts, std::string_view column) {
-  const std::string text = TextOf(texts, column);
-  return text.empty() ? Money() : Money::FromText(text);
-}
-
 void RebuildOrThrow(const Session& session, const std::string& loan_id) {
   const Rebuilt rebuilt = RebuildLoan(session.Main(), loan_id);
   if (rebuilt.done) return;
@@ -130,10 +125,10 @@ void MoveWriter::StoreLoan(LoanPlan& loan, const std::string& cust_id) {
   }
   loans_.Insert(texts);
   LoanFigures figures;
-  figures.LoanAmt = Told(texts, "LoanAmt");
-  figures.LoanAmt2 = Told(texts, "LoanAmt2");
-  figures.TopUpAmt = Told(texts, "TopUpAmt");
-  figures.SalesmanComm = Told(texts, "SalesmanComm");
+  figures.LoanAmt = AmountOf(texts, "LoanAmt");
+  figures.LoanAmt2 = AmountOf(texts, "LoanAmt2");
+  figures.TopUpAmt = AmountOf(texts, "TopUpAmt");
+  figures.SalesmanComm = AmountOf(texts, "SalesmanComm");
   figures.SalesmanID = TextOf(texts, "SalesmanID");
   AddLoanTotals(main_, cust_id, figures);
   GenerateSchedule(main_, {loan.loan_id, cust_id}, loan.terms, false);

@@ -152,7 +152,12 @@ TEST(MoveIn, ACutRunIsGoneOnWith) {
       }
     });
     EXPECT_EQ(office.Faults(), "");
-    MoveIn(office.session, books.Job(), true, AlwaysOn);
+    auto steps = static_cast<int>(random() % 40);
+    const auto stops = [&steps](const MoveProgress&) { return --steps >= 0; };
+    const bool complete = MoveIn(office.session, books.Job(), true, stops).complete;
+    EXPECT_EQ(complete, steps >= 0);
+    EXPECT_EQ(office.Faults(), "");
+    EXPECT_TRUE(MoveIn(office.session, books.Job(), true, AlwaysOn).complete);
     EXPECT_EQ(office.Books(), whole.Books());
   }
 }
@@ -274,6 +279,7 @@ TEST(MoveIn, EachRefusedLineIsListedWithItsReason) {
   MoveIn(office.session, job, true, AlwaysOn);
   EXPECT_EQ(office.Faults(), "");
   EXPECT_EQ(office.Scalar("SELECT CustGender FROM CustMast WHERE CustName='Ali'"), "MALE");
+  office.session.settings.CapLock = true;
   job.sources[2] = SourceOf(office, MoveKind::payments,
                             "Loan No,Receipt,Date,Amount\nL1,OR2,05/03/2023,100\n"
                             "L1,OR12,05/04/2023,112\nL6,OR3,05/02/2023,200\n");
@@ -294,6 +300,7 @@ TEST(MoveIn, EachRefusedLineIsListedWithItsReason) {
   const MoveReport third = MoveIn(office.session, job, true, AlwaysOn);
   EXPECT_EQ(third.Of(MoveKind::customers).good, 1);
   EXPECT_EQ(third.Of(MoveKind::payments).good, 1);
+  EXPECT_EQ(office.Scalar("SELECT CustName FROM CustMast WHERE CustNIC='800101-10-5001'"), "ALI");
   EXPECT_EQ(office.Lines("SELECT LoanBal FROM LoanMast WHERE OldLoanCode='L1'"), "1244 \n");
   EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM PaymentMast WHERE ReceiptNo='OR3'"), "0");
 }
