@@ -49,7 +49,8 @@ TEST(NameMatch, WhatIsSimilarAndWhy) {
       {"TAN SRI LIM", "SRI LIM", ""},
       {"TAN AH", "DAVID TAN AH KOW", ""},  // two words are among too many names
       {"TAN AH KOW", "TAN AH LEK", ""},
-      {"LEE NA", "LENA E", ""},  // the same letters, but no words of them
+      {"TAN AH KOW BENG", "TAN AH KOW XAVIER", ""},  // each has a word of its own
+      {"LEE NA", "LENA E", ""},                      // the same letters, but no words of them
       {"O'BRIEN PATRICK SEAN", "PATRICK OBRIEN SEAN'; DROP TABLE CustMast",
        "the customer's name has besides DROP, TABLE, CUSTMAST"},
       {"陳亞九", "陈 亚九先生", "same name"},

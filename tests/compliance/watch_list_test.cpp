@@ -196,6 +196,15 @@ TEST_F(WatchList, TwoCopiesAtOnceAreBothWhole) {
   EXPECT_TRUE(inner);
   EXPECT_EQ(ReadCopy(session, *CopyInUse(session.Main())).size(), entries.size());
   EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM AMLACopy"), "8");
+  // Rows that went while it was written: it is not used.
+  const std::vector<WatchEntry> many(600, {"UN", "NAME", "", "", ""});
+  EXPECT_THROW(StoreCopy(session, many,
+                         [&](int done) {
+                           if (done > 0) office.Run("DELETE FROM AMLACopy WHERE CopyID=3");
+                           return true;
+                         }),
+               std::runtime_error);
+  EXPECT_EQ(CopyInUse(session.Main())->CopyID, 2);
 }
 
 TEST_F(WatchList, TheCopyServesOnlyWhileTheLineIsDownAndWhereItIsSwitchedOn) {
