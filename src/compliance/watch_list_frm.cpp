@@ -284,27 +284,33 @@ void WatchListFrm::ShowHit(int row) {
   }
   const WatchHit& hit = HitOf(row);
   const ScreenedCustomer& customer = hit.customer;
-  Customer.SetText(
-      session().In({fmt::format("{}\n{} of {}\nNew IC: {}\nOld IC: {}\nOther IC: {}",
-                                customer.CustName, customer.CustID, customer.CompCode,
-                                customer.CustNIC, customer.CustOIC, customer.CustOthIC),
-                    fmt::format("{}\n{}，公司 {}\n新身份证：{}\n旧身份证：{}\n其他证件：{}",
-                                customer.CustName, customer.CustID, customer.CompCode,
-                                customer.CustNIC, customer.CustOIC, customer.CustOthIC)}));
   const WatchEntry& entry = hit.entry;
-  Caption listed{fmt::format("{}\n{}\nIC: {}\nPassport: {}\n{}", entry.Name, entry.RefNo,
-                             entry.NRIC, entry.PassportNo, entry.OtherInformation),
-                 fmt::format("{}\n{}\n身份证：{}\n护照：{}\n{}", entry.Name, entry.RefNo,
-                             entry.NRIC, entry.PassportNo, entry.OtherInformation)};
+  Customer.SetText(session().In({fmt::format("{}\n{} of {}\n", customer.CustName, customer.CustID,
+                                             customer.CompCode),
+                                 fmt::format("{}\n{}，公司 {}\n", customer.CustName,
+                                             customer.CustID, customer.CompCode)}) +
+                   Numbers({{{"New IC", "新身份证"}, customer.CustNIC},
+                            {{"Old IC", "旧身份证"}, customer.CustOIC},
+                            {{"Other IC", "其他证件"}, customer.CustOthIC}}));
+  std::string text = fmt::format(
+      "{}  {}\n{}", entry.Name, entry.RefNo,
+      Numbers({{{"IC", "身份证"}, entry.NRIC}, {{"Passport", "护照"}, entry.PassportNo}}));
   if (const auto& decision = hit.decision ? hit.decision : hit.before_change) {
-    const std::string when = ShowDateTime(decision->DateCreated);
-    const Caption what = ShownDecision(hit);
-    listed.english +=
-        fmt::format("\n{}, {} {}: {}", what.english, decision->UserID, when, decision->Remark);
-    listed.chinese +=
-        fmt::format("\n{}，{} {}：{}", what.chinese, decision->UserID, when, decision->Remark);
+    text += fmt::format("\n{}, {} {}: {}", session().In(ShownDecision(hit)), decision->UserID,
+                        ShowDateTime(decision->DateCreated), decision->Remark);
   }
-  Entry.SetText(session().In(listed));
+  Entry.SetText(text + "\n" + entry.OtherInformation);
+}
+
+// "New IC: 700101-10-1111  Old IC: A123"; a blank one is left out.
+std::string WatchListFrm::Numbers(
+    const std::vector<std::pair<Caption, std::string>>& numbers) const {
+  std::string line;
+  for (const auto& [name, number] : numbers) {
+    if (number.empty()) continue;
+    line += fmt::format("{}{}: {}", line.empty() ? "" : "   ", session().In(name), number);
+  }
+  return line;
 }
 
 // --- the decision

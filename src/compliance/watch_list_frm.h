@@ -3,6 +3,9 @@
 // (level 3) and above: who is looked at must not hear of it.
 #pragma once
 
+#include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "compliance/rescreening.h"
@@ -61,6 +64,7 @@ class WatchListFrm : public SessionScreen {
   void FillHits();
   void ShowCounts();
   void ShowHit(int row);
+  std::string Numbers(const std::vector<std::pair<Caption, std::string>>& numbers) const;
   WatchHit& HitOf(int row);
   std::vector<std::string> RowOf(const WatchHit& hit) const;
   void DecideOn(bool is_hit);
