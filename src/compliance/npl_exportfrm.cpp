@@ -37,15 +37,34 @@ constexpr std::string_view kCompany = "@CompCode";
 const Caption kSaveFailed{"an error occurred during saving data export data",
                           "储存资料输出时出现错误"};
 
-// Where the users and the hashes of their passwords stand. Of a statement without a fault.
-bool NamesUsers(std::string_view statement) {
+// The users with the hashes of their passwords, the settings with accounts of services, and what a
+// company signs in with: all columns of a company at once would bring it along. Of a statement
+// without a fault.
+bool NamesSecrets(std::string_view statement) {
+  constexpr std::string_view kSecrets[] = {"UserMast",     "Systemast",     "ClientID",
+                                           "ClientSecret", "MyTaxClientID", "MyTaxClientSecret"};
+  bool companies = false;
+  bool all_columns = false;
   sql::Lexer lexer(statement);
-  for (sql::Token token = lexer.Next(); token.kind != sql::TokenKind::kEnd; token = lexer.Next()) {
-    const bool name =
-        token.kind == sql::TokenKind::kName || token.kind == sql::TokenKind::kQuotedName;
-    if (name && SameText(token.text, "UserMast")) return true;
+  sql::Token before;
+  sql::Token token = lexer.Next();
+  while (token.kind != sql::TokenKind::kEnd) {
+    const sql::Token next = lexer.Next();
+    if (token.kind == sql::TokenKind::kName || token.kind == sql::TokenKind::kQuotedName) {
+      for (const std::string_view secret : kSecrets) {
+        if (SameText(token.text, secret)) return true;
+      }
+      companies = companies || SameText(token.text, "CompMast");
+    }
+    if (token.text == "*" && token.kind == sql::TokenKind::kSymbol && before.text != "(") {
+      // Before a value it multiplies.
+      all_columns = all_columns || next.kind == sql::TokenKind::kEnd || next.text == "," ||
+                    next.text == ")" || next.keyword == sql::Keyword::kFrom;
+    }
+    before = token;
+    token = next;
   }
-  return false;
+  return companies && all_columns;
 }
 
 // As a person reads it: every year, for a date of birth is one too.
@@ -284,9 +303,12 @@ bool NPLExportfrm::MayRun(const std::string& statement) {
                    "管理员以下的语句只可读取：须以 SELECT 或 WITH 开始，且不含写入的字"});
   }
   // An administrator may have kept one for others.
-  if (SQLStatement.text() != kept_ && NamesUsers(statement)) {
-    return Refuse(SQLStatement, {"Below an administrator the users (UserMast) are not read",
-                                 "管理员以下不可读取用户（UserMast）"});
+  if (SQLStatement.text() != kept_ && NamesSecrets(statement)) {
+    return Refuse(SQLStatement,
+                  {"Below an administrator the users (UserMast), the settings (Systemast) and the "
+                   "client ids and secrets of companies are not read; of CompMast name each column",
+                   "管理员以下不可读取用户（UserMast）、设定（Systemast）及公司的 client id 与 "
+                   "secret；CompMast 须逐一写明栏位"});
   }
   return true;
 }
