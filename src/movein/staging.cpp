@@ -2,7 +2,10 @@
 
 #include <fmt/format.h>
 #include <stdlib.h>
+#include <unistd.h>
 
+#include <cerrno>
+#include <csignal>
 #include <stdexcept>
 
 #include "core/values.h"
@@ -38,8 +41,24 @@ std::string DayKey(const Texts& texts) {
   return day ? day->ToCanonical() : "";
 }
 
+// "kaunter-movein-<process>-XXXXXX". What a killed run has left, personal data, goes now.
+constexpr std::string_view kFolder = "kaunter-movein-";
+
+void RemoveLeftovers(const std::filesystem::path& place) {
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(place, ignored)) {
+    const std::string name = entry.path().filename().string();
+    if (!name.starts_with(kFolder)) continue;
+    const int process = std::atoi(name.c_str() + kFolder.size());
+    const bool alive = process <= 0 || kill(process, 0) == 0 || errno != ESRCH;
+    if (!alive) std::filesystem::remove_all(entry.path(), ignored);
+  }
+}
+
 std::filesystem::path OwnFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "kaunter-movein-XXXXXX").string();
+  const std::filesystem::path place = std::filesystem::temp_directory_path();
+  RemoveLeftovers(place);
+  std::string name = (place / fmt::format("{}{}-XXXXXX", kFolder, getpid())).string();
   if (mkdtemp(name.data()) == nullptr) {
     throw std::runtime_error("No room for the lines of the files in " + name);
   }

@@ -158,6 +158,12 @@ TEST(MoveIn, ACutRunIsGoneOnWith) {
     EXPECT_EQ(complete, steps >= 0);
     EXPECT_EQ(office.Faults(), "");
     EXPECT_TRUE(MoveIn(office.session, books.Job(), true, AlwaysOn).complete);
+    // What the killed one had of the customers on this PC is gone.
+    const std::string left = fmt::format("kaunter-movein-{}-", child);
+    for (const auto& entry :
+         std::filesystem::directory_iterator(std::filesystem::temp_directory_path())) {
+      EXPECT_FALSE(entry.path().filename().string().starts_with(left));
+    }
     EXPECT_EQ(office.Books(), whole.Books());
   }
 }
