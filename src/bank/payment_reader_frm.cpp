@@ -95,9 +95,11 @@ void PaymentReaderfrm::ReadTextFile() {
     Refuse(Bank, {"Inport Text File Bank is require", "请选择文本文件的银行"});
     return;
   }
-  const std::string path = desk().PickFile(
-      session().In({"Select Bank Text File", "请选择银行文本文件"}), session().AppPath,
-      session().In({"Text (*.txt *.csv *.dat)", "文本 (*.txt *.csv *.dat)"}));
+  const std::string path =
+      desk().PickFile(session().In({"Select Bank Text File", "请选择银行文本文件"}),
+                      folder_.empty() ? session().AppPath : folder_,
+                      session().In({"Text (*.txt *.csv *.dat)|All files (*)",
+                                    "文本 (*.txt *.csv *.dat)|所有文件 (*)"}));
   if (path.empty() || !Confirm({"Confirm to read bank text report ?", "确定读取银行文本报告？"})) {
     return;
   }
@@ -106,6 +108,7 @@ void PaymentReaderfrm::ReadTextFile() {
            [&](ReaderProgress& progress) { return LinesOf(*layout, path, progress); });
   if (!shown) return;
   path_ = path;
+  folder_ = std::filesystem::path(path).parent_path().string();
   source_ = fmt::format("{} ({})", std::filesystem::path(path).filename().string(), layout->name);
   WriteLog(session(), LogLine(session(), fmt::format("Payment Reader - {} read, {} lines", path,
                                                      rows_.size())));
@@ -209,11 +212,14 @@ bool PaymentReaderfrm::Show(
     LogRollback(session(), "Payment Reader", failure);
     return Refuse(Failed(failed, failure, kNotRead));
   }
-  std::vector<std::vector<std::string>> empty(rows_.size(),
-                                              std::vector<std::string>(DG.columns().size()));
-  DG.SetRows(std::move(empty));
+  std::vector<std::vector<std::string>> lines;
+  std::vector<RowTone> tones;
   for (std::size_t i = 0; i < Count(); ++i) {
-    ShowRow(i);
+    lines.push_back(CellsOf(i));
+    tones.push_back(ToneOfRow(i));
+  }
+  DG.SetRows(std::move(lines), tones);
+  for (std::size_t i = 0; i < Count(); ++i) {
     DG.SetTicked(static_cast<int>(i), outlooks_[i].kind == ReaderOutlook::Kind::pays);
     if (outlooks_[i].behind) behind_.insert(rows_[i].LoanID);
   }
@@ -234,25 +240,34 @@ void PaymentReaderfrm::Clear() {
 
 // --- the list
 
-void PaymentReaderfrm::ShowRow(std::size_t index) {
+std::vector<std::string> PaymentReaderfrm::CellsOf(std::size_t index) const {
   const ReaderRow& row = rows_[index];
-  const ReaderOutlook& outlook = outlooks_[index];
-  const std::vector<std::string> cells = {row.date ? ShowDate(*row.date) : "",
-                                          row.LoanID,
-                                          row.CustID,
-                                          row.CustName,
-                                          ShowMoney(row.amount),
-                                          "CASH",
-                                          session().In(outlook.text),
-                                          row.Remarks,
-                                          row.PayID,
-                                          row.ErrMsg,
-                                          row.RefNo};
-  const int at = static_cast<int>(index);
+  return {row.date ? ShowDate(*row.date) : "",
+          row.LoanID,
+          row.CustID,
+          row.CustName,
+          ShowMoney(row.amount),
+          "CASH",
+          session().In(outlooks_[index].text),
+          row.Remarks,
+          row.PayID,
+          row.ErrMsg,
+          row.RefNo};
+}
+
+RowTone PaymentReaderfrm::ToneOfRow(std::size_t index) const {
+  const ReaderRow& row = rows_[index];
+  if (!row.processed) return ToneOf(outlooks_[index].kind);
+  return row.done ? RowTone::good : RowTone::bad;
+}
+
+void PaymentReaderfrm::ShowRow(std::size_t index) {
+  const int row = static_cast<int>(index);
+  const std::vector<std::string> cells = CellsOf(index);
   for (std::size_t column = 0; column < cells.size(); ++column) {
-    DG.SetCell(at, static_cast<int>(column), cells[column]);
+    DG.SetCell(row, static_cast<int>(column), cells[column]);
   }
-  DG.SetTone(at, !row.processed ? ToneOf(outlook.kind) : row.done ? RowTone::good : RowTone::bad);
+  DG.SetTone(row, ToneOfRow(index));
 }
 
 void PaymentReaderfrm::TickAll(bool on) {
@@ -286,6 +301,7 @@ void PaymentReaderfrm::ChangeLoan(int at, const std::string& before) {
            {fmt::format("Loan ID {} not found", typed), fmt::format("找不到贷款编号 {}", typed)});
     return;
   }
+  changed.processed = false;
   outlooks_[index] = ReaderPreview(session(), desk()).Look(changed);
   row = std::move(changed);
   ShowRow(index);

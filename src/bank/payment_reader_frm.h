@@ -68,6 +68,8 @@ class PaymentReaderfrm : public SessionScreen {
 
   // --- the list
   std::size_t Count() const { return rows_.size(); }
+  std::vector<std::string> CellsOf(std::size_t index) const;
+  RowTone ToneOfRow(std::size_t index) const;
   void ShowRow(std::size_t index);
   void TickAll(bool on);
   void Tick(int row);
@@ -93,6 +95,7 @@ class PaymentReaderfrm : public SessionScreen {
   std::set<std::string> behind_;  // loans whose payments are stored and not replayed
   std::string source_;            // what was read, for the paper
   std::string path_;              // of the file
+  std::string folder_;            // of the file read last
   std::string head_;              // what its payments stand behind
   std::string notes_;             // on what was passed by
 };

@@ -120,8 +120,8 @@ bool PaymentReaderfrm::CannotStand(const ReaderRow& row, std::size_t index) cons
 }
 
 void PaymentReaderfrm::WriteFailedLines() {
-  const std::string folder = desk().PickFolder(session().In({"Choose a Folder", "请选择文件夹"}),
-                                               std::filesystem::path(path_).parent_path().string());
+  const std::string folder =
+      desk().PickFolder(session().In({"Choose a Folder", "请选择文件夹"}), folder_);
   if (folder.empty()) return;
   const std::string path =
       (std::filesystem::path(folder) / FailedLinesName(path_, session().clock.Now())).string();
