@@ -73,7 +73,7 @@ class SelfBillFrm : public SessionScreen {
                "CheckDG",
                {"The service would refuse", "服务会拒绝之处"},
                {{{"Field", "栏位"}, Kind::text, 10}, {{"What", "问题"}, Kind::text, 30}}};
-  TextBox Result{*this, "Result", {"Reply of the service", "服务的答复"}, Kind::memo};
+  TextBox Result{*this, "Result", {"Reply", "答复"}, Kind::memo};
 
   Button SSCommand3{*this, "SSCommand3", {"Sea&rch", "查找(&R)"}};
   Button CmdStatus{*this, "CmdStatus", {"&Get Status", "查询状态(&G)"}};
