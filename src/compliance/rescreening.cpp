@@ -162,12 +162,21 @@ WatchDecision Decide(Session& session, const WatchHit& hit, bool is_hit, std::st
         made.Remark, made.UserID}) {
     texts += QuoteStr(text) + ",";
   }
-  main.Execute(fmt::format(
-      "INSERT INTO AMLADecision (CustID,SeqNo,CompCode,CustName,CustNIC,CustOIC,CustOthIC,RefNo,"
-      "ListName,ListNRIC,ListPassportNo,ListOther,Reason,Decision,Remark,UserID,DateCreated) "
-      "VALUES "
-      "({},{},{}{})",
-      id, made.SeqNo, texts, SqlDateTime(made.DateCreated)));
+  constexpr int kKeyTaken = 2627;
+  try {
+    main.Execute(fmt::format(
+        "INSERT INTO AMLADecision (CustID,SeqNo,CompCode,CustName,CustNIC,CustOIC,CustOthIC,RefNo,"
+        "ListName,ListNRIC,ListPassportNo,ListOther,Reason,Decision,Remark,UserID,DateCreated) "
+        "VALUES "
+        "({},{},{}{})",
+        id, made.SeqNo, texts, SqlDateTime(made.DateCreated)));
+  } catch (const SqlError& error) {
+    if (error.number() != kKeyTaken) throw;
+    throw std::runtime_error(session.In(
+        {fmt::format("{}: another desktop decides about this customer at this moment. Press again",
+                     customer.CustID),
+         fmt::format("{}：另一台电脑正在为此顾客作决定。请再按一次", customer.CustID)}));
+  }
   if (is_hit) {
     ExecuteOnRow(main, fmt::format("UPDATE CustMast SET CustStatus='AMLA' where CustID={}", id),
                  customer.CustID);

@@ -370,6 +370,19 @@ TEST_F(WatchList, TwoDesktopsThatDecideAtOnceAreToldApart) {
   mine->HitDG.Tick(4, false);
   Decide(*mine, 0, false);
   EXPECT_EQ(Kept(), "C1 1 NO HIT \nC2 1 NO HIT \nC3 1 NO HIT \nC3 2 NO HIT \nC4 1 NO HIT \n");
+  // Both at the very same moment: the key lets one pass.
+  office.Run("DELETE FROM AMLADecision");
+  mine = Screened();
+  session.Main().SetFaultHook([](std::string_view sql) {
+    if (sql.starts_with("INSERT INTO AMLADecision")) throw SqlError(2627, "PK_AMLADecision");
+  });
+  Decide(*mine, 0, false);
+  session.Main().SetFaultHook({});
+  EXPECT_NE(desk.Said().find("C1: another desktop decides about this customer at this moment"),
+            std::string::npos)
+      << desk.Said();
+  Decide(*mine, 0, false);
+  EXPECT_EQ(Kept(), "C1 1 NO HIT \n");
   // A customer who is gone gets no status.
   office.Run("DELETE FROM AMLADecision");
   mine = Screened();

@@ -71,7 +71,7 @@ void Within(std::chrono::milliseconds limit, std::function<void()> work) {
     lock.lock();
     if (stop && !wait->ended) LeaveBehind(*wait, "The wait was ended.");
   }
-  if (wait->failure) std::rethrow_exception(wait->failure);
+  if (wait->failure) std::rethrow_exception(std::move(wait->failure));
 }
 
 }  // namespace kaunter
