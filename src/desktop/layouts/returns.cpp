@@ -12,7 +12,7 @@ Layout ReturnFiguresFrmLayout() {
                               Fill("CompDG")},
                              {0, 1}),
                         Fill("FigureDG"), Fill("LoanDG")},
-                       {5, 9, 11}),
+                       {6, 10, 11}),
                 Fields(1, {"LoansLBL"})},
                {1, 0}),
           {"PrintCmd", "CountCmd", "CancelCmd"}};
