@@ -183,7 +183,7 @@ std::string TidyCell(std::string_view cell) {
     if (cell.substr(at, 2) == "\xC2\xA0") {
       text.push_back(' ');
       ++at;
-    } else if (cell[at] == '\t' || cell[at] == '\0') {
+    } else if (static_cast<unsigned char>(cell[at]) < ' ' && cell[at] != '\n') {
       text.push_back(' ');
     } else {
       text.push_back(cell[at]);

@@ -19,7 +19,8 @@ enum class DayOrder { day_month_year, month_day_year, year_month_day };
 std::string_view DayOrderName(DayOrder order);
 std::optional<DayOrder> DayOrderNamed(std::string_view name);
 
-// Without blanks at its ends; the blank that does not break is a blank.
+// Without blanks at its ends; the blank that does not break is a blank, and so is what no text
+// holds.
 std::string TidyCell(std::string_view cell);
 
 // A day in the order given, with any signs between its parts or none, a month by its name (English

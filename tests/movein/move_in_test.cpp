@@ -224,7 +224,7 @@ TEST(MoveIn, EachRefusedLineIsListedWithItsReason) {
                             ",Nobody,,,CHINESE,M,,\n"                     // 11: no code
                             "A7,Lim,700101-10-5001,,CHINESE,,,\n"         // 12: another's number
                             "A8,Eng,810101-10-5001,,CHINESE,,,,,extra\n"  // 13: a cell too many
-                            "A9,Foo,820101-10-5001,,CHINESE,,,\n");
+                            "A9,Foo\x1F\x1E ,820101-10-5001,,CHINESE,,,\n");
   job.sources[1] =
       SourceOf(office, MoveKind::loans,
                "Loan No,Code,Loan Date,Amount,Rate,Term,Balance,Loan Type,First Due,Scheme\n"

@@ -163,6 +163,37 @@ TEST(MoveInCells, FilesThatCannotBeRead) {
   EXPECT_THROW(TextSource(folder.File("none"), Encoding::utf8), FileTrouble);
 }
 
+// Whatever a file holds, it is read or told.
+TEST(MoveInCells, AnyBytes) {
+  const TempFolder folder;
+  std::mt19937 random(17);
+  const std::string_view likely =
+      "0123456789.,-/()RM E+\"\n;\t\xC2\xA0\xFF\xFE\xB3\xC2=#abcfixed value kind";
+  for (int round = 0; round < 3000; ++round) {
+    std::string bytes;
+    for (auto i = random() % 120 + 1; i > 0; --i) {
+      bytes +=
+          random() % 8 == 0 ? static_cast<char>(random() % 256) : likely[random() % likely.size()];
+    }
+    std::ofstream(folder.File("any.csv"), std::ios::binary) << bytes;
+    try {
+      TextSource source(folder.File("any.csv"), static_cast<Encoding>(round % 6));
+      CsvReader reader(source, 0);
+      for (CsvRecord record; reader.Next(&record);) {
+        for (const std::string& cell : NamedHeadings(record.cells)) {
+          ReadDay(cell, static_cast<DayOrder>(round % 3));
+          ReadAmount(cell, round % 2 == 0 ? '.' : ',', 2);
+        }
+      }
+    } catch (const FileTrouble&) {
+    }
+    try {
+      ParseMapping(bytes);
+    } catch (const FileTrouble&) {
+    }
+  }
+}
+
 TEST(MoveInMapping, IsGuessedAndComesBackFromItsFile) {
   const std::vector<std::string> headings =
       NamedHeadings({"Kod Pelanggan", " Nama ", "No. K/P", "Bangsa", "", "Nama", "Alamat"});
