@@ -4,6 +4,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <stdexcept>
@@ -65,17 +66,20 @@ std::filesystem::path OwnFolder() {
   return name;
 }
 
-int KindNumber(MoveKind kind) { return static_cast<int>(kind); }
+// A table a kind: an index then begins with what its lines are looked up by.
+std::string TableName(MoveKind kind) { return fmt::format("Staged_{}", MoveKindName(kind)); }
 
 }  // namespace
 
 Staging::Staging(const Clock& clock) : folder_(OwnFolder()) {
   lines_ = OpenSqlite("MoveIn", (folder_ / "lines.db").string(), true, clock);
-  lines_->Execute(
-      "CREATE TABLE Staged (Kind int NOT NULL, FileLine int NOT NULL, OldKey nvarchar(100) NOT "
-      "NULL, IC nvarchar(100) NOT NULL, Parent nvarchar(100) NOT NULL, DayKey nvarchar(20) NOT "
-      "NULL, Refused int NOT NULL, Cells nvarchar(max) NULL, CONSTRAINT PK_Staged PRIMARY KEY "
-      "(Kind,FileLine))");
+  for (const MoveKind kind : kMoveKinds) {
+    lines_->Execute(fmt::format(
+        "CREATE TABLE {0} (FileLine int NOT NULL, OldKey nvarchar(100) NOT NULL, IC nvarchar(100) "
+        "NOT NULL, Parent nvarchar(100) NOT NULL, DayKey nvarchar(20) NOT NULL, Refused int NOT "
+        "NULL, Cells nvarchar(max) NULL, CONSTRAINT PK_{0} PRIMARY KEY (FileLine))",
+        TableName(kind)));
+  }
   lines_->BeginTrans();
 }
 
@@ -86,84 +90,80 @@ Staging::~Staging() {
 }
 
 void Staging::Add(const StagedLine& line) {
-  lines_->Execute(
-      fmt::format("INSERT INTO Staged (Kind,FileLine,OldKey,IC,Parent,DayKey,Refused,Cells) VALUES "
-                  "({},{},{},{},{},{},{},{})",
-                  KindNumber(line.kind), line.line, QuoteStr(line.key), QuoteStr(line.ic),
-                  QuoteStr(line.parent), QuoteStr(DayKey(line.texts)), line.refused ? 1 : 0,
-                  QuoteStr(Packed(line.texts))));
+  lines_->Execute(fmt::format(
+      "INSERT INTO {} (FileLine,OldKey,IC,Parent,DayKey,Refused,Cells) VALUES "
+      "({},{},{},{},{},{},{})",
+      TableName(line.kind), line.line, QuoteStr(line.key), QuoteStr(line.ic), QuoteStr(line.parent),
+      QuoteStr(DayKey(line.texts)), line.refused ? 1 : 0, QuoteStr(Packed(line.texts))));
 }
 
 void Staging::Close() {
   lines_->CommitTrans();
-  for (const char* index :
-       {"CREATE INDEX IX_Staged_Key ON Staged (Kind,OldKey,FileLine)",
-        "CREATE INDEX IX_Staged_IC ON Staged (Kind,IC,FileLine)",
-        "CREATE INDEX IX_Staged_Parent ON Staged (Kind,Parent,DayKey,FileLine)"}) {
-    lines_->Execute(index);
+  for (const MoveKind kind : kMoveKinds) {
+    for (const char* columns : {"OldKey,FileLine", "IC,FileLine", "Parent,DayKey,FileLine"}) {
+      std::string name = columns;
+      std::replace(name.begin(), name.end(), ',', '_');
+      lines_->Execute(
+          fmt::format("CREATE INDEX IX_{0}_{1} ON {0} ({2})", TableName(kind), name, columns));
+    }
   }
 }
 
-std::vector<StagedLine> Staging::Read(const std::string& where, const std::string& order,
-                                      int most) {
+std::vector<StagedLine> Staging::Read(MoveKind kind, const std::string& where,
+                                      const std::string& order, int most) {
   std::vector<StagedLine> lines;
   for (Recordset row = lines_->Query(fmt::format(
-           "SELECT {}Kind,FileLine,OldKey,IC,Parent,Refused,Cells FROM Staged WHERE {} ORDER BY {}",
-           most > 0 ? fmt::format("TOP {} ", most) : "", where, order));
+           "SELECT {}FileLine,OldKey,IC,Parent,Refused,Cells FROM {} WHERE {} ORDER BY {}",
+           most > 0 ? fmt::format("TOP {} ", most) : "", TableName(kind), where, order));
        !row.Eof(); row.MoveNext()) {
     StagedLine line;
-    line.kind = static_cast<MoveKind>(CLng(row.Field(0).ToText()));
-    line.line = CLng(row.Field(1).ToText());
-    line.key = NullToEmpty(row.Field(2));
-    line.ic = NullToEmpty(row.Field(3));
-    line.parent = NullToEmpty(row.Field(4));
-    line.refused = row.Field(5).ToText() == "1";
-    line.texts = Unpacked(NullToEmpty(row.Field(6)));
+    line.kind = kind;
+    line.line = CLng(row.Field(0).ToText());
+    line.key = NullToEmpty(row.Field(1));
+    line.ic = NullToEmpty(row.Field(2));
+    line.parent = NullToEmpty(row.Field(3));
+    line.refused = row.Field(4).ToText() == "1";
+    line.texts = Unpacked(NullToEmpty(row.Field(5)));
     lines.push_back(std::move(line));
   }
   return lines;
 }
 
 std::vector<StagedLine> Staging::Customers(int behind) {
-  return Read(fmt::format("Kind={} AND FileLine>{}", KindNumber(MoveKind::customers), behind),
-              "FileLine", kPage);
+  return Read(MoveKind::customers, fmt::format("FileLine>{}", behind), "FileLine", kPage);
 }
 
 std::optional<std::string> Staging::NextStranger(MoveKind kind, std::string_view behind) {
-  const int above = KindNumber(kind) - 1;
-  std::string known = fmt::format(
-      "NOT EXISTS (SELECT b.FileLine FROM Staged as b WHERE b.Kind={} AND b.OldKey=a.Parent)",
-      above);
+  const std::string above =
+      TableName(kind == MoveKind::loans ? MoveKind::customers : MoveKind::loans);
+  std::string known =
+      fmt::format("NOT EXISTS (SELECT b.FileLine FROM {} as b WHERE b.OldKey=a.Parent)", above);
   if (kind == MoveKind::loans) {
-    known += fmt::format(
-        " AND NOT EXISTS (SELECT c.FileLine FROM Staged as c WHERE c.Kind={} AND c.IC=a.Parent)",
-        above);
+    known +=
+        fmt::format(" AND NOT EXISTS (SELECT c.FileLine FROM {} as c WHERE c.IC=a.Parent)", above);
   }
-  const Recordset row = lines_->Query(fmt::format(
-      "SELECT TOP 1 a.Parent FROM Staged as a WHERE a.Kind={} AND a.Parent>{} AND {} ORDER BY "
-      "a.Parent",
-      KindNumber(kind), QuoteStr(behind), known));
+  const Recordset row = lines_->Query(
+      fmt::format("SELECT TOP 1 a.Parent FROM {} as a WHERE a.Parent>{} AND {} ORDER BY a.Parent",
+                  TableName(kind), QuoteStr(behind), known));
   if (row.Eof()) return std::nullopt;
   return NullToEmpty(row.Field(0));
 }
 
 std::vector<StagedLine> Staging::LoansOf(std::string_view customer, std::string_view ic) {
-  std::string where = fmt::format("Kind={} AND ", KindNumber(MoveKind::loans));
-  where += ic.empty() ? "Parent=" + QuoteStr(customer)
-                      : fmt::format("Parent IN ({},{})", QuoteStr(customer), QuoteStr(ic));
-  return Read(where, "FileLine", 0);
+  const std::string where =
+      ic.empty() ? "Parent=" + QuoteStr(customer)
+                 : fmt::format("Parent IN ({},{})", QuoteStr(customer), QuoteStr(ic));
+  return Read(MoveKind::loans, where, "FileLine", 0);
 }
 
 std::vector<StagedLine> Staging::PaymentsOf(std::string_view loan) {
-  return Read(fmt::format("Kind={} AND Parent={}", KindNumber(MoveKind::payments), QuoteStr(loan)),
-              "DayKey,FileLine", 0);
+  return Read(MoveKind::payments, "Parent=" + QuoteStr(loan), "DayKey,FileLine", 0);
 }
 
 std::optional<StagedLine> Staging::Earlier(const StagedLine& line) {
   if (line.key.empty()) return std::nullopt;
   std::vector<StagedLine> lines =
-      Read(fmt::format("Kind={} AND OldKey={} AND FileLine<{}", KindNumber(line.kind),
-                       QuoteStr(line.key), line.line),
+      Read(line.kind, fmt::format("OldKey={} AND FileLine<{}", QuoteStr(line.key), line.line),
            "FileLine", 1);
   if (lines.empty()) return std::nullopt;
   return std::move(lines.front());
@@ -171,9 +171,9 @@ std::optional<StagedLine> Staging::Earlier(const StagedLine& line) {
 
 std::optional<int> Staging::EarlierIc(const StagedLine& line) {
   if (line.ic.empty()) return std::nullopt;
-  const Recordset row = lines_->Query(
-      fmt::format("SELECT MIN(FileLine) FROM Staged WHERE Kind={} AND IC={} AND FileLine<{}",
-                  KindNumber(line.kind), QuoteStr(line.ic), line.line));
+  const Recordset row =
+      lines_->Query(fmt::format("SELECT MIN(FileLine) FROM {} WHERE IC={} AND FileLine<{}",
+                                TableName(MoveKind::customers), QuoteStr(line.ic), line.line));
   if (row.Eof() || row.Field(0).IsNull()) return std::nullopt;
   return CLng(row.Field(0).ToText());
 }

@@ -51,7 +51,8 @@ class Staging {
   std::optional<int> EarlierIc(const StagedLine& line);
 
  private:
-  std::vector<StagedLine> Read(const std::string& where, const std::string& order, int most);
+  std::vector<StagedLine> Read(MoveKind kind, const std::string& where, const std::string& order,
+                               int most);
 
   std::filesystem::path folder_;
   std::unique_ptr<Connection> lines_;
