@@ -17,6 +17,10 @@
 namespace kaunter {
 namespace {
 
+// The days of this office lie scattered over its tables: once they are larger than the engine's
+// cache a walk by date reads most rows anew, for a plain program too.
+constexpr double kScattered = 2.5;
+
 constexpr const char* kPc = "PC-01";
 constexpr const char* kLampiran = "NewLampiran.rpt";
 
@@ -86,7 +90,7 @@ bool Bench() {
         [&] { office->Yearly(); }, [&] { office->plain.Run(office->yearly); });
     if (before) {
       good &= Compare(
-          {"  growth per loan", 1.5, runs}, [&] { office->Yearly(); },
+          {"  growth per loan", kScattered, runs}, [&] { office->Yearly(); },
           [&] { ten_times(&ReturnOffice::Yearly); });
     }
     good &= Compare(
