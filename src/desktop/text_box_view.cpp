@@ -332,6 +332,9 @@ MemoView::MemoView(ScreenFace& face, TextBox& box) : ControlView(face, box), box
   edit_->setFrameShape(QFrame::StyledPanel);
   edit_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   QObject::connect(edit_, &QPlainTextEdit::textChanged, edit_, [this] { Edited(); });
+  QObject::connect(edit_, &QPlainTextEdit::cursorPositionChanged, edit_, [this] {
+    if (!showing_) box_.NoteCursor(BytesBefore(edit_->textCursor().position()));
+  });
 }
 
 void MemoView::Show() {
@@ -339,9 +342,23 @@ void MemoView::Show() {
   QString text = Q(box_.text());
   text.replace("\r\n", "\n");
   if (edit_->toPlainText() == text) return;
+  const bool typed_into = box_.cursor() < box_.text().size();
   showing_ = true;
   edit_->setPlainText(text);
   showing_ = false;
+  if (!typed_into) return;
+  QTextCursor cursor = edit_->textCursor();
+  QString before = Q(box_.text().substr(0, box_.cursor()));
+  before.replace("\r\n", "\n");
+  cursor.setPosition(static_cast<int>(before.size()));
+  edit_->setTextCursor(cursor);
+}
+
+// A line end is two bytes of the value.
+std::size_t MemoView::BytesBefore(int position) const {
+  QString before = edit_->toPlainText().left(position);
+  before.replace("\n", "\r\n");
+  return S(before).size();
 }
 
 void MemoView::Edited() {

@@ -70,6 +70,7 @@ class MemoView : public ControlView {
 
  private:
   void Edited();
+  std::size_t BytesBefore(int position) const;
 
   TextBox& box_;
   QPlainTextEdit* edit_;

@@ -41,7 +41,7 @@ SMSTemplatefrm::SMSTemplatefrm(Session& session, Desk& desk)
   };
   SMSContent.onChange = [this] { ShowSize(); };
   SMSField.onPick = [this] {
-    SMSContent.Type(SMSContent.text() + SMSField.text());
+    SMSContent.Insert(SMSField.text());
     SMSField.Clear();
   };
   SearchCmd.onClick = [this] { TID.onSearch(); };

@@ -107,7 +107,7 @@ SMSfrm::SMSfrm(Session& session, Desk& desk)
   SearchCmd1.onClick = [this] { TID.onSearch(); };
   SMSContent.onChange = [this] { ShowSize(); };
   SMSField.onPick = [this] {
-    SMSContent.Type(SMSContent.text() + SMSField.text());
+    SMSContent.Insert(SMSField.text());
     SMSField.Clear();
   };
   vsd.onTick = [this](int) { ShowCount(); };
@@ -137,9 +137,6 @@ void SMSfrm::Load() {
   SMSCat.SetIndex(0);
   Clear();
 }
-
-// Ticked rows that were never sent are work that would be lost.
-bool SMSfrm::RequestClose() { return MayDiscard(!TickedRows().empty()); }
 
 // --- what the boxes are for
 

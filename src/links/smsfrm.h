@@ -18,7 +18,6 @@ class SMSfrm : public SessionScreen {
   SMSfrm(Session& session, Desk& desk);
 
   void Load() override;
-  bool RequestClose() override;
 
   ComboBox SMSCat{*this, "SMSCat", {"SMS Type", "短讯种类"}};
   ComboBox CompCode{*this, "CompCode", {"Company Code", "公司"}};

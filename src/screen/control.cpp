@@ -143,6 +143,11 @@ TextBox::TextBox(Screen& screen, std::string name, Caption caption, Kind kind, C
       kind_(kind) {}
 
 void TextBox::SetText(std::string text) {
+  cursor_ = std::string::npos;
+  Put(std::move(text));
+}
+
+void TextBox::Put(std::string text) {
   if (text_ == text) return;
   text_ = std::move(text);
   Changed();
@@ -152,9 +157,17 @@ bool TextBox::Type(std::string text) {
   text = ApplyMask(mask, std::move(text));
   if (max_length > 0 && CharacterCount(text) > static_cast<std::size_t>(max_length)) return false;
   if (text == text_) return true;
-  SetText(std::move(text));
+  Put(std::move(text));
   if (onChange) onChange();
   return true;
+}
+
+bool TextBox::Insert(std::string_view text) {
+  const std::size_t at = cursor();
+  const std::size_t before = std::exchange(cursor_, at + text.size());
+  if (Type(std::string(text_).insert(at, text))) return true;
+  cursor_ = before;
+  return false;
 }
 
 // --- choices

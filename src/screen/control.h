@@ -174,10 +174,19 @@ class TextBox : public Control {
   // The face's side: puts the text as typed (fires onChange when it differs). Bare digits that fill
   // the mask get its signs. False when the text is longer than the box takes; then nothing changes.
   bool Type(std::string text);
+  // Types a text where the cursor stands, which then stands behind it; at the end where no face has
+  // told of one. False as for Type.
+  bool Insert(std::string_view text);
+  // The face's side: bytes of the text before the cursor.
+  void NoteCursor(std::size_t bytes) { cursor_ = bytes; }
+  std::size_t cursor() const { return cursor_ < text_.size() ? cursor_ : text_.size(); }
 
  private:
+  void Put(std::string text);
+
   Kind kind_;
   std::string text_;
+  std::size_t cursor_ = std::string::npos;
 };
 
 // A list to choose from; `editable` takes free text too.

@@ -7,6 +7,7 @@
 #include "core/local_settings.h"
 #include "core/schema_patches.h"
 #include "core/schema_text.h"
+#include "core/sms_database.h"
 #include "core/startup.h"
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
@@ -302,6 +303,21 @@ TEST(ConnectSequenceTest, AStandInBeginsWithTheRowsOfItsFolderWholeOrNotAtAll) {
   EXPECT_EQ(ScalarQuery(*OpenSqlite("AMLA", central, false, office.session.clock),
                         "SELECT Name FROM AMLAMast WHERE NRIC='1'"),
             "陈; \"B\"");
+}
+
+TEST(ConnectSequenceTest, AnSmsDatabaseThatIsAwayIsToldAndOpenedWhenItIsThere) {
+  Office office(Office::State::patched);
+  office.Run("INSERT INTO Systemast (Param,Value) VALUES ('SMSServer','SMS')");
+  const std::string file = office.folder.File("sms.db");
+  office.session.data_sources.Add("SMS", {DataSource::Kind::kEmbedded, file});
+  office.Connect();
+  ASSERT_EQ(office.desk.messages.size(), 1U);
+  EXPECT_NE(office.desk.messages[0].find("see the setting SMSServer"), std::string::npos);
+  EXPECT_EQ(office.session.smsconn, nullptr);
+  EXPECT_THROW(SmsDatabase(office.session), SqlError);
+  MakeSqlite("SMS", file, office.session.clock,
+             [](Connection& made) { RunScript(made, SchemaText("sms")); });
+  EXPECT_EQ(ScalarQuery(SmsDatabase(office.session), "SELECT COUNT(*) FROM SMSList"), "0");
 }
 
 TEST(ConnectSequenceTest, TheAuditDatabaseOfAnEmbeddedOfficeIsMadeBesideIt) {

@@ -34,6 +34,27 @@ TEST(ScreenDialogTest, AnAltThatNothingHasTypesNothing) {
   }
 }
 
+TEST(ScreenDialogTest, WhatAScreenInsertsStandsWhereTheCursorStood) {
+  OpenScreen open;
+  TextBox& memo = open.screen.Remark;
+  open.Go(memo);
+  open.Type("ab");
+  open.Press(Qt::Key_Return);
+  open.Type("e.");
+  open.Press(Qt::Key_Left);
+  EXPECT_TRUE(memo.Insert("{X}"));
+  EXPECT_EQ(memo.text(), "ab\r\ne{X}.");
+  OpenScreen::Wait();
+  open.Type("!");  // behind what was inserted
+  EXPECT_EQ(memo.text(), "ab\r\ne{X}!.");
+  memo.SetText("new");  // of the screen: its end counts
+  EXPECT_TRUE(memo.Insert("er"));
+  EXPECT_EQ(memo.text(), "newer");
+  memo.max_length = 5;
+  EXPECT_FALSE(memo.Insert("!"));
+  EXPECT_EQ(memo.text(), "newer");
+}
+
 TEST(ScreenDialogTest, EnterLeavesOneBoxBeforeItEntersTheNext) {
   OpenScreen open;
   open.Press(Qt::Key_Return);

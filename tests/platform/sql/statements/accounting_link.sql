@@ -73,3 +73,32 @@ SELECT LinkAccCode FROM LinkAccMast WHERE LinkID='MRTA'
 --- accounts are replaced whole, one batch @alone
 DELETE FROM LinkAccMast;INSERT INTO LinkAccMast (SeqNo,LinkID,LinkDesc,LinkAccCode,LinkAccDesc) VALUES (1,'HP','Personal Loan (HP)','500-0001','HP DEBTORS; A~B');INSERT INTO LinkAccMast (SeqNo,LinkID,LinkDesc,LinkAccCode,LinkAccDesc) VALUES (2,'TL','Flexi Loan (TL)','','');
 ;;
+--- the customers of a month, to be held against the bridge
+SELECT r.*,r.CustName as Name FROM CustMast as r WHERE 1=1 AND r.TrxDate >= '2024-01-01' AND r.TrxDate < '2024-02-01' ORDER BY r.TrxDate,r.CustID
+;;
+--- the suppliers of some documents
+SELECT r.*,r.SuppName as Name FROM SupplierMast as r WHERE 1=1 AND r.SuppID IN ('S0001','S0002') ORDER BY r.TrxDate,r.SuppID
+;;
+--- the charges of a month's loans
+SELECT r.LoanID,r.TrxDate,r.CustID,r.CompCode,r.Bank,r.DragLoan,r.TermInt,r.DepositAmt,r.OathsAmt,r.LegalFee,r.ProcessFee,r.MiscAmt,c.CustName as Name FROM LoanMast as r LEFT JOIN CustMast as c on c.CustID=r.CustID WHERE 1=1 AND r.TrxDate >= '2024-01-01' AND r.TrxDate < '2024-02-01' AND r.CompCode='AB' ORDER BY r.TrxDate,r.LoanID
+;;
+--- the drawdowns of a month
+SELECT r.SID,r.TrxDate,r.CustID,r.CompCode,r.DrawDownAmt,l.DragLoan,c.CustName as Name FROM (DrawDownMast as r LEFT JOIN LoanMast as l on l.LoanID=r.LoanID) LEFT JOIN CustMast as c on c.CustID=r.CustID WHERE 1=1 AND r.TrxDate >= '2024-01-01' AND r.TrxDate < '2024-02-01' AND r.CompCode in ('AB','CD') ORDER BY r.TrxDate,r.SID
+;;
+--- the payments of a month
+SELECT r.PayID,r.PayDate,r.CustID,r.CompCode,r.Bank,r.ChqNo,r.PayAmt,r.IntAmt,r.CollectorAmt,r.ChargeAmt,r.DiscAmt,c.CustName as Name FROM PaymentMast as r LEFT JOIN CustMast as c on c.CustID=r.CustID WHERE r.PaymentStatus='ACTIVE' AND r.PayDate >= '2024-01-01' AND r.PayDate < '2024-02-01' ORDER BY r.PayDate,r.PayID
+;;
+--- the invoices and credit notes of a month
+SELECT r.ChargeID,r.TrxDate,r.CustID,r.CompCode,r.PType,r.ChargeAmt,r.ChargeDesc,c.CustName as Name FROM ChargeMast as r LEFT JOIN CustMast as c on c.CustID=r.CustID WHERE r.PType in ('Invoice','Credit Note') AND r.TrxDate >= '2024-01-01' AND r.TrxDate < '2024-02-01' ORDER BY r.TrxDate,r.ChargeID
+;;
+--- one document of a supplier
+SELECT r.TransID,r.TrxDate,r.SuppID,r.CompCode,r.TransType,r.TransDesc,r.TransAmt,s.SuppName as Name FROM SupplierTrans as r LEFT JOIN SupplierMast as s on s.SuppID=r.SuppID WHERE 1=1 AND r.TransID IN ('T0001') ORDER BY r.TrxDate,r.TransID
+;;
+--- debtors that the bridge holds @conn=AED
+SELECT AccNo FROM TM_Debtor WHERE AccNo IN ('AB0012','AB0013')
+;;
+--- payments that the bridge holds @conn=AED
+SELECT DocNo,DocDate,DebtorCode,PaymentAmount FROM TM_ARPayment WHERE DocNo IN ('AB0012-001-001','AB0012-001-002')
+;;
+--- lines that the bridge holds @conn=AED
+SELECT DocNo,Amount FROM TM_ARInvoiceDTL WHERE DocNo IN ('AB0012-001')

@@ -54,3 +54,21 @@ SELECT TID,TName,SMSContent FROM SMSMast WHERE TID='S-0001'
 ;;
 --- a template is deleted
 DELETE FROM SMSMast WHERE TID='S-0001'
+;;
+--- the last message of the queue @conn=smsconn
+SELECT MAX(SMSID) FROM SMSList
+;;
+--- what was queued today already @conn=smsconn
+SELECT SMSID,HP,SMSMsg FROM SMSList WHERE SMSID <= 7 AND DateCreated >= '2024-01-31' AND SMSStatus <> 'FAIL'
+;;
+--- what another desktop queued meanwhile @conn=smsconn
+SELECT SMSID,HP,SMSMsg FROM SMSList WHERE SMSID > 7
+;;
+--- a message that may have been sent again meanwhile @conn=smsconn
+SELECT SMSStatus FROM SMSList WHERE SMSID=1
+;;
+--- failed messages of a company @conn=smsconn
+SELECT l.SMSID,l.CustID,l.CustName,l.LoanID,l.CompCode,l.HP,l.SMSMsg,l.SMSStatus,l.UserID,l.DateSent FROM SMSList as l WHERE l.SMSStatus='FAIL'  AND l.CompCode='AB'
+;;
+--- customers registered between two dates
+SELECT l.CustID,p.AreaCode,l.CustName,l.CustHP1,l.DOB,p.Tel1,p.HP1,l.CompCode FROM CustMast as l inner join CompMast as p on p.CompCode=l.CompCode WHERE 1=1  AND l.CompCode='AB' AND l.TrxDate >= '2024-01-01' AND l.TrxDate < '2024-02-01'
