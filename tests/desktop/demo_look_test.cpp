@@ -45,6 +45,8 @@ constexpr Opened kOpened[] = {
     {"Supplierfrm", "SuppID", "S0001"},
     {"SuppTransfrm", "TransID", "T0001"},
     {"FrmSellGold", "DateFrom", "01-01-2023", "CmdGo"},
+    {"NPLExportfrm", "SQLID", "Customers without a telephone", "SaveCmd"},
+    {"ReturnFiguresFrm", "DateFrom", "01-01-2023", "CountCmd"},
 };
 
 TEST(DemoLookTest, KeysNamesAndFiguresAreWholeAtBothSizes) {
