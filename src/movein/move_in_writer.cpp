@@ -175,7 +175,10 @@ void MoveWriter::StorePayments(LoanPlan& loan, const std::string& cust_id) {
     CreatePayment(session_, payment);
     Remember(MoveKind::payments, plan.key, payment.PayID, from_.payments, plan.line, loan.again);
   }
-  if (!loan.payments.empty()) RebuildOrThrow(session_, loan.loan_id);
+  // The balance of a closed loan is its closing balance, paid or not.
+  if (!loan.payments.empty() || SameText(TextOf(loan.texts, "LoanStatus"), "CLOSED")) {
+    RebuildOrThrow(session_, loan.loan_id);
+  }
 }
 
 }  // namespace kaunter

@@ -312,6 +312,28 @@ TEST(MoveIn, EachRefusedLineIsListedWithItsReason) {
 }
 
 // Not with the others: minutes. Tells the seconds of a dry run, a move and a check of the ledger.
+// Closed in the old books, with a payment and without one.
+TEST(MoveIn, AClosedLoanOwesNothingAndKeepsItsClosingBalance) {
+  NewOffice office;
+  MoveInJob job;
+  job.company = "HQ";
+  job.sources[0] =
+      SourceOf(office, MoveKind::customers, "Code,Name,NRIC,Race\nA1,Ali,800101-10-5001,CHINESE\n");
+  job.sources[1] = SourceOf(office, MoveKind::loans,
+                            "Loan No,Code,Loan Date,Amount,Rate,Term,Status\n"
+                            "L1,A1,01/01/2023,1200,12,12,CLOSED\n"
+                            "L2,A1,01/01/2023,1200,12,12,CLOSED\n"
+                            "L3,A1,01/01/2023,1200,12,12,ACTIVE\n");
+  job.sources[2] =
+      SourceOf(office, MoveKind::payments, "Loan No,Receipt,Date,Amount\nL2,OR1,05/02/2023,344\n");
+  EXPECT_EQ(MoveIn(office.session, job, true, AlwaysOn).Of(MoveKind::loans).good, 3);
+  EXPECT_EQ(office.Lines("SELECT OldLoanCode,LoanBal,CloseBal FROM LoanMast ORDER BY OldLoanCode"),
+            "L1 0 1344 \nL2 0 1000 \nL3 1344 0 \n");
+  EXPECT_EQ(office.Scalar("SELECT TotLoanBal FROM CustMast WHERE CustName='Ali'"), "1344");
+  EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM SchMast WHERE DueDate is null"), "0");
+  EXPECT_EQ(office.Faults(), "");
+}
+
 TEST(MoveIn, DISABLED_Growth) {
   for (const int loans : {2000, 20000}) {
     NewOffice office;
