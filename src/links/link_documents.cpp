@@ -156,8 +156,19 @@ struct Stored {
   const char* key;
   const char* date;
   const char* company;
+  const char* ours;  // leaves out what was moved in: the old books have its documents
   Documents (*documents)(const Recordset& row, const LinkAccounts& accounts);
 };
+
+constexpr const char* kLoanNotMoved =
+    " AND r.LoanID NOT IN (SELECT NewID FROM MoveInMast WHERE Kind='loans' AND NewID is not null)";
+constexpr const char* kPaymentNotMoved =
+    " AND r.PayID NOT IN (SELECT NewID FROM MoveInMast WHERE Kind='payments' AND NewID is not "
+    "null)";
+// What came with a loan bears the moment of its moving in.
+constexpr const char* kNotMovedWithLoan =
+    " AND NOT (r.LoanID IN (SELECT NewID FROM MoveInMast WHERE Kind='loans') AND r.DateCreated IN "
+    "(SELECT DateCreated FROM MoveInMast WHERE Kind='loans'))";
 
 const Stored& StoredOf(LinkSource source) {
   static const Stored all[] = {
@@ -166,12 +177,14 @@ const Stored& StoredOf(LinkSource source) {
        "r.CustID",
        "r.TrxDate",
        "r.CompCode",
+       "",
        FromCustomer},
       {{"Supplier", "供应商"},
        "SELECT r.*,r.SuppName as Name FROM SupplierMast as r WHERE 1=1",
        "r.SuppID",
        "r.TrxDate",
        "r.CompCode",
+       "",
        FromSupplier},
       {{"Loan", "贷款"},
        "SELECT r.LoanID,r.TrxDate,r.CustID,r.CompCode,r.Bank,r.DragLoan,r.TermInt,r.DepositAmt,"
@@ -180,6 +193,7 @@ const Stored& StoredOf(LinkSource source) {
        "r.LoanID",
        "r.TrxDate",
        "r.CompCode",
+       kLoanNotMoved,
        FromLoan},
       {{"Drawdown", "发放"},
        "SELECT r.SID,r.TrxDate,r.CustID,r.CompCode,r.DrawDownAmt,l.DragLoan,c.CustName as Name "
@@ -188,6 +202,7 @@ const Stored& StoredOf(LinkSource source) {
        "r.SID",
        "r.TrxDate",
        "r.CompCode",
+       kNotMovedWithLoan,
        FromDrawdown},
       {{"Payment", "付款"},
        "SELECT r.PayID,r.PayDate,r.CustID,r.CompCode,r.Bank,r.ChqNo,r.PayAmt,r.IntAmt,"
@@ -196,6 +211,7 @@ const Stored& StoredOf(LinkSource source) {
        "r.PayID",
        "r.PayDate",
        "r.CompCode",
+       kPaymentNotMoved,
        FromPayment},
       {{"Charge", "收费"},
        "SELECT r.ChargeID,r.TrxDate,r.CustID,r.CompCode,r.PType,r.ChargeAmt,r.ChargeDesc,"
@@ -204,6 +220,7 @@ const Stored& StoredOf(LinkSource source) {
        "r.ChargeID",
        "r.TrxDate",
        "r.CompCode",
+       kNotMovedWithLoan,
        FromCharge},
       {{"Supplier Document", "供应商单据"},
        "SELECT r.TransID,r.TrxDate,r.SuppID,r.CompCode,r.TransType,r.TransDesc,r.TransAmt,"
@@ -212,6 +229,7 @@ const Stored& StoredOf(LinkSource source) {
        "r.TransID",
        "r.TrxDate",
        "r.CompCode",
+       "",
        FromSupplierDocument}};
   return all[static_cast<std::size_t>(source)];
 }
@@ -235,8 +253,9 @@ Documents Read(Session& session, LinkSource source, const std::string& condition
   const Stored& stored = StoredOf(source);
   Accounts accounts(session.Main());
   Documents all;
-  for (Recordset row = session.Main().Query(
-           fmt::format("{}{} ORDER BY {},{}", stored.select, condition, stored.date, stored.key));
+  for (Recordset row =
+           session.Main().Query(fmt::format("{}{}{} ORDER BY {},{}", stored.select, stored.ours,
+                                            condition, stored.date, stored.key));
        !row.Eof(); row.MoveNext()) {
     for (LinkedDocument& document : stored.documents(row, std::ref(accounts))) {
       document.source = source;
