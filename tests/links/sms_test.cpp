@@ -340,7 +340,7 @@ TEST_F(Sms, TwoDesktopsQueueEachMessageOnce) {
 
 TEST_F(Sms, AQueueThatFailsKeepsWhatItHasAndTheTicksOfTheRest) {
   for (int i = 1; i <= 3; ++i) Customer("A" + std::to_string(i), "012" + std::to_string(i));
-  for (int at = 1; at < 20; ++at) {
+  for (int at = 1; at < 30; ++at) {
     session.smsconn->Execute("DELETE FROM SMSList");
     const auto screen = Open(SmsType::other);
     screen->SSCommand1.Click();
