@@ -281,6 +281,7 @@ const std::vector<Step>& Steps() {
       PatchWith(patches::kEInvCodes, PatchEInvCodes),
       PatchOnce(patches::kMoveIn),
       PatchOnce(patches::kWatchListCopy),
+      PatchOnce(patches::kLongQR),
   };
   return steps;
 }

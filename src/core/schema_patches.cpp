@@ -276,6 +276,11 @@ const Patch kWatchListCopy = {
      "NULL, Companies nvarchar(max) NULL, Customers int NOT NULL, Hits int NOT NULL, Undecided int "
      "NOT NULL, UserID nvarchar(50) NULL, CONSTRAINT PK_AMLARun PRIMARY KEY (RunID))"}};
 
+// The address of a validated document is as long as the tax authority makes it.
+const Patch kLongQR = {"LongLHDNQR",
+                       {"ALTER Table EInvMast alter column LHDNQR nvarchar(1000)",
+                        "INSERT INTO Systemast (Param,Value) VALUES ('LongLHDNQR','1')"}};
+
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
     "UserID nvarchar(50) NULL, "

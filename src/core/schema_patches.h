@@ -44,6 +44,7 @@ extern const Patch kPaymentReaderLine;
 extern const Patch kEInvCodes;
 extern const Patch kMoveIn;
 extern const Patch kWatchListCopy;
+extern const Patch kLongQR;
 
 // Made when the table is missing, without a key.
 extern const std::string_view kHolidayMast;

@@ -68,7 +68,7 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                   "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
                   "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex",
                   "CompanyPictures", "CashBookOpening", "EInvSending", "PaymentReaderLine",
-                  "EInvCodes", "MoveIn", "WatchListCopy"));
+                  "EInvCodes", "MoveIn", "WatchListCopy", "LongLHDNQR"));
   for (const char* key : {"Patch-Drawdown",
                           "AMLA",
                           "DataExportFlag",
@@ -92,7 +92,8 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                           "PaymentReaderLine",
                           "EInvCodes",
                           "MoveIn",
-                          "WatchListCopy"}) {
+                          "WatchListCopy",
+                          "LongLHDNQR"}) {
     EXPECT_EQ(ReadSetting(office.session.Main(), key), "1") << key;
   }
   auto shape = office.Shape();
