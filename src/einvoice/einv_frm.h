@@ -6,6 +6,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -79,8 +80,10 @@ class EInvFrm : public SessionScreen {
   bool AgreeToNewToken(Run& run);
   void AskStatuses();
   // False when the service does not tell it.
-  bool AskStatus(Submission& submission, InvoiceLine& line);
-  void TakeStatus(InvoiceLine& line, const StatusReply& reply);
+  bool AskStatus(Submission& submission, InvoiceLine& line, std::vector<std::string>& unkept);
+  // False for what is longer than its column.
+  bool KeepIfItFits(InvoiceLine& line, const std::function<void()>& keep);
+  bool TakeStatus(InvoiceLine& line, const StatusReply& reply);
   void SettleUnknown();
   bool SettleWithUuid(InvoiceLine& line, const std::string& uuid);
   void NoteSettled(const InvoiceLine& line, std::string_view as);

@@ -25,6 +25,19 @@ constexpr std::size_t kNamedDocuments = 8;
 const Caption kExportFailed{"an error occur during exporting eInvoicing", "发送电子发票时出现错误"};
 const Caption kStatusFailed{"an error occur during Get Status", "查询状态时出现错误"};
 
+std::string Named(const std::vector<std::string>& ids) {
+  std::string text;
+  for (std::size_t i = 0; i < std::min(ids.size(), kNamedDocuments); ++i) {
+    text += (i == 0 ? "" : ", ") + ids[i];
+  }
+  return ids.size() > kNamedDocuments ? text + " ..." : text;
+}
+
+// A text of the service or of the document is longer than its column.
+bool DoesNotFit(const SqlError& failure) {
+  return failure.number() == 2628 || failure.number() == 8152;
+}
+
 }  // namespace
 
 class EInvFrm::Run {
@@ -97,20 +110,13 @@ std::vector<std::size_t> EInvFrm::TickedLines() {
       done.push_back(line.id());
     }
   }
-  const auto named = [](const std::vector<std::string>& ids) {
-    std::string text;
-    for (std::size_t i = 0; i < std::min(ids.size(), kNamedDocuments); ++i) {
-      text += (i == 0 ? "" : ", ") + ids[i];
-    }
-    return ids.size() > kNamedDocuments ? text + " ..." : text;
-  };
   if (!under_way.empty()) {
     Tell(MessageKind::warning,
          {fmt::format("Being sent this moment and left out: {}. If nobody is at it, try again in "
                       "two minutes.",
-                      named(under_way)),
+                      Named(under_way)),
           fmt::format("正在发送中，这次略过：{}。如果没有人在发送，请两分钟后再试。",
-                      named(under_way))});
+                      Named(under_way))});
   }
   const bool again =
       done.empty() ||
@@ -118,21 +124,21 @@ std::vector<std::size_t> EInvFrm::TickedLines() {
           {fmt::format(
                "{} ticked document(s) were sent before and have a uuid: {}\nSend them again? No "
                "sends the others alone.",
-               done.size(), named(done)),
+               done.size(), Named(done)),
            fmt::format("已勾选的单据中有 {} 份之前已发送并有 "
                        "uuid：{}\n要再次发送吗？选“否”只发送其他单据。",
-                       done.size(), named(done))});
+                       done.size(), Named(done))});
   const bool risk =
       unknown.empty() ||
       ConfirmLoss(
           {fmt::format(
                "Of {} ticked document(s) it is not known whether the service took them: {}\nSend "
                "them again, though they may then be there twice? No sends the others alone.",
-               unknown.size(), named(unknown)),
+               unknown.size(), Named(unknown)),
            fmt::format(
                "已勾选的单据中有 {} "
                "份不知服务是否已收到：{}\n要再次发送吗（可能造成重复）？选“否”只发送其他单据。",
-               unknown.size(), named(unknown))});
+               unknown.size(), Named(unknown))});
   std::erase_if(ticked, [&](std::size_t at) {
     const InvoiceLine& line = lines_[at];
     return line.mark.Unknown() ? !risk : !again && WasDone(line, mode());
@@ -249,6 +255,7 @@ bool EInvFrm::AgreeToNewToken(Run& run) {
 void EInvFrm::AskStatuses() {
   if (!Confirm({"Comfirn to get Status ?", "确定查询状态？"})) return;
   std::vector<std::size_t> asked;
+  std::vector<std::string> unkept;
   for (const std::size_t at : shown_) {
     const InvoiceLine& line = lines_[at];
     const std::string& status = line.cells[kStatus];
@@ -260,7 +267,7 @@ void EInvFrm::AskStatuses() {
     for (std::size_t i = 0; i < asked.size() && !run.Stopped(); ++i) {
       InvoiceLine& line = lines_[asked[i]];
       run.Show(i, line.id());
-      while (!AskStatus(submission, line) && service_.TokenRefused()) {
+      while (!AskStatus(submission, line, unkept) && service_.TokenRefused()) {
         if (AgreeToNewToken(run)) continue;
         ShowCounts();
         return;
@@ -275,27 +282,57 @@ void EInvFrm::AskStatuses() {
     return;
   }
   ShowCounts();
+  if (!unkept.empty()) {
+    Tell(MessageKind::warning,
+         {fmt::format("Not all that the service told could be recorded, of {} document(s): {}\n"
+                      "Msg of each tells why.",
+                      unkept.size(), Named(unkept)),
+          fmt::format("{} 份单据的答复未能完整记录：{}\n原因见各单据的 Msg。", unkept.size(),
+                      Named(unkept))});
+  }
   Tell(MessageKind::information, {"Get Status Complated", "状态查询完毕"});
 }
 
-bool EInvFrm::AskStatus(Submission& submission, InvoiceLine& line) {
+bool EInvFrm::AskStatus(Submission& submission, InvoiceLine& line,
+                        std::vector<std::string>& unkept) {
   const StatusReply reply = service_.AskStatus(line.uuid());
   if (reply.error || reply.uuid.empty()) return false;
   // The service knows the document: what it gave when it was sent is recorded now.
-  if (mode() == SendMode::submit && line.mark.state == SendingMark::State::answered) {
-    submission.Record(line, line.uuid());
-  }
-  TakeStatus(line, reply);
+  const bool answered =
+      mode() == SendMode::submit && line.mark.state == SendingMark::State::answered;
+  const bool kept =
+      (!answered || KeepIfItFits(line, [&] { submission.Record(line, line.uuid()); })) &&
+      TakeStatus(line, reply);
+  if (!kept) unkept.push_back(line.id());
   return true;
 }
 
-void EInvFrm::TakeStatus(InvoiceLine& line, const StatusReply& reply) {
+// What does not fit now will not fit at the next asking either: the row says so, and the others get
+// their turn.
+bool EInvFrm::KeepIfItFits(InvoiceLine& line, const std::function<void()>& keep) {
+  try {
+    keep();
+    return true;
+  } catch (const SqlError& failure) {
+    if (!DoesNotFit(failure)) throw;
+    LogRollback(session(), "E-Invoicing " + line.id(), failure);
+    line.cells[kMsg] = failure.what();
+    return false;
+  }
+}
+
+bool EInvFrm::TakeStatus(InvoiceLine& line, const StatusReply& reply) {
   line.cells[kStatus] = reply.status;
   const std::string id = QuoteStr(line.id());
-  main().Execute(
-      fmt::format("UPDATE EInvMast SET LHDNQR={} WHERE eInvID={}", QuoteStr(reply.url), id));
-  main().Execute(
-      fmt::format("UPDATE EInvMast SET LHDNStatus={} WHERE eInvID={}", QuoteStr(reply.status), id));
+  const bool address = KeepIfItFits(line, [&] {
+    main().Execute(
+        fmt::format("UPDATE EInvMast SET LHDNQR={} WHERE eInvID={}", QuoteStr(reply.url), id));
+  });
+  const bool status = KeepIfItFits(line, [&] {
+    main().Execute(fmt::format("UPDATE EInvMast SET LHDNStatus={} WHERE eInvID={}",
+                               QuoteStr(reply.status), id));
+  });
+  return address && status;
 }
 
 // --- a document of which it is not known whether the service has it
@@ -355,6 +392,20 @@ bool EInvFrm::SettleWithUuid(InvoiceLine& line, const std::string& uuid) {
     if (reply.error || reply.uuid != uuid) {
       return Refuse({fmt::format("The service knows no document {}", uuid),
                      fmt::format("服务上没有单据 {}", uuid)});
+    }
+    const std::string other =
+        ScalarQuery(main(), fmt::format("SELECT eInvID FROM EInvMast WHERE uuid={} AND eInvID<>{}",
+                                        QuoteStr(uuid), QuoteStr(line.id())));
+    if (!other.empty()) {
+      return Refuse({fmt::format("{} is the uuid of {}", uuid, other),
+                     fmt::format("{} 是 {} 的 uuid", uuid, other)});
+    }
+    // The service may give the document's own uuid for its cancellation: that it knows it says
+    // nothing.
+    if (mode() == SendMode::cancel && (reply.status == "Valid" || reply.status == "Submitted")) {
+      return Refuse(
+          {fmt::format("The service shows {} as {}: it is not cancelled", uuid, reply.status),
+           fmt::format("服务显示 {} 为 {}：尚未取消", uuid, reply.status)});
     }
     Submission submission(session(), service_, addresses_, mode(), supplier_);
     submission.Record(line, uuid);

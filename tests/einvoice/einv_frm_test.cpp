@@ -479,6 +479,44 @@ TEST(EInvFrm, WhatWasAnsweredAndNotRecordedIsKeptAndRecordedLater) {
   EXPECT_EQ(s.Counts(), "Sent (3)");
 }
 
+// What is longer than its column stops nothing behind it.
+TEST(EInvFrm, ATextThatDoesNotFitIsToldAndTheOthersAreAskedFor) {
+  struct Case {
+    const char* plan;
+    const char* told;    // of the first of two; "" when all is kept
+    const char* stored;  // documents with a status
+  };
+  const std::string long_status = R"({"statuses":[")" + std::string(60, 's') + R"("]})";
+  for (const Case& c :
+       {Case{R"({"url_times":30})", "", "2"}, Case{R"({"url_times":40})", "LHDNQR", "2"},
+        Case{long_status.c_str(), "LHDNStatus", "0"}}) {
+    Submitting office(2);
+    Screen1 s(office);
+    s.List().Send();
+    office.service.Plan(c.plan);
+    s.desk.messages.clear();
+    s.frm.CmdStatus.Click();
+    EXPECT_NE(s.desk.messages.back().find("Get Status Complated"), std::string::npos) << c.plan;
+    EXPECT_NE(s.frm.vsd.Cell(0, kMsg).find(c.told), std::string::npos) << c.plan;
+    EXPECT_EQ(s.desk.messages.size(), *c.told == '\0' ? 1u : 2u) << c.plan;
+    EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM EInvMast WHERE LHDNStatus<>''"), c.stored)
+        << c.plan;
+    EXPECT_EQ(office.service.Received().size(), 5u);  // token, two documents, two questions
+  }
+  // A document that cannot be recorded does not keep the one behind it from its status.
+  Submitting office(1);
+  office.Document("E1", "C1", "5.00");
+  office.Run("UPDATE Docs SET InvDesc=" + QuoteStr(std::string(250, 'd')) +
+             " WHERE eInvID='D0001'");
+  Screen1 s(office);
+  s.List();
+  EXPECT_TRUE(s.Send().starts_with("an error occur during exporting eInvoicing"));
+  s.List().Send();
+  EXPECT_EQ(s.Poll(), "Get Status Complated");
+  EXPECT_EQ(s.Counts(), "Sent (1), Unknown (1)");
+  EXPECT_EQ(office.Scalar("SELECT LHDNStatus FROM EInvMast WHERE eInvID='E1'"), "Submitted");
+}
+
 TEST(EInvFrm, APersonSettlesWhatIsNotKnown) {
   Submitting office(3);
   Screen1 s(office);
@@ -507,6 +545,7 @@ TEST(EInvFrm, APersonSettlesWhatIsNotKnown) {
   EXPECT_EQ(office.Uuid("D0001"), given);
   EXPECT_NE(office.LogText().find("D0001 settled by hand: recorded as " + given),
             std::string::npos);
+  EXPECT_EQ(settle(1, given), given + " is the uuid of D0001");
   // The second is certainly not there: it counts as unsent once the person has said so twice.
   settle(1, "");
   EXPECT_EQ(s.Counts(), "Sent (1), Unknown (2)");
@@ -533,6 +572,29 @@ TEST(EInvFrm, APersonSettlesWhatIsNotKnown) {
   s.frm.CmdPrint.SetEnabled(true);
   s.Send();
   EXPECT_EQ(s.Counts(), "Sent (3)");
+}
+
+// The service knows the uuid of a document whether it is cancelled or not.
+TEST(EInvFrm, ACancellationIsSettledBySayingSoOnlyWhereTheServiceShowsIt) {
+  for (const bool taken : {true, false}) {
+    Submitting office(1);
+    Screen1 s(office);
+    s.List().Send();
+    s.frm.CmdClear.Click();
+    s.frm.SendType.Pick("Cancel");
+    s.List();
+    s.frm.vsd.Tick(0, true);
+    office.service.Plan(taken ? R"({"faults":[{"path":"/cancel","kind":"empty"}]})"
+                              : R"({"faults":[{"path":"/cancel","kind":"500"}]})");
+    s.Send();
+    ASSERT_EQ(s.Counts(), "Unknown (1)");
+    s.frm.vsd.Select(0);
+    s.desk.input = office.Uuid("D0001");
+    s.frm.CmdSettle.Click();
+    EXPECT_EQ(s.Counts(), taken ? "Cancelled (1)" : "Unknown (1)");
+    EXPECT_EQ(office.Scalar("SELECT isnull(Canceluuid,'') FROM EInvMast"),
+              taken ? office.Uuid("D0001") : "");
+  }
 }
 
 TEST(EInvFrm, WithoutIdentityTokenOrStatementItSaysWhatIsMissing) {

@@ -21,7 +21,7 @@ lacks a member. A refusal is {"message": ...}. The first question after a docume
 What the service does beside that is asked for at /stand-in:
 
   PUT /stand-in/plan   {"faults": [{"path": "/invoice", "after": 3, "times": 1, "kind": "cut"}],
-                        "token_lives": 10, "twice": "refuse", "statuses": ["Valid"]}
+                        "token_lives": 10, "twice": "refuse", "statuses": ["Valid"], "url_times": 1}
        replaces the plan. A fault strikes the requests whose path begins with its own, after the
        first so many; "times" 0 is from there on. A token works for token_lives requests. "twice" is
        what becomes of a document number that was taken before: "new" uuid, "same" one, "refuse".
@@ -238,7 +238,7 @@ class Service:
             if known["cancelled"]:
                 status = "Cancelled"
             found.append({"uuid": uuid, "status": status,
-                          "url": "https://e-invoice.example/%s/share/%s" % (uuid, uuid[::-1])})
+                          "url": "https://e-invoice.example/%s/share/%s" % (uuid, uuid[::-1] * self.plan.get("url_times", 1))})
         return {"data": found}
 
     def answer(self, method, path, query, headers, body):
