@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 
+#include "collections/ledger_loan.h"
 #include "core/audit.h"
 #include "core/sequences.h"
 #include "core/values.h"
@@ -12,6 +13,7 @@
 #include "loans/money_gate.h"
 #include "loans/rebuild.h"
 #include "loans/schedule_store.h"
+#include "movein/loan_book.h"
 #include "platform/sql/transaction.h"
 
 namespace kaunter {
@@ -66,8 +68,8 @@ bool MoveWriter::Write(CustomerPlan& plan) {
     for (LoanPlan& loan : plan.loans) {
       if (loan.loan_id.empty()) {
         StoreLoan(loan, plan.cust_id);
-      } else {
-        LockLoan(main_, loan.loan_id);
+      } else if (!StillAsPlanned(loan)) {
+        return false;
       }
       StorePayments(loan, plan.cust_id);
     }
@@ -78,6 +80,14 @@ bool MoveWriter::Write(CustomerPlan& plan) {
     if (error.number() == kDuplicateKey) return false;
     throw;
   }
+}
+
+// A payment at the counter, or a close, since the payments were measured.
+bool MoveWriter::StillAsPlanned(const LoanPlan& loan) {
+  LockLoan(main_, loan.loan_id);
+  const auto stored = ReadLedgerLoan(main_, loan.loan_id);
+  return stored && !stored->closed &&
+         LoanBook(*stored).balance() == loan.payments.front().payment.OldLoanBal;
 }
 
 // First of all, so that two desktops that move the same file in meet here.

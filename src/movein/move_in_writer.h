@@ -35,13 +35,14 @@ class MoveWriter {
   MoveWriter(Session& session, std::string company, MovedFrom from);
 
   // One transaction. Throws SqlError and std::runtime_error; then nothing of it is stored. False:
-  // another desktop has taken one of its records meanwhile.
+  // another desktop has taken one of its records, or changed its loan, meanwhile.
   bool Write(CustomerPlan& plan);
 
  private:
   void StoreCustomer(CustomerPlan& plan);
   void StoreLoan(LoanPlan& loan, const std::string& cust_id);
   void Release(const LoanPlan& loan, const std::string& cust_id, const std::string& payee);
+  bool StillAsPlanned(const LoanPlan& loan);
   void StorePayments(LoanPlan& loan, const std::string& cust_id);
   void ChargeLateInterest(const Payment& payment);
   void Remember(MoveKind kind, const std::string& key, const std::string& id,

@@ -334,6 +334,36 @@ TEST(MoveIn, AClosedLoanOwesNothingAndKeepsItsClosingBalance) {
   EXPECT_EQ(office.Faults(), "");
 }
 
+// A payment at the counter between the measuring of a loan's payments and their storing.
+TEST(MoveIn, APaymentAtTheCounterMeanwhileStopsThoseOfTheLoan) {
+  NewOffice office;
+  MoveInJob job;
+  job.company = "HQ";
+  job.sources[0] =
+      SourceOf(office, MoveKind::customers, "Code,Name,NRIC,Race\nA1,Ali,800101-10-5001,CHINESE\n");
+  job.sources[1] = SourceOf(office, MoveKind::loans,
+                            "Loan No,Code,Loan Date,Amount,Rate,Term\n"
+                            "L1,A1,01/01/2023,1200,12,12\n");
+  MoveIn(office.session, job, true, AlwaysOn);
+  job.sources[2] =
+      SourceOf(office, MoveKind::payments, "Loan No,Receipt,Date,Amount\nL1,OR1,05/02/2023,1300\n");
+  const auto counter =
+      OpenSqlite("Counter", office.folder.File("office.db"), false, office.session.clock);
+  bool paid = false;
+  office.session.Main().SetFaultHook([&](std::string_view sql) {
+    if (paid || sql != "BEGIN TRANSACTION") return;
+    paid = true;
+    counter->Execute(
+        "INSERT INTO PaymentMast (PayID,LoanID,CompCode,PayDate,PayAmt,InstalAmt,PaymentStatus) "
+        "SELECT LoanID+'-001',LoanID,'HQ','2023-02-01',100,100,'ACTIVE' FROM LoanMast");
+  });
+  EXPECT_THROW(MoveIn(office.session, job, true, AlwaysOn), std::runtime_error);
+  office.session.Main().SetFaultHook({});
+  EXPECT_TRUE(paid);
+  EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM PaymentMast"), "1");
+  EXPECT_EQ(MoveIn(office.session, job, true, AlwaysOn).Of(MoveKind::payments).refused, 1);
+}
+
 TEST(MoveIn, DISABLED_Growth) {
   for (const int loans : {2000, 20000}) {
     NewOffice office;
