@@ -190,6 +190,10 @@ void AccessDB::Clear() {
   for (const char* table : ClearedTables()) {
     if (TableExists(main(), table)) main().Execute(fmt::format("Delete from {}", table));
   }
+  // What was moved in, and which payment a bank's line made: their numbers will be drawn anew.
+  for (const char* table : {"MoveInMast", "PaymentReader"}) {
+    if (TableExists(main(), table)) main().Execute(fmt::format("Delete from {}", table));
+  }
   transaction.Commit();
 }
 
@@ -206,7 +210,10 @@ void AccessDB::Process() {
       return;
     }
     if (ClearData.checked()) {
-      if (!ConfirmClearing()) return;
+      if (!ConfirmClearing()) {
+        SetTitle(kTitle);
+        return;
+      }
       const Hourglass busy(desk());
       kept = CopyOffice();
       Clear();

@@ -256,7 +256,10 @@ TEST_F(Conversion, WhatDoesNotFitIsListedAndLeftOut) {
 TEST_F(Conversion, ClearDataAsksForTheNumberOfLoansAndKeepsACopy) {
   office.Run(
       "INSERT INTO LoanMast (LoanID,CompCode) VALUES ('A','HQ'),('B','HQ');"
-      "INSERT INTO SupplierMast (SuppID) VALUES ('S1')");
+      "INSERT INTO SupplierMast (SuppID) VALUES ('S1');"
+      "INSERT INTO MoveInMast (Kind,CompCode,OldCode,NewID) VALUES ('loans','HQ','1',"
+      "'HQ00001-001');"
+      "INSERT INTO PaymentReader (RefNo,Remarks,PayID) VALUES ('a-001','Payment Done','A-001')");
   OldEdition old(2);
   Save(old);
   Give("HQ");
@@ -264,13 +267,16 @@ TEST_F(Conversion, ClearDataAsksForTheNumberOfLoansAndKeepsACopy) {
   desk.typed = "3";
   screen->SSCommand1.Click();
   EXPECT_THAT(last(), HasSubstr("nothing was cleared"));
+  EXPECT_EQ(screen->title().english, "DB Conversion");
   EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM LoanMast"), "2");
   desk.typed = "2";
   screen->SSCommand1.Click();
   EXPECT_THAT(last(), HasSubstr("Process completed"));
   EXPECT_EQ(office.Lines("SELECT LoanID FROM LoanMast ORDER BY LoanID"),
             "HQ00001-001 \nHQ00002-001 \n");
-  EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM SupplierMast"), "0");
+  for (const char* table : {"SupplierMast", "MoveInMast", "PaymentReader"}) {
+    EXPECT_EQ(office.Scalar(std::string("SELECT COUNT(*) FROM ") + table), "0") << table;
+  }
   const auto kept = OpenSqlite("Kept", office.folder.File("office.db.before-20240131-140509"),
                                false, office.session.clock);
   EXPECT_EQ(LinesOf(kept->Query("SELECT LoanID FROM LoanMast ORDER BY LoanID")), "A \nB \n");
