@@ -138,6 +138,17 @@ void WatchListFrm::TakeCopy() {
         fmt::format("名单已备存：{} 项", copy_->entries)});
 }
 
+// A list that is just being filled anew looks like a short one: whoever is not in it is not found.
+bool WatchListFrm::MayReplace(std::size_t entries) {
+  const auto before = copy_ ? static_cast<std::size_t>(copy_->entries) : 0;
+  if (entries * 10 >= before * 9) return true;
+  return ConfirmLoss(
+      {fmt::format("The central list has {} entries, the copy in use {}. Put the shorter one in "
+                   "its place ?",
+                   entries, before),
+       fmt::format("中央名单有 {} 项，使用中的副本有 {} 项。确定以较短的取代？", entries, before)});
+}
+
 bool WatchListFrm::Copy() {
   const Hourglass busy(desk());
   std::vector<WatchEntry> entries;
@@ -153,6 +164,7 @@ bool WatchListFrm::Copy() {
       throw;
     }
   }
+  if (!MayReplace(entries.size())) return false;
   const auto bar = desk().Progress(session().In(title()));
   bar->SetText(session().In({"Keeping the copy", "正在备存"}));
   bar->SetRange(static_cast<int>(entries.size()));

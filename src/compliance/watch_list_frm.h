@@ -58,6 +58,7 @@ class WatchListFrm : public SessionScreen {
   void ShowLastRun();
   void SwitchUse();
   void TakeCopy();
+  bool MayReplace(std::size_t entries);
   bool Copy();
   void Forget();
   void ScreenAll();

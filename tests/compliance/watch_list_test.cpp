@@ -29,7 +29,7 @@ class Officer : public SilentDesk {
   };
   bool Ask(std::string_view, std::string_view text) override {
     asked.push_back(std::string(text));
-    return true;
+    return refused.empty() || text.find(refused) == text.npos;
   }
   std::unique_ptr<ProgressBar> Progress(std::string_view) override {
     return std::make_unique<Bar>(stops);
@@ -39,6 +39,7 @@ class Officer : public SilentDesk {
 
   bool stops = false;
   std::vector<std::string> asked;
+  std::string refused;
   std::vector<ReportJob> printed;
 };
 
@@ -154,6 +155,10 @@ TEST_F(WatchList, ACopyIsTakenWholeAndTheOneBeforeServesUntilThen) {
           "CREATE TABLE AMLAMast (RefNo nvarchar(50),Name nvarchar(300),NRIC nvarchar(50),"
           "PassportNo nvarchar(50),OtherInformation nvarchar(max))");
   stays("The central list has no entry; the copy stays as it was");
+  OpenSqlite("AMLA", other, false, session.clock)
+      ->Execute("INSERT INTO AMLAMast (Name) VALUES ('A'),('B'),('C')");
+  desk.refused = "The central list has 3 entries, the copy in use 4";
+  stays("Stopped. The copy stays as it was");
   Reach(file);
   // Until the copy is finished: what fails behind that leaves only rows that the next one takes.
   for (int at = 1;; ++at) {
