@@ -250,6 +250,15 @@ void SelfBillFrm::CancelBill() {
                                  fmt::format("服务拒绝作废 {}", loaded_id_)});
     return;
   }
+  if (!IsWholeObject(reply)) {
+    ShowResult(reply.empty() ? session().In({"an empty reply", "空的答复"})
+                             : service_.WithoutSecrets(reply));
+    Tell(MessageKind::critical,
+         {fmt::format("No clear answer came: whether {} is cancelled is not known. Get its status.",
+                      loaded_id_),
+          fmt::format("没有明确的答复：不知 {} 是否已作废。请查询状态。", loaded_id_)});
+    return;
+  }
   WriteAudit(session(), "Cancel", "Self-Bill", CompCode.text(), loaded_id_, {});
   Tell(MessageKind::information, {"Selfbill Cancelled", "单据已作废"});
 }

@@ -31,12 +31,16 @@ bool IsErrorReply(std::string_view reply) {
 bool IsRefusal(std::string_view reply) {
   if (IsErrorReply(reply)) return true;
   if (reply.find("\"uuid\"") != std::string_view::npos) return false;
+  if (!IsWholeObject(reply)) return false;
   const JsonValue parsed = Parse(reply);
-  if (parsed.kind() != JsonValue::Kind::object || !ParserErrors().empty()) return false;
   for (const char* key : {"message", "error", "errors"}) {
     if (!parsed.Item(key).IsNothing()) return true;
   }
   return false;
+}
+
+bool IsWholeObject(std::string_view reply) {
+  return Parse(reply).kind() == JsonValue::Kind::object && ParserErrors().empty();
 }
 
 StatusReply ReadStatusReply(std::string_view reply) {

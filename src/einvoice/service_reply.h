@@ -18,6 +18,9 @@ bool IsErrorReply(std::string_view reply);
 // a uuid, an empty reply or a page of a broken server, leaves open whether it took the document.
 bool IsRefusal(std::string_view reply);
 
+// What a service that answers gives: no page of a broken server, nothing cut.
+bool IsWholeObject(std::string_view reply);
+
 // The first document of a reply to a question for the status. All is "" in an error reply.
 struct StatusReply {
   bool error = false;

@@ -288,6 +288,9 @@ TEST(SelfBill, WhatIsStoredIsReadAndASentOneIsNotSentAgain) {
             "SB0001;2;1;5;0;0;06;004;Paint;\n");
   EXPECT_EQ(counter.Press(s.CmdStatus), "Status Submitted|");
   EXPECT_EQ(counter.Press(s.CmdStatus), "Status Valid|");
+  office.service.Plan(R"({"faults":[{"path":"/cancel","kind":"500"}]})");
+  EXPECT_THAT(counter.Press(s.SSCommand4),
+              HasSubstr("whether SB0001 is cancelled is not known. Get its status"));
   EXPECT_EQ(counter.Press(s.SSCommand4),
             "?Confirm to Cancel Selfbill SB0001 ?|Selfbill Cancelled|");
   // The service has cancelled it; the record hears of it by the status.
