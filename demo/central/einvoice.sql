@@ -14,17 +14,17 @@ FROM (
   ''Interest of instalment '' + convert(varchar(10), s.SchID) AS InvDesc, s.InterestAmt AS InvAmt
  FROM SchMast AS s INNER JOIN LoanMast AS l ON l.LoanID = s.LoanID
  WHERE l.DragLoan = ''0'' AND l.CompCode = @CompCode AND s.InterestAmt > 0
-  AND s.DueDate >= @FromDate AND s.DueDate <= @ToDate
+  AND s.DueDate >= @FromDate AND s.DueDate < dateadd(day, 1, @ToDate)
  UNION ALL
  SELECT p.PayID, p.PayDate, p.CustID, p.CompCode, p.LoanID, convert(varchar(10), p.SchID), ''Payment'',
   ''Interest and late interest paid'', p.IntAmt + p.CollectorAmt
  FROM PaymentMast AS p
- WHERE p.CompCode = @CompCode AND p.IntAmt + p.CollectorAmt <> 0 AND p.PayDate >= @FromDate AND p.PayDate <= @ToDate
+ WHERE p.CompCode = @CompCode AND p.IntAmt + p.CollectorAmt <> 0 AND p.PayDate >= @FromDate AND p.PayDate < dateadd(day, 1, @ToDate)
  UNION ALL
  SELECT h.ChargeID, h.TrxDate, h.CustID, h.CompCode, h.LoanID, '''', h.PType, h.ChargeDesc, h.ChargeAmt
  FROM ChargeMast AS h
  WHERE h.PType IN (''Invoice'',''Credit Note'') AND h.CompCode = @CompCode AND h.ChargeAmt <> 0
-  AND h.TrxDate >= @FromDate AND h.TrxDate <= @ToDate
+  AND h.TrxDate >= @FromDate AND h.TrxDate < dateadd(day, 1, @ToDate)
 ) AS d INNER JOIN CustMast AS c ON c.CustID = d.CustID INNER JOIN ECustMast AS e ON e.CustID = d.CustID
 WHERE e.TIN <> ''''
 ORDER BY d.TrxDate, d.eInvID'),
@@ -38,17 +38,17 @@ FROM (
   ''Interest of instalment '' + convert(varchar(10), s.SchID) AS InvDesc, s.InterestAmt AS InvAmt
  FROM SchMast AS s INNER JOIN LoanMast AS l ON l.LoanID = s.LoanID
  WHERE l.DragLoan = ''0'' AND l.CompCode = @CompCode AND s.InterestAmt > 0
-  AND s.DueDate >= @FromDate AND s.DueDate <= @ToDate
+  AND s.DueDate >= @FromDate AND s.DueDate < dateadd(day, 1, @ToDate)
  UNION ALL
  SELECT p.PayID, p.PayDate, p.CustID, p.CompCode, p.LoanID, convert(varchar(10), p.SchID), ''Payment'',
   ''Interest and late interest paid'', p.IntAmt + p.CollectorAmt
  FROM PaymentMast AS p
- WHERE p.CompCode = @CompCode AND p.IntAmt + p.CollectorAmt <> 0 AND p.PayDate >= @FromDate AND p.PayDate <= @ToDate
+ WHERE p.CompCode = @CompCode AND p.IntAmt + p.CollectorAmt <> 0 AND p.PayDate >= @FromDate AND p.PayDate < dateadd(day, 1, @ToDate)
  UNION ALL
  SELECT h.ChargeID, h.TrxDate, h.CustID, h.CompCode, h.LoanID, '''', h.PType, h.ChargeDesc, h.ChargeAmt
  FROM ChargeMast AS h
  WHERE h.PType IN (''Invoice'',''Credit Note'') AND h.CompCode = @CompCode AND h.ChargeAmt <> 0
-  AND h.TrxDate >= @FromDate AND h.TrxDate <= @ToDate
+  AND h.TrxDate >= @FromDate AND h.TrxDate < dateadd(day, 1, @ToDate)
 ) AS d LEFT JOIN CustMast AS c ON c.CustID = d.CustID LEFT JOIN ECustMast AS e ON e.CustID = d.CustID
 WHERE e.TIN IS NULL OR e.TIN = ''''
 ORDER BY d.TrxDate, d.eInvID'),
@@ -59,5 +59,5 @@ N'SELECT i.eInvID, i.SeqNo, i.TrxDate, i.CustID, c.CustName, i.CompCode, i.LoanI
  e.Phone, e.Email, e.Address, e.Postcode, e.City, e.State, e.Country
 FROM EInvMast AS i LEFT JOIN CustMast AS c ON c.CustID = i.CustID LEFT JOIN ECustMast AS e ON e.CustID = i.CustID
 WHERE i.CompCode = @CompCode AND i.uuid <> '''' AND (i.Canceluuid IS NULL OR i.Canceluuid = '''')
- AND i.TrxDate >= @FromDate AND i.TrxDate <= @ToDate
+ AND i.TrxDate >= @FromDate AND i.TrxDate < dateadd(day, 1, @ToDate)
 ORDER BY i.TrxDate, i.eInvID, i.SeqNo');

@@ -28,7 +28,8 @@ TEST(IncomeList, ShowsWhatTheFigureCounts) {
       "INSERT INTO SchMast (SchID,LoanID,DueDate,InterestAmt) VALUES (1,'L1','2024-01-01',10),"
       "(2,'L1','2024-01-31',11),(3,'L1','2024-02-01',12),(1,'L3','2024-01-09',500);"
       "INSERT INTO PaymentMast (PayID,LoanID,CustID,CompCode,PayDate,IntAmt,CollectorAmt) VALUES "
-      "('L2-001','L2','C2','AB','2024-01-15',20,3),('L2-002','L2','C2','AB','2024-01-16',0,0);"
+      "('L2-001','L2','C2','AB','2024-01-31 "
+      "17:30',20,3),('L2-002','L2','C2','AB','2024-01-16',0,0);"
       "INSERT INTO ChargeMast (ChargeID,LoanID,CustID,CompCode,TrxDate,PType,ChargeAmt) VALUES "
       "('CN1','L1','C1','AB','2024-01-20','Credit Note',-4);"
       "INSERT INTO EInvMast (eInvID,SeqNo,uuid) VALUES ('L1-I1',1,'U')");
