@@ -133,7 +133,8 @@ class Take {
     for (const ReaderDoubt& doubt : DoubtsOf(main_, row_, day_)) {
       if (std::ranges::find(row_.told_doubts, doubt.about) != row_.told_doubts.end()) continue;
       throw Refused(
-          {"Since it was listed: " + doubt.text.english, "列出之后：" + doubt.text.chinese});
+          {"Since it was listed: " + doubt.text.english + ". Read the list again to decide on it",
+           "列出之后：" + doubt.text.chinese + "。请重新读取列表再决定"});
     }
   }
 

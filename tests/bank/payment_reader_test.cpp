@@ -262,8 +262,10 @@ TEST_F(PaymentReaderTest, WhatTheCounterTookSinceTheListIsNotTakenAgain) {
   Pay("HQ0001-001-050", "HQ0001-001", "2024-01-31", "112");
   RebuildLoan(main(), "HQ0001-001");
   Process(*of_file);
-  EXPECT_EQ(of_file->DG.Cell(0, kError),
-            "Since it was listed: Payment HQ0001-001-050 has the same day and amount");
+  EXPECT_EQ(
+      of_file->DG.Cell(0, kError),
+      "Since it was listed: Payment HQ0001-001-050 has the same day and amount. Read the list "
+      "again to decide on it");
   Process(*of_plan);
   EXPECT_THAT(of_plan->DG.Cell(0, kError),
               HasSubstr("Since it was listed: Of instalment 1 only 0.00"));
