@@ -129,7 +129,10 @@ class SelfBillFrm : public SessionScreen {
   // The company's block, and a token where there is one to be had.
   bool Ready();
   void Submit();
-  bool MaySend(const SendingMark& seen);
+  // False when it is not to be sent; with `given` when the service has it already.
+  bool MaySend(const SendingMark& seen, std::string& given);
+  std::string AskForUuid(const SendingMark& seen);
+  StatusReply StatusOf(const std::string& of);
   std::string Ask(std::string_view method, const std::string& url, std::string_view body);
   // True when the service gave a uuid. `mark` is the one that was seen, and becomes the own.
   bool Send(SendingMark& mark, std::string& given);

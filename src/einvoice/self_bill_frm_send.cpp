@@ -66,10 +66,10 @@ void SelfBillFrm::Submit() {
       return;
     }
     std::string given = seen.state == State::answered ? seen.uuid : std::string();
-    if (given.empty()) {
-      if (!MaySend(seen)) return;
+    if (given.empty() && MaySend(seen, given)) {
       if (!Send(seen, given)) return;
     }
+    if (given.empty()) return;
     if (!KeepUuid(seen, given)) return;
   } catch (const std::exception& failure) {
     TellFailed(kSendFailed, failure);
@@ -81,7 +81,7 @@ void SelfBillFrm::Submit() {
 }
 
 // What was sent and not answered may lie with the service: then only a person sends it again.
-bool SelfBillFrm::MaySend(const SendingMark& seen) {
+bool SelfBillFrm::MaySend(const SendingMark& seen, std::string& given) {
   if (!seen.Unknown()) return true;
   if (seen.UnderWay(ServerTime(main()))) {
     Tell(MessageKind::warning,
@@ -102,9 +102,46 @@ bool SelfBillFrm::MaySend(const SendingMark& seen) {
                        loaded_id_, seen.sent_at, seen.user, seen.computer)})) {
     return true;
   }
+  given = AskForUuid(seen);
+  if (!given.empty()) return false;
   Tell(MessageKind::information, {fmt::format("{} saved. It was not sent.", loaded_id_),
                                   fmt::format("{} 已储存，没有发送。", loaded_id_)});
   return false;
+}
+
+// Who has found it in the service's own pages tells its uuid there.
+std::string SelfBillFrm::AskForUuid(const SendingMark& seen) {
+  const std::string told = Trim(desk().Input(
+      session().In(title()),
+      session().In({fmt::format("uuid of {} as the service shows it; empty while it is not known",
+                                loaded_id_),
+                    fmt::format("服务上 {} 的 uuid；不知道则留空", loaded_id_)}),
+      {}));
+  if (told.empty()) return {};
+  const StatusReply reply = StatusOf(told);
+  if (reply.error || reply.uuid != told) {
+    Refuse({fmt::format("The service knows no document {}", told),
+            fmt::format("服务上没有单据 {}", told)});
+    return {};
+  }
+  const std::string other = ScalarQuery(
+      main(),
+      fmt::format("SELECT SID FROM SelfBillMast WHERE uuid={0} UNION ALL SELECT eInvID FROM "
+                  "EInvMast WHERE uuid={0}",
+                  QuoteStr(told)));
+  if (!other.empty()) {
+    Refuse({fmt::format("{} is the uuid of {}", told, other),
+            fmt::format("{} 是 {} 的 uuid", told, other)});
+    return {};
+  }
+  if (marks_.ReadOne(LineOf(loaded_id_)).stamp != seen.stamp) {
+    Refuse({"Another desktop has sent it meanwhile; please open it again",
+            "另一台电脑已发送，请重新打开"});
+    return {};
+  }
+  WriteLog(session(), LogLine(session(), fmt::format("Self-bill {} settled by hand: recorded as {}",
+                                                     loaded_id_, told)));
+  return told;
 }
 
 bool SelfBillFrm::Send(SendingMark& mark, std::string& given) {
@@ -183,14 +220,19 @@ bool SelfBillFrm::KeepUuid(SendingMark& mark, const std::string& given) {
 
 // --- what became of it
 
+StatusReply SelfBillFrm::StatusOf(const std::string& of) {
+  const Hourglass busy(desk());
+  StatusReply reply = service_.AskStatus(of);
+  if (service_.TokenRefused() && service_.GetToken()) reply = service_.AskStatus(of);
+  return reply;
+}
+
 void SelfBillFrm::AskStatus() {
   if (uuid.empty() || !Ready()) return;
   ShowResult({});
   StatusReply reply;
   try {
-    const Hourglass busy(desk());
-    reply = service_.AskStatus(uuid.text());
-    if (service_.TokenRefused() && service_.GetToken()) reply = service_.AskStatus(uuid.text());
+    reply = StatusOf(uuid.text());
   } catch (const HttpFailure& failure) {
     TellFailed(kStatusFailed, failure);
     return;

@@ -26,7 +26,9 @@ struct AnsweringDesk : SilentDesk {
     if (meanwhile) std::exchange(meanwhile, nullptr)();
     return agrees;
   }
+  std::string Input(std::string_view, std::string_view, std::string_view) override { return input; }
   std::string said;
+  std::string input;
   bool agrees = true;
   std::function<void()> meanwhile;  // while the next question stands
 };
@@ -428,6 +430,41 @@ TEST(SelfBill, WhatIsNotKnownStaysSoUntilItIsSent) {
     EXPECT_THAT(counter.Save(), HasSubstr("Send it again ?|Record Saved and Submited Succ"))
         << second;
   }
+}
+
+// What the portal shows is recorded without another sending, if it is this document's.
+TEST(SelfBill, APersonTellsTheUuidOfWhatTheServiceHas) {
+  InvoiceOffice office;
+  Counter counter(office);
+  counter.Fill();
+  counter.Save();
+  const std::string first = Submissions(office).uuid;
+  counter.Open();
+  counter.Fill("Siti");
+  office.service.Plan(R"({"faults":[{"path":"/selfbill","kind":"empty"}]})");
+  EXPECT_EQ(counter.Save(), kFailed);
+  // The service's own number of it: it gives the same one to whoever asks again.
+  office.service.Plan(R"({"twice":"same"})");
+  InvoiceService portal(office.session, office.desk);
+  portal.LoadSupplier("HQ");
+  const std::string sent = office.service.Body(office.service.Received().back().number - 1);
+  const std::string given = UuidOf(portal.Send("POST", office.service.Url("/selfbill"), sent));
+  ASSERT_EQ(given.size(), 26u);
+  const int before = Submissions(office).count;
+  const auto tell = [&](const std::string& uuid) {
+    counter.desk.input = uuid;
+    counter.desk.meanwhile = [&] { counter.desk.meanwhile = [&] { counter.desk.agrees = false; }; };
+    const std::string said = counter.Save();
+    counter.desk.agrees = true;
+    return said;
+  };
+  EXPECT_THAT(tell("NOSUCH"), HasSubstr("The service knows no document NOSUCH"));
+  EXPECT_THAT(tell(first), HasSubstr(first + " is the uuid of SB0001"));
+  EXPECT_EQ(office.Scalar("SELECT uuid FROM SelfBillMast WHERE SID='SB0002'"), "");
+  EXPECT_THAT(tell(given), HasSubstr("Successfully"));
+  EXPECT_EQ(office.Scalar("SELECT uuid FROM SelfBillMast WHERE SID='SB0002'"), given);
+  EXPECT_EQ(office.Scalar("SELECT State FROM EInvSending WHERE eInvID='SB0002'"), "recorded");
+  EXPECT_EQ(Submissions(office).count, before);
 }
 
 TEST(SelfBill, TwoDesktopsOnOneDocument) {
