@@ -101,7 +101,7 @@ class MoveRun {
       *names[static_cast<std::size_t>(kind)] =
           std::filesystem::path(source->path).filename().string();
     }
-    writer_.emplace(session, job.company, from);
+    writer_.emplace(session, job.company, from, staging_);
   }
 
   MoveReport Run() {

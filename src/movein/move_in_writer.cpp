@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "collections/ledger_loan.h"
+#include "collections/receipt_number.h"
 #include "core/audit.h"
 #include "core/sequences.h"
 #include "core/values.h"
@@ -52,11 +53,12 @@ void RowInserter::Insert(const Texts& texts) {
   main_.Execute(fmt::format("INSERT INTO {} ({}) VALUES ({})", table_, names, values));
 }
 
-MoveWriter::MoveWriter(Session& session, std::string company, MovedFrom from)
+MoveWriter::MoveWriter(Session& session, std::string company, MovedFrom from, Staging& staging)
     : session_(session),
       main_(session.Main()),
       company_(std::move(company)),
       from_(std::move(from)),
+      staging_(staging),
       customers_(main_, "CustMast"),
       loans_(main_, "LoanMast"),
       now_(SqlDateTime(ServerTime(main_))) {}
@@ -176,12 +178,22 @@ void MoveWriter::ChargeLateInterest(const Payment& payment) {
       QuoteStr(payment.CompCode), day, amount, amount, QuoteStr(session_.CurrentUserID), now_));
 }
 
+// None that a later line of the files brings along.
+std::string MoveWriter::DrawReceipt(const Payment& payment) {
+  std::string number;
+  do {
+    number = NextReceiptNo(session_, payment.CompCode, payment.PayDate);
+  } while (staging_.HasReceipt(number));
+  return number;
+}
+
 void MoveWriter::StorePayments(LoanPlan& loan, const std::string& cust_id) {
   for (PaymentPlan& plan : loan.payments) {
     Payment& payment = plan.payment;
     payment.LoanID = loan.loan_id;
     payment.CustID = cust_id;
     if (payment.IntAmt > Money()) ChargeLateInterest(payment);
+    if (payment.ReceiptNo.empty()) payment.ReceiptNo = DrawReceipt(payment);
     CreatePayment(session_, payment);
     Remember(MoveKind::payments, plan.key, payment.PayID, from_.payments, plan.line, loan.again);
   }

@@ -32,7 +32,7 @@ struct MovedFrom {
 
 class MoveWriter {
  public:
-  MoveWriter(Session& session, std::string company, MovedFrom from);
+  MoveWriter(Session& session, std::string company, MovedFrom from, Staging& staging);
 
   // One transaction. Throws SqlError and std::runtime_error; then nothing of it is stored. False:
   // another desktop has taken one of its records, or changed its loan, meanwhile.
@@ -44,6 +44,7 @@ class MoveWriter {
   void Release(const LoanPlan& loan, const std::string& cust_id, const std::string& payee);
   bool StillAsPlanned(const LoanPlan& loan);
   void StorePayments(LoanPlan& loan, const std::string& cust_id);
+  std::string DrawReceipt(const Payment& payment);
   void ChargeLateInterest(const Payment& payment);
   void Remember(MoveKind kind, const std::string& key, const std::string& id,
                 const std::string& file, int line, bool again);
@@ -52,6 +53,7 @@ class MoveWriter {
   Connection& main_;
   std::string company_;
   MovedFrom from_;
+  Staging& staging_;
   RowInserter customers_;
   RowInserter loans_;
   std::string now_;  // as a literal

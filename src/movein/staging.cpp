@@ -178,4 +178,11 @@ std::optional<int> Staging::EarlierIc(const StagedLine& line) {
   return CLng(row.Field(0).ToText());
 }
 
+bool Staging::HasReceipt(std::string_view number) {
+  return !lines_
+              ->Query(fmt::format("SELECT TOP 1 FileLine FROM {} WHERE OldKey={}",
+                                  TableName(MoveKind::payments), QuoteStr(number)))
+              .Eof();
+}
+
 }  // namespace kaunter

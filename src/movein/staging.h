@@ -49,6 +49,8 @@ class Staging {
   std::optional<StagedLine> Earlier(const StagedLine& line);
   // An earlier customer of the same identity number.
   std::optional<int> EarlierIc(const StagedLine& line);
+  // Whether a payment of the files names it, refused or not.
+  bool HasReceipt(std::string_view number);
 
  private:
   std::vector<StagedLine> Read(MoveKind kind, const std::string& where, const std::string& order,

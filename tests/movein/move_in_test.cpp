@@ -364,6 +364,27 @@ TEST(MoveIn, APaymentAtTheCounterMeanwhileStopsThoseOfTheLoan) {
   EXPECT_EQ(MoveIn(office.session, job, true, AlwaysOn).Of(MoveKind::payments).refused, 1);
 }
 
+// Numbers of the office's own form, beside lines without one: what is drawn is none of theirs.
+TEST(MoveIn, ADrawnReceiptIsNoneThatALaterLineBringsAlong) {
+  NewOffice office;
+  MoveInJob job;
+  job.company = "HQ";
+  job.sources[0] = SourceOf(office, MoveKind::customers,
+                            "Code,Name,NRIC,Race\nA1,Ali,800101-10-5001,CHINESE\n"
+                            "A2,Abu,810101-10-5001,CHINESE\n");
+  job.sources[1] = SourceOf(office, MoveKind::loans,
+                            "Loan No,Code,Loan Date,Amount,Rate,Term\n"
+                            "L1,A1,01/01/2023,1200,12,12\nL2,A2,01/01/2023,1200,12,12\n");
+  job.sources[2] = SourceOf(office, MoveKind::payments,
+                            "Loan No,Receipt,Date,Amount\n"
+                            "L1,,05/02/2023,10\nL1,202302-0001,06/02/2023,11\n"
+                            "L2,202302-0002,07/02/2023,12\nL2,,08/02/2023,13\n");
+  EXPECT_EQ(MoveIn(office.session, job, false, AlwaysOn).Of(MoveKind::payments).good, 4);
+  EXPECT_EQ(MoveIn(office.session, job, true, AlwaysOn).Of(MoveKind::payments).good, 4);
+  EXPECT_EQ(office.Lines("SELECT PayAmt,ReceiptNo FROM PaymentMast ORDER BY PayAmt"),
+            "10 202302-0003 \n11 202302-0001 \n12 202302-0002 \n13 202302-0004 \n");
+}
+
 TEST(MoveIn, DISABLED_Growth) {
   for (const int loans : {2000, 20000}) {
     NewOffice office;
