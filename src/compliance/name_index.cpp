@@ -21,6 +21,14 @@ std::size_t CountStrong(const NameForm& form) {
       std::ranges::count_if(form.words, [](const NameWord& word) { return !word.weak; }));
 }
 
+// Weak words alone tell somebody apart when there are two of them: Ahmad bin Muhammad.
+bool TellsApart(const NameForm& form) {
+  constexpr std::size_t kWeakAlone = 2;
+  return CountStrong(form) > 0 || std::ranges::count_if(form.words, [](const NameWord& word) {
+                                    return word.key.size() > 1;
+                                  }) >= static_cast<std::ptrdiff_t>(kWeakAlone);
+}
+
 std::vector<std::string> Keys(const NameForm& form) {
   std::vector<std::string> keys;
   for (const NameWord& word : form.words) keys.push_back(word.key);
@@ -188,10 +196,10 @@ std::uint32_t NameIndex::NumberOf(const std::string& key) {
 }
 
 void NameIndex::Add(std::uint32_t entry, NameForm form) {
-  if (CountStrong(form) == 0) return;
+  if (!TellsApart(form)) return;
   const auto position = static_cast<std::uint32_t>(forms_.size());
   by_words_[Joined(Keys(form))].push_back(position);
-  by_letters_[SortedLetters(form)].push_back(position);
+  if (CountStrong(form) > 0) by_letters_[SortedLetters(form)].push_back(position);
   Form made{entry, std::move(form), {}, 0};
   for (const NameWord& word : made.form.words) {
     if (word.weak) continue;
@@ -236,7 +244,7 @@ std::vector<NameHit> NameIndex::Find(std::string_view name) const {
   std::vector<NameHit> hits;
   for (const NameForm& mine : FormsOf(name)) {
     const std::size_t count = CountStrong(mine);
-    if (count == 0) continue;
+    if (!TellsApart(mine)) continue;
     std::vector<std::pair<std::uint32_t, int>> found;
     const auto take = [&](const auto& index, const std::string& key, int rule, auto holds) {
       const auto same = index.find(key);
@@ -246,8 +254,10 @@ std::vector<NameHit> NameIndex::Find(std::string_view name) const {
       }
     };
     take(by_words_, Joined(Keys(mine)), kSameWords, [](const NameForm&) { return true; });
-    take(by_letters_, SortedLetters(mine), kTogetherOrApart,
-         [&mine](const NameForm& form) { return WrittenTogether(mine, form); });
+    if (count > 0) {
+      take(by_letters_, SortedLetters(mine), kTogetherOrApart,
+           [&mine](const NameForm& form) { return WrittenTogether(mine, form); });
+    }
     if (count >= kStrongBesideWeak) {
       take(by_strong_, StrongInOrder(mine), kWithoutWeak,
            [&mine](const NameForm& form) { return LeavesOut(mine, form); });

@@ -2,13 +2,12 @@
 //
 //   1. the same words, in any order, or
 //   2. the same letters in them, written together or apart, or
-//   3. the same words in the same order, but that one leaves out weak ones (Muhammad, Abdul, Nur,
-//   an
+//   3. the same words in the same order, but that one leaves out weak ones (Muhammad, Abdul, an
 //      initial ...), with two others at least, or
 //   4. all words of the one but weak ones, three at least, among those of the other.
 //
-// Titles, "bin", "a/l" and their like never count, nor does a form of weak words alone. Each find
-// tells its reason.
+// Titles, "bin", "a/l" and their like never count. A form of weak words alone is like one of the
+// same words, if they are two. Each find tells its reason.
 #pragma once
 
 #include <cstdint>

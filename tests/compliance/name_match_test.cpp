@@ -28,6 +28,10 @@ TEST(NameMatch, WhatIsSimilarAndWhy) {
       {"MUHAMMAD ALI BIN ABU", "SITI ALI BINTI ABU", ""},  // not left out: another one
       {"MUHAMMAD ALI BIN ABU", "ABU BIN ALI", ""},         // left out, and the father's name first
       {"MUHAMMAD", "MOHD", ""},
+      {"AHMED MOHAMMED", "Mohd bin Ahmad",
+       "same words in another order; MOHD = MOHAMMED, AHMAD = AHMED; not counted: BIN"},
+      {"WAN NIK", "WAN NIK CHE", ""},
+      {"A. B. MAT", "MAT A B", ""},
       {"ALI", "Mr. ALI", "same name; not counted: MR"},
       {"AHMAD BIN HASSAN", "ABDUL HASAN", ""},  // one word beside the weak ones
       {"HUSSEIN YUSOFF", "Dato' Seri Husin bin Hj. Yusuf",
@@ -111,7 +115,11 @@ bool Similar(const NameForm& a, const NameForm& b) {
   const auto others = Words(b, true);
   const auto strong = Words(a, false);
   const auto their_strong = Words(b, false);
-  if (strong.empty() || their_strong.empty()) return false;
+  if (strong.empty() || their_strong.empty()) {
+    return all == others && std::count_if(all.begin(), all.end(), [](const std::string& word) {
+                              return word.size() > 1;
+                            }) > 1;
+  }
   if (all == others || a.together == b.together) return true;
   const auto length = [](const std::vector<std::string>& words) {
     std::size_t sum = 0;
