@@ -4,6 +4,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <stdexcept>
 
@@ -438,6 +439,7 @@ bool LegacyCopy::Run(const LegacyGoOn& go_on) {
     if (!CopyTable(*table, go_on, {table->name, step++, steps})) return false;
   }
   if (!expenses_only_) {
+    AddCounters();
     if (!Release(go_on, {"DrawDownMast", step++, steps})) return false;
     if (!Rebuild(go_on, {"Rebuild Loan Record(s)", step, steps})) return false;
   }
@@ -487,6 +489,32 @@ bool LegacyCopy::CopyTable(const LegacyTable& table, const LegacyGoOn& go_on,
     transaction->Commit();
   }
   return goes_on;
+}
+
+// Without a counter a customer gets no further loan: where the file has none, it goes on behind the
+// loans that he has.
+void LegacyCopy::AddCounters() {
+  std::map<std::string, std::int32_t> next;
+  for (Recordset row = main_.Query(
+           "SELECT c.CustID,l.LoanID FROM CustMast as c LEFT OUTER JOIN LoanMast as l ON "
+           "l.CustID=c.CustID WHERE c.CompCode=" +
+           QuoteStr(company_) +
+           " AND NOT EXISTS (SELECT n.CustID FROM NumberMast as n WHERE n.CustID=c.CustID)");
+       !row.Eof(); row.MoveNext()) {
+    const std::string customer = NullToEmpty(row.Field(0));
+    const std::string loan = NullToEmpty(row.Field(1));
+    std::int32_t& number = next[customer];
+    if (!SameText(loan.substr(0, customer.size() + 1), customer + "-")) continue;
+    const std::string tail = loan.substr(customer.size() + 1);
+    if (IsNumeric(tail)) number = std::max(number, CLng(tail) + 1);
+  }
+  Transaction transaction(main_);
+  for (const auto& [customer, number] : next) {
+    main_.Execute(
+        fmt::format("INSERT INTO NumberMast (CustID,LoanNo,PaymentNo) VALUES ({},'{:03}','000')",
+                    QuoteStr(customer), number));
+  }
+  transaction.Commit();
 }
 
 // What was paid out of a loan, as one release on its day; a file that does not tell means all.

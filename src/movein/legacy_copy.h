@@ -72,6 +72,7 @@ class LegacyCopy {
   void NoteBelonging(const LegacyTable& table, const std::string& customer, const std::string& loan,
                      const std::function<void(Caption)>& note);
   bool CopyTable(const LegacyTable& table, const LegacyGoOn& go_on, LegacyProgress progress);
+  void AddCounters();
   bool Release(const LegacyGoOn& go_on, LegacyProgress progress);
   bool Rebuild(const LegacyGoOn& go_on, LegacyProgress progress);
   std::string InterestMethod();

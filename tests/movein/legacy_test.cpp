@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "collections/ledger_check.h"
+#include "core/sequences.h"
 #include "movein/access_db.h"
 #include "movein/file_trouble.h"
 #include "tests/core/office.h"
@@ -28,7 +29,7 @@ JetCell Sen(std::int64_t sen) { return JetCell::Money(sen * 100); }
 // Flat loans of 12 per cent over ten months, some of them paid in part.
 class OldEdition {
  public:
-  explicit OldEdition(int loans) {
+  explicit OldEdition(int loans, bool counters = true) : counters_(counters) {
     file.AddTable("Systemast", {{"Param"}, {"Value"}});
     file.AddRow("Systemast", {JetCell::Text("VER"), JetCell::Text("3")});
     file.AddTable("CompMast", {{"CompCode"}, {"CompDesc"}, {"Colour"}});
@@ -102,7 +103,7 @@ class OldEdition {
     const std::string customer = fmt::format("HQ{:05}", number);
     const std::string loan = customer + "-001";
     AddCustomer(customer, fmt::format("O'Hara {} 陈", number));
-    Counter(customer, "002");
+    if (counters_) Counter(customer, "002");
     Counter(loan, "001");
     const int amount = 1000 + 100 * (number % 20);  // ringgit
     const std::int64_t instalment = amount * 11;    // sen
@@ -126,6 +127,8 @@ class OldEdition {
                    JetCell::Text(fmt::format("R{:06}", payments))});
     }
   }
+
+  bool counters_;
 };
 
 struct TypingDesk : SilentDesk {
@@ -186,7 +189,7 @@ class Conversion : public ::testing::Test {
 };
 
 TEST_F(Conversion, ACompanyComesUnderItsNewCodeAndIsRebuilt) {
-  OldEdition old(40);
+  OldEdition old(40, /*counters=*/false);
   Save(old);
   Give("LK");
   screen->CmdDry.Click();
@@ -210,6 +213,8 @@ TEST_F(Conversion, ACompanyComesUnderItsNewCodeAndIsRebuilt) {
                          "CustID='HQ00005'"),
             "O'Hara 5 陈 1500 825 ACTIVE 1980-01-01 \n");
   EXPECT_EQ(office.Scalar("SELECT LoanNo FROM NumberMast WHERE CustID='LK'"), "0001");
+  // His next loan, though the file has no counter of his.
+  EXPECT_EQ(NextLoanNumber(office.session.Main(), "HQ00005"), "HQ00005-002");
   EXPECT_EQ(office.Lines("SELECT CompCode FROM UserMast ORDER BY UserID"), "LK \nHQ \n");
   EXPECT_EQ(office.Scalar("SELECT CustRaceDesc FROM CustRaceMast WHERE CustRaceID='MELAYU'"),
             "MELAYU");
