@@ -132,13 +132,24 @@ Submission::Outcome Submission::TakeReply(InvoiceLine& line, const SendingMark& 
   return outcome;
 }
 
+// Status, address and cancellation are those of the document that had the old uuid: of the new one
+// nothing is known yet, and it is to be asked for.
+bool Submission::ForgetReplaced(const InvoiceLine& line, const std::string& uuid) {
+  return session_.Main().Execute(
+             fmt::format("UPDATE EInvMast SET LHDNStatus='',LHDNQR='',Canceluuid='' WHERE "
+                         "eInvID={} AND uuid<>'' AND uuid<>{}",
+                         QuoteStr(line.id()), QuoteStr(uuid))) > 0;
+}
+
 void Submission::Record(InvoiceLine& line, const std::string& uuid) {
   if (line.mark.stamp.empty()) {
     if (const auto claimed = marks_.Claim(line.key(), line.mark)) line.mark = *claimed;
   }
+  bool replaces = false;
   try {
     SendingMark mark = line.mark;
     Transaction transaction(session_.Main());
+    if (mode_ == SendMode::submit && !line.uuid().empty()) replaces = ForgetReplaced(line, uuid);
     SaveEInvResult(session_, line.cells, uuid, mode_, line.ticked);
     marks_.Settle(line.key(), mark, SendingMark::State::recorded, uuid, "");
     transaction.Commit();
@@ -154,6 +165,10 @@ void Submission::Record(InvoiceLine& line, const std::string& uuid) {
     std::rethrow_exception(failure);
   }
   line.cells[kUuid] = uuid;
+  if (replaces) {
+    line.cells[kStatus].clear();
+    line.cancel_uuid.clear();
+  }
   if (mode_ != SendMode::cancel) return;
   line.cancel_uuid = uuid;
   WriteAudit(session_, "Cancel", "E-Invoice", line.cells[kCompCode], line.id(), {});

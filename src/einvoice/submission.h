@@ -47,6 +47,7 @@ class Submission {
   void Record(InvoiceLine& line, const std::string& uuid);
 
  private:
+  bool ForgetReplaced(const InvoiceLine& line, const std::string& uuid);
   std::string Ask(const InvoiceLine& line);
   Outcome TakeReply(InvoiceLine& line, const SendingMark& before, const std::string& reply);
 

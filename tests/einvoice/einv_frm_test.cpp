@@ -266,6 +266,12 @@ TEST(EInvFrm, EachDocumentGoesToItsAddressAndIsRecorded) {
   s.Send();
   EXPECT_EQ(office.service.Received().size(), before + 1);
   EXPECT_EQ(office.Uuid("A'1"), office.service.Received().back().uuid);
+  // The status was that of the one before.
+  EXPECT_EQ(s.Counts(), "Sent (1), Valid (4)");
+  EXPECT_EQ(office.Lines("SELECT LHDNStatus,LHDNQR FROM EInvMast WHERE eInvID='A''1'", "|"),
+            "||\n");
+  s.Poll();
+  s.Poll();
 
   // And cancelled.
   s.frm.CmdClear.Click();
