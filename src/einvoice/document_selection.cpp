@@ -140,7 +140,9 @@ void TakeMarks(Session& session, SendMode mode, std::vector<InvoiceLine>& lines)
     if (mark == marks.end()) continue;
     line.mark = mark->second;
     const bool unrecorded = line.mark.state == SendingMark::State::answered;
-    if (mode == SendMode::submit && unrecorded) line.cells[kUuid] = line.mark.uuid;
+    if (mode != SendMode::submit || !unrecorded || line.uuid() == line.mark.uuid) continue;
+    line.cells[kUuid] = line.mark.uuid;
+    line.cells[kStatus].clear();  // of the one that was recorded before
   }
 }
 

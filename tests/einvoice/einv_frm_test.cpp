@@ -483,6 +483,24 @@ TEST(EInvFrm, WhatWasAnsweredAndNotRecordedIsKeptAndRecordedLater) {
   s.Poll();
   EXPECT_EQ(office.Scalar("SELECT COUNT(*) FROM EInvMast WHERE LHDNStatus='Submitted'"), "3");
   EXPECT_EQ(s.Counts(), "Sent (3)");
+
+  // The same of one that was valid and is sent again: it is not taken for valid.
+  s.Poll();
+  s.frm.vsd.Tick(0, true);
+  s.frm.CmdPrint.SetEnabled(true);
+  s.desk.yes.push_back("were sent before");
+  office.session.Main().SetFaultHook([&](std::string_view sql) {
+    if (sql.starts_with("Update EInvMast set uuid")) throw SqlError(1105, "the disk is full");
+  });
+  s.Send();
+  office.session.Main().SetFaultHook({});
+  const std::string again = office.service.Received().back().uuid;
+  s.List();
+  EXPECT_EQ(s.Counts(), "Valid (2), Unknown (1)");
+  EXPECT_NE(office.Uuid("D0001"), again);
+  s.Poll();
+  EXPECT_EQ(office.Uuid("D0001"), again);
+  EXPECT_EQ(s.Counts(), "Sent (1), Valid (2)");
 }
 
 // What is longer than its column stops nothing behind it.
