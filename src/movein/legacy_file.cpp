@@ -90,7 +90,7 @@ bool DriverBears(const std::string& path) {
   close(ends[0]);
   int status = 0;
   if (child > 0) waitpid(child, &status, 0);
-  return child < 0 || (alive && WIFEXITED(status));
+  return child < 0 || (alive && WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }
 
 }  // namespace
