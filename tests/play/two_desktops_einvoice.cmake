@@ -1,4 +1,4 @@
-# Two desktops submit the same 100 documents at the same time, on one embedded database or the PostgreSQL database NAME;
+# Two desktops submit the same 200 documents at the same time, on one embedded database or the PostgreSQL database NAME;
 # before that a desktop is killed again and again in the midst of them. The stand-in of the service (script/with-einvoice)
 # has taken each document once; what it answered is recorded, or the document's mark says that it is not known.
 include(${CMAKE_CURRENT_LIST_DIR}/desktops.cmake)
@@ -7,7 +7,8 @@ if(NAME)
   make_database(${NAME})
 endif()
 set(service $ENV{KAUNTER_EINVOICE})
-set(documents 100)
+# Enough that the killed ones leave work for both, however late one of the two begins.
+set(documents 200)
 
 set(columns "''2024-01-05'' AS TrxDate,''C1'' AS CustID,''Tan'' AS CustName,''HQ'' AS CompCode,'''' AS LoanID,'''' AS SchID")
 string(APPEND columns ",''Interest'' AS InvType,''06'' AS TaxType,''Interest'' AS InvDesc,10 AS InvAmt,1 AS Qty,''IG1'' AS tin")
