@@ -4,36 +4,18 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <string_view>
 #include <system_error>
+#include <utility>
+
+#include "platform/sql/text.h"
 
 namespace kaunter {
 namespace {
 
-constexpr std::size_t kChunk = 64 * 1024;
 constexpr std::size_t kLongest = 64 * 1024;  // units of a line
 constexpr char32_t kUnknown = 0xFFFD;
 // The second place of a letter that takes two.
 constexpr char32_t kFiller = 0;
-
-void AppendUtf8(char32_t code, std::string& text) {
-  const auto byte = [&text](char32_t value) { text += static_cast<char>(value); };
-  if (code < 0x80) {
-    byte(code);
-  } else if (code < 0x800) {
-    byte(0xC0 | (code >> 6));
-    byte(0x80 | (code & 0x3F));
-  } else if (code < 0x10000) {
-    byte(0xE0 | (code >> 12));
-    byte(0x80 | ((code >> 6) & 0x3F));
-    byte(0x80 | (code & 0x3F));
-  } else {
-    byte(0xF0 | (code >> 18));
-    byte(0x80 | ((code >> 12) & 0x3F));
-    byte(0x80 | ((code >> 6) & 0x3F));
-    byte(0x80 | (code & 0x3F));
-  }
-}
 
 bool IsBlank(char32_t c) { return c == U' ' || c == U'\t' || c == 0xA0 || c == 0x3000; }
 
@@ -48,26 +30,6 @@ BankText FromUtf16(const std::vector<int>& units) {
     } else {
       text += unit >= 0xD800 && unit < 0xE000 ? kUnknown : unit;
     }
-  }
-  return text;
-}
-
-BankText FromUtf8(const std::vector<int>& bytes) {
-  BankText text;
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    const auto lead = static_cast<char32_t>(bytes[i]);
-    const std::size_t more = lead < 0xC2   ? 0
-                             : lead < 0xE0 ? 1
-                             : lead < 0xF0 ? 2
-                             : lead < 0xF5 ? 3
-                                           : 0;
-    char32_t code = more == 0 ? lead : lead & (0x3Fu >> more);
-    std::size_t read = 0;
-    while (read < more && i + 1 < bytes.size() && (bytes[i + 1] & 0xC0) == 0x80) {
-      code = (code << 6) | (static_cast<char32_t>(bytes[++i]) & 0x3F);
-      ++read;
-    }
-    text += (more == 0 && lead >= 0x80) || read < more ? kUnknown : code;
   }
   return text;
 }
@@ -94,8 +56,7 @@ BankText FromGbk(const std::vector<int>& bytes) {
 
 }  // namespace
 
-BankLines::BankLines(const std::string& path, BankLayout::Encoding encoding)
-    : encoding_(encoding), chunk_(kChunk) {
+BankLines::BankLines(const std::string& path, BankLayout::Encoding encoding) : encoding_(encoding) {
   std::error_code error;
   if (std::filesystem::is_directory(path, error)) RefuseFile(path, "it is a folder");
   size_ = std::filesystem::file_size(path, error);
@@ -120,6 +81,7 @@ BankLines::BankLines(const std::string& path, BankLayout::Encoding encoding)
   }
   file_.seekg(static_cast<std::streamoff>(mark_.size()));
   done_ = mark_.size();
+  next_ = Read();
 }
 
 int BankLines::percent() const {
@@ -127,26 +89,26 @@ int BankLines::percent() const {
 }
 
 int BankLines::Byte() {
-  if (at_ == in_chunk_) {
-    file_.read(chunk_.data(), static_cast<std::streamsize>(chunk_.size()));
-    in_chunk_ = static_cast<std::size_t>(file_.gcount());
-    at_ = 0;
-    if (file_.bad()) throw BankFileRefused({"The file cannot be read to its end", "文件无法读完"});
-    if (in_chunk_ == 0) return kEnd;
-  }
+  const int byte = file_.get();
+  if (file_.bad()) throw BankFileRefused({"The file cannot be read to its end", "文件无法读完"});
+  if (byte == std::ifstream::traits_type::eof()) return kEnd;
   ++done_;
-  return static_cast<unsigned char>(chunk_[at_++]);
+  next_bytes_ += static_cast<char>(byte);
+  return byte;
+}
+
+int BankLines::Read() {
+  next_bytes_.clear();
+  const int first = Byte();
+  if (first == kEnd || unit_bytes_ == 1) return first;
+  const int second = Byte();
+  if (second == kEnd) return kEnd;
+  return high_first_ ? first * 256 + second : second * 256 + first;
 }
 
 int BankLines::Unit() {
-  const int first = Byte();
-  if (first == kEnd) return kEnd;
-  raw_ += static_cast<char>(first);
-  if (unit_bytes_ == 1) return first;
-  const int second = Byte();
-  if (second == kEnd) return kEnd;
-  raw_ += static_cast<char>(second);
-  return high_first_ ? first * 256 + second : second * 256 + first;
+  raw_ += next_bytes_;
+  return std::exchange(next_, Read());
 }
 
 bool BankLines::Next() {
@@ -169,37 +131,16 @@ bool BankLines::Next() {
     }
     units.push_back(unit);
   }
-  if (unit == '\r' && Peek() == '\n') Unit();
+  if (unit == '\r' && next_ == '\n') Unit();
   Decode(units);
   return true;
-}
-
-int BankLines::Peek() {
-  const std::string kept = raw_;
-  const std::uintmax_t done = done_;
-  // Never past the chunk that is held: what is left of it is moved to its front and it is filled
-  // up.
-  if (in_chunk_ - at_ < 2) {
-    std::copy(chunk_.begin() + static_cast<std::ptrdiff_t>(at_),
-              chunk_.begin() + static_cast<std::ptrdiff_t>(in_chunk_), chunk_.begin());
-    in_chunk_ -= at_;
-    at_ = 0;
-    file_.read(chunk_.data() + in_chunk_, static_cast<std::streamsize>(chunk_.size() - in_chunk_));
-    in_chunk_ += static_cast<std::size_t>(file_.gcount());
-  }
-  const std::size_t at = at_;
-  const int unit = Unit();
-  at_ = at;
-  raw_ = kept;
-  done_ = done;
-  return unit;
 }
 
 void BankLines::Decode(const std::vector<int>& units) {
   if (unit_bytes_ == 2) {
     text_ = FromUtf16(units);
   } else if (encoding_ == BankLayout::Encoding::utf8) {
-    text_ = FromUtf8(units);
+    text_ = sql::Decode(std::string(units.begin(), units.end()));
   } else if (encoding_ == BankLayout::Encoding::gbk) {
     text_ = FromGbk(units);
   } else {
@@ -214,7 +155,7 @@ std::string PlainBankText(const BankText& text) {
   while (end > begin && IsBlank(text[end - 1])) --end;
   std::string plain;
   for (std::size_t i = begin; i < end; ++i) {
-    if (text[i] != kFiller) AppendUtf8(text[i], plain);
+    if (text[i] != kFiller) sql::AppendUtf8(&plain, text[i]);
   }
   return plain;
 }

@@ -39,9 +39,9 @@ class BankLines {
 
  private:
   static constexpr int kEnd = -1;
-  int Byte();  // kEnd behind the last
-  int Unit();  // a byte, or the two of UTF-16; goes to raw_
-  int Peek();  // the unit that comes next
+  int Byte();  // kEnd behind the last; goes to next_bytes_
+  int Read();  // a byte, or the two of UTF-16
+  int Unit();  // next_, which goes to raw_ and is read anew
   void Decode(const std::vector<int>& units);
 
   std::ifstream file_;
@@ -49,9 +49,8 @@ class BankLines {
   int unit_bytes_ = 1;
   bool high_first_ = false;
   std::string mark_;
-  std::vector<char> chunk_;
-  std::size_t in_chunk_ = 0;
-  std::size_t at_ = 0;
+  int next_ = kEnd;  // the unit that comes next, and its bytes
+  std::string next_bytes_;
   std::uintmax_t size_ = 0;
   std::uintmax_t done_ = 0;
   int number_ = 0;
