@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "core/values.h"
+#include "screen/text.h"
 
 namespace kaunter {
 namespace {
@@ -26,12 +27,7 @@ TakenLine LineIn(const Recordset& row) {
 // A message may be longer than its column.
 std::string Fitting(const std::string& text) {
   constexpr std::size_t kColumn = 1000;
-  std::string cut = text.substr(0, kColumn);
-  while (!cut.empty() && cut.size() < text.size() &&
-         (static_cast<unsigned char>(text[cut.size()]) & 0xC0) == 0x80) {
-    cut.pop_back();
-  }
-  return QuoteStr(cut);
+  return QuoteStr(FirstCharacters(text, kColumn));
 }
 
 }  // namespace

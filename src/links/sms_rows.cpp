@@ -192,15 +192,9 @@ std::vector<SmsRow> Listed(Connection& main, const SmsChoice& choice) {
   if (sql::Decode(text).find(kNoLetter) != std::u32string::npos) {
     throw std::runtime_error(choice.TextFileName + " is not a text in UTF-8");
   }
-  SmsRow company;
-  company.CompCode = choice.CompCode;
-  const auto read = [&](const char* column) {
-    return ScalarQuery(main, fmt::format("SELECT {} FROM CompMast WHERE CompCode={}", column,
-                                         QuoteStr(choice.CompCode)));
-  };
-  company.Area = read("AreaCode");
-  company.Tel = read("Tel1");
-  company.CompHP = read("HP1");
+  const Recordset company =
+      main.Query("SELECT CompCode,AreaCode,Tel1,HP1 FROM CompMast WHERE CompCode=" +
+                 QuoteStr(choice.CompCode));
   std::vector<SmsRow> rows;
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
@@ -210,10 +204,7 @@ std::vector<SmsRow> Listed(Connection& main, const SmsChoice& choice) {
     const std::string name =
         mark == std::string::npos ? "" : Trim(std::string_view(line).substr(mark + 1));
     SmsRow row = Person("", name, Trim(std::string_view(line).substr(0, mark)));
-    row.CompCode = company.CompCode;
-    row.Area = company.Area;
-    row.Tel = company.Tel;
-    row.CompHP = company.CompHP;
+    if (!company.Eof()) TakeCompany(row, company);
     rows.push_back(std::move(row));
   }
   return rows;
