@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <filesystem>
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -257,8 +256,8 @@ void NPLExportfrm::GetTemplate() {
   try {
     const Hourglass busy(desk());
     const std::string key = ScalarQuery(main(), "SELECT Value FROM Systemast WHERE PARAM='IDEAL'");
-    row = OpenCentralDatabase(session())->Query("SELECT * FROM DataExport WHERE SID=" +
-                                                QuoteStr(key));
+    row = ReadCentralDatabase(session(), {"SELECT * FROM DataExport WHERE SID=" + QuoteStr(key)})
+              .front();
     if (row.Eof()) throw RowNotFound(key);
   } catch (const std::exception& failure) {
     LogRollback(session(), "IDEAL Upload", failure);

@@ -4,10 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
-#include <memory>
-#include <mutex>
 #include <stdexcept>
-#include <utility>
 
 #include "core/central_database.h"
 #include "core/session.h"
@@ -37,12 +34,6 @@ std::vector<WatchEntry> EntriesOf(Recordset rows) {
   for (; !rows.Eof(); rows.MoveNext()) entries.push_back(EntryOf(rows));
   return entries;
 }
-
-// Shared with the thread that reads the central list.
-struct Fetched {
-  std::mutex mutex;
-  std::vector<WatchEntry> entries;
-};
 
 // What no desktop reads any more: copies older than the one before that in use, and those that
 // nobody has finished for a day.
@@ -123,22 +114,19 @@ void SetUsesCopy(Connection& main, bool on) {
 }
 
 std::vector<WatchEntry> FetchWatchList(const Session& session) {
-  const auto fetched = std::make_shared<Fetched>();
-  AskCentralDatabase(session, kLongestFetch, [fetched](Connection& central) {
-    auto entries = EntriesOf(
-        central.Query("SELECT RefNo,Name,NRIC,PassportNo,OtherInformation FROM AMLAMast"));
-    // A row twice would have to be decided twice.
-    std::ranges::sort(entries);
-    entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
-    const std::lock_guard lock(fetched->mutex);
-    fetched->entries = std::move(entries);
-  });
-  const std::lock_guard lock(fetched->mutex);
-  if (fetched->entries.empty()) {
+  auto entries =
+      EntriesOf(ReadCentralDatabase(
+                    session, {"SELECT RefNo,Name,NRIC,PassportNo,OtherInformation FROM AMLAMast"},
+                    kLongestFetch)
+                    .front());
+  // A row twice would have to be decided twice.
+  std::ranges::sort(entries);
+  entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
+  if (entries.empty()) {
     throw std::runtime_error(session.In({"The central list has no entry; the copy stays as it was",
                                          "中央名单没有任何资料；副本保持不变"}));
   }
-  return std::move(fetched->entries);
+  return entries;
 }
 
 bool StoreCopy(Session& session, const std::vector<WatchEntry>& entries,

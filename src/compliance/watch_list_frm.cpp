@@ -70,7 +70,7 @@ void WatchListFrm::Load() {
 
 bool WatchListFrm::RequestClose() { return MayDiscard(!Remark.empty()); }
 
-void WatchListFrm::Unload() { DropStagedRows(main(), ThisHost().name, kHitsFile); }
+void WatchListFrm::Unload() { DropStagedRows(main(), ThisHostName(), kHitsFile); }
 
 // --- the copy
 
@@ -399,9 +399,9 @@ void WatchListFrm::Print() {
   std::vector<WatchHit> listed;
   listed.reserve(shown_.size());
   for (const std::size_t at : shown_) listed.push_back(hits_[at]);
-  StageHits(session(), ThisHost().name, listed);
+  StageHits(session(), ThisHostName(), listed);
   ReportJob job = SessionReport(session(), std::string(kHitsFile));
-  job.SelectionFormula = StagedFormula(ThisHost().name, kHitsFile);
+  job.SelectionFormula = StagedFormula(ThisHostName(), kHitsFile);
   job.ParameterFields[0] = fmt::format("Copy;{};True", ShowDateTime(copy_->CopyDate));
   job.ParameterFields[1] = fmt::format("Customers;{};True", customers_);
   job.ParameterFields[2] = fmt::format("Shown;{};True", Show.text());

@@ -1,10 +1,9 @@
 #include "core/central_database.h"
 
+#include <memory>
 #include <mutex>
-#include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "core/session.h"
 #include "platform/sql/within.h"
@@ -47,12 +46,6 @@ bool HasCentralDatabase(const Session& session) {
   return session.data_sources.Find(kSource).has_value();
 }
 
-std::unique_ptr<Connection> OpenCentralDatabase(const Session& session) {
-  auto central = OpenConnection(kSource, kConnection, session.data_sources, session.clock);
-  if (session.trace) central->SetTrace(session.trace);
-  return central;
-}
-
 void AskCentralDatabase(const Session& session, std::chrono::milliseconds limit,
                         std::function<void(Connection& central)> work) {
   const auto line = std::make_shared<Line>();
@@ -67,6 +60,17 @@ void AskCentralDatabase(const Session& session, std::chrono::milliseconds limit,
     });
     work(*central);
   });
+}
+
+std::vector<Recordset> ReadCentralDatabase(const Session& session,
+                                           std::vector<std::string> statements,
+                                           std::chrono::milliseconds limit) {
+  // Nobody looks at it before the work has ended.
+  const auto read = std::make_shared<std::vector<Recordset>>();
+  AskCentralDatabase(session, limit, [read, asked = std::move(statements)](Connection& central) {
+    for (const std::string& statement : asked) read->push_back(central.Query(statement));
+  });
+  return std::move(*read);
 }
 
 }  // namespace kaunter

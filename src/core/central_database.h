@@ -6,7 +6,8 @@
 
 #include <chrono>
 #include <functional>
-#include <memory>
+#include <string>
+#include <vector>
 
 #include "platform/sql/connection.h"
 
@@ -16,11 +17,14 @@ class Session;
 
 // This PC names a central database.
 bool HasCentralDatabase(const Session& session);
-// Throws SqlError when it is away.
-std::unique_ptr<Connection> OpenCentralDatabase(const Session& session);
 // Opens it for `work` and closes it, all on another thread, and waits no longer than the limit for
 // the whole (platform/sql/within.h): the work must own all that it touches. Throws SqlError.
 void AskCentralDatabase(const Session& session, std::chrono::milliseconds limit,
                         std::function<void(Connection& central)> work);
+// The rows of each statement, on the same road.
+inline constexpr std::chrono::seconds kCentralTime(15);
+std::vector<Recordset> ReadCentralDatabase(const Session& session,
+                                           std::vector<std::string> statements,
+                                           std::chrono::milliseconds limit = kCentralTime);
 
 }  // namespace kaunter

@@ -4,6 +4,7 @@
 
 #include <exception>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/central_database.h"
@@ -55,31 +56,26 @@ std::vector<Copied> Copies() {
   return copies;
 }
 
-struct Rows {
-  Copied copy;
-  Recordset central;
-};
-
-void Replace(Connection& main, Rows& rows) {
-  main.Execute(rows.copy.delete_local);
-  for (; !rows.central.Eof(); rows.central.MoveNext()) {
-    main.Execute(fmt::format("INSERT INTO {} ({},{}) VALUES ({},{})", rows.copy.table,
-                             rows.copy.code, rows.copy.name,
-                             QuoteStr(rows.central.Field(rows.copy.code).ToText()),
-                             QuoteStr(rows.central.Field(rows.copy.name).ToText())));
+void Replace(Connection& main, const Copied& copy, Recordset& central) {
+  main.Execute(copy.delete_local);
+  for (; !central.Eof(); central.MoveNext()) {
+    main.Execute(fmt::format("INSERT INTO {} ({},{}) VALUES ({},{})", copy.table, copy.code,
+                             copy.name, QuoteStr(central.Field(copy.code).ToText()),
+                             QuoteStr(central.Field(copy.name).ToText())));
   }
 }
 
 void Transfer(Session& session, const EInvoiceTables& tables) {
   Connection& main = session.Main();
-  const auto central = OpenCentralDatabase(session);
-  std::vector<Rows> read;
-  for (const Copied& copy : Copies()) {
-    if (!(tables.*copy.wanted) || !TableExists(main, copy.table)) continue;
-    read.push_back({copy, central->Query(copy.select_central)});
-  }
+  std::vector<Copied> copies = Copies();
+  std::erase_if(copies, [&](const Copied& copy) {
+    return !(tables.*copy.wanted) || !TableExists(main, copy.table);
+  });
+  std::vector<std::string> statements;
+  for (const Copied& copy : copies) statements.push_back(copy.select_central);
+  std::vector<Recordset> central = ReadCentralDatabase(session, std::move(statements));
   Transaction transaction(main);
-  for (Rows& rows : read) Replace(main, rows);
+  for (std::size_t i = 0; i < copies.size(); ++i) Replace(main, copies[i], central[i]);
   if (tables.whole()) main.Execute("DELETE FROM Systemast WHERE Param='EInvCodesDue'");
   transaction.Commit();
 }

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "core/audit.h"
+#include "core/central_database.h"
 #include "core/company_access.h"
 #include "core/einvoice_codes.h"
 #include "core/log.h"
@@ -325,7 +326,7 @@ void MainFrm::RunOwn(const MenuEntry& entry) {
     if (!Confirm({"Confirm to Update eInvoicing Setting ?", "确定更新电子发票设定？"})) return;
     if (RefreshEInvoiceCodeTables(session(), desk(), {})) {
       Tell(MessageKind::information, {"eInvoicing Setting updated", "电子发票设定已更新"});
-    } else if (!session().data_sources.Find("AMLA")) {
+    } else if (!HasCentralDatabase(session())) {
       const bool filled = FillEmptyCodeTables(session().Main());
       Tell(MessageKind::information,
            {fmt::format("No central data source is set up on this PC, so {}. Its name in the local "

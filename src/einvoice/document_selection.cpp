@@ -51,7 +51,8 @@ constexpr std::array<std::pair<int, std::string_view>, 24> kFields = {{{kID, "eI
 std::string KeptStatement(Session& session, const std::string& sid) {
   const std::string sql = "SELECT SQLStatement FROM DataExport WHERE SID=" + QuoteStr(sid);
   if (!HasCentralDatabase(session)) return ScalarQuery(session.Main(), sql);
-  return ScalarQuery(*OpenCentralDatabase(session), sql);
+  const Recordset kept = ReadCentralDatabase(session, {sql}).front();
+  return kept.Eof() ? std::string() : NullToEmpty(kept.Field(0));
 }
 
 std::string FilledStatement(Session& session, const DocumentChoice& choice) {
