@@ -113,17 +113,8 @@ void CheckList::Check(std::vector<InvoiceLine>& lines, SendMode mode,
 }
 
 std::string CheckList::OfCompany(const std::string& comp_code) const {
-  const Recordset row =
-      session_.Main().Query("SELECT * FROM ECustMast WHERE CustID=" + QuoteStr(comp_code));
-  if (row.Eof()) return {};
-  const auto field = [&row](std::string_view name) { return NullToEmpty(row.Field(name)); };
   Faults faults(session_);
-  check_.Party({field("TIN"), field("CustTypeID"), field("CustType"), field("CustName"),
-                field("Phone"), field("Email"), AddressLine(field("Address")), field("Postcode"),
-                field("City"), field("State"), field("Country")},
-               faults.Hears());
-  DocumentCheck::Code(Header("business code", "行业代码"), field("MISCCode"), check_.business(),
-                      faults.Hears());
+  check_.Company(session_.Main(), comp_code, faults.Hears());
   return faults.text();
 }
 

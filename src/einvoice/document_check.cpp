@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "core/values.h"
+#include "einvoice/invoice_service.h"
 
 namespace kaunter {
 namespace {
@@ -79,6 +80,17 @@ void DocumentCheck::Party(const DocumentParty& party, const Tell& tell) const {
   Text({"city", "城市"}, party.city, true, tell);
   Code({"state", "州"}, party.state, states_, tell);
   Code({"country", "国家"}, party.country, countries_, tell);
+}
+
+void DocumentCheck::Company(Connection& main, std::string_view comp_code, const Tell& tell) const {
+  const Recordset row = main.Query("SELECT * FROM ECustMast WHERE CustID=" + QuoteStr(comp_code));
+  if (row.Eof()) return;
+  const auto text = [&row](const char* column) { return NullToEmpty(row.Field(column)); };
+  Party({text("TIN"), text("CustTypeID"), text("CustType"), text("CustName"), text("Phone"),
+         text("Email"), AddressLine(text("Address")), text("Postcode"), text("City"), text("State"),
+         text("Country")},
+        tell);
+  Code({"business code", "行业代码"}, text("MISCCode"), business_, tell);
 }
 
 }  // namespace kaunter

@@ -34,6 +34,8 @@ class DocumentCheck {
   static void Code(const Caption& field, std::string_view code, const Codes& codes,
                    const Tell& tell);
   void Party(const DocumentParty& party, const Tell& tell) const;
+  // The tax identity that a company goes out with; that it has none is told when it is chosen.
+  void Company(Connection& main, std::string_view comp_code, const Tell& tell) const;
 
   const Codes& taxes() const { return taxes_; }
   const Codes& classes() const { return classes_; }

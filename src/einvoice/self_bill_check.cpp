@@ -36,25 +36,6 @@ void CheckItem(const DocumentCheck& check, const SelfBillItem& item, std::size_t
   }
 }
 
-// Of its tax identity; that it has none is told when it is chosen.
-void CheckCompany(Connection& main, const DocumentCheck& check, const std::string& comp_code,
-                  const DocumentCheck::Tell& tell) {
-  const Recordset row = main.Query("SELECT * FROM ECustMast WHERE CustID=" + QuoteStr(comp_code));
-  if (row.Eof()) return;
-  const auto text = [&row](const char* column) { return NullToEmpty(row.Field(column)); };
-  const DocumentCheck::Tell of_company = [&](const Caption& field, const Caption& what) {
-    tell({fmt::format("{}: {}", comp_code, field.english),
-          fmt::format("{}：{}", comp_code, field.chinese)},
-         what);
-  };
-  check.Party({text("TIN"), text("CustTypeID"), text("CustType"), text("CustName"), text("Phone"),
-               text("Email"), AddressLine(text("Address")), text("Postcode"), text("City"),
-               text("State"), text("Country")},
-              of_company);
-  DocumentCheck::Code({"business code", "行业代码"}, text("MISCCode"), check.business(),
-                      of_company);
-}
-
 }  // namespace
 
 std::vector<SelfBillRemark> CheckSelfBill(Connection& main, const DocumentCheck& check,
@@ -79,7 +60,11 @@ std::vector<SelfBillRemark> CheckSelfBill(Connection& main, const DocumentCheck&
   if (!bill.items.empty() && bill.SelfBillAmt <= Money()) {
     tell({"total amount", "总额"}, {"is not above 0", "不大于 0"});
   }
-  CheckCompany(main, check, comp_code, tell);
+  check.Company(main, comp_code, [&](const Caption& field, const Caption& what) {
+    tell({fmt::format("{}: {}", comp_code, field.english),
+          fmt::format("{}：{}", comp_code, field.chinese)},
+         what);
+  });
   return remarks;
 }
 
