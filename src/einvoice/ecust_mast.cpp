@@ -64,22 +64,8 @@ ECustMast::ECustMast(Session& session, Desk& desk)
   State.onKey = [this](std::string_view key) {
     if (key == "F2" && State.Editable()) PickState();
   };
-  const struct {
-    TextBox& box;
-    Label& name;
-    const TaxCodeTable& table;
-  } codes[] = {{MISCCode, MiscName, kTaxMiscCode}, {Country, CountryName, kTaxCountry}};
-  for (const auto& code : codes) {
-    const auto check = [this, &box = code.box, &name = code.name, &table = code.table] {
-      CheckTaxCode(this->session(), box, name, table);
-    };
-    code.box.onLeave = check;
-    OfferPicker(session, code.box, std::string(code.table.picker),
-                [&box = code.box, check](const std::string& id) {
-                  box.SetText(id);
-                  check();
-                });
-  }
+  OfferTaxCode(session, MISCCode, MiscName, kTaxMiscCode);
+  OfferTaxCode(session, Country, CountryName, kTaxCountry);
   Command1.onClick = [this] { GetTin(); };
   SaveCmd.onClick = [this] { Save(); };
 }

@@ -106,16 +106,9 @@ void SelfBillFrm::BindChecks() {
   SuppTel.onLeave = [this] { CheckPhone(session(), SuppTel); };
   SuppEmail.onLeave = [this] { CheckEmail(session(), SuppEmail); };
   SuppPostCode.onLeave = [this] { CheckPostCode(session(), SuppPostCode, SuppCountry.text()); };
-  const auto code = [this](TextBox& box, Label& name, const TaxCodeTable& table) {
-    box.onLeave = [this, &box, &name, &table] { CheckTaxCode(session(), box, name, table); };
-    OfferPicker(session(), box, std::string(table.picker), [&box](const std::string& chosen) {
-      box.SetText(chosen);
-      box.onLeave();
-    });
-  };
-  code(SuppMiscCode, MiscName, kTaxMiscCode);
-  code(SuppState, StateName, kTaxState);
-  code(SuppCountry, CountryName, kTaxCountry);
+  OfferTaxCode(session(), SuppMiscCode, MiscName, kTaxMiscCode);
+  OfferTaxCode(session(), SuppState, StateName, kTaxState);
+  OfferTaxCode(session(), SuppCountry, CountryName, kTaxCountry);
   CapTexts(session(), *this);
   // The list of what would be refused keeps up with what is typed.
   for (Control* control : controls()) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "core/picker.h"
 #include "core/session.h"
 #include "core/telling.h"
 #include "core/values.h"
@@ -93,6 +94,14 @@ bool CheckTaxCode(Session& session, Box& box, Label& name, const TaxCodeTable& o
 
 template bool CheckTaxCode(Session&, TextBox&, Label&, const TaxCodeTable&);
 template bool CheckTaxCode(Session&, ComboBox&, Label&, const TaxCodeTable&);
+
+void OfferTaxCode(Session& session, TextBox& box, Label& name, const TaxCodeTable& of) {
+  box.onLeave = [&session, &box, &name, &of] { CheckTaxCode(session, box, name, of); };
+  OfferPicker(session, box, std::string(of.picker), [&box](const std::string& chosen) {
+    box.SetText(chosen);
+    box.onLeave();
+  });
+}
 
 std::string TaxCodeName(Connection& main, const TaxCodeTable& of, std::string_view code) {
   const Recordset row = CodeRow(main, of, code);

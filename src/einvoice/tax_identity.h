@@ -38,6 +38,8 @@ bool CheckPostCode(Session& session, TextBox& box, std::string_view country);
 // Of any box with a text. Puts the code as the table writes it, and its name into the label.
 template <typename Box>
 bool CheckTaxCode(Session& session, Box& box, Label& name, const TaxCodeTable& of);
+// Checks the code as the box is left, and offers the table.
+void OfferTaxCode(Session& session, TextBox& box, Label& name, const TaxCodeTable& of);
 
 // "" where the table has no such code.
 std::string TaxCodeName(Connection& main, const TaxCodeTable& of, std::string_view code);
