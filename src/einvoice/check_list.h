@@ -1,5 +1,5 @@
 // What the service would refuse, told before anything is sent. It stops nobody: the office may know
-// better, and the service has the last word.
+// better, and the service has the last word. But a document of another company is not sent.
 #pragma once
 
 #include <string>

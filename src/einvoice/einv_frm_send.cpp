@@ -91,12 +91,18 @@ class EInvFrm::Run {
 
 std::vector<std::size_t> EInvFrm::TickedLines() {
   std::vector<std::size_t> ticked;
-  std::vector<std::string> done, unknown, under_way;
+  std::vector<std::string> done, unknown, under_way, foreign;
   const SendingMarks marks(session(), NameOf(mode()));
   const DateTime now = ServerTime(main());
   for (const std::size_t at : shown_) {
     InvoiceLine& line = lines_[at];
     if (!line.ticked) continue;
+    // It would go out in the name of the chosen company, or be cancelled in it.
+    const std::string& company = line.cells[kCompCode];
+    if (!company.empty() && !SameText(company, CompCode.text())) {
+      foreign.push_back(line.id());
+      continue;
+    }
     // Of what was not known when it was listed more may be known now.
     if (line.mark.Unknown()) line.mark = marks.ReadOne(line.key());
     if (line.mark.UnderWay(now)) {
@@ -109,6 +115,13 @@ std::vector<std::size_t> EInvFrm::TickedLines() {
     } else if (WasDone(line, mode())) {
       done.push_back(line.id());
     }
+  }
+  if (!foreign.empty()) {
+    Tell(MessageKind::warning,
+         {fmt::format("Documents of another company and left out: {}. Choose their company to "
+                      "send them.",
+                      Named(foreign)),
+          fmt::format("属于其他公司的单据，这次略过：{}。请选择该公司再发送。", Named(foreign))});
   }
   if (!under_way.empty()) {
     Tell(MessageKind::warning,

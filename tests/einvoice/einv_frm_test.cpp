@@ -725,6 +725,11 @@ TEST(EInvFrm, TheCheckListNamesWhatTheServiceWouldRefuse) {
     EXPECT_EQ(faults.empty(), *one.fault == '\0') << one.change << ": " << faults;
     EXPECT_TRUE(s.frm.CmdPrint.enabled());  // shown, and stops nobody
   }
+  // But the last one would go out in the wrong name.
+  Screen1 s(office);
+  s.List().frm.CmdPrint.Click();
+  EXPECT_NE(s.desk.messages.front().find("of another company and left out: D1"), std::string::npos);
+  for (const Asked& one : office.service.Received()) EXPECT_EQ(one.path, "/token");
 }
 
 }  // namespace
