@@ -13,6 +13,7 @@ namespace kaunter {
 namespace {
 
 using State = SendingMark::State;
+using Answer = SendingMark::Answer;
 
 const Caption kSendFailed{"an error occur during submission", "提交时发生错误"};
 const Caption kStatusFailed{"an error occur during Get Status", "查询状态时发生错误"};
@@ -53,6 +54,7 @@ void SelfBillFrm::TellFailed(const Caption& words, const std::exception& failure
 
 void SelfBillFrm::Submit() {
   ShowResult({});
+  std::string sent_before;
   try {
     // The mark before the uuid: another desktop that gets ahead in between is seen in one of them.
     SendingMark seen = marks_.ReadOne(LineOf(loaded_id_));
@@ -68,6 +70,8 @@ void SelfBillFrm::Submit() {
     std::string given = seen.state == State::answered ? seen.uuid : std::string();
     if (given.empty() && MaySend(seen, given)) {
       if (!Send(seen, given)) return;
+    } else {
+      sent_before = seen.sent_at;
     }
     if (given.empty()) return;
     if (!KeepUuid(seen, given)) return;
@@ -75,8 +79,15 @@ void SelfBillFrm::Submit() {
     TellFailed(kSendFailed, failure);
     return;
   }
-  Tell(MessageKind::information,
-       {"Record Saved and Submited Successfully", "记录已储存并成功提交"});
+  Caption told{"Record Saved and Submited Successfully", "记录已储存并成功提交"};
+  if (!sent_before.empty()) {
+    told.english += fmt::format(
+        "\nThe tax authority has it as it was sent on {}. What was changed since then is not "
+        "there.",
+        sent_before);
+    told.chinese += fmt::format("\n税局保留 {} 发送的内容，之后的更改不在其中。", sent_before);
+  }
+  Tell(MessageKind::information, told);
   LoadBill(loaded_id_);
 }
 
@@ -159,15 +170,14 @@ bool SelfBillFrm::Send(SendingMark& mark, std::string& given) {
     return false;
   }
   mark = *claimed;
-  // What was not known before is no better known by a second try that comes to nothing.
-  const auto settle = [&](State state, const std::string& why) {
-    marks_.Settle(line, mark, before.Unknown() ? State::sending : state, {}, why);
+  const auto settle = [&](Answer answer, const std::string& why) {
+    marks_.SettleWithout(line, mark, before, answer, why);
   };
   std::string reply;
   try {
     reply = Ask("POST", url, body);
   } catch (const HttpFailure& failure) {
-    settle(failure.maybe_taken() ? State::sending : State::free, failure.what());
+    settle(failure.maybe_taken() ? Answer::open : Answer::unsent, failure.what());
     TellFailed(kSendFailed, failure);
     return false;
   }
@@ -175,10 +185,9 @@ bool SelfBillFrm::Send(SendingMark& mark, std::string& given) {
   if (!given.empty()) Remember(mark, given);
   service_.LogReply(reply);
   if (!given.empty()) return true;
-  // Never without a word: that is the sign of a sender who still waits.
   const std::string shown =
       reply.empty() ? session().In({"an empty reply", "空的答复"}) : service_.WithoutSecrets(reply);
-  settle(IsRefusal(reply) ? State::refused : State::sending, shown);
+  settle(IsRefusal(reply) ? Answer::refused : Answer::open, shown);
   const std::string trouble = service_.has_token() ? "" : session().In(service_.token_trouble());
   ShowResult(trouble.empty() ? shown : fmt::format("{}\r\n{}", trouble, shown));
   Tell(MessageKind::critical,

@@ -55,6 +55,18 @@ std::string KeyIs(const SendingMarks::Line& line, std::string_view mode) {
                      StripCommaOrZero(line.second), QuoteStr(mode));
 }
 
+State After(const SendingMark& before, SendingMark::Answer answer) {
+  switch (answer) {
+    case SendingMark::Answer::open:
+      return State::sending;
+    case SendingMark::Answer::refused:
+      return before.Unknown() || before.state == State::recorded ? before.state : State::refused;
+    case SendingMark::Answer::unsent:
+      break;
+  }
+  return before.state == State::none ? State::free : before.state;
+}
+
 constexpr std::string_view kColumns =
     "SELECT eInvID,SeqNo,Stamp,State,UserID,PCName,SentAt,uuid,Reply FROM EInvSending WHERE ";
 
@@ -142,6 +154,13 @@ void SendingMarks::Settle(const Line& line, SendingMark& mark, State state, std:
   mark.state = state;
   mark.uuid = uuid;
   mark.reply = kept;
+}
+
+void SendingMarks::SettleWithout(const Line& line, SendingMark& mark, const SendingMark& before,
+                                 SendingMark::Answer answer, std::string_view why) const {
+  // Never without a word: that is the sign of a sender who still waits.
+  const bool keeps = answer == SendingMark::Answer::unsent && !before.reply.empty();
+  Settle(line, mark, After(before, answer), before.uuid, keeps ? before.reply : why);
 }
 
 }  // namespace kaunter

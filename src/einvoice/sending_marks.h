@@ -37,6 +37,13 @@ struct SendingMark {
   std::string uuid;     // what the service gave
   std::string reply;    // why it refused, or what went wrong
 
+  // What came instead of a uuid.
+  enum class Answer {
+    unsent,  // nothing has left, or it was not looked at
+    refused,
+    open,  // it may have been taken
+  };
+
   bool Unknown() const { return state == State::sending || state == State::answered; }
   // Its sender may still be waiting for the answer: nothing was noted of it, and it is not older
   // than a request may take.
@@ -59,6 +66,10 @@ class SendingMarks {
   // `mark` takes it over.
   void Settle(const Line& line, SendingMark& mark, SendingMark::State state, std::string_view uuid,
               std::string_view reply) const;
+  // Writes what a claim without a uuid has come to, `why` in words, of a document whose mark was
+  // `before`. What was not known before is no better known by a second try that comes to nothing.
+  void SettleWithout(const Line& line, SendingMark& mark, const SendingMark& before,
+                     SendingMark::Answer answer, std::string_view why) const;
 
  private:
   Session& session_;

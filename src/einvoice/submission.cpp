@@ -16,6 +16,7 @@
 namespace kaunter {
 
 using namespace einvoice_column;
+using Answer = SendingMark::Answer;
 
 void ServiceAddresses::Read(Session& session) {
   for (const char* key : {"GetEInvAPIInv", "GetEInvAPICN", "GetEInvAPIConsolidated",
@@ -83,13 +84,8 @@ Submission::Outcome Submission::Send(InvoiceLine& line) {
   } catch (const HttpFailure& failure) {
     line.cells[kMsg] = service_.WithoutSecrets(failure.what());
     try {
-      const bool open = failure.maybe_taken();
-      const bool fresh = before.state == SendingMark::State::none;
-      marks_.Settle(line.key(), line.mark,
-                    open    ? SendingMark::State::sending
-                    : fresh ? SendingMark::State::free
-                            : before.state,
-                    before.uuid, open ? line.cells[kMsg] : before.reply);
+      marks_.SettleWithout(line.key(), line.mark, before,
+                           failure.maybe_taken() ? Answer::open : Answer::unsent, line.cells[kMsg]);
     } catch (const SqlError&) {
       // The mark stays as it was set: the document counts as unknown, which is the safe side.
     }
@@ -99,8 +95,12 @@ Submission::Outcome Submission::Send(InvoiceLine& line) {
 
 Submission::Outcome Submission::TakeReply(InvoiceLine& line, const SendingMark& before,
                                           const std::string& reply) {
-  using State = SendingMark::State;
   line.cells[kMsg] = service_.WithoutSecrets(reply);
+  const auto settle = [&](Answer answer) {
+    marks_.SettleWithout(
+        line.key(), line.mark, before, answer,
+        reply.empty() ? session_.In({"an empty reply", "空的回复"}) : line.cells[kMsg]);
+  };
   const std::string uuid = UuidOf(reply);
   // A log that cannot be written must not cost the uuid.
   std::exception_ptr unlogged;
@@ -114,19 +114,13 @@ Submission::Outcome Submission::TakeReply(InvoiceLine& line, const SendingMark& 
     Record(line, uuid);
   } else if (service_.TokenRefused()) {
     outcome = Outcome::no_token;
-    marks_.Settle(line.key(), line.mark, before.state == State::none ? State::free : before.state,
-                  before.uuid, before.reply);
+    settle(Answer::unsent);
   } else if (IsRefusal(reply)) {
     outcome = Outcome::refused;
-    // What was not known before is no better known by a no to the second try.
-    const bool keeps = before.Unknown() || before.state == State::recorded;
-    marks_.Settle(line.key(), line.mark, keeps ? before.state : State::refused, before.uuid,
-                  line.cells[kMsg]);
+    settle(Answer::refused);
   } else {
     outcome = Outcome::open;
-    // Never without a word: that is the sign of a sender who still waits.
-    marks_.Settle(line.key(), line.mark, State::sending, before.uuid,
-                  reply.empty() ? session_.In({"an empty reply", "空的回复"}) : line.cells[kMsg]);
+    settle(Answer::open);
   }
   if (unlogged) std::rethrow_exception(unlogged);
   return outcome;

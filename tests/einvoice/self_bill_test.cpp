@@ -461,7 +461,8 @@ TEST(SelfBill, APersonTellsTheUuidOfWhatTheServiceHas) {
   EXPECT_THAT(tell("NOSUCH"), HasSubstr("The service knows no document NOSUCH"));
   EXPECT_THAT(tell(first), HasSubstr(first + " is the uuid of SB0001"));
   EXPECT_EQ(office.Scalar("SELECT uuid FROM SelfBillMast WHERE SID='SB0002'"), "");
-  EXPECT_THAT(tell(given), HasSubstr("Successfully"));
+  EXPECT_THAT(tell(given), HasSubstr("Successfully\nThe tax authority has it as it was sent on "
+                                     "31-01-2024 14:05:09."));
   EXPECT_EQ(office.Scalar("SELECT uuid FROM SelfBillMast WHERE SID='SB0002'"), given);
   EXPECT_EQ(office.Scalar("SELECT State FROM EInvSending WHERE eInvID='SB0002'"), "recorded");
   EXPECT_EQ(Submissions(office).count, before);

@@ -63,5 +63,17 @@ TEST(SendingMarks, AWordOfAnotherVersionIsNotTakenForUnsent) {
   EXPECT_TRUE(marks.ReadOne(kLine).Unknown());
 }
 
+// One whose sender died stays unknown when nothing of a second try leaves, and nobody is at it.
+TEST(SendingMarks, ATryThatComesToNothingIsNotUnderWay) {
+  Office office(Office::State::patched);
+  const SendingMarks marks(office.session, "Submit");
+  const auto died = marks.Claim(kLine, {});
+  auto mark = marks.Claim(kLine, *died);
+  EXPECT_TRUE(mark->UnderWay(office.session.clock.Now()));
+  marks.SettleWithout(kLine, *mark, *died, SendingMark::Answer::unsent, "no line");
+  EXPECT_TRUE(marks.ReadOne(kLine).Unknown());
+  EXPECT_FALSE(marks.ReadOne(kLine).UnderWay(office.session.clock.Now()));
+}
+
 }  // namespace
 }  // namespace kaunter
