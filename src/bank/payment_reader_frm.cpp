@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "bank/bank_file.h"
-#include "bank/reader_progress.h"
 #include "bank/reader_sources.h"
 #include "bank/taken_lines.h"
 #include "core/boxes.h"
@@ -16,6 +15,7 @@
 #include "core/telling.h"
 #include "core/values.h"
 #include "screen/hourglass.h"
+#include "screen/stop_bar.h"
 
 namespace kaunter {
 namespace {
@@ -24,7 +24,6 @@ namespace {
 constexpr int kLoan = 1;
 
 const Caption kReading{"Reading", "正在读取"};
-const Caption kStop{"Stop", "停止"};
 
 // The person has stopped the reading.
 class Stopped {};
@@ -103,9 +102,8 @@ void PaymentReaderfrm::ReadTextFile() {
   if (path.empty() || !Confirm({"Confirm to read bank text report ?", "确定读取银行文本报告？"})) {
     return;
   }
-  const bool shown =
-      Show({"an error occur during reading text file", "读取文本文件时出现错误"},
-           [&](ReaderProgress& progress) { return LinesOf(*layout, path, progress); });
+  const bool shown = Show({"an error occur during reading text file", "读取文本文件时出现错误"},
+                          [&](StopBar& progress) { return LinesOf(*layout, path, progress); });
   if (!shown) return;
   path_ = path;
   folder_ = std::filesystem::path(path).parent_path().string();
@@ -117,7 +115,7 @@ void PaymentReaderfrm::ReadTextFile() {
 }
 
 std::vector<ReaderRow> PaymentReaderfrm::LinesOf(const BankLayout& layout, const std::string& path,
-                                                 ReaderProgress& progress) {
+                                                 StopBar& progress) {
   const std::string name = std::filesystem::path(path).filename().string();
   if (BankLineRef(path, kMostReaderRows).size() > kLongestRefNo - 8) {
     throw BankFileRefused(
@@ -126,8 +124,7 @@ std::vector<ReaderRow> PaymentReaderfrm::LinesOf(const BankLayout& layout, const
   BankFile file(layout, path);
   std::vector<ReaderRow> rows;
   file.on_way = [&] {
-    progress.At(file.percent(), 100, session().In(kReading) + " " + name);
-    if (progress.Stopped()) throw Stopped();
+    if (!progress.GoOn(file.percent(), 100, session().In(kReading) + " " + name)) throw Stopped();
   };
   BankLine line;
   while (file.Next(line)) {
@@ -165,36 +162,33 @@ void PaymentReaderfrm::List(
   if (!RequireDate(session(), TrxDate, {"Date is required", "请输入日期"}) || !Confirm(question)) {
     return;
   }
-  const bool shown =
-      Show({"an error occur during reading payment record", "阅读付款资料时出现错误"},
-           [&](ReaderProgress&) {
-             auto rows = read(*DateTime::FromDisplay(TrxDate.text()));
-             if (rows.size() > static_cast<std::size_t>(kMostReaderRows)) {
-               RefuseMany("choose an earlier date", "请选较早的日期");
-             }
-             return rows;
-           });
+  const bool shown = Show(
+      {"an error occur during reading payment record", "阅读付款资料时出现错误"}, [&](StopBar&) {
+        auto rows = read(*DateTime::FromDisplay(TrxDate.text()));
+        if (rows.size() > static_cast<std::size_t>(kMostReaderRows)) {
+          RefuseMany("choose an earlier date", "请选较早的日期");
+        }
+        return rows;
+      });
   if (!shown) return;
   source_ = session().In(source) + " " + TrxDate.text();
   ShowTotal();
   Tell(MessageKind::information, {"Complete reading", "读取完毕"});
 }
 
-bool PaymentReaderfrm::Show(
-    const Caption& failed,
-    const std::function<std::vector<ReaderRow>(ReaderProgress& progress)>& read) {
+bool PaymentReaderfrm::Show(const Caption& failed,
+                            const std::function<std::vector<ReaderRow>(StopBar& progress)>& read) {
   Clear();
   try {
     const Hourglass busy(desk());
-    ReaderProgress progress(desk(), session().In(title()), session().In(kStop));
-    progress.At(0, 100, session().In(kReading));
+    StopBar progress(*this);
+    progress.GoOn(0, 100, session().In(kReading));
     std::vector<ReaderRow> rows = read(progress);
     ReaderPreview preview(session(), desk());
     std::vector<ReaderOutlook> outlooks;
     outlooks.reserve(rows.size());
     for (ReaderRow& row : rows) {
-      progress.At(static_cast<int>(outlooks.size()), static_cast<int>(rows.size()), row.RefNo);
-      if (progress.Stopped()) throw Stopped();
+      if (!progress.GoOn(outlooks.size(), rows.size(), row.RefNo)) throw Stopped();
       outlooks.push_back(preview.Look(row));
     }
     rows_ = std::move(rows);

@@ -16,7 +16,7 @@
 
 namespace kaunter {
 
-class ReaderProgress;
+class StopBar;
 
 class PaymentReaderfrm : public SessionScreen {
  public:
@@ -56,14 +56,14 @@ class PaymentReaderfrm : public SessionScreen {
   // --- reading
   void ReadTextFile();
   std::vector<ReaderRow> LinesOf(const BankLayout& layout, const std::string& path,
-                                 ReaderProgress& progress);
+                                 StopBar& progress);
   // `source` is told on the paper, before the date.
   void List(const Caption& question, const Caption& source,
             const std::function<std::vector<ReaderRow>(const DateTime& day)>& read);
   // Clears what stands there, looks at what `read` gives and shows it; false when it failed or was
   // stopped, which has then been told.
   bool Show(const Caption& failed,
-            const std::function<std::vector<ReaderRow>(ReaderProgress& progress)>& read);
+            const std::function<std::vector<ReaderRow>(StopBar& progress)>& read);
   void Clear();
 
   // --- the list

@@ -5,13 +5,13 @@
 
 #include "bank/payment_reader_frm.h"
 #include "bank/reader_paper.h"
-#include "bank/reader_progress.h"
 #include "bank/take_payment.h"
-#include "compliance/export_csv.h"
 #include "core/log.h"
 #include "core/values.h"
 #include "loans/rebuild_and_tell.h"
+#include "platform/whole_file.h"
 #include "screen/hourglass.h"
+#include "screen/stop_bar.h"
 
 namespace kaunter {
 
@@ -50,12 +50,12 @@ void PaymentReaderfrm::ProcessTicked() {
   std::size_t done = 0;
   {
     const Hourglass busy(desk());
-    ReaderProgress progress(desk(), session().In(title()), session().In({"Stop", "停止"}));
+    StopBar progress(*this);
     RebuildBehind();
     for (const std::size_t i : ticked) {
       if (progress.Stopped()) break;
       ReaderRow& row = rows_[i];
-      progress.At(static_cast<int>(done), static_cast<int>(ticked.size()), row.RefNo);
+      progress.GoOn(done, ticked.size(), row.RefNo);
       if (TakePayment(session(), desk(), row) == TakeOutcome::paid) {
         session().PaymentsChanged = true;
         Rebuild(row);

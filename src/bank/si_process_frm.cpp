@@ -6,13 +6,13 @@
 #include <filesystem>
 #include <utility>
 
-#include "compliance/export_csv.h"
 #include "core/boxes.h"
 #include "core/log.h"
 #include "core/menu.h"
 #include "core/reading.h"
 #include "core/screen_rights.h"
 #include "core/values.h"
+#include "platform/whole_file.h"
 #include "screen/hourglass.h"
 
 namespace kaunter {

@@ -16,9 +16,9 @@
 #include "core/session_report.h"
 #include "core/telling.h"
 #include "core/values.h"
-#include "screen/cancel_offer.h"
 #include "screen/hourglass.h"
 #include "screen/report_job.h"
+#include "screen/stop_bar.h"
 
 namespace kaunter {
 namespace {
@@ -222,15 +222,12 @@ void RecalcCashBookFrm::Recalculate() {
   }
   CashBookReport report;
   try {
-    const auto bar = desk().Progress(session().In(title()));
-    CancelOffer* const offer = OfferCancel(*bar, session().In({"Stop", "停止"}));
+    StopBar bar(*this);
     report = RecalculateCashBook(
         main(), CompCode.text(), *opening, [&](std::int64_t done, std::int64_t total) {
-          bar->SetRange(static_cast<int>(total));
-          bar->SetText(session().In(
-              {fmt::format("{} of {} rows", done, total), fmt::format("{} / {} 笔", done, total)}));
-          bar->SetPosition(static_cast<int>(done));
-          return offer == nullptr || !offer->Cancelled();
+          return bar.GoOn(done, total,
+                          session().In({fmt::format("{} of {} rows", done, total),
+                                        fmt::format("{} / {} 笔", done, total)}));
         });
   } catch (const std::exception& failure) {
     LogRollback(session(), "Recalculate Cash Book - " + CompCode.text(), failure);

@@ -12,8 +12,8 @@
 #include "loans/money_gate.h"
 #include "loans/rebuild_and_tell.h"
 #include "loans/schedule_store.h"
-#include "screen/cancel_offer.h"
 #include "screen/hourglass.h"
+#include "screen/stop_bar.h"
 
 namespace kaunter {
 namespace {
@@ -127,14 +127,11 @@ void VerifyLedgerFrm::Verify() {
 }
 
 LedgerReport VerifyLedgerFrm::Check() {
-  const auto bar = desk().Progress(session().In(title()));
-  CancelOffer* const offer = OfferCancel(*bar, session().In({"Stop", "停止"}));
+  StopBar bar(*this);
   return CheckCompany(main(), CompCode.text(), [&](const LedgerProgress& progress) {
-    bar->SetRange(std::max(progress.total, 1));
-    bar->SetText(session().In({fmt::format("{} of {} loans", progress.done, progress.total),
-                               fmt::format("{} / {} 笔贷款", progress.done, progress.total)}));
-    bar->SetPosition(progress.done);
-    return offer == nullptr || !offer->Cancelled();
+    return bar.GoOn(progress.done, progress.total,
+                    session().In({fmt::format("{} of {} loans", progress.done, progress.total),
+                                  fmt::format("{} / {} 笔贷款", progress.done, progress.total)}));
   });
 }
 

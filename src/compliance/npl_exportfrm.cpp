@@ -17,6 +17,7 @@
 #include "platform/private_file.h"
 #include "platform/sql/transaction.h"
 #include "platform/sql/translator/lexer.h"
+#include "platform/whole_file.h"
 #include "reports/reading_statement.h"
 #include "reports/workbook_desk.h"
 #include "screen/hourglass.h"

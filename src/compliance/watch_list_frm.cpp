@@ -16,6 +16,7 @@
 #include "platform/sql/waiting.h"
 #include "screen/hourglass.h"
 #include "screen/report_job.h"
+#include "screen/stop_bar.h"
 #include "screen/wait_bar.h"
 
 namespace kaunter {
@@ -32,7 +33,6 @@ const Caption kCopyFailed{"an error occur during copying the watch list", "备�
 const Caption kCopyBefore{
     "The copy before, where there is one, stays in use. Mend the cause and do it again.",
     "之前的副本（如有）继续使用。请排除原因后再做一次。"};
-const Caption kStop{"Stop", "停止"};
 
 }  // namespace
 
@@ -165,13 +165,9 @@ bool WatchListFrm::Copy() {
     }
   }
   if (!MayReplace(entries.size())) return false;
-  const auto bar = desk().Progress(session().In(title()));
-  bar->SetText(session().In({"Keeping the copy", "正在备存"}));
-  bar->SetRange(static_cast<int>(entries.size()));
-  CancelOffer* const offer = OfferCancel(*bar, session().In(kStop));
+  StopBar bar(*this);
   return StoreCopy(session(), entries, [&](int done) {
-    bar->SetPosition(done);
-    return offer == nullptr || !offer->Cancelled();
+    return bar.GoOn(done, entries.size(), session().In({"Keeping the copy", "正在备存"}));
   });
 }
 
@@ -214,13 +210,9 @@ void WatchListFrm::ScreenAll() {
   Rescreening run;
   {
     const Hourglass busy(desk());
-    const auto bar = desk().Progress(session().In(title()));
-    CancelOffer* const offer = OfferCancel(*bar, session().In(kStop));
-    run = ScreenAllCustomers(session(), *copy_, [&](int done, int total) {
-      bar->SetRange(total);
-      bar->SetPosition(done);
-      return offer == nullptr || !offer->Cancelled();
-    });
+    StopBar bar(*this);
+    run = ScreenAllCustomers(session(), *copy_,
+                             [&](int done, int total) { return bar.GoOn(done, total); });
   }
   if (run.stopped) {
     Tell(MessageKind::information, {"Stopped. Not all customers are screened, and none is listed",

@@ -10,7 +10,7 @@ namespace kaunter {
 bool RunStoppable(Session& session, Desk& desk, const std::string& title, const Caption& text,
                   const std::function<void(const GoOn&)>& work) {
   const Hourglass busy(desk);
-  WaitBar bar(desk, title, session.In(text), session.In({"Stop", "停止"}));
+  WaitBar bar(desk, title, session.In(text), session.In(kStop));
   const MayStop stop([&bar] { return bar.StopAsked(); });
   try {
     work([&bar](int done, int total) { return !bar.StopAsked(done, total); });

@@ -11,8 +11,8 @@
 #include "core/values.h"
 #include "einvoice/einv_frm.h"
 #include "platform/sql/transaction.h"
-#include "screen/cancel_offer.h"
 #include "screen/hourglass.h"
+#include "screen/stop_bar.h"
 
 namespace kaunter {
 
@@ -46,11 +46,9 @@ class EInvFrm::Run {
       : service_(screen.service_),
         session_(screen.session()),
         busy_(screen.desk()),
-        bar_(screen.desk().Progress(session_.In(screen.title()))),
+        bar_(screen),
         steps_(steps),
         patience_(screen.patience) {
-    bar_->SetRange(static_cast<int>(steps));
-    offer_ = OfferCancel(*bar_, session_.In({"Stop", "停止"}));
     service_.http().WaitWith([this] { return GiveUp(); });
   }
   ~Run() { service_.http().WaitWith({}); }
@@ -58,9 +56,7 @@ class EInvFrm::Run {
   Run& operator=(const Run&) = delete;
 
   bool Stopped() {
-    if (offer_ != nullptr && offer_->Cancelled() && !stopped_) {
-      stopped_ = std::chrono::steady_clock::now();
-    }
+    if (bar_.Stopped() && !stopped_) stopped_ = std::chrono::steady_clock::now();
     return stopped_.has_value();
   }
   // A token that was got anew and is refused at once will not serve.
@@ -68,9 +64,9 @@ class EInvFrm::Run {
   void TokenServed() { renewed_ = false; }
   bool renewed() const { return renewed_; }
   void Show(std::size_t done, const std::string& id) {
-    bar_->SetText(session_.In({fmt::format("{} of {}: {}", done + 1, steps_, id),
-                               fmt::format("{} / {}：{}", done + 1, steps_, id)}));
-    bar_->SetPosition(static_cast<int>(done));
+    bar_.GoOn(done, steps_,
+              session_.In({fmt::format("{} of {}: {}", done + 1, steps_, id),
+                           fmt::format("{} / {}：{}", done + 1, steps_, id)}));
   }
 
  private:
@@ -79,8 +75,7 @@ class EInvFrm::Run {
   InvoiceService& service_;
   Session& session_;
   Hourglass busy_;
-  std::unique_ptr<ProgressBar> bar_;
-  CancelOffer* offer_ = nullptr;
+  StopBar bar_;
   std::size_t steps_;
   std::chrono::milliseconds patience_;
   bool renewed_ = false;

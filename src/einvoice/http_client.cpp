@@ -216,7 +216,7 @@ std::string HttpClient::HttpSend(std::string_view method, std::string_view url,
   WaitBar bar(desk_, session_.In({"E-Invoicing", "电子发票"}),
               session_.In({fmt::format("{} has not answered yet ...", host),
                            fmt::format("{} 尚未回复...", host)}),
-              session_.In({"Stop", "停止"}));
+              session_.In(kStop));
   const std::optional<CURLcode> end =
       line_->Run(stop_asked_ ? stop_asked_ : [&bar] { return bar.StopAsked(); });
 

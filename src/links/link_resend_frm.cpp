@@ -15,8 +15,8 @@
 #include "links/accounting_link.h"
 #include "platform/host.h"
 #include "platform/sql/transaction.h"
-#include "screen/cancel_offer.h"
 #include "screen/hourglass.h"
+#include "screen/stop_bar.h"
 
 namespace kaunter {
 namespace {
@@ -107,14 +107,10 @@ void LinkResendfrm::List() {
   LinkRecount recount;
   try {
     const Hourglass busy(desk());
-    const auto bar = desk().Progress(session().In(title()));
-    CancelOffer* const offer = OfferCancel(*bar, session().In({"Stop", "停止"}));
+    StopBar bar(*this);
     recount = Recount(session(), *session().AED, DateFrom.text(), DateTo.text(), CompCode.text(),
                       [&](std::size_t done, std::size_t all) {
-                        bar->SetRange(static_cast<int>(std::max<std::size_t>(all, 1)));
-                        bar->SetText(fmt::format("{} / {}", done, all));
-                        bar->SetPosition(static_cast<int>(done));
-                        return offer == nullptr || !offer->Cancelled();
+                        return bar.GoOn(done, all, fmt::format("{} / {}", done, all));
                       });
   } catch (const std::exception& failure) {
     LogRollback(session(), "Accounting Re-send", failure);
@@ -197,15 +193,13 @@ void LinkResendfrm::Send() {
   int behind_one_another = 0;
   bool stopped = false;
   {
-    const auto bar = desk().Progress(session().In(title()));
-    CancelOffer* const offer = OfferCancel(*bar, session().In({"Stop", "停止"}));
-    bar->SetRange(static_cast<int>(rows.size()));
+    StopBar bar(*this);
     for (const int row : rows) {
-      if ((offer != nullptr && offer->Cancelled()) || behind_one_another == kAway) {
+      if (!bar.GoOn(sent + failed, rows.size(), DG.Cell(row, kDocument)) ||
+          behind_one_another == kAway) {
         stopped = true;
         break;
       }
-      bar->SetText(DG.Cell(row, kDocument));
       try {
         const Resent outcome =
             Resend(session(), *session().AED, differences_[static_cast<std::size_t>(row)].document);
@@ -219,7 +213,6 @@ void LinkResendfrm::Send() {
         DG.SetCell(row, kResult, failure.what());
         DG.SetTone(row, RowTone::bad);
       }
-      bar->Step();
     }
   }
   WriteLog(

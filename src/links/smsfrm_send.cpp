@@ -9,7 +9,7 @@
 #include "core/values.h"
 #include "links/sms_columns.h"
 #include "links/smsfrm.h"
-#include "screen/cancel_offer.h"
+#include "screen/stop_bar.h"
 #include "screen/text.h"
 
 namespace kaunter {
@@ -115,20 +115,16 @@ void SMSfrm::MarkQueued(int row, bool now) {
 SMSfrm::Outcome SMSfrm::ForEach(const std::vector<int>& rows,
                                 const std::function<bool(int row)>& one) {
   Outcome outcome;
-  const auto bar = desk().Progress(session().In(title()));
-  CancelOffer* const offer = OfferCancel(*bar, session().In({"Stop", "停止"}));
-  bar->SetRange(static_cast<int>(rows.size()));
+  StopBar bar(*this);
   try {
     for (const int row : rows) {
-      if (offer != nullptr && offer->Cancelled()) {
+      if (!bar.GoOn(outcome.taken + outcome.refused, rows.size(), vsd.Cell(row, kCustName))) {
         outcome.stopped = true;
         break;
       }
-      bar->SetText(vsd.Cell(row, kCustName));
       const bool taken = one(row);
       ++(taken ? outcome.taken : outcome.refused);
       MarkQueued(row, taken);
-      bar->Step();
     }
   } catch (const std::exception& failure) {
     outcome.failed = true;

@@ -13,8 +13,9 @@
 #include "movein/file_trouble.h"
 #include "platform/sql/data_source.h"
 #include "platform/sql/transaction.h"
-#include "screen/cancel_offer.h"
+#include "platform/whole_file.h"
 #include "screen/hourglass.h"
+#include "screen/stop_bar.h"
 
 namespace kaunter {
 namespace {
@@ -88,14 +89,11 @@ std::unique_ptr<OdbcSource> AccessDB::Open() {
   }
 }
 
-LegacyGoOn AccessDB::Watch(ProgressBar& bar) {
-  CancelOffer* const offer = OfferCancel(bar, session().In({"Stop", "停止"}));
-  return [this, &bar, offer](const LegacyProgress& progress) {
-    bar.SetRange(static_cast<int>(std::max<std::int64_t>(progress.total, 1)));
-    bar.SetText(fmt::format("{}: {} / {}", progress.what, progress.done, progress.total));
-    bar.SetPosition(static_cast<int>(progress.done));
+LegacyGoOn AccessDB::Watch(StopBar& bar) {
+  return [this, &bar](const LegacyProgress& progress) {
     ShowProgress(progress);
-    return offer == nullptr || !offer->Cancelled();
+    return bar.GoOn(progress.done, progress.total,
+                    fmt::format("{}: {} / {}", progress.what, progress.done, progress.total));
   };
 }
 
@@ -116,9 +114,9 @@ void AccessDB::DryRun() {
   const auto source = Open();
   if (!source) return;
   try {
-    const auto bar = desk().Progress(session().In(kTitle));
+    StopBar bar(*this, kTitle);
     LegacyCopy copy(session(), *source, CompCode.text(), ExpOpt.checked());
-    ShowReport(copy.Check(ClearData.checked(), Watch(*bar)));
+    ShowReport(copy.Check(ClearData.checked(), Watch(bar)));
   } catch (const std::exception& failure) {
     LogRollback(session(), "DB Conversion", failure);
     Refuse(FileName, {failure.what(), failure.what()});
@@ -133,8 +131,8 @@ void AccessDB::DryRun() {
 
 bool AccessDB::Fits(LegacyCopy& copy) {
   {
-    const auto bar = desk().Progress(session().In(kTitle));
-    ShowReport(copy.Check(ClearData.checked(), Watch(*bar)));
+    StopBar bar(*this, kTitle);
+    ShowReport(copy.Check(ClearData.checked(), Watch(bar)));
   }
   if (!report_.complete) {
     Tell(MessageKind::information, {"Stopped, nothing was stored", "已停止，没有储存任何资料"});
@@ -219,8 +217,8 @@ void AccessDB::Process() {
       Clear();
       Log(fmt::format("cleared, the office before it is {}", kept.empty() ? "not copied" : kept));
     }
-    const auto bar = desk().Progress(session().In(kTitle));
-    complete = copy.Run(Watch(*bar));
+    StopBar bar(*this, kTitle);
+    complete = copy.Run(Watch(bar));
   } catch (const std::exception& failure) {
     SetTitle(kTitle);
     LogRollback(session(), "DB Conversion", failure);

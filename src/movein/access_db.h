@@ -10,6 +10,8 @@
 
 namespace kaunter {
 
+class StopBar;
+
 class AccessDB : public SessionScreen {
  public:
   AccessDB(Session& session, Desk& desk);
@@ -59,7 +61,7 @@ class AccessDB : public SessionScreen {
   bool ConfirmClearing();
   std::string CopyOffice();
   void Clear();
-  LegacyGoOn Watch(ProgressBar& bar);
+  LegacyGoOn Watch(StopBar& bar);
   void ShowProgress(const LegacyProgress& progress);
   void ShowReport(LegacyReport report);
   void ExportList();

@@ -18,8 +18,9 @@
 #include "movein/file_trouble.h"
 #include "platform/host.h"
 #include "platform/sql/transaction.h"
-#include "screen/cancel_offer.h"
+#include "platform/whole_file.h"
 #include "screen/hourglass.h"
+#include "screen/stop_bar.h"
 
 namespace kaunter {
 namespace {
@@ -377,14 +378,11 @@ std::string MoveInFrm::Footprint(const MoveInJob& job) const {
 
 std::optional<MoveReport> MoveInFrm::Run(const MoveInJob& job, bool write) {
   try {
-    const auto bar = desk().Progress(session().In(title()));
-    CancelOffer* const offer = OfferCancel(*bar, session().In({"Stop", "停止"}));
+    StopBar bar(*this);
     return MoveIn(session(), job, write, [&](const MoveProgress& progress) {
-      bar->SetRange(std::max(progress.total, 1));
-      bar->SetText(
+      return bar.GoOn(
+          progress.done, progress.total,
           fmt::format("{}: {} / {}", session().In(progress.what), progress.done, progress.total));
-      bar->SetPosition(progress.done);
-      return offer == nullptr || !offer->Cancelled();
     });
   } catch (const FileTrouble& trouble) {
     Refuse(trouble.text);

@@ -3,17 +3,16 @@
 #pragma once
 
 #include <chrono>
-#include <memory>
+#include <optional>
 #include <string>
 
-#include "screen/cancel_offer.h"
+#include "screen/stop_bar.h"
 
 namespace kaunter {
 
 class WaitBar {
  public:
   WaitBar(Desk& desk, std::string title, std::string text, std::string stop);
-  ~WaitBar();
 
   // Asked again and again while it lasts; true from the moment on in which a person wants the end.
   bool StopAsked();
@@ -27,10 +26,8 @@ class WaitBar {
   std::string text_;
   std::string stop_;
   std::chrono::steady_clock::time_point begun_ = std::chrono::steady_clock::now();
-  std::unique_ptr<ProgressBar> bar_;
-  CancelOffer* offer_ = nullptr;
+  std::optional<StopBar> bar_;
   bool stopped_ = false;
-  int total_ = 0;
 };
 
 }  // namespace kaunter

@@ -11,6 +11,7 @@
 #include "compliance/export_csv.h"
 #include "compliance/npl_exportfrm.h"
 #include "core/schema_text.h"
+#include "platform/whole_file.h"
 #include "screen/cancel_offer.h"
 #include "tests/core/office.h"
 #include "tests/screen/stopped_bar.h"

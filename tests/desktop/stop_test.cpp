@@ -25,7 +25,7 @@ using ::testing::AnyOf;
 using ::testing::ElementsAre;
 using ::testing::MatchesRegex;
 
-constexpr int kLoans = 2000;
+constexpr int kLoans = 4000;  // several pictures of the bar long
 constexpr int kLoansAtOnce = 250;
 
 class BarDesk : public QuietDesk {

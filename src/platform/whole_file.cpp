@@ -1,0 +1,57 @@
+#include "platform/whole_file.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <string_view>
+
+#include "platform/private_file.h"
+
+namespace kaunter {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void Refuse(const std::string& path, const std::string& why) {
+  throw std::runtime_error(fmt::format(
+      "{} cannot be written: {}. Is the folder there, and is there room on the disk?", path, why));
+}
+
+}  // namespace
+
+void WriteWholeFile(const std::string& path, const std::function<void(std::ostream&)>& write) {
+  const std::string beside = path + ".part";
+  try {
+    errno = 0;
+    std::ofstream file = OpenPrivate(beside, std::ios::binary | std::ios::trunc);
+    if (file.is_open()) write(file);
+    file.close();
+    if (!file) Refuse(path, errno == 0 ? "not all of it was taken" : strerror(errno));
+    SyncFile(beside);
+    fs::rename(beside, path);
+  } catch (const fs::filesystem_error& failure) {
+    std::error_code ignored;
+    fs::remove(beside, ignored);
+    Refuse(path, failure.code().message());
+  } catch (...) {
+    std::error_code ignored;
+    fs::remove(beside, ignored);
+    throw;
+  }
+}
+
+std::string FileNameOf(const std::string& name) {
+  std::string file = name;
+  for (char& c : file) {
+    const bool refused = static_cast<unsigned char>(c) < ' ' ||
+                         std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos;
+    if (refused) c = '_';
+  }
+  return file;
+}
+
+}  // namespace kaunter

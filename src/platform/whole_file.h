@@ -1,0 +1,17 @@
+// A file that is whole or not there.
+#pragma once
+
+#include <functional>
+#include <ostream>
+#include <string>
+
+namespace kaunter {
+
+// Writes beside the place and takes it when all is on the disk. Throws std::runtime_error that
+// names the file and says why; nothing is left then, and what was there before stays as it was.
+void WriteWholeFile(const std::string& path, const std::function<void(std::ostream&)>& write);
+
+// `name` as a part of a file's name: signs that a folder does not take become "_".
+std::string FileNameOf(const std::string& name);
+
+}  // namespace kaunter
