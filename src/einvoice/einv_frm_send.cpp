@@ -397,17 +397,7 @@ bool EInvFrm::SettleWithUuid(InvoiceLine& line, const std::string& uuid) {
   try {
     const Hourglass busy(desk());
     const StatusReply reply = service_.AskStatus(uuid);
-    if (reply.error || reply.uuid != uuid) {
-      return Refuse({fmt::format("The service knows no document {}", uuid),
-                     fmt::format("服务上没有单据 {}", uuid)});
-    }
-    const std::string other =
-        ScalarQuery(main(), fmt::format("SELECT eInvID FROM EInvMast WHERE uuid={} AND eInvID<>{}",
-                                        QuoteStr(uuid), QuoteStr(line.id())));
-    if (!other.empty()) {
-      return Refuse({fmt::format("{} is the uuid of {}", uuid, other),
-                     fmt::format("{} 是 {} 的 uuid", uuid, other)});
-    }
+    if (const auto fault = FaultOfUuid(main(), uuid, reply, line.id())) return Refuse(*fault);
     // The service may give the document's own uuid for its cancellation: that it knows it says
     // nothing.
     if (mode() == SendMode::cancel && (reply.status == "Valid" || reply.status == "Submitted")) {

@@ -129,20 +129,8 @@ std::string SelfBillFrm::AskForUuid(const SendingMark& seen) {
                     fmt::format("服务上 {} 的 uuid；不知道则留空", loaded_id_)}),
       {}));
   if (told.empty()) return {};
-  const StatusReply reply = StatusOf(told);
-  if (reply.error || reply.uuid != told) {
-    Refuse({fmt::format("The service knows no document {}", told),
-            fmt::format("服务上没有单据 {}", told)});
-    return {};
-  }
-  const std::string other = ScalarQuery(
-      main(),
-      fmt::format("SELECT SID FROM SelfBillMast WHERE uuid={0} UNION ALL SELECT eInvID FROM "
-                  "EInvMast WHERE uuid={0}",
-                  QuoteStr(told)));
-  if (!other.empty()) {
-    Refuse({fmt::format("{} is the uuid of {}", told, other),
-            fmt::format("{} 是 {} 的 uuid", told, other)});
+  if (const auto fault = FaultOfUuid(main(), told, StatusOf(told), {})) {
+    Refuse(*fault);
     return {};
   }
   if (marks_.ReadOne(LineOf(loaded_id_)).stamp != seen.stamp) {

@@ -8,6 +8,7 @@
 
 #include "core/session.h"
 #include "core/values.h"
+#include "einvoice/service_reply.h"
 #include "platform/host.h"
 #include "platform/sql/text.h"
 
@@ -161,6 +162,21 @@ void SendingMarks::SettleWithout(const Line& line, SendingMark& mark, const Send
   // Never without a word: that is the sign of a sender who still waits.
   const bool keeps = answer == SendingMark::Answer::unsent && !before.reply.empty();
   Settle(line, mark, After(before, answer), before.uuid, keeps ? before.reply : why);
+}
+
+std::optional<Caption> FaultOfUuid(Connection& main, std::string_view uuid,
+                                   const StatusReply& reply, std::string_view id) {
+  if (reply.error || reply.uuid != uuid) {
+    return Caption{fmt::format("The service knows no document {}", uuid),
+                   fmt::format("服务上没有单据 {}", uuid)};
+  }
+  const std::string other = ScalarQuery(
+      main, fmt::format("SELECT SID FROM SelfBillMast WHERE uuid={0} UNION ALL SELECT eInvID FROM "
+                        "EInvMast WHERE uuid={0} AND eInvID<>{1}",
+                        QuoteStr(uuid), QuoteStr(id)));
+  if (other.empty()) return std::nullopt;
+  return Caption{fmt::format("{} is the uuid of {}", uuid, other),
+                 fmt::format("{} 是 {} 的 uuid", uuid, other)};
 }
 
 }  // namespace kaunter

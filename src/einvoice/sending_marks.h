@@ -15,10 +15,13 @@
 #include <vector>
 
 #include "platform/date_time.h"
+#include "screen/caption.h"
 
 namespace kaunter {
 
+class Connection;
 class Session;
+struct StatusReply;
 
 struct SendingMark {
   enum class State {
@@ -75,5 +78,10 @@ class SendingMarks {
   Session& session_;
   std::string mode_;
 };
+
+// What speaks against recording `uuid`, which a person found with the service, for a document:
+// `reply` does not know it, or another document has it. `id` is the invoice's, "" of a self-bill.
+std::optional<Caption> FaultOfUuid(Connection& main, std::string_view uuid,
+                                   const StatusReply& reply, std::string_view id);
 
 }  // namespace kaunter
