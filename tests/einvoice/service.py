@@ -29,7 +29,6 @@ What the service does beside that is asked for at /stand-in:
   GET  /stand-in/lines      the same, a line each, parted by tabs: number, method, path, token, the
                             document or uuid it is about, fault, the uuid that was answered,
                             and 1 when the service has done what was asked
-  GET  /stand-in/flat?n=N   the body of request N, a line a member: its path, a tab, its value
   GET  /stand-in/body?n=N   the body of request N as it came
   PUT  /stand-in/forget     nothing was received and no document is known
 
@@ -79,18 +78,6 @@ def strict_json(text):
         raise ValueError(name + " is no value")
 
     return json.loads(text, object_pairs_hook=members, parse_constant=constant)
-
-
-def flat(value, path=""):
-    """The members in their order, a line each: documents[0].items[0].quantity, tab, 1."""
-    if isinstance(value, dict):
-        for key, member in value.items():
-            yield from flat(member, path + "." + key if path else key)
-    elif isinstance(value, list):
-        for index, member in enumerate(value):
-            yield from flat(member, "%s[%d]" % (path, index))
-    else:
-        yield path + "\t" + json.dumps(value, ensure_ascii=False)
 
 
 def wanted(holder, members, kind):
@@ -320,8 +307,6 @@ class Handler(BaseHTTPRequestHandler):
             return self.reply(200, "".join(line(note) for note in service.received), "text/plain")
         if (method, path) == ("GET", "/stand-in/body"):
             return self.reply(200, service.received[int(query["n"][0])]["body"], "text/plain")
-        if (method, path) == ("GET", "/stand-in/flat"):
-            return self.reply(200, "\n".join(flat(strict_json(service.received[int(query["n"][0])]["body"]))), "text/plain")
         return self.reply(404, "{}")
 
     def handle_any(self, method):

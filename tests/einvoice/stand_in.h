@@ -73,11 +73,6 @@ class StandIn {
     }
     return all;
   }
-  // The body of a request as another reader of JSON takes it: a line a member in its order, the
-  // path, a tab and the value.
-  std::string Flat(int number) {
-    return Speak("GET", "/stand-in/flat?n=" + std::to_string(number), "");
-  }
   // The body of a request as it came.
   std::string Body(int number) {
     return Speak("GET", "/stand-in/body?n=" + std::to_string(number), "");
