@@ -26,32 +26,19 @@ constexpr std::string_view kSettingKeys =
     "'GetEInvAPICancel','GetEInvAPIInv','GetEInvAPIStatus','GetTokenInv','GetEInvAPISelfBill')";
 
 struct Copied {
-  bool EInvoiceTables::*wanted;
-  std::string_view table;
-  std::string_view code;
-  std::string_view name;
+  EInvoiceCodes into;
   std::string delete_local;
   std::string select_central;
 };
 
 std::vector<Copied> Copies() {
   std::vector<Copied> copies = {
-      {&EInvoiceTables::settings, "Systemast", "Param", "Value",
+      {{&EInvoiceTables::settings, "Systemast", "Param", "Value"},
        fmt::format("delete Systemast Where Param in {}", kSettingKeys),
        fmt::format("select * FROM Systemast where Param in {}", kSettingKeys)}};
-  const struct {
-    bool EInvoiceTables::*wanted;
-    std::string_view table, code, name;
-  } kTables[] = {
-      {&EInvoiceTables::eState, "eState", "StateCode", "StateName"},
-      {&EInvoiceTables::eCountry, "eCountry", "CountryCode", "CountryName"},
-      {&EInvoiceTables::eMiscCode, "eMiscCode", "MiscCode", "MiscName"},
-      {&EInvoiceTables::eClass, "eClass", "ClassCode", "ClassName"},
-      {&EInvoiceTables::eTax, "eTax", "TaxCode", "TaxName"},
-  };
-  for (const auto& t : kTables) {
-    copies.push_back({t.wanted, t.table, t.code, t.name, fmt::format("delete from {}", t.table),
-                      fmt::format("SELECT * FROM {}", t.table)});
+  for (const EInvoiceCodes& codes : kCodeTables) {
+    copies.push_back({codes, fmt::format("delete from {}", codes.table),
+                      fmt::format("SELECT * FROM {}", codes.table)});
   }
   return copies;
 }
@@ -59,9 +46,10 @@ std::vector<Copied> Copies() {
 void Replace(Connection& main, const Copied& copy, Recordset& central) {
   main.Execute(copy.delete_local);
   for (; !central.Eof(); central.MoveNext()) {
-    main.Execute(fmt::format("INSERT INTO {} ({},{}) VALUES ({},{})", copy.table, copy.code,
-                             copy.name, QuoteStr(central.Field(copy.code).ToText()),
-                             QuoteStr(central.Field(copy.name).ToText())));
+    main.Execute(fmt::format("INSERT INTO {} ({},{}) VALUES ({},{})", copy.into.table,
+                             copy.into.code, copy.into.name,
+                             QuoteStr(central.Field(copy.into.code).ToText()),
+                             QuoteStr(central.Field(copy.into.name).ToText())));
   }
 }
 
@@ -69,7 +57,7 @@ void Transfer(Session& session, const EInvoiceTables& tables) {
   Connection& main = session.Main();
   std::vector<Copied> copies = Copies();
   std::erase_if(copies, [&](const Copied& copy) {
-    return !(tables.*copy.wanted) || !TableExists(main, copy.table);
+    return !(tables.*copy.into.wanted) || !TableExists(main, copy.into.table);
   });
   std::vector<std::string> statements;
   for (const Copied& copy : copies) statements.push_back(copy.select_central);

@@ -19,6 +19,18 @@ struct EInvoiceTables {
   bool whole() const { return settings && eState && eCountry && eMiscCode && eClass && eTax; }
 };
 
+// The tables of codes, with the column of the code and that of its name.
+struct EInvoiceCodes {
+  bool EInvoiceTables::*wanted;
+  std::string_view table, code, name;
+};
+inline constexpr EInvoiceCodes kCodeTables[] = {
+    {&EInvoiceTables::eState, "eState", "StateCode", "StateName"},
+    {&EInvoiceTables::eCountry, "eCountry", "CountryCode", "CountryName"},
+    {&EInvoiceTables::eMiscCode, "eMiscCode", "MiscCode", "MiscName"},
+    {&EInvoiceTables::eClass, "eClass", "ClassCode", "ClassName"},
+    {&EInvoiceTables::eTax, "eTax", "TaxCode", "TaxName"}};
+
 // Reads everything from the central database (data source "AMLA" of this PC) and only then replaces
 // the local rows, in one transaction; a table that is not there yet is left out. True when the
 // local rows are those of the central database.

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/data_access.h"
+#include "core/einvoice_codes.h"
 #include "core/schema_text.h"
 #include "core/sql_literals.h"
 #include "platform/sql/transaction.h"
@@ -16,15 +17,6 @@ namespace kaunter {
 namespace {
 
 constexpr std::size_t kRowsAtOnce = 100;
-
-struct CodeTable {
-  std::string_view table, code, name;
-};
-constexpr CodeTable kTables[] = {{"eState", "StateCode", "StateName"},
-                                 {"eCountry", "CountryCode", "CountryName"},
-                                 {"eMiscCode", "MiscCode", "MiscName"},
-                                 {"eClass", "ClassCode", "ClassName"},
-                                 {"eTax", "TaxCode", "TaxName"}};
 
 // A line is a code, a blank and its name.
 std::vector<std::string> Rows(std::string_view text) {
@@ -40,7 +32,7 @@ std::vector<std::string> Rows(std::string_view text) {
   return rows;
 }
 
-void Fill(Connection& main, const CodeTable& table) {
+void Fill(Connection& main, const EInvoiceCodes& table) {
   const std::vector<std::string> rows = Rows(SchemaText(table.table));
   for (std::size_t at = 0; at < rows.size(); at += kRowsAtOnce) {
     const auto begin = rows.begin() + static_cast<std::ptrdiff_t>(at);
@@ -56,7 +48,7 @@ void Fill(Connection& main, const CodeTable& table) {
 bool FillEmptyCodeTables(Connection& main) {
   bool filled = false;
   Transaction transaction(main);
-  for (const CodeTable& table : kTables) {
+  for (const EInvoiceCodes& table : kCodeTables) {
     if (!TableExists(main, table.table) ||
         ScalarQuery(main, fmt::format("SELECT COUNT(*) FROM {}", table.table)) != "0") {
       continue;
