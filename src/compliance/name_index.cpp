@@ -105,15 +105,6 @@ std::string Short(std::string list) {
   return list + "...";
 }
 
-void Say(Caption& reason, const std::string& english, const std::string& chinese) {
-  if (!reason.english.empty()) {
-    reason.english += "; ";
-    reason.chinese += "；";
-  }
-  reason.english += english;
-  reason.chinese += chinese;
-}
-
 // Takes the words that both have out of both; what differs in their spelling stands in `spelled`.
 void TakeCommon(std::vector<NameWord>& mine, std::vector<NameWord>& theirs, std::string& spelled) {
   std::erase_if(mine, [&](const NameWord& word) {
@@ -143,31 +134,40 @@ Caption Explain(int rule, const NameForm& mine, const NameForm& theirs) {
     const bool in_order =
         std::ranges::equal(mine.words, theirs.words, {}, &NameWord::key, &NameWord::key);
     if (in_order) {
-      Say(reason, spelled.empty() ? "same name" : "same name, spelled otherwise",
-          spelled.empty() ? "姓名相同" : "姓名相同，拼写不同");
+      reason = spelled.empty() ? Caption{"same name", "姓名相同"}
+                               : Caption{"same name, spelled otherwise", "姓名相同，拼写不同"};
     } else {
-      Say(reason, "same words in another order", "各词相同，次序不同");
+      reason = {"same words in another order", "各词相同，次序不同"};
     }
   } else if (rule == kTogetherOrApart) {
-    Say(reason, "same letters, written together or apart", "字母相同，连写或分写不同");
+    reason = {"same letters, written together or apart", "字母相同，连写或分写不同"};
   } else if (rule == kWithoutWeak) {
-    Say(reason, "same name but for " + unlike, "除 " + unlike + " 外姓名相同");
+    reason = {"same name but for " + unlike, "除 " + unlike + " 外姓名相同"};
   } else if (rest.empty() || CountStrong(mine) < CountStrong(theirs)) {
-    Say(reason, "the listed name has besides " + unlike, "名单上的姓名另有 " + unlike);
+    reason = {"the listed name has besides " + unlike, "名单上的姓名另有 " + unlike};
   } else {
-    Say(reason, "the customer's name has besides " + unlike, "顾客姓名另有 " + unlike);
+    reason = {"the customer's name has besides " + unlike, "顾客姓名另有 " + unlike};
   }
-  if (!spelled.empty()) Say(reason, spelled, spelled);
+  if (!spelled.empty()) AddReason(reason, {spelled, spelled});
   if (mine.left_out != theirs.left_out) {
     const std::string both = mine.left_out.empty()     ? theirs.left_out
                              : theirs.left_out.empty() ? mine.left_out
                                                        : mine.left_out + " / " + theirs.left_out;
-    Say(reason, "not counted: " + Short(both), "不计：" + Short(both));
+    AddReason(reason, {"not counted: " + Short(both), "不计：" + Short(both)});
   }
   return reason;
 }
 
 }  // namespace
+
+void AddReason(Caption& reason, const Caption& more) {
+  if (!reason.english.empty()) {
+    reason.english += "; ";
+    reason.chinese += "；";
+  }
+  reason.english += more.english;
+  reason.chinese += more.chinese;
+}
 
 struct NameIndex::Asked {
   std::vector<std::uint32_t> strong;  // of the list, sorted

@@ -26,6 +26,9 @@ struct NameHit {
   Caption reason;
 };
 
+// Puts more behind a reason.
+void AddReason(Caption& reason, const Caption& more);
+
 class NameIndex {
  public:
   explicit NameIndex(const std::vector<std::string>& names);

@@ -30,15 +30,6 @@ std::string LettersAndDigits(const std::string& number) {
   return digit && plain.size() >= kShortestSimilar ? plain : std::string();
 }
 
-void Say(Caption& reason, const Caption& more) {
-  if (!reason.english.empty()) {
-    reason.english += "; ";
-    reason.chinese += "；";
-  }
-  reason.english += more.english;
-  reason.chinese += more.chinese;
-}
-
 const Caption kSameNumber[] = {{"same new IC", "新身份证相同"},
                                {"old IC is a listed passport", "旧身份证与名单护照相同"},
                                {"other IC is a listed passport", "其他证件与名单护照相同"}};
@@ -76,7 +67,7 @@ std::vector<WatchFind> WatchIndex::Find(const ScreenedCustomer& customer) const 
     if (each.number.empty() || equal == each.listed.end()) continue;
     for (const std::uint32_t entry : equal->second) {
       find(entry).by_number = true;
-      Say(find(entry).reason, each.same);
+      AddReason(find(entry).reason, each.same);
     }
   }
   for (const auto& each : numbers) {
@@ -93,10 +84,10 @@ std::vector<WatchFind> WatchIndex::Find(const ScreenedCustomer& customer) const 
   for (const NameHit& hit : names_.Find(customer.CustName)) {
     WatchFind& found = find(hit.entry);
     const bool by_name_alone = found.reason.english.empty();
-    Say(found.reason, hit.reason);
+    AddReason(found.reason, hit.reason);
     const std::string& listed = listed_ics_[hit.entry];
     if (by_name_alone && !ic.empty() && !listed.empty() && ic != listed) {
-      Say(found.reason, {"but another IC", "但身份证不同"});
+      AddReason(found.reason, {"but another IC", "但身份证不同"});
     }
   }
   std::ranges::sort(finds, {}, &WatchFind::entry);

@@ -413,10 +413,10 @@ void HomeFigures::OfferIncome() {
 void HomeFigures::ShowIncome() {
   if (!EInvDG.visible()) return;
   const auto row = [](const std::string& name, const UnsentIncome& one) {
-    return std::vector<std::string>{name, std::to_string(one.named.count + one.consolidated.count),
-                                    ShowMoney(one.named.amount + one.consolidated.amount),
-                                    ShowMoney(one.named.amount),
-                                    ShowMoney(one.consolidated.amount)};
+    std::vector<std::string> cells = Row(name, one.all());
+    cells.push_back(ShowMoney(one.named.amount));
+    cells.push_back(ShowMoney(one.consolidated.amount));
+    return cells;
   };
   std::vector<std::vector<std::string>> rows;
   std::vector<RowTone> tones(unsent_.size(), RowTone::plain);

@@ -19,6 +19,9 @@ struct UnsentIncome {
   std::string CompCode;
   Tally named;         // of customers with a tax number: each has an invoice of his own
   Tally consolidated;  // of all others
+  Tally all() const {
+    return {named.count + consolidated.count, named.amount + consolidated.amount};
+  }
   bool operator==(const UnsentIncome&) const = default;
 };
 

@@ -219,11 +219,8 @@ void FiguresPanel::Refresh() {
               {"payment", "笔付款"}, false);
   RefreshCard(disbursed_, {"Disbursed this month", "本月放款"}, figures.disbursed.back().sum,
               {"release", "笔放款"}, false);
-  const UnsentIncome unsent = figures_.AllUnsent();
-  const Tally waiting{unsent.named.count + unsent.consolidated.count,
-                      unsent.named.amount + unsent.consolidated.amount};
-  RefreshCard(unsent_, {"Not submitted this month", "本月未提交"}, waiting, {"document", "份单据"},
-              false);
+  RefreshCard(unsent_, {"Not submitted this month", "本月未提交"}, figures_.AllUnsent().all(),
+              {"document", "份单据"}, false);
   RefreshAges();
   RefreshYear(*in_, figures_.CollectDG, figures.collected,
               {"No payment in the last twelve months.", "过去十二个月没有收款。"});
