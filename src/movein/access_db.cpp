@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "compliance/export_csv.h"
+#include "core/audit.h"
 #include "core/log.h"
 #include "core/startup.h"
 #include "core/telling.h"
@@ -55,7 +56,8 @@ void AccessDB::Load() {
   const Recordset shape = main().Query("SELECT CompCode FROM CompMast WHERE 1=0");
   CompCode.max_length = shape.columns()[0].width;
   CmdExport.SetEnabled(false);
-  if (session().CurrentLevel >= kLevel) return;
+  // Who sees the figures of the books alone brings none.
+  if (session().CurrentLevel >= kLevel && !session().Special) return;
   for (Control* control : std::initializer_list<Control*>{
            &CompCode, &FileName, &CmdFile, &ClearData, &ExpOpt, &CmdDry, &SSCommand1}) {
     control->SetEnabled(false);
@@ -149,50 +151,50 @@ bool AccessDB::Fits(LegacyCopy& copy) {
                       fmt::format("{} 行不合，将不转入：请看列表。要继续吗？", report_.left_out)});
 }
 
+std::optional<std::string> AccessDB::OfficeFile() const {
+  return EmbeddedFile(OfficeConnectionString(session(), session().ConnDatabase),
+                      session().data_sources);
+}
+
 // Of all companies, and so in words that nobody says by mistake.
 bool AccessDB::ConfirmClearing() {
   const std::string loans = ScalarQuery(main(), "SELECT COUNT(*) FROM LoanMast");
-  const std::string typed =
-      desk().Input(session().In(kTitle),
-                   session().In({fmt::format("Clear Data empties the tables of ALL companies: {} "
-                                             "loans will be gone. Type their number to go on",
-                                             loans),
-                                 fmt::format("清除资料会清空所有公司的表格：{} 笔贷款将消失。请输入"
-                                             "此数目以继续",
-                                             loans)}));
+  Caption question{
+      fmt::format("Clear Data empties the tables of ALL companies: {} loans will be gone.", loans),
+      fmt::format("清除资料会清空所有公司的表格：{} 笔贷款将消失。", loans)};
+  const auto add = [&question](const char* english, const char* chinese) {
+    question.english += std::string(" ") + english;
+    question.chinese += chinese;
+  };
+  if (ExpOpt.checked()) add("Expenses alone will come in their place.", "只会转入开销。");
+  if (!OfficeFile()) {
+    add("No copy is kept of a database on a server: back it up first.",
+        "服务器上的数据库不留副本：请先备份。");
+  }
+  add("Type their number to go on", "请输入此数目以继续");
+  const std::string typed = desk().Input(session().In(kTitle), session().In(question));
   if (Trim(typed) == loans) return true;
   return Refuse(ClearData, {"The number of loans was not typed: nothing was cleared",
                             "没有输入贷款数目：没有清除任何资料"});
 }
 
-// The embedded file as it stands, with what its log holds; nobody writes meanwhile.
-std::string AccessDB::CopyOffice() {
-  const auto file = EmbeddedFile(OfficeConnectionString(session(), session().ConnDatabase),
-                                 session().data_sources);
-  if (!file) return {};
-  const std::string kept =
-      fmt::format("{}.before-{}", *file, Format(session().clock.Now(), "yyyymmdd-hhnnss"));
-  Transaction hold(main());
-  main().Execute("UPDATE Systemast SET Value=Value WHERE Param=''");
-  for (const char* tail : {"", "-wal"}) {
-    if (!std::filesystem::exists(*file + tail)) continue;
-    std::filesystem::copy_file(*file + tail, kept + tail,
-                               std::filesystem::copy_options::overwrite_existing);
-  }
-  return kept;
-}
-
-void AccessDB::Clear() {
+// The copy is what is cleared: no save of another desktop comes between.
+std::string AccessDB::Clear() {
   SetTitle({"DB Connection - Clearing Database", "旧资料转换 - 清除资料"});
+  std::string kept;
   Transaction transaction(main());
-  for (const char* table : ClearedTables()) {
-    if (TableExists(main(), table)) main().Execute(fmt::format("Delete from {}", table));
+  if (const auto file = OfficeFile()) {
+    kept = fmt::format("{}.before-{}", *file, Format(session().clock.Now(), "yyyymmdd-hhnnss"));
+    CopySqlite(*file, kept);
   }
+  std::vector<const char*> tables = ClearedTables();
   // What was moved in, and which payment a bank's line made: their numbers will be drawn anew.
-  for (const char* table : {"MoveInMast", "PaymentReader"}) {
+  tables.insert(tables.end(), {"MoveInMast", "PaymentReader"});
+  for (const char* table : tables) {
     if (TableExists(main(), table)) main().Execute(fmt::format("Delete from {}", table));
   }
   transaction.Commit();
+  return kept;
 }
 
 void AccessDB::Process() {
@@ -213,8 +215,8 @@ void AccessDB::Process() {
         return;
       }
       const Hourglass busy(desk());
-      kept = CopyOffice();
-      Clear();
+      kept = Clear();
+      WriteAudit(session(), "Delete", "DB Conversion", CompCode.text(), "Clear Data", {});
       Log(fmt::format("cleared, the office before it is {}", kept.empty() ? "not copied" : kept));
     }
     StopBar bar(*this, kTitle);
@@ -228,6 +230,8 @@ void AccessDB::Process() {
   SetTitle(kTitle);
   Log(fmt::format("{} into {} {}", FileName.text(), CompCode.text(),
                   complete ? "completed" : "stopped"));
+  WriteAudit(session(), "Create", "DB Conversion", CompCode.text(),
+             complete ? "completed" : "stopped", {});
   const Caption behind =
       kept.empty() ? Caption{"", ""}
                    : Caption{"\nThe office as it was before: " + kept, "\n转换前的公司：" + kept};

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/session_screen.h"
@@ -59,8 +60,10 @@ class AccessDB : public SessionScreen {
   // False when it may not go on; told.
   bool Fits(LegacyCopy& copy);
   bool ConfirmClearing();
-  std::string CopyOffice();
-  void Clear();
+  // Where the embedded file of the office lies; nothing on a server.
+  std::optional<std::string> OfficeFile() const;
+  // Gives the name of the copy of what was cleared; "" on a server.
+  std::string Clear();
   LegacyGoOn Watch(StopBar& bar);
   void ShowProgress(const LegacyProgress& progress);
   void ShowReport(LegacyReport report);

@@ -1,7 +1,10 @@
 // The data file of the earlier edition. It is a Jet file of our own making (jet_file.h).
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <ctime>
 #include <filesystem>
@@ -146,6 +149,19 @@ struct TypingDesk : SilentDesk {
   std::string folder;
 };
 
+// As another desktop finds it: whoever finds the file without a lock takes its log away.
+bool IsLockedByThisProcess(const std::string& file) {
+  const pid_t other = fork();
+  if (other == 0) {
+    struct flock any {};
+    any.l_type = F_WRLCK;
+    _exit(fcntl(open(file.c_str(), O_RDWR), F_GETLK, &any) == 0 && any.l_type != F_UNLCK ? 0 : 1);
+  }
+  int status = 0;
+  waitpid(other, &status, 0);
+  return status == 0;
+}
+
 class Conversion : public ::testing::Test {
  protected:
   Conversion() : office(Office::State::patched) {
@@ -268,6 +284,7 @@ TEST_F(Conversion, ClearDataAsksForTheNumberOfLoansAndKeepsACopy) {
   OldEdition old(2);
   Save(old);
   Give("HQ");
+  office.OpenAudit();
   screen->ClearData.SetChecked(true);
   desk.typed = "3";
   screen->SSCommand1.Click();
@@ -285,6 +302,10 @@ TEST_F(Conversion, ClearDataAsksForTheNumberOfLoansAndKeepsACopy) {
   const auto kept = OpenSqlite("Kept", office.folder.File("office.db.before-20240131-140509"),
                                false, office.session.clock);
   EXPECT_EQ(LinesOf(kept->Query("SELECT LoanID FROM LoanMast ORDER BY LoanID")), "A \nB \n");
+  EXPECT_EQ(ScalarQuery(*office.session.LogsConn,
+                        "SELECT COUNT(*) FROM TransLogs WHERE Module='DB Conversion'"),
+            "2");
+  EXPECT_TRUE(IsLockedByThisProcess(office.folder.File("office.db")));
   // Expenses alone, once more.
   screen->ExpOpt.SetChecked(true);
   screen->ClearData.SetChecked(false);

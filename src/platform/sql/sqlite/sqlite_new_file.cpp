@@ -14,6 +14,8 @@
 
 #include "platform/private_file.h"
 #include "platform/sql/data_source.h"
+#include "platform/sql/sqlite/sqlite_connection.h"
+#include "platform/sql/sqlite/sqlite_error.h"
 
 namespace kaunter {
 namespace {
@@ -74,7 +76,43 @@ void TakeItsName(const fs::path& whole, const fs::path& path) {
   }
 }
 
+sql::SqliteHandle OpenRaw(const std::string& path) {
+  sqlite3* raw = nullptr;
+  const int code =
+      sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+  sql::SqliteHandle db(raw);
+  if (code != SQLITE_OK) throw sql::SqliteFailure(raw, code, path, "");
+  return db;
+}
+
+void CopyPages(const std::string& from, const std::string& to) {
+  const sql::SqliteHandle source = OpenRaw(from);
+  const sql::SqliteHandle target = OpenRaw(to);
+  if (sqlite3_backup* const pages =
+          sqlite3_backup_init(target.get(), "main", source.get(), "main")) {
+    sqlite3_backup_step(pages, -1);
+    if (sqlite3_backup_finish(pages) == SQLITE_OK) return;
+  }
+  throw sql::SqliteFailure(target.get(), sqlite3_extended_errcode(target.get()), to, "");
+}
+
 }  // namespace
+
+void CopySqlite(const std::string& path, const std::string& copy) {
+  const fs::path whole = copy + std::string(kUnfinished) + std::to_string(getpid());
+  RemoveWithItsLogs(whole);
+  try {
+    MakePrivateFile(whole);
+    CopyPages(path, whole.string());
+    SyncFile(whole);
+    TakeItsName(whole, copy);
+  } catch (...) {
+    RemoveWithItsLogs(whole);
+    throw;
+  }
+  RemoveWithItsLogs(whole);
+  SyncFile(copy);
+}
 
 void MakeSqlite(std::string_view name, const std::string& path, const Clock& clock,
                 const std::function<void(Connection&)>& fill) {
