@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "core/central_database.h"
 #include "core/company_access.h"
 #include "core/log.h"
+#include "core/secrets.h"
 #include "core/statement_places.h"
 #include "core/stoppable.h"
 #include "core/values.h"
@@ -37,13 +39,15 @@ constexpr std::string_view kCompany = "@CompCode";
 const Caption kSaveFailed{"an error occurred during saving data export data",
                           "储存资料输出时出现错误"};
 
-// The users with the hashes of their passwords, the settings with accounts of services, and what a
-// company signs in with: all columns of a company at once would bring it along. Of a statement
-// without a fault.
+// The users, the settings with the accounts of services, and a column with a secret: all columns of
+// a table at once would bring it along, under any name. Of a statement without a fault.
 bool NamesSecrets(std::string_view statement) {
-  constexpr std::string_view kSecrets[] = {"UserMast",     "Systemast",     "ClientID",
-                                           "ClientSecret", "MyTaxClientID", "MyTaxClientSecret"};
-  bool companies = false;
+  constexpr std::string_view kWhole[] = {"UserMast", "Systemast"};
+  constexpr std::string_view kInPart[] = {"CompMast", "CustMast", "LoanMast"};
+  const auto is_one_of = [](const auto& names, std::string_view text) {
+    return std::ranges::any_of(names, [&](std::string_view name) { return SameText(name, text); });
+  };
+  bool in_part = false;
   bool all_columns = false;
   sql::Lexer lexer(statement);
   sql::Token before;
@@ -51,10 +55,8 @@ bool NamesSecrets(std::string_view statement) {
   while (token.kind != sql::TokenKind::kEnd) {
     const sql::Token next = lexer.Next();
     if (token.kind == sql::TokenKind::kName || token.kind == sql::TokenKind::kQuotedName) {
-      for (const std::string_view secret : kSecrets) {
-        if (SameText(token.text, secret)) return true;
-      }
-      companies = companies || SameText(token.text, "CompMast");
+      if (is_one_of(kWhole, token.text) || IsSecretName(token.text)) return true;
+      in_part = in_part || is_one_of(kInPart, token.text);
     }
     if (token.text == "*" && token.kind == sql::TokenKind::kSymbol && before.text != "(") {
       // Before a value it multiplies.
@@ -64,7 +66,7 @@ bool NamesSecrets(std::string_view statement) {
     before = token;
     token = next;
   }
-  return companies && all_columns;
+  return in_part && all_columns;
 }
 
 // As a person reads it: every year, for a date of birth is one too.
@@ -305,10 +307,11 @@ bool NPLExportfrm::MayRun(const std::string& statement) {
   // An administrator may have kept one for others.
   if (SQLStatement.text() != kept_ && NamesSecrets(statement)) {
     return Refuse(SQLStatement,
-                  {"Below an administrator the users (UserMast), the settings (Systemast) and the "
-                   "client ids and secrets of companies are not read; of CompMast name each column",
-                   "管理员以下不可读取用户（UserMast）、设定（Systemast）及公司的 client id 与 "
-                   "secret；CompMast 须逐一写明栏位"});
+                  {"Below an administrator the users (UserMast), the settings (Systemast) and "
+                   "columns with secrets (client ids, passwords, PINs) are not read; of CompMast, "
+                   "CustMast and LoanMast name each column",
+                   "管理员以下不可读取用户（UserMast）、设定（Systemast）及机密栏位（client "
+                   "id、密码、PIN）；CompMast、CustMast、LoanMast 须逐一写明栏位"});
   }
   return true;
 }

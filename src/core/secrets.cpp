@@ -21,12 +21,6 @@ constexpr std::string_view kHidden = "'***'";
 constexpr std::string_view kSecretWords[] = {"userdept", "password", "secret",
                                              "atmpin",   "clientid", "client_id"};
 
-bool IsSecretName(std::string_view name) {
-  const std::string lower = sql::LowerAscii(name);
-  return std::ranges::any_of(
-      kSecretWords, [&](std::string_view word) { return lower.find(word) != std::string::npos; });
-}
-
 bool IsName(const Token& token) {
   return token.kind == TokenKind::kName || token.kind == TokenKind::kQuotedName;
 }
@@ -115,6 +109,12 @@ class Search {
 };
 
 }  // namespace
+
+bool IsSecretName(std::string_view name) {
+  const std::string lower = sql::LowerAscii(name);
+  return std::ranges::any_of(
+      kSecretWords, [&](std::string_view word) { return lower.find(word) != std::string::npos; });
+}
 
 std::string WithoutSecrets(std::string_view sql) {
   // Nearly every statement holds none.

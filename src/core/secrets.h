@@ -9,4 +9,7 @@ namespace kaunter {
 
 std::string WithoutSecrets(std::string_view sql);
 
+// What a setting or a column of this name holds is secret.
+bool IsSecretName(std::string_view name);
+
 }  // namespace kaunter

@@ -84,6 +84,8 @@ TEST_F(Exporter, WhoMayRunWhat) {
                {3, "SELECT * FROM LoanMast, [usermast]", "Below an administrator the users", "2"},
                {3, "SELECT c.* FROM CompMast AS c", "Below an administrator the users", "2"},
                {3, "SELECT [clientsecret] AS a FROM CompMast", "Below an administrator", "2"},
+               {2, "WITH x (a) AS (SELECT * FROM CustMast) SELECT a FROM x", "Below an", "2"},
+               {2, "SELECT c.ATMPinNo FROM CustMast AS c", "Below an administrator", "2"},
                {3, "SELECT Value FROM SysteMast", "Below an administrator the users", "2"},
                {3, "SELECT CompDesc, COUNT(*), SUM(2 * 3) FROM CompMast GROUP BY CompDesc",
                 "Process completed", "2"},
