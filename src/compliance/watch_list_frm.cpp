@@ -10,14 +10,13 @@
 #include "core/open_for.h"
 #include "core/session_report.h"
 #include "core/staged_rows.h"
+#include "core/stoppable.h"
 #include "core/telling.h"
 #include "core/values.h"
 #include "platform/host.h"
-#include "platform/sql/waiting.h"
 #include "screen/hourglass.h"
 #include "screen/report_job.h"
 #include "screen/stop_bar.h"
-#include "screen/wait_bar.h"
 
 namespace kaunter {
 namespace {
@@ -152,19 +151,10 @@ bool WatchListFrm::MayReplace(std::size_t entries) {
 bool WatchListFrm::Copy() {
   const Hourglass busy(desk());
   std::vector<WatchEntry> entries;
-  {
-    WaitBar wait(desk(), session().In(title()),
-                 session().In({"Reading the central watch list", "正在读取中央名单"}),
-                 session().In(kStop));
-    const MayStop stop([&wait] { return wait.StopAsked(); });
-    try {
-      entries = FetchWatchList(session());
-    } catch (const SqlError&) {
-      if (wait.stopped()) return false;
-      throw;
-    }
-  }
-  if (!MayReplace(entries.size())) return false;
+  const bool read = RunStoppable(session(), desk(), session().In(title()),
+                                 {"Reading the central watch list", "正在读取中央名单"},
+                                 [&](const GoOn&) { entries = FetchWatchList(session()); });
+  if (!read || !MayReplace(entries.size())) return false;
   StopBar bar(*this);
   return StoreCopy(session(), entries, [&](int done) {
     return bar.GoOn(done, entries.size(), session().In({"Keeping the copy", "正在备存"}));
