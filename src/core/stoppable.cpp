@@ -12,12 +12,14 @@ bool RunStoppable(Session& session, Desk& desk, const std::string& title, const 
   const Hourglass busy(desk);
   WaitBar bar(desk, title, session.In(text), session.In(kStop));
   const MayStop stop([&bar] { return bar.StopAsked(); });
+  bool whole = true;
   try {
-    work([&bar](int done, int total) { return !bar.StopAsked(done, total); });
+    work([&](int done, int total) { return whole = !bar.StopAsked(done, total); });
   } catch (const SqlError&) {
     if (!bar.stopped()) throw;
+    whole = false;
   }
-  return !bar.stopped();
+  return whole;
 }
 
 }  // namespace kaunter

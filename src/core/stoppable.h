@@ -16,7 +16,8 @@ using GoOn = std::function<bool(int done, int total)>;
 
 // Does the work under the hourglass and, once it is long, a bar with `text` and a Stop. False when
 // the person stopped it: the statement that ran then has failed, and what the work wrote is as its
-// transactions leave it. What it throws otherwise goes on.
+// transactions leave it. A wish that came too late for both is none: the work is done. What it
+// throws otherwise goes on.
 bool RunStoppable(Session& session, Desk& desk, const std::string& title, const Caption& text,
                   const std::function<void(const GoOn&)>& work);
 

@@ -7,10 +7,12 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <thread>
 
 #include "compliance/export_csv.h"
 #include "compliance/npl_exportfrm.h"
 #include "core/schema_text.h"
+#include "platform/sql/waiting.h"
 #include "platform/whole_file.h"
 #include "screen/cancel_offer.h"
 #include "tests/core/office.h"
@@ -213,6 +215,19 @@ TEST_F(Exporter, ALongStatementIsStoppedAndHasChangedNothing) {
     EXPECT_EQ(screen->ResultLBL.Text(), "Stopped, nothing was changed");
     EXPECT_EQ(office.Scalar("SELECT SUM(LoanAmt) FROM LoanMast"), "1236.5");
   }
+}
+
+// The statement had ended by the time it was told to.
+TEST_F(Exporter, AStopThatComesTooLateIsNotToldAsOne) {
+  auto screen = Open(4);
+  office.session.Main().SetFaultHook([](std::string_view sql) {
+    if (!sql.starts_with("UPDATE")) return;
+    std::this_thread::sleep_for(std::chrono::milliseconds(450));
+    EXPECT_TRUE(StopAsked());
+  });
+  EXPECT_EQ(Run(*screen, "UPDATE LoanMast SET LoanAmt=7"), "Process completed");
+  office.session.Main().SetFaultHook({});
+  EXPECT_EQ(office.Scalar("SELECT SUM(LoanAmt) FROM LoanMast"), "14");
 }
 
 // One row a line; quotes as spreadsheets take them.
