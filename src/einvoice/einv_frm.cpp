@@ -12,6 +12,7 @@
 #include "core/open_for.h"
 #include "core/telling.h"
 #include "core/values.h"
+#include "einvoice/check_list.h"
 #include "einvoice/document_selection.h"
 #include "screen/hourglass.h"
 
@@ -101,7 +102,6 @@ EInvFrm::EInvFrm(Session& session, Desk& desk)
 }
 
 void EInvFrm::Load() {
-  addresses_.Read(session());
   SendType.SetIndex(0);
   SubmitMethod.SetIndex(0);
   CmdPrint.SetEnabled(false);
@@ -143,12 +143,11 @@ void EInvFrm::ChangeCompany() {
     return;
   }
   CompCode.SetMark(false);
-  checks_ = std::make_unique<CheckList>(session());
   std::string told;
   if (!service_.has_token()) {
     told = session().In({"No token: ", "没有令牌："}) + session().In(service_.token_trouble());
   }
-  if (const std::string faults = checks_->OfCompany(CompCode.text()); !faults.empty()) {
+  if (const std::string faults = CheckList(session()).OfCompany(CompCode.text()); !faults.empty()) {
     told += (told.empty() ? "" : "\n") +
             session().In({"The company's own tax identity: ", "公司本身的税务资料："}) + faults;
   }
@@ -211,9 +210,7 @@ bool EInvFrm::ReadLines(const std::string& sid) {
       bar->SetRange(total);
       bar->SetPosition(done);
     });
-    // Other desktops may have brought new codes since the company was chosen.
-    checks_ = std::make_unique<CheckList>(session());
-    checks_->Check(lines_, mode(), CompCode.text());
+    CheckList(session()).Check(lines_, mode(), CompCode.text());
   } catch (const std::exception& failure) {
     lines_.clear();
     LogRollback(session(), sid, failure);

@@ -7,12 +7,10 @@
 
 #include <chrono>
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "core/session_screen.h"
-#include "einvoice/check_list.h"
 #include "einvoice/invoice_line.h"
 #include "einvoice/invoice_service.h"
 #include "einvoice/submission.h"
@@ -89,8 +87,6 @@ class EInvFrm : public SessionScreen {
   void NoteSettled(const InvoiceLine& line, std::string_view as);
 
   InvoiceService service_;
-  ServiceAddresses addresses_;
-  std::unique_ptr<CheckList> checks_;
   std::string supplier_;
   std::vector<InvoiceLine> lines_;
   std::vector<std::size_t> shown_;  // of the rows of the grid, in lines_

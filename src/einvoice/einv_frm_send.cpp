@@ -161,7 +161,7 @@ void EInvFrm::Export() {
   bool whole = true;
   std::string id;  // of the document that is on its way
   try {
-    Submission submission(session(), service_, addresses_, mode(), supplier_);
+    Submission submission(session(), service_, mode(), supplier_);
     Run run(*this, ticked.size());
     for (std::size_t i = 0; i < ticked.size() && whole; ++i) {
       id = lines_[ticked[i]].id();
@@ -270,7 +270,7 @@ void EInvFrm::AskStatuses() {
     if (!line.uuid().empty() && status != "Invalid" && status != "Valid") asked.push_back(at);
   }
   try {
-    Submission submission(session(), service_, addresses_, SendMode::submit, supplier_);
+    Submission submission(session(), service_, SendMode::submit, supplier_);
     Run run(*this, asked.size());
     for (std::size_t i = 0; i < asked.size() && !run.Stopped(); ++i) {
       InvoiceLine& line = lines_[asked[i]];
@@ -405,7 +405,7 @@ bool EInvFrm::SettleWithUuid(InvoiceLine& line, const std::string& uuid) {
           {fmt::format("The service shows {} as {}: it is not cancelled", uuid, reply.status),
            fmt::format("服务显示 {} 为 {}：尚未取消", uuid, reply.status)});
     }
-    Submission submission(session(), service_, addresses_, mode(), supplier_);
+    Submission submission(session(), service_, mode(), supplier_);
     submission.Record(line, uuid);
     if (mode() == SendMode::submit) TakeStatus(line, reply);
     line.ticked = false;

@@ -18,13 +18,6 @@ namespace kaunter {
 using namespace einvoice_column;
 using Answer = SendingMark::Answer;
 
-void ServiceAddresses::Read(Session& session) {
-  for (const char* key : {"GetEInvAPIInv", "GetEInvAPICN", "GetEInvAPIConsolidated",
-                          "GetEInvAPICancel", "GetEInvAPIStatus"}) {
-    all_[key] = ReadSetting(session.Main(), key);
-  }
-}
-
 void SaveEInvResult(Session& session, const InvoiceRow& row, std::string_view uuid, SendMode mode,
                     bool ticked) {
   Connection& main = session.Main();
@@ -50,37 +43,32 @@ void SaveEInvResult(Session& session, const InvoiceRow& row, std::string_view uu
   WriteLog(session, LogLine(session, statement));
 }
 
-Submission::Submission(Session& session, InvoiceService& service, const ServiceAddresses& addresses,
-                       SendMode mode, std::string_view supplier)
+Submission::Submission(Session& session, InvoiceService& service, SendMode mode,
+                       std::string_view supplier)
     : session_(session),
       service_(service),
-      addresses_(addresses),
       mode_(mode),
       marks_(session, NameOf(mode)),
       supplier_(supplier) {}
 
-std::string Submission::Ask(const InvoiceLine& line) {
-  if (mode_ == SendMode::cancel) {
-    return service_.Send("PUT", addresses_["GetEInvAPICancel"] + line.uuid(), kCancelBody);
-  }
-  const std::string body = SubmitBody(line.cells, supplier_);
-  return service_.Send("POST", addresses_[SubmitAddressKey(line.cells)], body);
-}
-
 Submission::Outcome Submission::Send(InvoiceLine& line) {
-  if (mode_ == SendMode::submit) service_.LogBody(SubmitBody(line.cells, supplier_));
+  const bool cancels = mode_ == SendMode::cancel;
+  const std::string body = cancels ? std::string(kCancelBody) : SubmitBody(line.cells, supplier_);
+  const std::string url = cancels ? ReadSetting(session_.Main(), "GetEInvAPICancel") + line.uuid()
+                                  : ReadSetting(session_.Main(), SubmitAddressKey(line.cells));
+  if (!cancels) service_.LogBody(body);
   const SendingMark before = line.mark;
   const auto claimed = marks_.Claim(line.key(), before);
   if (!claimed) {
     line.mark = marks_.ReadOne(line.key());
     const bool done = line.mark.state == SendingMark::State::recorded;
     if (done) line.cells[kUuid] = line.mark.uuid;
-    if (done && mode_ == SendMode::cancel) line.cancel_uuid = line.mark.uuid;
+    if (done && cancels) line.cancel_uuid = line.mark.uuid;
     return Outcome::not_ours;
   }
   line.mark = *claimed;
   try {
-    return TakeReply(line, before, Ask(line));
+    return TakeReply(line, before, service_.Send(cancels ? "PUT" : "POST", url, body));
   } catch (const HttpFailure& failure) {
     line.cells[kMsg] = service_.WithoutSecrets(failure.what());
     try {

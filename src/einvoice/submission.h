@@ -2,7 +2,6 @@
 // in it.
 #pragma once
 
-#include <map>
 #include <string>
 #include <string_view>
 
@@ -13,16 +12,6 @@
 namespace kaunter {
 
 class Session;
-
-// The addresses of the service, read once.
-class ServiceAddresses {
- public:
-  void Read(Session& session);
-  const std::string& operator[](std::string_view key) const { return all_.find(key)->second; }
-
- private:
-  std::map<std::string, std::string, std::less<>> all_;
-};
 
 class Submission {
  public:
@@ -35,8 +24,7 @@ class Submission {
   };
 
   // Of a run: `supplier` is the company's block.
-  Submission(Session& session, InvoiceService& service, const ServiceAddresses& addresses,
-             SendMode mode, std::string_view supplier);
+  Submission(Session& session, InvoiceService& service, SendMode mode, std::string_view supplier);
 
   // Sends the document and writes what comes of it, into the line too. Throws HttpFailure when no
   // whole answer came, and what a failed write throws; the line's mark then tells what is known.
@@ -48,12 +36,10 @@ class Submission {
 
  private:
   bool ForgetReplaced(const InvoiceLine& line, const std::string& uuid);
-  std::string Ask(const InvoiceLine& line);
   Outcome TakeReply(InvoiceLine& line, const SendingMark& before, const std::string& reply);
 
   Session& session_;
   InvoiceService& service_;
-  const ServiceAddresses& addresses_;
   SendMode mode_;
   SendingMarks marks_;
   std::string supplier_;
