@@ -4,23 +4,17 @@
 
 #include <cstdint>
 #include <fstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "bank/bank_layout.h"
-#include "screen/caption.h"
+#include "screen/caption_error.h"
 
 namespace kaunter {
 
-// The file cannot be a bank's; what() is the English text.
-class BankFileRefused : public std::runtime_error {
- public:
-  explicit BankFileRefused(Caption why) : std::runtime_error(why.english), why_(std::move(why)) {}
-  const Caption& why() const { return why_; }
-
- private:
-  Caption why_;
+// The file cannot be a bank's.
+struct BankFileRefused : CaptionError {
+  using CaptionError::CaptionError;
 };
 
 class BankLines {

@@ -4,11 +4,11 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <stdexcept>
 #include <string_view>
 #include <utility>
 
 #include "core/values.h"
+#include "screen/caption_error.h"
 #include "screen/text.h"
 
 namespace kaunter {
@@ -20,13 +20,8 @@ constexpr std::size_t kName = 40;
 constexpr std::string_view kPurpose = "DEBIT";
 
 // Why a field cannot be written; DebitFile puts the line before it.
-class FieldRefused : public std::runtime_error {
- public:
-  explicit FieldRefused(Caption why) : std::runtime_error(why.english), why_(std::move(why)) {}
-  const Caption& why() const { return why_; }
-
- private:
-  Caption why_;
+struct FieldRefused : CaptionError {
+  using CaptionError::CaptionError;
 };
 
 // A letter of two bytes would move all that stands behind it.
@@ -129,9 +124,12 @@ std::optional<std::size_t> DebitIdentifierWidth(std::size_t index) {
   return std::nullopt;
 }
 
+Recordset StoredDebitSetup(Connection& main) {
+  return main.Query("SELECT [Value] FROM Systemast WHERE Param like 'DD-%' ORDER BY Param");
+}
+
 std::optional<DebitSetup> ReadDebitSetup(Connection& main) {
-  const Recordset rows =
-      main.Query("SELECT [Value] FROM Systemast WHERE Param like 'DD-%' ORDER BY Param");
+  const Recordset rows = StoredDebitSetup(main);
   if (rows.RowCount() < kDebitIdentifiers) return std::nullopt;
   DebitSetup setup;
   for (std::size_t i = 0; i < kDebitIdentifiers; ++i) setup[i] = NullToEmpty(rows.rows()[i][0]);
@@ -190,7 +188,7 @@ std::variant<std::string, Caption> DebitFile(const DebitSetup& setup,
                       .Blanks(129)
                       .End();
   } catch (const FieldRefused& refused) {
-    return InLine(number, in_work, refused.why());
+    return InLine(number, in_work, refused.text);
   }
 }
 

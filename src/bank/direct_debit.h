@@ -25,6 +25,8 @@ std::string DebitSetupKey(std::size_t index);
 // Longest text that the place of an identifier in the file takes; none where it has no width.
 std::optional<std::size_t> DebitIdentifierWidth(std::size_t index);
 
+// What is stored of them, [Value] in the order of their keys. Throws SqlError.
+Recordset StoredDebitSetup(Connection& main);
 // Nothing when none is stored, or not all six. Throws SqlError.
 std::optional<DebitSetup> ReadDebitSetup(Connection& main);
 

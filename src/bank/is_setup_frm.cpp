@@ -19,8 +19,7 @@ void ISSetupfrm::Load() {
   ReadOrTell(
       session(), *this, "Direct Debit Setting",
       {"an error occur during reading Direc Debit Setting", "阅读直接扣账设定时出现错误"}, [this] {
-        const Recordset rows =
-            main().Query("SELECT [Value] FROM Systemast WHERE Param like 'DD-%' ORDER BY Param");
+        const Recordset rows = StoredDebitSetup(main());
         for (std::size_t i = 0; i < txt_.size(); ++i) {
           const auto width = DebitIdentifierWidth(i);
           txt_[i]->max_length = width ? static_cast<int>(*width) : rows.columns().front().width;

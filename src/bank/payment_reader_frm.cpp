@@ -199,8 +199,8 @@ bool PaymentReaderfrm::Show(const Caption& failed,
     return false;
   } catch (const BankFileRefused& refused) {
     Clear();
-    return Refuse({failed.english + "\n" + refused.why().english,
-                   failed.chinese + "\n" + refused.why().chinese});
+    return Refuse({failed.english + "\n" + refused.text.english,
+                   failed.chinese + "\n" + refused.text.chinese});
   } catch (const std::exception& failure) {
     Clear();
     LogRollback(session(), "Payment Reader", failure);

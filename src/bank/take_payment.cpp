@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <exception>
-#include <stdexcept>
 #include <variant>
 
 #include "bank/reader_doubts.h"
@@ -17,6 +16,7 @@
 #include "core/telling.h"
 #include "core/values.h"
 #include "platform/sql/transaction.h"
+#include "screen/caption_error.h"
 
 namespace kaunter {
 namespace {
@@ -28,13 +28,8 @@ constexpr int kDeadlock = 1205;
 constexpr int kBusy = 1222;
 
 // The line cannot be taken, and nothing went wrong.
-class Refused : public std::runtime_error {
- public:
-  explicit Refused(Caption why) : std::runtime_error(why.english), why_(std::move(why)) {}
-  const Caption& why() const { return why_; }
-
- private:
-  Caption why_;
+struct Refused : CaptionError {
+  using CaptionError::CaptionError;
 };
 
 // Another desktop, or an earlier run, has taken the line.
@@ -240,7 +235,7 @@ TakeOutcome TakePayment(Session& session, Desk& desk, ReaderRow& row) {
     row.Remarks = kPaymentDone;
     return TakeOutcome::already;
   } catch (const Refused& refused) {
-    Fail(session, row, refused, refused.why());
+    Fail(session, row, refused, refused.text);
   } catch (const std::exception& failure) {
     Fail(session, row, failure,
          Failed({fmt::format("An error occurs during saving payment - {}", failure.what()),

@@ -1,19 +1,15 @@
 // What is wrong with a file that somebody brings, in both languages; and the way back into one.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <string_view>
-#include <utility>
 
-#include "screen/caption.h"
+#include "screen/caption_error.h"
 
 namespace kaunter {
 
-struct FileTrouble : std::runtime_error {
-  explicit FileTrouble(Caption caption)
-      : std::runtime_error(caption.english), text(std::move(caption)) {}
-  Caption text;
+struct FileTrouble : CaptionError {
+  using CaptionError::CaptionError;
 };
 
 // A cell of a list that goes back to a spreadsheet, which must not take it for a formula.

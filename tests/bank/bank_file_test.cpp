@@ -169,7 +169,7 @@ struct BankFileTest : ::testing::Test {
     try {
       Read(layout);
     } catch (const BankFileRefused& refused) {
-      return refused.why().english;
+      return refused.text.english;
     }
     return {};
   }
