@@ -17,9 +17,15 @@ std::int64_t LastNumber(Connection& queue) {
   return last.empty() ? 0 : std::stoll(last);
 }
 
-// Changes nothing: on a server the second of two desktops waits here until the first is done.
+// Changes nothing: the second of two desktops waits here until the first is done.
 void Hold(Connection& queue, std::string_view number) {
   queue.Execute(fmt::format("UPDATE SMSList SET CompCode=CompCode WHERE SMSID={}", number));
+}
+
+// The same before something is added. An SQL Server locks the place before the first message, which
+// an empty queue has too; on the other engines one transaction writes at a time.
+void HoldQueue(Connection& queue) {
+  queue.Query("SELECT MIN(SMSID) FROM SMSList WITH (UPDLOCK, HOLDLOCK)");
 }
 
 int CountIn(const std::map<std::pair<std::string, std::string>, int>& counts,
@@ -53,7 +59,7 @@ bool SmsQueue::Holds(const std::string& number, const std::string& text) const {
 
 bool SmsQueue::Add(const QueuedSms& sms) {
   Transaction transaction(queue_);
-  Hold(queue_, "(SELECT MIN(SMSID) FROM SMSList)");
+  HoldQueue(queue_);
   ReadBehind(fmt::format("SMSID > {}", last_));
   if (Holds(sms.HP, sms.SMSMsg)) return false;
   queue_.Execute(fmt::format(

@@ -84,7 +84,8 @@ bool SMSfrm::AskAboutQueued(SmsQueue& queue, std::vector<int>& rows) {
   };
   const auto count = std::count_if(rows.begin(), rows.end(), queued);
   if (count == 0) return true;
-  if (Confirm(
+  // Each is paid for: Enter alone says no.
+  if (ConfirmLoss(
           {fmt::format("{} of these {} messages were queued today already, the same text to the "
                        "same number. Send them once more ?",
                        count, rows.size()),
