@@ -81,9 +81,7 @@ FrmSellGold::FrmSellGold(Session& session, Desk& desk)
 
 void FrmSellGold::Load() {
   FillCompanies(CompCode, session());
-  std::vector<std::string> companies = CompCode.items();
-  companies.insert(companies.begin(), "");  // all
-  CompCode.SetItems(std::move(companies));
+  OfferNothing(CompCode);  // all
   ClearAll();
 }
 

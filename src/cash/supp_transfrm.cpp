@@ -237,7 +237,7 @@ bool SuppTransfrm::Check() {
   if (!MayUseCompany(session(), CompCode.text())) {
     return Refuse(CompCode, {"Company Code is require", "请选择公司"});
   }
-  return CheckLinkAccounts();
+  return RequireLinkAccounts(session(), *this, {"APINV", "APCN"});
 }
 
 // 0 pays nothing: it is refused as a positive amount is.
@@ -254,17 +254,6 @@ bool SuppTransfrm::CheckSign() {
          Refuse(TransAmt,
                 {fmt::format("Invalid amount, {} cannot in negative amount", type.english),
                  fmt::format("金额不正确，{}不可是负数", type.chinese)});
-}
-
-bool SuppTransfrm::CheckLinkAccounts() {
-  while (LinkIsOn(session()) && !LinkAccSetupDone(main(), {"APINV", "APCN"})) {
-    if (!Confirm({"Link Account not complete setup\nDo you want to setup now ?",
-                  "会计科目尚未设定完毕\n是否现在设定？"})) {
-      return false;
-    }
-    desk().Show("LinkAccSetupfrm");
-  }
-  return true;
 }
 
 void SuppTransfrm::Save() {

@@ -60,7 +60,6 @@ class SuppTransfrm : public SessionScreen {
 
   bool Check();
   bool CheckSign();
-  bool CheckLinkAccounts();
   void Save();
   void Store();
   void Delete();

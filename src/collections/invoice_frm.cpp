@@ -231,15 +231,7 @@ bool Invoicefrm::CheckLoan() {
 }
 
 bool Invoicefrm::CheckLinkAccounts() {
-  if (!LinkIsOn(session()) || !IsDocument()) return true;
-  while (!LinkAccSetupDone(main(), {"ARINV", "ARCN"})) {
-    if (!Confirm({"Link Account not complete setup\nDo you want to setup now ?",
-                  "会计科目尚未设定完毕\n是否现在设定？"})) {
-      return false;
-    }
-    desk().Show("LinkAccSetupfrm");
-  }
-  return true;
+  return !IsDocument() || RequireLinkAccounts(session(), *this, {"ARINV", "ARCN"});
 }
 
 bool Invoicefrm::Check() {

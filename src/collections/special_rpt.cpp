@@ -67,11 +67,7 @@ void SpecialRpt::Load() {
   FillCompanies(CompCode, session());
   FillItems(Bank, main(), "SELECT BankCode FROM BankMast ORDER BY BankCode");
   FillItems(LoanGroupID, main(), "SELECT LoanGroupID FROM LoanGroupMast ORDER BY LoanGroupID");
-  for (ComboBox* choice : {&Bank, &LoanGroupID}) {
-    std::vector<std::string> items = choice->items();
-    items.insert(items.begin(), "");  // any
-    choice->SetItems(std::move(items));
-  }
+  for (ComboBox* choice : {&Bank, &LoanGroupID}) OfferNothing(*choice);  // any
   std::vector<std::string> sorts;
   for (const Sort& sort : Sorts()) sorts.push_back(session().In(sort.caption));
   SortBy.SetItems(std::move(sorts));

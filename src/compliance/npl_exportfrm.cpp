@@ -139,9 +139,7 @@ void NPLExportfrm::Load() {
   record_.TakeWidths(main());
   FillNames();
   FillCompanies(CompCode, session());
-  std::vector<std::string> companies = CompCode.items();
-  companies.insert(companies.begin(), "");  // all that the person may see
-  CompCode.SetItems(std::move(companies));
+  OfferNothing(CompCode);  // all that the person may see
   ShowRights();
   record_.Remember();
 }

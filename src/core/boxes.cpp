@@ -34,6 +34,12 @@ bool CheckDateOrder(Session& session, TextBox& from, const TextBox& to) {
                              b.In(true), to.text())});
 }
 
+void OfferNothing(ComboBox& box) {
+  std::vector<std::string> items = box.items();
+  items.insert(items.begin(), std::string());
+  box.SetItems(std::move(items));
+}
+
 void CapTexts(const Session& session, const Screen& screen) {
   if (!session.settings.CapLock) return;
   for (Control* control : screen.controls()) {

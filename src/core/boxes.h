@@ -32,6 +32,9 @@ bool CheckDateOrder(Session& session, TextBox& from, const TextBox& to);
 // comes from a search or a mask stay as they are. Called once, when the boxes have their onLeave.
 void CapTexts(const Session& session, const Screen& screen);
 
+// A list that may be left empty again: nothing stands before its items.
+void OfferNothing(ComboBox& box);
+
 // Of a TextBox or a ComboBox.
 template <typename Box>
 void FillBlank(Box& box, std::string_view text) {

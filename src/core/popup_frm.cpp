@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "core/boxes.h"
 #include "core/picker_columns.h"
 #include "core/values.h"
 #include "platform/sql/data_source.h"
@@ -73,9 +74,7 @@ void PopupFrm::OfferFilters() {
     } else {
       FillItems(box, main(), fmt::format("SELECT {0} FROM {1} ORDER BY {0}", box.name(), table));
     }
-    std::vector<std::string> items = box.items();
-    items.insert(items.begin(), std::string());  // the way back to all
-    box.SetItems(std::move(items));
+    OfferNothing(box);  // the way back to all
   };
   offer(CompCode, picker_->company, "");
   offer(AreaCode, picker_->area, "AreaMast");

@@ -12,6 +12,7 @@
 #include "core/telling.h"
 #include "platform/sql/transaction.h"
 #include "screen/desk.h"
+#include "screen/screen.h"
 
 namespace kaunter {
 namespace {
@@ -48,6 +49,17 @@ bool LinkAccSetupDone(Connection& main, std::initializer_list<std::string_view> 
   return ScalarQuery(main, fmt::format("SELECT COUNT(*) FROM LinkAccMast WHERE LinkID in ({}) AND "
                                        "LinkAccCode=''",
                                        list)) == "0";
+}
+
+bool RequireLinkAccounts(Session& session, const Screen& screen,
+                         std::initializer_list<std::string_view> link_ids) {
+  while (LinkIsOn(session) && !LinkAccSetupDone(session.Main(), link_ids)) {
+    session.MsgText = session.In({"Link Account not complete setup\nDo you want to setup now ?",
+                                  "会计科目尚未设定完毕\n是否现在设定？"});
+    if (!screen.desk().Ask(Heading(session, screen), session.MsgText)) return false;
+    screen.desk().Show("LinkAccSetupfrm");
+  }
+  return true;
 }
 
 std::string LinkAccount(Connection& main, std::string_view link_id) {

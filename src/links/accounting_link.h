@@ -21,11 +21,16 @@ namespace kaunter {
 
 class Session;
 class Desk;
+class Screen;
 
 // The link is on for this PC and this session.
 bool LinkIsOn(const Session& session);
 // No account of the kinds is blank: LinkAccSetupDone(main, {"ARINV", "ARCN"}). Throws SqlError.
 bool LinkAccSetupDone(Connection& main, std::initializer_list<std::string_view> link_ids);
+// While the link is on no account of these kinds may be blank: the person is asked to set them up,
+// until they are or he says no. Throws SqlError.
+bool RequireLinkAccounts(Session& session, const Screen& screen,
+                         std::initializer_list<std::string_view> link_ids);
 // The account of a kind of money ("HP", "MRTA", "PD" ...), "" when there is none. Throws SqlError.
 std::string LinkAccount(Connection& main, std::string_view link_id);
 

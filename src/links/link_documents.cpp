@@ -155,7 +155,6 @@ struct Stored {
   const char* select;  // the table of the record is r; Name is that of its party
   const char* key;
   const char* date;
-  const char* company;
   const char* ours;  // leaves out what was moved in: the old books have its documents
   Documents (*documents)(const Recordset& row, const LinkAccounts& accounts);
 };
@@ -176,14 +175,12 @@ const Stored& StoredOf(LinkSource source) {
        "SELECT r.*,r.CustName as Name FROM CustMast as r WHERE 1=1",
        "r.CustID",
        "r.TrxDate",
-       "r.CompCode",
        "",
        FromCustomer},
       {{"Supplier", "供应商"},
        "SELECT r.*,r.SuppName as Name FROM SupplierMast as r WHERE 1=1",
        "r.SuppID",
        "r.TrxDate",
-       "r.CompCode",
        "",
        FromSupplier},
       {{"Loan", "贷款"},
@@ -192,7 +189,6 @@ const Stored& StoredOf(LinkSource source) {
        "JOIN CustMast as c on c.CustID=r.CustID WHERE 1=1",
        "r.LoanID",
        "r.TrxDate",
-       "r.CompCode",
        kLoanNotMoved,
        FromLoan},
       {{"Drawdown", "发放"},
@@ -201,7 +197,6 @@ const Stored& StoredOf(LinkSource source) {
        "as c on c.CustID=r.CustID WHERE 1=1",
        "r.SID",
        "r.TrxDate",
-       "r.CompCode",
        kNotMovedWithLoan,
        FromDrawdown},
       {{"Payment", "付款"},
@@ -210,7 +205,6 @@ const Stored& StoredOf(LinkSource source) {
        "CustMast as c on c.CustID=r.CustID WHERE r.PaymentStatus='ACTIVE'",
        "r.PayID",
        "r.PayDate",
-       "r.CompCode",
        kPaymentNotMoved,
        FromPayment},
       {{"Charge", "收费"},
@@ -219,7 +213,6 @@ const Stored& StoredOf(LinkSource source) {
        "r.PType in ('Invoice','Credit Note')",
        "r.ChargeID",
        "r.TrxDate",
-       "r.CompCode",
        kNotMovedWithLoan,
        FromCharge},
       {{"Supplier Document", "供应商单据"},
@@ -228,7 +221,6 @@ const Stored& StoredOf(LinkSource source) {
        "s.SuppID=r.SuppID WHERE 1=1",
        "r.TransID",
        "r.TrxDate",
-       "r.CompCode",
        "",
        FromSupplierDocument}};
   return all[static_cast<std::size_t>(source)];
@@ -347,8 +339,8 @@ Documents ReadDocuments(Session& session, LinkSource source, const std::string& 
   const Stored& stored = StoredOf(source);
   std::string condition = fmt::format(" AND {0} >= {1} AND {0} < {2}", stored.date, SqlDate(from),
                                       SqlDate(DateTime::FromDisplay(to).value().AddDays(1)));
-  if (!company.empty()) condition += fmt::format(" AND {}={}", stored.company, QuoteStr(company));
-  return Read(session, source, condition + AndCompany(session, stored.company));
+  if (!company.empty()) condition += " AND r.CompCode=" + QuoteStr(company);
+  return Read(session, source, condition + AndCompany(session, "r.CompCode"));
 }
 
 Documents ReadDocuments(Session& session, LinkSource source, const std::vector<std::string>& keys) {

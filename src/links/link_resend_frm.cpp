@@ -79,9 +79,7 @@ void LinkResendfrm::Load() {
     return close({"The accounting link is off on this PC", "此电脑没有开启会计连接"});
   }
   FillCompanies(CompCode, session());
-  std::vector<std::string> companies = CompCode.items();
-  companies.insert(companies.begin(), "");
-  CompCode.SetItems(std::move(companies));
+  OfferNothing(CompCode);
   const DateTime today = ServerTime(main());
   DateFrom.SetText(fmt::format("01-{:02}-{:04}", today.month, today.year));
   DateTo.SetText(ServerNow(main(), false));
@@ -95,10 +93,7 @@ bool LinkResendfrm::CheckDates() {
   for (TextBox* box : {&DateFrom, &DateTo}) {
     if (!RequireDate(session(), *box, {"Date is required", "请输入日期"})) return false;
   }
-  if (DateTime::FromDisplay(DateTo.text()) < DateTime::FromDisplay(DateFrom.text())) {
-    return Refuse(DateTo, {"Date To is before Date From", "截止日期早于开始日期"});
-  }
-  return true;
+  return CheckDateOrder(session(), DateFrom, DateTo);
 }
 
 void LinkResendfrm::List() {
@@ -162,18 +157,6 @@ void LinkResendfrm::TickAll(bool on) {
 
 // --- the sending
 
-bool LinkResendfrm::AccountsAreSetUp() {
-  while (!LinkAccSetupDone(main(), {"HP", "TL", "MRTA", "Stamp", "Fire", "Legal", "Process", "Misc",
-                                    "ARINV", "ARCN", "APINV", "APCN", "PD"})) {
-    if (!Confirm({"Link Account not complete setup\nDo you want to setup now ?",
-                  "会计科目尚未设定完毕\n是否现在设定？"})) {
-      return false;
-    }
-    desk().Show("LinkAccSetupfrm");
-  }
-  return true;
-}
-
 void LinkResendfrm::Send() {
   std::vector<int> rows;
   for (int row = 0; row < DG.RowCount(); ++row) {
@@ -183,9 +166,14 @@ void LinkResendfrm::Send() {
     Refuse(DG, {"Tick the documents to be sent first", "请先勾选要传送的单据"});
     return;
   }
-  if (!AccountsAreSetUp()) return;
-  if (!Confirm({fmt::format("Confirm to send {} documents to the accounts ?", rows.size()),
-                fmt::format("确定传送 {} 份单据到会计系统？", rows.size())})) {
+  if (!RequireLinkAccounts(session(), *this,
+                           {"HP", "TL", "MRTA", "Stamp", "Fire", "Legal", "Process", "Misc",
+                            "ARINV", "ARCN", "APINV", "APCN", "PD"})) {
+    return;
+  }
+  // A bridge that has posted and taken its rows away posts them twice: Enter alone says no.
+  if (!ConfirmLoss({fmt::format("Confirm to send {} documents to the accounts ?", rows.size()),
+                    fmt::format("确定传送 {} 份单据到会计系统？", rows.size())})) {
     return;
   }
   int sent = 0;

@@ -47,7 +47,6 @@ class LinkResendfrm : public SessionScreen {
   void ShowDifferences();
   void Forget();
   void TickAll(bool on);
-  bool AccountsAreSetUp();
   void Send();
   void ShowSent(int row, Resent outcome);
   void Print();

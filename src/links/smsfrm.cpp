@@ -68,14 +68,6 @@ std::vector<std::string> Months() {
   return months;
 }
 
-// A list that may be left empty again.
-void FillChoices(ComboBox& box, Connection& main, const std::string& sql) {
-  FillItems(box, main, sql);
-  std::vector<std::string> items = box.items();
-  items.insert(items.begin(), "");
-  box.SetItems(std::move(items));
-}
-
 }  // namespace
 
 SMSfrm::SMSfrm(Session& session, Desk& desk)
@@ -125,9 +117,11 @@ void SMSfrm::Load() {
                    session().In({"Other SMS", "其他短讯"}), session().In({"Staff", "职员"}),
                    session().In({"Text File", "文字档"}), session().In({"Resend", "重发"})});
   FillCompanies(CompCode, session());
-  FillChoices(LoanStatus, main(), "SELECT LoanGroupID FROM LoanGroupMast ORDER BY LoanGroupID");
+  FillItems(LoanStatus, main(), "SELECT LoanGroupID FROM LoanGroupMast ORDER BY LoanGroupID");
+  OfferNothing(LoanStatus);
   CustStatus.SetItems({"", "ACTIVE", "BAD DEBT", "BLACKLIST", "REJECT", "KIV", "AMLA"});
-  FillChoices(CustRace, main(), "SELECT CustRaceID FROM CustRaceMast ORDER BY CustRaceID");
+  FillItems(CustRace, main(), "SELECT CustRaceID FROM CustRaceMast ORDER BY CustRaceID");
+  OfferNothing(CustRace);
   MMonth.SetItems(Months());
   UserLevel.SetItems({"", "Clerk", "Supervisor", "Manager", "Admin"});
   FillItems(SMSField, main(), "SELECT FieldID FROM SMSField");
@@ -262,7 +256,10 @@ bool SMSfrm::Check() {
     if (Type() == SmsType::outstanding_due && Trim(DateTo.text()).empty()) {
       return Refuse(DateTo, {"Date To required", "请输入截止日期"});
     }
-    if (!CheckDateBox(session(), DateFrom) || !CheckDateBox(session(), DateTo)) return false;
+    if (!CheckDateBox(session(), DateFrom) || !CheckDateBox(session(), DateTo) ||
+        !CheckDateOrder(session(), DateFrom, DateTo)) {
+      return false;
+    }
   }
   if (!IsResend() && !CheckTemplate()) return false;
   if (CompCode.empty()) return Refuse(CompCode, {"Company Code is required", "请选择公司"});

@@ -126,16 +126,8 @@ bool NewLoanFrm::CheckInstalmentTotal() {
 }
 
 bool NewLoanFrm::CheckLinkAccounts() {
-  if (!LinkIsOn(session())) return true;
-  while (!LinkAccSetupDone(main(),
-                           {"HP", "TL", "MRTA", "Stamp", "Fire", "Legal", "Process", "Misc"})) {
-    if (!Confirm({"Link Account not complete setup\nDo you want to setup now ?",
-                  "会计科目尚未设定完毕\n是否现在设定？"})) {
-      return false;
-    }
-    desk().Show("LinkAccSetupfrm");
-  }
-  return true;
+  return RequireLinkAccounts(session(), *this,
+                             {"HP", "TL", "MRTA", "Stamp", "Fire", "Legal", "Process", "Misc"});
 }
 
 bool NewLoanFrm::CheckCredit() {

@@ -15,12 +15,13 @@
 namespace kaunter {
 namespace {
 
-class YesDesk : public SilentDesk {
+class ResendDesk : public SilentDesk {
  public:
   bool Ask(std::string_view, std::string_view text) override {
     messages.emplace_back(text);
-    return yes;
+    return false;
   }
+  bool AskBeforeLoss(std::string_view, std::string_view) override { return yes; }
   std::string Last() const { return messages.empty() ? "" : messages.back(); }
   bool yes = true;
 };
@@ -249,7 +250,7 @@ class LinkResend : public ::testing::Test {
   std::mt19937 random{7};
   Office office;
   Session& session;
-  YesDesk desk;
+  ResendDesk desk;
   Model model;
   std::set<std::string> known;
   int made = 0;
@@ -381,7 +382,9 @@ TEST_F(LinkResend, NothingIsSentUnaskedOrWithoutAnAccount) {
   screen->DateTo.Type("31-12-2023");
   EXPECT_EQ(screen->DG.RowCount(), 0);
   screen->ListCmd.Click();
-  EXPECT_EQ(desk.Last(), "Accounting Re-send: Date To is before Date From");
+  EXPECT_EQ(desk.Last(),
+            "Accounting Re-send: Date From 01-01-2024 is after Date To 31-12-2023: put the earlier "
+            "day first");
 }
 
 }  // namespace
