@@ -15,6 +15,7 @@
 #include "core/log.h"
 #include "core/telling.h"
 #include "core/values.h"
+#include "platform/sql/retry.h"
 #include "platform/sql/transaction.h"
 #include "screen/caption_error.h"
 
@@ -22,10 +23,6 @@ namespace kaunter {
 namespace {
 
 const Caption kLoanNotFound{"Loan record not found", "找不到贷款资料"};
-constexpr int kAttempts = 5;
-constexpr int kDuplicateKey = 2627;
-constexpr int kDeadlock = 1205;
-constexpr int kBusy = 1222;
 
 // The line cannot be taken, and nothing went wrong.
 struct Refused : CaptionError {
@@ -45,15 +42,9 @@ class Take {
   // The payment's id. Throws Refused, AlreadyTaken, SqlError.
   std::string Run() {
     CheckLine();
-    for (int attempt = 1;; ++attempt) {
-      try {
-        return Store();
-      } catch (const SqlError& error) {
-        const bool passing = error.number() == kDuplicateKey || error.number() == kDeadlock ||
-                             error.number() == kBusy;
-        if (!passing || attempt == kAttempts) throw;
-      }
-    }
+    std::string id;
+    WriteAgainUntilDone([&] { id = Store(); });
+    return id;
   }
 
  private:

@@ -11,6 +11,7 @@
 #include "core/settings.h"
 #include "core/values.h"
 #include "loans/charge_totals.h"
+#include "platform/sql/retry.h"
 #include "platform/sql/transaction.h"
 
 namespace kaunter {
@@ -21,11 +22,6 @@ constexpr std::string_view kLastDay = "DailyBatchDate";
 constexpr std::int64_t kRowsAtOnce = 1000;
 // Totals of one transaction: each is summed over all charges that its loan ever took.
 constexpr std::size_t kTotalsAtOnce = 100;
-constexpr int kAttempts = 5;
-
-constexpr int kDuplicateKey = 2627;
-constexpr int kDeadlock = 1205;
-constexpr int kBusy = 1222;
 
 std::string DayOfKey(const DateTime& day) {
   return fmt::format("{:04}{:02}{:02}", day.year, day.month, day.day);
@@ -249,18 +245,11 @@ class DailyBatch {
   }
 
   void AsOne(const std::function<void()>& write) {
-    for (int attempt = 1;; ++attempt) {
-      try {
-        Transaction transaction(main_);
-        write();
-        transaction.Commit();
-        return;
-      } catch (const SqlError& error) {
-        const bool passing = error.number() == kDuplicateKey || error.number() == kDeadlock ||
-                             error.number() == kBusy;
-        if (!passing || attempt == kAttempts) throw;
-      }
-    }
+    WriteAgainUntilDone([&] {
+      Transaction transaction(main_);
+      write();
+      transaction.Commit();
+    });
   }
 
   void Write(std::string_view kind, std::string_view text, const std::vector<Charge>& charges) {

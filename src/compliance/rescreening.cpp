@@ -13,6 +13,7 @@
 #include "core/session.h"
 #include "core/staged_rows.h"
 #include "core/values.h"
+#include "platform/sql/retry.h"
 #include "platform/sql/transaction.h"
 
 namespace kaunter {
@@ -162,7 +163,6 @@ WatchDecision Decide(Session& session, const WatchHit& hit, bool is_hit, std::st
         made.Remark, made.UserID}) {
     texts += QuoteStr(text) + ",";
   }
-  constexpr int kKeyTaken = 2627;
   try {
     main.Execute(fmt::format(
         "INSERT INTO AMLADecision (CustID,SeqNo,CompCode,CustName,CustNIC,CustOIC,CustOthIC,RefNo,"
@@ -171,7 +171,7 @@ WatchDecision Decide(Session& session, const WatchHit& hit, bool is_hit, std::st
         "({},{},{}{})",
         id, made.SeqNo, texts, SqlDateTime(made.DateCreated)));
   } catch (const SqlError& error) {
-    if (error.number() != kKeyTaken) throw;
+    if (error.number() != kDuplicateKeyNumber) throw;
     throw std::runtime_error(session.In(
         {fmt::format("{}: another desktop decides about this customer at this moment. Press again",
                      customer.CustID),

@@ -10,6 +10,7 @@
 #include "core/values.h"
 #include "einvoice/service_reply.h"
 #include "platform/host.h"
+#include "platform/sql/retry.h"
 #include "platform/sql/text.h"
 
 namespace kaunter {
@@ -122,7 +123,6 @@ std::optional<SendingMark> SendingMarks::Claim(const Line& line, const SendingMa
   const std::string at = SqlDateTime(mark.sent_at);
   std::int64_t won = 0;
   if (seen.stamp.empty()) {
-    constexpr int kKeyExists = 2627;
     try {
       won = session_.Main().Execute(fmt::format(
           "INSERT INTO EInvSending (eInvID,SeqNo,Mode,Stamp,State,UserID,PCName,SentAt,uuid,Reply) "
@@ -132,7 +132,7 @@ std::optional<SendingMark> SendingMarks::Claim(const Line& line, const SendingMa
           QuoteStr(mark.stamp), QuoteStr(NameOf(mark.state)), QuoteStr(mark.user),
           QuoteStr(mark.computer), at, KeyIs(line, mode_)));
     } catch (const SqlError& error) {
-      if (error.number() != kKeyExists) throw;
+      if (error.number() != kDuplicateKeyNumber) throw;
     }
   } else {
     won = session_.Main().Execute(fmt::format(

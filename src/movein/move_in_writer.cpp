@@ -15,12 +15,11 @@
 #include "loans/rebuild.h"
 #include "loans/schedule_store.h"
 #include "movein/loan_book.h"
+#include "platform/sql/retry.h"
 #include "platform/sql/transaction.h"
 
 namespace kaunter {
 namespace {
-
-constexpr int kDuplicateKey = 2627;
 
 void RebuildOrThrow(const Session& session, const std::string& loan_id) {
   const Rebuilt rebuilt = RebuildLoan(session.Main(), loan_id);
@@ -79,7 +78,7 @@ bool MoveWriter::Write(CustomerPlan& plan) {
     transaction.Commit();
     return true;
   } catch (const SqlError& error) {
-    if (error.number() == kDuplicateKey) return false;
+    if (error.number() == kDuplicateKeyNumber) return false;
     throw;
   }
 }
