@@ -551,19 +551,6 @@ TEST(SelfBill, ADayAtTwoDesktopsSendsEachDocumentOnce) {
   }
 }
 
-TEST(SelfBill, ACompanyWithoutTaxIdentitySubmitsNothing) {
-  InvoiceOffice office;
-  office.Run("INSERT INTO CompMast (CompCode) VALUES ('AB')");
-  Counter counter(office);
-  counter.Fill();
-  counter.desk.said.clear();
-  counter.screen->CompCode.Pick("AB");
-  EXPECT_EQ(counter.desk.said, "Company E-Invoicing not found, cannot process submition|");
-  EXPECT_FALSE(counter.screen->SaveCmd.enabled());
-  counter.screen->CompCode.Pick("HQ");
-  EXPECT_EQ(counter.Save(), kSent);
-}
-
 TEST(SelfBill, WhatTheServiceWouldRefuseIsListed) {
   InvoiceOffice office;
   SelfBill good{.SID = "SB0001",
