@@ -27,4 +27,16 @@ void FollowReleases(Connection& main, std::string_view loan_id) {
                   id));
 }
 
+void AddOldRelease(Connection& main, const OldRelease& release, std::string_view user,
+                   std::string_view now) {
+  main.Execute(fmt::format(
+      "INSERT INTO DrawDownMast (SID,LoanID,CustID,TrxDate,CompCode,DrawDownAmt,Payee,Bank,ChqNo,"
+      "Remarks,UserID,DateCreated) VALUES ({},{},{},{},{},{},{},{},'','',{},{})",
+      QuoteStr(NextReleaseNumber(main, release.CompCode)), QuoteStr(release.LoanID),
+      QuoteStr(release.CustID), release.TrxDate, QuoteStr(release.CompCode),
+      release.DrawDownAmt.ToText(), QuoteStr(release.Payee), QuoteStr(release.Bank), QuoteStr(user),
+      now));
+  FollowReleases(main, release.LoanID);
+}
+
 }  // namespace kaunter

@@ -25,24 +25,10 @@ void InsertRow(Connection& connection, const LoanKey& key, const ScheduleRow& ro
 LoanTerms StoredTerms(const Recordset& row) {
   const auto text = [&row](std::string_view column) { return NullToEmpty(row.Field(column)); };
   const DateTime* const next_due = row.Field("NextDueDate").AsDate();
-  LoanTerms terms;
+  LoanTerms terms = TermsByColumn(text);
   terms.DragLoan = text("DragLoan") == "1" ? LoanScheme::kFlexi : LoanScheme::kPersonal;
-  terms.LoanPurpose =
-      SameText(text("LoanPurpose"), "FLAT") ? InterestMethod::kFlat : InterestMethod::kReducing;
-  terms.secured = SameText(text("LoanType"), "Secured");
-  terms.LoanTypeID = text("LoanTypeID");
   if (next_due != nullptr) terms.NextDueDate = *next_due;
-  terms.LoanAmt = text("LoanAmt");
-  terms.InsRate = text("InsRate");
-  terms.LoanTerm = text("LoanTerm");
-  terms.LoanTerm2 = text("LoanTerm2");
-  terms.LoanTerm3 = text("LoanTerm3");
-  terms.FirstPayment = text("FirstPayment");
-  terms.InstallmentAmt = text("InstallmentAmt");
-  terms.InstallmentAmt2 = text("InstallmentAmt2");
-  terms.LastPayment = text("LastPayment");
-  terms.PayOutAmt2 = text("PayOutAmt2");
-  terms.LoanBal = text(text("LastPaymentNo").empty() ? "LoanBal" : "LoanAmt");
+  if (!text("LastPaymentNo").empty()) terms.LoanBal = terms.LoanAmt;
   return terms;
 }
 

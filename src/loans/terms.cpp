@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "core/numbers.h"
+#include "core/texts.h"
 #include "loans/step_date.h"
 #include "platform/money.h"
 
@@ -29,6 +30,26 @@ int WholeNumber(const char* field, double least, const std::string& text) {
 }
 
 }  // namespace
+
+LoanTerms TermsByColumn(const RecordTexts& text) {
+  LoanTerms terms;
+  terms.LoanPurpose =
+      SameText(text("LoanPurpose"), "FLAT") ? InterestMethod::kFlat : InterestMethod::kReducing;
+  terms.secured = SameText(text("LoanType"), "Secured");
+  terms.LoanTypeID = text("LoanTypeID");
+  terms.LoanAmt = text("LoanAmt");
+  terms.InsRate = text("InsRate");
+  terms.LoanTerm = text("LoanTerm");
+  terms.LoanTerm2 = text("LoanTerm2");
+  terms.LoanTerm3 = text("LoanTerm3");
+  terms.FirstPayment = text("FirstPayment");
+  terms.InstallmentAmt = text("InstallmentAmt");
+  terms.InstallmentAmt2 = text("InstallmentAmt2");
+  terms.LastPayment = text("LastPayment");
+  terms.PayOutAmt2 = text("PayOutAmt2");
+  terms.LoanBal = text("LoanBal");
+  return terms;
+}
 
 int TermOf(const LoanTerms& terms) { return WholeNumber("LoanTerm", 1, terms.LoanTerm); }
 

@@ -39,6 +39,10 @@ struct LoanTerms {
   std::string LoanBal;     // personal: capital and all interest; flexi: capital
 };
 
+// By the columns of LoanMast as texts. The scheme and the first due date are left to the caller: a
+// row does not keep them as a box shows them.
+LoanTerms TermsByColumn(const RecordTexts& text);
+
 // T and G as numbers; they must have passed CheckTerm and CheckGrace (else std::invalid_argument).
 int TermOf(const LoanTerms& terms);
 int GraceOf(const LoanTerms& terms);

@@ -3,18 +3,16 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <filesystem>
 
-#include "compliance/export_csv.h"
 #include "core/audit.h"
 #include "core/log.h"
 #include "core/startup.h"
 #include "core/telling.h"
 #include "core/values.h"
 #include "movein/file_trouble.h"
+#include "movein/trouble_list.h"
 #include "platform/sql/data_source.h"
 #include "platform/sql/transaction.h"
-#include "platform/whole_file.h"
 #include "screen/hourglass.h"
 #include "screen/stop_bar.h"
 
@@ -266,31 +264,12 @@ void AccessDB::ShowReport(LegacyReport report) {
 }
 
 void AccessDB::ExportList() {
-  const std::string folder =
-      desk().PickFolder(session().In({"Select a folder", "请选择文件夹"}), session().AppPath);
-  if (folder.empty()) return;
-  const std::string path =
-      (std::filesystem::path(folder) /
-       fmt::format("Conversion-{}.csv", Format(session().clock.Now(), "yyyymmdd-hhnnss")))
-          .string();
-  try {
-    WriteWholeFile(path, [this](std::ostream& out) {
-      out << "\xEF\xBB\xBF"
-          << ExportLine({"Table", "Row", "Key", "Column", "Value", "Reason"}, true) << "\r\n";
-      for (const LegacyTrouble& trouble : report_.troubles) {
-        out << ExportLine({trouble.table, std::to_string(trouble.row), Harmless(trouble.key),
-                           trouble.column, Harmless(trouble.value), session().In(trouble.reason)},
-                          true)
-            << "\r\n";
-      }
-    });
-  } catch (const std::exception& failure) {
-    LogRollback(session(), "DB Conversion", failure);
-    Refuse({failure.what(), failure.what()});
-    return;
+  std::vector<std::vector<std::string>> rows{{"Table", "Row", "Key", "Column", "Value", "Reason"}};
+  for (const LegacyTrouble& trouble : report_.troubles) {
+    rows.push_back({trouble.table, std::to_string(trouble.row), trouble.key, trouble.column,
+                    trouble.value, session().In(trouble.reason)});
   }
-  Tell(MessageKind::information,
-       {fmt::format("The list stands in {}", path), fmt::format("列表已写入 {}", path)});
+  ExportTroubles(session(), *this, "Conversion", rows);
 }
 
 void AccessDB::Log(const std::string& text) const {

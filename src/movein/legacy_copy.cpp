@@ -17,6 +17,7 @@
 #include "loans/rebuild.h"
 #include "loans/schedule_store.h"
 #include "platform/sql/transaction.h"
+#include "screen/text.h"
 
 namespace kaunter {
 namespace {
@@ -49,10 +50,12 @@ constexpr StandIn kStandIns[] = {
     {"PaymentMast", "Settlement", nullptr, "0"},
 };
 
-std::size_t Letters(std::string_view text) {
-  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char sign) {
-    return (static_cast<unsigned char>(sign) & 0xC0) != 0x80;
-  }));
+// -1: none of that name.
+int PlaceOf(const std::vector<Column>& columns, std::string_view name) {
+  const auto found = std::find_if(columns.begin(), columns.end(), [name](const Column& column) {
+    return SameText(column.name, name);
+  });
+  return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
 }
 
 std::string Empty(FieldType type) {
@@ -91,12 +94,7 @@ class LegacyCopy::TableReader {
  public:
   TableReader(const LegacyCopy& copy, const LegacyTable& table, const std::vector<Column>& columns)
       : copy_(copy), table_(table) {
-    const auto find = [&columns](std::string_view name) {
-      const auto found = std::find_if(columns.begin(), columns.end(), [name](const Column& column) {
-        return SameText(column.name, name);
-      });
-      return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
-    };
+    const auto find = [&columns](std::string_view name) { return PlaceOf(columns, name); };
     std::set<std::string> used;
     const Recordset shape = copy.main_.Query(fmt::format("SELECT * FROM {} WHERE 1=0", table.name));
     for (const Column& target : shape.columns()) {
@@ -189,7 +187,7 @@ class LegacyCopy::TableReader {
     switch (pick.target.type) {
       case FieldType::kText: {
         const auto width = static_cast<std::size_t>(pick.target.width);
-        if (width > 0 && Letters(cell) > width) {
+        if (width > 0 && CharacterCount(cell) > width) {
           return refuse({fmt::format("is longer than {} letters", width),
                          fmt::format("多于 {} 个字", width)});
         }
@@ -235,19 +233,14 @@ LegacyCopy::LegacyCopy(Session& session, OdbcSource& source, std::string company
 // One for all loans of the file: the setting SOD.
 std::string LegacyCopy::InterestMethod() {
   std::string method = "FLAT";
-  const auto there = std::any_of(tables_.begin(), tables_.end(), [](const std::string& name) {
-    return SameText(name, "Systemast");
-  });
-  if (!there) return method;
+  if (!InFile("Systemast")) return method;
   int param = -1;
   int value = -1;
   source_.Read(
       "Systemast",
       [&](const std::vector<Column>& columns) {
-        for (std::size_t i = 0; i < columns.size(); ++i) {
-          if (SameText(columns[i].name, "Param")) param = static_cast<int>(i);
-          if (SameText(columns[i].name, "Value")) value = static_cast<int>(i);
-        }
+        param = PlaceOf(columns, "Param");
+        value = PlaceOf(columns, "Value");
         return param >= 0 && value >= 0;
       },
       [&](const OdbcSource::Cells& cells) {
@@ -264,9 +257,7 @@ std::string LegacyCopy::OldCompany() {
   source_.Read(
       "CompMast",
       [&](const std::vector<Column>& columns) {
-        for (std::size_t i = 0; i < columns.size(); ++i) {
-          if (SameText(columns[i].name, "CompCode")) column = static_cast<int>(i);
-        }
+        column = PlaceOf(columns, "CompCode");
         return column >= 0;
       },
       [&](const OdbcSource::Cells& cells) {
@@ -274,6 +265,11 @@ std::string LegacyCopy::OldCompany() {
         return false;
       });
   return code;
+}
+
+bool LegacyCopy::InFile(std::string_view table) const {
+  return std::any_of(tables_.begin(), tables_.end(),
+                     [table](const std::string& name) { return SameText(name, table); });
 }
 
 std::vector<const LegacyTable*> LegacyCopy::Tables() const {
@@ -323,10 +319,7 @@ void LegacyCopy::CheckTable(const LegacyTable& table, bool cleared, const Legacy
     trouble.kind = kind;
     tell(std::move(trouble));
   };
-  const bool there = std::any_of(tables_.begin(), tables_.end(), [&table](const std::string& name) {
-    return SameText(name, table.name);
-  });
-  if (!there) {
+  if (!InFile(table.name)) {
     of_table({"the file has no such table", "文件没有此表格"}, Kind::note);
     report->counts.push_back(std::move(count));
     return;
@@ -450,10 +443,7 @@ bool LegacyCopy::Run(const LegacyGoOn& go_on) {
 
 bool LegacyCopy::CopyTable(const LegacyTable& table, const LegacyGoOn& go_on,
                            LegacyProgress progress) {
-  const bool there = std::any_of(tables_.begin(), tables_.end(), [&table](const std::string& name) {
-    return SameText(name, table.name);
-  });
-  if (!there) return true;
+  if (!InFile(table.name)) return true;
   progress.total = source_.Count(table.name);
   if (!go_on(progress)) return false;
   std::optional<TableReader> reader;
@@ -532,15 +522,12 @@ bool LegacyCopy::Release(const LegacyGoOn& go_on, LegacyProgress progress) {
       const std::string id = NullToEmpty(loans.Field("LoanID"));
       const DateTime* const day = loans.Field("TrxDate").AsDate();
       const Money paid_out = Sen(loans, "PayOutAmt");
-      main_.Execute(fmt::format(
-          "INSERT INTO DrawDownMast (SID,LoanID,CustID,TrxDate,CompCode,DrawDownAmt,Payee,Bank,"
-          "ChqNo,Remarks,UserID,DateCreated) VALUES ({},{},{},{},{},{},{},{},'','',{},{})",
-          QuoteStr(NextReleaseNumber(main_, company_)), QuoteStr(id),
-          QuoteStr(NullToEmpty(loans.Field("CustID"))), day != nullptr ? SqlDate(*day) : "null",
-          QuoteStr(company_), (paid_out.IsZero() ? Sen(loans, "LoanAmt") : paid_out).ToText(),
-          QuoteStr(NullToEmpty(loans.Field("CustName"))),
-          QuoteStr(NullToEmpty(loans.Field("Bank"))), QuoteStr(session_.CurrentUserID), now));
-      FollowReleases(main_, id);
+      AddOldRelease(main_,
+                    {id, NullToEmpty(loans.Field("CustID")), company_,
+                     day != nullptr ? SqlDate(*day) : "null",
+                     paid_out.IsZero() ? Sen(loans, "LoanAmt") : paid_out,
+                     NullToEmpty(loans.Field("CustName")), NullToEmpty(loans.Field("Bank"))},
+                    session_.CurrentUserID, now);
       // The rows as they were agreed on, before a rebuild derives them anew.
       CopySchedule(main_, id, /*update_rows=*/false, /*to_backup=*/true);
       RefillPaymentList(main_, id);

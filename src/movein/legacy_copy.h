@@ -66,6 +66,7 @@ class LegacyCopy {
  private:
   struct Pick;
   class TableReader;
+  bool InFile(std::string_view table) const;
   std::vector<const LegacyTable*> Tables() const;
   void CheckTable(const LegacyTable& table, bool cleared, const LegacyGoOn& go_on,
                   LegacyProgress progress, LegacyReport* report);

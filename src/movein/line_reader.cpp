@@ -7,6 +7,7 @@
 #include "core/identity.h"
 #include "core/values.h"
 #include "movein/file_trouble.h"
+#include "screen/text.h"
 
 namespace kaunter {
 namespace {
@@ -42,12 +43,6 @@ int WidthOf(const Recordset& shape, const TargetField& field) {
     if (SameText(column.name, field.column)) return column.width;
   }
   return kAnyWidth;
-}
-
-std::size_t Letters(std::string_view text) {
-  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char sign) {
-    return (static_cast<unsigned char>(sign) & 0xC0) != 0x80;
-  }));
 }
 
 // The words that spreadsheets have for the two.
@@ -184,7 +179,7 @@ std::string LineReader::Convert(const Field& field, const std::string& cell, Lin
   const std::string text = field.target->kind == TargetKind::new_ic
                                ? ConvertIc(cell, *trouble, troubles)
                                : Chosen(field, cell, &trouble->reason);
-  if (field.width > 0 && Letters(text) > static_cast<std::size_t>(field.width)) {
+  if (field.width > 0 && CharacterCount(text) > static_cast<std::size_t>(field.width)) {
     trouble->reason = {fmt::format("is longer than {} letters", field.width),
                        fmt::format("多于 {} 个字", field.width)};
     return {};

@@ -32,11 +32,11 @@ bool Means(std::string_view guesses, const std::string& heading) {
   return false;
 }
 
-struct SeparatorWord {
-  std::string_view word;
+struct Separator {
+  std::string_view name;
   char sign;
 };
-constexpr SeparatorWord kSeparators[] = {
+constexpr Separator kSeparators[] = {
     {"auto", 0}, {"comma", ','}, {"semicolon", ';'}, {"tab", '\t'}, {"bar", '|'}};
 
 [[noreturn]] void Refuse(int line, std::string_view text) {
@@ -84,7 +84,9 @@ class MappingLines {
       if (!encoding) Refuse(number_, line);
       mapping_.encoding = *encoding;
     } else if (word == "separator") {
-      TakeSeparator(rest);
+      const auto separator = SeparatorNamed(rest);
+      if (!separator) Refuse(number_, line);
+      mapping_.separator = *separator;
     } else if (word == "column" || word == "fixed") {
       const auto [field, value] = Sides(number_, rest);
       FieldSource& source = Source(field);
@@ -99,14 +101,6 @@ class MappingLines {
     for (const MoveKind kind : kMoveKinds) {
       if (!SameText(MoveKindName(kind), name)) continue;
       mapping_.kind = kind;
-      return;
-    }
-    Refuse(number_, name);
-  }
-  void TakeSeparator(const std::string& name) {
-    for (const SeparatorWord& known : kSeparators) {
-      if (known.word != Lower(name)) continue;
-      mapping_.separator = known.sign;
       return;
     }
     Refuse(number_, name);
@@ -131,6 +125,20 @@ class MappingLines {
 };
 
 }  // namespace
+
+std::string_view SeparatorName(char separator) {
+  for (const Separator& known : kSeparators) {
+    if (known.sign == separator) return known.name;
+  }
+  return kSeparators[0].name;
+}
+
+std::optional<char> SeparatorNamed(std::string_view name) {
+  for (const Separator& known : kSeparators) {
+    if (SameText(known.name, name)) return known.sign;
+  }
+  return std::nullopt;
+}
 
 const FieldSource* Mapping::Find(std::string_view column) const {
   const auto found = fields.find(std::string(column));
@@ -186,11 +194,9 @@ std::vector<std::string> NamedHeadings(const std::vector<std::string>& cells) {
 
 std::string MappingText(const Mapping& mapping) {
   std::string text =
-      fmt::format("kind {}\ndates {}\ndecimal {}\nencoding {}\n", MoveKindName(mapping.kind),
-                  DayOrderName(mapping.days), mapping.decimal, EncodingName(mapping.encoding));
-  for (const SeparatorWord& known : kSeparators) {
-    if (known.sign == mapping.separator) text += fmt::format("separator {}\n", known.word);
-  }
+      fmt::format("kind {}\ndates {}\ndecimal {}\nencoding {}\nseparator {}\n",
+                  MoveKindName(mapping.kind), DayOrderName(mapping.days), mapping.decimal,
+                  EncodingName(mapping.encoding), SeparatorName(mapping.separator));
   for (const TargetField& field : TargetFields(mapping.kind)) {
     const FieldSource* const source = mapping.Find(field.column);
     if (source == nullptr) continue;

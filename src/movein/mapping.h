@@ -12,6 +12,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +45,10 @@ struct Mapping {
   // A field without which no line can come; null when none is missing.
   const TargetField* Missing() const;
 };
+
+// "auto", "comma" and so on, as mapping files and the screen name what stands between cells.
+std::string_view SeparatorName(char separator);
+std::optional<char> SeparatorNamed(std::string_view name);
 
 // Of a new file: each field takes the heading that means it, else what is usual.
 Mapping GuessMapping(MoveKind kind, const std::vector<std::string>& headings);

@@ -8,7 +8,6 @@
 #include <sstream>
 
 #include "collections/ledger_check.h"
-#include "compliance/export_csv.h"
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/session_report.h"
@@ -16,11 +15,13 @@
 #include "core/telling.h"
 #include "core/values.h"
 #include "movein/file_trouble.h"
+#include "movein/trouble_list.h"
 #include "platform/host.h"
 #include "platform/sql/transaction.h"
 #include "platform/whole_file.h"
 #include "screen/hourglass.h"
 #include "screen/stop_bar.h"
+#include "screen/text.h"
 
 namespace kaunter {
 namespace {
@@ -28,6 +29,7 @@ namespace {
 constexpr int kLevel = 4;
 constexpr std::size_t kSamples = 500;
 constexpr std::size_t kMostShown = 2000;
+constexpr std::size_t kOnPaper = 120;  // characters of a cell
 constexpr const char* kList = "MoveInList.rpt";
 constexpr const char* kFiles = "CSV (*.csv *.txt *.tsv)";
 constexpr std::string_view kExtension = ".map";
@@ -48,37 +50,6 @@ std::vector<GridColumn> MapColumns() {
 std::string InWords(std::string_view shown) {
   const auto date = DateTime::FromDisplay(shown);
   return date ? Format(*date, "d mmm yyyy") : std::string(shown);
-}
-
-std::string SeparatorWord(char separator) {
-  switch (separator) {
-    case ',':
-      return "comma";
-    case ';':
-      return "semicolon";
-    case '\t':
-      return "tab";
-    case '|':
-      return "bar";
-    default:
-      return "auto";
-  }
-}
-
-char SeparatorOf(std::string_view word) {
-  for (const char sign : {',', ';', '\t', '|'}) {
-    if (SeparatorWord(sign) == word) return sign;
-  }
-  return 0;
-}
-
-// As much of a text as a line of paper takes, whole letters.
-std::string Front(std::string_view text) {
-  constexpr std::size_t kBytes = 120;
-  if (text.size() <= kBytes) return std::string(text);
-  std::size_t end = kBytes;
-  while ((static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-  return std::string(text.substr(0, end)) + "...";
 }
 
 std::string FileText(const std::string& path) {
@@ -205,7 +176,8 @@ void MoveInFrm::FillMappings() {
 }
 
 void MoveInFrm::TakeMapping(MovePage& page) {
-  const std::string path = fmt::format("{}/{}{}", MappingFolder(), page.MapName.text(), kExtension);
+  const std::string path =
+      fmt::format("{}/{}{}", MappingFolder(), FileNameOf(page.MapName.text()), kExtension);
   if (page.MapName.empty() || !std::filesystem::exists(path)) return;  // the name of a new one
   try {
     Mapping mapping = ParseMapping(FileText(path));
@@ -252,7 +224,7 @@ void MoveInFrm::ShowMapping(MovePage& page) {
   const Mapping& mapping = page.mapping;
   page.Days.SetText(std::string(DayOrderName(mapping.days)));
   page.Decimal.SetText(std::string(1, mapping.decimal));
-  page.Separator.SetText(SeparatorWord(mapping.separator));
+  page.Separator.SetText(std::string(SeparatorName(mapping.separator)));
   page.Letters.SetText(std::string(EncodingName(mapping.encoding)));
   std::vector<std::vector<std::string>> rows;
   for (const TargetField& field : TargetFields(page.kind)) {
@@ -270,7 +242,7 @@ void MoveInFrm::ShowMapping(MovePage& page) {
 void MoveInFrm::TakeChoices(MovePage& page) {
   page.mapping.days = DayOrderNamed(page.Days.text()).value_or(DayOrder::day_month_year);
   page.mapping.decimal = page.Decimal.text() == "," ? ',' : '.';
-  page.mapping.separator = SeparatorOf(page.Separator.text());
+  page.mapping.separator = SeparatorNamed(page.Separator.text()).value_or('\0');
   page.mapping.encoding = EncodingNamed(page.Letters.text()).value_or(Encoding::automatic);
 }
 
@@ -295,8 +267,8 @@ void MoveInFrm::ShowSamples(MovePage& page) {
   const FileLook& look = *page.look;
   page.LookLBL.SetText(session().In(
       {fmt::format("{} columns, {} between cells, {}", look.headings.size(),
-                   SeparatorWord(look.separator), EncodingCaption(look.encoding).english),
-       fmt::format("{} 栏，分隔符 {}，{}", look.headings.size(), SeparatorWord(look.separator),
+                   SeparatorName(look.separator), EncodingCaption(look.encoding).english),
+       fmt::format("{} 栏，分隔符 {}，{}", look.headings.size(), SeparatorName(look.separator),
                    EncodingCaption(look.encoding).chinese)}));
   for (int row = 0; row < page.MapDG.RowCount(); ++row) {
     const Sample sample = SampleOf(page, TargetFields(page.kind)[static_cast<std::size_t>(row)]);
@@ -531,7 +503,8 @@ void MoveInFrm::PrintList() {
           QuoteStr(pcname), QuoteStr(kList), QuoteStr(fmt::format("{:07}", ++number)),
           QuoteStr(session().In(MoveKindCaption(trouble.kind))),
           QuoteStr(field != nullptr ? session().In(field->caption) : ""),
-          QuoteStr(Front(trouble.value)), QuoteStr(session().In(trouble.reason)),
+          QuoteStr(FirstCharacters(trouble.value, kOnPaper)),
+          QuoteStr(session().In(trouble.reason)),
           QuoteStr(trouble.refused ? session().In({"refused", "被拒"}) : ""), trouble.line,
           static_cast<int>(trouble.kind)));
       batch.SendWhenFull(main());
@@ -545,33 +518,14 @@ void MoveInFrm::PrintList() {
 }
 
 void MoveInFrm::ExportList() {
-  const std::string folder =
-      desk().PickFolder(session().In({"Select a folder", "请选择文件夹"}), session().AppPath);
-  if (folder.empty()) return;
-  const std::string path =
-      (std::filesystem::path(folder) /
-       fmt::format("MoveIn-{}.csv", Format(session().clock.Now(), "yyyymmdd-hhnnss")))
-          .string();
-  try {
-    WriteWholeFile(path, [this](std::ostream& out) {
-      out << "\xEF\xBB\xBF"
-          << ExportLine({"File", "Line", "Field", "In the file", "Refused", "Reason"}, true)
-          << "\r\n";
-      for (const LineTrouble& trouble : report_.troubles) {
-        out << ExportLine({std::string(MoveKindName(trouble.kind)), std::to_string(trouble.line),
-                           trouble.field, Harmless(trouble.value), trouble.refused ? "refused" : "",
-                           session().In(trouble.reason)},
-                          true)
-            << "\r\n";
-      }
-    });
-  } catch (const std::exception& failure) {
-    LogRollback(session(), "Move Old Data In", failure);
-    Refuse({failure.what(), failure.what()});
-    return;
+  std::vector<std::vector<std::string>> rows{
+      {"File", "Line", "Field", "In the file", "Refused", "Reason"}};
+  for (const LineTrouble& trouble : report_.troubles) {
+    rows.push_back({std::string(MoveKindName(trouble.kind)), std::to_string(trouble.line),
+                    trouble.field, trouble.value, trouble.refused ? "refused" : "",
+                    session().In(trouble.reason)});
   }
-  Tell(MessageKind::information,
-       {fmt::format("The list stands in {}", path), fmt::format("列表已写入 {}", path)});
+  ExportTroubles(session(), *this, "MoveIn", rows);
 }
 
 }  // namespace kaunter

@@ -39,25 +39,10 @@ void FillBlank(Texts* texts, const std::string& column, const std::string& text)
 
 LoanTerms TermsOf(const Texts& texts) {
   const auto text = [&texts](std::string_view column) { return TextOf(texts, column); };
-  LoanTerms terms;
+  LoanTerms terms = TermsByColumn(text);
   terms.DragLoan =
       SameText(text("DragLoan"), "Flexi Loan") ? LoanScheme::kFlexi : LoanScheme::kPersonal;
-  terms.LoanPurpose =
-      SameText(text("LoanPurpose"), "FLAT") ? InterestMethod::kFlat : InterestMethod::kReducing;
-  terms.secured = SameText(text("LoanType"), "Secured");
-  terms.LoanTypeID = text("LoanTypeID");
   terms.NextDueDate = DateTime::FromDisplay(text("NextDueDate")).value_or(DateTime());
-  terms.LoanAmt = text("LoanAmt");
-  terms.InsRate = text("InsRate");
-  terms.LoanTerm = text("LoanTerm");
-  terms.LoanTerm2 = text("LoanTerm2");
-  terms.LoanTerm3 = text("LoanTerm3");
-  terms.FirstPayment = text("FirstPayment");
-  terms.InstallmentAmt = text("InstallmentAmt");
-  terms.InstallmentAmt2 = text("InstallmentAmt2");
-  terms.LastPayment = text("LastPayment");
-  terms.PayOutAmt2 = text("PayOutAmt2");
-  terms.LoanBal = text("LoanBal");
   return terms;
 }
 

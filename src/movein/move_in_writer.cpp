@@ -143,21 +143,12 @@ void MoveWriter::StoreLoan(LoanPlan& loan, const std::string& cust_id) {
   figures.SalesmanID = TextOf(texts, "SalesmanID");
   AddLoanTotals(main_, cust_id, figures);
   GenerateSchedule(main_, {loan.loan_id, cust_id}, loan.terms, false);
-  Release(loan, cust_id, payee);
+  // The money went out on the day of the loan.
+  AddOldRelease(main_,
+                {loan.loan_id, cust_id, company_, SqlDate(TextOf(texts, "TrxDate")),
+                 AmountOf(texts, "LoanAmt"), payee, TextOf(texts, "Bank")},
+                session_.CurrentUserID, now_);
   WriteAudit(session_, "Create", "Loan", company_, loan.loan_id, {});
-}
-
-// The money went out on the day of the loan.
-void MoveWriter::Release(const LoanPlan& loan, const std::string& cust_id,
-                         const std::string& payee) {
-  main_.Execute(fmt::format(
-      "INSERT INTO DrawDownMast (SID,LoanID,CustID,TrxDate,CompCode,DrawDownAmt,Payee,Bank,ChqNo,"
-      "Remarks,UserID,DateCreated) VALUES ({},{},{},{},{},{},{},{},'','',{},{})",
-      QuoteStr(NextReleaseNumber(main_, company_)), QuoteStr(loan.loan_id), QuoteStr(cust_id),
-      SqlDate(TextOf(loan.texts, "TrxDate")), QuoteStr(company_),
-      StripCommaOrZero(TextOf(loan.texts, "LoanAmt")), QuoteStr(payee),
-      QuoteStr(TextOf(loan.texts, "Bank")), QuoteStr(session_.CurrentUserID), now_));
-  FollowReleases(main_, loan.loan_id);
 }
 
 // What was paid was charged: the old books hold no more of it.

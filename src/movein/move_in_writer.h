@@ -41,7 +41,6 @@ class MoveWriter {
  private:
   void StoreCustomer(CustomerPlan& plan);
   void StoreLoan(LoanPlan& loan, const std::string& cust_id);
-  void Release(const LoanPlan& loan, const std::string& cust_id, const std::string& payee);
   bool StillAsPlanned(const LoanPlan& loan);
   void StorePayments(LoanPlan& loan, const std::string& cust_id);
   std::string DrawReceipt(const Payment& payment);

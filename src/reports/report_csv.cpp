@@ -29,14 +29,17 @@ std::string Shown(const Value& value, CellKind kind) {
   if (kind == CellKind::money) return Show2dp(value);
   if (kind == CellKind::rate && !value.IsNull()) return Format(MoneyOf(value), "0.0000");
   const std::string text = ShowCell(value, kind);
-  // A spreadsheet would reckon "+60123456789" or "=..." instead of showing what was typed.
-  const bool formula = kind == CellKind::text && text.size() > 1 &&
+  return kind == CellKind::text ? Harmless(text) : text;
+}
+
+}  // namespace
+
+std::string Harmless(const std::string& text) {
+  const bool formula = text.size() > 1 &&
                        std::string_view("=+-@").find(text[0]) != std::string_view::npos &&
                        !(text[0] == '-' && IsNumeric(text));
   return formula ? "'" + text : text;
 }
-
-}  // namespace
 
 std::string ReportToCsv(const ReportRun& run) {
   const ReportRows given = RowsOf(run);
