@@ -88,7 +88,7 @@ void BankFile::ReadHeader() {
 }
 
 bool BankFile::Next(BankLine& line) {
-  constexpr int kOften = 4096;
+  constexpr int kOften = 100;
   while (lines_.Next()) {
     if (on_way && lines_.number() % kOften == 0) on_way();
     if (lines_.number() <= layout_.skip) {

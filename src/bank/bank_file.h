@@ -27,7 +27,7 @@ class BankFile {
  public:
   // Throws BankFileRefused.
   BankFile(const BankLayout& layout, const std::string& path);
-  // Called every few thousand lines, whatever they hold; may throw to end the reading.
+  // Called every hundred lines, whatever they hold; may throw to end the reading.
   std::function<void()> on_way;
 
   // The next line that is a payment, or would be one but for a fault; false behind the last. Throws

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <utility>
+
 #include "core/log.h"
 #include "core/menu.h"
 #include "core/reading.h"
@@ -58,10 +60,11 @@ void ISSetupfrm::Save() {
                })) {
     return;
   }
-  stored_ = Typed();
+  const std::vector<std::string> before = std::exchange(stored_, Typed());
   // Whose account the bank pays into follows from these.
-  WriteLog(session(), LogLine(session(), fmt::format("Direct Debit Setting saved: {}",
-                                                     fmt::join(stored_, ", "))));
+  WriteLog(session(),
+           LogLine(session(), fmt::format("Direct Debit Setting saved: {} (before: {})",
+                                          fmt::join(stored_, ", "), fmt::join(before, ", "))));
   Tell(MessageKind::information, {"Direct Debit Setting saved", "直接扣账设定已储存"});
 }
 

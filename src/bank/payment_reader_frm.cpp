@@ -141,8 +141,6 @@ std::vector<ReaderRow> PaymentReaderfrm::LinesOf(const BankLayout& layout, const
     row.fault = line.fault;
     row.LoanID = line.reference;
     if (!FindReaderLoan(session(), line.reference, row)) row.CustID.clear();
-    constexpr std::size_t kOften = 100;
-    if (rows.size() % kOften == 0) file.on_way();
   }
   head_ = file.head();
   notes_.clear();

@@ -180,7 +180,7 @@ Caption ReaderPreview::InWordsOf(const Payment& payment, bool* settles) {
 }
 
 void ReaderPreview::AddNotes(const ReaderRow& row, const std::string& comp_code, Caption* text) {
-  if (!session_.settings.AMLA || !LoadAMLSettings(session_, comp_code)) return;
+  if (!LoadAMLSettings(session_, comp_code)) return;
   if (JudgePayment(session_.aml, row.amount, "").act == ThresholdDecision::Act::nothing) return;
   text->english += " Above the AML/CFT threshold: enter its source of funds on the payment.";
   text->chinese += " 超过反洗钱限额：请在付款资料输入资金来源。";

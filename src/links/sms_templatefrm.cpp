@@ -15,10 +15,6 @@
 namespace kaunter {
 namespace {
 
-Caption NotFound(std::string_view id) {
-  return {fmt::format("SMS Template ID {} not found", id), fmt::format("找不到短讯范本 {}", id)};
-}
-
 const Caption kSaveFailed{"an error occur during saving SMS Template", "储存短讯范本时发生错误"};
 
 }  // namespace
@@ -85,7 +81,7 @@ void SMSTemplatefrm::LoadTemplate(std::string id) {
     return;
   }
   if (row.Eof()) {
-    RefuseCode(TID, NotFound(id));
+    RefuseCode(TID, SmsTemplateNotFound(id));
     return;
   }
   if (!MayLeaveRecord(record_.Changed())) {
@@ -112,7 +108,7 @@ void SMSTemplatefrm::ShowSize() {
 
 bool SMSTemplatefrm::Check() {
   // A number typed and never found belongs to no template; numbers are drawn, not chosen.
-  if (!SameText(TID.text(), loaded_id_)) return Refuse(TID, NotFound(TID.text()));
+  if (!SameText(TID.text(), loaded_id_)) return Refuse(TID, SmsTemplateNotFound(TID.text()));
   if (Trim(TName.text()).empty()) {
     return Refuse(TName, {"SMS Template Name is required", "请输入短讯范本名称"});
   }

@@ -108,6 +108,10 @@ Caption ShowSmsSize(const SmsSize& size) {
                       size.unicode ? "（万国码：每则 70 个）" : "")};
 }
 
+Caption SmsTemplateNotFound(std::string_view id) {
+  return {fmt::format("SMS Template ID {} not found", id), fmt::format("找不到短讯范本 {}", id)};
+}
+
 Caption ShowUnknown(std::string_view text) {
   const std::vector<std::string> unknown = UnknownPlaceholders(text);
   if (unknown.empty()) return {};

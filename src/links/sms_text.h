@@ -48,6 +48,7 @@ struct SmsSize {
 SmsSize MeasureSms(std::string_view text);
 // "84 characters, 1 message"; in Unicode says so, for that is dear.
 Caption ShowSmsSize(const SmsSize& size);
+Caption SmsTemplateNotFound(std::string_view id);
 // "{Due Amount} is not known and stays as it is", "" when all are known.
 Caption ShowUnknown(std::string_view text);
 

@@ -216,8 +216,7 @@ void SMSfrm::LoadTemplate(const std::string& id) {
     return;
   }
   if (row.Eof()) {
-    RefuseCode(TID, {fmt::format("SMS Template ID {} not found", id),
-                     fmt::format("找不到短讯范本 {}", id)});
+    RefuseCode(TID, SmsTemplateNotFound(id));
     return;
   }
   chosen_template_ = NullToEmpty(row.Field("TID"));
@@ -242,8 +241,7 @@ bool SMSfrm::CheckTemplate() {
   if (TID.empty()) return Refuse(TID, {"SMS Template is required", "请选择短讯范本"});
   // A number that was refused when it was left is no template.
   if (!SameText(TID.text(), chosen_template_)) {
-    return Refuse(TID, {fmt::format("SMS Template ID {} not found", TID.text()),
-                        fmt::format("找不到短讯范本 {}", TID.text())});
+    return Refuse(TID, SmsTemplateNotFound(TID.text()));
   }
   if (Trim(SMSContent.text()).empty()) {
     return Refuse(SMSContent, {"SMS Contents is required", "请输入短讯内容"});
