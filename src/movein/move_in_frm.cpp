@@ -270,8 +270,9 @@ void MoveInFrm::ShowSamples(MovePage& page) {
                    SeparatorName(look.separator), EncodingCaption(look.encoding).english),
        fmt::format("{} 栏，分隔符 {}，{}", look.headings.size(), SeparatorName(look.separator),
                    EncodingCaption(look.encoding).chinese)}));
+  auto samples = Samples(page);
   for (int row = 0; row < page.MapDG.RowCount(); ++row) {
-    const Sample sample = SampleOf(page, TargetFields(page.kind)[static_cast<std::size_t>(row)]);
+    const Sample& sample = samples[TargetFields(page.kind)[static_cast<std::size_t>(row)].column];
     page.MapDG.SetCell(row, kCell, sample.cell);
     page.MapDG.SetCell(row, kTaken, sample.taken);
   }
@@ -279,29 +280,38 @@ void MoveInFrm::ShowSamples(MovePage& page) {
 
 // The first cell that is refused, so that it may be said what it is; else the first that holds
 // something, or what stands in for a blank.
-MoveInFrm::Sample MoveInFrm::SampleOf(const MovePage& page, const TargetField& field) const {
-  const FieldSource* const source = page.mapping.Find(field.column);
-  if (source == nullptr || source->empty()) return {};
-  Mapping alone = page.mapping;
-  alone.fields.clear();
-  FieldSource& only = alone.fields[field.column] = *source;
-  if (!only.column.empty()) only.column = "x";
-  const LineReader reader(main(), alone, {"x"});
-  const auto found =
-      std::find(page.look->headings.begin(), page.look->headings.end(), source->column);
-  const auto column = static_cast<std::size_t>(found - page.look->headings.begin());
-  Sample first;
-  for (const CsvRecord& record : page.look->samples) {
-    const std::string cell =
-        column < record.cells.size() ? TidyCell(record.cells[column]) : std::string();
-    LineTroubles troubles;
-    const Texts texts = reader.Read({1, {cell}}, &troubles);
-    if (!troubles.empty() && troubles.front().refused) {
-      return {cell, session().In(troubles.front().reason)};
-    }
-    if (first.taken.empty()) first = {cell, InWords(TextOf(texts, field.column))};
+std::map<std::string, MoveInFrm::Sample, std::less<>> MoveInFrm::Samples(
+    const MovePage& page) const {
+  const FileLook& look = *page.look;
+  const auto place = [&look](std::string_view heading) {
+    const auto found =
+        std::find_if(look.headings.begin(), look.headings.end(),
+                     [heading](const std::string& theirs) { return SameText(theirs, heading); });
+    return static_cast<std::size_t>(found - look.headings.begin());
+  };
+  // What the file does not have is told when it runs.
+  Mapping mapping = page.mapping;
+  for (auto& [column, source] : mapping.fields) {
+    if (place(source.column) == look.headings.size()) source.column.clear();
   }
-  return first;
+  const LineReader reader(main(), mapping, look.headings);
+  std::map<std::string, Sample, std::less<>> samples;
+  for (const CsvRecord& record : look.samples) {
+    LineTroubles troubles;
+    const Texts texts = reader.Read(record, &troubles);
+    for (const LineTrouble& trouble : troubles) {
+      Sample& sample = samples[trouble.field];
+      if (!trouble.refused || sample.refused) continue;
+      sample = {trouble.value, session().In(trouble.reason), true};
+    }
+    for (const auto& [column, text] : texts) {
+      Sample& sample = samples[column];
+      if (!sample.taken.empty()) continue;
+      const std::size_t at = place(mapping.Find(column)->column);
+      sample = {at < record.cells.size() ? TidyCell(record.cells[at]) : "", InWords(text)};
+    }
+  }
+  return samples;
 }
 
 // --- the run

@@ -4,6 +4,8 @@
 #pragma once
 
 #include <array>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -101,9 +103,10 @@ class MoveInFrm : public SessionScreen {
   struct Sample {
     std::string cell;
     std::string taken;
+    bool refused = false;
   };
   void ShowSamples(MovePage& page);
-  Sample SampleOf(const MovePage& page, const TargetField& field) const;
+  std::map<std::string, Sample, std::less<>> Samples(const MovePage& page) const;  // by our column
 
   std::optional<MoveInJob> Job();
   // What stands in the files and the mappings, to know a dry run by.
