@@ -9,6 +9,7 @@
 
 #include "core/report_path.h"
 #include "core/values.h"
+#include "reports/report_encoding.h"
 #include "reports/report_words.h"
 
 namespace kaunter {
@@ -219,9 +220,13 @@ std::vector<BankLayout> ReadFile(const std::filesystem::path& path, const std::s
   if (!file) return {};
   std::ostringstream text;
   text << file.rdbuf();
-  std::string bytes = std::move(text).str();
-  if (bytes.starts_with("\xEF\xBB\xBF")) bytes.erase(0, 3);
-  return ParseBankLayouts(bytes, shown);
+  std::string layouts;
+  try {
+    layouts = Utf8Text(std::move(text).str(), shown);
+  } catch (const std::runtime_error& encoding) {
+    throw BankLayoutFault(encoding.what());
+  }
+  return ParseBankLayouts(layouts, shown);
 }
 
 }  // namespace

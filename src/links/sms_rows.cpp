@@ -11,7 +11,7 @@
 #include "core/amounts.h"
 #include "core/identity.h"
 #include "core/values.h"
-#include "platform/sql/text.h"
+#include "reports/report_encoding.h"
 
 namespace kaunter {
 namespace {
@@ -185,18 +185,11 @@ std::string WholeFile(const std::string& name) {
 }
 
 std::vector<SmsRow> Listed(Connection& main, const SmsChoice& choice) {
-  std::string text = WholeFile(choice.TextFileName);
-  constexpr std::string_view kMark = "\xEF\xBB\xBF";
-  if (text.starts_with(kMark)) text.erase(0, kMark.size());
-  constexpr char32_t kNoLetter = 0xFFFD;
-  if (sql::Decode(text).find(kNoLetter) != std::u32string::npos) {
-    throw std::runtime_error(choice.TextFileName + " is not a text in UTF-8");
-  }
   const Recordset company =
       main.Query("SELECT CompCode,AreaCode,Tel1,HP1 FROM CompMast WHERE CompCode=" +
                  QuoteStr(choice.CompCode));
   std::vector<SmsRow> rows;
-  std::istringstream lines(text);
+  std::istringstream lines(Utf8Text(WholeFile(choice.TextFileName), choice.TextFileName));
   for (std::string line; std::getline(lines, line);) {
     std::erase(line, '\r');
     if (Trim(line).empty()) continue;

@@ -16,8 +16,8 @@ using namespace std::string_view_literals;
 
 [[noreturn]] void Refuse(const FileLine& line, std::string_view encoding) {
   throw std::runtime_error(
-      fmt::format("{}: it is written in {}, and a report file is UTF-8. Open it in the editor and "
-                  "save it as UTF-8.",
+      fmt::format("{}: it is written in {}, and must be UTF-8. Open it in the editor and save it "
+                  "as UTF-8.",
                   line.Told(), encoding));
 }
 

@@ -1,4 +1,6 @@
-// Report files come from any editor: what their bytes mean is looked at before they are read.
+// Report files, and what else an office writes for the program, come from any editor: what their
+// bytes mean is looked at before they are read.
+// bytes mean is looked at before they are read.
 #pragma once
 
 #include <string>

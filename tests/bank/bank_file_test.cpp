@@ -357,6 +357,8 @@ TEST(BankLayoutTest, TheOfficesOwnTakesThePlaceOfOneOfItsName) {
   EXPECT_EQ(line.amount, Money::FromText("1234.50"));
   EXPECT_EQ(line.date, (DateTime{2024, 1, 31}));
   EXPECT_FALSE(file.Next(line));
+  std::ofstream(folder.File("OwnReports/BankLayouts.txt")) << "layout \"\xB3\xC2\"\n";
+  EXPECT_THROW(ReadBankLayouts(folder.path()), BankLayoutFault) << "letters of Chinese Windows";
 }
 
 }  // namespace
