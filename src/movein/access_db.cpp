@@ -196,7 +196,7 @@ std::string AccessDB::Clear() {
 }
 
 void AccessDB::Process() {
-  if (!CheckBoxes() || !Confirm({"Confirm to process ?", "确定执行？"})) return;
+  if (!CheckBoxes() || !ConfirmLoss({"Confirm to process ?", "确定执行？"})) return;
   const auto source = Open();
   if (!source) return;
   bool complete = false;

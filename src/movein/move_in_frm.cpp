@@ -398,7 +398,8 @@ bool MoveInFrm::ConfirmMove(const MoveInJob& job) {
   }
   int behind = 0;
   for (const MoveCounts& counts : report_.counts) behind += counts.refused + counts.waiting;
-  return Confirm(
+  // Thousands of records that nobody takes back: no matter of Enter alone.
+  return ConfirmLoss(
       {fmt::format("Move {} customers, {} loans of {} and {} payments of {} into company {} ?\n{} "
                    "lines stay behind.",
                    customers.good, loans.good, ShowMoney(loans.amount), payments.good,

@@ -5,7 +5,9 @@
 
 #include <fstream>
 #include <sstream>
+#include <tuple>
 
+#include "movein/access_db.h"
 #include "reports/run_report.h"
 #include "tests/core/office.h"
 #include "tests/support/places.h"
@@ -22,6 +24,10 @@ struct ReadingDesk : SilentDesk {
     asked = text;
     return true;
   }
+  bool AskBeforeLoss(std::string_view title, std::string_view text) override {
+    before_loss = text;
+    return Ask(title, text);
+  }
   std::string PickFolder(std::string_view, std::string_view) override { return folder.path(); }
   void Print(const ReportJob& job) override {
     const ReportRun run = RunWholeReport(job);
@@ -31,6 +37,7 @@ struct ReadingDesk : SilentDesk {
   }
   const TempFolder& folder;
   std::string asked;
+  std::string before_loss;
   std::string printed;
 };
 
@@ -86,16 +93,25 @@ TEST(MoveInFrm, AMappingIsKeptAndTheListIsPrintedAndWritten) {
   EXPECT_THAT(desk.messages.back(), HasSubstr("Make a dry run"));
   next.CmdDry.Click();
   next.SaveCmd.Click();
+  EXPECT_THAT(desk.before_loss, HasSubstr("Move 2 customers"));
   EXPECT_EQ(office.Lines("SELECT CustID,CustName,CustGender FROM CustMast"),
             "HQ0001 =Ali MALE \nHQ0002 Abu MALE \n");
 }
 
-TEST(MoveInFrm, OnlyAnAdministratorMovesIn) {
+TEST(MoveInFrm, OnlyAnAdministratorBringsOldDataIn) {
   Office office(Office::State::patched);
-  office.session.CurrentLevel = 3;
-  MoveInFrm screen(office.session, office.desk);
-  screen.Load();
-  EXPECT_FALSE(screen.SaveCmd.enabled() || screen.CmdDry.enabled());
+  for (const auto& [level, special, may] :
+       {std::tuple{3, false, false}, {4, true, false}, {4, false, true}}) {
+    office.session.CurrentLevel = level;
+    office.session.Special = special;
+    MoveInFrm books(office.session, office.desk);
+    AccessDB edition(office.session, office.desk);
+    books.Load();
+    edition.Load();
+    EXPECT_EQ(books.SaveCmd.enabled(), may) << level;
+    EXPECT_EQ(books.CmdDry.enabled(), may) << level;
+    EXPECT_EQ(edition.SSCommand1.enabled(), may) << level;
+  }
 }
 
 }  // namespace
