@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <functional>
 #include <stdexcept>
 #include <unordered_map>
 #include <utility>
@@ -76,16 +77,15 @@ void TakeDecision(WatchHit& hit, const Kept& kept) {
   if (hit.decision) hit.before_change.reset();
 }
 
-void KeepRun(const Session& session, const Rescreening& run) {
+void KeepRun(const Session& session, const WatchCopy& copy, const Rescreening& run) {
   Connection& main = session.Main();
   Transaction transaction(main);
   main.Execute(fmt::format(
       "INSERT INTO AMLARun (RunID,RunDate,CopyDate,Companies,Customers,Hits,Undecided,UserID) "
       "VALUES ({},{},{},{},{},{},{},{})",
       CLng(ScalarQuery(main, "SELECT isnull(MAX(RunID),0)+1 FROM AMLARun")),
-      SqlDateTime(ServerTime(main)), SqlDateTime(run.copy.CopyDate),
-      QuoteStr(CompanyLiterals(session)), run.customers, run.hits.size(), CountUndecided(run.hits),
-      QuoteStr(session.CurrentUserID)));
+      SqlDateTime(ServerTime(main)), SqlDateTime(copy.CopyDate), QuoteStr(CompanyLiterals(session)),
+      run.customers, run.hits.size(), CountUndecided(run.hits), QuoteStr(session.CurrentUserID)));
   transaction.Commit();
 }
 
@@ -96,10 +96,10 @@ std::size_t CountUndecided(const std::vector<WatchHit>& hits) {
       std::ranges::count_if(hits, [](const WatchHit& hit) { return !hit.decision; }));
 }
 
-Rescreening ScreenAllCustomers(Session& session, const WatchCopy& copy,
-                               const std::function<bool(int done, int total)>& progress) {
+std::optional<Rescreening> ScreenAllCustomers(Session& session, const WatchCopy& copy,
+                                              const GoOn& go_on) {
   Connection& main = session.Main();
-  Rescreening run{.copy = copy, .customers = 0, .hits = {}, .stopped = false};
+  Rescreening run;
   const std::vector<WatchEntry> entries = ReadCopy(session, copy);
   const WatchIndex index(entries);
   Recordset rows = main.Query(
@@ -109,9 +109,8 @@ Rescreening ScreenAllCustomers(Session& session, const WatchCopy& copy,
   const Kept kept = ReadDecisions(main, "");
   const int total = static_cast<int>(rows.RowCount());
   for (; !rows.Eof(); rows.MoveNext()) {
-    if (run.customers % kBetweenProgress == 0 &&
-        !progress(static_cast<int>(run.customers), total)) {
-      return {.copy = copy, .customers = run.customers, .hits = {}, .stopped = true};
+    if (run.customers % kBetweenProgress == 0 && !go_on(static_cast<int>(run.customers), total)) {
+      return std::nullopt;
     }
     ++run.customers;
     ScreenedCustomer customer{NullToEmpty(rows.Field(0)), NullToEmpty(rows.Field(1)),
@@ -129,7 +128,7 @@ Rescreening ScreenAllCustomers(Session& session, const WatchCopy& copy,
     }
   }
   std::stable_partition(run.hits.begin(), run.hits.end(), std::mem_fn(&WatchHit::by_number));
-  KeepRun(session, run);
+  KeepRun(session, copy, run);
   return run;
 }
 

@@ -2,7 +2,6 @@
 // an entry. Nothing of it bars a customer; a decision "hit" gives him the status AMLA.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,6 +9,7 @@
 
 #include "compliance/watch_index.h"
 #include "compliance/watch_list.h"
+#include "core/stoppable.h"
 
 namespace kaunter {
 
@@ -38,19 +38,17 @@ struct WatchHit {
 };
 
 struct Rescreening {
-  WatchCopy copy;
   std::size_t customers = 0;
   std::vector<WatchHit> hits;  // those by number first, then in the order of the customers
-  bool stopped = false;        // then there are none
 };
 
 std::size_t CountUndecided(const std::vector<WatchHit>& hits);
 
-// The customers of the companies that the person may see, against the copy. `progress` gives false
-// to end it. A run to the end is kept as a row of AMLARun. Throws SqlError, and std::runtime_error
-// in the language in force where the copy is damaged.
-Rescreening ScreenAllCustomers(Session& session, const WatchCopy& copy,
-                               const std::function<bool(int done, int total)>& progress);
+// The customers of the companies that the person may see, against the copy. Nothing where
+// `go_on` gave false. A run to the end is kept as a row of AMLARun. Throws SqlError, and
+// std::runtime_error in the language in force where the copy is damaged.
+std::optional<Rescreening> ScreenAllCustomers(Session& session, const WatchCopy& copy,
+                                              const GoOn& go_on);
 
 // Inside a transaction: keeps the decision, and gives a customer who is the listed person the
 // status AMLA. Throws SqlError, and std::runtime_error in the language in force where another

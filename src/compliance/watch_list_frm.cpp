@@ -197,20 +197,20 @@ void WatchListFrm::ScreenAll() {
   if (!MayDiscard(!Remark.empty())) return;
   Remark.Clear();
   Forget();
-  Rescreening run;
+  std::optional<Rescreening> run;
   {
     const Hourglass busy(desk());
     StopBar bar(*this);
     run = ScreenAllCustomers(session(), *copy_,
                              [&](int done, int total) { return bar.GoOn(done, total); });
   }
-  if (run.stopped) {
+  if (!run) {
     Tell(MessageKind::information, {"Stopped. Not all customers are screened, and none is listed",
                                     "已停止。尚未核对全部顾客，因此没有列出"});
     return;
   }
-  hits_ = std::move(run.hits);
-  customers_ = run.customers;
+  hits_ = std::move(run->hits);
+  customers_ = run->customers;
   screened_ = true;
   Show.SetIndex(kUndecided);
   FillHits();
