@@ -76,7 +76,8 @@ std::vector<std::string> CellsOf(const InvoiceLine& line, bool chinese) {
 EInvFrm::EInvFrm(Session& session, Desk& desk)
     : SessionScreen("EInvFrm", {"E-Invoicing", "电子发票"}, session, desk),
       vsd(*this, "vsd", {"Documents", "单据"}, Columns()),
-      service_(session, desk) {
+      service_(session, desk),
+      right_(session, desk) {
   for (TextBox* box : {&DateFrom, &DateTo}) {
     box->max_length = kDateLength;
     box->onLeave = [this, box] { CheckDateBox(this->session(), *box); };
@@ -169,6 +170,7 @@ void EInvFrm::ForgetLines() {
 
 void EInvFrm::Clear() {
   ForgetLines();
+  right_.Forget();
   SendType.SetEnabled(true);
   SubmitMethod.SetEnabled(true);
   CmdPrint.SetEnabled(false);

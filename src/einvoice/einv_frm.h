@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "core/record_right.h"
 #include "core/session_screen.h"
 #include "einvoice/invoice_line.h"
 #include "einvoice/invoice_service.h"
@@ -87,6 +88,7 @@ class EInvFrm : public SessionScreen {
   void NoteSettled(const InvoiceLine& line, std::string_view as);
 
   InvoiceService service_;
+  RecordRight right_;
   std::string supplier_;
   std::vector<InvoiceLine> lines_;
   std::vector<std::size_t> shown_;  // of the rows of the grid, in lines_

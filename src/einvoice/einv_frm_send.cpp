@@ -157,6 +157,13 @@ std::vector<std::size_t> EInvFrm::TickedLines() {
 void EInvFrm::Export() {
   if (vsd.RowCount() == 0) return;
   if (!Confirm({"Confirm to Export E-Invoicing ?", "确定发送电子发票？"})) return;
+  // What is cancelled is income that the tax authority no longer knows of.
+  if (mode() == SendMode::cancel && !right_.MayDelete({"cancel e-invoices of " + CompCode.text(),
+                                                       "作废 " + CompCode.text() + " 的电子发票"},
+                                                      CompCode.text())) {
+    Refuse({"You are not allow to delete record", "您不可删除记录"});
+    return;
+  }
   const std::vector<std::size_t> ticked = TickedLines();
   bool whole = true;
   std::string id;  // of the document that is on its way

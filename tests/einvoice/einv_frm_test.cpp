@@ -279,6 +279,11 @@ TEST(EInvFrm, EachDocumentGoesToItsAddressAndIsRecorded) {
   s.List();
   EXPECT_FALSE(s.frm.vsd.Ticked(0));
   s.frm.vsd.Tick(1, true);
+  const std::size_t sent_before = office.service.Received().size();
+  office.session.AllowDelete = false;
+  s.Send();
+  EXPECT_EQ(office.service.Received().size(), sent_before);
+  office.session.AllowDelete = true;
   s.Send();
   const Asked last = office.service.Received().back();
   EXPECT_EQ(last.method + last.path, "PUT/cancel/" + office.Uuid("B1"));

@@ -15,6 +15,7 @@ struct InvoiceOffice : Office {
   InvoiceOffice() : Office(State::patched) {
     session.CurrentCompCode = "HQ";
     session.CurrentLevel = 4;
+    session.AllowDelete = true;
     Run("UPDATE CompMast SET ClientID='client-hq',ClientSecret='s3cr3t-hq' WHERE CompCode='HQ';"
         "DELETE FROM eState; DELETE FROM eCountry; DELETE FROM eMiscCode; DELETE FROM eClass;"
         "DELETE FROM eTax;"
