@@ -44,6 +44,7 @@ class Parser {
     std::string raw;
     while (std::getline(lines, raw)) {
       ++line_;
+      if (raw.ends_with('\r')) raw.pop_back();
       const std::string line = Trim(raw);
       if (line.find('\0') != std::string::npos) Refuse(path_, line_, "this is no text file");
       if (line.empty() || line[0] == '#') continue;

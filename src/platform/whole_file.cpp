@@ -23,11 +23,15 @@ namespace fs = std::filesystem;
 
 }  // namespace
 
-void WriteWholeFile(const std::string& path, const std::function<void(std::ostream&)>& write) {
+void WriteWholeFile(const std::string& path, const std::function<void(std::ostream&)>& write,
+                    FileReach reach) {
   const std::string beside = path + ".part";
   try {
     errno = 0;
     std::ofstream file = OpenPrivate(beside, std::ios::binary | std::ios::trunc);
+    if (file.is_open() && reach == FileReach::kOwner) {
+      fs::permissions(beside, fs::perms::owner_read | fs::perms::owner_write);
+    }
     if (file.is_open()) write(file);
     file.close();
     if (!file) Refuse(path, errno == 0 ? "not all of it was taken" : strerror(errno));

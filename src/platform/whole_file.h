@@ -7,9 +7,13 @@
 
 namespace kaunter {
 
+// Who may read it: whom the folder tells (platform/private_file.h), or its owner alone.
+enum class FileReach { kFolder, kOwner };
+
 // Writes beside the place and takes it when all is on the disk. Throws std::runtime_error that
 // names the file and says why; nothing is left then, and what was there before stays as it was.
-void WriteWholeFile(const std::string& path, const std::function<void(std::ostream&)>& write);
+void WriteWholeFile(const std::string& path, const std::function<void(std::ostream&)>& write,
+                    FileReach reach = FileReach::kFolder);
 
 // `name` as a part of a file's name: signs that a folder does not take become "_".
 std::string FileNameOf(const std::string& name);
