@@ -7,9 +7,9 @@
 #include <string>
 
 #include "collections/daily_batch.h"
+#include "core/companion_program.h"
 #include "core/log.h"
-#include "core/startup.h"
-#include "core/trace.h"
+#include "core/session.h"
 #include "core/values.h"
 #include "dailybatch/options.h"
 #include "platform/process.h"
@@ -17,9 +17,7 @@
 namespace kaunter {
 namespace {
 
-constexpr int kDone = 0;
-constexpr int kRefused = 1;  // the date or the command line does not fit; nothing was done
-constexpr int kFailed = 2;   // what was posted stays; another run goes on from there
+using namespace exit_status;
 constexpr int kPercentOfALine = 10;
 constexpr const char* kUser = "DailyBatch";
 
@@ -29,21 +27,6 @@ std::string Shown(const DateTime& day) { return Format(day, "dd-MM-yyyy"); }
 void Say(std::FILE* stream, const std::string& text) {
   fmt::print(stream, "{}\n", text);
   std::fflush(stream);
-}
-
-void OpenOffice(Session& session, const BatchOptions& options) {
-  const LocalSettings local = LocalSettings::Read(options.office.settings, options.office.database);
-  ApplyLocalSettings(session, local);
-  // The trace that the settings name belongs to the desktop, which may be running.
-  if (!options.trace.empty()) session.trace = OpenTrace(options.trace);
-  session.MainConn =
-      OpenConnection("MainConn", OfficeConnectionString(session, session.ConnDatabase),
-                     session.data_sources, session.clock);
-  if (session.trace) session.MainConn->SetTrace(session.trace);
-  if (!TableExists(session.Main(), "ChargeMast")) {
-    throw BatchUsageError(fmt::format(
-        "The data source {} holds no office yet: start Kaunter on it first", session.ConnDatabase));
-  }
 }
 
 // A line each time another tenth is done, and at the end of each day.
@@ -80,23 +63,18 @@ int Refused(const Session& session, const std::string& why) {
   return kRefused;
 }
 
-int Run(const BatchOptions& options, Session& session) {
+int Run(const BatchOptions& options, Session& session, const std::string& folder) {
   try {
-    MakeLogFolder(session);
-    const bool set = !options.office.now.empty();
-    if (set) {
-      session.clock.Set(*DateTime::FromCanonical(options.office.now));
-      LogSetClock(session);
-    }
+    ReachOffice(session, options.reach, folder);
     BatchDate(options.date, session.clock.Now());  // before anything is opened
-    OpenOffice(session, options);
+    OpenReachedOffice(session, options.reach);
     const DateTime date = BatchDate(options.date, ServerTime(session.Main()));
     const BatchOutcome outcome =
         RunDailyBatch(session.Main(), date, session.CurrentUserID, ProgressLines());
     Say(stdout, Told(outcome));
     WriteLog(session, LogLine(session, Told(outcome)));
     return kDone;
-  } catch (const BatchUsageError& error) {
+  } catch (const CompanionRefused& error) {
     return Refused(session, error.what());
   } catch (const BatchRefused& error) {
     return Refused(session, error.what());
@@ -117,22 +95,16 @@ int main(int argc, char** argv) {
   OutliveFailedWrites();  // the desktop that started this program may be closed before it
   Session session;
   session.CurrentUserID = kUser;
-  const CompanionOptions handed_on = HandedOn();
   // The program lies in a folder of its own below that of the others.
-  session.AppPath = handed_on.app.empty()
-                        ? std::filesystem::path(ProgramFolder(argv[0])).parent_path().string()
-                        : handed_on.app;
+  session.AppPath = std::filesystem::path(ProgramFolder(argv[0])).parent_path().string();
   try {
-    const BatchOptions options = ParseBatchOptions({argv + 1, argv + argc}, handed_on);
+    const BatchOptions options = ParseBatchOptions({argv + 1, argv + argc}, HandedOn());
     if (options.help) {
       fmt::print("{}", BatchUsage());
       return kDone;
     }
-    if (!options.office.app.empty()) {
-      session.AppPath = std::filesystem::absolute(options.office.app).lexically_normal().string();
-    }
-    return Run(options, session);
-  } catch (const BatchUsageError& error) {
+    return Run(options, session, session.AppPath);
+  } catch (const CompanionRefused& error) {
     const int status = Refused(session, error.what());
     fmt::print(stderr, "{}", BatchUsage());
     return status;

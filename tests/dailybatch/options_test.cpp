@@ -9,8 +9,8 @@ namespace {
 TEST(BatchOptionsTest, WhatIsGivenComesBeforeWhatIsHandedOn) {
   const CompanionOptions handed_on{.app = "/app", .database = "/a.db", .settings = {}, .now = {}};
   const BatchOptions options = ParseBatchOptions({"--database", "b.db", "31-01-2024"}, handed_on);
-  EXPECT_EQ(options.office.database, "b.db");
-  EXPECT_EQ(options.office.app, "/app");
+  EXPECT_EQ(options.reach.office.database, "b.db");
+  EXPECT_EQ(options.reach.office.app, "/app");
   EXPECT_EQ(options.date, "31-01-2024");
 }
 
@@ -29,7 +29,7 @@ TEST(BatchOptionsTest, WhatDoesNotFitIsNamed) {
     try {
       ParseBatchOptions(c.arguments, {});
       ADD_FAILURE() << c.told;
-    } catch (const BatchUsageError& error) {
+    } catch (const CompanionRefused& error) {
       EXPECT_THAT(error.what(), ::testing::HasSubstr(c.told));
     }
   }
@@ -42,7 +42,7 @@ TEST(BatchOptionsTest, Dates) {
   EXPECT_EQ(BatchDate("today", today), (DateTime{2024, 1, 31}));
   for (const char* text :
        {"30-02-2024", "31/01/2024", "01-31-2024", "1-1-24", "letters", "", "31-01-2024 10:00:00"}) {
-    EXPECT_THROW(BatchDate(text, today), BatchUsageError) << text;
+    EXPECT_THROW(BatchDate(text, today), CompanionRefused) << text;
   }
 }
 

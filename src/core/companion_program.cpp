@@ -1,0 +1,66 @@
+#include "core/companion_program.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+
+#include "core/log.h"
+#include "core/session.h"
+#include "core/startup.h"
+#include "core/trace.h"
+#include "core/values.h"
+
+namespace kaunter {
+
+bool TakeReachOption(const std::vector<std::string>& arguments, std::size_t* i,
+                     CompanionReach* reach) {
+  const std::pair<std::string_view, std::string*> options[] = {
+      {"--app", &reach->office.app},
+      {"--database", &reach->office.database},
+      {"--settings", &reach->office.settings},
+      {"--now", &reach->office.now},
+      {"--trace", &reach->trace},
+  };
+  for (const auto& [name, value] : options) {
+    if (arguments[*i] != name) continue;
+    if (*i + 1 >= arguments.size()) {
+      throw CompanionRefused(fmt::format("{} needs a value", name));
+    }
+    *value = arguments[++*i];
+    if (name == "--now" && !DateTime::FromCanonical(*value)) {
+      throw CompanionRefused(fmt::format("--now takes yyyy-mm-dd hh:mm:ss, not \"{}\"", *value));
+    }
+    return true;
+  }
+  return false;
+}
+
+LocalSettings ReachOffice(Session& session, const CompanionReach& reach,
+                          const std::string& folder) {
+  session.AppPath = reach.office.app.empty()
+                        ? folder
+                        : std::filesystem::absolute(reach.office.app).lexically_normal().string();
+  MakeLogFolder(session);
+  if (!reach.office.now.empty()) {
+    session.clock.Set(*DateTime::FromCanonical(reach.office.now));
+    LogSetClock(session);
+  }
+  LocalSettings local = LocalSettings::Read(reach.office.settings, reach.office.database);
+  ApplyLocalSettings(session, local);
+  return local;
+}
+
+void OpenReachedOffice(Session& session, const CompanionReach& reach) {
+  // The trace that the settings name belongs to the desktop, which may be running.
+  if (!reach.trace.empty()) session.trace = OpenTrace(reach.trace);
+  session.MainConn =
+      OpenConnection("MainConn", OfficeConnectionString(session, session.ConnDatabase),
+                     session.data_sources, session.clock);
+  if (session.trace) session.MainConn->SetTrace(session.trace);
+  if (!TableExists(session.Main(), "ChargeMast")) {
+    throw CompanionRefused(fmt::format(
+        "The data source {} holds no office yet: start Kaunter on it first", session.ConnDatabase));
+  }
+}
+
+}  // namespace kaunter
