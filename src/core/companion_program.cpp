@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "core/connect_sequence.h"
 #include "core/log.h"
 #include "core/session.h"
 #include "core/startup.h"
@@ -61,6 +62,7 @@ void OpenReachedOffice(Session& session, const CompanionReach& reach) {
     throw CompanionRefused(fmt::format(
         "The data source {} holds no office yet: start Kaunter on it first", session.ConnDatabase));
   }
+  if (const auto too_old = TooOldFor(session.Main())) throw CompanionRefused(too_old->english);
 }
 
 }  // namespace kaunter

@@ -43,7 +43,7 @@ bool TakeReachOption(const std::vector<std::string>& arguments, std::size_t* i,
 LocalSettings ReachOffice(Session& session, const CompanionReach& reach, const std::string& folder);
 
 // Opens MainConn of an office that is there; nothing is made or patched. Throws SqlError, and
-// CompanionRefused for a database without an office.
+// CompanionRefused for a database without an office and for one that a newer program has patched.
 void OpenReachedOffice(Session& session, const CompanionReach& reach);
 
 }  // namespace kaunter

@@ -18,6 +18,8 @@
 #include "core/sms_database.h"
 #include "core/sql_literals.h"
 #include "core/startup.h"
+#include "platform/sql/retry.h"
+#include "platform/sql/transaction.h"
 #include "screen/desk.h"
 
 namespace kaunter {
@@ -30,7 +32,9 @@ struct Start {
 
   Settings& settings() { return session.settings; }
   Connection& main() { return session.Main(); }
-  void Patch(const Patch& patch) { RunPatch(main(), patch); }
+  void Patch(const Patch& patch, Existing existing = Existing::fails) {
+    RunPatch(main(), patch, value, existing);
+  }
 };
 
 struct Step {
@@ -170,7 +174,12 @@ void PatchLampiranA(Start& start) {
 }
 
 void MakeHolidayMast(Start& start) {
-  if (!TableExists(start.main(), "HolidayMast")) start.main().Execute(patches::kHolidayMast);
+  if (TableExists(start.main(), "HolidayMast")) return;
+  try {
+    start.main().Execute(patches::kHolidayMast);
+  } catch (const SqlError&) {
+    if (!TableExists(start.main(), "HolidayMast")) throw;  // else another desktop was quicker
+  }
 }
 
 // The flag is read first, so it comes on at the start after the patch.
@@ -191,7 +200,7 @@ void PatchEInv(Start& start) {
 
 void FillOrgDueDate(Start& start) {
   if (start.value.empty()) start.Patch(patches::kOrgDueDate2);
-  start.main().Execute(patches::kFillOrgDueDate);
+  WriteAgainUntilDone([&] { start.main().Execute(patches::kFillOrgDueDate); });
 }
 
 void PatchLHDNQR(Start& start) {
@@ -200,25 +209,14 @@ void PatchLHDNQR(Start& start) {
   RefreshEInvoiceCodeTables(start.session, start.desk, {});
 }
 
-// What the patch makes may be there without its key: an administrator made it, or the office began
-// with it. Then only the key is missing.
 void PatchUnlessThere(Start& start, const Patch& patch) {
-  if (!start.value.empty()) return;
-  constexpr int kIndexExists = 1913;
-  constexpr int kObjectExists = 2714;  // how the other engines put it
-  constexpr int kColumnExists = 2705;
-  try {
-    start.Patch(patch);
-  } catch (const SqlError& error) {
-    const int number = error.number();
-    if (number != kIndexExists && number != kObjectExists && number != kColumnExists) throw;
-    start.main().Execute(patch.statements.back());
-  }
+  if (start.value.empty()) start.Patch(patch, Existing::stays);
 }
 
 void PatchChargeIndex(Start& start) { PatchUnlessThere(start, patches::kChargeIndex); }
 void PatchCashBookOpening(Start& start) { PatchUnlessThere(start, patches::kCashBookOpening); }
 void PatchEInvSending(Start& start) { PatchUnlessThere(start, patches::kEInvSending); }
+void PatchBaseIndexes(Start& start) { PatchUnlessThere(start, patches::kBaseIndexes); }
 
 void PatchEInvCodes(Start& start) {
   if (!start.value.empty()) return;
@@ -282,6 +280,7 @@ const std::vector<Step>& Steps() {
       PatchOnce(patches::kMoveIn),
       PatchOnce(patches::kWatchListCopy),
       PatchOnce(patches::kLongQR),
+      PatchWith(patches::kBaseIndexes, PatchBaseIndexes),
   };
   return steps;
 }
@@ -295,8 +294,32 @@ void RemoveEmptyGuards(Connection& main) {
     if (!keys.empty()) keys += ',';
     keys += QuoteStr(step.name);
   }
-  main.Execute(fmt::format(
-      "DELETE FROM Systemast WHERE Param IN ({}) AND ([Value]='' OR [Value] IS NULL)", keys));
+  WriteAgainUntilDone([&] {  // another desktop may be in the middle of a long patch
+    main.Execute(fmt::format(
+        "DELETE FROM Systemast WHERE Param IN ({}) AND ([Value]='' OR [Value] IS NULL)", keys));
+  });
+}
+
+// The key of the newest patch, and behind it the version that brought it.
+constexpr std::string_view kNewestPatch = "NewestPatch";
+
+std::string NewestPatchOf(Connection& main) {
+  const std::string named = ReadSetting(main, kNewestPatch);
+  return named.substr(0, named.find(' '));
+}
+
+// Behind all patches: until they are all there, the office is one of the older program too.
+void NameNewestPatch(Connection& main) {
+  const std::string_view newest = Steps().back().name;
+  if (NewestPatchOf(main) == newest) return;
+  WriteAgainUntilDone([&] {
+    Transaction transaction(main);
+    main.Execute(fmt::format("DELETE FROM Systemast WHERE Param={}", QuoteStr(kNewestPatch)));
+    main.Execute(fmt::format("INSERT INTO Systemast (Param,Value) VALUES ({},{})",
+                             QuoteStr(kNewestPatch),
+                             QuoteStr(fmt::format("{} {}", newest, RunningVersion()))));
+    transaction.Commit();
+  });
 }
 
 // The reader program installs itself into one of two places; the second wins when both are there.
@@ -321,7 +344,24 @@ void RunConnectSequence(Session& session, Desk& desk,
     if (step.has_setting) start.value = ReadSetting(start.main(), step.name);
     step.run(start);
   }
+  NameNewestPatch(session.Main());
   FindMyKadReader(session);
+}
+
+std::optional<Caption> TooOldFor(Connection& main) {
+  const std::string newest = NewestPatchOf(main);
+  const auto known = [&](const Step& step) { return step.name == newest; };
+  if (newest.empty() || std::any_of(Steps().begin(), Steps().end(), known)) return std::nullopt;
+  const std::string brought = ReadSetting(main, kNewestPatch);
+  const std::string version = brought.substr(std::min(brought.size(), newest.size() + 1));
+  return Caption{
+      fmt::format("This office was brought up to a newer version of Kaunter ({0}): its tables hold "
+                  "\"{1}\", which this one ({2}) does not know. Nothing was changed.\nInstall the "
+                  "newer version on this PC, then start again.",
+                  version, newest, RunningVersion()),
+      fmt::format("这个资料库已由较新版本的 Kaunter ({0}) 升级：其中的 “{1}” 是本版本 ({2}) "
+                  "不认识的。没有改动任何资料。\n请在这台电脑安装较新版本，再重新启动。",
+                  version, newest, RunningVersion())};
 }
 
 std::vector<std::string_view> ConnectSteps() {

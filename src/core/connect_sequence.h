@@ -3,11 +3,15 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string_view>
 #include <vector>
 
+#include "screen/caption.h"
+
 namespace kaunter {
 
+class Connection;
 class Session;
 class Desk;
 
@@ -19,6 +23,10 @@ class Desk;
 // far it comes back).
 void RunConnectSequence(Session& session, Desk& desk,
                         const std::function<void(std::string_view step)>& progress);
+
+// What this program answers to an office that a newer one has patched: it does not know what it
+// would write into. Nothing where it knows the office's newest patch, or no program has named one.
+std::optional<Caption> TooOldFor(Connection& main);
 
 // The names of the steps in their order.
 std::vector<std::string_view> ConnectSteps();

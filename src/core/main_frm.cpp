@@ -14,6 +14,7 @@
 #include "core/session_report.h"
 #include "core/shipped_codes.h"
 #include "core/sign_in.h"
+#include "core/startup.h"
 #include "core/user_login.h"
 #include "core/values.h"
 #include "screen/report_job.h"
@@ -130,8 +131,7 @@ void MainFrm::FillAtStart() {
                          "今天按 " + day + " 计：程序以此日期启动。"});
   }
   SetPanel(1, session().ProgramTitle);
-  SetPanel(3, fmt::format("Version {}.{}.{}", KAUNTER_VERSION_MAJOR, KAUNTER_VERSION_MINOR,
-                          KAUNTER_VERSION_REVISION));
+  SetPanel(3, "Version " + RunningVersion());
   SetPanel(5, long_date_);
   ShowStatus();
   const std::string slogan =

@@ -1,6 +1,13 @@
 #include "core/schema_patches.h"
 
+#include <algorithm>
+#include <array>
+#include <string>
+
 #include "core/einvoice_codes.h"
+#include "core/schema_text.h"
+#include "core/settings.h"
+#include "platform/sql/retry.h"
 #include "platform/sql/transaction.h"
 
 namespace kaunter {
@@ -81,6 +88,23 @@ constexpr std::string_view kMakeSelfBillTrans =
 constexpr std::string_view kMakeETax =
     "CREATE TABLE eTax (TaxCode nvarchar(10) NOT NULL, TaxName nvarchar(200) NULL, "
     "CONSTRAINT PK_eTax PRIMARY KEY (TaxCode))";
+
+// The indexes of the base tables, a line of their script each.
+std::vector<std::string_view> BaseIndexes() {
+  std::vector<std::string_view> statements;
+  for (std::string_view left = SchemaText("base"); !left.empty();) {
+    const std::string_view line = left.substr(0, left.find('\n'));
+    left.remove_prefix(std::min(left.size(), line.size() + 1));
+    if (line.starts_with("CREATE INDEX ")) statements.push_back(line.substr(0, line.rfind(';')));
+  }
+  statements.push_back("INSERT INTO Systemast (Param,Value) VALUES ('BaseIndexes','1')");
+  return statements;
+}
+
+bool IsThereAlready(const SqlError& error) {
+  constexpr std::array kNumbers = {1913, 2714, 2705};  // an index, another object, a column
+  return std::find(kNumbers.begin(), kNumbers.end(), error.number()) != kNumbers.end();
+}
 
 }  // namespace
 
@@ -281,6 +305,9 @@ const Patch kLongQR = {"LongLHDNQR",
                        {"ALTER Table EInvMast alter column LHDNQR nvarchar(1000)",
                         "INSERT INTO Systemast (Param,Value) VALUES ('LongLHDNQR','1')"}};
 
+// An office keeps the indexes that it began with; those that came since are made here.
+const Patch kBaseIndexes = {"BaseIndexes", BaseIndexes()};
+
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
     "UserID nvarchar(50) NULL, "
@@ -289,10 +316,25 @@ const std::string_view kHolidayMast =
 
 }  // namespace patches
 
-void RunPatch(Connection& main, const Patch& patch) {
-  Transaction transaction(main);
-  for (const std::string_view statement : patch.statements) main.Execute(statement);
-  transaction.Commit();
+void RunPatch(Connection& main, const Patch& patch, std::string_view found, Existing existing) {
+  const auto done_meanwhile = [&] { return ReadSetting(main, patch.key) != found; };
+  try {
+    WriteAgainUntilDone([&] {
+      Transaction transaction(main);
+      if (done_meanwhile()) return;
+      for (const std::string_view statement : patch.statements) {
+        try {
+          main.Execute(statement);
+        } catch (const SqlError& error) {
+          if (existing == Existing::fails || !IsThereAlready(error)) throw;
+        }
+      }
+      transaction.Commit();
+    });
+  } catch (const SqlError&) {
+    // A server without one lock for all saves lets two run at once: the slower one fails.
+    if (!done_meanwhile()) throw;
+  }
 }
 
 }  // namespace kaunter

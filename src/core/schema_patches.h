@@ -45,6 +45,7 @@ extern const Patch kEInvCodes;
 extern const Patch kMoveIn;
 extern const Patch kWatchListCopy;
 extern const Patch kLongQR;
+extern const Patch kBaseIndexes;
 
 // Made when the table is missing, without a key.
 extern const std::string_view kHolidayMast;
@@ -53,8 +54,14 @@ extern const std::string_view kFillOrgDueDate;
 
 }  // namespace patches
 
-// Runs the statements of a patch in one transaction: a failure leaves the key unset, and the next
-// start tries again. Throws SqlError.
-void RunPatch(Connection& main, const Patch& patch);
+// What the patch makes and is there already, since an administrator made it or the office began
+// with it: a failure, or left as it is.
+enum class Existing { fails, stays };
+
+// Runs the statements of a patch in one transaction: a failure leaves the key as it was, and the
+// next start tries again. `found` is what the key held; where it holds something else by now,
+// another desktop has run the patch meanwhile and nothing is left to do. Throws SqlError.
+void RunPatch(Connection& main, const Patch& patch, std::string_view found,
+              Existing existing = Existing::fails);
 
 }  // namespace kaunter

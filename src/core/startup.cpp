@@ -208,9 +208,7 @@ void Connect(Session& session, Desk& desk) {
       ScalarQuery(session.Main(), "SELECT [Value] FROM Systemast WHERE Param='MyKadDatabase'");
   session.MyKadPath =
       ScalarQuery(session.Main(), "SELECT [Value] FROM Systemast WHERE Param='MyKadPath'");
-  CheckVersion(session, desk,
-               fmt::format("{}.{}.{}", KAUNTER_VERSION_MAJOR, KAUNTER_VERSION_MINOR,
-                           KAUNTER_VERSION_REVISION));
+  CheckVersion(session, desk, RunningVersion());
   desk.Hourglass(true);
   struct PointerBack {
     Desk& desk;
@@ -230,6 +228,11 @@ void Connect(Session& session, Desk& desk) {
   bar->SetPosition(kBarLength);
 }
 
+std::string RunningVersion() {
+  return fmt::format("{}.{}.{}", KAUNTER_VERSION_MAJOR, KAUNTER_VERSION_MINOR,
+                     KAUNTER_VERSION_REVISION);
+}
+
 int VersionNumber(std::string_view dotted) {
   std::string digits;
   for (char c : dotted) {
@@ -246,23 +249,25 @@ bool IsInstalledCopy(const std::string& app_path) {
 }
 
 void CheckVersion(Session& session, Desk& desk, std::string_view running) {
+  const auto refuse = [&](const std::string& text) {
+    desk.Message(MessageKind::information, "Version Checking", text);
+    const std::string address =
+        ScalarQuery(session.Main(), "SELECT Value FROM Systemast WHERE Param='URL'");
+    if (!address.empty()) desk.Open(address);
+    throw StartRefused("Version Checking", "");
+  };
   const std::string stored =
       ScalarQuery(session.Main(), "SELECT Value FROM Systemast WHERE Param='VERSION'");
-  if (std::all_of(stored.begin(), stored.end(), [](char c) { return c == '.'; })) return;
-  if (VersionNumber(running) >= StoredVersion(stored, running)) {
-    if (IsInstalledCopy(session.AppPath)) {
-      session.Main().Execute(
-          fmt::format("UPDATE Systemast SET [Value]={} WHERE Param='VERSION'", QuoteStr(running)));
-    }
-    return;
+  const bool named = !std::all_of(stored.begin(), stored.end(), [](char c) { return c == '.'; });
+  if (named && VersionNumber(running) < StoredVersion(stored, running)) {
+    refuse(
+        fmt::format("New version {} available for download, Please download update now", stored));
   }
-  desk.Message(
-      MessageKind::information, "Version Checking",
-      fmt::format("New version {} available for download, Please download update now", stored));
-  const std::string address =
-      ScalarQuery(session.Main(), "SELECT Value FROM Systemast WHERE Param='URL'");
-  if (!address.empty()) desk.Open(address);
-  throw StartRefused("Version Checking", "");
+  if (const auto too_old = TooOldFor(session.Main())) refuse(session.In(*too_old));
+  if (named && IsInstalledCopy(session.AppPath)) {
+    session.Main().Execute(
+        fmt::format("UPDATE Systemast SET [Value]={} WHERE Param='VERSION'", QuoteStr(running)));
+  }
 }
 
 }  // namespace kaunter

@@ -45,6 +45,7 @@ std::string DatabasePassword(std::string_view account);
 // The connection string of the office's data source with this catalog: MainConn and LogsConn.
 std::string OfficeConnectionString(const Session& session, std::string_view catalog);
 
+std::string RunningVersion();  // "1.10.2"
 // The version as one number: the fields put together as digits, so 1.10.2 is 1102 and 2.1.3 is 213.
 int VersionNumber(std::string_view dotted);
 // Compares the stored version with the running one: raises it from an installed copy, refuses when

@@ -67,7 +67,7 @@ TEST_F(EInvoiceCodesTest, OnlyWhatIsAskedForAndThere) {
 
   Office early(Office::State::base);  // eTax comes with a later patch
   early.session.data_sources = office.session.data_sources;
-  RunPatch(early.session.Main(), patches::kEInv);
+  RunPatch(early.session.Main(), patches::kEInv, "");
   EXPECT_TRUE(RefreshEInvoiceCodeTables(early.session, early.desk, {}));
   EXPECT_EQ(early.Scalar("SELECT COUNT(*) FROM eState"), "2");
 }
