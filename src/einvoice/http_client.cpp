@@ -1,6 +1,5 @@
 #include "einvoice/http_client.h"
 
-#include <curl/curl.h>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -12,8 +11,8 @@
 #include "core/session.h"
 #include "core/texts.h"
 #include "einvoice/web_address.h"
+#include "platform/curl_line.h"
 #include "platform/sql/text.h"
-#include "platform/sql/waiting.h"
 #include "screen/hourglass.h"
 #include "screen/wait_bar.h"
 
@@ -23,13 +22,7 @@ namespace {
 constexpr long kConnectSeconds = 15;
 constexpr long kAllSeconds = 60;
 constexpr long kIdleSeconds = 20;  // a line that lay idle longer is not used again
-constexpr int kBetweenLooks = 20;  // milliseconds
 constexpr std::size_t kLongestReply = 4UL << 20U;
-
-void StartLibrary() {
-  static const CURLcode started = curl_global_init(CURL_GLOBAL_DEFAULT);
-  if (started != CURLE_OK) throw std::runtime_error(curl_easy_strerror(started));
-}
 
 // What becomes of one request.
 struct Transfer {
@@ -84,28 +77,11 @@ std::string HouseText(std::string reply) {
 
 }  // namespace
 
-class HttpClient::Line {
+class HttpClient::Line : public CurlLine {
  public:
-  Line() {
-    StartLibrary();
-    easy_ = curl_easy_init();
-    multi_ = curl_multi_init();
-    if (easy_ == nullptr || multi_ == nullptr) throw std::bad_alloc();
-  }
-  ~Line() {
-    curl_easy_cleanup(easy_);
-    curl_multi_cleanup(multi_);
-  }
-  Line(const Line&) = delete;
-  Line& operator=(const Line&) = delete;
-
   void Prepare(std::string_view method, const std::string& url, std::string_view body,
                const HeaderList& headers, Transfer& transfer) {
-    curl_easy_reset(easy_);  // the open lines stay
-    Set(CURLOPT_NOSIGNAL, 1L);
-    Set(CURLOPT_QUICK_EXIT, 1L);  // a name that nobody resolves holds up nobody who gives up
-    Set(CURLOPT_ERRORBUFFER, error_);
-    error_[0] = '\0';
+    Begin();
     Set(CURLOPT_URL, url.c_str());
     Set(CURLOPT_PROTOCOLS_STR, "http,https");
     Set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
@@ -129,57 +105,15 @@ class HttpClient::Line {
     Set(CURLOPT_CUSTOMREQUEST, verb.c_str());
   }
 
-  // Nothing when it was given up.
-  std::optional<CURLcode> Run(const std::function<bool()>& stop_asked) {
-    Check(curl_multi_add_handle(multi_, easy_));
-    const Removed removed{multi_, easy_};
-    for (int running = 1;;) {
-      Check(curl_multi_perform(multi_, &running));
-      int left = 0;
-      while (const CURLMsg* message = curl_multi_info_read(multi_, &left)) {
-        if (message->msg == CURLMSG_DONE) return message->data.result;
-      }
-      if (running == 0) return CURLE_RECV_ERROR;
-      Check(curl_multi_poll(multi_, nullptr, 0, kBetweenLooks, nullptr));
-      ActWhileWaiting();
-      if (stop_asked()) return std::nullopt;
-    }
-  }
-
-  std::string Cause(CURLcode code) const {
+  std::string WhyNot(CURLcode code) const {
     if (code == CURLE_ABORTED_BY_CALLBACK) return "the line was closed";  // by BeginOnce
-    return error_[0] != '\0' ? error_ : curl_easy_strerror(code);
-  }
-  int Status() const {
-    long status = 0;
-    curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
-    return static_cast<int>(status);
+    return Cause(code);
   }
   std::string RedirectedTo() const {
     const char* url = nullptr;
-    curl_easy_getinfo(easy_, CURLINFO_REDIRECT_URL, &url);
+    curl_easy_getinfo(easy(), CURLINFO_REDIRECT_URL, &url);
     return url == nullptr ? std::string() : url;
   }
-
- private:
-  struct Removed {
-    CURLM* multi;
-    CURL* easy;
-    ~Removed() { curl_multi_remove_handle(multi, easy); }
-  };
-
-  template <typename T>
-  void Set(CURLoption option, T value) {
-    const CURLcode code = curl_easy_setopt(easy_, option, value);
-    if (code != CURLE_OK) throw std::runtime_error(curl_easy_strerror(code));
-  }
-  static void Check(CURLMcode code) {
-    if (code != CURLM_OK) throw std::runtime_error(curl_multi_strerror(code));
-  }
-
-  CURL* easy_ = nullptr;
-  CURLM* multi_ = nullptr;
-  char error_[CURL_ERROR_SIZE] = {};
 };
 
 HttpClient::HttpClient(Session& session, Desk& desk) : session_(session), desk_(desk) {}
@@ -229,7 +163,7 @@ std::string HttpClient::HttpSend(std::string_view method, std::string_view url,
     return HouseText(std::move(transfer.reply));
   }
   const bool maybe_taken = transfer.begun;
-  const std::string cause = end ? line_->Cause(*end) : session_.In({"given up", "已停止等待"});
+  const std::string cause = end ? line_->WhyNot(*end) : session_.In({"given up", "已停止等待"});
   throw HttpFailure(
       session_.In(
           maybe_taken

@@ -3,10 +3,8 @@
 #pragma once
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -16,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/support/places.h"
+#include "tests/support/script_beside.h"
 
 namespace kaunter {
 
@@ -29,34 +27,8 @@ struct Asked {
 
 class StandIn {
  public:
-  StandIn() {
-    int input[2], output[2];
-    if (pipe2(input, O_CLOEXEC) != 0 || pipe2(output, O_CLOEXEC) != 0) Fail("no pipe");
-    const std::string program = test::SourceDir() + "/tests/einvoice/service.py";
-    process_ = fork();
-    if (process_ == 0) {
-      dup2(input[0], STDIN_FILENO);
-      dup2(output[1], STDOUT_FILENO);
-      execlp("python3", "python3", program.c_str(), "--until-input-ends", nullptr);
-      _exit(127);
-    }
-    close(input[0]);
-    close(output[1]);
-    input_ = input[1];
-    FILE* said = fdopen(output[0], "r");
-    if (process_ < 0 || std::fscanf(said, "port %d", &port_) != 1)
-      Fail("service.py does not start");
-    std::fclose(said);
-  }
-  ~StandIn() {
-    close(input_);
-    waitpid(process_, nullptr, 0);
-  }
-  StandIn(const StandIn&) = delete;
-  StandIn& operator=(const StandIn&) = delete;
-
   std::string Url(const std::string& path) const {
-    return "http://127.0.0.1:" + std::to_string(port_) + path;
+    return "http://127.0.0.1:" + std::to_string(port()) + path;
   }
   // What the service does beside the usual, as service.py tells.
   void Plan(const std::string& plan) { Speak("PUT", "/stand-in/plan", plan); }
@@ -86,7 +58,7 @@ class StandIn {
     const int line = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in place{};
     place.sin_family = AF_INET;
-    place.sin_port = htons(static_cast<std::uint16_t>(port_));
+    place.sin_port = htons(static_cast<std::uint16_t>(port()));
     place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     if (connect(line, reinterpret_cast<sockaddr*>(&place), sizeof place) != 0) Fail("is gone");
     const std::string request =
@@ -105,9 +77,9 @@ class StandIn {
     return reply.substr(head + 4);
   }
 
-  pid_t process_ = -1;
-  int input_ = -1;
-  int port_ = 0;
+  int port() const { return script_.port(); }
+
+  test::ScriptBeside script_{"tests/einvoice/service.py", {"--until-input-ends"}};
 };
 
 }  // namespace kaunter
