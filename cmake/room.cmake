@@ -21,12 +21,18 @@ if(KAUNTER_FUZZ)
 endif()
 
 # kaunter_room(NAME [QT] LINK libraries...): a static library kaunter_NAME of all files in src/NAME,
-# main.cpp excepted. A room without a source file is an interface library.
+# main.cpp and what belongs to another system (x_windows.cpp, x_posix.cpp) excepted. A room without
+# a source file is an interface library.
 function(kaunter_room name)
   cmake_parse_arguments(ROOM "QT" "" "LINK" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/${name}/*.cpp)
   list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
   list(FILTER sources EXCLUDE REGEX "/module/")
+  if(WIN32)
+    list(FILTER sources EXCLUDE REGEX "_posix\\.cpp$")
+  else()
+    list(FILTER sources EXCLUDE REGEX "_windows\\.cpp$")
+  endif()
   if(sources)
     add_library(kaunter_${name} STATIC ${sources})
     target_link_libraries(kaunter_${name} PUBLIC kaunter_flags ${ROOM_LINK})

@@ -11,10 +11,10 @@
 #include "core/companion.h"
 #include "core/log.h"
 #include "core/menu_list.h"
-#include "core/regional.h"
 #include "core/startup.h"
 #include "core/trace.h"
 #include "core/values.h"
+#include "platform/regional.h"
 
 namespace kaunter {
 namespace {

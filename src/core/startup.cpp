@@ -12,9 +12,9 @@
 
 #include "core/connect_sequence.h"
 #include "core/new_office.h"
-#include "core/regional.h"
 #include "core/schema_text.h"
 #include "core/values.h"
+#include "platform/regional.h"
 #include "platform/sql/transaction.h"
 #include "screen/desk.h"
 

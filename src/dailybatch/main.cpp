@@ -92,7 +92,7 @@ int Run(const BatchOptions& options, Session& session, const std::string& folder
 
 int main(int argc, char** argv) {
   using namespace kaunter;
-  OutliveFailedWrites();  // the desktop that started this program may be closed before it
+  SettleProcess();  // the desktop that started this program may be closed before it
   Session session;
   session.CurrentUserID = kUser;
   // The program lies in a folder of its own below that of the others.

@@ -89,7 +89,7 @@ int RunDesktop(QApplication& qt, DesktopOptions options) {
 
 int main(int argc, char** argv) {
   using namespace kaunter;
-  OutliveFailedWrites();
+  SettleProcess();
   const DesktopOptions options = ParseOptions({argv + 1, argv + argc});
   if (options.help) {
     std::fputs(OptionsHelp().c_str(), stdout);

@@ -1,18 +1,15 @@
 #include "movein/legacy_file.h"
 
 #include <fmt/format.h>
-#include <poll.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <csignal>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 
 #include "core/texts.h"
 #include "movein/file_trouble.h"
+#include "platform/process.h"
 #include "platform/sql/odbc/odbc_string.h"
 
 namespace kaunter {
@@ -46,8 +43,8 @@ std::string OdbcTextOf(const std::string& path) {
   return fmt::format("Driver={};DBQ={}", kDriver, sql::OdbcValue(path));
 }
 
-// Reads all there is, a sign of life on the pipe now and then.
-void ReadThrough(const std::string& path, int pipe_end) {
+// Reads all there is, with a sign of life now and then.
+void ReadThrough(const std::string& path, const std::function<bool()>& alive) {
   constexpr int kAlive = 200;
   try {
     OdbcSource source(OdbcTextOf(path));
@@ -55,7 +52,7 @@ void ReadThrough(const std::string& path, int pipe_end) {
     for (const std::string& table : source.Tables()) {
       source.Read(
           table, [](const auto&) { return true; },
-          [&](const auto&) { return ++rows % kAlive != 0 || write(pipe_end, ".", 1) == 1; });
+          [&](const auto&) { return ++rows % kAlive != 0 || alive(); });
     }
   } catch (const std::exception&) {
     // Told where it is read in earnest.
@@ -65,32 +62,8 @@ void ReadThrough(const std::string& path, int pipe_end) {
 // A damaged page may break the driver down, or lead it round in circles, and the whole program with
 // it. So another process reads the file first.
 bool DriverBears(const std::string& path) {
-  constexpr int kSilence = 30000;  // milliseconds
-  int ends[2];
-  if (pipe(ends) != 0) return true;
-  const pid_t child = fork();
-  if (child == 0) {
-    close(ends[0]);
-    ReadThrough(path, ends[1]);
-    _exit(0);
-  }
-  close(ends[1]);
-  bool alive = child > 0;
-  char signs[256];
-  for (pollfd wait{ends[0], POLLIN, 0}; alive;) {
-    const int ready = poll(&wait, 1, kSilence);
-    if (ready < 0 && errno == EINTR) continue;
-    if (ready <= 0) {
-      kill(child, SIGKILL);
-      alive = false;
-    } else if (read(ends[0], signs, sizeof signs) <= 0) {
-      break;
-    }
-  }
-  close(ends[0]);
-  int status = 0;
-  if (child > 0) waitpid(child, &status, 0);
-  return child < 0 || (alive && WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  return Survives([&path](const auto& alive) { ReadThrough(path, alive); },
+                  std::chrono::seconds(30));
 }
 
 }  // namespace

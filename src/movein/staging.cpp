@@ -1,15 +1,13 @@
 #include "movein/staging.h"
 
 #include <fmt/format.h>
-#include <stdlib.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <csignal>
-#include <stdexcept>
+#include <cstdlib>
 
 #include "core/values.h"
+#include "platform/private_file.h"
+#include "platform/process.h"
 #include "platform/sql/data_source.h"
 
 namespace kaunter {
@@ -51,19 +49,14 @@ void RemoveLeftovers(const std::filesystem::path& place) {
     const std::string name = entry.path().filename().string();
     if (!name.starts_with(kFolder)) continue;
     const int process = std::atoi(name.c_str() + kFolder.size());
-    const bool alive = process <= 0 || kill(process, 0) == 0 || errno != ESRCH;
-    if (!alive) std::filesystem::remove_all(entry.path(), ignored);
+    if (process > 0 && !ProcessRuns(process)) std::filesystem::remove_all(entry.path(), ignored);
   }
 }
 
 std::filesystem::path OwnFolder() {
   const std::filesystem::path place = std::filesystem::temp_directory_path();
   RemoveLeftovers(place);
-  std::string name = (place / fmt::format("{}{}-XXXXXX", kFolder, getpid())).string();
-  if (mkdtemp(name.data()) == nullptr) {
-    throw std::runtime_error("No room for the lines of the files in " + name);
-  }
-  return name;
+  return MakePrivateFolder((place / fmt::format("{}{}-", kFolder, ThisProcess())).string());
 }
 
 // A table a kind: an index then begins with what its lines are looked up by.

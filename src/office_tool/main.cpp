@@ -39,7 +39,7 @@ int Run(const OfficeCall& call, Session& session, const std::string& folder) {
 
 int main(int argc, char** argv) {
   using namespace kaunter;
-  OutliveFailedWrites();  // the desktop that started this program may be closed before it
+  SettleProcess();  // the desktop that started this program may be closed before it
   try {
     const OfficeCall call = ParseOfficeCall({argv + 1, argv + argc}, HandedOn());
     if (call.command == nullptr) {

@@ -1,13 +1,5 @@
 #include "platform/host.h"
 
-#include <arpa/inet.h>
-#include <ifaddrs.h>
-#include <net/if.h>
-#include <netinet/in.h>
-#include <unistd.h>
-
-#include <array>
-#include <memory>
 #include <utility>
 
 namespace kaunter {
@@ -18,35 +10,12 @@ std::string& GivenName() {
   return name;
 }
 
-std::string NameOfHost() {
-  if (!GivenName().empty()) return GivenName();
-  std::array<char, 256> name{};
-  if (gethostname(name.data(), name.size() - 1) != 0 || name[0] == '\0') return "unknown";
-  return name.data();
-}
-
-std::string HostAddress() {
-  ifaddrs* first = nullptr;
-  if (getifaddrs(&first) != 0) return "unknown";
-  const std::unique_ptr<ifaddrs, decltype(&freeifaddrs)> guard(first, &freeifaddrs);
-  for (const ifaddrs* at = first; at != nullptr; at = at->ifa_next) {
-    if (at->ifa_addr == nullptr || at->ifa_addr->sa_family != AF_INET) continue;
-    if ((at->ifa_flags & IFF_LOOPBACK) != 0) continue;
-    std::array<char, INET_ADDRSTRLEN> text{};
-    const auto* address = reinterpret_cast<const sockaddr_in*>(at->ifa_addr);
-    if (inet_ntop(AF_INET, &address->sin_addr, text.data(), text.size()) != nullptr) {
-      return text.data();
-    }
-  }
-  return "127.0.0.1";
-}
-
 }  // namespace
 
 void NameThisHost(std::string name) { GivenName() = std::move(name); }
 
-std::string ThisHostName() { return NameOfHost(); }
+std::string ThisHostName() { return GivenName().empty() ? MachineName() : GivenName(); }
 
-Host ThisHost() { return {NameOfHost(), HostAddress()}; }
+Host ThisHost() { return {ThisHostName(), MachineAddress()}; }
 
 }  // namespace kaunter

@@ -17,4 +17,8 @@ std::string ThisHostName();  // without a look at the network
 // first session, and never again.
 void NameThisHost(std::string name);
 
+// As the system tells them, whatever name was given.
+std::string MachineName();
+std::string MachineAddress();
+
 }  // namespace kaunter

@@ -1,80 +1,10 @@
 #include "platform/private_file.h"
 
-#include <fcntl.h>
-#include <fmt/format.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
-#include <stdexcept>
-
 namespace kaunter {
-namespace {
-
-constexpr mode_t kOwner = S_IRUSR | S_IWUSR;
-constexpr mode_t kShared = kOwner | S_IRGRP | S_IWGRP;
-constexpr mode_t kEverybody = S_IRWXO;
-
-std::filesystem::path FolderOf(const std::filesystem::path& path) {
-  return path.has_parent_path() ? path.parent_path() : ".";
-}
-
-class Descriptor {
- public:
-  Descriptor(const std::filesystem::path& path, int flags)
-      : fd_(open(path.c_str(), flags | O_CLOEXEC, kOwner)) {}
-  ~Descriptor() {
-    if (fd_ >= 0) close(fd_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int fd() const { return fd_; }
-
- private:
-  int fd_;
-};
-
-}  // namespace
-
-// A folder that everybody may write to is nobody's in common.
-void MakePrivate(const std::filesystem::path& path) {
-  struct stat folder {};
-  const bool shared = stat(FolderOf(path).c_str(), &folder) == 0 &&
-                      (folder.st_mode & S_IWGRP) != 0 && (folder.st_mode & S_IWOTH) == 0 &&
-                      chown(path.c_str(), static_cast<uid_t>(-1), folder.st_gid) == 0;
-  static_cast<void>(chmod(path.c_str(), shared ? kShared : kOwner));
-}
-
-bool MakePrivateFile(const std::filesystem::path& path) {
-  {
-    const Descriptor file(path, O_WRONLY | O_CREAT | O_EXCL);
-    if (file.fd() < 0) return false;
-  }
-  MakePrivate(path);
-  return true;
-}
-
-void KeepPrivate(const std::filesystem::path& path) {
-  struct stat file {};
-  if (stat(path.c_str(), &file) != 0 || !S_ISREG(file.st_mode) || file.st_uid != geteuid()) return;
-  if ((file.st_mode & kEverybody) != 0) MakePrivate(path);
-}
 
 std::ofstream OpenPrivate(const std::filesystem::path& path, std::ios::openmode mode) {
   if (!MakePrivateFile(path)) KeepPrivate(path);
   return std::ofstream(path, mode);
-}
-
-void SyncFile(const std::filesystem::path& path) {
-  const Descriptor file(path, O_RDONLY);
-  if (file.fd() < 0 || fsync(file.fd()) != 0) {
-    throw std::runtime_error(
-        fmt::format("{} could not be written to the disk: {}", path.string(), strerror(errno)));
-  }
-  // The name stands in the folder; not every disk lets a folder be synced by itself.
-  const Descriptor folder(FolderOf(path), O_RDONLY | O_DIRECTORY);
-  if (folder.fd() >= 0) static_cast<void>(fsync(folder.fd()));
 }
 
 }  // namespace kaunter

@@ -10,6 +10,10 @@ namespace kaunter {
 // Makes an empty file; false when there is one already or it cannot be made.
 bool MakePrivateFile(const std::filesystem::path& path);
 
+// Makes a folder that its owner alone may look into: `beginning` and some signs that no other has.
+// Throws std::runtime_error that names it.
+std::filesystem::path MakePrivateFolder(const std::string& beginning);
+
 // Takes a file away from everybody else.
 void MakePrivate(const std::filesystem::path& path);
 

@@ -66,7 +66,7 @@ int CheckFolder(const std::string& folder) {
 
 int main(int argc, char** argv) {
   using namespace kaunter;
-  OutliveFailedWrites();
+  SettleProcess();
   try {
     const PlayOptions options = ParsePlayOptions({argv + 1, argv + argc});
     if (options.help) {

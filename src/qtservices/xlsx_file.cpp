@@ -1,8 +1,6 @@
 #include "qtservices/xlsx_file.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <unistd.h>
 #include <xlsxwriter.h>
 
 #include <QTemporaryFile>
@@ -14,6 +12,7 @@
 #include <vector>
 
 #include "core/values.h"
+#include "platform/disk.h"
 #include "platform/private_file.h"
 #include "reports/report_texts.h"
 
@@ -69,8 +68,8 @@ void AskForRoom(const ReportRows& rows, const std::string& path) {
   }
   QTemporaryFile probe(QString::fromStdString(path + ".XXXXXX"));
   if (!probe.open()) Refuse(path, probe.errorString().toStdString());
-  const int failure = posix_fallocate(probe.handle(), 0, static_cast<off_t>(needed));
-  if (failure != 0) Refuse(path, std::strerror(failure));
+  const std::string failure = ReserveRoom(probe.fileName().toStdString(), needed);
+  if (!failure.empty()) Refuse(path, failure);
 }
 
 class Workbook {
@@ -226,8 +225,8 @@ void WriteXlsx(const ReportRows& rows, const std::string& path) {
     Refuse(path, error.what());
   }
   if (!IsWhole(written)) Refuse(path, "it did not become whole");
-  // The place was opened before the workbook was written over it: what is synced is the file.
-  if (fsync(place.handle()) != 0) Refuse(path, std::strerror(errno));
+  place.close();
+  SyncFile(written);
   MakePrivate(written);
   std::error_code error;
   fs::rename(written, path, error);

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "core/regional.h"
+#include "platform/regional.h"
 
 namespace kaunter {
 namespace {

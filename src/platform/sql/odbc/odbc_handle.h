@@ -1,11 +1,10 @@
 // ODBC handles that free themselves, and what a driver says about a failure.
 #pragma once
 
-#include <sql.h>
-#include <sqlext.h>
-
 #include <string>
 #include <vector>
+
+#include "platform/sql/odbc/odbc_api.h"
 
 namespace kaunter::sql {
 

@@ -1,12 +1,11 @@
 #include "platform/sql/odbc/odbc_string.h"
 
 #include <fmt/format.h>
-#include <sql.h>
-#include <sqlext.h>
 
 #include <charconv>
 #include <filesystem>
 
+#include "platform/sql/odbc/odbc_api.h"
 #include "platform/sql/odbc/odbc_handle.h"
 #include "platform/sql/text.h"
 

@@ -1,13 +1,11 @@
 // Texts on their way to and from ODBC drivers: UTF-8 here, UTF-16 or bytes there.
 #pragma once
 
-#include <sql.h>
-#include <sqlext.h>
-#include <sqltypes.h>
-
 #include <functional>
 #include <string>
 #include <string_view>
+
+#include "platform/sql/odbc/odbc_api.h"
 
 namespace kaunter::sql {
 

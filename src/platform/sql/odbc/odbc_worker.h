@@ -2,13 +2,13 @@
 // while the server thinks.
 #pragma once
 
-#include <sql.h>
-
 #include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
 #include <thread>
+
+#include "platform/sql/odbc/odbc_api.h"
 
 namespace kaunter::sql {
 

@@ -1,18 +1,14 @@
 // A new database file comes whole or not at all: it is filled under another name, and takes its own
 // when it lies on the disk. A start that is cut or killed on the way leaves nothing that the next
 // one would take for an office.
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
-#include <csignal>
 #include <filesystem>
 #include <string>
 
+#include "platform/disk.h"
 #include "platform/private_file.h"
+#include "platform/process.h"
 #include "platform/sql/data_source.h"
 #include "platform/sql/sqlite/sqlite_connection.h"
 #include "platform/sql/sqlite/sqlite_error.h"
@@ -41,25 +37,8 @@ void RemoveUnfinished(const fs::path& path) {
     if (!name.starts_with(beginning)) continue;
     const std::string process = name.substr(beginning.size());
     if (process.empty() || process.find_first_not_of("0123456789") != std::string::npos) continue;
-    if (kill(static_cast<pid_t>(std::stol(process)), 0) != 0 && errno == ESRCH) {
-      RemoveWithItsLogs(entry.path());
-    }
+    if (!ProcessRuns(std::stol(process))) RemoveWithItsLogs(entry.path());
   }
-}
-
-// An empty file of that name gives way; the lock makes starts at the same moment take turns.
-void TakeEmptyPlace(const fs::path& whole, const fs::path& path) {
-  const int fd = open(path.c_str(), O_RDWR | O_CLOEXEC);
-  if (fd < 0) return;
-  struct stat held {
-  }, named{};
-  if (flock(fd, LOCK_EX) == 0 && fstat(fd, &held) == 0 && held.st_size == 0 &&
-      stat(path.c_str(), &named) == 0 && named.st_ino == held.st_ino &&
-      named.st_dev == held.st_dev) {
-    std::error_code stays;  // the empty file is told when it is opened
-    fs::rename(whole, path, stays);
-  }
-  close(fd);
 }
 
 // Gives the file its name; what has come meanwhile from another start stays.
@@ -67,6 +46,7 @@ void TakeItsName(const fs::path& whole, const fs::path& path) {
   std::error_code error;
   fs::create_hard_link(whole, path, error);
   if (!error) return;
+  // An empty file of that name gives way; starts at the same moment take turns.
   if (fs::exists(path)) return TakeEmptyPlace(whole, path);
   fs::rename(whole, path, error);  // a disk that knows no second names
   if (error) {
@@ -99,7 +79,7 @@ void CopyPages(const std::string& from, const std::string& to) {
 }  // namespace
 
 void CopySqlite(const std::string& path, const std::string& copy) {
-  const fs::path whole = copy + std::string(kUnfinished) + std::to_string(getpid());
+  const fs::path whole = copy + std::string(kUnfinished) + std::to_string(ThisProcess());
   RemoveWithItsLogs(whole);
   try {
     MakePrivateFile(whole);
@@ -121,7 +101,7 @@ void MakeSqlite(std::string_view name, const std::string& path, const Clock& clo
   std::error_code none;
   if (fs::file_size(path, none) > 0 && !none) return;
   RemoveUnfinished(path);
-  const fs::path whole = path + std::string(kUnfinished) + std::to_string(getpid());
+  const fs::path whole = path + std::string(kUnfinished) + std::to_string(ThisProcess());
   RemoveWithItsLogs(whole);
   try {
     {

@@ -1,9 +1,5 @@
 // Opening a database file of the embedded engine, and refusing one that is none of ours.
 #include <fmt/format.h>
-#include <sys/stat.h>
-#ifdef __linux__
-#include <sys/vfs.h>
-#endif
 
 #include <cerrno>
 #include <chrono>
@@ -13,6 +9,7 @@
 #include <random>
 #include <thread>
 
+#include "platform/disk.h"
 #include "platform/private_file.h"
 #include "platform/sql/data_source.h"
 #include "platform/sql/sqlite/sqlite_connection.h"
@@ -29,28 +26,6 @@ constexpr char kFileHeader[] = "SQLite format 3";
 
 [[noreturn]] void Refuse(const std::string& path, const std::string& why, const std::string& what) {
   throw SqlError(4060, fmt::format("Cannot open the database '{}': {}. {}.", path, why, what));
-}
-
-// WAL needs all desktops on one machine: shared memory does not reach across a network.
-bool IsOnNetwork(const std::filesystem::path& folder) {
-#ifdef __linux__
-  struct statfs info {};
-  if (statfs(folder.c_str(), &info) != 0) return false;
-  switch (static_cast<unsigned long>(info.f_type) & 0xFFFFFFFFul) {
-    case 0x6969:      // NFS
-    case 0x517B:      // SMB
-    case 0xFF534D42:  // CIFS
-    case 0xFE534D42:  // SMB2
-    case 0x5346414F:  // AFS
-    case 0x564C:      // NCP
-      return true;
-    default:
-      return false;
-  }
-#else
-  const std::string text = std::filesystem::absolute(folder).string();
-  return text.starts_with("\\\\") || text.starts_with("//");
-#endif
 }
 
 // The log of a database holds the last saves. Opened beside a missing or an empty file it would be
@@ -78,6 +53,7 @@ void CheckSqliteFile(const std::string& path, bool create) {
     Refuse(path, fmt::format("there is no folder '{}'", folder.string()),
            "Check the path in the data sources");
   }
+  // WAL needs all desktops on one machine: shared memory does not reach across a network.
   if (IsOnNetwork(folder)) {
     Refuse(path, "it lies on a network folder, where several desktops would damage it",
            "Move it to a disk of this machine, or use a database server");

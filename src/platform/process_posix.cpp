@@ -1,6 +1,5 @@
-#include "platform/process.h"
-
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,13 +9,13 @@
 #include <filesystem>
 #include <system_error>
 
+#include "platform/process.h"
+
 namespace kaunter {
 
-void OutliveFailedWrites() {
-#ifndef _WIN32
+void SettleProcess() {
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
-#endif
 }
 
 std::string ProgramFolder(const char* argv0) {
@@ -45,6 +44,41 @@ int RunProgram(const std::string& program, const std::vector<std::string>& argum
     if (errno != EINTR) return kNoProgram;
   }
   return WIFEXITED(status) ? WEXITSTATUS(status) : kNoProgram;
+}
+
+long ThisProcess() { return getpid(); }
+
+bool ProcessRuns(long process) {
+  return kill(static_cast<pid_t>(process), 0) == 0 || errno != ESRCH;
+}
+
+bool Survives(const std::function<void(const std::function<bool()>& alive)>& trial,
+              std::chrono::milliseconds silence) {
+  int ends[2];
+  if (pipe(ends) != 0) return true;
+  const pid_t child = fork();
+  if (child == 0) {
+    close(ends[0]);
+    trial([end = ends[1]] { return write(end, ".", 1) == 1; });
+    _exit(0);
+  }
+  close(ends[1]);
+  bool alive = child > 0;
+  char signs[256];
+  for (pollfd wait{ends[0], POLLIN, 0}; alive;) {
+    const int ready = poll(&wait, 1, static_cast<int>(silence.count()));
+    if (ready < 0 && errno == EINTR) continue;
+    if (ready <= 0) {
+      kill(child, SIGKILL);
+      alive = false;
+    } else if (read(ends[0], signs, sizeof signs) <= 0) {
+      break;
+    }
+  }
+  close(ends[0]);
+  int status = 0;
+  if (child > 0) waitpid(child, &status, 0);
+  return child < 0 || (alive && WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }
 
 }  // namespace kaunter

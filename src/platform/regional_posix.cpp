@@ -1,4 +1,5 @@
-#include "core/regional.h"
+// The short date of the machine, as its locale tells it.
+#include "platform/regional.h"
 
 #include <langinfo.h>
 #include <locale.h>
@@ -52,14 +53,6 @@ std::string MachineShortDate() {
     }
   }
   return pattern;
-}
-
-int DayOfTestDate(std::string_view short_date) {
-  const auto day = short_date.find_first_of("dD");
-  const auto month = short_date.find_first_of("mM");
-  const auto year = short_date.find_first_of("yY");
-  const bool year_first = year < day && year < month;
-  return month < day && !year_first ? 2 : 1;
 }
 
 }  // namespace kaunter

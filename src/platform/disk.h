@@ -1,0 +1,20 @@
+// What a disk tells and takes, beyond what std::filesystem knows.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace kaunter {
+
+// Whether the folder lies on another machine.
+bool IsOnNetwork(const std::filesystem::path& folder);
+
+// Gives an empty file that much room on its disk. Why there is none; empty when there is.
+std::string ReserveRoom(const std::string& path, std::uint64_t bytes);
+
+// Gives `whole` the name of an empty file, which is gone then. A file that is not empty, or that
+// another process takes at the same moment, stays as it is.
+void TakeEmptyPlace(const std::filesystem::path& whole, const std::filesystem::path& empty);
+
+}  // namespace kaunter

@@ -1,0 +1,47 @@
+#include <windows.h>
+
+#include <array>
+#include <system_error>
+
+#include "platform/disk.h"
+#include "platform/windows_text.h"
+
+namespace kaunter {
+
+bool IsOnNetwork(const std::filesystem::path& folder) {
+  std::error_code error;
+  const std::wstring whole = std::filesystem::absolute(folder, error).wstring();
+  std::array<wchar_t, MAX_PATH + 1> volume{};
+  if (GetVolumePathNameW(whole.c_str(), volume.data(), static_cast<DWORD>(volume.size()))) {
+    return GetDriveTypeW(volume.data()) == DRIVE_REMOTE;
+  }
+  return whole.starts_with(L"\\\\") || whole.starts_with(L"//");
+}
+
+std::string ReserveRoom(const std::string& path, std::uint64_t bytes) {
+  HANDLE file = CreateFileW(ToWide(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                            nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return WindowsError(GetLastError());
+  LARGE_INTEGER size{};
+  size.QuadPart = static_cast<LONGLONG>(bytes);
+  const bool taken = SetFilePointerEx(file, size, nullptr, FILE_BEGIN) && SetEndOfFile(file);
+  const DWORD error = GetLastError();
+  CloseHandle(file);
+  return taken ? "" : WindowsError(error);
+}
+
+// An opened file keeps its name here: the empty one goes first, and who comes second finds the name
+// taken.
+void TakeEmptyPlace(const std::filesystem::path& whole, const std::filesystem::path& empty) {
+  HANDLE file = CreateFileW(empty.c_str(), GENERIC_READ | DELETE, 0, nullptr, OPEN_EXISTING,
+                            FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return;
+  LARGE_INTEGER size{};
+  FILE_DISPOSITION_INFO gone{TRUE};
+  const bool taken = GetFileSizeEx(file, &size) && size.QuadPart == 0 &&
+                     SetFileInformationByHandle(file, FileDispositionInfo, &gone, sizeof gone);
+  CloseHandle(file);
+  if (taken) MoveFileExW(whole.c_str(), empty.c_str(), 0);
+}
+
+}  // namespace kaunter
