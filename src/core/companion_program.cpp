@@ -6,6 +6,7 @@
 
 #include "core/connect_sequence.h"
 #include "core/log.h"
+#include "core/moved_office.h"
 #include "core/session.h"
 #include "core/startup.h"
 #include "core/trace.h"
@@ -58,6 +59,7 @@ void OpenReachedOffice(Session& session, const CompanionReach& reach) {
       OpenConnection("MainConn", OfficeConnectionString(session, session.ConnDatabase),
                      session.data_sources, session.clock);
   if (session.trace) session.MainConn->SetTrace(session.trace);
+  RefuseMovedOffice(session.Main());
   if (!TableExists(session.Main(), "ChargeMast")) {
     throw CompanionRefused(fmt::format(
         "The data source {} holds no office yet: start Kaunter on it first", session.ConnDatabase));

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "core/connect_sequence.h"
+#include "core/moved_office.h"
 #include "core/new_office.h"
 #include "core/schema_text.h"
 #include "core/values.h"
@@ -187,10 +188,16 @@ std::string DatabasePassword(std::string_view account) {
 }
 
 std::string OfficeConnectionString(const Session& session, std::string_view catalog) {
+  return OfficeConnectionString(session.ConnAccount, session.ConnDatabase, session.ConnDataSource,
+                                catalog);
+}
+
+std::string OfficeConnectionString(std::string_view account, std::string_view user,
+                                   std::string_view source, std::string_view catalog) {
   return fmt::format(
       "Provider=MSDASQL.1;Password={};Persist Security Info=True;User ID={};Data Source={};Initial "
       "Catalog={}",
-      DatabasePassword(session.ConnAccount), session.ConnDatabase, session.ConnDataSource, catalog);
+      DatabasePassword(account), user, source, catalog);
 }
 
 void OpenMainConnection(Session& session, const LocalSettings& local) {
@@ -199,6 +206,7 @@ void OpenMainConnection(Session& session, const LocalSettings& local) {
       OpenConnection("MainConn", OfficeConnectionString(session, session.ConnDatabase),
                      session.data_sources, session.clock);
   if (session.trace) session.MainConn->SetTrace(session.trace);
+  RefuseMovedOffice(session.Main());
   FillNewOffice(session);
   MakeStandIns(session, local);
 }

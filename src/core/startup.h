@@ -44,6 +44,9 @@ std::string DatabasePassword(std::string_view account);
 
 // The connection string of the office's data source with this catalog: MainConn and LogsConn.
 std::string OfficeConnectionString(const Session& session, std::string_view catalog);
+// The same for a data source that the session does not work on.
+std::string OfficeConnectionString(std::string_view account, std::string_view user,
+                                   std::string_view source, std::string_view catalog);
 
 std::string RunningVersion();  // "1.10.2"
 // The version as one number: the fields put together as digits, so 1.10.2 is 1102 and 2.1.3 is 213.

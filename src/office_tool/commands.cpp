@@ -1,6 +1,7 @@
 // The table of commands.
 #include "office_tool/check_command.h"
 #include "office_tool/command.h"
+#include "office_tool/move_command.h"
 
 namespace kaunter {
 
@@ -13,6 +14,13 @@ const std::vector<OfficeCommand>& OfficeCommands() {
        {},
        0,
        RunCheckCommand},
+      {"move",
+       "--to SOURCE [--to-database NAME] [--undo] [--yes]",
+       "moves the office to another data source of the settings, or back",
+       {"--to", "--to-database"},
+       {"--undo", "--yes"},
+       0,
+       RunMoveCommand},
   };
   return commands;
 }

@@ -38,6 +38,14 @@ void Fail(int number, std::string_view words, std::string_view statement, std::s
   throw SqlError(number, fmt::format("{} ({}) in: {}", words, where, shown));
 }
 
+std::string BeingMovedWords(const std::string& database) {
+  return fmt::format(
+      "Lock request time out period exceeded: the office in '{}' is being moved to "
+      "another database, and nothing is saved meanwhile. Try again when that is "
+      "done.",
+      database);
+}
+
 std::string VerbOf(std::string_view statement) {
   constexpr std::size_t kLongest = 10;
   const std::size_t blank = statement.find(' ');

@@ -16,4 +16,7 @@ namespace kaunter::sql {
 // "INSERT" of "INSERT INTO ...", for "INSERT fails."; "" when it begins with no short word.
 std::string VerbOf(std::string_view statement);
 
+// What a save is told that waits while the whole office is copied to another engine.
+std::string BeingMovedWords(const std::string& database);
+
 }  // namespace kaunter::sql

@@ -25,6 +25,8 @@ class OdbcConnection : public Connection {
   std::string EngineName() const override { return link_->session.dbms(); }
   // True from the loss of the server until it is reached again.
   bool Lost() const { return link_->session.Lost(); }
+  // For PostgresWhole, which works on the same transaction.
+  OdbcSession& session() { return link_->session; }
 
  protected:
   std::int64_t DoExecute(std::string_view sql) override;

@@ -173,6 +173,23 @@ CatalogueColumn ReadColumn(std::string_view line, std::map<int, std::string>* pr
   return column;
 }
 
+// A save that waited for nothing, perhaps because the whole office is being moved.
+SqlError Failure(OdbcSession& session, const SqlError& error, std::string_view verb) {
+  SqlError told = PostgresFailure(error, session.source(), verb);
+  if (told.number() != 1222) return told;
+  try {
+    if (!FirstField(session, fmt::format("SELECT 1 FROM pg_locks WHERE locktype = 'advisory' AND "
+                                         "objid = {} AND granted AND database = (SELECT oid FROM "
+                                         "pg_database WHERE datname = current_database())",
+                                         kMovingLock))
+             .empty()) {
+      return {1222, BeingMovedWords(session.source())};
+    }
+  } catch (const SqlError&) {  // the first failure is the one to tell
+  }
+  return told;
+}
+
 bool MayBeStale(const PostgresCatalogue& catalogue, const SqlError& error, bool sent) {
   constexpr int kUnknown[] = {207, 208, kStalePlan};
   return !catalogue.empty() && (!sent || std::find(std::begin(kUnknown), std::end(kUnknown),
@@ -225,7 +242,7 @@ void PostgresDialect::Begin(OdbcSession& session) {
     session.Run(fmt::format("SELECT pg_advisory_xact_lock({})", kTransactionLock), false);
   } catch (const SqlError& error) {
     if (session.InTransaction()) session.Rollback();
-    throw PostgresFailure(error, session.source(), "");
+    throw Failure(session, error, "");
   }
 }
 
@@ -358,7 +375,7 @@ void PostgresDialect::RunPlan(OdbcSession& session, Plan& plan, const Shape& sha
   } catch (const SqlError& error) {
     if (new_name) plan.prepared.clear();  // perhaps it is there; the next one has another name
     if (!*sent) throw;
-    throw PostgresFailure(error, session.source(), VerbOf(first.text));
+    throw Failure(session, error, VerbOf(first.text));
   }
   if (first.is_ddl) {
     outcome->affected = 0;

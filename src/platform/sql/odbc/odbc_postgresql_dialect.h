@@ -26,6 +26,9 @@
 
 namespace kaunter::sql {
 
+// Among the server's locks; whoever holds it copies the whole office.
+inline constexpr int kMovingLock = 1263488343;
+
 // The tables of the database, each asked for when a statement first names it.
 class PostgresCatalogue : public Catalogue {
  public:

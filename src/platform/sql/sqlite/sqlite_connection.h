@@ -38,6 +38,10 @@ class SqliteConnection final : public Connection {
   bool InTransaction() const override { return sqlite3_get_autocommit(db_.get()) == 0; }
   std::string EngineName() const override { return "SQLite"; }
 
+  // For SqliteWhole, which works on the same transaction.
+  sqlite3* handle() const { return db_.get(); }
+  const std::string& path() const { return path_; }
+
  protected:
   std::int64_t DoExecute(std::string_view sql) override;
   Recordset DoQuery(std::string_view sql) override;

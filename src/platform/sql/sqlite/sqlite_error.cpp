@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <string_view>
 
+#include "platform/sql/sql_error.h"
 #include "platform/sql/sqlite/sqlite_functions.h"
 
 namespace kaunter::sql {
@@ -56,6 +57,8 @@ SqlError Constraint(int code, const std::string& message, const std::string& ver
       return {515, fmt::format("Cannot insert the value NULL into column '{}', table '{}'; column "
                                "does not allow nulls. {}",
                                place.columns, place.table, fails)};
+    case SQLITE_CONSTRAINT_TRIGGER:
+      return {3906, message};  // of a database that was sealed; the words are the seal's
     default:
       return {547,
               fmt::format("The statement conflicted with a constraint: {}. {}", message, fails)};
@@ -87,7 +90,19 @@ bool TellsNoRoom(int system_error) {
   return system_error == ENOSPC || system_error == EDQUOT || system_error == EFBIG;
 }
 
+bool IsBeingMoved(const std::string& path) {
+  sqlite3* db = nullptr;
+  const bool opened =
+      sqlite3_open_v2(MovingSignOf(path).c_str(), &db, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK;
+  const bool locked =
+      opened && sqlite3_exec(db, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr) == SQLITE_BUSY;
+  sqlite3_close_v2(db);
+  return locked;
+}
+
 }  // namespace
+
+std::string MovingSignOf(const std::string& path) { return path + "-moving"; }
 
 SqlError SqliteFailure(sqlite3* db, int code, const std::string& path, const std::string& verb) {
   // The files that lie beside the database cannot grow either, and SQLite tells that as an error of
@@ -113,6 +128,7 @@ SqlError SqliteFailure(int code, std::string message, const std::string& path,
       }
       [[fallthrough]];
     case SQLITE_LOCKED:
+      if (IsBeingMoved(path)) return {1222, BeingMovedWords(path)};
       return {1222, fmt::format("Lock request time out period exceeded: another desktop is saving "
                                 "to '{}'. Try again.",
                                 path)};

@@ -16,4 +16,7 @@ SqlError SqliteFailure(sqlite3* db, int code, const std::string& path, const std
 SqlError SqliteFailure(int code, std::string message, const std::string& path,
                        const std::string& verb);
 
+// The file whose lock tells that this database is being copied to another engine.
+std::string MovingSignOf(const std::string& path);
+
 }  // namespace kaunter::sql
