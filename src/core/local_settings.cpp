@@ -97,6 +97,7 @@ class Parser {
         {"ConnLinkAcc", &LocalSettings::ConnLinkAcc},
         {"ShortDate", &LocalSettings::ShortDate},
         {"Trace", &LocalSettings::Trace},
+        {"BackupFolder", &LocalSettings::BackupFolder},
     };
     for (const auto& [name, field] : fields) {
       if (!SameText(key, name)) continue;

@@ -7,6 +7,7 @@
 //   ConnLinkAcc = 1
 //   ShortDate = dd-MM-yyyy
 //   Trace = /home/aminah/kaunter-trace.txt
+//   BackupFolder = /media/backup/kaunter
 //
 //   [Office]
 //   file = /srv/kaunter/office.db
@@ -35,6 +36,7 @@ struct LocalSettings {
   std::string ShortDate;  // the PC's short date when the machine's own setting is not to count; may
                           // be empty
   std::string Trace;      // file that takes every statement; may be empty
+  std::string BackupFolder;  // where backups of the office go; may be empty
   DataSources sources;
   std::set<std::string>
       creatable;  // lower-case names of embedded sources that may be made when missing

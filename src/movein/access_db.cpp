@@ -12,6 +12,7 @@
 #include "movein/file_trouble.h"
 #include "movein/trouble_list.h"
 #include "platform/sql/data_source.h"
+#include "platform/sql/embedded_copy.h"
 #include "platform/sql/transaction.h"
 #include "screen/hourglass.h"
 #include "screen/stop_bar.h"

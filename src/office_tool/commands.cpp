@@ -1,4 +1,5 @@
 // The table of commands.
+#include "office_tool/backup_command.h"
 #include "office_tool/check_command.h"
 #include "office_tool/command.h"
 #include "office_tool/move_command.h"
@@ -7,6 +8,20 @@ namespace kaunter {
 
 const std::vector<OfficeCommand>& OfficeCommands() {
   static const std::vector<OfficeCommand> commands = {
+      {"backup",
+       "[--to FOLDER] [--keep DAYS,WEEKS,MONTHS]",
+       "copies the office while desks work, and checks the copy",
+       {"--to", "--keep"},
+       {},
+       0,
+       RunBackupCommand},
+      {"backups",
+       "[--to FOLDER]",
+       "lists the backups of a folder",
+       {"--to"},
+       {},
+       0,
+       RunBackupsCommand},
       {"check",
        "",
        "checks the ledger of all companies, as Verify Ledger does",

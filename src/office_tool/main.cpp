@@ -8,6 +8,7 @@
 #include "core/log.h"
 #include "office_tool/command.h"
 #include "platform/process.h"
+#include "screen/caption_error.h"
 
 namespace kaunter {
 namespace {
@@ -15,6 +16,12 @@ namespace {
 constexpr const char* kUser = "kaunter-office";
 
 void Complain(const std::string& text) { fmt::print(stderr, "kaunter-office: {}\n", text); }
+
+int Refused(const Session& session, const std::string& command, const std::exception& why) {
+  Complain(why.what());
+  WriteLog(session, LogLine(session, fmt::format("{} refused - {}", command, why.what())));
+  return exit_status::kRefused;
+}
 
 int Run(const OfficeCall& call, Session& session, const std::string& folder) {
   const std::string name(call.command->name);
@@ -24,9 +31,9 @@ int Run(const OfficeCall& call, Session& session, const std::string& folder) {
                   call.switches, call.words};
     return call.command->run(run);
   } catch (const CompanionRefused& why) {
-    Complain(why.what());
-    WriteLog(session, LogLine(session, fmt::format("{} refused - {}", name, why.what())));
-    return exit_status::kRefused;
+    return Refused(session, name, why);
+  } catch (const CaptionError& why) {
+    return Refused(session, name, why);
   } catch (const std::exception& error) {
     Complain(error.what());
     LogRollback(session, "kaunter-office " + name, error);

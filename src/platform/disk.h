@@ -10,6 +10,9 @@ namespace kaunter {
 // Whether the folder lies on another machine.
 bool IsOnNetwork(const std::filesystem::path& folder);
 
+// Both lie on one disk, as far as the system tells.
+bool OnOneDisk(const std::filesystem::path& a, const std::filesystem::path& b);
+
 // Gives an empty file that much room on its disk. Why there is none; empty when there is.
 std::string ReserveRoom(const std::string& path, std::uint64_t bytes);
 

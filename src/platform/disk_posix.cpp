@@ -35,6 +35,13 @@ bool IsOnNetwork(const std::filesystem::path& folder) {
 #endif
 }
 
+bool OnOneDisk(const std::filesystem::path& a, const std::filesystem::path& b) {
+  struct stat first {
+  }, second{};
+  return stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0 &&
+         first.st_dev == second.st_dev;
+}
+
 std::string ReserveRoom(const std::string& path, std::uint64_t bytes) {
   const int fd = open(path.c_str(), O_WRONLY | O_CLOEXEC);
   if (fd < 0) return std::strerror(errno);

@@ -18,6 +18,16 @@ bool IsOnNetwork(const std::filesystem::path& folder) {
   return whole.starts_with(L"\\\\") || whole.starts_with(L"//");
 }
 
+bool OnOneDisk(const std::filesystem::path& a, const std::filesystem::path& b) {
+  std::array<wchar_t, MAX_PATH + 1> first{}, second{};
+  std::error_code error;
+  const auto volume = [&](const std::filesystem::path& path, auto& name) {
+    return GetVolumePathNameW(std::filesystem::absolute(path, error).c_str(), name.data(),
+                              static_cast<DWORD>(name.size())) != 0;
+  };
+  return volume(a, first) && volume(b, second) && first == second;
+}
+
 std::string ReserveRoom(const std::string& path, std::uint64_t bytes) {
   HANDLE file = CreateFileW(ToWide(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                             nullptr, OPEN_EXISTING, 0, nullptr);

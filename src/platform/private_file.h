@@ -25,5 +25,7 @@ std::ofstream OpenPrivate(const std::filesystem::path& path, std::ios::openmode 
 
 // What is written is on the disk when this returns; throws std::runtime_error that names the file.
 void SyncFile(const std::filesystem::path& path);
+// The same for the names that stand in a folder, as far as the system lets a folder be synced.
+void SyncFolder(const std::filesystem::path& folder);
 
 }  // namespace kaunter

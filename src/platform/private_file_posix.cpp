@@ -80,9 +80,12 @@ void SyncFile(const fs::path& path) {
     throw std::runtime_error(
         fmt::format("{} could not be written to the disk: {}", path.string(), strerror(errno)));
   }
-  // The name stands in the folder; not every disk lets a folder be synced by itself.
-  const Descriptor folder(FolderOf(path), O_RDONLY | O_DIRECTORY);
-  if (folder.fd() >= 0) static_cast<void>(fsync(folder.fd()));
+  SyncFolder(FolderOf(path));  // where its name stands
+}
+
+void SyncFolder(const fs::path& folder) {
+  const Descriptor opened(folder, O_RDONLY | O_DIRECTORY);
+  if (opened.fd() >= 0) static_cast<void>(fsync(opened.fd()));
 }
 
 }  // namespace kaunter

@@ -177,4 +177,7 @@ void SyncFile(const fs::path& path) {
   }
 }
 
+// A folder is written along with what lies in it.
+void SyncFolder(const fs::path&) {}
+
 }  // namespace kaunter

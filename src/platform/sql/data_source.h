@@ -72,11 +72,6 @@ std::unique_ptr<Connection> OpenSqlite(std::string_view name, const std::string&
 void MakeSqlite(std::string_view name, const std::string& path, const Clock& clock,
                 const std::function<void(Connection&)>& fill);
 
-// Copies the file as its last commit left it, whole or not at all, while connections to it stay
-// open. By the engine: whoever else opens and closes a file takes away the locks that this process
-// has on it, and another desktop would then throw its log away. Throws SqlError.
-void CopySqlite(const std::string& path, const std::string& copy);
-
 namespace sql {
 // Refuses (SqlError 4060) what cannot be opened as a database, or made when `create`.
 void CheckSqliteFile(const std::string& path, bool create);

@@ -9,6 +9,7 @@
 #include <functional>
 
 #include "platform/sql/data_source.h"
+#include "platform/sql/embedded_copy.h"
 #include "tests/support/crash_vfs.h"
 #include "tests/support/pulled_plug.h"
 
@@ -98,6 +99,23 @@ TEST_F(PulledPlug, APatchOfTheSchemaIsThereWholeOrNotAtAll) {
            " " + std::to_string(rows.RowCount());
   };
   DieEverywhere(save, state, "4 50 0", "6 80 1");
+}
+
+TEST_F(PulledPlug, WhatTakesOverABackupHoldsOneOfTheTwo) {
+  const std::string backup = (folder_ / "backup.db").string();
+  CopySqlite(Base(), backup);
+  OpenSqlite("x", backup, false, clock_)->Execute("delete from SchMast where SchID>7");
+  test::DieEverywhere({.file = File(),
+                       .fresh = [&] { FreshCopy(); },
+                       .save = [&] { EmbeddedAlone(File()).Become(backup); },
+                       .state =
+                           [&] {
+                             return Field(*OpenSqlite("x", File(), false, clock_),
+                                          "select count(*) from SchMast");
+                           },
+                       .before = "40",
+                       .after = "7",
+                       .seeds = 1});
 }
 
 TEST_F(PulledPlug, TheLayerDoesLoseWhatNoSyncHasMadeSafe) {

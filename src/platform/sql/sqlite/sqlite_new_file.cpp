@@ -10,22 +10,18 @@
 #include "platform/private_file.h"
 #include "platform/process.h"
 #include "platform/sql/data_source.h"
-#include "platform/sql/sqlite/sqlite_connection.h"
-#include "platform/sql/sqlite/sqlite_error.h"
+#include "platform/sql/sqlite/sqlite_new_file.h"
 
-namespace kaunter {
-namespace {
+namespace kaunter::sql {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kUnfinished = ".new-";
-
 void RemoveWithItsLogs(const fs::path& file) {
   std::error_code ignored;
-  for (const char* ending : {"", "-wal", "-shm", "-journal"}) {
-    fs::remove(file.string() + ending, ignored);
-  }
+  for (const char* ending : kFilesOfDatabase) fs::remove(file.string() + ending, ignored);
 }
+
+namespace {
 
 // What starts left behind that were killed while they made this file.
 void RemoveUnfinished(const fs::path& path) {
@@ -41,7 +37,8 @@ void RemoveUnfinished(const fs::path& path) {
   }
 }
 
-// Gives the file its name; what has come meanwhile from another start stays.
+}  // namespace
+
 void TakeItsName(const fs::path& whole, const fs::path& path) {
   std::error_code error;
   fs::create_hard_link(whole, path, error);
@@ -56,65 +53,32 @@ void TakeItsName(const fs::path& whole, const fs::path& path) {
   }
 }
 
-sql::SqliteHandle OpenRaw(const std::string& path) {
-  sqlite3* raw = nullptr;
-  const int code =
-      sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
-  sql::SqliteHandle db(raw);
-  if (code != SQLITE_OK) throw sql::SqliteFailure(raw, code, path, "");
-  return db;
-}
+}  // namespace kaunter::sql
 
-void CopyPages(const std::string& from, const std::string& to) {
-  const sql::SqliteHandle source = OpenRaw(from);
-  const sql::SqliteHandle target = OpenRaw(to);
-  if (sqlite3_backup* const pages =
-          sqlite3_backup_init(target.get(), "main", source.get(), "main")) {
-    sqlite3_backup_step(pages, -1);
-    if (sqlite3_backup_finish(pages) == SQLITE_OK) return;
-  }
-  throw sql::SqliteFailure(target.get(), sqlite3_extended_errcode(target.get()), to, "");
-}
-
-}  // namespace
-
-void CopySqlite(const std::string& path, const std::string& copy) {
-  const fs::path whole = copy + std::string(kUnfinished) + std::to_string(ThisProcess());
-  RemoveWithItsLogs(whole);
-  try {
-    MakePrivateFile(whole);
-    CopyPages(path, whole.string());
-    SyncFile(whole);
-    TakeItsName(whole, copy);
-  } catch (...) {
-    RemoveWithItsLogs(whole);
-    throw;
-  }
-  RemoveWithItsLogs(whole);
-  SyncFile(copy);
-}
+namespace kaunter {
 
 void MakeSqlite(std::string_view name, const std::string& path, const Clock& clock,
                 const std::function<void(Connection&)>& fill) {
   // What lies there, or stands in the way, is told as it is when a file is opened.
   sql::CheckSqliteFile(path, /*create=*/true);
   std::error_code none;
-  if (fs::file_size(path, none) > 0 && !none) return;
-  RemoveUnfinished(path);
-  const fs::path whole = path + std::string(kUnfinished) + std::to_string(ThisProcess());
-  RemoveWithItsLogs(whole);
+  if (std::filesystem::file_size(path, none) > 0 && !none) return;
+  sql::RemoveUnfinished(path);
+  const std::filesystem::path whole =
+      path + std::string(sql::kUnfinished) + std::to_string(ThisProcess());
+  sql::RemoveWithItsLogs(whole);
   try {
     {
       const auto database = OpenSqlite(name, whole.string(), /*create=*/true, clock);
       fill(*database);
     }
     SyncFile(whole);
-    TakeItsName(whole, path);
+    sql::TakeItsName(whole, path);
   } catch (...) {
-    RemoveWithItsLogs(whole);
+    sql::RemoveWithItsLogs(whole);
     throw;
   }
-  RemoveWithItsLogs(whole);
+  sql::RemoveWithItsLogs(whole);
   SyncFile(path);
 }
 

@@ -1,0 +1,48 @@
+#include "upkeep/backup_copy.h"
+
+#include <algorithm>
+#include <set>
+
+#include "core/values.h"
+#include "loans/money_gate.h"
+#include "loans/rebuild.h"
+#include "platform/sql/transaction.h"
+
+namespace kaunter {
+
+void NoteCheck(Connection& office, const OfficeCheck& check, BackupRecord* record) {
+  record->loans = check.loans;
+  record->receipts = check.receipts;
+  record->ledger = true;
+  std::set<std::string> replay;
+  for (const LedgerFault& fault : check.faults) {
+    const std::vector<LedgerFault> now = fault.LoanID.empty() ? CheckCustomer(office, fault.CustID)
+                                                              : CheckLoan(office, fault.LoanID);
+    if (std::find(now.begin(), now.end(), fault) != now.end()) {
+      ++record->faults;
+    } else if (!fault.LoanID.empty()) {
+      replay.insert(fault.LoanID);
+    }
+  }
+  record->replay.assign(replay.begin(), replay.end());
+}
+
+void Replay(Connection& copy, const std::vector<std::string>& loans) {
+  std::set<std::string> customers;
+  for (const std::string& loan : loans) {
+    Transaction transaction(copy);
+    LockLoan(copy, loan);
+    const Rebuilt rebuilt = RebuildLoan(copy, loan);
+    if (rebuilt.error) std::rethrow_exception(rebuilt.error);
+    transaction.Commit();
+    customers.insert(
+        ScalarQuery(copy, "SELECT CustID FROM LoanMast WHERE LoanID=" + QuoteStr(loan)));
+  }
+  for (const std::string& customer : customers) {
+    Transaction transaction(copy);
+    SumLoansOfCustomer(copy, customer);
+    transaction.Commit();
+  }
+}
+
+}  // namespace kaunter

@@ -1,0 +1,28 @@
+// The copy of an office that an engine makes, into a folder that is not a backup yet.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "core/session.h"
+#include "upkeep/backup.h"
+#include "upkeep/backup_record.h"
+#include "upkeep/office_check.h"
+
+namespace kaunter {
+
+// Copies, opens and checks; the record then tells the files and what they hold. False when it was
+// stopped. Throws SqlError, std::runtime_error: what lies in the folder is then no backup.
+bool CopyEmbeddedOffice(Session& session, const std::filesystem::path& folder, BackupRecord* record,
+                        const UpkeepGoOn& go_on);
+
+// What the check of a copy has found, into the record. A payment is stored first and replayed then:
+// a loan that does not hold in the copy and does in the office was caught between the two, and is
+// one to be rebuilt. Throws SqlError.
+void NoteCheck(Connection& office, const OfficeCheck& check, BackupRecord* record);
+
+// Rebuilds the loans that a record names, and their customers. Throws what a rebuild failed with.
+void Replay(Connection& copy, const std::vector<std::string>& loans);
+
+}  // namespace kaunter

@@ -1,0 +1,97 @@
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <stdexcept>
+
+#include "core/startup.h"
+#include "platform/file_digest.h"
+#include "platform/private_file.h"
+#include "platform/sql/data_source.h"
+#include "platform/sql/embedded_copy.h"
+#include "upkeep/backup_copy.h"
+
+namespace kaunter {
+namespace {
+
+namespace fs = std::filesystem;
+
+EmbeddedGoOn Told(const UpkeepGoOn& go_on, const Caption& what) {
+  return [&go_on, what](std::int64_t done, std::int64_t total) {
+    return go_on({what, done, total});
+  };
+}
+
+const Caption kCopying{"Copying the database", "正在复制数据库"};
+const Caption kCopyingLogs{"Copying the audit trail", "正在复制审计记录"};
+const Caption kChecking{"Checking the copy", "正在检查副本"};
+const Caption kVerifying{"Verifying the ledger of the copy", "正在核对副本的账目"};
+
+// Sound, and with all its rows. False when it was stopped.
+bool CheckFile(const EmbeddedSnapshot& of, const std::string& copy, const UpkeepGoOn& go_on) {
+  bool stopped = false;
+  const auto watch = [&](std::int64_t done, std::int64_t total) {
+    stopped = !go_on({kChecking, done, total});
+    return !stopped;
+  };
+  if (!watch(0, 0)) return false;
+  std::vector<std::string> faults;
+  try {
+    faults = FaultsOfEmbedded(copy, watch);
+  } catch (const SqlError&) {
+    if (stopped) return false;
+    throw;
+  }
+  if (!faults.empty()) {
+    throw std::runtime_error(
+        fmt::format("The copy is not sound and was thrown away: {}. Open Verify Ledger; if the "
+                    "office's own file is damaged, go back to the last backup",
+                    fmt::join(faults, "; ")));
+  }
+  if (of.Rows() != EmbeddedSnapshot(copy).Rows()) {
+    throw std::runtime_error("The copy has not the rows of the office and was thrown away");
+  }
+  return true;
+}
+
+}  // namespace
+
+bool CopyEmbeddedOffice(Session& session, const fs::path& folder, BackupRecord* record,
+                        const UpkeepGoOn& go_on) {
+  const auto file_of = [&](const std::string& catalog) {
+    return *EmbeddedFile(OfficeConnectionString(session, catalog), session.data_sources);
+  };
+  const std::string office = file_of(session.ConnDatabase);
+  const std::string trail = file_of(session.ConnDatabase + "-Logs");
+  record->main.name = "office.db";
+  const std::string copy = (folder / record->main.name).string();
+
+  const EmbeddedSnapshot snapshot(office);
+  std::optional<EmbeddedSnapshot> logs;
+  if (fs::exists(trail)) logs.emplace(trail);
+  if (!snapshot.CopyTo(copy, Told(go_on, kCopying))) return false;
+  if (logs) {
+    record->logs.name = "office-Logs.db";
+    const std::string copied = (folder / record->logs.name).string();
+    if (!logs->CopyTo(copied, Told(go_on, kCopyingLogs))) return false;
+    if (!CheckFile(*logs, copied, go_on)) return false;
+    record->logs.digest = DigestOfFile(copied);
+  }
+  if (!CheckFile(snapshot, copy, go_on)) return false;
+  if (!go_on({kVerifying})) return false;
+  {
+    const auto opened = OpenSqlite("Backup", copy, /*create=*/false, session.clock);
+    const OfficeCheck check =
+        CheckOffice(*opened, [&](const std::string&, const LedgerProgress& progress) {
+          return go_on({kVerifying, progress.done, progress.total});
+        });
+    if (!check.complete) return false;
+    NoteCheck(session.Main(), check, record);
+    Replay(*opened, record->replay);
+    record->replay.clear();
+  }
+  SyncFile(copy);
+  record->main.digest = DigestOfFile(copy);
+  return true;
+}
+
+}  // namespace kaunter
