@@ -2,10 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <iostream>
+
 #include "core/values.h"
 #include "office_tool/command.h"
 #include "screen/caption_error.h"
 #include "upkeep/backup.h"
+#include "upkeep/office_place.h"
+#include "upkeep/restore.h"
 
 namespace kaunter {
 namespace {
@@ -42,6 +46,81 @@ int RunBackupsCommand(OfficeRun& run) {
     OfficeRun::Say(fmt::format("{}  {}  {} loans, {} receipts  {}", Shown(record.made),
                                record.office, record.loans, record.receipts, record.folder));
   }
+  return exit_status::kDone;
+}
+
+namespace {
+
+void Tell(const RestoreView& view) {
+  const BackupRecord& record = view.record;
+  const auto say = [](const std::string& line) { OfficeRun::Say(line); };
+  say(fmt::format("Backup:  {} of {}, made on {}: {} loans, {} receipts", Shown(record.made),
+                  record.office, record.machine, record.loans, record.receipts));
+  say(fmt::format("         {}", record.folder));
+  say(fmt::format("Office:  {}", view.office));
+  if (!view.there) return say("         No office is there: nothing is lost.");
+  if (!view.trouble.empty()) {
+    say(fmt::format("         It cannot be read: {}", view.trouble));
+    return say("         What was saved since the backup is lost.");
+  }
+  const Loss& loss = view.loss;
+  say(fmt::format("Lost, of what was saved since {}: {} receipts, {} loans, {} customers",
+                  Shown(record.made), loss.Receipts(), loss.loans, loss.customers));
+  for (const CompanyLoss& company : loss.companies) {
+    say(fmt::format("         {}: {} receipts, {}{}", company.company, company.receipts,
+                    ShowMoney(company.amount),
+                    company.first ? fmt::format(", entered {} to {}", Shown(*company.first),
+                                                Shown(*company.last))
+                                  : ""));
+  }
+  if (loss.deleted > 0) {
+    say(fmt::format("         {} receipts were deleted since, and come back", loss.deleted));
+  }
+}
+
+// In words that nobody says by mistake: the number of the receipts that go.
+void Confirm(const OfficeRun& run, const RestoreView& view) {
+  const bool known = view.there && view.trouble.empty();
+  const std::string number = known ? std::to_string(view.loss.Receipts()) : "0";
+  std::string typed = run.Value("--lose");
+  if (typed.empty()) {
+    OfficeRun::Say("Type the number of receipts that will be lost to go on:");
+    std::getline(std::cin, typed);
+  }
+  if (Trim(typed) == number) return;
+  throw CompanionRefused(fmt::format(
+      "{} receipts will be lost, and this number was not typed: nothing was restored", number));
+}
+
+}  // namespace
+
+int RunRestoreCommand(OfficeRun& run) {
+  std::string folder = run.words.empty() ? "" : run.words.front();
+  if (folder.empty()) {
+    const auto backups = BackupsIn(FolderOf(run));
+    if (backups.empty()) {
+      throw CompanionRefused(fmt::format("There is no backup in {}", FolderOf(run)));
+    }
+    folder = backups.front().folder;
+  }
+  std::string said;
+  const auto restore = PrepareRestore(run.session, folder, [&](const UpkeepStep& step) {
+    if (step.what.english != said) OfficeRun::Say(said = step.what.english);
+    return true;
+  });
+  const RestoreView& view = restore->view();
+  Tell(view);
+  if (!view.related && !run.Has("--another-office")) {
+    throw CompanionRefused(
+        "No company of this office is in the backup. If it is meant all the same, say "
+        "--another-office");
+  }
+  Confirm(run, view);
+  const std::string kept = restore->Run();
+  run.Report(fmt::format(
+      "Restored {} from {}{}", view.office, view.record.folder,
+      view.trouble.empty() ? fmt::format(": {} receipts were lost", view.loss.Receipts()) : ""));
+  if (!kept.empty()) run.Report(fmt::format("The office as it was before: {}", kept));
   return exit_status::kDone;
 }
 

@@ -1,4 +1,4 @@
-// kaunter-office backup and backups: docs/backup.md.
+// kaunter-office backup, backups and restore: docs/backup.md.
 #pragma once
 
 namespace kaunter {
@@ -7,5 +7,6 @@ struct OfficeRun;
 
 int RunBackupCommand(OfficeRun& run);
 int RunBackupsCommand(OfficeRun& run);
+int RunRestoreCommand(OfficeRun& run);
 
 }  // namespace kaunter

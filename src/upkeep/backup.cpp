@@ -7,7 +7,6 @@
 
 #include "core/audit.h"
 #include "core/log.h"
-#include "core/startup.h"
 #include "core/values.h"
 #include "platform/disk.h"
 #include "platform/file_lock.h"
@@ -15,6 +14,7 @@
 #include "platform/private_file.h"
 #include "screen/caption_error.h"
 #include "upkeep/backup_copy.h"
+#include "upkeep/office_place.h"
 
 namespace kaunter {
 namespace {
@@ -24,16 +24,6 @@ namespace fs = std::filesystem;
 constexpr const char* kLock = ".kaunter-backup.lock";
 constexpr const char* kUnfinished = ".unfinished-";
 constexpr const char* kLastBackup = "LastBackup";
-
-std::optional<std::string> FileOfOffice(const Session& session) {
-  return EmbeddedFile(OfficeConnectionString(session, session.ConnDatabase), session.data_sources);
-}
-
-// "office" of "office.db", or the database.
-std::string ShortName(const Session& session) {
-  const auto file = FileOfOffice(session);
-  return file ? fs::path(*file).stem().string() : session.ConnDatabase;
-}
 
 void MakeFolder(const fs::path& folder) {
   std::error_code none;
@@ -117,21 +107,9 @@ void KeepMoment(Session& session, const BackupRecord& record) {
 
 }  // namespace
 
-std::string OfficeSource(const Session& session) {
-  const auto file = FileOfOffice(session);
-  if (file) return fs::absolute(*file).lexically_normal().string();
-  return session.ConnDataSource + "/" + session.ConnDatabase;
-}
-
-std::string UsualBackupFolder(const Session& session) {
-  const auto file = FileOfOffice(session);
-  if (!file) return LocalSettings::UserDataFolder() + "/Backup";
-  return (fs::absolute(*file).parent_path() / "Backup").lexically_normal().string();
-}
-
 BackupResult TakeBackup(Session& session, const std::string& folder, const Keeping& keeping,
                         const UpkeepGoOn& go_on) {
-  const auto file = FileOfOffice(session);
+  const auto file = EmbeddedOffice(session);
   if (!file) {
     throw CaptionError({"This office lies on a server: its administrator backs it up there.",
                         "此公司的资料在服务器上：由服务器管理员备份。"});
@@ -155,7 +133,7 @@ BackupResult TakeBackup(Session& session, const std::string& folder, const Keepi
   record.source = OfficeSource(session);
   record.machine = ThisHostName();
   record.office = ScalarQuery(session.Main(), "SELECT CompanyName FROM CompanyProfile");
-  const std::string name = BackupName(ShortName(session), record.made);
+  const std::string name = BackupName(OfficeShortName(session), record.made);
   const fs::path whole = place / name;
   if (fs::exists(whole)) {
     throw CaptionError({fmt::format("{} is there already: wait a second.", whole.string()),

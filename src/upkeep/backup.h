@@ -28,13 +28,6 @@ struct BackupResult {
   std::vector<std::string> removed;  // folders of backups that have had their time
 };
 
-// Where the backups of this office go when nobody names a folder: "Backup" beside the embedded
-// file, or in the user's data folder.
-std::string UsualBackupFolder(const Session& session);
-
-// What is backed up: the embedded file, or server and database.
-std::string OfficeSource(const Session& session);
-
 // Into a folder of its own below `folder`, which is made when its parent is there. Later ones of
 // the same office go by `keeping`. The moment is kept in the office's setting LastBackup, and
 // stands in the log and, where it is open, in the audit trail. Throws CaptionError for what does

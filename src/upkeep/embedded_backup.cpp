@@ -3,12 +3,12 @@
 
 #include <stdexcept>
 
-#include "core/startup.h"
 #include "platform/file_digest.h"
 #include "platform/private_file.h"
 #include "platform/sql/data_source.h"
 #include "platform/sql/embedded_copy.h"
 #include "upkeep/backup_copy.h"
+#include "upkeep/office_place.h"
 
 namespace kaunter {
 namespace {
@@ -57,11 +57,8 @@ bool CheckFile(const EmbeddedSnapshot& of, const std::string& copy, const Upkeep
 
 bool CopyEmbeddedOffice(Session& session, const fs::path& folder, BackupRecord* record,
                         const UpkeepGoOn& go_on) {
-  const auto file_of = [&](const std::string& catalog) {
-    return *EmbeddedFile(OfficeConnectionString(session, catalog), session.data_sources);
-  };
-  const std::string office = file_of(session.ConnDatabase);
-  const std::string trail = file_of(session.ConnDatabase + "-Logs");
+  const std::string office = *EmbeddedOffice(session);
+  const std::string trail = *EmbeddedTrail(session);
   record->main.name = "office.db";
   const std::string copy = (folder / record->main.name).string();
 

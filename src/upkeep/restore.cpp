@@ -1,0 +1,60 @@
+#include "upkeep/restore.h"
+
+#include <fmt/format.h>
+
+#include <sstream>
+
+#include "screen/caption_error.h"
+#include "upkeep/backup_record.h"
+#include "upkeep/office_place.h"
+
+namespace kaunter {
+namespace {
+
+// Field by field: 1.10 is newer than 1.9.
+std::vector<int> Fields(const std::string& version) {
+  std::vector<int> fields;
+  std::istringstream stream(version);
+  for (std::string field; std::getline(stream, field, '.');) {
+    fields.push_back(static_cast<int>(std::strtol(field.c_str(), nullptr, 10)));
+  }
+  return fields;
+}
+
+void CheckVersion(const BackupRecord& record) {
+  const std::vector<int> own = {KAUNTER_VERSION_MAJOR, KAUNTER_VERSION_MINOR,
+                                KAUNTER_VERSION_REVISION};
+  if (Fields(record.program) <= own) return;
+  throw CaptionError(
+      {fmt::format("The backup was made by a newer Kaunter ({}): install that one "
+                   "first.",
+                   record.program),
+       fmt::format("备份由较新版本的 Kaunter（{}）制作：请先安装该版本。", record.program)});
+}
+
+}  // namespace
+
+const Caption kComparing{"Comparing with the office", "正在与现有公司资料比较"};
+
+void CheckSameLoss(const Loss& told, const std::optional<Loss>& now) {
+  if (now && *now == told) return;
+  throw CaptionError(
+      {"Something was saved in the office while you looked: look again at what will "
+       "be lost. Nothing was restored.",
+       "您查看期间有资料存入：请重新查看会失去什么。没有恢复任何资料。"});
+}
+
+std::unique_ptr<OfficeRestore> PrepareRestore(Session& session, const std::string& folder,
+                                              const UpkeepGoOn& go_on) {
+  BackupRecord record = ReadBackupRecord(folder);
+  CheckVersion(record);
+  CheckBackupFiles(record);
+  if (record.engine != kEmbeddedEngine) {
+    throw CaptionError(
+        {fmt::format("The backup is of an office on {}, and this one is embedded.", record.engine),
+         fmt::format("备份来自 {} 上的公司，而此公司使用内嵌数据库。", record.engine)});
+  }
+  return PrepareEmbeddedRestore(session, std::move(record), go_on);
+}
+
+}  // namespace kaunter
