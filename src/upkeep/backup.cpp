@@ -15,6 +15,7 @@
 #include "screen/caption_error.h"
 #include "upkeep/backup_copy.h"
 #include "upkeep/office_place.h"
+#include "upkeep/postgresql_place.h"
 
 namespace kaunter {
 namespace {
@@ -110,7 +111,8 @@ void KeepMoment(Session& session, const BackupRecord& record) {
 BackupResult TakeBackup(Session& session, const std::string& folder, const Keeping& keeping,
                         const UpkeepGoOn& go_on) {
   const auto file = EmbeddedOffice(session);
-  if (!file) {
+  const bool postgresql = !file && session.Main().EngineName() == kPostgresqlEngine;
+  if (!file && !postgresql) {
     throw CaptionError({"This office lies on a server: its administrator backs it up there.",
                         "此公司的资料在服务器上：由服务器管理员备份。"});
   }
@@ -122,7 +124,7 @@ BackupResult TakeBackup(Session& session, const std::string& folder, const Keepi
                         fmt::format("另一个备份正在写入 {}。", place.string())});
   }
   RemoveUnfinished(place);
-  CheckRoom(*file, place);
+  if (file) CheckRoom(*file, place);
 
   BackupResult result;
   BackupRecord record;
@@ -141,7 +143,10 @@ BackupResult TakeBackup(Session& session, const std::string& folder, const Keepi
   }
   try {
     const fs::path unfinished = MakePrivateFolder((place / kUnfinished).string());
-    if (!CopyEmbeddedOffice(session, unfinished, &record, go_on)) {
+    const bool whole_copy =
+        file ? CopyEmbeddedOffice(session, unfinished, &record, go_on)
+             : DumpPostgresqlOffice(session, unfinished, &record, &result.warnings, go_on);
+    if (!whole_copy) {
       RemoveUnfinished(place);
       return result;
     }
@@ -155,11 +160,12 @@ BackupResult TakeBackup(Session& session, const std::string& folder, const Keepi
   record.folder = whole.string();
   result.record = record;
 
-  if (OnOneDisk(place, *file)) {
+  if (file ? OnOneDisk(place, *file) : PostgresqlPlace(session, false).OnThisMachine()) {
     result.warnings.push_back(
-        {fmt::format("{} lies on the disk of the office itself: one broken disk takes both.",
-                     place.string()),
-         fmt::format("{} 与公司资料在同一磁盘上：磁盘损坏时两者都会丢失。", place.string())});
+        {fmt::format("{} lies on the {} of the office itself: if it breaks, both are lost.",
+                     place.string(), file ? "disk" : "machine"),
+         fmt::format("{} 与公司资料在同一{}上：损坏时两者都会丢失。", place.string(),
+                     file ? "磁盘" : "机器")});
   }
   if (record.faults > 0) {
     result.warnings.push_back(

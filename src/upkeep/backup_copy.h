@@ -17,6 +17,12 @@ namespace kaunter {
 bool CopyEmbeddedOffice(Session& session, const std::filesystem::path& folder, BackupRecord* record,
                         const UpkeepGoOn& go_on);
 
+// The same of an office on PostgreSQL, by its own programs. Where the account may make a database,
+// the dump is restored into one and checked there; else a warning tells what was not.
+bool DumpPostgresqlOffice(Session& session, const std::filesystem::path& folder,
+                          BackupRecord* record, std::vector<Caption>* warnings,
+                          const UpkeepGoOn& go_on);
+
 // What the check of a copy has found, into the record. A payment is stored first and replayed then:
 // a loan that does not hold in the copy and does in the office was caught between the two, and is
 // one to be rebuilt. Throws SqlError.

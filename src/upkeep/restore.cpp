@@ -7,6 +7,7 @@
 #include "screen/caption_error.h"
 #include "upkeep/backup_record.h"
 #include "upkeep/office_place.h"
+#include "upkeep/postgresql_place.h"
 
 namespace kaunter {
 namespace {
@@ -49,11 +50,15 @@ std::unique_ptr<OfficeRestore> PrepareRestore(Session& session, const std::strin
   BackupRecord record = ReadBackupRecord(folder);
   CheckVersion(record);
   CheckBackupFiles(record);
-  if (record.engine != kEmbeddedEngine) {
+  const bool embedded = EmbeddedOffice(session).has_value();
+  if (record.engine != (embedded ? kEmbeddedEngine : kPostgresqlEngine)) {
     throw CaptionError(
-        {fmt::format("The backup is of an office on {}, and this one is embedded.", record.engine),
-         fmt::format("备份来自 {} 上的公司，而此公司使用内嵌数据库。", record.engine)});
+        {fmt::format("The backup is of an office on {}, and the settings of this PC lead to "
+                     "another kind of database.",
+                     record.engine),
+         fmt::format("备份来自 {} 上的公司，而此电脑的设定指向另一种数据库。", record.engine)});
   }
+  if (!embedded) return PreparePostgresqlRestore(session, std::move(record), go_on);
   return PrepareEmbeddedRestore(session, std::move(record), go_on);
 }
 

@@ -51,6 +51,9 @@ std::unique_ptr<OfficeRestore> PrepareRestore(Session& session, const std::strin
 std::unique_ptr<OfficeRestore> PrepareEmbeddedRestore(Session& session, BackupRecord record,
                                                       const UpkeepGoOn& go_on);
 
+std::unique_ptr<OfficeRestore> PreparePostgresqlRestore(Session& session, BackupRecord record,
+                                                        const UpkeepGoOn& go_on);
+
 extern const Caption kComparing;  // what a preparation tells while it compares
 // Refuses what a look behind the confirmation does not find as it was told.
 void CheckSameLoss(const Loss& told, const std::optional<Loss>& now);

@@ -127,7 +127,7 @@ TEST_F(RestoreTest, ABackupThatDoesNotFitIsRefused) {
     const char* why;
   } cases[] = {
       {"Program = 0.", "Program = 77.", "newer Kaunter"},
-      {"Engine = SQLite", "Engine = PostgreSQL", "on PostgreSQL"},
+      {"Engine = SQLite", "Engine = PostgreSQL", "office on PostgreSQL"},
       {"Made = ", "Made = x", "no whole backup"},
       {" office.db", " ../office.db", "no whole backup"},
       {"Main = ", "Main = 0", "is damaged"},

@@ -1,0 +1,26 @@
+// Another program that does a piece of the work: what it says is heard, and a person may end it.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/process.h"
+
+namespace kaunter {
+
+struct ToolRun {
+  int status = kNoProgram;  // what it ended with, 0 when all is well
+  bool stopped = false;
+  std::string said;
+};
+
+// Runs a program and waits for its end. `environment` comes on top of this program's own: what is
+// secret goes there, since everybody on the machine may read the words of a command line. `go_on`
+// is asked now and then; false ends the program.
+ToolRun RunTool(const std::string& program, const std::vector<std::string>& arguments,
+                const std::map<std::string, std::string>& environment,
+                const std::function<bool()>& go_on);
+
+}  // namespace kaunter
