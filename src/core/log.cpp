@@ -3,19 +3,59 @@
 #include <fmt/format.h>
 
 #include <filesystem>
-#include <fstream>
-#include <stdexcept>
+#include <map>
+#include <string_view>
+#include <vector>
 
 #include "core/formats.h"
+#include "core/log_files.h"
+#include "core/secrets.h"
 #include "core/session.h"
 #include "platform/private_file.h"
+#include "platform/rolling_file.h"
 #include "platform/sql/connection.h"
 
 namespace kaunter {
 namespace {
 
-std::filesystem::path LogFolder(const Session& session) {
-  return std::filesystem::path(session.AppPath) / "logs";
+// A failure that comes again and again must not fill the disk.
+constexpr std::uintmax_t kLargest = 16UL << 20U;
+constexpr int kFullOnesKept = 4;
+// More than a year: a return or an inspection asks for the year before.
+constexpr std::size_t kDaysKept = 400;
+
+struct DayFile {
+  std::string kind;  // "log"
+  std::string day;   // "yyyyMMdd"
+};
+
+// Of "log26-11-2026.log" and "log26-11-2026.log.1"; an empty kind for a file of another name.
+DayFile DayFileOf(std::string_view name) {
+  constexpr std::string_view kShape = "dd-dd-dddd.log";
+  const std::size_t at = name.find_first_of("0123456789");
+  if (at == std::string_view::npos || at == 0 || name.size() < at + kShape.size()) return {};
+  for (std::size_t i = 0; i < kShape.size(); ++i) {
+    const char c = name[at + i];
+    if (kShape[i] == 'd' ? c < '0' || c > '9' : c != kShape[i]) return {};
+  }
+  const std::string_view day = name.substr(at);
+  return {std::string(name.substr(0, at)),
+          fmt::format("{}{}{}", day.substr(6, 4), day.substr(3, 2), day.substr(0, 2))};
+}
+
+// Counted, never by the clock: one that jumps must not cost the logs of the year.
+void RemoveOldDays(const std::filesystem::path& folder) {
+  std::map<std::string, std::map<std::string, std::vector<std::filesystem::path>>> kinds;
+  std::error_code ignored;  // another desktop may be doing the same
+  for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
+    const DayFile file = DayFileOf(entry.path().filename().string());
+    if (!file.kind.empty()) kinds[file.kind][file.day].push_back(entry.path());
+  }
+  for (auto& [kind, days] : kinds) {
+    for (; days.size() > kDaysKept; days.erase(days.begin())) {
+      for (const auto& path : days.begin()->second) std::filesystem::remove(path, ignored);
+    }
+  }
 }
 
 std::string OnOneLine(std::string_view text) {
@@ -27,22 +67,30 @@ std::string OnOneLine(std::string_view text) {
 }
 
 void WriteLogOf(const Session& session, const DateTime& day, std::string_view line) {
-  const auto path = LogFolder(session) / fmt::format("log{}.log", Format(day, "dd-MM-yyyy"));
-  std::ofstream file = OpenPrivate(path, std::ios::app);
-  if (!file) throw std::runtime_error(fmt::format("cannot open the log {}", path.string()));
-  file << OnOneLine(line);
+  std::string text = OnOneLine(WithoutPasswords(line));
   if (session.RealTimeInLog) {
-    file << " (real time " << Format(Clock().Now(), "dd-MM-yyyy hh:mm:ss AMPM") << ')';
+    text += fmt::format(" (real time {})", Format(Clock().Now(), "dd-MM-yyyy hh:mm:ss AMPM"));
   }
-  file << '\n';
-  file.close();
-  if (!file) throw std::runtime_error(fmt::format("cannot write the log {}", path.string()));
+  RollingFile(DayFilePath(LogFolder(session), "log", day), kLargest, kFullOnesKept)
+      .Add(text + '\n');
 }
 
 }  // namespace
 
+std::filesystem::path LogFolder(const Session& session) {
+  return std::filesystem::path(session.AppPath) / "logs";
+}
+
+std::filesystem::path DayFilePath(const std::filesystem::path& folder, std::string_view kind,
+                                  const DateTime& day) {
+  return folder / fmt::format("{}{}.log", kind, Format(day, "dd-MM-yyyy"));
+}
+
 void MakeLogFolder(const Session& session) {
-  std::filesystem::create_directories(LogFolder(session));
+  const std::filesystem::path folder = LogFolder(session);
+  std::filesystem::create_directories(folder);
+  KeepFolderPrivate(folder);
+  RemoveOldDays(folder);
 }
 
 std::string LogLine(const Session& session, std::string_view text) {

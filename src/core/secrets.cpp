@@ -138,4 +138,54 @@ std::string WithoutSecrets(std::string_view sql) {
   return shown + std::string(sql.substr(at));
 }
 
+std::string WithoutPasswords(std::string_view line) {
+  constexpr std::string_view kQuoted = ") in: ";  // a refused statement stands behind it
+  std::string shown(line);
+  const std::size_t quoted = shown.find(kQuoted);
+  if (quoted != std::string::npos) {
+    const std::string statement = shown.substr(quoted + kQuoted.size());
+    const std::string hidden = WithoutSecrets(statement);
+    // The place that is shown before it could hold the secret too.
+    if (hidden != statement) shown = shown.substr(0, shown.find(" (at ")) + " in: " + hidden;
+  }
+  for (const std::string_view key : {"pwd=", "password="}) {
+    std::string lower = sql::LowerAscii(shown);
+    for (std::size_t at = lower.find(key); at != std::string::npos; at = lower.find(key, at)) {
+      at += key.size();
+      const bool braced = at < lower.size() && lower[at] == '{';
+      const std::size_t end =
+          std::min(lower.find_first_of(braced ? "}" : ";'\" ", at), lower.size());
+      shown.replace(at, end - at, "***");
+      lower.replace(at, end - at, "***");
+    }
+  }
+  return shown;
+}
+
+std::string WithoutLiterals(std::string_view sql) {
+  std::string shown;
+  sql::Lexer lexer(sql);
+  std::size_t end = 0;
+  bool list = false;  // behind a question mark and a comma
+  try {
+    for (Token token = lexer.Next(); token.kind != TokenKind::kEnd; token = lexer.Next()) {
+      const bool name_in_quotes = token.kind == TokenKind::kQuotedName && sql[token.begin] == '"';
+      const bool hidden = IsLiteral(token) || token.kind == TokenKind::kFloat ||
+                          token.kind == TokenKind::kBinary || name_in_quotes;
+      const bool comma = token.symbol == Symbol::kComma && shown.ends_with('?');
+      if (!(hidden && list)) {
+        if (list) shown += ',';
+        // A comment between two tokens is a text that somebody wrote.
+        if (end > 0 && token.begin > end && !comma) shown += ' ';
+        if (!comma) shown += hidden ? "?" : sql.substr(token.begin, token.end - token.begin);
+      }
+      list = comma;
+      end = token.end;
+    }
+  } catch (const SqlError&) {
+    return "(a statement that does not parse)";
+  }
+  return shown;
+}
+
 }  // namespace kaunter

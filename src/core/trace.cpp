@@ -9,13 +9,15 @@
 
 #include "core/secrets.h"
 #include "platform/clock.h"
-#include "platform/private_file.h"
+#include "platform/rolling_file.h"
 
 namespace kaunter {
 namespace {
 
 // A line like the others: the tab parts a connection from its statement.
 constexpr std::string_view kFirstWords = "#\tKaunter trace";
+constexpr std::uintmax_t kLargest = 256UL << 20U;
+constexpr int kFullOnesKept = 2;
 
 std::string OneLine(std::string_view text) {
   std::string line;
@@ -62,11 +64,15 @@ void RefuseOtherFiles(const std::string& path) {
 
 Connection::TraceSink OpenTrace(const std::string& path) {
   RefuseOtherFiles(path);
-  auto file = std::make_shared<std::ofstream>(OpenPrivate(path, std::ios::binary | std::ios::app));
-  if (!*file) throw std::runtime_error(fmt::format("The trace file {} cannot be written.", path));
-  *file << kFirstWords << ", opened " << Clock().Now().ToCanonical() << '\n' << std::flush;
+  auto file = std::make_shared<RollingFile>(path, kLargest, kFullOnesKept,
+                                            fmt::format("{}, goes on\n", kFirstWords));
+  file->Add(fmt::format("{}, opened {}\n", kFirstWords, Clock().Now().ToCanonical()));
   return [file](std::string_view connection, std::string_view sql) {
-    *file << connection << '\t' << OneLine(WithoutSecrets(sql)) << '\n' << std::flush;
+    try {
+      file->Add(fmt::format("{}\t{}\n", connection, OneLine(WithoutSecrets(sql))));
+    } catch (const std::runtime_error&) {
+      // The office's work does not end with the room for its trace.
+    }
   };
 }
 

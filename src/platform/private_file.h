@@ -20,6 +20,10 @@ void MakePrivate(const std::filesystem::path& path);
 // The same for a file of this user's that everybody can reach; else its rights stay as they are.
 void KeepPrivate(const std::filesystem::path& path);
 
+// A folder of this user's and the files in it that are his: taken away from everybody else, as
+// above. Where others have files in it, it stays open to them.
+void KeepFolderPrivate(const std::filesystem::path& path);
+
 // Opens a file for writing, made private when it is new. The stream tells whether it is open.
 std::ofstream OpenPrivate(const std::filesystem::path& path, std::ios::openmode mode);
 

@@ -39,15 +39,35 @@ class Descriptor {
   int fd_;
 };
 
-}  // namespace
-
-// A folder that everybody may write to is nobody's in common.
-void MakePrivate(const fs::path& path) {
+// Gives the path one of two modes. A folder that everybody may write to is nobody's in common.
+void SetMode(const fs::path& path, mode_t owner, mode_t in_common) {
   struct stat folder {};
   const bool shared = stat(FolderOf(path).c_str(), &folder) == 0 &&
                       (folder.st_mode & S_IWGRP) != 0 && (folder.st_mode & S_IWOTH) == 0 &&
                       chown(path.c_str(), static_cast<uid_t>(-1), folder.st_gid) == 0;
-  static_cast<void>(chmod(path.c_str(), shared ? kShared : kOwner));
+  static_cast<void>(chmod(path.c_str(), shared ? in_common : owner));
+}
+
+bool IsOurs(const fs::path& path) {
+  struct stat file {};
+  return lstat(path.c_str(), &file) == 0 && file.st_uid == geteuid();
+}
+
+}  // namespace
+
+void MakePrivate(const fs::path& path) { SetMode(path, kOwner, kShared); }
+
+void KeepFolderPrivate(const fs::path& path) {
+  std::error_code unreadable;
+  if (!IsOurs(path) || !fs::is_directory(path, unreadable)) return;
+  const auto entries = [&] { return fs::directory_iterator(path, unreadable); };
+  for (const auto& entry : entries()) {
+    if (!IsOurs(entry.path())) return;
+  }
+  SetMode(path, S_IRWXU, S_IRWXU | S_IRWXG);
+  for (const auto& entry : entries()) {
+    if (fs::is_regular_file(entry.symlink_status(unreadable))) MakePrivate(entry);
+  }
 }
 
 bool MakePrivateFile(const fs::path& path) {

@@ -164,6 +164,14 @@ void KeepPrivate(const fs::path& path) {
   if (EverybodyReads(rights)) MakePrivate(path);
 }
 
+// What lies in it takes its rights from it.
+void KeepFolderPrivate(const fs::path& path) {
+  std::error_code unreadable;
+  if (!fs::is_directory(path, unreadable)) return;
+  KeepPrivate(path);
+  for (const auto& entry : fs::directory_iterator(path, unreadable)) KeepPrivate(entry);
+}
+
 void SyncFile(const fs::path& path) {
   HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE,
                             FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,

@@ -1,9 +1,16 @@
 #include "core/log.h"
 
+#include <fmt/format.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <map>
 #include <stdexcept>
 
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
+#include "platform/rolling_file.h"
 #include "tests/core/office.h"
 
 namespace kaunter {
@@ -44,6 +51,82 @@ TEST(LogTest, AFullDiskIsAnErrorToo) {
   const std::string file = office.folder.File("logs/log31-01-2024.log");
   std::filesystem::create_symlink("/dev/full", file);
   EXPECT_THROW(WriteLog(office.session, "lost"), std::runtime_error);
+}
+
+std::string ModeOf(const std::string& path) {
+  return fmt::format("{:o}", static_cast<unsigned>(std::filesystem::status(path).permissions()));
+}
+
+TEST(LogTest, FolderAndFilesAreTheirOwnersAloneExistingOnesToo) {
+  namespace fs = std::filesystem;
+  const auto all = fs::perms(0777);
+  for (const bool shared : {false, true}) {
+    Office office(Office::State::base);
+    const std::string logs = office.folder.File("logs");
+    std::ofstream(logs + "/log30-01-2024.log") << "before";
+    fs::permissions(logs, all);
+    fs::permissions(logs + "/log30-01-2024.log", all);
+    if (shared) fs::permissions(office.folder.path(), fs::perms(0770));
+    MakeLogFolder(office.session);
+    WriteLog(office.session, "now");
+    EXPECT_EQ(ModeOf(logs), shared ? "770" : "700");
+    for (const char* name : {"/log30-01-2024.log", "/log31-01-2024.log"}) {
+      EXPECT_EQ(ModeOf(logs + name), shared ? "660" : "600") << name;
+    }
+  }
+}
+
+TEST(LogTest, TheOldestDaysGoAndNothingElse) {
+  Office office(Office::State::base);
+  const std::string logs = office.folder.File("logs");
+  for (int i = 0; i < 402; ++i) {
+    std::ofstream(
+        logs + fmt::format("/log{:02}-{:02}-{}.log", 1 + i % 28, 1 + i / 28 % 12, 2020 + i / 336));
+  }
+  for (const char* name : {"/log01-01-2020.log.1", "/log01-01-2020.txt", "/slow01-01-2020.log"}) {
+    std::ofstream(logs + name);
+  }
+  MakeLogFolder(office.session);
+  for (const char* gone : {"01-01-2020.log", "02-01-2020.log", "01-01-2020.log.1"}) {
+    EXPECT_FALSE(std::filesystem::exists(logs + "/log" + gone)) << gone;
+  }
+  for (const char* kept : {"log03-01-2020.log", "log01-01-2020.txt", "slow01-01-2020.log"}) {
+    EXPECT_TRUE(std::filesystem::exists(logs + "/" + kept)) << kept;
+  }
+}
+
+// Several processes add to one file while it is set aside again and again: what is left is the end
+// of each one's lines, whole and in their order.
+TEST(RollingFileTest, ProcessesAddWholeLinesAcrossItsFiles) {
+  TempFolder folder;
+  const std::string path = folder.File("trace.txt");
+  constexpr int kProcesses = 4, kLines = 3000, kLargest = 20'000, kKept = 3;
+  std::vector<pid_t> processes;
+  for (int i = 0; i < kProcesses; ++i) {
+    processes.push_back(fork());
+    if (processes.back() != 0) continue;
+    RollingFile file(path, kLargest, kKept, "head\n");
+    for (int line = 0; line < kLines; ++line) file.Add(fmt::format("{} {}\n", i, line));
+    _exit(0);
+  }
+  for (const pid_t process : processes) waitpid(process, nullptr, 0);
+  std::map<int, int> next;
+  int lines = 0;
+  for (const char* behind : {".3", ".2", ".1", ""}) {
+    EXPECT_LE(std::filesystem::file_size(path + behind), kLargest);
+    std::ifstream file(path + behind);
+    std::string head;
+    std::getline(file, head);
+    EXPECT_EQ(head, "head");
+    for (int process = 0, line = 0; file >> process >> line; ++lines) {
+      EXPECT_TRUE(!next.contains(process) || line == next[process]) << line;
+      next[process] = line + 1;
+    }
+    EXPECT_TRUE(file.eof());
+  }
+  EXPECT_GT(lines, kLargest / 8);
+  EXPECT_FALSE(std::filesystem::exists(path + ".4"));
+  for (const auto& [process, line] : next) EXPECT_EQ(line, kLines);
 }
 
 }  // namespace

@@ -35,5 +35,39 @@ TEST(SecretsTest, AreNotShown) {
   for (const auto& c : kCases) EXPECT_EQ(WithoutSecrets(c.sql), c.shown);
 }
 
+TEST(SecretsTest, ALineOfTheLogHasNoPassword) {
+  const struct {
+    const char* line;
+    const char* shown;
+  } kCases[] = {
+      {"[AMY] Cannot open MainConn: Server=s;PWD=hush;Port=1",
+       "[AMY] Cannot open MainConn: Server=s;PWD=***;Port=1"},
+      {"Password={a;b};UID=x PWD=\"q\"", "Password=***};UID=x PWD=***\"q\""},
+      {"A - Invalid column name (at 9, near 'UserDept='5EBE') in: UPDATE UserMast SET "
+       "UserDept='5EBE22',X=1",
+       "A - Invalid column name in: UPDATE UserMast SET UserDept='***',X=1"},
+      {"A - Invalid (at 9, near 'X') in: UPDATE T SET X=1",
+       "A - Invalid (at 9, near 'X') in: UPDATE T SET X=1"},
+  };
+  for (const auto& c : kCases) EXPECT_EQ(WithoutPasswords(c.line), c.shown);
+}
+
+TEST(SecretsTest, AStatementForSupportHasNoLiteral) {
+  const struct {
+    const char* sql;
+    const char* shown;
+  } kCases[] = {
+      {"SELECT TOP 5 CustName  FROM CustMast WHERE CustNIC='800101-14-5555' AND CustName LIKE "
+       "N'%Tan%'",
+       "SELECT TOP ? CustName FROM CustMast WHERE CustNIC=? AND CustName LIKE ?"},
+      {"SELECT 1 /* Tan Ah Kow */ -- his wife\nFROM [LoanMast]", "SELECT ? FROM [LoanMast]"},
+      {"DELETE T WHERE A IN ('x', 'y',3) AND B=-2.50", "DELETE T WHERE A IN (?) AND B=-?"},
+      {"INSERT INTO T (A,B,C) VALUES ('Tan',null,0x41)", "INSERT INTO T (A,B,C) VALUES (?,null,?)"},
+      {"SELECT A AS 'Tan',\"Lim\" FROM T", "SELECT A AS ? FROM T"},
+      {"SELECT 'Tan", "(a statement that does not parse)"},
+  };
+  for (const auto& c : kCases) EXPECT_EQ(WithoutLiterals(c.sql), c.shown);
+}
+
 }  // namespace
 }  // namespace kaunter

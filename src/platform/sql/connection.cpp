@@ -2,10 +2,46 @@
 
 #include <fmt/format.h>
 
+#include "platform/sql/slow_sink.h"
 #include "platform/sql/text.h"
 #include "platform/sql/waiting.h"
 
 namespace kaunter {
+namespace {
+
+std::chrono::milliseconds slow_from{};
+SlowSink slow_sink;
+
+// From here to its end: one statement.
+class Timed {
+ public:
+  Timed(std::string_view connection, std::string_view sql) : connection_(connection), sql_(sql) {}
+  ~Timed() {
+    if (!slow_sink) return;
+    const auto took = std::chrono::steady_clock::now() - begun_;
+    if (took < slow_from) return;
+    try {
+      slow_sink(connection_, sql_, std::chrono::duration_cast<std::chrono::milliseconds>(took));
+    } catch (const std::exception&) {
+      // What is noted about a statement never becomes its failure.
+    }
+  }
+  Timed(const Timed&) = delete;
+  Timed& operator=(const Timed&) = delete;
+
+ private:
+  std::string_view connection_;
+  std::string_view sql_;
+  std::chrono::steady_clock::time_point begun_ = std::chrono::steady_clock::now();
+};
+
+}  // namespace
+
+void SetSlowSink(std::chrono::milliseconds from, SlowSink sink) {
+  slow_from = from;
+  slow_sink = std::move(sink);
+}
+
 const Value& Recordset::Field(std::string_view name) const {
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     if (sql::SameName(columns_[i].name, name)) return Field(i);
@@ -36,6 +72,7 @@ std::int64_t Connection::Execute(std::string_view sql) {
     throw std::logic_error(fmt::format("written while the books are read: {}", sql));
   }
   Announce(sql);
+  const Timed timed(name_, sql);
   const std::int64_t rows = DoExecute(sql);
   if (InTransaction()) {
     written_ = true;
@@ -47,11 +84,13 @@ std::int64_t Connection::Execute(std::string_view sql) {
 
 Recordset Connection::Query(std::string_view sql) {
   Announce(sql);
+  const Timed timed(name_, sql);
   return DoQuery(sql);
 }
 
 Recordset Connection::QueryOnly(std::string_view sql) {
   Announce(sql);
+  const Timed timed(name_, sql);
   return DoQueryOnly(sql);
 }
 
@@ -67,6 +106,7 @@ void Connection::LeaveStale() {
 void Connection::BeginTrans() {
   LeaveStale();
   Announce("BEGIN TRANSACTION");
+  const Timed timed(name_, "BEGIN TRANSACTION");  // it may wait for another desktop
   DoBegin();
 }
 
@@ -82,6 +122,7 @@ void Connection::CommitTrans() {
   if (!InTransaction()) {
     throw SqlError(3902, "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
   }
+  const Timed timed(name_, "COMMIT");
   DoCommit();
   if (written_) ++kept_;
 }

@@ -23,6 +23,7 @@ class OdbcConnection : public Connection {
 
   bool InTransaction() const override { return link_->session.InTransaction(); }
   std::string EngineName() const override { return link_->session.dbms(); }
+  const std::string& EngineVersion() const { return link_->session.dbms_version(); }
   // True from the loss of the server until it is reached again.
   bool Lost() const { return link_->session.Lost(); }
   // For PostgresWhole, which works on the same transaction.

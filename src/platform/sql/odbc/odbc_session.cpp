@@ -89,10 +89,13 @@ void OdbcSession::Connect(const std::string& odbc_string, int login_seconds) {
 }
 
 void OdbcSession::ReadDbms() {
-  char dbms[256] = {};
+  char told[256] = {};
   SQLSMALLINT length = 0;
-  Check(SQLGetInfo(link_.get(), SQL_DBMS_NAME, dbms, sizeof dbms, &length), link_);
-  dbms_ = dbms;
+  Check(SQLGetInfo(link_.get(), SQL_DBMS_NAME, told, sizeof told, &length), link_);
+  dbms_ = told;
+  if (SQL_SUCCEEDED(SQLGetInfo(link_.get(), SQL_DBMS_VER, told, sizeof told, &length))) {
+    dbms_version_ = told;
+  }
 }
 
 bool OdbcSession::IsSqlServer() const { return dbms_ == "Microsoft SQL Server"; }

@@ -48,6 +48,7 @@ class OdbcSession {
   // transaction that was open counts as open until it is rolled back.
   bool Lost() const { return lost_; }
   const std::string& dbms() const { return dbms_; }
+  const std::string& dbms_version() const { return dbms_version_; }
   const std::string& source() const { return source_; }  // for messages
   bool IsSqlServer() const;
 
@@ -76,6 +77,7 @@ class OdbcSession {
   OdbcHandle link_;
   OdbcHandle spare_;  // a statement between two runs; none at first and behind a failure
   std::string dbms_;
+  std::string dbms_version_;
   bool connected_ = false;
   bool wide_ = true;
   bool in_transaction_ = false;
