@@ -11,6 +11,7 @@
 #include "core/companion.h"
 #include "core/log.h"
 #include "core/menu_list.h"
+#include "core/slow_statements.h"
 #include "core/startup.h"
 #include "core/trace.h"
 #include "core/values.h"
@@ -58,6 +59,7 @@ int Application::Start() {
       LogSetClock(session);
       session.SetClockNeedsRight = options_.now_needs_right;
     }
+    NoteSlowStatements(session);
     OpenMainConnection(session, local);
     session.MainConn->SetStaleHandler([this](std::string_view connection) {
       WriteLog(*session_,

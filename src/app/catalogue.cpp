@@ -63,6 +63,7 @@
 #include "reporting/own_reports_frm.h"
 #include "reporting/report_frm.h"
 #include "screen/screen.h"
+#include "upkeep/about_frm.h"
 
 namespace kaunter {
 namespace {
@@ -84,6 +85,7 @@ struct Entry {
 // One a line, in alphabetical order.
 // clang-format off
 constexpr Entry kScreens[] = {
+    {"AboutFrm", Make<AboutFrm>},
     {"AccessDB", Make<AccessDB>},
     {"AMLADescFrm", Make<AMLADescFrm>},
     {"AMLAFrm", Make<AMLAFrm>},

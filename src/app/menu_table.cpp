@@ -22,8 +22,9 @@ MenuEntry Group(const char* name, const char* parent, Caption caption, Right rig
 }
 
 MenuEntry OpensScreen(const char* name, const char* parent, Caption caption, const char* title,
-                      const char* command, const char* screen) {
+                      const char* command, const char* screen, Right right = kByRight) {
   MenuEntry entry = Entry(name, parent, std::move(caption), MenuAction::screen);
+  entry.needs_right = right == kByRight;
   entry.title = title;
   entry.command = command;
   entry.target = screen;
@@ -397,7 +398,10 @@ std::vector<MenuEntry> MenuTable() {
       Own("WebSiteMnu", "SystemMnu", {"&Web Site", "网站(&W)"}, "", kAlways),
       Own("SoftwareUpdateMnu", "SystemMnu", {"Software &Update", "软件更新(&U)"}, "", kAlways),
       Own("UserLogoutMnu", "SystemMnu", {"&Sign Out", "离开(&S)"}, "User Logout", kAlways),
-      Own("ExitMnu", "SystemMnu", {"E&xit", "退出(&X)"}, "", kAlways)};
+      Own("ExitMnu", "SystemMnu", {"E&xit", "退出(&X)"}, "", kAlways),
+      Group("HelpMnu", "", {"&Help", "帮助(&H)"}, kAlways),
+      OpensScreen("AboutMnu", "HelpMnu", {"&About This Office", "关于本资料库(&A)"},
+                  "About This Office", "", "AboutFrm", kAlways)};
 }
 
 }  // namespace kaunter

@@ -8,6 +8,7 @@
 #include "core/log.h"
 #include "core/moved_office.h"
 #include "core/session.h"
+#include "core/slow_statements.h"
 #include "core/startup.h"
 #include "core/trace.h"
 #include "core/values.h"
@@ -55,6 +56,7 @@ LocalSettings ReachOffice(Session& session, const CompanionReach& reach,
 void OpenReachedOffice(Session& session, const CompanionReach& reach) {
   // The trace that the settings name belongs to the desktop, which may be running.
   if (!reach.trace.empty()) session.trace = OpenTrace(reach.trace);
+  NoteSlowStatements(session);
   session.MainConn =
       OpenConnection("MainConn", OfficeConnectionString(session, session.ConnDatabase),
                      session.data_sources, session.clock);

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -152,6 +153,8 @@ void DesktopDesk::Print(const ReportJob& job) {
 void DesktopDesk::WriteWorkbook(const ReportRows& rows, const std::string& path) {
   WriteXlsx(rows, path);
 }
+
+void DesktopDesk::Copy(std::string_view text) { QApplication::clipboard()->setText(Q(text)); }
 
 void DesktopDesk::Open(std::string_view target) {
   const QString text = Q(target);

@@ -7,11 +7,12 @@
 #include <memory>
 
 #include "reports/workbook_desk.h"
+#include "screen/clipboard_desk.h"
 #include "screen/desk.h"
 
 namespace kaunter {
 
-class DesktopDesk : public Desk, public WorkbookDesk {
+class DesktopDesk : public Desk, public WorkbookDesk, public ClipboardDesk {
  public:
   // Makes a screen of the catalogue; null when it is unknown.
   std::function<std::unique_ptr<Screen>(std::string_view)> make;
@@ -37,6 +38,7 @@ class DesktopDesk : public Desk, public WorkbookDesk {
   void Beep() override;
   void Print(const ReportJob& job) override;
   void WriteWorkbook(const ReportRows& rows, const std::string& path) override;
+  void Copy(std::string_view text) override;
   void Open(std::string_view target) override;
   bool Start(std::string_view program, const std::vector<std::string>& arguments) override;
 

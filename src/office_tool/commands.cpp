@@ -1,4 +1,5 @@
 // The table of commands.
+#include "office_tool/about_command.h"
 #include "office_tool/backup_command.h"
 #include "office_tool/check_command.h"
 #include "office_tool/command.h"
@@ -8,6 +9,13 @@ namespace kaunter {
 
 const std::vector<OfficeCommand>& OfficeCommands() {
   static const std::vector<OfficeCommand> commands = {
+      {"about",
+       "",
+       "prints what support asks first, as Help, About This Office does",
+       {},
+       {},
+       0,
+       RunAboutCommand},
       {"backup",
        "[--to FOLDER] [--keep DAYS,WEEKS,MONTHS]",
        "copies the office while desks work, and checks the copy",

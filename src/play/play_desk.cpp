@@ -167,6 +167,8 @@ void PlayDesk::WriteWorkbook(const ReportRows& rows, const std::string& path) {
   WriteXlsx(rows, path);
 }
 
+void PlayDesk::Copy(std::string_view text) { transcript_.Note("copied\n" + std::string(text)); }
+
 void PlayDesk::Open(std::string_view target) { transcript_.Note("open " + std::string(target)); }
 
 bool PlayDesk::Start(std::string_view program, const std::vector<std::string>& arguments) {

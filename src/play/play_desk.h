@@ -11,6 +11,7 @@
 
 #include "play/transcript.h"
 #include "reports/workbook_desk.h"
+#include "screen/clipboard_desk.h"
 #include "screen/desk.h"
 #include "screen/report_job.h"
 #include "screen/screen.h"
@@ -30,7 +31,7 @@ class PlayHost {
   virtual bool stopped() const = 0;
 };
 
-class PlayDesk : public Desk, public WorkbookDesk {
+class PlayDesk : public Desk, public WorkbookDesk, public ClipboardDesk {
  public:
   using Renderer = std::function<void(const ReportJob& job, const std::string& path)>;
   using Launcher =
@@ -75,6 +76,7 @@ class PlayDesk : public Desk, public WorkbookDesk {
   void Beep() override {}
   void Print(const ReportJob& job) override;
   void WriteWorkbook(const ReportRows& rows, const std::string& path) override;
+  void Copy(std::string_view text) override;
   void Open(std::string_view target) override;
   bool Start(std::string_view program, const std::vector<std::string>& arguments) override;
 

@@ -29,7 +29,8 @@ TEST(MenuTable, NobodyIsUnableToSignOutOrExit) {
   for (const MenuEntry& entry : MenuTable()) {
     const std::set<std::string> always = {"UserLoginMnu", "UserLogoutMnu", "ExitMnu",
                                           "ChineseLan",   "WebSiteMnu",    "SystemMnu",
-                                          "System2Mnu",   "Exits2Mnu",     "SoftwareUpdateMnu"};
+                                          "System2Mnu",   "Exits2Mnu",     "SoftwareUpdateMnu",
+                                          "HelpMnu",      "AboutMnu"};
     EXPECT_EQ(entry.needs_right, !always.contains(entry.name)) << entry.name;
   }
 }

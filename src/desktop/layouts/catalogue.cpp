@@ -55,6 +55,7 @@ const std::vector<Layout>& AllLayouts() {
       AccessDBLayout(),
       WatchListFrmLayout(),
       LinkResendfrmLayout(),
+      AboutFrmLayout(),
   };
   return layouts;
 }

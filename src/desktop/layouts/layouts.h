@@ -6,6 +6,7 @@
 namespace kaunter {
 
 Layout UserLoginLayout();
+Layout AboutFrmLayout();
 Layout FrmUserSignInLayout();
 Layout AccessPasswordFrmLayout();
 Layout LoanCalcfrmLayout();
