@@ -1,13 +1,12 @@
 #include "bank/bank_file.h"
 
 #include <fmt/format.h>
-#include <openssl/evp.h>
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 
 #include "core/values.h"
+#include "platform/digest.h"
 
 namespace kaunter {
 namespace {
@@ -15,17 +14,6 @@ namespace {
 bool IsShortNumber(const std::string& text, std::size_t most) {
   return !text.empty() && text.size() <= most &&
          std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
-}
-
-std::string Sha256(const std::string& bytes) {
-  std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
-  unsigned int length = 0;
-  if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, EVP_sha256(), nullptr) != 1) {
-    throw std::runtime_error("The digest of a line is not available on this machine.");
-  }
-  std::string hex;
-  for (unsigned int i = 0; i < length; ++i) hex += fmt::format("{:02x}", digest[i]);
-  return hex;
 }
 
 }  // namespace
@@ -133,7 +121,7 @@ void BankFile::Read(BankLine& line) {
   }
   if (line.reference.empty()) fault({"there is no reference", "没有参考号码"});
   const std::string date = line.date ? line.date->ToCanonical() : std::string();
-  line.fingerprint = Sha256(date + "\n" + PlainBankText(lines_.text()));
+  line.fingerprint = DigestOf(Digest::Kind::sha256, date + "\n" + PlainBankText(lines_.text()));
 }
 
 std::string BankLineRef(const std::string& path, int number) {

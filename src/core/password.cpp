@@ -1,10 +1,10 @@
 #include "core/password.h"
 
-#include <openssl/evp.h>
-
 #include <array>
 #include <cstdint>
-#include <stdexcept>
+
+#include "core/texts.h"
+#include "platform/digest.h"
 
 namespace kaunter {
 namespace {
@@ -43,19 +43,7 @@ std::string ToAnsi(std::string_view utf8) {
 }  // namespace
 
 std::string PasswordHash(std::string_view typed) {
-  const std::string bytes = ToAnsi(typed);
-  std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
-  unsigned int length = 0;
-  if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, EVP_md5(), nullptr) != 1) {
-    throw std::runtime_error("The password digest is not available on this machine.");
-  }
-  static constexpr char kDigits[] = "0123456789ABCDEF";
-  std::string text;
-  for (unsigned int i = 0; i < length; ++i) {
-    text += kDigits[digest[i] >> 4];
-    text += kDigits[digest[i] & 15];
-  }
-  return text;
+  return Upper(DigestOf(Digest::Kind::md5, ToAnsi(typed)));
 }
 
 }  // namespace kaunter

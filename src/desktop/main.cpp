@@ -21,6 +21,7 @@
 #include "desktop/today.h"
 #include "desktop/window_memory.h"
 #include "platform/process.h"
+#include "qtservices/shipped_fonts.h"
 
 namespace kaunter {
 namespace {
@@ -38,6 +39,7 @@ int RunDesktop(QApplication& qt, DesktopOptions options) {
   if (options.application.app_path.empty()) {
     options.application.app_path = S(QApplication::applicationDirPath());
   }
+  LoadShippedFonts();
   ApplyTheme(qt, options.theme);
   LetAltTypeNothing(qt);
   // Closing the main window ends the program, nothing else does: dialogs open before it, too.

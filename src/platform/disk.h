@@ -13,6 +13,10 @@ bool IsOnNetwork(const std::filesystem::path& folder);
 // Both lie on one disk, as far as the system tells.
 bool OnOneDisk(const std::filesystem::path& a, const std::filesystem::path& b);
 
+// Whether an error of the system (errno; GetLastError on Windows) tells that a disk, a share of it
+// or a file may not grow.
+bool TellsNoRoom(int system_error);
+
 // Gives an empty file that much room on its disk. Why there is none; empty when there is.
 std::string ReserveRoom(const std::string& path, std::uint64_t bytes);
 

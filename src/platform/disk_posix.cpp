@@ -42,6 +42,10 @@ bool OnOneDisk(const std::filesystem::path& a, const std::filesystem::path& b) {
          first.st_dev == second.st_dev;
 }
 
+bool TellsNoRoom(int system_error) {
+  return system_error == ENOSPC || system_error == EDQUOT || system_error == EFBIG;
+}
+
 std::string ReserveRoom(const std::string& path, std::uint64_t bytes) {
   const int fd = open(path.c_str(), O_WRONLY | O_CLOEXEC);
   if (fd < 0) return std::strerror(errno);

@@ -7,6 +7,11 @@
 #include "platform/windows_text.h"
 
 namespace kaunter {
+namespace {
+
+constexpr int kDiskQuotaExceeded = 1295;  // mingw's header has no name for it
+
+}  // namespace
 
 bool IsOnNetwork(const std::filesystem::path& folder) {
   std::error_code error;
@@ -26,6 +31,11 @@ bool OnOneDisk(const std::filesystem::path& a, const std::filesystem::path& b) {
                               static_cast<DWORD>(name.size())) != 0;
   };
   return volume(a, first) && volume(b, second) && first == second;
+}
+
+bool TellsNoRoom(int system_error) {
+  return system_error == ERROR_DISK_FULL || system_error == ERROR_HANDLE_DISK_FULL ||
+         system_error == kDiskQuotaExceeded || system_error == ERROR_FILE_TOO_LARGE;
 }
 
 std::string ReserveRoom(const std::string& path, std::uint64_t bytes) {

@@ -12,20 +12,6 @@
 namespace kaunter {
 namespace {
 
-// As the C library of the program that starts takes a command line apart again: a backslash counts
-// only in front of a quotation mark.
-std::wstring Quoted(const std::wstring& argument) {
-  std::wstring quoted = L"\"";
-  std::size_t slashes = 0;
-  for (const wchar_t c : argument) {
-    if (c == L'"') quoted.append(slashes + 1, L'\\');
-    slashes = c == L'\\' ? slashes + 1 : 0;
-    quoted += c;
-  }
-  quoted.append(slashes, L'\\');
-  return quoted + L'"';
-}
-
 class Handle {
  public:
   explicit Handle(HANDLE handle) : handle_(handle) {}
@@ -41,12 +27,22 @@ class Handle {
   HANDLE handle_;
 };
 
+// A program with windows has no console: what it says goes to that of the terminal from which it
+// was started, if there is one and nothing else was named.
+void HearTerminal() {
+  const bool named = GetFileType(GetStdHandle(STD_OUTPUT_HANDLE)) != FILE_TYPE_UNKNOWN;
+  if (named || !AttachConsole(ATTACH_PARENT_PROCESS)) return;
+  for (std::FILE* stream : {stdout, stderr}) {
+    static_cast<void>(std::freopen("CONOUT$", "w", stream));
+  }
+}
+
 }  // namespace
 
-// A failed write ends no process here. What the settings of the process are not, is the same as
-// elsewhere: texts are UTF-8 on a console too, a line ends as it is written, and no window of the
-// system's stands in the way of a batch that runs at night.
+// A failed write ends no process here. Texts are UTF-8 on a console too, a line ends as it is
+// written, and no window of the system's stands in the way of a batch that runs at night.
 void SettleProcess() {
+  HearTerminal();
   SetConsoleOutputCP(CP_UTF8);
   SetConsoleCP(CP_UTF8);
   _set_fmode(_O_BINARY);
@@ -64,8 +60,7 @@ std::string ProgramFolder(const char* argv0) {
 }
 
 int RunProgram(const std::string& program, const std::vector<std::string>& arguments) {
-  std::wstring line = Quoted(ToWide(program));
-  for (const std::string& argument : arguments) line += L' ' + Quoted(ToWide(argument));
+  std::wstring line = CommandLine(program, arguments);
   SECURITY_ATTRIBUTES handed_on{sizeof handed_on, nullptr, TRUE};
   const Handle nothing(CreateFileW(L"NUL", GENERIC_READ | GENERIC_WRITE,
                                    FILE_SHARE_READ | FILE_SHARE_WRITE, &handed_on, OPEN_EXISTING, 0,

@@ -3,6 +3,22 @@
 #include "platform/windows_text.h"
 
 namespace kaunter {
+namespace {
+
+// A backslash counts only in front of a quotation mark.
+std::wstring Quoted(const std::wstring& argument) {
+  std::wstring quoted = L"\"";
+  std::size_t slashes = 0;
+  for (const wchar_t c : argument) {
+    if (c == L'"') quoted.append(slashes + 1, L'\\');
+    slashes = c == L'\\' ? slashes + 1 : 0;
+    quoted += c;
+  }
+  quoted.append(slashes, L'\\');
+  return quoted + L'"';
+}
+
+}  // namespace
 
 std::wstring ToWide(std::string_view utf8) {
   const int size = static_cast<int>(utf8.size());
@@ -23,6 +39,12 @@ std::string FromWide(std::wstring_view utf16) {
   WideCharToMultiByte(CP_UTF8, 0, utf16.data(), size, narrow.data(),
                       static_cast<int>(narrow.size()), nullptr, nullptr);
   return narrow;
+}
+
+std::wstring CommandLine(std::string_view program, const std::vector<std::string>& arguments) {
+  std::wstring line = Quoted(ToWide(program));
+  for (const std::string& argument : arguments) line += L' ' + Quoted(ToWide(argument));
+  return line;
 }
 
 std::string WindowsError(unsigned long code) {

@@ -10,19 +10,6 @@ namespace {
 
 constexpr DWORD kAskEvery = 100;  // milliseconds
 
-// As the C library of the program that starts takes a command line apart again.
-std::wstring Quoted(const std::wstring& argument) {
-  std::wstring quoted = L"\"";
-  std::size_t slashes = 0;
-  for (const wchar_t c : argument) {
-    if (c == L'"') quoted.append(slashes + 1, L'\\');
-    slashes = c == L'\\' ? slashes + 1 : 0;
-    quoted += c;
-  }
-  quoted.append(slashes, L'\\');
-  return quoted + L'"';
-}
-
 // What stood in the environment before comes back.
 class Lent {
  public:
@@ -56,8 +43,7 @@ ToolRun RunTool(const std::string& program, const std::vector<std::string>& argu
                 const std::map<std::string, std::string>& environment,
                 const std::function<bool()>& go_on) {
   ToolRun run;
-  std::wstring line = Quoted(ToWide(program));
-  for (const std::string& argument : arguments) line += L' ' + Quoted(ToWide(argument));
+  std::wstring line = CommandLine(program, arguments);
   SECURITY_ATTRIBUTES handed_on{sizeof handed_on, nullptr, TRUE};
   HANDLE mouth = nullptr, ear = nullptr;
   if (!CreatePipe(&ear, &mouth, &handed_on, 0)) return run;

@@ -6,6 +6,8 @@
 #include <clocale>
 #include <iostream>
 
+#include "qtservices/shipped_fonts.h"
+
 namespace kaunter {
 
 void EnsureHeadlessGui() {
@@ -21,6 +23,7 @@ void EnsureHeadlessGui() {
   static QGuiApplication application(count, arguments);
   // Qt takes the user's locale for the whole process.
   std::setlocale(LC_NUMERIC, "C");
+  LoadShippedFonts();
 }
 
 bool StartProgram(const std::string& program, const std::vector<std::string>& arguments) {

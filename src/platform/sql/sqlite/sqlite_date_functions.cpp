@@ -1,11 +1,10 @@
 // Date functions: a date goes in and out as its canonical text.
 #include <fmt/format.h>
-#include <openssl/rand.h>
 
 #include <array>
 #include <cmath>
-#include <stdexcept>
 
+#include "platform/digest.h"
 #include "platform/sql/dates.h"
 #include "platform/sql/sqlite/sqlite_function_call.h"
 
@@ -140,9 +139,7 @@ void EndOfMonth(Call& call) {
 
 void NewId(Call& call) {
   std::array<unsigned char, 16> bytes{};
-  if (RAND_bytes(bytes.data(), static_cast<int>(bytes.size())) != 1) {
-    throw std::runtime_error("the machine gives no random numbers");
-  }
+  FillWithRandom(bytes);
   bytes[6] = static_cast<unsigned char>((bytes[6] & 0x0F) | 0x40);
   bytes[8] = static_cast<unsigned char>((bytes[8] & 0x3F) | 0x80);
   std::string text;

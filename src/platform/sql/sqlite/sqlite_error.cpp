@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
-#include <cerrno>
 #include <string_view>
 
+#include "platform/disk.h"
 #include "platform/sql/sql_error.h"
 #include "platform/sql/sqlite/sqlite_functions.h"
 
@@ -83,11 +83,6 @@ SqlError Statement(const std::string& message) {
     }
   }
   return {50000, fmt::format("The statement cannot run: {}.", message)};
-}
-
-// A disk, a share of it or a file that may not grow.
-bool TellsNoRoom(int system_error) {
-  return system_error == ENOSPC || system_error == EDQUOT || system_error == EFBIG;
 }
 
 bool IsBeingMoved(const std::string& path) {
