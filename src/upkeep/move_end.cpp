@@ -120,6 +120,4 @@ void MoveEnd::RemoveMadeFiles() {
   made_.clear();
 }
 
-std::unique_ptr<Connection> MoveEnd::Reader() const { return Open("MainConn", /*logs=*/false); }
-
 }  // namespace kaunter

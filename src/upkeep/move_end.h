@@ -43,8 +43,6 @@ class MoveEnd {
   // A file that is missing, or empty, is made with the mark of a copy; made() tells.
   void MakeFiles(const MoveMark& mark, bool with_logs);
   void RemoveMadeFiles();
-  // A second connection that sees what is committed.
-  std::unique_ptr<Connection> Reader() const;
   std::optional<std::string> File(bool logs) const;
 
  private:

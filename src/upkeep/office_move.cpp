@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <tuple>
 
 #include "core/data_access.h"
@@ -282,15 +283,15 @@ void Mover::Compare(std::string_view unlike) {
                      fmt::format("两边的资料不同：{}", Lines(differences))});
 }
 
-// The rows are equal; that the engines read the same out of them is what this asks.
+// The rows are equal; that the engines read the same out of them is what this asks. Within both
+// locks: what does not hold is looked at once more behind the lock of saves.
 void Mover::CheckLedgers() {
   const auto check = [this](const MoveEnd& end) {
-    const auto reader = end.Reader();
-    OfficeCheck found =
-        CheckOffice(*reader, [this](const std::string& company, const LedgerProgress&) {
-          Ask(MovePhase::ledger, company, 0);
-          return true;
-        });
+    OfficeCheck found = CheckOffice(*end.main.connection,
+                                    [this](const std::string& company, const LedgerProgress&) {
+                                      Ask(MovePhase::ledger, company, 0);
+                                      return true;
+                                    });
     std::sort(found.faults.begin(), found.faults.end(),
               [](const LedgerFault& a, const LedgerFault& b) {
                 return std::tie(a.LoanID, a.CustID, a.what.english) <
@@ -398,8 +399,8 @@ MoveDone Mover::Move() {
     Copy();
     for (const Pair& pair : Pairs()) pair.to.LockOut();
     Compare("The copy is not the same as the office:");
-    for (const Pair& pair : Pairs()) pair.to.GiveUp();
     CheckLedgers();
+    for (const Pair& pair : Pairs()) pair.to.GiveUp();
     SealSource();
   } catch (...) {
     if (!sealing_) {
@@ -464,6 +465,18 @@ MoveDone Mover::Undo() {
 }
 
 }  // namespace
+
+std::vector<std::string> TargetsOf(const LocalSettings& local, const std::string& settings_file) {
+  std::vector<std::string> targets;
+  std::ifstream file(settings_file, std::ios::binary);
+  for (std::string line; std::getline(file, line);) {
+    line = Trim(line);
+    if (!line.starts_with('[') || !line.ends_with(']')) continue;
+    const std::string name = Trim(std::string_view(line).substr(1, line.size() - 2));
+    if (!SameText(name, local.ConnDataSource) && !IsStandIn(name)) targets.push_back(name);
+  }
+  return targets;
+}
 
 MoveLook LookAtMove(const MoveRequest& request) {
   const MoveGoOn on = [](const OfficeMoveProgress&) { return true; };

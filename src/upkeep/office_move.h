@@ -74,6 +74,9 @@ struct MoveDone {
   OfficeCheck ledger;  // the same on both sides
 };
 
+// The data sources of the settings to which an office can go, as they are written there.
+std::vector<std::string> TargetsOf(const LocalSettings& local, const std::string& settings_file);
+
 // All that can be known before anything is done. Throws MoveRefused and SqlError.
 MoveLook LookAtMove(const MoveRequest& request);
 // Throws CopyStopped (office_copy.h) when it was given up, MoveRefused, SqlError, and

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "core/local_settings.h"
+#include "core/local_settings_write.h"
 #include "core/moved_office.h"
 #include "platform/sql/sqlite/sqlite_functions.h"
 #include "tests/core/office.h"

@@ -17,6 +17,10 @@ TEST_P(Move, ThereAndBackIsTheSameOffice) {
   for (const unsigned seed : {1u, 2u, 3u}) {
     const auto main = Open("Old");
     FillAtRandom(*main, seed, 40);
+    main->Execute(
+        "INSERT INTO CustMast (CustID,CompCode) VALUES ('C1','HQ'); INSERT INTO LoanMast "
+        "(LoanID,CustID,CompCode,LoanStatus,DragLoan,LoanAmt,LoanBal) VALUES "
+        "('C1-1','C1','HQ','ACTIVE','0',100,100)");
     EXPECT_TRUE(RunRaw(File("old.db"), "UPDATE \"Own Table\" SET Bin=x'00ff5c22' WHERE N%2=0"));
     main->Execute("INSERT INTO Systemast (Param,Value) VALUES ('TransLogs','1')");
     {
@@ -28,6 +32,7 @@ TEST_P(Move, ThereAndBackIsTheSameOffice) {
     const auto logs_before = Dump(File("old-Logs.db"));
     MoveDone done = MoveOffice(request_, All);
     EXPECT_GT(done.look.rows, 150);
+    EXPECT_FALSE(done.ledger.faults.empty());  // they are no reason to stay
     ReadSettings();
     EXPECT_EQ(request_.local.ConnDataSource, "New");
     request_.to = "Back";
@@ -156,6 +161,26 @@ TEST_P(Move, WhatWasSavedSinceIsNotLostByTheWayBack) {
   }
   EXPECT_EQ(SourceInForce(), "New");
   EXPECT_EQ(Open("New")->Execute("UPDATE CompMast SET CompDesc='goes on'"), 1);
+}
+
+TEST_P(Move, CutBehindTheSealItIsFinishedByTheNext) {
+  MoveOffice(request_, All);
+  // As it stands when the program dies between the seal and the end.
+  MoveMark mark = *ReadMoveMark(*Open("Old"));
+  mark.state = MoveMark::State::copy;
+  WriteMoveMark(*Open("New"), mark);
+  ChangeSettingsFile(request_.settings_file, {{"", "ConnDataSource", "Old"}});
+  EXPECT_THROW(RefuseMovedOffice(*Open("Old")), SqlError);
+  EXPECT_THROW(RefuseMovedOffice(*Open("New")), SqlError);
+  EXPECT_TRUE(
+      MoveOffice(request_, [](const OfficeMoveProgress&) { return false; }).look.only_finish);
+  RefuseMovedOffice(*Open("New"));
+  EXPECT_EQ(SourceInForce(), "New");
+  EXPECT_TRUE(MoveOffice(request_, All).look.only_finish);  // and once more, for the settings alone
+  // Nobody else's rest is cleared away.
+  mark.id = "of another move";
+  WriteMoveMark(*Open("New"), mark);
+  EXPECT_THROW(MoveOffice(request_, All), MoveRefused);
 }
 
 // Given up, cut or failing at each question that the move asks.
