@@ -97,6 +97,9 @@ std::vector<std::string_view> BaseIndexes() {
     left.remove_prefix(std::min(left.size(), line.size() + 1));
     if (line.starts_with("CREATE INDEX ")) statements.push_back(line.substr(0, line.rfind(';')));
   }
+  // An earlier edition of kCashBookOpening had none.
+  statements.push_back(
+      "create index IX_CashBook_CompCode_TranDate on CashBook (CompCode,TranDate)");
   statements.push_back("INSERT INTO Systemast (Param,Value) VALUES ('BaseIndexes','1')");
   return statements;
 }
