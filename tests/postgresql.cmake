@@ -62,6 +62,8 @@ if(TARGET kaunter-play)
     add_test(NAME postgresql-upkeep COMMAND test_upkeep --gtest_filter=Postgresql*)
     list(APPEND on_server postgresql-upkeep)
   endif()
+  add_test(NAME postgresql-first-start COMMAND test_core --gtest_filter=FirstStartPostgresql*)
+  list(APPEND on_server postgresql-first-start)
   add_test(NAME postgresql-same-rows COMMAND test_play --gtest_filter=*Postgresql*)
   list(APPEND on_server postgresql-same-rows)
   set_tests_properties(${on_server} PROPERTIES LABELS "postgresql;only-postgresql"

@@ -2,16 +2,18 @@
 
 #include <fmt/format.h>
 
-#include <filesystem>
 #include <fstream>
 
 #include "app/catalogue.h"
 #include "app/menu_table.h"
 #include "compliance/aml.h"
 #include "core/companion.h"
+#include "core/first_start.h"
+#include "core/first_start_frm.h"
 #include "core/log.h"
 #include "core/menu_list.h"
 #include "core/slow_statements.h"
+#include "core/places.h"
 #include "core/startup.h"
 #include "core/trace.h"
 #include "core/values.h"
@@ -38,14 +40,22 @@ Application::Application(ApplicationOptions options, Desk& desk)
 
 Application::~Application() = default;
 
+bool Application::FirstStart() {
+  if (!options_.database.empty() || !options_.settings.empty() || !IsFirstStart()) return true;
+  FirstStartFrm assistant(*session_, desk_);
+  desk_.ShowModal(assistant);
+  options_.settings = assistant.settings();
+  return assistant.done();
+}
+
 int Application::Start() {
   Session& session = *session_;
   try {
-    session.AppPath = std::filesystem::absolute(options_.app_path).lexically_normal().string();
-    while (session.AppPath.size() > 1 && session.AppPath.back() == '/') session.AppPath.pop_back();
-    if (!options_.now.empty()) session.clock.Set(ParseNow(options_.now));
-    HandOn({session.AppPath, options_.database, options_.settings, options_.now});
     LocalSettings local = LocalSettings::Read(options_.settings, options_.database);
+    session.AppPath = AppFolder(options_.app_path, local);
+    const std::string& now = options_.now.empty() ? local.Now : options_.now;
+    if (!now.empty()) session.clock.Set(ParseNow(now));
+    HandOn({session.AppPath, options_.database, options_.settings, now});
     if (!options_.database.empty()) {
       local.creatable.insert("kaunter");
       local.creatable.insert(Lower(local.ConnDataSource));
@@ -55,7 +65,7 @@ int Application::Start() {
     if (!trace.empty()) session.trace = OpenTrace(trace);
     CheckDateFormat(local.ShortDate.empty() ? MachineShortDate() : local.ShortDate);
     MakeLogFolder(session);
-    if (!options_.now.empty()) {
+    if (!now.empty()) {
       LogSetClock(session);
       session.SetClockNeedsRight = options_.now_needs_right;
     }

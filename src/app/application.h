@@ -22,8 +22,8 @@
 namespace kaunter {
 
 struct ApplicationOptions {
-  std::string
-      app_path;  // folder of the program; logs, Photo, report files and MenuList.ini lie there
+  std::string app_path;  // folder of logs, Photo, MenuList.ini and the office's own files; "" for
+                         // the one that core/places.h gives
   std::string database;  // embedded database file that replaces the data source; made when missing
   std::string settings;  // local settings file; "" for the user's own
   std::string
@@ -38,6 +38,9 @@ class Application {
   Application(ApplicationOptions options, Desk& desk);
   ~Application();
 
+  // The assistant of the first start, where nothing says yet which office this PC works on; not
+  // where the command line names one. False when the person wants no office now.
+  bool FirstStart();
   // The start-up order up to the main window. 0 when the window is ready; else the exit status of
   // the program, and whatever was wrong has been told in one message.
   int Start();

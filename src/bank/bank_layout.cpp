@@ -9,6 +9,7 @@
 
 #include "core/report_path.h"
 #include "core/values.h"
+#include "platform/installation.h"
 #include "reports/report_encoding.h"
 #include "reports/report_words.h"
 
@@ -242,7 +243,7 @@ std::vector<BankLayout> ParseBankLayouts(std::string_view text, const std::strin
 
 std::vector<BankLayout> ReadBankLayouts(const std::string& app_path) {
   const std::filesystem::path folder(app_path);
-  std::vector<BankLayout> layouts = ReadFile(folder / kLayouts, kLayouts);
+  std::vector<BankLayout> layouts = ReadFile(FileOf(app_path, kLayouts), kLayouts);
   for (BankLayout& own :
        ReadFile(folder / kOwnReports / kLayouts, std::string(kOwnReports) + "/" + kLayouts)) {
     const auto same = std::ranges::find_if(

@@ -12,6 +12,7 @@
 #include "core/boxes.h"
 #include "core/log.h"
 #include "core/open_for.h"
+#include "core/places.h"
 #include "core/telling.h"
 #include "core/values.h"
 #include "screen/hourglass.h"
@@ -96,7 +97,7 @@ void PaymentReaderfrm::ReadTextFile() {
   }
   const std::string path =
       desk().PickFile(session().In({"Select Bank Text File", "请选择银行文本文件"}),
-                      folder_.empty() ? session().AppPath : folder_,
+                      folder_.empty() ? PickStart(session()) : folder_,
                       session().In({"Text (*.txt *.csv *.dat)|All files (*)",
                                     "文本 (*.txt *.csv *.dat)|所有文件 (*)"}));
   if (path.empty() || !Confirm({"Confirm to read bank text report ?", "确定读取银行文本报告？"})) {

@@ -9,6 +9,7 @@
 #include "core/boxes.h"
 #include "core/log.h"
 #include "core/menu.h"
+#include "core/places.h"
 #include "core/reading.h"
 #include "core/screen_rights.h"
 #include "core/values.h"
@@ -167,7 +168,7 @@ void SIProcessfrm::Export() {
   DebitSetup setup;
   if (!ReadSetup(&setup)) return;
   const std::string folder =
-      desk().PickFolder(session().In({"Choose a Folder", "请选择文件夹"}), session().AppPath);
+      desk().PickFolder(session().In({"Choose a Folder", "请选择文件夹"}), PickStart(session()));
   if (folder.empty()) return;
   const DateTime now = ServerTime(main());
   const std::string name = DebitFileName(setup, now);

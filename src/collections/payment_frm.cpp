@@ -13,6 +13,7 @@
 #include "core/screen_rights.h"
 #include "core/session_report.h"
 #include "core/values.h"
+#include "platform/installation.h"
 #include "screen/report_job.h"
 
 namespace kaunter {
@@ -146,7 +147,7 @@ void PaymentFrm::Load() {
   }
   for (TextBox* date : {&PayDate, &WithdrawDate}) date->max_length = kDateLength;
   FillLists();
-  SSCommand6.SetVisible(std::filesystem::exists(session().AppPath + "/CDD2.rpt"));
+  SSCommand6.SetVisible(std::filesystem::exists(FileOf(session().AppPath, "CDD2.rpt")));
   StartAgain();
   if (loan.empty() && !customer.empty()) loan = OnlyLoanOf(customer);
   if (!payment.empty() && !IsNew()) {

@@ -12,6 +12,7 @@
 #include "core/central_database.h"
 #include "core/company_access.h"
 #include "core/log.h"
+#include "core/places.h"
 #include "core/secrets.h"
 #include "core/statement_places.h"
 #include "core/stoppable.h"
@@ -410,7 +411,7 @@ std::string NPLExportfrm::ChosenFile(const Caption& question, const char* extens
   }
   if (!Confirm(question)) return {};
   const std::string folder =
-      desk().PickFolder(session().In({"Select a folder", "请选择文件夹"}), session().AppPath);
+      desk().PickFolder(session().In({"Select a folder", "请选择文件夹"}), PickStart(session()));
   if (folder.empty()) return {};
   const std::string name = SQLID.empty() ? "Data Export" : FileNameOf(SQLID.text());
   return (std::filesystem::path(folder) /

@@ -2,11 +2,10 @@
 
 #include <fmt/format.h>
 
-#include <filesystem>
-
 #include "core/connect_sequence.h"
 #include "core/log.h"
 #include "core/moved_office.h"
+#include "core/places.h"
 #include "core/session.h"
 #include "core/slow_statements.h"
 #include "core/startup.h"
@@ -14,6 +13,20 @@
 #include "core/values.h"
 
 namespace kaunter {
+namespace {
+
+// Settings that cannot be read are told by the log, too, where it lies without them.
+LocalSettings ReadForLog(Session& session, const CompanionOptions& office) {
+  try {
+    return LocalSettings::Read(office.settings, office.database);
+  } catch (const std::exception&) {
+    session.AppPath = AppFolder(office.app, {});
+    MakeLogFolder(session);
+    throw;
+  }
+}
+
+}  // namespace
 
 bool TakeReachOption(const std::vector<std::string>& arguments, std::size_t* i,
                      CompanionReach* reach) {
@@ -38,17 +51,15 @@ bool TakeReachOption(const std::vector<std::string>& arguments, std::size_t* i,
   return false;
 }
 
-LocalSettings ReachOffice(Session& session, const CompanionReach& reach,
-                          const std::string& folder) {
-  session.AppPath = reach.office.app.empty()
-                        ? folder
-                        : std::filesystem::absolute(reach.office.app).lexically_normal().string();
+LocalSettings ReachOffice(Session& session, const CompanionReach& reach) {
+  LocalSettings local = ReadForLog(session, reach.office);
+  session.AppPath = AppFolder(reach.office.app, local);
   MakeLogFolder(session);
-  if (!reach.office.now.empty()) {
-    session.clock.Set(*DateTime::FromCanonical(reach.office.now));
+  const std::string& now = reach.office.now.empty() ? local.Now : reach.office.now;
+  if (!now.empty()) {
+    session.clock.Set(*DateTime::FromCanonical(now));
     LogSetClock(session);
   }
-  LocalSettings local = LocalSettings::Read(reach.office.settings, reach.office.database);
   ApplyLocalSettings(session, local);
   return local;
 }

@@ -37,10 +37,9 @@ struct CompanionReach {
 bool TakeReachOption(const std::vector<std::string>& arguments, std::size_t* i,
                      CompanionReach* reach);
 
-// AppPath is the folder that was named, else `folder`: where the programs lie. The log gets its
-// folder and a set clock is told there. The settings of the PC are in the session; nothing is
-// opened.
-LocalSettings ReachOffice(Session& session, const CompanionReach& reach, const std::string& folder);
+// AppPath is the folder that was named, or what core/places.h says. The log gets its folder and a
+// set clock is told there. The settings of the PC are in the session; nothing is opened.
+LocalSettings ReachOffice(Session& session, const CompanionReach& reach);
 
 // Opens MainConn of an office that is there; nothing is made or patched. Throws SqlError, and
 // CompanionRefused for a database without an office and for one that a newer program has patched.

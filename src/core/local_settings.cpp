@@ -2,27 +2,17 @@
 
 #include <fmt/format.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
 
+#include "core/places.h"
 #include "core/values.h"
+#include "platform/installation.h"
 
 namespace kaunter {
 namespace {
-
-std::string Environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value ? value : "";
-}
-
-std::string UserFolder(const char* variable, const char* below_home) {
-  std::string folder = Environment(variable);
-  if (folder.empty()) folder = Environment("HOME") + "/" + below_home;
-  return folder + "/kaunter";
-}
 
 [[noreturn]] void Refuse(const std::string& path, int line, const std::string& what) {
   throw std::runtime_error(
@@ -98,9 +88,14 @@ class Parser {
         {"ShortDate", &LocalSettings::ShortDate},
         {"Trace", &LocalSettings::Trace},
         {"BackupFolder", &LocalSettings::BackupFolder},
+        {"DataFolder", &LocalSettings::DataFolder},
+        {"Now", &LocalSettings::Now},
     };
     for (const auto& [name, field] : fields) {
       if (!SameText(key, name)) continue;
+      if (field == &LocalSettings::Now && !value.empty() && !DateTime::FromCanonical(value)) {
+        Refuse(path_, line_, fmt::format("Now takes yyyy-mm-dd hh:mm:ss, not \"{}\"", value));
+      }
       settings_.*field = value;
       return true;
     }
@@ -137,14 +132,8 @@ LocalSettings LocalSettings::Parse(std::string_view text, const std::string& pat
   return Parser(text, path).Run();
 }
 
-std::string LocalSettings::UserFile() {
-  return UserFolder("XDG_CONFIG_HOME", ".config") + "/settings.ini";
-}
-
-std::string LocalSettings::UserDataFolder() { return UserFolder("XDG_DATA_HOME", ".local/share"); }
-
 LocalSettings LocalSettings::Read(const std::string& path) {
-  const std::string file = path.empty() ? UserFile() : path;
+  const std::string file = path.empty() ? SettingsFile() : path;
   if (path.empty() && !std::filesystem::exists(file)) {
     LocalSettings defaults;
     defaults.sources.Add(defaults.ConnDataSource,

@@ -1,4 +1,4 @@
-// The settings of this PC: one text file per user, read once at start.
+// The settings of this PC: one text file per user or installation, read once at start.
 //
 //   # comment
 //   ConnAccount = MainUser
@@ -8,6 +8,7 @@
 //   ShortDate = dd-MM-yyyy
 //   Trace = /home/aminah/kaunter-trace.txt
 //   BackupFolder = /media/backup/kaunter
+//   DataFolder = /srv/kaunter
 //
 //   [Office]
 //   file = /srv/kaunter/office.db
@@ -37,6 +38,8 @@ struct LocalSettings {
                           // be empty
   std::string Trace;      // file that takes every statement; may be empty
   std::string BackupFolder;  // where backups of the office go; may be empty
+  std::string DataFolder;    // of logs, pictures and the office's own files; may be empty
+  std::string Now;  // for practice: "yyyy-mm-dd hh:mm:ss" that the clock says; may be empty
   DataSources sources;
   std::set<std::string>
       creatable;  // lower-case names of embedded sources that may be made when missing
@@ -44,15 +47,13 @@ struct LocalSettings {
 
   // Throws std::runtime_error that names file, line and what to do for a text that does not parse.
   static LocalSettings Parse(std::string_view text, const std::string& path);
-  // The user's file when `path` is empty; a missing user's file gives the defaults: the embedded
-  // database in the user's data folder, made at the first start. A named file that cannot be read
-  // is an error.
+  // The file that counts (SettingsFile in core/places.h) when `path` is empty; where there is none,
+  // the defaults: the embedded database in the user's data folder, made at the first start. A named
+  // file that cannot be read is an error.
   static LocalSettings Read(const std::string& path);
   // The same, with an embedded database file in the place of the data source when `database` is not
   // empty. The user's own file then does not count.
   static LocalSettings Read(const std::string& path, const std::string& database);
-  static std::string UserFile();
-  static std::string UserDataFolder();
 };
 
 }  // namespace kaunter

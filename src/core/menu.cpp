@@ -7,6 +7,7 @@
 
 #include "core/session.h"
 #include "core/values.h"
+#include "platform/installation.h"
 #include "screen/text.h"
 
 namespace kaunter {
@@ -118,10 +119,13 @@ std::string PlainCaption(const Caption& caption, bool chinese) {
 
 std::string DailyBatchProgram(const Session& session) {
 #ifdef _WIN32
-  return session.AppPath + "/DailyBatch/DailyBatch.exe";
+  const std::string program = "DailyBatch/DailyBatch.exe";
 #else
-  return session.AppPath + "/DailyBatch/DailyBatch";
+  const std::string program = "DailyBatch/DailyBatch";
 #endif
+  std::string beside = session.AppPath + "/" + program;
+  const std::string& programs = ThisInstallation().programs;
+  return programs.empty() || std::filesystem::exists(beside) ? beside : programs + "/" + program;
 }
 
 }  // namespace kaunter

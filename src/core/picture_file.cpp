@@ -5,6 +5,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "core/places.h"
 #include "core/session.h"
 #include "core/telling.h"
 #include "core/values.h"
@@ -25,7 +26,7 @@ bool IsPicture(const std::string& file) {
 
 std::string ChoosePicture(Session& session, TextBox& box) {
   const Screen& screen = box.screen();
-  std::string file = screen.desk().PickFile(screen.title().In(screen.chinese()), session.AppPath,
+  std::string file = screen.desk().PickFile(screen.title().In(screen.chinese()), PickStart(session),
                                             "Pictures (*.jpg *.jpeg *.gif *.bmp *.png)");
   if (file.empty()) return file;
   std::error_code error;

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "core/values.h"
+#include "platform/installation.h"
 
 namespace kaunter {
 
@@ -25,7 +26,11 @@ ReportPath FindAt(const std::string& path) {
 ReportPath FindReportFile(const std::string& path) {
   const std::filesystem::path wanted(path);
   ReportPath own = FindAt((wanted.parent_path() / kOwnReports / wanted.filename()).string());
-  return std::filesystem::exists(own.path) ? own : FindAt(path);
+  if (std::filesystem::exists(own.path)) return own;
+  ReportPath beside = FindAt(path);
+  const std::string& shipped = ThisInstallation().files;
+  if (shipped.empty() || std::filesystem::exists(beside.path)) return beside;
+  return FindAt((std::filesystem::path(shipped) / wanted.filename()).string());
 }
 
 std::string ChineseReportName(const std::string& file) {

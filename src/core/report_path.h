@@ -9,7 +9,7 @@
 
 namespace kaunter {
 
-// The folder beside the program for the office's own report files, which no update touches. One of
+// The folder in AppPath for the office's own report files, which no update touches. One of
 // the name of a file of the program takes its place.
 inline constexpr const char* kOwnReports = "OwnReports";
 
@@ -18,7 +18,8 @@ struct ReportPath {
   bool chinese = false;  // the name asked for is that of the Chinese paper
 };
 
-// The file of this name, the office's own before the program's; for a Chinese name without a file
+// The file of this name: the office's own in OwnReports, one that lies at the path, or the one that
+// came with the program; for a Chinese name without a file
 // of its own, the file of both languages. The letter stands before the ending, or before the sign
 // of an option: LoanSchListC2.rpt.
 ReportPath FindReportFile(const std::string& path);

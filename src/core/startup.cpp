@@ -15,6 +15,7 @@
 #include "core/new_office.h"
 #include "core/schema_text.h"
 #include "core/values.h"
+#include "platform/installation.h"
 #include "platform/regional.h"
 #include "platform/sql/transaction.h"
 #include "screen/desk.h"
@@ -75,10 +76,7 @@ void CreateMissingFile(const Session& session, const LocalSettings& local) {
   if (!source || source->kind != DataSource::Kind::kEmbedded) return;
   if (!local.creatable.contains(Lower(session.ConnDataSource))) return;
   // Only the user's own folder is made too: a mistyped one is told by the open that follows.
-  const auto folder = std::filesystem::path(source->target).parent_path();
-  std::error_code ignored;
-  if (folder == LocalSettings::UserDataFolder())
-    std::filesystem::create_directories(folder, ignored);
+  if (std::filesystem::path(source->target).parent_path() == UserDataFolder()) MakeUserDataFolder();
   MakeSqlite("MainConn", source->target, session.clock,
              [&](Connection& main) { CreateEmptyOffice(main, session.ConnAccount); });
 }

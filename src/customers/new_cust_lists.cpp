@@ -8,6 +8,7 @@
 #include "core/log.h"
 #include "core/picker.h"
 #include "core/picture_file.h"
+#include "core/places.h"
 #include "core/sequences.h"
 #include "core/telling.h"
 #include "core/values.h"
@@ -152,7 +153,7 @@ void NewCustFrm::AddDocument() {
     return;
   }
   const std::string file =
-      desk().PickFile("Select Documents / Images File", session().AppPath, kDocumentFiles);
+      desk().PickFile("Select Documents / Images File", PickStart(session()), kDocumentFiles);
   if (file.empty()) return;
   if (std::filesystem::path(file).extension().string().size() < 2) {
     Refuse(DocDesc, "Invalid filename");

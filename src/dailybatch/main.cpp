@@ -9,9 +9,11 @@
 #include "collections/daily_batch.h"
 #include "core/companion_program.h"
 #include "core/log.h"
+#include "core/places.h"
 #include "core/session.h"
 #include "core/values.h"
 #include "dailybatch/options.h"
+#include "platform/installation.h"
 #include "platform/process.h"
 
 namespace kaunter {
@@ -63,9 +65,9 @@ int Refused(const Session& session, const std::string& why) {
   return kRefused;
 }
 
-int Run(const BatchOptions& options, Session& session, const std::string& folder) {
+int Run(const BatchOptions& options, Session& session) {
   try {
-    ReachOffice(session, options.reach, folder);
+    ReachOffice(session, options.reach);
     BatchDate(options.date, session.clock.Now());  // before anything is opened
     OpenReachedOffice(session, options.reach);
     const DateTime date = BatchDate(options.date, ServerTime(session.Main()));
@@ -96,14 +98,16 @@ int main(int argc, char** argv) {
   Session session;
   session.CurrentUserID = kUser;
   // The program lies in a folder of its own below that of the others.
-  session.AppPath = std::filesystem::path(ProgramFolder(argv[0])).parent_path().string();
+  SetInstallation(
+      InstallationAt(std::filesystem::path(ProgramFolder(argv[0])).parent_path().string()));
   try {
+    session.AppPath = AppFolder(HandedOn().app, {});  // until the settings are known
     const BatchOptions options = ParseBatchOptions({argv + 1, argv + argc}, HandedOn());
     if (options.help) {
       fmt::print("{}", BatchUsage());
       return kDone;
     }
-    return Run(options, session, session.AppPath);
+    return Run(options, session);
   } catch (const CompanionRefused& error) {
     const int status = Refused(session, error.what());
     fmt::print(stderr, "{}", BatchUsage());

@@ -20,6 +20,7 @@
 #include "desktop/theme.h"
 #include "desktop/today.h"
 #include "desktop/window_memory.h"
+#include "platform/installation.h"
 #include "platform/process.h"
 #include "qtservices/shipped_fonts.h"
 
@@ -36,9 +37,6 @@ DateTime NowForBoxes(const Session& session) {
 }
 
 int RunDesktop(QApplication& qt, DesktopOptions options) {
-  if (options.application.app_path.empty()) {
-    options.application.app_path = S(QApplication::applicationDirPath());
-  }
   LoadShippedFonts();
   ApplyTheme(qt, options.theme);
   LetAltTypeNothing(qt);
@@ -49,7 +47,9 @@ int RunDesktop(QApplication& qt, DesktopOptions options) {
   PaintDuringStatements();
   std::unique_ptr<SingleInstance> instance;
   if (!pictures) {
-    instance = std::make_unique<SingleInstance>(options.application.app_path);
+    instance = std::make_unique<SingleInstance>(options.application.app_path.empty()
+                                                    ? ThisInstallation().programs
+                                                    : options.application.app_path);
     if (instance->other_runs()) return 0;
   }
   options.application.now_needs_right = true;
@@ -65,6 +65,8 @@ int RunDesktop(QApplication& qt, DesktopOptions options) {
     photographer = std::make_unique<Photographer>(options);
     photographer->Start();
   }
+  if (!application.FirstStart()) return 0;
+  SpeakQtIn(application.session().ChineseFlag);
   if (const int status = application.Start()) return status;
   {
     MainWindow window(application.main());
@@ -101,6 +103,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "kaunter: %s\n", options.error.c_str());
     return 2;
   }
+  SetInstallation(InstallationAt(ProgramFolder(argv[0])));
   QApplication qt(argc, argv);
   QApplication::setApplicationName("kaunter");
   // Figures are written with a point whatever the machine's language.

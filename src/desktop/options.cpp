@@ -9,8 +9,7 @@ namespace kaunter {
 
 std::string OptionsHelp() {
   return "kaunter [options]\n"
-         "  --app DIR           program folder (logs, Photo, reports); the program's own by "
-         "default\n"
+         "  --app DIR           folder of logs, Photo and the office's own files\n"
          "  --database FILE     embedded database in place of the data source; made when missing\n"
          "  --settings FILE     local settings in place of the user's own\n"
          "  --now \"yyyy-mm-dd hh:mm:ss\"  sets the clock\n"

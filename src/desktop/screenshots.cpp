@@ -43,6 +43,7 @@ void Put(Screen& screen, const std::string& name, const std::string& text) {
       }
     }
     if (auto* check = dynamic_cast<CheckBox*>(control)) check->Tick(text == "1");
+    if (auto* option = dynamic_cast<Option*>(control)) option->Choose();
     control->Leave();
   });
 }

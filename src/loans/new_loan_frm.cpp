@@ -13,6 +13,7 @@
 #include "core/session_report.h"
 #include "core/values.h"
 #include "loans/loan_glance.h"
+#include "platform/installation.h"
 #include "screen/report_job.h"
 
 namespace kaunter {
@@ -265,7 +266,7 @@ void NewLoanFrm::ApplySettings() {
   Command9.SetVisible(settings.CalcAmt);
   OfferShortcut(session(), Command8, "PaymentReaderfrm", "");
   if (!settings.PaymentReader) Command8.SetVisible(false);
-  SSCommand6.SetVisible(std::filesystem::exists(session().AppPath + "/CDD.rpt"));
+  SSCommand6.SetVisible(std::filesystem::exists(FileOf(session().AppPath, "CDD.rpt")));
   // The special user sees the figures of the books, not those that were agreed.
   const std::vector<Control*> hidden = {&Label51, &LoanAmt, &TopUpAmt, &Command5, &InsRate};
   for (Control* control : hidden) control->SetVisible(!session().Special);

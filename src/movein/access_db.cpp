@@ -6,6 +6,7 @@
 
 #include "core/audit.h"
 #include "core/log.h"
+#include "core/places.h"
 #include "core/startup.h"
 #include "core/telling.h"
 #include "core/values.h"
@@ -41,7 +42,7 @@ AccessDB::AccessDB(Session& session, Desk& desk)
     : SessionScreen("AccessDB", kTitle, session, desk) {
   CmdFile.onClick = [this] {
     const std::string file =
-        this->desk().PickFile(this->session().In(kTitle), this->session().AppPath, kFiles);
+        this->desk().PickFile(this->session().In(kTitle), PickStart(this->session()), kFiles);
     if (!file.empty()) FileName.SetText(file);
   };
   CompCode.onLeave = [this] { CompCode.SetText(Trim(CompCode.text())); };

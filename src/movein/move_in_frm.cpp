@@ -10,6 +10,7 @@
 #include "collections/ledger_check.h"
 #include "core/company_access.h"
 #include "core/log.h"
+#include "core/places.h"
 #include "core/session_report.h"
 #include "core/staged_rows.h"
 #include "core/telling.h"
@@ -126,7 +127,7 @@ void MoveInFrm::Load() {
 
 void MoveInFrm::ChooseFile(MovePage& page) {
   const std::string file =
-      desk().PickFile(session().In(MoveKindCaption(page.kind)), session().AppPath, kFiles);
+      desk().PickFile(session().In(MoveKindCaption(page.kind)), PickStart(session()), kFiles);
   if (file.empty()) return;
   page.File.SetText(file);
   TakeFile(page, true);

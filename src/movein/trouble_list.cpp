@@ -6,6 +6,7 @@
 
 #include "compliance/export_csv.h"
 #include "core/log.h"
+#include "core/places.h"
 #include "core/telling.h"
 #include "core/values.h"
 #include "platform/whole_file.h"
@@ -16,7 +17,7 @@ namespace kaunter {
 void ExportTroubles(Session& session, const Screen& screen, std::string_view name,
                     const std::vector<std::vector<std::string>>& rows) {
   const std::string folder =
-      screen.desk().PickFolder(session.In({"Select a folder", "请选择文件夹"}), session.AppPath);
+      screen.desk().PickFolder(session.In({"Select a folder", "请选择文件夹"}), PickStart(session));
   if (folder.empty()) return;
   const std::string path =
       (std::filesystem::path(folder) /

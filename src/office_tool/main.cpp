@@ -7,6 +7,7 @@
 
 #include "core/log.h"
 #include "office_tool/command.h"
+#include "platform/installation.h"
 #include "platform/process.h"
 #include "screen/caption_error.h"
 
@@ -23,10 +24,10 @@ int Refused(const Session& session, const std::string& command, const std::excep
   return exit_status::kRefused;
 }
 
-int Run(const OfficeCall& call, Session& session, const std::string& folder) {
+int Run(const OfficeCall& call, Session& session) {
   const std::string name(call.command->name);
   try {
-    OfficeRun run{session,       ReachOffice(session, call.reach, folder),
+    OfficeRun run{session,       ReachOffice(session, call.reach),
                   call.reach,    call.values,
                   call.switches, call.words};
     return call.command->run(run);
@@ -47,6 +48,7 @@ int Run(const OfficeCall& call, Session& session, const std::string& folder) {
 int main(int argc, char** argv) {
   using namespace kaunter;
   SettleProcess();  // the desktop that started this program may be closed before it
+  SetInstallation(InstallationAt(ProgramFolder(argv[0])));
   try {
     const OfficeCall call = ParseOfficeCall({argv + 1, argv + argc}, HandedOn());
     if (call.command == nullptr) {
@@ -55,8 +57,7 @@ int main(int argc, char** argv) {
     }
     Session session;
     session.CurrentUserID = kUser;
-    session.AppPath = ProgramFolder(argv[0]);
-    return Run(call, session, session.AppPath);
+    return Run(call, session);
   } catch (const CompanionRefused& why) {
     Complain(why.what());
     fmt::print(stderr, "{}", OfficeUsage());

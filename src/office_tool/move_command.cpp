@@ -4,6 +4,7 @@
 
 #include <chrono>
 
+#include "core/places.h"
 #include "office_tool/command.h"
 #include "upkeep/office_copy.h"
 #include "upkeep/office_move.h"
@@ -67,7 +68,7 @@ int RunMoveCommand(OfficeRun& run) {
   MoveRequest request;
   request.local = run.local;
   request.settings_file =
-      run.reach.office.settings.empty() ? LocalSettings::UserFile() : run.reach.office.settings;
+      run.reach.office.settings.empty() ? SettingsFile() : run.reach.office.settings;
   request.to = run.Value("--to");
   request.to_database = run.Value("--to-database");
   request.clock = run.session.clock;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/host.h"
+#include "platform/installation.h"
 #include "platform/process.h"
 #include "play/application_program.h"
 #include "play/options.h"
@@ -17,7 +18,7 @@
 namespace kaunter {
 namespace {
 
-int Play(const PlayOptions& options, const std::string& program_folder) {
+int Play(const PlayOptions& options) {
   std::ifstream file;
   const bool from_file = !options.script.empty() && options.script != "-";
   if (from_file) {
@@ -38,7 +39,7 @@ int Play(const PlayOptions& options, const std::string& program_folder) {
       },
       options.out);
   desk.SetLauncher(StartProgram);
-  Application application({.app_path = options.app.empty() ? program_folder : options.app,
+  Application application({.app_path = options.app,
                            .database = options.database,
                            .settings = options.settings,
                            .now = options.now,
@@ -67,6 +68,7 @@ int CheckFolder(const std::string& folder) {
 int main(int argc, char** argv) {
   using namespace kaunter;
   SettleProcess();
+  SetInstallation(InstallationAt(ProgramFolder(argv[0])));
   try {
     const PlayOptions options = ParsePlayOptions({argv + 1, argv + argc});
     if (options.help) {
@@ -74,7 +76,7 @@ int main(int argc, char** argv) {
       return Runner::kHeld;
     }
     if (!options.check_reports.empty()) return CheckFolder(options.check_reports);
-    return Play(options, ProgramFolder(argv[0]));
+    return Play(options);
   } catch (const UsageError& error) {
     std::cerr << "kaunter-play: " << error.what() << '\n' << PlayUsage();
   } catch (const std::exception& error) {

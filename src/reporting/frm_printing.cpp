@@ -13,6 +13,7 @@
 #include "core/session_report.h"
 #include "core/values.h"
 #include "loans/refusal.h"
+#include "platform/installation.h"
 #include "reporting/report_criteria.h"
 #include "reporting/report_picture.h"
 #include "reporting/report_selection.h"
@@ -102,7 +103,7 @@ void frmPrinting::ListDocuments() {
   const std::string type = ScalarQuery(
       main(), fmt::format("SELECT LoanType FROM LoanMast WHERE LoanID={}", QuoteStr(loan_id_)));
   const PrintingList list =
-      ReadPrintingList(fmt::format("{}/ReportList/{}.ini", session().AppPath, kind_));
+      ReadPrintingList(FileOf(session().AppPath, fmt::format("ReportList/{}.ini", kind_)));
   documents_ = DocumentsFor(list.documents, type, IsAmlOn(session()));
   vsd.Clear();
   for (const ListedDocument& document : documents_) {

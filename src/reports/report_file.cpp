@@ -7,8 +7,10 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <vector>
 
 #include "core/report_path.h"
+#include "platform/installation.h"
 #include "reports/report_encoding.h"
 #include "reports/report_parser.h"
 
@@ -34,14 +36,17 @@ constexpr int kMostLike = 8;
 std::string Beside(const std::string& name, const std::string& path) {
   namespace fs = std::filesystem;
   const fs::path folder = fs::path(path).parent_path();
-  const fs::path beside = folder / name;
-  std::error_code error;
-  const bool itself = fs::equivalent(beside, path, error);
   const bool of_office = folder.filename() == kOwnReports;
-  if (of_office && (itself || !fs::exists(beside, error))) {
-    return (folder.parent_path() / name).string();
+  std::vector<fs::path> places{folder / name};
+  if (of_office) places.push_back(folder.parent_path() / name);
+  if (const std::string& shipped = ThisInstallation().files; !shipped.empty()) {
+    places.push_back(fs::path(shipped) / name);
   }
-  return beside.string();
+  for (const fs::path& place : places) {
+    std::error_code error;
+    if (fs::exists(place, error) && !fs::equivalent(place, path, error)) return place.string();
+  }
+  return places.at(of_office ? 1 : 0).string();
 }
 
 // Reads the file that a line "like" names, and the one that this one is like.

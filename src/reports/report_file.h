@@ -77,7 +77,8 @@ struct ReportPicture {
 
 struct ReportFile {
   std::string path;
-  bool chinese = false;                             // the captions are the Chinese ones
+  std::string folder;    // where a screen asked for it; pictures may lie there, too
+  bool chinese = false;  // the captions are the Chinese ones
   PaperLanguage language = PaperLanguage::english;  // of the words that no line of the file says
   double width_mm = 210;
   double height_mm = 297;

@@ -23,8 +23,11 @@ std::string PictureIn(const std::filesystem::path& folder, const std::string& na
 
 }  // namespace
 
+// Its own folder comes first. A file that came with the program may lie elsewhere than what the
+// office has.
 std::string PicturePath(const ReportFile& file, const std::string& named) {
-  return PictureIn(std::filesystem::path(file.path).parent_path(), named);
+  const std::string own = PictureIn(std::filesystem::path(file.path).parent_path(), named);
+  return own.empty() && !file.folder.empty() ? PictureIn(file.folder, named) : own;
 }
 
 HeadPictures::HeadPictures(const ReportFile& file, const PictureMeasure& measure,
@@ -35,9 +38,10 @@ std::optional<PagePicture> HeadPictures::Find(const std::string& named, double w
                                               double height) {
   if (Trim(named).empty()) return std::nullopt;
   const std::filesystem::path folder = std::filesystem::path(file_.path).parent_path();
-  // A file of the office lies in a folder of its own beside the program.
+  // A file of the office lies in a folder of its own beside its pictures.
   const bool of_office = folder.filename() == kOwnReports;
-  const std::string path = PictureIn(of_office ? folder.parent_path() : folder, named);
+  std::string path = PictureIn(of_office ? folder.parent_path() : folder, named);
+  if (path.empty() && !file_.folder.empty()) path = PictureIn(file_.folder, named);
   PictureSize size{width, height};
   if (!path.empty() && measure_) size = measure_(path).value_or(PictureSize{});
   if (path.empty() || size.width <= 0 || size.height <= 0) {

@@ -89,6 +89,7 @@ ReportRun RunWholeReport(const ReportJob& job, const ReportProgress& progress,
       ReadingOf(job, found.chinese || (job.Chinese && ReportFile::SpeaksChinese(found.path)));
   ReportRun run;
   run.file = ReportFile::Read(found.path, reading);
+  run.file.folder = std::filesystem::path(wanted).parent_path().string();
   if (job.Connect == nullptr) {
     throw std::runtime_error("The report has no connection to read from.");
   }

@@ -4,6 +4,7 @@
 
 #include "core/local_settings.h"
 #include "core/startup.h"
+#include "platform/installation.h"
 #include "platform/sql/data_source.h"
 #include "platform/whole_file.h"
 
@@ -39,7 +40,7 @@ std::string OfficeShortName(const Session& session) {
 
 std::string UsualBackupFolder(const Session& session) {
   const auto file = EmbeddedOffice(session);
-  if (!file) return LocalSettings::UserDataFolder() + "/Backup";
+  if (!file) return UserDataFolder() + "/Backup";
   return (fs::absolute(*file).parent_path() / "Backup").lexically_normal().string();
 }
 

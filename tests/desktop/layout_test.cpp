@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "app/catalogue.h"
+#include "core/first_start_frm.h"
 #include "core/menu.h"
 #include "core/password_screens.h"
 #include "core/session.h"
@@ -24,6 +25,7 @@ using ::testing::UnorderedElementsAre;
 // The screen that a table is for: of the catalogue, or one that only its caller makes.
 std::unique_ptr<Screen> ScreenOf(const Layout& layout, Session& session, Desk& desk,
                                  MainMenu& menu) {
+  if (layout.screen == "FirstStartFrm") return std::make_unique<FirstStartFrm>(session, desk);
   if (layout.screen == "UserLogin") return std::make_unique<UserLogin>(session, desk, menu);
   const Caption what("save loan X");
   if (layout.screen == "frmUserSignIn") {

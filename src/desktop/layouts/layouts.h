@@ -5,6 +5,7 @@
 
 namespace kaunter {
 
+Layout FirstStartFrmLayout();
 Layout UserLoginLayout();
 Layout AboutFrmLayout();
 Layout FrmUserSignInLayout();

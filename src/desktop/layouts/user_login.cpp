@@ -10,6 +10,17 @@ Layout UserLoginLayout() {
           {"OKCmd", "CancelCmd"}};
 }
 
+// The three roads, then what the chosen one needs.
+Layout FirstStartFrmLayout() {
+  return {"FirstStartFrm",
+          {820, 560},
+          Down({Title("IntroLBL"), Fields(1, {"DemoOpt", "NewOpt", "JoinOpt"}),
+                Group({"", ""}, 1,
+                      {Wide("NeedsLBL"), "Anew", "Folder", "ServerType", "Server", "DatabaseName",
+                       "UserID", "Password", "Encrypted", Wide("PlaceLBL")})}),
+          {"LanguageCmd", "TestCmd", "OKCmd", "CancelCmd"}};
+}
+
 // The prompts for a manager and for the own password: what is asked for stands over the boxes.
 Layout FrmUserSignInLayout() {
   return {"frmUserSignIn",

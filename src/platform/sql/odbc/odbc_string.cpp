@@ -47,11 +47,6 @@ bool NamesSqlite(std::string_view driver) {
   return LowerAscii(driver).find("sqlite") != std::string::npos;
 }
 
-bool NamesFreeTds(std::string_view driver) {
-  const std::string lower = LowerAscii(driver);
-  return lower.find("freetds") != std::string::npos || lower.find("tdsodbc") != std::string::npos;
-}
-
 // Left to itself FreeTDS tries every version of the protocol, each with a time-out of its own.
 constexpr std::string_view kTdsVersion = "7.4";
 
@@ -155,35 +150,13 @@ int MicrosoftVersion(std::string_view driver) {
   return version;
 }
 
-// The newest of Microsoft's drivers, else FreeTDS, else an older one under a usual name.
-std::string ServerDriver(const OdbcInventory& inventory) {
-  std::string best;
-  int best_rank = 0;
-  for (const std::string& driver : inventory.drivers) {
-    const std::string lower = LowerAscii(driver);
-    int rank = 0;
-    if (const int version = MicrosoftVersion(driver); version > 0) {
-      rank = 100 + version;
-    } else if (NamesFreeTds(driver)) {
-      rank = 50;
-    } else if (lower.find("sql server") != std::string::npos) {
-      rank = 10;
-    }
-    if (rank > best_rank) {
-      best_rank = rank;
-      best = driver;
-    }
-  }
-  return best;
-}
-
 std::string FromServer(const ConnectionString& office, const OdbcInventory& inventory) {
   const std::string server =
       FirstOf(office, {"data source", "server", "address", "addr", "network address"});
   if (server.empty()) {
     throw SqlError(4060, "The connection string names no server (Data Source=...).");
   }
-  const std::string driver = ServerDriver(inventory);
+  const std::string driver = SqlServerDriver(inventory);
   if (driver.empty()) {
     throw SqlError(
         4060, fmt::format("Cannot connect to the SQL Server {}: no ODBC driver for SQL Server is "
@@ -216,6 +189,44 @@ std::string FromServer(const ConnectionString& office, const OdbcInventory& inve
 }
 
 }  // namespace
+
+bool NamesFreeTds(std::string_view driver) {
+  const std::string lower = LowerAscii(driver);
+  return lower.find("freetds") != std::string::npos || lower.find("tdsodbc") != std::string::npos;
+}
+
+// The newest of Microsoft's drivers, else FreeTDS, else an older one under a usual name.
+std::string SqlServerDriver(const OdbcInventory& inventory) {
+  std::string best;
+  int best_rank = 0;
+  for (const std::string& driver : inventory.drivers) {
+    const std::string lower = LowerAscii(driver);
+    int rank = 0;
+    if (const int version = MicrosoftVersion(driver); version > 0) {
+      rank = 100 + version;
+    } else if (NamesFreeTds(driver)) {
+      rank = 50;
+    } else if (lower.find("sql server") != std::string::npos) {
+      rank = 10;
+    }
+    if (rank > best_rank) {
+      best_rank = rank;
+      best = driver;
+    }
+  }
+  return best;
+}
+
+// The Unicode one keeps Chinese.
+std::string PostgresqlDriver(const OdbcInventory& inventory) {
+  std::string best;
+  for (const std::string& driver : inventory.drivers) {
+    const std::string lower = LowerAscii(driver);
+    if (lower.find("postgresql") == std::string::npos) continue;
+    if (best.empty() || lower.find("unicode") != std::string::npos) best = driver;
+  }
+  return best;
+}
 
 std::string OdbcValue(std::string_view value) {
   const bool plain = value.find_first_of(";{}") == std::string_view::npos &&

@@ -21,6 +21,11 @@ struct OdbcInventory {
 };
 OdbcInventory ReadOdbcInventory();
 
+// The best of the drivers for a kind of server; "" when there is none.
+std::string SqlServerDriver(const OdbcInventory& inventory);
+std::string PostgresqlDriver(const OdbcInventory& inventory);
+bool NamesFreeTds(std::string_view driver);
+
 // `local_text` is the ODBC text of the local data source that the string names ("" when it names
 // none). What that text says itself about user, password and database holds; a catalogue
 // "<name>-Logs" takes the database beside the text's own. Where the driver is SQLite's, a database
