@@ -167,6 +167,13 @@ const std::vector<Sign>& Signs() {
   return signs;
 }
 
+// The driver's own words: what stands around them speaks of settings that are not written yet.
+std::string WordsOf(const SqlError& failure) {
+  std::string words = failure.what();
+  if (const auto begin = words.find("): "); begin != words.npos) words.erase(0, begin + 3);
+  return words.substr(0, words.find(". Check the data source"));
+}
+
 [[noreturn]] void TellWhy(const SqlError& failure) {
   const std::string told = Lower(failure.what());
   const Sign* found = nullptr;
@@ -183,8 +190,8 @@ const std::vector<Sign>& Signs() {
                 "the network?",
                 "服务器没有回应。地址是否正确？服务器是否在运行？本机是否已连上网络？"};
   throw FirstStartRefused(found != nullptr ? found->box : "Server",
-                          {fmt::format("{}\n\n{}", why.english, failure.what()),
-                           fmt::format("{}\n\n{}", why.chinese, failure.what())});
+                          {fmt::format("{}\n\n{}", why.english, WordsOf(failure)),
+                           fmt::format("{}\n\n{}", why.chinese, WordsOf(failure))});
 }
 
 void NeedBoxes(const ServerPlace& place) {
