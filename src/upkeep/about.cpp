@@ -130,7 +130,7 @@ AboutOffice TellAbout(Session& session, RowCounts counts) {
   tell({"Office", "资料库"}, place);
   tell({"Newest patch", "最新补丁"}, SettingOf(main, "NewestPatch"));
   tell({"Last backup", "最近备份"}, SettingOf(main, "LastBackup"));
-  tell({"Program folder", "程序文件夹"}, WithoutHome(session.AppPath));
+  tell({"Folder of logs and pictures", "日志与图片文件夹"}, WithoutHome(session.AppPath));
   tell({"Logs", "日志"}, WithoutHome(LogFolder(session).string()));
   if (file) {
     std::error_code failed;

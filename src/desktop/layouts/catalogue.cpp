@@ -31,8 +31,7 @@ const std::vector<Layout>& AllLayouts() {
       PaymentReaderfrmLayout(),  SMSfrmLayout(),
       SMSTemplatefrmLayout(),    MoveInFrmLayout(),
       AccessDBLayout(),          WatchListFrmLayout(),
-      LinkResendfrmLayout(),
-      AboutFrmLayout(),
+      LinkResendfrmLayout(),     AboutFrmLayout(),
   };
   return layouts;
 }
