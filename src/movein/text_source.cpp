@@ -19,73 +19,22 @@ constexpr std::size_t kPiece = 64 * 1024;
 struct Known {
   Encoding encoding;
   std::string_view name;
-  const char* converter;
   Caption caption;
 };
 
 const std::array<Known, 6>& All() {
   static const std::array<Known, 6> all = {{
-      {Encoding::automatic, "auto", "", {"Found by itself", "自动判断"}},
-      {Encoding::utf8, "utf-8", "UTF-8", {"UTF-8", "UTF-8"}},
-      {Encoding::utf16le, "utf-16le", "UTF-16LE", {"UTF-16", "UTF-16"}},
-      {Encoding::utf16be, "utf-16be", "UTF-16BE", {"UTF-16 (big end first)", "UTF-16（高位在前）"}},
-      {Encoding::latin1, "latin-1", "WINDOWS-1252", {"Latin-1 (Windows)", "Latin-1（西欧）"}},
-      {Encoding::gbk, "gbk", "GB18030", {"GBK (Chinese)", "GBK（简体中文）"}},
+      {Encoding::automatic, "auto", {"Found by itself", "自动判断"}},
+      {Encoding::utf8, "utf-8", {"UTF-8", "UTF-8"}},
+      {Encoding::utf16le, "utf-16le", {"UTF-16", "UTF-16"}},
+      {Encoding::utf16be, "utf-16be", {"UTF-16 (big end first)", "UTF-16（高位在前）"}},
+      {Encoding::latin1, "latin-1", {"Latin-1 (Windows)", "Latin-1（西欧）"}},
+      {Encoding::gbk, "gbk", {"GBK (Chinese)", "GBK（简体中文）"}},
   }};
   return all;
 }
 
 const Known& Entry(Encoding encoding) { return All()[static_cast<std::size_t>(encoding)]; }
-
-// Whole letters of UTF-8 up to the end, where one may be cut.
-bool IsUtf8(std::string_view bytes) {
-  std::size_t at = 0;
-  while (at < bytes.size()) {
-    const auto lead = static_cast<unsigned char>(bytes[at]);
-    const std::size_t length = lead < 0x80 ? 1 : lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead >= 0x80 && (lead < 0xC2 || lead > 0xF4)) return false;
-    for (std::size_t i = 1; i < length && at + i < bytes.size(); ++i) {
-      if ((static_cast<unsigned char>(bytes[at + i]) & 0xC0) != 0x80) return false;
-    }
-    at += length;
-  }
-  return true;
-}
-
-// Letters beyond ASCII come in pairs, and most pairs are of the common characters. A Western text
-// has single ones between letters of ASCII.
-bool IsGbk(std::string_view bytes) {
-  std::size_t pairs = 0;
-  std::size_t common = 0;
-  for (std::size_t at = 0; at < bytes.size(); ++at) {
-    const auto lead = static_cast<unsigned char>(bytes[at]);
-    if (lead < 0x80) continue;
-    if (at + 1 == bytes.size()) break;
-    const auto trail = static_cast<unsigned char>(bytes[++at]);
-    if (lead == 0x80 || lead == 0xFF || trail < 0x40 || trail == 0x7F || trail == 0xFF)
-      return false;
-    ++pairs;
-    if (lead >= 0xB0 && lead <= 0xF7 && trail >= 0xA1) ++common;
-  }
-  return pairs > 0 && 2 * common >= pairs;
-}
-
-// A text without Chinese has a zero in every second byte.
-std::optional<Encoding> WideBySight(std::string_view bytes) {
-  std::array<std::size_t, 2> zeros = {};
-  for (std::size_t at = 0; at < bytes.size(); ++at) zeros[at % 2] += bytes[at] == '\0' ? 1U : 0U;
-  if (4 * std::max(zeros[0], zeros[1]) < bytes.size() / 2) return std::nullopt;
-  return zeros[1] > zeros[0] ? Encoding::utf16le : Encoding::utf16be;
-}
-
-Encoding FoundIn(std::string_view bytes) {
-  if (bytes.starts_with("\xEF\xBB\xBF")) return Encoding::utf8;
-  if (bytes.starts_with("\xFF\xFE")) return Encoding::utf16le;
-  if (bytes.starts_with("\xFE\xFF")) return Encoding::utf16be;
-  if (const auto wide = WideBySight(bytes)) return *wide;
-  if (IsUtf8(bytes)) return Encoding::utf8;
-  return IsGbk(bytes) ? Encoding::gbk : Encoding::latin1;
-}
 
 }  // namespace
 
@@ -105,10 +54,10 @@ TextSource::TextSource(const std::string& path, Encoding wanted) : encoding_(wan
   std::string first(kPiece, '\0');
   in_.read(first.data(), static_cast<std::streamsize>(first.size()));
   first.resize(static_cast<std::size_t>(in_.gcount()));
-  if (encoding_ == Encoding::automatic) encoding_ = FoundIn(first);
+  if (encoding_ == Encoding::automatic) encoding_ = EncodingOf(first);
   in_.clear();
   in_.seekg(0);
-  converter_ = iconv_open("UTF-8", Entry(encoding_).converter);
+  converter_ = iconv_open("UTF-8", ConverterName(encoding_));
   if (converter_ == reinterpret_cast<iconv_t>(-1)) {
     converter_ = nullptr;
     throw FileTrouble({fmt::format("This PC cannot read texts in {}", EncodingName(encoding_)),

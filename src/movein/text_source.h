@@ -7,11 +7,10 @@
 #include <string>
 #include <string_view>
 
+#include "platform/text_encoding.h"
 #include "screen/caption.h"
 
 namespace kaunter {
-
-enum class Encoding { automatic, utf8, utf16le, utf16be, latin1, gbk };
 
 // As a mapping file names it ("utf-8"), and as a person reads it.
 std::string_view EncodingName(Encoding encoding);

@@ -59,6 +59,7 @@ class JetCell {
   static JetCell Real(double number) { return Of(&number, sizeof number); }
   // Days since the end of 1899.
   static JetCell Day(int days) { return Real(days); }
+  static JetCell Bytes(const std::string& bytes) { return Of(bytes.data(), bytes.size()); }
 
   bool null() const { return null_; }
   const std::string& bytes() const { return bytes_; }
@@ -209,7 +210,7 @@ class JetFile {
     for (std::size_t i = 0; i < count; ++i) {
       if (IsFixed(table.columns[i].type)) continue;
       offsets.push_back(static_cast<std::uint16_t>(row.size()));
-      if (table.columns[i].type == JetType::memo && !cells[i].null()) {
+      if (table.columns[i].type != JetType::text && !cells[i].null()) {
         constexpr std::uint32_t kInTheRow = 0x80000000;
         Put(&row, static_cast<std::uint32_t>(cells[i].bytes().size()) | kInTheRow);
         Put(&row, std::uint64_t{0});

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "platform/sql/odbc/odbc_error.h"
 #include "platform/sql/odbc/odbc_text.h"
 
@@ -100,13 +102,33 @@ std::optional<std::string> OdbcSource::Cell(const OdbcHandle& statement, SQLUSMA
   }
 }
 
+std::optional<std::string> OdbcSource::Bytes(const OdbcHandle& statement, SQLUSMALLINT position) {
+  constexpr std::size_t kMost = 16U * 1024 * 1024;
+  std::string bytes;
+  while (bytes.size() < kMost) {
+    SQLLEN length = 0;
+    const SQLRETURN result = SQLGetData(statement.get(), position, SQL_C_BINARY, buffer_.data(),
+                                        static_cast<SQLLEN>(buffer_.size()), &length);
+    if (result == SQL_NO_DATA) return bytes;
+    Check(result, statement);
+    if (length == SQL_NULL_DATA) return std::nullopt;
+    const bool last = result == SQL_SUCCESS && length >= 0;
+    bytes.append(
+        buffer_, 0,
+        last ? std::min(static_cast<std::size_t>(length), buffer_.size()) : buffer_.size());
+    if (last) return bytes;
+  }
+  return bytes;
+}
+
 void OdbcSource::Read(std::string_view table,
                       const std::function<bool(const std::vector<Column>&)>& take_columns,
-                      const std::function<bool(const Cells&)>& take_row) {
+                      const std::function<bool(const Cells&)>& take_row, bool pictures) {
   const OdbcHandle statement = Run(fmt::format("SELECT * FROM {}", table));
   SQLSMALLINT count = 0;
   Check(SQLNumResultCols(statement.get(), &count), statement);
   std::vector<Column> columns;
+  std::vector<bool> binary;
   for (SQLUSMALLINT i = 1; i <= static_cast<SQLUSMALLINT>(count); ++i) {
     char name[512] = {};
     SQLSMALLINT length = 0;
@@ -120,6 +142,7 @@ void OdbcSource::Read(std::string_view table,
     Column column;
     column.name = name;
     column.type = TypeOf(type);
+    binary.push_back(type == SQL_BINARY || type == SQL_VARBINARY || type == SQL_LONGVARBINARY);
     columns.push_back(std::move(column));
   }
   if (!take_columns(columns)) return;
@@ -130,7 +153,7 @@ void OdbcSource::Read(std::string_view table,
     Cells cells;
     cells.reserve(columns.size());
     for (SQLUSMALLINT i = 1; i <= static_cast<SQLUSMALLINT>(count); ++i) {
-      cells.push_back(Cell(statement, i));
+      cells.push_back(pictures && binary[i - 1U] ? Bytes(statement, i) : Cell(statement, i));
     }
     if (!take_row(cells)) return;
   }

@@ -30,13 +30,15 @@ class OdbcSource {
   using Cells = std::vector<std::optional<std::string>>;
   // The rows of a table one after the other, columns first, until one of the two says no. A date is
   // "yyyy-mm-dd hh:mm:ss". Throws SqlError.
+  // The bytes of pictures and the like come with `pictures`, else nothing of them.
   void Read(std::string_view table, const std::function<bool(const std::vector<Column>&)>& columns,
-            const std::function<bool(const Cells&)>& row);
+            const std::function<bool(const Cells&)>& row, bool pictures = false);
 
  private:
   sql::OdbcHandle Run(std::string_view sql);
   void Check(SQLRETURN result, const sql::OdbcHandle& handle) const;
   std::optional<std::string> Cell(const sql::OdbcHandle& statement, SQLUSMALLINT position);
+  std::optional<std::string> Bytes(const sql::OdbcHandle& statement, SQLUSMALLINT position);
 
   sql::OdbcHandle environment_;
   sql::OdbcHandle link_;
