@@ -323,7 +323,9 @@ void NameNewestPatch(Connection& main) {
 }
 
 // The reader program installs itself into one of two places; the second wins when both are there.
+// Where the settings of the PC name another folder, that one counts.
 void FindMyKadReader(Session& session) {
+  if (!session.MyKadReaderFolder.empty()) return;
   for (const char* folder :
        {"C:\\Program Files (x86)\\Secure Metric\\", "C:\\Program Files\\Secure Metric\\"}) {
     std::error_code unreadable;  // counts as not there

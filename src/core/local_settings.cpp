@@ -90,6 +90,8 @@ class Parser {
         {"BackupFolder", &LocalSettings::BackupFolder},
         {"DataFolder", &LocalSettings::DataFolder},
         {"Now", &LocalSettings::Now},
+        {"MyKadReader", &LocalSettings::MyKadReader},
+        {"Camera", &LocalSettings::Camera},
     };
     for (const auto& [name, field] : fields) {
       if (!SameText(key, name)) continue;

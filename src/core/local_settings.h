@@ -9,6 +9,8 @@
 //   Trace = /home/aminah/kaunter-trace.txt
 //   BackupFolder = /media/backup/kaunter
 //   DataFolder = /srv/kaunter
+//   MyKadReader = /opt/card-reader
+//   Camera = Integrated
 //
 //   [Office]
 //   file = /srv/kaunter/office.db
@@ -36,10 +38,12 @@ struct LocalSettings {
   std::string ConnLinkAcc;
   std::string ShortDate;  // the PC's short date when the machine's own setting is not to count; may
                           // be empty
-  std::string Trace;      // file that takes every statement; may be empty
   std::string BackupFolder;  // where backups of the office go; may be empty
   std::string DataFolder;    // of logs, pictures and the office's own files; may be empty
-  std::string Now;  // for practice: "yyyy-mm-dd hh:mm:ss" that the clock says; may be empty
+  std::string Now;          // for practice: "yyyy-mm-dd hh:mm:ss" that the clock says; may be empty
+  std::string MyKadReader;  // folder of the card reader's program, where it is in none of its own
+  std::string Camera;       // a part of the camera's name, or a picture in the place of one
+  std::string Trace;        // file that takes every statement; may be empty
   DataSources sources;
   std::set<std::string>
       creatable;  // lower-case names of embedded sources that may be made when missing

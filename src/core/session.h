@@ -63,8 +63,10 @@ class Session {
   std::string ConnLinkAcc;     // local setting: "1" lets this PC use the accounting link
   std::string PhotoPath;       // AppPath + "/Photo"
   std::string ProgramTitle = "Kaunter";
+  std::string Camera;             // local setting: a part of its name, or a picture in its place
   std::string MyKadPath;          // setting: folder of the reader for the older way of reading
-  std::string MyKadReaderFolder;  // where MyKadReader.exe was found at connect, "" when nowhere
+  std::string MyKadReaderFolder;  // local setting, or where MyKadReader.exe was found at connect;
+                                  // "" when nowhere
 
   // --- the person
   std::string CurrentUserID;  // "" when nobody is signed in

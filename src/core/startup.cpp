@@ -94,7 +94,11 @@ struct StandIn {
   std::string_view source;
   std::string_view tables;  // name of the script
 };
-constexpr StandIn kStandIns[] = {{"AEDMTS", "accounting"}, {"AMLA", "central"}, {"SMS", "sms"}};
+constexpr StandIn kStandIns[] = {{"AEDMTS", "accounting"},
+                                 {"AMLA", "central"},
+                                 {"MyKad64", "mykad"},
+                                 {"photo", "mykad"},
+                                 {"SMS", "sms"}};
 
 // Runs each *.sql of the folder, in the order of their names.
 void FillFrom(Connection& database, const std::string& folder) {
@@ -171,6 +175,8 @@ void ApplyLocalSettings(Session& session, const LocalSettings& local) {
   session.ConnDataSource = local.ConnDataSource;
   session.ConnDatabase = local.ConnDatabase.empty() ? local.ConnDataSource : local.ConnDatabase;
   session.ConnLinkAcc = local.ConnLinkAcc;
+  session.MyKadReaderFolder = local.MyKadReader;
+  session.Camera = local.Camera;
   session.data_sources = local.sources;
   session.MayCreateTables = local.creatable.contains(Lower(session.ConnDataSource));
 }

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "core/boxes.h"
+#include "core/card_boxes.h"
 #include "core/identity.h"
 #include "core/log.h"
 #include "core/menu_list.h"
@@ -89,6 +90,7 @@ UserFrm::UserFrm(Session& session, Desk& desk, std::vector<MenuEntry> menu)
     if (MayLeaveRecord(Typed())) LoadUser(id);
   });
   UserNIC.onLeave = [this] { LeaveNewIc(); };
+  cmdCardReader.onClick = [this] { ReadCard(); };
   UserDOB.onLeave = [this] {
     if (!UserDOB.empty() && !IsDate(UserDOB.text())) Refuse(UserDOB, kInvalidDate);
   };
@@ -177,6 +179,21 @@ void UserFrm::LeaveNewIc() {
   } else {
     Refuse(UserNIC, {"Invalid New IC, Please check", "新身份证不正确，请检查"});
   }
+}
+
+void UserFrm::ReadCard() {
+  ReadCardInto(session(), {.name = UserName,
+                           .new_ic = UserNIC,
+                           .birth = &UserDOB,
+                           .others = {{CardField::old_ic, &UserOIC},
+                                      {CardField::gender, &UserGender},
+                                      {CardField::add1, &UserAdd1},
+                                      {CardField::add2, &UserAdd2},
+                                      {CardField::add3, &UserAdd3},
+                                      {CardField::postcode, &UserPostCode},
+                                      {CardField::city, &UserCity},
+                                      {CardField::state, &UserState}},
+                           .race = &UserRace});
 }
 
 void UserFrm::LeaveTime(TextBox& box, const Caption& invalid) {

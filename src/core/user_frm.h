@@ -47,6 +47,8 @@ class UserFrm : public SessionScreen {
   Frame PersonPage{*this, "PersonPage", {"Person", "个人资料"}, &Pages};
   TextBox UserNIC{*this, "UserNIC", {"New IC", "新身份证"}, Kind::text, &PersonPage};
   TextBox UserOIC{*this, "UserOIC", {"Old IC", "旧身份证"}, Kind::text, &PersonPage};
+  Button cmdCardReader{
+      *this, "cmdCardReader", {"Read MyKad", "读取身份证"}, ButtonRole::plain, &PersonPage};
   TextBox UserDOB{*this, "UserDOB", {"Date of Birth", "出生日期"}, Kind::date, &PersonPage};
   ComboBox UserGender{*this, "UserGender", {"Gender", "性别"}, {"MALE", "FEMALE"}, &PersonPage};
   ComboBox UserRace{*this, "UserRace", {"Race", "种族"}, {}, &PersonPage};
@@ -77,6 +79,7 @@ class UserFrm : public SessionScreen {
   bool Typed() const;
   void LeaveUserID();
   void LeaveNewIc();
+  void ReadCard();
   void LeaveTime(TextBox& box, const Caption& invalid);
   bool CheckTime(TextBox& box, const Caption& invalid);
   void LoadUser(const std::string& id);

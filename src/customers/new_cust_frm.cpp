@@ -137,6 +137,7 @@ void NewCustFrm::BindEvents() {
   for (TextBox* box : {&CustName, &CustAdd1, &CustCompPos}) {
     box->onLeave = [this, box] { TidyBox(*box); };
   }
+  BindCardReader();
   JobType.onPick = [this] {
     // The yearly return counts persons by their employer: a blank one takes the kind of job.
     if (AreaCode.text() == "PERSONAL" && Employer.empty()) Employer.SetText(JobType.text());
@@ -189,6 +190,9 @@ void NewCustFrm::Load() {
   delete_mode_ = session().CallerTag == "Delete Customer";
   if (delete_mode_) SaveCmd.SetCaption({"&Delete", "删除(&D)"});
   CmdDelete.SetVisible(!delete_mode_);
+  for (Button* button : {&cmdCardReader, &cmdSpouseCardReader, &cmdRefererCardReader}) {
+    button->SetEnabled(!delete_mode_);
+  }
   CmdNew.SetVisible(!session().LinkDBString.empty());
   ECust.SetVisible(session().settings.EInv && desk().CanShow("ECustMast"));
   OfferShortcut(session(), CmdNewLoan, "NewLoanFrm", "New Loan");
@@ -207,6 +211,7 @@ bool NewCustFrm::RequestClose() { return MayDiscard(Changed()); }
 
 void NewCustFrm::ClearAll() {
   record_.Clear();
+  card_photo_.Drop();
   loaded_id_.clear();
   loaded_values_.clear();
   edit_approved_ = delete_approved_ = false;

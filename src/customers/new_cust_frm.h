@@ -5,8 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "core/card_values.h"
 #include "core/record.h"
 #include "core/session_screen.h"
+#include "core/waiting_picture.h"
 #include "customers/photo_server.h"
 
 namespace kaunter {
@@ -35,6 +37,7 @@ class NewCustFrm : public SessionScreen {
   TextBox CustNIC{*this, "CustNIC", {"New IC", "新身份证"}};
   TextBox CustOIC{*this, "CustOIC", {"Old IC", "旧身份证"}};
   TextBox CustOthIC{*this, "CustOthIC", {"Other IC", "其他证件"}};
+  Button cmdCardReader{*this, "cmdCardReader", {"Read MyKad", "读取身份证"}};
   TextBox DOB{*this, "DOB", {"Date of Birth", "出生日期"}, Kind::date};
   ComboBox CustGender{*this, "CustGender", {"Gender", "性别"}, {"MALE", "FEMALE"}};
   ComboBox CustRace{*this, "CustRace", {"Race", "种族"}};
@@ -117,6 +120,7 @@ class NewCustFrm : public SessionScreen {
   TextBox CustSpouseName{*this, "CustSpouseName", {"Name", "姓名"}};
   TextBox CustSpouseNIC{*this, "CustSpouseNIC", {"New IC", "新身份证"}};
   TextBox CustSpouseOIC{*this, "CustSpouseOIC", {"Old IC", "旧身份证"}};
+  Button cmdSpouseCardReader{*this, "cmdSpouseCardReader", {"Read MyKad", "读取身份证"}};
   TextBox CustSpouseDOB{*this, "CustSpouseDOB", {"Date of Birth", "出生日期"}, Kind::date};
   ComboBox CustSpouseGender{*this, "CustSpouseGender", {"Gender", "性别"}, {"MALE", "FEMALE"}};
   ComboBox CustSpouseRace{*this, "CustSpouseRace", {"Race", "种族"}};
@@ -157,6 +161,7 @@ class NewCustFrm : public SessionScreen {
   TextBox RefererRelationship{*this, "RefererRelationship", {"Relationship", "关系"}};
   TextBox RefererNIC{*this, "RefererNIC", {"New IC", "新身份证"}};
   TextBox RefererOIC{*this, "RefererOIC", {"Old IC", "旧身份证"}};
+  Button cmdRefererCardReader{*this, "cmdRefererCardReader", {"Read MyKad", "读取身份证"}};
   TextBox RefererHP1{*this, "RefererHP1", {"Mobile", "手机"}};
   TextBox Refereremail{*this, "Refereremail", {"E-mail", "电邮"}};
   TextBox RefererComp{*this, "RefererComp", {"Company", "公司名称"}};
@@ -184,6 +189,7 @@ class NewCustFrm : public SessionScreen {
   TextBox Pic4{*this, "Pic4", {"Picture 4", "照片 4"}};
   TextBox Pic5{*this, "Pic5", {"Picture 5", "照片 5"}};
   TextBox Pic6{*this, "Pic6", {"MyKad Picture", "身份证照片"}};
+  Button CmdWebCam{*this, "CmdWebCam", {"Ca&mera", "拍照(&M)"}};
   TabPage CheckListPage{*this, "CheckListPage", {"Check List", "查核表"}, Pages};
   Grid CheckListDG;
   TabPage LoanPage{*this, "LoanPage", {"Loans", "贷款"}, Pages};
@@ -242,6 +248,13 @@ class NewCustFrm : public SessionScreen {
   Caption DeleteRequest() const;
   void Delete();
 
+  // new_cust_card.cpp: the reader of identity cards
+  void BindCardReader();
+  void ReadCustomerCard();
+  void OfferCardPaper(const CardValues& card);
+  void KeepCardPhoto(const std::string& id);
+  void TakePhoto();
+
   // new_cust_events.cpp: what happens when a box is left
   void LeaveNewIc(TextBox& ic, TextBox& birth);
   void CheckDuplicate(TextBox& box, const std::string& column, const Caption& kind);
@@ -273,6 +286,8 @@ class NewCustFrm : public SessionScreen {
   void ShowGlance();
   void ShowPhoto(const std::string& id);
   void ChoosePhoto(TextBox& box, int number);
+  bool MayKeepPhoto(TextBox& box);
+  void KeepPhoto(TextBox& box, int number, const std::string& file);
   void Import();
   void LoadApplications(const std::string& id);
   bool CheckApplication();
@@ -285,6 +300,7 @@ class NewCustFrm : public SessionScreen {
   std::vector<Value> loaded_values_;  // for the audit: name, the three identity numbers, date
   std::string remembered_lists_;
   ShownPhotos shown_photos_;
+  WaitingPicture card_photo_{"cust", ".jpg"};  // of the card, until the record is saved
   bool delete_approved_ = false;  // a manager has opened the delete of the record shown
   bool list_away_ = false;        // the watch list did not answer for the record shown
   bool edit_approved_ = false;    // a manager has approved edits of the record shown

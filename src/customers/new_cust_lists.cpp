@@ -268,14 +268,19 @@ void NewCustFrm::ShowCredit(const std::string& id) {
   }
 }
 
+bool NewCustFrm::MayKeepPhoto(TextBox& box) {
+  return !loaded_id_.empty() ||
+         Refuse(box, {"Please save Customer Profile first before upload photo",
+                      "上载照片前请先储存顾客资料"});
+}
+
 void NewCustFrm::ChoosePhoto(TextBox& box, int number) {
-  if (loaded_id_.empty()) {
-    Refuse(box, {"Please save Customer Profile first before upload photo",
-                 "上载照片前请先储存顾客资料"});
-    return;
-  }
+  if (!MayKeepPhoto(box)) return;
   const std::string file = ChoosePicture(session(), box);
-  if (file.empty()) return;
+  if (!file.empty()) KeepPhoto(box, number, file);
+}
+
+void NewCustFrm::KeepPhoto(TextBox& box, int number, const std::string& file) {
   const std::string name = KeepFile(session(), loaded_id_, file, fmt::format("pic{}", number));
   ExecuteOnRow(main(),
                fmt::format("UPDATE CustMast SET Pic{}={} WHERE CustID={}", number, QuoteStr(name),

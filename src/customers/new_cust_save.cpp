@@ -95,6 +95,7 @@ void NewCustFrm::Write() {
              loaded_values_);
   WriteLog(session(), LogLine(session(), fmt::format(" - Customer ID {}", id)));
   if (is_new) SendToAccounts(id);
+  KeepCardPhoto(id);
   const bool approved = edit_approved_;
   LoadCustomer(id);
   edit_approved_ = approved;

@@ -11,6 +11,7 @@
 #include <QTimer>
 #include <QUrl>
 
+#include "desktop/camera.h"
 #include "desktop/message_box.h"
 #include "desktop/print_report.h"
 #include "desktop/progress_dialog.h"
@@ -155,6 +156,8 @@ void DesktopDesk::WriteWorkbook(const ReportRows& rows, const std::string& path)
 }
 
 void DesktopDesk::Copy(std::string_view text) { QApplication::clipboard()->setText(Q(text)); }
+
+std::shared_ptr<Camera> DesktopDesk::OpenCamera(std::string_view name) { return StartCamera(name); }
 
 void DesktopDesk::Open(std::string_view target) {
   const QString text = Q(target);

@@ -39,6 +39,7 @@ class DesktopDesk : public Desk, public WorkbookDesk, public ClipboardDesk {
   void Print(const ReportJob& job) override;
   void WriteWorkbook(const ReportRows& rows, const std::string& path) override;
   void Copy(std::string_view text) override;
+  std::shared_ptr<Camera> OpenCamera(std::string_view name) override;
   void Open(std::string_view target) override;
   bool Start(std::string_view program, const std::vector<std::string>& arguments) override;
 

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "desktop/camera.h"
 #include "desktop/text.h"
 #include "desktop/theme.h"
 
@@ -120,7 +121,11 @@ void LabelView::Show() {
 }
 
 void PictureWidget::SetPath(const QString& path) {
-  picture_ = path.isEmpty() ? QPixmap() : QPixmap(path);
+  SetPicture(path.isEmpty() ? QPixmap() : QPixmap(path));
+}
+
+void PictureWidget::SetPicture(const QPixmap& picture) {
+  picture_ = picture;
   update();
 }
 
@@ -142,7 +147,12 @@ void PictureWidget::paintEvent(QPaintEvent*) {
 PictureView::PictureView(ScreenFace& face, Picture& picture)
     : ControlView(face, picture), picture_(picture), view_(new PictureWidget(face.host())) {}
 
-void PictureView::Show() { view_->SetPath(Q(picture_.Text())); }
+void PictureView::Show() {
+  auto* camera = dynamic_cast<LiveCamera*>(picture_.camera());
+  if (camera == nullptr) return view_->SetPath(Q(picture_.Text()));
+  QObject::connect(camera, &LiveCamera::Seen, view_, &PictureWidget::SetPicture,
+                   Qt::UniqueConnection);
+}
 
 void BarWidget::Set(const std::vector<Bar::Part>& parts, const QString& text, bool chinese) {
   parts_ = parts;

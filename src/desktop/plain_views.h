@@ -27,6 +27,7 @@ class PictureWidget : public QWidget {
  public:
   using QWidget::QWidget;
   void SetPath(const QString& path);
+  void SetPicture(const QPixmap& picture);
   QSize sizeHint() const override { return {200, 200}; }
   QSize minimumSizeHint() const override { return {120, 100}; }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/record.h"
+#include "core/waiting_picture.h"
 #include "screen/control.h"
 
 namespace kaunter {
@@ -62,8 +63,11 @@ struct GuarantorBoxes {
       screen, "GuarantorCompTel1" + suffix, {"Tel", "电话"}, Kind::text, frame};
   TextBox GuarantorCompFax1{
       screen, "GuarantorCompFax1" + suffix, {"Fax", "传真"}, Kind::text, frame};
-  TextBox Pic;    // Pic1, Pic2: file name of the photo
-  Picture Photo;  // GuarantorPhoto(0), (1)
+  TextBox Pic;                                     // Pic1, Pic2: file name of the photo
+  Picture Photo;                                   // GuarantorPhoto(0), (1)
+  WaitingPicture card_photo{"guarantor", ".jpg"};  // of the card, until the loan is saved
+  Button cmdCardReader{
+      screen, "cmdCardReader" + suffix, {"Read MyKad", "读取身份证"}, ButtonRole::plain, frame};
   Button CmdGetGuarantor{screen,
                          "CmdGetGuarantor" + suffix,
                          {"Get Guarantor &Info", "取担保人资料(&I)"},

@@ -282,6 +282,7 @@ void NewLoanFrm::ClearLoanScreen() {
   loaded_id_.clear();
   taken_application_.clear();
   for (std::string& path : pending_photos_) path.clear();
+  for (GuarantorBoxes& boxes : guarantors) boxes.card_photo.Drop();
   CompCode.SetText(session().CurrentCompCode);
   ShowPhotos();
   ShowGlance();
@@ -331,7 +332,10 @@ void NewLoanFrm::ShowMode() {
   OfferShortcut(session(), CmdSettle, "Settlementfrm", "", may_edit && loaded);
   OfferShortcut(session(), CmdPrint, "frmPrinting", "loan", loaded);
   SSCommand3.SetEnabled(is_new);  // an application is marked by the loan that it becomes
-  for (GuarantorBoxes& boxes : guarantors) boxes.CmdGetGuarantor.SetEnabled(!IsInquiry());
+  for (GuarantorBoxes& boxes : guarantors) {
+    boxes.CmdGetGuarantor.SetEnabled(!IsInquiry());
+    boxes.cmdCardReader.SetEnabled(!IsInquiry());
+  }
   vsd.SetLocked(!may_edit);
   if (!IsInquiry()) return;
   for (Control* control : controls()) {

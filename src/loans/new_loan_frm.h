@@ -278,6 +278,7 @@ class NewLoanFrm : public LoanScreen {
   void ShowCredit(Money limit, const std::string& limit_type);
   void LoadSecondApplicant();
   void TakeGuarantor(GuarantorBoxes& boxes);
+  void ReadCard(GuarantorBoxes& boxes);
   void ChoosePhoto(GuarantorBoxes& boxes);
   void ShowPhotos();
   void TakeApplication();

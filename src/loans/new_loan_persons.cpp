@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "core/amounts.h"
+#include "core/card_boxes.h"
 #include "core/company_access.h"
 #include "core/identity.h"
 #include "core/picker.h"
@@ -45,6 +46,7 @@ void NewLoanFrm::BindPersonEvents() {
     boxes.GuarantorNIC.onLeave = [&boxes] {
       boxes.GuarantorNIC.SetText(MaskNewIc(Trim(boxes.GuarantorNIC.text())));
     };
+    boxes.cmdCardReader.onClick = [this, &boxes] { ReadCard(boxes); };
     boxes.CmdGetGuarantor.onClick = [this, &boxes] { TakeGuarantor(boxes); };
     boxes.Pic.picker = "file";
     boxes.Pic.onLeave = [this, &boxes] {
@@ -181,6 +183,26 @@ void NewLoanFrm::TakeGuarantor(GuarantorBoxes& boxes) {
     return;
   }
   Tell(MessageKind::information, {"No info found", "没有资料"});
+}
+
+void NewLoanFrm::ReadCard(GuarantorBoxes& boxes) {
+  WaitingPicture photo("cust", ".jpg");
+  const auto filled =
+      ReadCardInto(session(), {.name = boxes.GuarantorName,
+                               .new_ic = boxes.GuarantorNIC,
+                               .others = {{CardField::old_ic, &boxes.GuarantorOIC},
+                                          {CardField::gender, &boxes.GuarantorGender}},
+                               .race = &boxes.GuarantorRace,
+                               .photo_file = photo.Reserve(session())});
+  if (!filled) return;
+  const bool waited = !boxes.card_photo.path().empty();
+  boxes.card_photo.Take(photo);
+  const std::string& path = boxes.card_photo.path();
+  if (!path.empty() || waited || filled->another) {
+    pending_photos_[boxes.index] = path;
+    boxes.Pic.SetText(path.empty() ? "" : fmt::format("guarantor{}.jpg", boxes.index));
+  }
+  ShowPhotos();
 }
 
 // The file is kept when the loan is saved.

@@ -166,6 +166,7 @@ void NewLoanFrm::KeepGuarantorPhotos() {
             fmt::format("{}\n贷款已储存，但没有照片。请重新选择。", failure.what())});
     }
     chosen.clear();
+    boxes.card_photo.Drop();
   }
 }
 

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "screen/camera.h"
 #include "screen/screen.h"
 #include "screen/text.h"
 
@@ -286,6 +287,12 @@ Picture::Picture(Screen& screen, std::string name, Caption caption, Control* par
 void Picture::SetPath(std::string path) {
   // Drawn anew for the same path too: the file behind it may be another one.
   path_ = std::move(path);
+  Changed();
+}
+
+void Picture::Watch(std::shared_ptr<Camera> camera) {
+  camera_ = std::move(camera);
+  SetPath(camera_ ? camera_->Still() : std::string());
   Changed();
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,7 @@
 
 namespace kaunter {
 
+class Camera;
 class Screen;
 class Control;
 
@@ -270,9 +272,13 @@ class Picture : public Control {
   Picture(Screen& screen, std::string name, Caption caption = {}, Control* parent = nullptr);
   std::string Text() const override { return path_; }
   void SetPath(std::string path);
+  // Shows what a camera sees, until there is none.
+  void Watch(std::shared_ptr<Camera> camera);
+  Camera* camera() const { return camera_.get(); }
 
  private:
   std::string path_;
+  std::shared_ptr<Camera> camera_;
 };
 
 // A drawn bar of parts side by side (paid, due, open; credit used and left).

@@ -11,6 +11,7 @@
 
 namespace kaunter {
 
+class Camera;
 class Screen;
 struct ReportJob;
 
@@ -59,6 +60,9 @@ class Desk {
 
   // Starts a report: preview on the desktop, PDF under --out in kaunter-play.
   virtual void Print(const ReportJob& job) = 0;
+  // Starts the camera whose name has this part, any where the part is empty; null where there is
+  // none, or the face cannot have one.
+  virtual std::shared_ptr<Camera> OpenCamera(std::string_view) { return nullptr; }
   // Hands a document or address to the operating system.
   virtual void Open(std::string_view target) = 0;
   // Starts a program and returns at once; false when it could not be started.

@@ -55,5 +55,6 @@ Layout LinkResendfrmLayout();
 Layout SMSfrmLayout();
 Layout SMSTemplatefrmLayout();
 Layout WatchListFrmLayout();
+Layout WebCamLayout();
 
 }  // namespace kaunter

@@ -9,7 +9,7 @@ Layout NewCustFrmLayout() {
       {Down({Group({"Identity", "身份"}, 1,
                    {"CustID", "CompCode", "TrxDate", "AreaCode", "CustStatus", "CustName",
                     "CustNickName", "CustNIC", "CustOIC", "CustOthIC"}),
-             ButtonsHere({"CmdSTR"})}),
+             ButtonsHere({"cmdCardReader", "CmdSTR"})}),
        Group({"Person", "个人"}, 1,
              {"DOB", "CustGender", "CustRace", "MaritalStatus", Line({"WargaNegara", "CustChild"}),
               "MotherName", "PreLanguage", "Academic", "CompNo", "OldCode", "CompCatCode"}),
@@ -31,9 +31,10 @@ Layout NewCustFrmLayout() {
   const LayoutNode home = Down(
       {Fields(2, {"HouseStatus", "HouseLiving", "CustVehicleNo", "CustVehicleModel", "Remark"})});
   const LayoutNode spouse = Across(
-      {Group({"Spouse", "配偶"}, 1,
-             {"CustSpouseName", "CustSpouseNIC", "CustSpouseOIC", "CustSpouseDOB",
-              "CustSpouseGender", "CustSpouseRace", "CustSpouseHP1", "CustSpouseemail"}),
+      {Down({Group({"Spouse", "配偶"}, 1,
+                   {"CustSpouseName", "CustSpouseNIC", "CustSpouseOIC", "CustSpouseDOB",
+                    "CustSpouseGender", "CustSpouseRace", "CustSpouseHP1", "CustSpouseemail"}),
+             ButtonsHere({"cmdSpouseCardReader"})}),
        Group({"Work", "工作"}, 1,
              {"CustSpouseComp", "CustSpouseCompBiz", "CustSpouseCompPos", "CustSpouseCompIncome",
               "CustSpouseCompTel1", "CustSpouseCompFax1"}),
@@ -54,7 +55,7 @@ Layout NewCustFrmLayout() {
                                "RefererCompIncome"}),
                     Fields(1, {Stacked({"RefererCompAdd1", "RefererCompAdd2", "RefererCompAdd3"}),
                                "RefererCompTel1", "RefererCompFax1"})}),
-            ButtonsHere({"AddEditCmd", "RemoveRefCmd"}), Fill("RefLV")});
+            ButtonsHere({"AddEditCmd", "RemoveRefCmd", "cmdRefererCardReader"}), Fill("RefLV")});
   const LayoutNode papers = Down(
       {Across({Fields(1, {"DocDesc"}), ButtonsHere({"AddDocCmd", "RemoveDocCmd", "OpenDocCmd"})}),
        Fill("DocDG")});
@@ -70,7 +71,9 @@ Layout NewCustFrmLayout() {
                  {Page("CustomerPage", customer), Page("LoanPage", loans), Page("WorkPage", work),
                   Page("ContactPage", home), Page("SpousePage", spouse), Page("BankPage", bank),
                   Page("RefererPage", referrers), Page("DocumentPage", papers),
-                  Page("PhotoPage", Fields(2, {"Pic1", "Pic2", "Pic3", "Pic4", "Pic5", "Pic6"})),
+                  Page("PhotoPage",
+                       Down({Fields(2, {"Pic1", "Pic2", "Pic3", "Pic4", "Pic5", "Pic6"}),
+                             ButtonsHere({"CmdWebCam"})})),
                   Page("CheckListPage", Fill("CheckListDG"))})}),
       {"CmdPrev", "CmdNext", "CmdNew", "CmdClear", "CmdNewLoan", "CmdLoan", "CmdPay", "CmdBuyGold",
        "ECust", "CmdDelete", "CmdAllowDelete", "SaveCmd", "CancelCmd"}};

@@ -50,7 +50,7 @@ LayoutNode Guarantor(const std::string& suffix, const std::string& pic) {
                     of("HP1"),
                     of("MN"),
                     pic,
-                    "CmdGetGuarantor" + suffix,
+                    Line({"CmdGetGuarantor" + suffix, "cmdCardReader" + suffix}),
                     of("Comp"),
                     of("CompBiz"),
                     of("CompPos"),

@@ -12,8 +12,9 @@ Layout UserFrmLayout() {
                                    "AllowDisc", "AllowCreditLimit", "FollowUpFlag", "Special"}))},
       {3, 2});
   const LayoutNode person =
-      Across({Group({"Person", "个人"}, 1,
-                    {"UserNIC", "UserOIC", "UserDOB", "UserGender", "UserRace", "Pic1"}),
+      Across({Down({Group({"Person", "个人"}, 1,
+                          {"UserNIC", "UserOIC", "UserDOB", "UserGender", "UserRace", "Pic1"}),
+                    ButtonsHere({"cmdCardReader"})}),
               Group({"Contact", "联络"}, 1,
                     {Stacked({"UserAdd1", "UserAdd2", "UserAdd3"}),
                      Line({"UserPostCode", "UserCity"}), "UserState", "UserHP1", "UserHP2"})});
