@@ -310,7 +310,10 @@ std::string NewestPatchOf(Connection& main) {
 
 // Behind all patches: until they are all there, the office is one of the older program too.
 void NameNewestPatch(Connection& main) {
-  const std::string_view newest = Steps().back().name;
+  // A setting behind it is none: whoever does not know that one does no harm.
+  const auto last =
+      std::find_if(Steps().rbegin(), Steps().rend(), [](const Step& step) { return step.guard; });
+  const std::string_view newest = last->name;
   if (NewestPatchOf(main) == newest) return;
   WriteAgainUntilDone([&] {
     Transaction transaction(main);
