@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <fstream>
+#include <memory>
 
 #include "app/catalogue.h"
 #include "app/menu_table.h"
@@ -18,6 +19,8 @@
 #include "core/trace.h"
 #include "core/values.h"
 #include "platform/regional.h"
+#include "platform/sql/waiting.h"
+#include "screen/wait_bar.h"
 
 namespace kaunter {
 namespace {
@@ -33,12 +36,24 @@ DateTime ParseNow(const std::string& text) {
   return *now;
 }
 
+EndOfWait ServerAwayBar(const Session& session, Desk& desk) {
+  const auto bar = std::make_shared<WaitBar>(
+      desk, session.In({"The server does not answer", "服务器没有回应"}),
+      session.In({"Looking for it, or for the one that stands in for it. What was saved is safe, "
+                  "and what is being saved goes on by itself.",
+                  "正在寻找服务器或其备用服务器。已储存的内容是安全的，正在储存的会自动继续。"}),
+      session.In(kStop));
+  return [bar](std::chrono::milliseconds since, std::chrono::milliseconds longest) {
+    return bar->StopAsked(static_cast<int>(since.count()), static_cast<int>(longest.count()));
+  };
+}
+
 }  // namespace
 
 Application::Application(ApplicationOptions options, Desk& desk)
     : options_(std::move(options)), desk_(desk), session_(std::make_unique<Session>()) {}
 
-Application::~Application() = default;
+Application::~Application() { SetWhileServerIsAway({}); }
 
 bool Application::FirstStart() {
   if (!options_.database.empty() || !options_.settings.empty() || !IsFirstStart()) return true;
@@ -77,6 +92,7 @@ int Application::Start() {
                                               connection)));
     });
     Connect(session, desk_);
+    SetWhileServerIsAway([this] { return ServerAwayBar(*session_, desk_); });
     EnsureMenuList(session.AppPath, MenuTable());
     ReadMenuList(session.AppPath);  // a file that cannot be read ends the start here, with its line
     main_ = std::make_unique<MainFrm>(session, desk_, MenuTable(),

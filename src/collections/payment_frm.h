@@ -239,6 +239,7 @@ class PaymentFrm : public SessionScreen {
   Payment Collected() const;
   void Save();
   void SavePayment();
+  void StorePayment(Payment& payment);
   bool WritePayment(Payment& payment);
   // These throw when another desktop has taken away what the write stands on.
   void RefuseStaleLoan(const Payment& payment);

@@ -128,19 +128,31 @@ void PaymentFrm::SavePayment() {
   FocusOn(CmdPrint);  // the receipt is what comes next
 }
 
+void PaymentFrm::StorePayment(Payment& payment) {
+  Transaction transaction(main());
+  RefuseStaleLoan(payment);
+  RefuseTakenCheque(payment);
+  if (IsNew()) {
+    CreatePayment(session(), payment);
+  } else {
+    RefuseStalePayment();
+    UpdatePayment(session(), payment, AuditValues(snapshot_));
+  }
+  transaction.Commit();
+}
+
 bool PaymentFrm::WritePayment(Payment& payment) {
+  const Payment typed = payment;
   try {
     const Hourglass busy(desk());
-    Transaction transaction(main());
-    RefuseStaleLoan(payment);
-    RefuseTakenCheque(payment);
-    if (IsNew()) {
-      CreatePayment(session(), payment);
-    } else {
-      RefuseStalePayment();
-      UpdatePayment(session(), payment, AuditValues(snapshot_));
+    try {
+      StorePayment(payment);
+    } catch (const ServerLost& lost) {
+      // Others were first on the server that leads now. Nothing of it is stored: measured anew.
+      if (lost.stored() != ServerLost::Stored::nothing) throw;
+      payment = typed;
+      StorePayment(payment);
     }
-    transaction.Commit();
     return true;
   } catch (const ReceiptConflict& conflict) {
     const std::string number = conflict.what();
@@ -202,7 +214,9 @@ void PaymentFrm::RefuseTakenCheque(const Payment& payment) {
 void PaymentFrm::WaiveLateCharges() {
   if (PendingChargeUpdate.empty()) return;
   try {
+    Transaction transaction(main());
     main().Execute(PendingChargeUpdate);
+    transaction.Commit();
   } catch (const std::exception& failure) {
     // The payment stands, and its loan must still be rebuilt.
     LogRollback(session(), PaymentMode, failure);

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -24,6 +25,9 @@
 
 namespace kaunter {
 namespace {
+
+// Until a standby has taken over, or a server that was started again is ready, twice over.
+constexpr std::chrono::seconds kStandbyTakesOver{90};
 
 struct Start {
   Session& session;
@@ -281,6 +285,7 @@ const std::vector<Step>& Steps() {
       PatchOnce(patches::kWatchListCopy),
       PatchOnce(patches::kLongQR),
       PatchWith(patches::kBaseIndexes, PatchBaseIndexes),
+      PatchOnce(patches::kSaveMark),
   };
   return steps;
 }
@@ -351,6 +356,7 @@ void RunConnectSequence(Session& session, Desk& desk,
   }
   NameNewestPatch(session.Main());
   FindMyKadReader(session);
+  session.Main().OutliveServer(kStandbyTakesOver);
 }
 
 std::optional<Caption> TooOldFor(Connection& main) {

@@ -17,6 +17,7 @@
 #include "core/startup.h"
 #include "core/user_login.h"
 #include "core/values.h"
+#include "platform/sql/standby.h"
 #include "screen/report_job.h"
 
 namespace kaunter {
@@ -396,6 +397,13 @@ void MainFrm::OpenListedLoan(const std::string& loan_id) {
 }
 
 void MainFrm::RefreshMainLists() {
+  StandbyLBL.SetCaption(
+      StandbyIsMissing(session().Main())
+          ? Caption{"One of the two servers is away: what is saved now stands on one machine "
+                    "alone. "
+                    "Tell who looks after them.",
+                    "两台服务器中有一台不在：现在储存的内容只在一台机器上。请通知管理员。"}
+          : Caption{});
   const std::string company = AndCompany(session(), "l.CompCode");
   const std::string today = SqlDate(ServerNow(session().Main(), false));
   FillGrid(

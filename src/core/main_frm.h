@@ -33,6 +33,8 @@ class MainFrm : public SessionScreen {
   Button EmptyKeyCmd{*this, "EmptyKeyCmd", {"Shut it", "关闭它"}};
   // Where the program was started for another day than the real one.
   Label ClockLBL{*this, "ClockLBL"};
+  // Where one of two servers is away.
+  Label StandbyLBL{*this, "StandbyLBL"};
 
   MainMenu& menu() { return menu_; }
   HomeFigures& home() { return home_; }

@@ -310,6 +310,12 @@ const Patch kLongQR = {"LongLHDNQR",
 
 // An office keeps the indexes that it began with; those that came since are made here.
 const Patch kBaseIndexes = {"BaseIndexes", BaseIndexes()};
+// By which a save whose answer was lost with the server is found again: a row for each desktop.
+const Patch kSaveMark = {
+    "SaveMark",
+    {"CREATE TABLE SaveMark (Mark nvarchar(50) NOT NULL, SavedAt datetime NOT NULL, CONSTRAINT "
+     "PK_SaveMark PRIMARY KEY (Mark))",
+     "INSERT INTO Systemast (Param,Value) VALUES ('SaveMark','1')"}};
 
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "

@@ -48,6 +48,7 @@ extern const Patch kLongQR;
 extern const Patch kBaseIndexes;
 
 // Made when the table is missing, without a key.
+extern const Patch kSaveMark;
 extern const std::string_view kHolidayMast;
 // Runs at every start, without any guard: loans made by other programs have no first due date yet.
 extern const std::string_view kFillOrgDueDate;

@@ -18,6 +18,35 @@ constexpr int kOfTheOffice[] = {1105, 945, 823, 824, 3906, kLineCut};
 const Caption kLookFirst{"Look what is there before you do it again.",
                          "请先查看已储存的内容，再决定是否重做。"};
 
+// The next save of this PC asks the server first (Connection::OutliveServer).
+const Caption kNotKnown{
+    "Whether it is stored cannot be known before the server answers again. Do not enter it on "
+    "another PC. Leave the screen as it is and save again later: that asks the server first, and "
+    "nothing is stored twice.",
+    "在服务器恢复之前，无法知道是否已储存。请勿在另一台电脑上输入。请保留此画面，稍后再储存：程序会"
+    "先向服务器查询，不会重复储存。"};
+const Caption kEarlierStored{
+    "If that is what you are saving now, it stands: do not save it again, open it to see it. If "
+    "this is something else, save once more.",
+    "如果那就是您现在要储存的内容，它已经储存：请勿再储存，打开即可查看。如果这是另一项内容，请再"
+    "储存一次。"};
+
+// What is known of a save on a server that was lost; `otherwise` where that is all there is to
+// know.
+const Caption& Known(const SqlError& failure, const Caption& otherwise) {
+  const auto* lost = dynamic_cast<const ServerLost*>(&failure);
+  if (lost == nullptr) return &otherwise == &kNothingKept ? kLookFirst : otherwise;
+  switch (lost->stored()) {
+    case ServerLost::Stored::unknown:
+      return kNotKnown;
+    case ServerLost::Stored::earlier:
+      return kEarlierStored;
+    case ServerLost::Stored::nothing:
+      break;
+  }
+  return otherwise;
+}
+
 bool IsOfTheOffice(int number) {
   return std::find(std::begin(kOfTheOffice), std::end(kOfTheOffice), number) !=
          std::end(kOfTheOffice);
@@ -61,8 +90,7 @@ Caption Failed(const Caption& words, const std::exception& failure, const Captio
   const auto* error = dynamic_cast<const SqlError*>(&failure);
   const bool of_office = error != nullptr && IsOfTheOffice(error->number());
   if (!of_office && &kept != &kEarlierKept) return words;
-  // Where the connection was cut, its own words tell what became of what was sent last.
-  const bool cut = of_office && error->number() == kLineCut && &kept == &kNothingKept;
+  const Caption& known = of_office && error->number() == kLineCut ? Known(*error, kept) : kept;
   const auto told = [&](bool chinese) {
     std::string text = words.In(chinese);
     const auto line = [&text](std::string_view more) {
@@ -70,7 +98,7 @@ Caption Failed(const Caption& words, const std::exception& failure, const Captio
       text += more;
     };
     if (text.find(failure.what()) == std::string::npos) line(failure.what());
-    line((cut ? kLookFirst : kept).In(chinese));
+    line(known.In(chinese));
     return text;
   };
   return {told(false), told(true)};

@@ -68,7 +68,8 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                   "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
                   "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex",
                   "CompanyPictures", "CashBookOpening", "EInvSending", "PaymentReaderLine",
-                  "EInvCodes", "MoveIn", "WatchListCopy", "LongLHDNQR", "BaseIndexes"));
+                  "EInvCodes", "MoveIn", "WatchListCopy", "LongLHDNQR", "BaseIndexes",
+                  "SaveMark"));
   for (const char* key : {"Patch-Drawdown",
                           "AMLA",
                           "DataExportFlag",
@@ -94,7 +95,8 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                           "MoveIn",
                           "WatchListCopy",
                           "LongLHDNQR",
-                          "BaseIndexes"}) {
+                          "BaseIndexes",
+                          "SaveMark"}) {
     EXPECT_EQ(ReadSetting(office.session.Main(), key), "1") << key;
   }
   auto shape = office.Shape();

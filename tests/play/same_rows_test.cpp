@@ -114,6 +114,7 @@ class PostgresqlOffice : public ::testing::Test {
     EXPECT_EQ(tables, TablesOf(*server));
     EXPECT_GT(tables.size(), 60U);
     for (const std::string& table : tables) {
+      if (table == "SaveMark") continue;  // an engine that is never lost leaves no marks
       const auto here = RowsOf(*embedded, table);
       const auto there = RowsOf(*server, table);
       rows += here.size();

@@ -118,6 +118,7 @@ void Connection::BeginReading() {
 }
 
 void Connection::CommitTrans() {
+  if (InTransaction() && written_) BeforeCommit();
   Announce("COMMIT");
   if (!InTransaction()) {
     throw SqlError(3902, "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");

@@ -9,6 +9,7 @@
 // bears finding none.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -31,6 +32,23 @@ class SqlError : public std::runtime_error {
 
  private:
   int number_;
+};
+
+// The server was lost in a transaction (its number is 10054, as wherever a server is lost), and
+// what is known of it.
+class ServerLost : public SqlError {
+ public:
+  enum class Stored {
+    nothing,
+    unknown,  // it was being committed, and the server is not reached to ask
+    earlier,  // told at the next save of the same connection, which is not begun
+  };
+  ServerLost(Stored stored, int number, const std::string& description)
+      : SqlError(number, description), stored_(stored) {}
+  Stored stored() const { return stored_; }
+
+ private:
+  Stored stored_;
 };
 
 enum class FieldType { kText, kInteger, kDouble, kMoney, kDate };
@@ -90,6 +108,12 @@ class Connection {
   void CommitTrans();
   void RollbackTrans();
   virtual bool InTransaction() const = 0;
+  // From here on the loss of a server is borne as far as it can be, each time for as long as
+  // `patience`: the connection is opened again, what was only asked is asked again, a transaction
+  // is taken up where it stood, and a commit whose answer was lost is looked up: it leaves a mark
+  // in the table SaveMark. What cannot be borne is told: ServerLost. An engine in this process is
+  // never lost.
+  virtual void OutliveServer(std::chrono::milliseconds /*patience*/) {}
   // How often something that stays was written: commits of transactions that wrote, and statements
   // outside of one.
   std::uint64_t kept() const { return kept_; }
@@ -115,6 +139,8 @@ class Connection {
   virtual Recordset DoQueryOnly(std::string_view sql) = 0;
   virtual void DoBegin() = 0;
   virtual void DoBeginReading() = 0;
+  // Called inside a transaction that has written, before it is committed.
+  virtual void BeforeCommit() {}
   virtual void DoCommit() = 0;
   virtual void DoRollback() = 0;
 

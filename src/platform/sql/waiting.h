@@ -1,7 +1,8 @@
-// What a thread does while a statement of its own takes long: the desktop's goes on painting its
-// windows, and a person may end it.
+// What a thread does while a statement of its own takes long, or while a server is away: the
+// desktop's goes on painting its windows, and a person may end it.
 #pragma once
 
+#include <chrono>
 #include <functional>
 
 namespace kaunter {
@@ -27,9 +28,22 @@ class MayStop {
   std::function<bool()> before_;
 };
 
+// `begin` is called when a server that was lost is waited for, and what it gives then again and
+// again with the time since and the longest that it may take: true ends the wait. Like the act it
+// must not throw and sends no statement. Empty for nothing.
+using EndOfWait =
+    std::function<bool(std::chrono::milliseconds since, std::chrono::milliseconds longest)>;
+void SetWhileServerIsAway(std::function<EndOfWait()> begin);
+
+// Sleeps, acting meanwhile; false when a stop was asked for.
+bool SleepActing(std::chrono::milliseconds time);
+
 // The engine's side.
 void ActWhileWaiting() noexcept;
 bool StopAsked() noexcept;
+EndOfWait ServerIsAway();
+bool EndsWait(const EndOfWait& asked, std::chrono::milliseconds since,
+              std::chrono::milliseconds longest);
 bool WaitIsUsed() noexcept;  // there is an act, or somebody may ask for a stop
 
 }  // namespace kaunter

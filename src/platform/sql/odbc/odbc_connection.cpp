@@ -6,10 +6,20 @@
 
 namespace kaunter {
 namespace sql {
+namespace {
+
+constexpr int kBusyNumber = 1222;
+
+}  // namespace
 
 OdbcConnection::Link::Link(const std::string& name, const std::string& odbc_string,
                            const Clock& clock, int login_seconds)
     : session(name, odbc_string, login_seconds), dialect(DialectFor(session, clock)) {}
+
+OdbcOutcome OdbcConnection::Link::Send(const Asked& asked) {
+  if (asked.kind == Asked::Kind::kQueryOnly) return dialect->RunReading(session, asked.sql);
+  return dialect->Run(session, asked.sql, asked.kind == Asked::Kind::kQuery);
+}
 
 OdbcConnection::OdbcConnection(std::string name, const std::string& odbc_string, const Clock& clock,
                                int login_seconds)
@@ -17,43 +27,86 @@ OdbcConnection::OdbcConnection(std::string name, const std::string& odbc_string,
       odbc_string_(odbc_string),
       clock_(clock),
       login_seconds_(login_seconds),
-      link_(std::make_unique<Link>(this->name(), odbc_string_, clock_, login_seconds_)) {}
+      link_(NewLink()) {}
+
+std::unique_ptr<OdbcConnection::Link> OdbcConnection::NewLink() const {
+  return std::make_unique<Link>(name(), odbc_string_, clock_, login_seconds_);
+}
 
 OdbcConnection::Link& OdbcConnection::Open() {
-  if (Lost() && !InTransaction()) {
-    link_ = std::make_unique<Link>(name(), odbc_string_, clock_, login_seconds_);
-  }
+  if (!Lost() || InTransaction()) return *link_;
+  if (!Patiently([this] { link_ = NewLink(); })) link_ = NewLink();
   return *link_;
 }
 
+OdbcOutcome OdbcConnection::Ask(const Asked& asked) {
+  constexpr int kMostTimes = 3;
+  for (int times = 1;; ++times) {
+    Link& link = Open();
+    const bool within = InTransaction();
+    try {
+      OdbcOutcome outcome = link.Send(asked);
+      if (within) record_.Keep(asked, outcome);
+      return outcome;
+    } catch (const SqlError& failure) {
+      if (!Lost()) {
+        if (within) record_.Keep(asked, failure);
+        throw;
+      }
+      const bool goes_on =
+          Outlives() && times < kMostTimes && (within ? TakeUp() : asked.OnlyReads());
+      if (!goes_on) throw;
+    }
+  }
+}
+
 std::int64_t OdbcConnection::DoExecute(std::string_view sql) {
-  Link& link = Open();
-  return link.dialect->Run(link.session, sql, /*want_rows=*/false).affected;
+  return Ask({Asked::Kind::kExecute, sql}).affected;
 }
 
 Recordset OdbcConnection::DoQuery(std::string_view sql) {
-  Link& link = Open();
-  OdbcOutcome outcome = link.dialect->Run(link.session, sql, /*want_rows=*/true);
+  OdbcOutcome outcome = Ask({Asked::Kind::kQuery, sql});
   return outcome.rows ? std::move(*outcome.rows) : Recordset();
 }
 
 Recordset OdbcConnection::DoQueryOnly(std::string_view sql) {
-  Link& link = Open();
-  OdbcOutcome outcome = link.dialect->RunReading(link.session, sql);
+  OdbcOutcome outcome = Ask({Asked::Kind::kQueryOnly, sql});
   return outcome.rows ? std::move(*outcome.rows) : Recordset();
 }
 
 void OdbcConnection::DoBegin() {
-  Link& link = Open();
-  link.dialect->Begin(link.session);
+  Settle();
+  // Nothing was asked yet: a connection that died while nobody used it, and a desktop that holds
+  // the lock of the saves until the standby has taken over, are waited for.
+  const auto begin = std::chrono::steady_clock::now();
+  for (bool again = false;; again = true) {
+    Link& link = Open();
+    try {
+      link.dialect->Begin(link.session);
+      break;
+    } catch (const SqlError& failure) {
+      const bool waits = failure.number() == kBusyNumber &&
+                         std::chrono::steady_clock::now() - begin < patience_ / 3;
+      if (!Outlives() || (!waits && (again || !Lost()))) throw;
+    }
+  }
+  if (Outlives()) record_.Start();
 }
 
 void OdbcConnection::DoBeginReading() {
-  Link& link = Open();
-  link.dialect->BeginReading(link.session);
+  for (bool again = false;; again = true) {
+    Link& link = Open();
+    try {
+      return link.dialect->BeginReading(link.session);
+    } catch (const SqlError&) {
+      if (again || !Outlives() || !Lost()) throw;
+    }
+  }
 }
 
 void OdbcConnection::DoRollback() {
+  record_.End();
+  mark_.clear();
   link_->session.Rollback();
   link_->dialect->Forget();
   if (!Lost()) link_->dialect->EndReading(link_->session);

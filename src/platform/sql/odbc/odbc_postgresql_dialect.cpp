@@ -28,10 +28,12 @@ constexpr int kSetUpLock = 1263488342;
 constexpr std::size_t kMostPlans = 400;
 
 // As long as the embedded engine waits for another desktop; and a desktop that stands still inside
-// a transaction is cut off, since all others wait for it.
+// a transaction is cut off, since all others wait for it: after a minute where its line is dead.
 constexpr const char* kSessionSettings =
     "SELECT set_config('search_path', current_setting('search_path') || ', kaunter_sql', false); "
     "SET lock_timeout = '10s'; SET idle_in_transaction_session_timeout = '5min'; "
+    "SET tcp_keepalives_idle = 20; SET tcp_keepalives_interval = 10; SET tcp_keepalives_count = 3; "
+    "SET tcp_user_timeout = '60s'; "
     "SET standard_conforming_strings = on; SET client_min_messages = warning; "
     "SET DateStyle = 'ISO, YMD'; SET IntervalStyle = 'postgres'";
 
@@ -242,6 +244,7 @@ void PostgresDialect::Begin(OdbcSession& session) {
     session.Run(fmt::format("SELECT pg_advisory_xact_lock({})", kTransactionLock), false);
   } catch (const SqlError& error) {
     if (session.InTransaction()) session.Rollback();
+    if (error.number() == kLostNumber) throw;
     throw Failure(session, error, "");
   }
 }
@@ -374,7 +377,7 @@ void PostgresDialect::RunPlan(OdbcSession& session, Plan& plan, const Shape& sha
     *outcome = session.Run(text, want_rows && first.is_query, first.columns);
   } catch (const SqlError& error) {
     if (new_name) plan.prepared.clear();  // perhaps it is there; the next one has another name
-    if (!*sent) throw;
+    if (!*sent || error.number() == kLostNumber) throw;  // as what it was thrown
     throw Failure(session, error, VerbOf(first.text));
   }
   if (first.is_ddl) {

@@ -219,7 +219,7 @@ void OdbcSession::Commit() {
       ThrowLost(
           "while the save was being committed. Whether it was stored is not known: look before it "
           "is entered again",
-          JoinDiagnostics(records));
+          JoinDiagnostics(records), false);
     }
     throw ToSqlError(records, IsSqlServer());
   }
@@ -247,10 +247,13 @@ void OdbcSession::Rollback() {
 
 void OdbcSession::RequireAlive() const {
   if (!lost_) return;
-  throw SqlError(kLostNumber, fmt::format("The connection {} to {} is lost{}.", name_, source_,
-                                          in_transaction_ ? ", and with it the open transaction; "
-                                                            "it has to be rolled back"
-                                                          : ""));
+  if (!in_transaction_) {
+    throw SqlError(kLostNumber, fmt::format("The connection {} to {} is lost.", name_, source_));
+  }
+  throw ServerLost(ServerLost::Stored::nothing, kLostNumber,
+                   fmt::format("The connection {} to {} is lost, and with it the open transaction; "
+                               "it has to be rolled back.",
+                               name_, source_));
 }
 
 bool OdbcSession::IsDead(const std::vector<OdbcDiagnostic>& records) const {
@@ -275,12 +278,14 @@ void OdbcSession::GiveUp() {
 }
 
 // A transaction stays open until it is rolled back: what follows in it must not pass by itself.
-void OdbcSession::ThrowLost(std::string_view when, const std::string& reason) {
+void OdbcSession::ThrowLost(std::string_view when, const std::string& reason, bool nothing_stored) {
   lost_ = true;
   ended_by_ = 0;
-  throw SqlError(kLostNumber, fmt::format("The connection {} to {} was lost {}. The next try opens "
-                                          "it anew. The server's words: {}",
-                                          name_, source_, when, reason));
+  const std::string told = fmt::format(
+      "The connection {} to {} was lost {}. The next try opens it anew. The server's words: {}",
+      name_, source_, when, reason);
+  if (nothing_stored) throw ServerLost(ServerLost::Stored::nothing, kLostNumber, told);
+  throw SqlError(kLostNumber, told);
 }
 
 void OdbcSession::Check(SQLRETURN result, const OdbcHandle& handle) {
@@ -290,7 +295,7 @@ void OdbcSession::Check(SQLRETURN result, const OdbcHandle& handle) {
     ThrowLost(in_transaction_
                   ? "while it stored something; nothing of that is kept"
                   : "at a statement; if it was to change something, look whether it did",
-              JoinDiagnostics(records));
+              JoinDiagnostics(records), in_transaction_);
   }
   SqlError error = ToSqlError(records, IsSqlServer());
   if (in_transaction_ && EndsTransaction(error.number())) ended_by_ = error.number();

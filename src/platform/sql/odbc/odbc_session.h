@@ -66,7 +66,8 @@ class OdbcSession {
   void RequireAlive() const;
   bool IsDead(const std::vector<OdbcDiagnostic>& records) const;
   void GiveUp();
-  [[noreturn]] void ThrowLost(std::string_view when, const std::string& reason);
+  [[noreturn]] void ThrowLost(std::string_view when, const std::string& reason,
+                              bool nothing_stored);
   // Throws for SQL_ERROR and the like; success with information passes.
   void Check(SQLRETURN result, const OdbcHandle& handle);
 
