@@ -6,7 +6,6 @@
 #include <chrono>
 #include <iterator>
 #include <optional>
-#include <thread>
 #include <unordered_map>
 
 #include "collections/ledger_customer.h"
@@ -14,14 +13,16 @@
 #include "core/values.h"
 #include "loans/money_gate.h"
 #include "platform/sql/transaction.h"
+#include "platform/sql/waiting.h"
 
 namespace kaunter {
 namespace {
 
 constexpr std::size_t kLoansAtOnce = 250;
 // Between the commit of a payment and that of its replay, generously.
-constexpr std::chrono::milliseconds kReplayTakes{400};
+constexpr std::chrono::milliseconds kReplayTakes{1000};
 constexpr int kLooks = 6;
+constexpr int kSameLooks = 2;
 
 using Row = std::vector<Value>;
 
@@ -229,6 +230,37 @@ std::vector<LedgerFault> LookAgain(Connection& main, const std::vector<LedgerFau
   return faults;
 }
 
+// Those that stand still. While others save, a figure lags behind the counter for a moment: it is
+// another one at the next look. Where they save without a pause some figure lags at every look, and
+// one that never stood still is no fault yet.
+std::vector<LedgerFault> Standing(Connection& main, const std::vector<LedgerFault>& suspected) {
+  struct Seen {
+    LedgerFault fault;
+    int looks;
+  };
+  std::vector<Seen> seen;
+  std::vector<LedgerFault> now = LookAgain(main, suspected);
+  for (int look = 1; !now.empty(); ++look) {
+    std::vector<Seen> again;
+    for (const LedgerFault& fault : now) {
+      const auto before = std::find_if(seen.begin(), seen.end(),
+                                       [&](const Seen& one) { return one.fault == fault; });
+      again.push_back({fault, before == seen.end() ? 1 : before->looks + 1});
+    }
+    seen = std::move(again);
+    const bool all_stand = std::all_of(seen.begin(), seen.end(),
+                                       [](const Seen& one) { return one.looks >= kSameLooks; });
+    if (all_stand || look == kLooks) break;
+    SleepActing(kReplayTakes);
+    now = LookAgain(main, now);
+  }
+  std::vector<LedgerFault> faults;
+  for (Seen& one : seen) {
+    if (!now.empty() && one.looks >= kSameLooks) faults.push_back(std::move(one.fault));
+  }
+  return faults;
+}
+
 }  // namespace
 
 std::optional<LedgerLoan> ReadLedgerLoan(Connection& main, std::string_view loan_id) {
@@ -277,15 +309,7 @@ LedgerReport CheckCompany(Connection& main, std::string_view comp_code,
         main,
         fmt::format("({0} OR CustID IN (SELECT CustID FROM LoanMast WHERE {0}))", of_company)));
   }
-  report.faults = LookAgain(main, suspected);
-  // A figure that lags behind the counter is another one a moment later; a fault stays.
-  bool stays = report.faults.empty();
-  for (int look = 1; !stays && look < kLooks; ++look) {
-    std::this_thread::sleep_for(kReplayTakes);
-    auto now = LookAgain(main, report.faults);
-    stays = now == report.faults;
-    report.faults = std::move(now);
-  }
+  report.faults = Standing(main, suspected);
   if (report.complete) go_on({report.loans, report.loans});
   return report;
 }

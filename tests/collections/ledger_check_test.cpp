@@ -230,6 +230,24 @@ TEST_F(LedgerCheckTest, ARowWithoutADateIsTold) {
   EXPECT_NE(Told(CheckLoan(main(), "F")).find("Schedule 9 has no due date"), std::string::npos);
 }
 
+// Where the counter never pauses some figure lags at each look. What does not move is told at once.
+TEST_F(LedgerCheckTest, AFigureThatKeepsMovingIsNoFault) {
+  MakePersonal();
+  ASSERT_TRUE(RebuildCustomer(main(), "HQ0001").done);
+  office.Run("UPDATE CustMast SET TotTopUpAmt=7");
+  int saves = 0;
+  const auto counter =
+      OpenSqlite("Counter", office.folder.File("office.db"), false, office.session.clock);
+  main().SetFaultHook([&](std::string_view statement) {
+    if (statement != "BEGIN TRANSACTION") return;
+    counter->Execute(fmt::format("UPDATE CustMast SET TotLoanBal={}", ++saves));
+  });
+  const LedgerReport report = CheckCompany(main(), "HQ", [](const auto&) { return true; });
+  main().SetFaultHook({});
+  EXPECT_EQ(Told(report.faults), "TotTopUpAmt: 7.00 for 5.00\n");
+  EXPECT_GT(saves, 4);
+}
+
 TEST_F(LedgerCheckTest, ACompanyInPortions) {
   main().BeginTrans();
   for (int i = 0; i < 600; ++i) {
