@@ -68,8 +68,7 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                   "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
                   "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex",
                   "CompanyPictures", "CashBookOpening", "EInvSending", "PaymentReaderLine",
-                  "EInvCodes", "MoveIn", "WatchListCopy", "LongLHDNQR", "BaseIndexes",
-                  "SaveMark"));
+                  "EInvCodes", "MoveIn", "WatchListCopy", "LongLHDNQR", "BaseIndexes", "SaveMark"));
   for (const char* key : {"Patch-Drawdown",
                           "AMLA",
                           "DataExportFlag",
