@@ -9,6 +9,10 @@ target_compile_definitions(kaunter_flags INTERFACE
   KAUNTER_VERSION_MAJOR=${PROJECT_VERSION_MAJOR}
   KAUNTER_VERSION_MINOR=${PROJECT_VERSION_MINOR}
   KAUNTER_VERSION_REVISION=${PROJECT_VERSION_PATCH})
+if(WIN32)
+  # Windows 10; the system's header without macros of plain words.
+  target_compile_definitions(kaunter_flags INTERFACE _WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN NOMINMAX)
+endif()
 if(KAUNTER_SANITIZE)
   target_compile_options(kaunter_flags INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer
     -fno-sanitize-recover=undefined)
@@ -51,5 +55,19 @@ function(kaunter_program name main)
   if(EXISTS ${CMAKE_SOURCE_DIR}/${main})
     add_executable(${name} ${main})
     target_link_libraries(${name} PRIVATE ${ARGN})
+    if(WIN32)
+      kaunter_windows_program(${name})
+    endif()
   endif()
+endfunction()
+
+# What Windows reads out of a program file: its manifest, version and icon.
+function(kaunter_windows_program name)
+  set(folder ${CMAKE_SOURCE_DIR}/packaging/windows)
+  set(KAUNTER_MANIFEST ${folder}/program.manifest)
+  if(KAUNTER_ICON)
+    set(KAUNTER_ICON_LINE "1 ICON \"${KAUNTER_ICON}\"")
+  endif()
+  configure_file(${folder}/program.rc.in ${CMAKE_BINARY_DIR}/generated/${name}.rc @ONLY)
+  target_sources(${name} PRIVATE ${CMAKE_BINARY_DIR}/generated/${name}.rc)
 endfunction()
