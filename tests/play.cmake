@@ -42,6 +42,11 @@ if(TARGET kaunter-play)
       COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play> -DOFFICE=${CMAKE_BINARY_DIR}/play/${name}
         -DREPORTS=${CMAKE_SOURCE_DIR}/reports -P ${CMAKE_CURRENT_SOURCE_DIR}/play/${what}.cmake)
   endforeach()
+  if(TARGET kaunter-office)
+    add_test(NAME backup-drill
+      COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play> -DTOOL=$<TARGET_FILE:kaunter-office>
+        -DOFFICE=${CMAKE_BINARY_DIR}/play/backup-drill -P ${CMAKE_CURRENT_SOURCE_DIR}/play/backup_drill.cmake)
+  endif()
   add_test(NAME two-desktops-einvoice
     COMMAND ${CMAKE_SOURCE_DIR}/script/with-einvoice ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play>
       -DOFFICE=${CMAKE_BINARY_DIR}/play/two-desktops-einvoice

@@ -46,6 +46,13 @@ if(TARGET kaunter-play)
       -DOFFICE=${CMAKE_BINARY_DIR}/play-postgresql/two-desktops-einvoice -DNAME=two_desktops_einvoice
       -P ${CMAKE_CURRENT_SOURCE_DIR}/play/two_desktops_einvoice.cmake)
   list(APPEND on_server postgresql-two-desktops-einvoice)
+  if(TARGET kaunter-office)
+    add_test(NAME postgresql-backup-drill
+      COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:kaunter-play> -DTOOL=$<TARGET_FILE:kaunter-office>
+        -DOFFICE=${CMAKE_BINARY_DIR}/play-postgresql/backup-drill -DNAME=backup_drill
+        -P ${CMAKE_CURRENT_SOURCE_DIR}/play/backup_drill.cmake)
+    list(APPEND on_server postgresql-backup-drill)
+  endif()
   if(TARGET test_dailybatch)
     add_test(NAME postgresql-daily-batch COMMAND test_dailybatch --gtest_filter=Postgresql*)
     list(APPEND on_server postgresql-daily-batch)

@@ -64,6 +64,7 @@
 #include "reporting/report_frm.h"
 #include "screen/screen.h"
 #include "upkeep/about_frm.h"
+#include "upkeep/backup_frm.h"
 
 namespace kaunter {
 namespace {
@@ -89,6 +90,7 @@ constexpr Entry kScreens[] = {
     {"AccessDB", Make<AccessDB>},
     {"AMLADescFrm", Make<AMLADescFrm>},
     {"AMLAFrm", Make<AMLAFrm>},
+    {"BackupFrm", Make<BackupFrm>},
     {"BatchLinkfrm", Make<BatchLinkfrm>},
     {"BatchListfrm", Make<BatchListfrm>},
     {"CashBookFrm", Make<CashBookFrm>},

@@ -391,6 +391,7 @@ std::vector<MenuEntry> MenuTable() {
       Group("SystemMnu", "", {"&System", "系统(&S)"}, kAlways),
       OpensScreen("UserMnu", "SystemMnu", {"User &Management", "用户管理(&M)"}, "User Management",
                   "", "UserFrm"),
+      OpensScreen("BackupMnu", "SystemMnu", {"&Backup", "备份(&B)"}, "Backup", "", "BackupFrm"),
       OpensScreen("ChangePasswordmnu", "SystemMnu", {"&Change Password", "更改密码(&C)"},
                   "Change User Password", "", "ChangePasswordfrm"),
       Own("ChineseLan", "SystemMnu", {"&Language 中文 / English", "语言 English / 中文(&L)"}, "",

@@ -80,4 +80,12 @@ void OpenReachedOffice(Session& session, const CompanionReach& reach) {
   if (const auto too_old = TooOldFor(session.Main())) throw CompanionRefused(too_old->english);
 }
 
+void OpenReachedTrail(Session& session) {
+  session.settings.TransLogs = ReadSetting(session.Main(), "TransLogs") == "1";
+  if (!session.settings.TransLogs) return;
+  session.LogsConn =
+      OpenConnection("LogsConn", OfficeConnectionString(session, session.ConnDatabase + "-Logs"),
+                     session.data_sources, session.clock);
+}
+
 }  // namespace kaunter

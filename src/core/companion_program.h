@@ -45,4 +45,7 @@ LocalSettings ReachOffice(Session& session, const CompanionReach& reach);
 // CompanionRefused for a database without an office and for one that a newer program has patched.
 void OpenReachedOffice(Session& session, const CompanionReach& reach);
 
+// The audit trail of that office, where it keeps one. Throws SqlError.
+void OpenReachedTrail(Session& session);
+
 }  // namespace kaunter

@@ -96,6 +96,7 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
               {{"Consolidated", "合并"}, Kind::money, 11}}),
       FiguresTime(screen, "FiguresTime"),
       PostedLBL(screen, "PostedLBL"),
+      BackupLBL(screen, "BackupLBL"),
       RefreshCmd(screen, "RefreshCmd", {"Refresh", "刷新"}),
       screen_(screen),
       session_(session),
@@ -203,6 +204,7 @@ void HomeFigures::SignedOut() {
   spent_ = 0;
   FiguresTime.SetText({});
   PostedLBL.SetText({});
+  BackupLBL.SetText({});
   FiguresTime.SetVisible(false);
   RefreshCmd.SetVisible(false);
   Forget();
@@ -271,8 +273,7 @@ void HomeFigures::Read(Part& part) {
     spent_ = 0;
     const DateTime now = ServerTime(session_.Main());
     begun_at_ = Format(now, "dd-mm-yyyy hh:nn");
-    posted_ =
-        ScalarQuery(session_.Main(), "SELECT [Value] FROM Systemast WHERE Param='DailyBatchDate'");
+    ReadSettings(now);
     ShowPosted();
     const OfficeFigures fresh = EmptyFigures(now);
     if (figures_.today != fresh.today) {
@@ -312,8 +313,28 @@ void HomeFigures::ShowTime() {
   }
 }
 
+void HomeFigures::ReadSettings(const DateTime& now) {
+  BackupWatch watch;
+  posted_.clear();
+  const std::pair<const char*, std::string*> settings[] = {
+      {"DailyBatchDate", &posted_},
+      {"LastBackup", &watch.LastBackup},
+      {"BackupByOthers", &watch.BackupByOthers},
+      {"OfficeKind", &watch.OfficeKind}};
+  for (Recordset row =
+           session_.Main().Query("SELECT Param,[Value] FROM Systemast WHERE Param IN "
+                                 "('DailyBatchDate','LastBackup','BackupByOthers','OfficeKind')");
+       !row.Eof(); row.MoveNext()) {
+    for (const auto& [name, value] : settings) {
+      if (SameText(NullToEmpty(row.Field(0)), name)) *value = NullToEmpty(row.Field(1));
+    }
+  }
+  backup_ = BackupNotice(session_, watch, now);
+}
+
 void HomeFigures::ShowPosted() {
   const bool chinese = screen_.chinese();
+  BackupLBL.SetText(backup_.In(chinese));
   const auto day = DateTime::FromCanonical(posted_);
   PostedLBL.SetText(
       day ? fmt::format("{} {}", Caption{"Late interest is posted up to", "罚息已计至"}.In(chinese),

@@ -15,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/backup_watch.h"
 #include "core/cash_figures.h"
 #include "core/income_figures.h"
 #include "core/menu.h"
@@ -36,6 +37,7 @@ class HomeFigures {
   Grid EInvDG;      // a row a company that submits e-invoices, then all of them
   Label FiguresTime;
   Label PostedLBL;  // up to which day the daily batch has posted late interest
+  Label BackupLBL;  // when the last good backup is too old; else empty
   Button RefreshCmd;
 
   // Opens a menu entry; a loan.
@@ -92,6 +94,7 @@ class HomeFigures {
   void Forget();
   void Fail(const std::exception& failure);
   void ShowTime();
+  void ReadSettings(const DateTime& now);
   void ShowPosted();
   void ShowDue();
   void ShowAges();
@@ -121,7 +124,8 @@ class HomeFigures {
   std::vector<std::string> submitting_;
   std::vector<UnsentIncome> unsent_;
   std::string begun_at_;
-  std::string posted_;   // as the daily batch keeps it: yyyy-mm-dd
+  std::string posted_;  // as the daily batch keeps it: yyyy-mm-dd
+  Caption backup_;
   std::string read_at_;  // empty until a reading has come to its end
   bool failed_ = false;
   Lists lists_ = Lists::stale;

@@ -61,6 +61,7 @@ class Session {
   std::string ConnDataSource;  // local setting: data source name
   std::string ConnDatabase;    // local setting: database and user name; empty takes ConnDataSource
   std::string ConnLinkAcc;     // local setting: "1" lets this PC use the accounting link
+  std::string BackupFolder;    // local setting: where backups go; may be empty
   std::string PhotoPath;       // AppPath + "/Photo"
   std::string ProgramTitle = "Kaunter";
   std::string Camera;             // local setting: a part of its name, or a picture in its place

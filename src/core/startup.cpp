@@ -177,6 +177,7 @@ void ApplyLocalSettings(Session& session, const LocalSettings& local) {
   session.ConnLinkAcc = local.ConnLinkAcc;
   session.MyKadReaderFolder = local.MyKadReader;
   session.Camera = local.Camera;
+  session.BackupFolder = local.BackupFolder;
   session.data_sources = local.sources;
   session.MayCreateTables = local.creatable.contains(Lower(session.ConnDataSource));
 }

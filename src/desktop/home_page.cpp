@@ -288,6 +288,7 @@ bool HomePage::eventFilter(QObject* watched, QEvent* event) {
 // The company in work, and what must be known of the day.
 QString HomePage::CompanyLine() const {
   QStringList parts = {Q(main_.Panel(4)), Q(main_.home().PostedLBL.Text()),
+                       Q(main_.home().BackupLBL.Text()),
                        Q(main_.ClockLBL.caption().In(main_.chinese())),
                        Q(main_.StandbyLBL.caption().In(main_.chinese()))};
   parts.removeAll(QString());

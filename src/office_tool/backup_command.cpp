@@ -2,8 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <filesystem>
 #include <iostream>
 
+#include "core/audit.h"
 #include "core/values.h"
 #include "office_tool/command.h"
 #include "screen/caption_error.h"
@@ -15,9 +17,8 @@ namespace kaunter {
 namespace {
 
 std::string FolderOf(const OfficeRun& run) {
-  if (const std::string named = run.Value("--to"); !named.empty()) return named;
-  if (!run.local.BackupFolder.empty()) return run.local.BackupFolder;
-  return UsualBackupFolder(run.session);
+  const std::string named = run.Value("--to");
+  return named.empty() ? BackupFolderOf(run.session) : named;
 }
 
 std::string Shown(const DateTime& moment) { return Format(moment, "dd-MM-yyyy hh:nn:ss"); }
@@ -28,6 +29,7 @@ int RunBackupCommand(OfficeRun& run) {
   const std::string keep = run.Value("--keep");
   const Keeping keeping = keep.empty() ? Keeping() : Keeping::Parse(keep);
   OpenReachedOffice(run.session, run.reach);
+  OpenReachedTrail(run.session);
   std::string said;
   const BackupResult result =
       TakeBackup(run.session, FolderOf(run), keeping, [&](const UpkeepStep& step) {
@@ -120,6 +122,10 @@ int RunRestoreCommand(OfficeRun& run) {
   run.Report(fmt::format(
       "Restored {} from {}{}", view.office, view.record.folder,
       view.trouble.empty() ? fmt::format(": {} receipts were lost", view.loss.Receipts()) : ""));
+  OpenReachedOffice(run.session, run.reach);
+  OpenReachedTrail(run.session);
+  WriteAudit(run.session, "Modify", "Restore", "",
+             std::filesystem::path(view.record.folder).filename().string(), {});
   if (!kept.empty()) run.Report(fmt::format("The office as it was before: {}", kept));
   return exit_status::kDone;
 }

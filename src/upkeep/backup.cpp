@@ -108,8 +108,8 @@ void KeepMoment(Session& session, const BackupRecord& record) {
 
 }  // namespace
 
-BackupResult TakeBackup(Session& session, const std::string& folder, const Keeping& keeping,
-                        const UpkeepGoOn& go_on) {
+BackupResult TakeBackup(Session& session, const std::string& folder,
+                        const std::optional<Keeping>& keeping, const UpkeepGoOn& go_on) {
   const auto file = EmbeddedOffice(session);
   const bool postgresql = !file && session.Main().EngineName() == kPostgresqlEngine;
   if (!file && !postgresql) {
@@ -174,9 +174,9 @@ BackupResult TakeBackup(Session& session, const std::string& folder, const Keepi
                      record.faults),
          fmt::format("账目中有 {} 个数字不符（公司与备份相同）：请打开核对账目。", record.faults)});
   }
-  result.removed = RemoveOutlived(record, place, keeping, &result.warnings);
+  if (keeping) result.removed = RemoveOutlived(record, place, *keeping, &result.warnings);
   KeepMoment(session, record);
-  WriteAudit(session, "Create", "Backup", "", record.folder, {});
+  WriteAudit(session, "Create", "Backup", "", name, {});
   return result;
 }
 

@@ -28,12 +28,12 @@ struct BackupResult {
   std::vector<std::string> removed;  // folders of backups that have had their time
 };
 
-// Into a folder of its own below `folder`, which is made when its parent is there. Later ones of
-// the same office go by `keeping`. The moment is kept in the office's setting LastBackup, and
-// stands in the log and, where it is open, in the audit trail. Throws CaptionError for what does
-// not fit (no such folder, another backup is under way, an engine that others back up), SqlError
-// and std::runtime_error; nothing that looks like a backup is left then.
-BackupResult TakeBackup(Session& session, const std::string& folder, const Keeping& keeping,
-                        const UpkeepGoOn& go_on);
+// Into a folder of its own below `folder`, which is made when its parent is there. Earlier ones of
+// the same office go by `keeping`; without one all stay. The moment is kept in the office's setting
+// LastBackup, and stands in the audit trail where that is open. Throws CaptionError for what does
+// not fit (no such folder, another backup under way, an engine that others back up), SqlError and
+// std::runtime_error; nothing that looks like a backup is left then.
+BackupResult TakeBackup(Session& session, const std::string& folder,
+                        const std::optional<Keeping>& keeping, const UpkeepGoOn& go_on);
 
 }  // namespace kaunter

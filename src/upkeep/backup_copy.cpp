@@ -22,6 +22,9 @@ void NoteCheck(Connection& office, const OfficeCheck& check, BackupRecord* recor
       ++record->faults;
     } else if (!fault.LoanID.empty()) {
       replay.insert(fault.LoanID);
+    } else {  // his loan was replayed, and his sums were not yet
+      replay.insert(ScalarQuery(
+          office, "SELECT MIN(LoanID) FROM LoanMast WHERE CustID=" + QuoteStr(fault.CustID)));
     }
   }
   record->replay.assign(replay.begin(), replay.end());

@@ -38,7 +38,8 @@ std::string OfficeShortName(const Session& session) {
   return FileNameOf(file ? fs::path(*file).stem().string() : session.ConnDatabase);
 }
 
-std::string UsualBackupFolder(const Session& session) {
+std::string BackupFolderOf(const Session& session) {
+  if (!session.BackupFolder.empty()) return session.BackupFolder;
   const auto file = EmbeddedOffice(session);
   if (!file) return UserDataFolder() + "/Backup";
   return (fs::absolute(*file).parent_path() / "Backup").lexically_normal().string();

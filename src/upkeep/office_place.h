@@ -21,8 +21,8 @@ std::string OfficeSource(const Session& session);
 // The same as the beginning of a file's name.
 std::string OfficeShortName(const Session& session);
 
-// Where the backups of this office go when nobody names a folder: "Backup" beside the embedded
-// file, or in the user's data folder.
-std::string UsualBackupFolder(const Session& session);
+// Where the backups of this office go when nobody names a folder: that of the settings of the PC,
+// else "Backup" beside the embedded file, or in the user's data folder.
+std::string BackupFolderOf(const Session& session);
 
 }  // namespace kaunter

@@ -24,7 +24,7 @@ bool GoOn(const UpkeepStep&) { return true; }
 class BackupTest : public ::testing::Test {
  protected:
   BackupResult Take(const UpkeepGoOn& go_on = GoOn) {
-    return TakeBackup(office.session, place, {}, go_on);
+    return TakeBackup(office.session, place, Keeping(), go_on);
   }
   std::vector<std::string> Left() const {
     std::vector<std::string> names;

@@ -40,6 +40,7 @@ Layout SupplierfrmLayout();
 Layout SuppTransfrmLayout();
 Layout AMLAFrmLayout();
 Layout AccessDBLayout();
+Layout BackupFrmLayout();
 Layout MoveInFrmLayout();
 Layout NPLExportfrmLayout();
 Layout ReportFrmLayout();
