@@ -11,6 +11,7 @@
 #include "core/password_screens.h"
 #include "core/session.h"
 #include "core/user_login.h"
+#include "core/web_cam.h"
 #include "desktop/layout_table.h"
 #include "test_screen.h"
 #include "tests/support/places.h"
@@ -26,6 +27,7 @@ using ::testing::UnorderedElementsAre;
 std::unique_ptr<Screen> ScreenOf(const Layout& layout, Session& session, Desk& desk,
                                  MainMenu& menu) {
   if (layout.screen == "FirstStartFrm") return std::make_unique<FirstStartFrm>(session, desk);
+  if (layout.screen == "WebCam") return std::make_unique<WebCam>(session, desk);
   if (layout.screen == "UserLogin") return std::make_unique<UserLogin>(session, desk, menu);
   const Caption what("save loan X");
   if (layout.screen == "frmUserSignIn") {
