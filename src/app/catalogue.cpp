@@ -65,6 +65,7 @@
 #include "screen/screen.h"
 #include "upkeep/about_frm.h"
 #include "upkeep/backup_frm.h"
+#include "upkeep/move_office_frm.h"
 
 namespace kaunter {
 namespace {
@@ -121,6 +122,7 @@ constexpr Entry kScreens[] = {
     {"LoanLateChargefrm", Make<LoanLateChargefrm>},
     {"LoanSettlementfrm", Make<LoanSettlementfrm>},
     {"MoveInFrm", Make<MoveInFrm>},
+    {"MoveOfficeFrm", Make<MoveOfficeFrm>},
     {"NewCustFrm", Make<NewCustFrm>},
     {"NewLoanFrm", Make<NewLoanFrm>},
     {"NPLExportfrm", Make<NPLExportfrm>},

@@ -388,6 +388,8 @@ std::vector<MenuEntry> MenuTable() {
                   "Access Database", "", "AccessDB"),
       OpensScreen("MoveInMnu", "UtilitiesMnu", {"Mo&ve Old Data In", "搬入旧资料(&V)"},
                   "Move Old Data In", "", "MoveInFrm"),
+      OpensScreen("MoveOfficeMnu", "UtilitiesMnu", {"Move the &Office", "搬移公司资料库(&O)"},
+                  "Move the Office", "", "MoveOfficeFrm"),
       Group("SystemMnu", "", {"&System", "系统(&S)"}, kAlways),
       OpensScreen("UserMnu", "SystemMnu", {"User &Management", "用户管理(&M)"}, "User Management",
                   "", "UserFrm"),

@@ -81,7 +81,8 @@ void MainMenu::ApplyRights(Session& session) {
       entry.visible = session.settings.DataExportFlag;
     } else if (entry.name == "DailyBatchMnu") {
       entry.visible = std::filesystem::exists(DailyBatchProgram(session));
-    } else if (entry.name == "AccessDB" || entry.name == "MoveInMnu" || entry.name == "BackupMnu") {
+    } else if (entry.name == "AccessDB" || entry.name == "MoveInMnu" || entry.name == "BackupMnu" ||
+               entry.name == "MoveOfficeMnu") {
       entry.visible = session.CurrentLevel >= 4;
     } else {
       entry.visible = rights.contains(Upper(entry.name));

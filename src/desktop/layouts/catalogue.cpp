@@ -33,6 +33,7 @@ const std::vector<Layout>& AllLayouts() {
       AccessDBLayout(),          BackupFrmLayout(),
       WatchListFrmLayout(),      WebCamLayout(),
       LinkResendfrmLayout(),     AboutFrmLayout(),
+      MoveOfficeFrmLayout(),
   };
   return layouts;
 }

@@ -57,5 +57,6 @@ Layout SMSfrmLayout();
 Layout SMSTemplatefrmLayout();
 Layout WatchListFrmLayout();
 Layout WebCamLayout();
+Layout MoveOfficeFrmLayout();
 
 }  // namespace kaunter
