@@ -9,6 +9,7 @@
 #include "app/menu_table.h"
 #include "compliance/aml.h"
 #include "core/companion.h"
+#include "core/file_store.h"
 #include "core/first_start.h"
 #include "core/first_start_frm.h"
 #include "core/log.h"
@@ -115,6 +116,7 @@ void Application::SignInFirst() {
 }
 
 void Application::Exit() {
+  CloseStore();
   if (exited_ || !main_) return;
   exited_ = true;
   main_->Close();  // writes the exit line and the record, unless the window was closed already

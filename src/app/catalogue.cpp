@@ -35,6 +35,7 @@
 #include "compliance/watch_list_frm.h"
 #include "core/company_screens.h"
 #include "core/password_screens.h"
+#include "core/photo_browse_frm.h"
 #include "core/popup_frm.h"
 #include "core/session.h"
 #include "core/setup_frm.h"
@@ -131,6 +132,7 @@ constexpr Entry kScreens[] = {
     {"PaymentFrm", Make<PaymentFrm>},
     {"PaymentReaderfrm", Make<PaymentReaderfrm>},
     {"PersonalEpxFrm", Make<PersonalEpxFrm>},
+    {"PhotoBrowseFrm", Make<PhotoBrowseFrm>},
     {"PopupFrm", Make<PopupFrm>},
     {"RecalcCashBookFrm", Make<RecalcCashBookFrm>},
     {"RecalcReceiptNo", Make<RecalcReceiptNo>},

@@ -21,6 +21,7 @@
 #include "core/record.h"
 #include "core/refusal.h"
 #include "core/session_screen.h"
+#include "customers/customer_photo.h"
 
 namespace kaunter {
 
@@ -28,6 +29,7 @@ class PaymentFrm : public SessionScreen {
  public:
   PaymentFrm(Session& session, Desk& desk);
 
+  CustomerPhoto CustPhoto{*this, "CustPhoto", {"Photo", "照片"}};
   Label ModeLBL{*this, "ModeLBL"};
   // What the clerk types first.
   Frame Identity{*this, "Identity"};
@@ -127,6 +129,7 @@ class PaymentFrm : public SessionScreen {
   Button CancelCmd{*this, "CancelCmd", {"&Close", "关闭(&C)"}, ButtonRole::cancel};
 
   void Load() override;
+  void Tick() override { CustPhoto.Look(); }
   bool RequestClose() override;
   void Unload() override;
 

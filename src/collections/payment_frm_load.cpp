@@ -96,6 +96,7 @@ void PaymentFrm::FillFromLoan(const Recordset& loan) {
   CustID.SetText(NullToEmpty(loan.Field("CustID")));
   CustName.SetText(
       ScalarQuery(main(), "SELECT CustName FROM CustMast WHERE CustID=" + QuoteStr(CustID.text())));
+  CustPhoto.Show(session(), CustID.text());
   CompCode.SetText(NullToEmpty(loan.Field("CompCode")));
   AltCode.SetText(NullToEmpty(loan.Field("OldLoanCode")));
   OldLoanBal.SetText(ShowMoney(loan.Field("LoanBal")));

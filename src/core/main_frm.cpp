@@ -3,11 +3,13 @@
 #include <fmt/format.h>
 
 #include <set>
+#include <utility>
 
 #include "core/audit.h"
 #include "core/central_database.h"
 #include "core/company_access.h"
 #include "core/einvoice_codes.h"
+#include "core/file_store.h"
 #include "core/log.h"
 #include "core/open_for.h"
 #include "core/report_path.h"
@@ -15,6 +17,7 @@
 #include "core/shipped_codes.h"
 #include "core/sign_in.h"
 #include "core/startup.h"
+#include "core/unsent_files.h"
 #include "core/user_login.h"
 #include "core/values.h"
 #include "platform/sql/standby.h"
@@ -90,14 +93,17 @@ MainFrm::MainFrm(Session& session, Desk& desk, std::vector<MenuEntry> entries,
   };
   Label1.onClick = [this] { EditSlogan(); };
   EmptyKeyCmd.onClick = [this] { ShutBuiltInLogon(); };
+  SendFilesCmd.onClick = [this] {
+    if (FileStore* store = StoreOf(this->session())) store->SendAll();
+  };
   for (MenuEntry& entry : menu_.entries()) {
     if (entry.action == MenuAction::screen) entry.enabled = screen_exists_(entry.target);
     if (entry.action == MenuAction::own && HasNothingToOpen(entry.name)) entry.enabled = false;
   }
   session.menu = &menu_;
   menu_.HideAll();
-  for (Control* control :
-       std::initializer_list<Control*>{&Label4, &Label5, &KeyNotice, &EmptyKeyCmd}) {
+  for (Control* control : std::initializer_list<Control*>{
+           &Label4, &Label5, &KeyNotice, &EmptyKeyCmd, &UnsentLBL, &SendFilesCmd}) {
     control->SetVisible(false);
   }
 }
@@ -140,7 +146,31 @@ void MainFrm::FillAtStart() {
   if (!slogan.empty()) Label1.SetText(slogan);
 }
 
-void MainFrm::Tick() { SetPanel(5, long_date_); }
+void MainFrm::Tick() {
+  SetPanel(5, long_date_);
+  if (session().CurrentLevel >= 1) LookAfterFiles();
+}
+
+// What another day left unsent goes out once somebody is signed in.
+void MainFrm::LookAfterFiles() {
+  if (!std::exchange(files_begun_, true)) {
+    if (FileStore* begun = StoreOf(session())) begun->SendAll();
+  }
+  const FileStore* store = OpenStore(session());
+  if (store == nullptr) return;
+  TellUnsent(session(), *this);
+  const FileStore::Sending sending = store->sending();
+  const bool stuck = sending.waiting > 0 && !store->IsSending();
+  if (stuck) {
+    UnsentLBL.SetCaption(
+        {fmt::format("{} photo(s) or document(s) of this PC are not on the server yet.",
+                     sending.waiting),
+         fmt::format("本机有 {} 个照片或文件尚未传到服务器。", sending.waiting)});
+  }
+  if (UnsentLBL.visible() == stuck) return;
+  UnsentLBL.SetVisible(stuck);
+  SendFilesCmd.SetVisible(stuck);
+}
 
 void MainFrm::ShowStatus() {
   SetPanel(2, session().CurrentLevel >= 1

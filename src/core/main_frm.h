@@ -31,6 +31,9 @@ class MainFrm : public SessionScreen {
       "KeyNotice",
       {"The built-in logon ADMIN still opens this office.", "内置登录 ADMIN 仍可进入本系统。"}};
   Button EmptyKeyCmd{*this, "EmptyKeyCmd", {"Shut it", "关闭它"}};
+  // Photos and documents of this PC that the office's server does not have yet.
+  Label UnsentLBL{*this, "UnsentLBL"};
+  Button SendFilesCmd{*this, "SendFilesCmd", {"Send again", "重新传送"}};
   // Where the program was started for another day than the real one.
   Label ClockLBL{*this, "ClockLBL"};
   // Where one of two servers is away.
@@ -65,7 +68,7 @@ class MainFrm : public SessionScreen {
   // Log line, audit record "Log Out"; once.
   void Unload() override;
   // Rewrites panel 5 with the date kept from the start: it does not roll over while the program is
-  // open.
+  // open. Looks after the files that are on their way to the server.
   void Tick() override;
 
  private:
@@ -79,6 +82,7 @@ class MainFrm : public SessionScreen {
   void EditSlogan();
   void OpenListedLoan(const std::string& loan_id);
   void ShowStatus();
+  void LookAfterFiles();
   void ApplyMenus();
   void QuietClosedLoans(const std::string& company, const std::string& today);
   bool BuiltInLogonIsOpen();
@@ -90,6 +94,7 @@ class MainFrm : public SessionScreen {
   std::function<bool(std::string_view)> screen_exists_;
   std::array<std::string, 5> panels_;
   std::string long_date_;
+  bool files_begun_ = false;
 };
 
 }  // namespace kaunter

@@ -8,8 +8,7 @@ namespace kaunter {
 class Session;
 class TextBox;
 
-// Asks for the file on behalf of the box. What is no file or no picture is told at the box; ""
-// then, as when the choice is cancelled.
+// Asks for the file on behalf of the box, on the screen PhotoBrowseFrm; "" when none was chosen.
 std::string ChoosePicture(Session& session, TextBox& box);
 
 }  // namespace kaunter

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "core/connect_sequence.h"
+#include "core/file_store.h"
 #include "core/moved_office.h"
 #include "core/new_office.h"
 #include "core/schema_text.h"
@@ -166,6 +167,7 @@ int StoredVersion(const std::string& stored, std::string_view running) {
 void FindPhotoFolder(Session& session) {
   session.PhotoPath = session.AppPath + "/Photo";
   std::filesystem::create_directories(session.PhotoPath);
+  CleanFtpScripts(session);
 }
 
 }  // namespace

@@ -148,9 +148,22 @@ void NewCustFrm::BindEvents() {
     EditReferrer(-1);
   };
   RefLV.onRow = [this](int row) { EditReferrer(row); };
-  AddDocCmd.onClick = [this] { AddDocument(); };
+  AddDocCmd.onClick = [this] { ChooseDocument(); };
+  DocDG.onFiles = [this](const std::vector<std::string>& files) { AddDocuments(files); };
+  DocDG.onRow = [this](int row) { ShowDocument(row); };
+  DocStrip.onPick = [this](int item) { DocDG.Select(item); };
+  PhotoStrip.onPick = [this](int item) {
+    PhotoPreview.SetPath(PhotoStrip.items().at(static_cast<std::size_t>(item)).path);
+  };
   RemoveDocCmd.onClick = [this] { RemoveDocuments(); };
   OpenDocCmd.onClick = [this] { OpenDocument(); };
+  StopSendCmd.onClick = [this] {
+    if (FileStore* store = OpenStore(this->session())) store->StopSending();
+  };
+  SendAgainCmd.onClick = [this] {
+    if (FileStore* store = StoreOf(this->session())) store->SendAll();
+    ShowSending();
+  };
   DocDG.SetHasChecks(true);
   DocDG.onOpen = [this](int, int) { OpenDocument(); };
   TextBox* pictures[] = {&Pic1, &Pic2, &Pic3, &Pic4, &Pic5, &Pic6};
@@ -199,6 +212,7 @@ void NewCustFrm::Load() {
   OfferShortcut(session(), CmdLoan, "NewLoanFrm", "Edit Loan");
   OfferShortcut(session(), CmdPay, "PaymentFrm", "New Payment");
   OfferShortcut(session(), CmdBuyGold, "FrmBuyGold", "Buy Gold");
+  ShowSending();
   StartNew();
   if (!session().HandOverCustID.empty()) LoadCustomer(session().HandOverCustID);
 }

@@ -10,6 +10,8 @@
 #include "core/session_screen.h"
 #include "core/waiting_picture.h"
 #include "customers/photo_server.h"
+#include "screen/file_grid.h"
+#include "screen/picture_strip.h"
 
 namespace kaunter {
 
@@ -181,7 +183,13 @@ class NewCustFrm : public SessionScreen {
   Button AddDocCmd{*this, "AddDocCmd", {"&Add Document", "加入文件(&A)"}};
   Button RemoveDocCmd{*this, "RemoveDocCmd", {"&Remove", "移除(&R)"}};
   Button OpenDocCmd{*this, "OpenDocCmd", {"&Open", "打开(&O)"}};
-  Grid DocDG;
+  FileGrid DocDG;
+  Picture DocPreview{*this, "DocPreview", {"Preview", "预览"}};
+  PictureStrip DocStrip{*this, "DocStrip", {"Documents", "文件"}};
+  // Files of this PC on their way to the office's server.
+  Bar SendBar{*this, "SendBar", {"To the server", "传到服务器"}};
+  Button StopSendCmd{*this, "StopSendCmd", {"S&top", "停止(&T)"}};
+  Button SendAgainCmd{*this, "SendAgainCmd", {"Send A&gain", "重新传送(&G)"}};
   TabPage PhotoPage{*this, "PhotoPage", {"Photos", "照片"}, Pages};
   TextBox Pic1{*this, "Pic1", {"Picture 1", "照片 1"}};
   TextBox Pic2{*this, "Pic2", {"Picture 2", "照片 2"}};
@@ -190,6 +198,8 @@ class NewCustFrm : public SessionScreen {
   TextBox Pic5{*this, "Pic5", {"Picture 5", "照片 5"}};
   TextBox Pic6{*this, "Pic6", {"MyKad Picture", "身份证照片"}};
   Button CmdWebCam{*this, "CmdWebCam", {"Ca&mera", "拍照(&M)"}};
+  Picture PhotoPreview{*this, "PhotoPreview", {"Preview", "预览"}};
+  PictureStrip PhotoStrip{*this, "PhotoStrip", {"Photos", "照片"}};
   TabPage CheckListPage{*this, "CheckListPage", {"Check List", "查核表"}, Pages};
   Grid CheckListDG;
   TabPage LoanPage{*this, "LoanPage", {"Loans", "贷款"}, Pages};
@@ -220,6 +230,8 @@ class NewCustFrm : public SessionScreen {
 
   void Load() override;
   bool RequestClose() override;
+  // Photos that come from the server and files that go there.
+  void Tick() override;
 
  private:
   // new_cust_frm.cpp: the record
@@ -270,24 +282,36 @@ class NewCustFrm : public SessionScreen {
   void OfferReporting();
   void ReportSuspicion();
 
-  // new_cust_lists.cpp: referrers, documents, check list, loans, applications, photos, import
+  // new_cust_files.cpp: documents and photos
+  void LoadDocuments(const std::string& id);
+  const std::string& DocumentOwner() const;
+  bool MayAddDocument();
+  void ChooseDocument();
+  void AddDocuments(const std::vector<std::string>& files);
+  void RemoveDocuments();
+  std::string DocumentFolder(int row) const;
+  std::string DocumentPath(int row) const;  // on this PC; "" when its name is none
+  void ShowDocumentStrip();
+  void ShowDocument(int row);
+  bool MayOpenFile(const std::string& file);
+  void OpenDocument();
+  std::string PhotoPath(const TextBox& box);
+  void ShowPhoto(const std::string& id);
+  void ShowSending();
+  void ChoosePhoto(TextBox& box, int number);
+  bool MayKeepPhoto(TextBox& box);
+  void KeepPhoto(TextBox& box, int number, const std::string& file);
+
+  // new_cust_lists.cpp: referrers, check list, loans, applications, import
   void LoadLists(const std::string& id);
   void LoadReferrers(const std::string& id);
   std::vector<TextBox*> ReferrerBoxes();
   bool AddReferrer();
   void EditReferrer(int row);
-  void LoadDocuments(const std::string& id);
-  void AddDocument();
-  void RemoveDocuments();
-  void OpenDocument();
   void LoadCheckList(const std::string& id);
   void LoadLoans(const std::string& id);
   void ShowCredit(const std::string& id);
   void ShowGlance();
-  void ShowPhoto(const std::string& id);
-  void ChoosePhoto(TextBox& box, int number);
-  bool MayKeepPhoto(TextBox& box);
-  void KeepPhoto(TextBox& box, int number, const std::string& file);
   void Import();
   void LoadApplications(const std::string& id);
   bool CheckApplication();

@@ -1,29 +1,19 @@
-// The lists of the customer screen: referrers, documents, check list, loans with their sums, the
-// credit bar, and what brings rows into them.
+// The lists of the customer screen: referrers, check list, loans with their sums, the credit bar,
+// and what brings rows into them.
 #include <fmt/format.h>
-
-#include <filesystem>
 
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/picker.h"
-#include "core/picture_file.h"
-#include "core/places.h"
-#include "core/sequences.h"
 #include "core/telling.h"
 #include "core/values.h"
 #include "customers/credit_limit.h"
 #include "customers/customer_store.h"
-#include "customers/document_store.h"
 #include "customers/new_cust_frm.h"
-#include "customers/photo_server.h"
 #include "platform/sql/data_source.h"
 
 namespace kaunter {
 namespace {
-
-constexpr const char* kDocumentFiles =
-    "All Images (*.jpg *.jpeg *.bmp *.tif *.tiff *.png *.gif *.pdf);;All File (*.*)";
 
 std::string TextOf(const Grid& grid) {
   std::string text;
@@ -50,11 +40,6 @@ void NewCustFrm::LoadLists(const std::string& id) {
   ShowPhoto(id);
   ShowGlance();
   remembered_lists_ = Lists();
-}
-
-void NewCustFrm::ShowPhoto(const std::string& id) {
-  const bool has_one = !Pic1.empty() && !id.empty();
-  Photo.SetPath(has_one ? shown_photos_.Path(session(), *this, id, Pic1.text()) : std::string());
 }
 
 void NewCustFrm::ShowGlance() {
@@ -130,71 +115,6 @@ void NewCustFrm::EditReferrer(int row) {
   }
 }
 
-void NewCustFrm::LoadDocuments(const std::string& id) {
-  DocDG.Clear();
-  if (id.empty()) return;
-  Recordset rows = main().Query(
-      fmt::format("SELECT * FROM DocumentMast WHERE CustID={} ORDER BY DocNo", QuoteStr(id)));
-  for (; !rows.Eof(); rows.MoveNext()) {
-    DocDG.AddRow({NullToEmpty(rows.Field("DocNo")), NullToEmpty(rows.Field("DocDesc")),
-                  NullToEmpty(rows.Field("DocName")), NullToEmpty(rows.Field("UserID")),
-                  ShowDateTime(rows.Field("DateCreated"))});
-  }
-}
-
-void NewCustFrm::AddDocument() {
-  if (Trim(DocDesc.text()).empty()) {
-    Refuse(DocDesc, {"Please input description before adding documents", "加入文件前请先输入说明"});
-    return;
-  }
-  const std::string owner = loaded_id_.empty() ? CompCode.text() : loaded_id_;
-  if (owner.empty()) {
-    Refuse(CompCode, {"Company Code is required", "请选择公司"});
-    return;
-  }
-  const std::string file =
-      desk().PickFile("Select Documents / Images File", PickStart(session()), kDocumentFiles);
-  if (file.empty()) return;
-  if (std::filesystem::path(file).extension().string().size() < 2) {
-    Refuse(DocDesc, "Invalid filename");
-    return;
-  }
-  const std::string number = NextSeries(main(), "D", owner, true);
-  const std::string name = KeepFile(session(), owner, file, number);
-  SendPhoto(session(), *this, owner, name);
-  DocDG.AddRow({number, DocDesc.text(), name, session().CurrentUserID, ServerNow(main(), true)});
-  DocDesc.Clear();
-}
-
-void NewCustFrm::RemoveDocuments() {
-  int ticked = 0;
-  for (int row = 0; row < DocDG.RowCount(); ++row) ticked += DocDG.Ticked(row) ? 1 : 0;
-  if (ticked == 0) {
-    Tell(MessageKind::information, "No changes on existing documents");
-    return;
-  }
-  if (!ConfirmLoss(fmt::format("Confirm to remove {} item ?", ticked))) return;
-  for (int row = DocDG.RowCount() - 1; row >= 0; --row) {
-    if (DocDG.Ticked(row)) DocDG.RemoveRow(row);
-  }
-}
-
-void NewCustFrm::OpenDocument() {
-  const int row = DocDG.current_row();
-  if (row < 0) return;
-  const std::string& number = DocDG.Cell(row, 0);
-  const std::string folder = number.substr(0, number.find('#'));
-  const std::string& file = DocDG.Cell(row, 2);
-  if (!FetchPhoto(session(), *this, folder, file)) return;
-  const std::string path = KeptPath(session(), folder, file);
-  if (const auto refusal = WhyNotOpened(path)) {
-    desk().Message(MessageKind::critical, session().In({"Open Documents", "打开文件"}),
-                   fmt::format("{}\n{}", session().In(*refusal), path));
-    return;
-  }
-  desk().Open(path);
-}
-
 void NewCustFrm::LoadCheckList(const std::string& id) {
   Recordset rows;
   if (!id.empty()) {
@@ -266,29 +186,6 @@ void NewCustFrm::ShowCredit(const std::string& id) {
         MessageKind::critical, "Credit Limit",
         session().In(Failed("an error occur during checking credit limit", failure, kNotRead)));
   }
-}
-
-bool NewCustFrm::MayKeepPhoto(TextBox& box) {
-  return !loaded_id_.empty() ||
-         Refuse(box, {"Please save Customer Profile first before upload photo",
-                      "上载照片前请先储存顾客资料"});
-}
-
-void NewCustFrm::ChoosePhoto(TextBox& box, int number) {
-  if (!MayKeepPhoto(box)) return;
-  const std::string file = ChoosePicture(session(), box);
-  if (!file.empty()) KeepPhoto(box, number, file);
-}
-
-void NewCustFrm::KeepPhoto(TextBox& box, int number, const std::string& file) {
-  const std::string name = KeepFile(session(), loaded_id_, file, fmt::format("pic{}", number));
-  ExecuteOnRow(main(),
-               fmt::format("UPDATE CustMast SET Pic{}={} WHERE CustID={}", number, QuoteStr(name),
-                           QuoteStr(loaded_id_)),
-               loaded_id_);
-  box.SetText(name);
-  SendPhoto(session(), *this, loaded_id_, name);
-  if (number == 1) Photo.SetPath(KeptPath(session(), loaded_id_, name));
 }
 
 void NewCustFrm::Import() {

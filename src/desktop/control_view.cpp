@@ -6,6 +6,7 @@
 #include "desktop/choice_views.h"
 #include "desktop/grid_view.h"
 #include "desktop/plain_views.h"
+#include "desktop/strip_view.h"
 #include "desktop/text.h"
 #include "desktop/text_box_view.h"
 #include "desktop/theme.h"
@@ -78,6 +79,9 @@ std::unique_ptr<ControlView> MakeView(ScreenFace& face, Control& control) {
     case ControlType::grid:
       return std::make_unique<GridView>(face, static_cast<Grid&>(control));
     case ControlType::picture:
+      if (auto* strip = dynamic_cast<PictureStrip*>(&control)) {
+        return std::make_unique<StripView>(face, *strip);
+      }
       return std::make_unique<PictureView>(face, static_cast<Picture&>(control));
     case ControlType::bar:
       return std::make_unique<BarView>(face, static_cast<Bar&>(control));

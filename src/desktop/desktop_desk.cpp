@@ -17,6 +17,7 @@
 #include "desktop/progress_dialog.h"
 #include "desktop/screen_dialog.h"
 #include "desktop/text.h"
+#include "qtservices/picture_file.h"
 #include "qtservices/xlsx_file.h"
 #include "screen/screen.h"
 
@@ -159,11 +160,23 @@ void DesktopDesk::Copy(std::string_view text) { QApplication::clipboard()->setTe
 
 std::shared_ptr<Camera> DesktopDesk::OpenCamera(std::string_view name) { return StartCamera(name); }
 
+PictureDesk::Made DesktopDesk::MakeJpeg(const std::string& source, const std::string& target) {
+  return WriteAsJpeg(source, target);
+}
+
 void DesktopDesk::Open(std::string_view target) {
   const QString text = Q(target);
   const bool file = QFileInfo::exists(text);
-  if (!QDesktopServices::openUrl(file ? QUrl::fromLocalFile(QFileInfo(text).absoluteFilePath())
-                                      : QUrl::fromUserInput(text))) {
+  if (QDesktopServices::openUrl(file ? QUrl::fromLocalFile(QFileInfo(text).absoluteFilePath())
+                                     : QUrl::fromUserInput(text))) {
+    return;
+  }
+  if (file) {
+    Message(MessageKind::critical, IsChinese() ? "打开文件" : "Open Documents",
+            Caption{fmt::format("No association for file extension\n{}", target),
+                    fmt::format("此电脑没有打开此类文件的程序\n{}", target)}
+                .In(IsChinese()));
+  } else {
     Message(MessageKind::critical, "Kaunter",
             Caption{fmt::format("{} could not be opened: this PC has no program for it.", target),
                     fmt::format("无法打开 {}：此电脑没有相应的程序。", target)}

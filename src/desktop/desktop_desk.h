@@ -9,10 +9,16 @@
 #include "reports/workbook_desk.h"
 #include "screen/clipboard_desk.h"
 #include "screen/desk.h"
+#include "screen/meanwhile.h"
+#include "screen/picture_desk.h"
 
 namespace kaunter {
 
-class DesktopDesk : public Desk, public WorkbookDesk, public ClipboardDesk {
+class DesktopDesk : public Desk,
+                    public WorkbookDesk,
+                    public ClipboardDesk,
+                    public PictureDesk,
+                    public MeanwhileDesk {
  public:
   // Makes a screen of the catalogue; null when it is unknown.
   std::function<std::unique_ptr<Screen>(std::string_view)> make;
@@ -40,6 +46,7 @@ class DesktopDesk : public Desk, public WorkbookDesk, public ClipboardDesk {
   void WriteWorkbook(const ReportRows& rows, const std::string& path) override;
   void Copy(std::string_view text) override;
   std::shared_ptr<Camera> OpenCamera(std::string_view name) override;
+  Made MakeJpeg(const std::string& source, const std::string& target) override;
   void Open(std::string_view target) override;
   bool Start(std::string_view program, const std::vector<std::string>& arguments) override;
 

@@ -15,11 +15,13 @@
 #include <numeric>
 
 #include "desktop/column_widths.h"
+#include "desktop/file_drop.h"
 #include "desktop/plain_views.h"
 #include "desktop/row_order.h"
 #include "desktop/text.h"
 #include "desktop/theme.h"
 #include "desktop/window_memory.h"
+#include "screen/file_grid.h"
 
 namespace kaunter {
 namespace {
@@ -243,6 +245,12 @@ GridView::GridView(ScreenFace& face, Grid& grid) : ControlView(face, grid), grid
       Moved(current);
     }
   });
+  if (auto* files = dynamic_cast<FileGrid*>(&grid)) {
+    CatchFiles(*table_, [this, files](const std::vector<std::string>& dropped) {
+      this->face().Settle();  // the box that was typed in is left first
+      Act([&] { files->Drop(dropped); });
+    });
+  }
   QObject::connect(table_, &QTableView::doubleClicked, table_, [this](const QModelIndex& index) {
     if (index.flags() & Qt::ItemIsEditable || model_->IsCheckColumn(index.column())) return;
     const int row = model_->GridRowOf(index.row());

@@ -146,7 +146,12 @@ QString ListCard::Sum(const Grid& grid) const {
 
 HomePage::HomePage(ScreenFace& face, MainFrm& main, std::function<void(const std::string&)> choose,
                    QWidget* parent)
-    : QWidget(parent), face_(face), main_(main), choose_(std::move(choose)) {
+    : QWidget(parent),
+      face_(face),
+      main_(main),
+      choose_(std::move(choose)),
+      notices_{Notice{main.KeyNotice, main.EmptyKeyCmd},
+               Notice{main.UnsentLBL, main.SendFilesCmd}} {
   slogan_ = new QLabel(this);
   slogan_->setFont(ScaledFont(1.6, true));
   slogan_->setTextFormat(Qt::PlainText);
@@ -160,8 +165,10 @@ HomePage::HomePage(ScreenFace& face, MainFrm& main, std::function<void(const std
   auto* desk = new QVBoxLayout(desk_);
   desk->setContentsMargins(0, 0, 0, 0);
   desk->setSpacing(kGap);
-  notice_ = MakeNotice();
-  desk->addWidget(notice_);
+  for (Notice& notice : notices_) {
+    MakeNotice(notice);
+    desk->addWidget(notice.card);
+  }
   tiles_ = new QHBoxLayout;
   tiles_->setSpacing(kGap);
   desk->addLayout(tiles_);
@@ -229,20 +236,19 @@ QHBoxLayout* HomePage::MakeHead() {
   return head;
 }
 
-QWidget* HomePage::MakeNotice() {
-  auto* card = new QFrame(desk_);
-  card->setProperty("card", true);
-  auto* inside = new QHBoxLayout(card);
+void HomePage::MakeNotice(Notice& notice) {
+  notice.card = new QFrame(desk_);
+  notice.card->setProperty("card", true);
+  auto* inside = new QHBoxLayout(notice.card);
   inside->setContentsMargins(16, 10, 12, 10);
-  notice_text_ = new QLabel(card);
-  shut_ = new QPushButton(card);
-  connect(shut_, &QPushButton::clicked, this, [this] {
-    face_.Act([this] { main_.EmptyKeyCmd.Click(); });
+  notice.text = new QLabel(notice.card);
+  notice.button = new QPushButton(notice.card);
+  connect(notice.button, &QPushButton::clicked, this, [this, &notice] {
+    face_.Act([&] { notice.act.Click(); });
     Refresh();
   });
-  inside->addWidget(notice_text_, 1);
-  inside->addWidget(shut_);
-  return card;
+  inside->addWidget(notice.text, 1);
+  inside->addWidget(notice.button);
 }
 
 QWidget* HomePage::MakeWelcome() {
@@ -321,9 +327,11 @@ void HomePage::Refresh() {
   // A new text takes the key away.
   refresh_->setShortcut(QKeySequence(Q(main_.home().RefreshCmd.shortcut)));
   if (!signed_in) return;
-  notice_->setVisible(main_.KeyNotice.visible());
-  notice_text_->setText(Q(main_.KeyNotice.caption().In(chinese)));
-  shut_->setText(Q(main_.EmptyKeyCmd.caption().In(chinese)));
+  for (Notice& notice : notices_) {
+    notice.card->setVisible(notice.told.visible());
+    notice.text->setText(Q(notice.told.caption().In(chinese)));
+    notice.button->setText(Q(notice.act.caption().In(chinese)));
+  }
   RefreshTiles();
   figures_->Refresh();
   // While nothing can be behind, today's list has the whole width.
@@ -364,8 +372,8 @@ void HomePage::RefreshTiles() {
   // As the first of the ring it counts as being behind the last tile already, so it is moved away
   // before.
   if (last) {
-    setTabOrder(refresh_, shut_);
-    setTabOrder(last, shut_);
+    setTabOrder(refresh_, notices_[0].button);
+    setTabOrder(last, notices_[0].button);
   }
 }
 

@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QLabel>
 #include <QWidget>
+#include <array>
 #include <functional>
 #include <vector>
 
@@ -76,7 +77,15 @@ class HomePage : public QWidget {
   void RefreshTiles();
   QWidget* MakeWelcome();
   QString CompanyLine() const;
-  QWidget* MakeNotice();
+  // Something that stays true until somebody acts.
+  struct Notice {
+    Label& told;
+    Button& act;
+    QFrame* card = nullptr;
+    QLabel* text = nullptr;
+    QPushButton* button = nullptr;
+  };
+  void MakeNotice(Notice& notice);
   QHBoxLayout* MakeHead();
 
   ScreenFace& face_;
@@ -84,9 +93,7 @@ class HomePage : public QWidget {
   std::function<void(const std::string&)> choose_;
   QLabel* slogan_;
   QLabel* company_;
-  QWidget* notice_;
-  QLabel* notice_text_;
-  QPushButton* shut_;
+  std::array<Notice, 2> notices_;
   QWidget* desk_;     // tiles and lists, for those who are signed in
   QWidget* welcome_;  // for nobody
   QLabel* welcome_text_;

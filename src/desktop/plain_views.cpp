@@ -1,6 +1,8 @@
 #include "desktop/plain_views.h"
 
 #include <QApplication>
+#include <QDateTime>
+#include <QFileInfo>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -9,6 +11,7 @@
 #include <algorithm>
 
 #include "desktop/camera.h"
+#include "desktop/picture_loader.h"
 #include "desktop/text.h"
 #include "desktop/theme.h"
 
@@ -121,10 +124,27 @@ void LabelView::Show() {
 }
 
 void PictureWidget::SetPath(const QString& path) {
-  SetPicture(path.isEmpty() ? QPixmap() : QPixmap(path));
+  constexpr QSize kRoom(800, 800);
+  const QFileInfo file(path);
+  const QString wanted = file.isFile() ? QString("%1\n%2\n%3")
+                                             .arg(path)
+                                             .arg(file.size())
+                                             .arg(file.lastModified().toMSecsSinceEpoch())
+                                       : QString();
+  if (wanted == shown_) return;
+  shown_ = wanted;
+  picture_ = QPixmap();
+  update();
+  if (wanted.isEmpty()) return;
+  LoadPicture(path, kRoom, this, [this, wanted](const QImage& picture) {
+    if (wanted != shown_) return;  // another one is shown meanwhile
+    picture_ = QPixmap::fromImage(picture);
+    update();
+  });
 }
 
 void PictureWidget::SetPicture(const QPixmap& picture) {
+  shown_ = "\n";  // no file: whatever path comes next is another one
   picture_ = picture;
   update();
 }

@@ -26,6 +26,7 @@ class LabelView : public ControlView {
 class PictureWidget : public QWidget {
  public:
   using QWidget::QWidget;
+  // Read behind the window and shown when it is there.
   void SetPath(const QString& path);
   void SetPicture(const QPixmap& picture);
   QSize sizeHint() const override { return {200, 200}; }
@@ -35,6 +36,7 @@ class PictureWidget : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  QString shown_;  // the path, with what tells that the file is another one now
   QPixmap picture_;
 };
 

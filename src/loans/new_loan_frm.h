@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "core/record.h"
+#include "customers/customer_photo.h"
 #include "customers/photo_server.h"
 #include "loans/guarantor_boxes.h"
 #include "loans/loan_screen.h"
@@ -28,6 +29,7 @@ class NewLoanFrm : public LoanScreen {
  public:
   NewLoanFrm(Session& session, Desk& desk);
 
+  CustomerPhoto CustPhoto{*this, "CustPhoto", {"Photo", "照片"}};
   Label LoanLBL{*this, "LoanLBL"};  // the mode
   Frame Identity{*this, "Identity"};
   TextBox LoanID{*this, "LoanID", {"Loan Code", "贷款编号"}, Kind::text, &Identity};
@@ -199,6 +201,7 @@ class NewLoanFrm : public LoanScreen {
 
   void Load() override;
   bool RequestClose() override;
+  void Tick() override;
 
  private:
   // --- the record (new_loan_frm.cpp)

@@ -12,6 +12,7 @@
 #include "core/identity.h"
 #include "core/picker.h"
 #include "core/picture_file.h"
+#include "core/unsent_files.h"
 #include "core/values.h"
 #include "customers/credit_limit.h"
 #include "customers/document_store.h"
@@ -97,6 +98,7 @@ bool NewLoanFrm::LoadCustomer(bool lenient) {
                                     fmt::format("请注意：顾客状态为 {}", status)});
   }
   CustName.SetText(NullToEmpty(row.Field("CustName")));
+  CustPhoto.Show(session(), id);
   // A loan that stands keeps its company and the limit that it was given under.
   if (!lenient) {
     CompCode.SetText(own_company);
@@ -213,6 +215,12 @@ void NewLoanFrm::ChoosePhoto(GuarantorBoxes& boxes) {
   pending_photos_[boxes.index] = file;
   boxes.Pic.SetText(fmt::format("guarantor{}{}", boxes.index, ending));
   ShowPhotos();
+}
+
+void NewLoanFrm::Tick() {
+  if (shown_photos_.Tick(session(), *this)) ShowPhotos();
+  CustPhoto.Look();
+  TellUnsent(session(), *this);
 }
 
 void NewLoanFrm::ShowPhotos() {

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <random>
 #include <utility>
 
 #include "platform/private_file.h"
+#include "platform/whole_file.h"
 
 namespace kaunter {
 namespace {
@@ -38,11 +38,6 @@ std::string AddressPart(std::string_view text) {
     part += plain ? std::string(1, c) : fmt::format("%{:02X}", static_cast<unsigned char>(c));
   }
   return part;
-}
-
-std::string FreeName() {
-  std::random_device chance;
-  return fmt::format("kaunter-{:08x}{:08x}.part", chance(), chance());
 }
 
 // Commands for the server, each a line.
@@ -219,7 +214,7 @@ FtpResult FtpLine::Send(const std::vector<std::string>& folders, const std::stri
   std::error_code error;
   const auto size = static_cast<std::int64_t>(fs::file_size(source, error));
   if (!file || error) return {End::refused, fmt::format("{} cannot be read", source)};
-  const std::string part = FreeName();
+  const std::string part = FreeFileName();
   const Commands unicode({"*OPTS UTF8 ON"});
   Prepare(folders, part, watch);
   line_.Set(CURLOPT_QUOTE, unicode.get());

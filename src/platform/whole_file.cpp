@@ -1,7 +1,9 @@
 #include "platform/whole_file.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -9,6 +11,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "platform/digest.h"
 #include "platform/private_file.h"
 
 namespace kaunter {
@@ -56,6 +59,12 @@ std::string FileNameOf(const std::string& name) {
     if (refused) c = '_';
   }
   return file;
+}
+
+std::string FreeFileName() {
+  std::array<unsigned char, 8> chance{};
+  FillWithRandom(chance);
+  return fmt::format("kaunter-{:02x}.part", fmt::join(chance, ""));
 }
 
 }  // namespace kaunter

@@ -18,4 +18,7 @@ void WriteWholeFile(const std::string& path, const std::function<void(std::ostre
 // `name` as a part of a file's name: signs that a folder does not take become "_".
 std::string FileNameOf(const std::string& name);
 
+// A name that no other file has: for one that is not whole yet.
+std::string FreeFileName();
+
 }  // namespace kaunter

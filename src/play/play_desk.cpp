@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "play/script.h"
+#include "qtservices/picture_file.h"
 #include "qtservices/xlsx_file.h"
 #include "screen/text.h"
 
@@ -168,6 +169,10 @@ void PlayDesk::WriteWorkbook(const ReportRows& rows, const std::string& path) {
 }
 
 void PlayDesk::Copy(std::string_view text) { transcript_.Note("copied\n" + std::string(text)); }
+
+PictureDesk::Made PlayDesk::MakeJpeg(const std::string& source, const std::string& target) {
+  return WriteAsJpeg(source, target);
+}
 
 void PlayDesk::Open(std::string_view target) { transcript_.Note("open " + std::string(target)); }
 

@@ -13,6 +13,7 @@
 #include "reports/workbook_desk.h"
 #include "screen/clipboard_desk.h"
 #include "screen/desk.h"
+#include "screen/picture_desk.h"
 #include "screen/report_job.h"
 #include "screen/screen.h"
 
@@ -31,7 +32,7 @@ class PlayHost {
   virtual bool stopped() const = 0;
 };
 
-class PlayDesk : public Desk, public WorkbookDesk, public ClipboardDesk {
+class PlayDesk : public Desk, public WorkbookDesk, public ClipboardDesk, public PictureDesk {
  public:
   using Renderer = std::function<void(const ReportJob& job, const std::string& path)>;
   using Launcher =
@@ -77,6 +78,7 @@ class PlayDesk : public Desk, public WorkbookDesk, public ClipboardDesk {
   void Print(const ReportJob& job) override;
   void WriteWorkbook(const ReportRows& rows, const std::string& path) override;
   void Copy(std::string_view text) override;
+  Made MakeJpeg(const std::string& source, const std::string& target) override;
   void Open(std::string_view target) override;
   bool Start(std::string_view program, const std::vector<std::string>& arguments) override;
 

@@ -7,6 +7,7 @@
 
 #include "play/control_view.h"
 #include "play/sql_text.h"
+#include "screen/file_grid.h"
 #include "screen/text.h"
 
 namespace kaunter {
@@ -41,6 +42,7 @@ const std::vector<Runner::Rule>& Runner::Rules() {
       {{"click", 1, 1, "click C"}, &R::Click},
       {{"select", 2, 2, "select G ROW"}, &R::Select},
       {{"open", 2, 3, "open G ROW [COL]"}, &R::Open},
+      {{"drop", 2, kAnyNumber, "drop G FILE..."}, &R::Drop},
       {{"cell", 4, 4, "cell G ROW COL TEXT"}, &R::Cell},
       {{"tick", 2, 3, "tick G ROW [1/0]"}, &R::Tick},
       {{"key", 2, 2, "key C KEY"}, &R::Key},
@@ -250,6 +252,12 @@ void Runner::Select(const Words& arguments) {
   Grid& grid = GoToGrid(arguments[0]);
   const int row = PlayContext::FindRow(grid, arguments[1]);
   grid.screen().Guard([&] { grid.Select(row); });
+}
+
+void Runner::Drop(const Words& arguments) {
+  auto* grid = dynamic_cast<FileGrid*>(&GoToGrid(arguments[0]));
+  if (grid == nullptr) throw ScriptError(arguments[0] + " takes no files");
+  grid->screen().Guard([&] { grid->Drop({arguments.begin() + 1, arguments.end()}); });
 }
 
 void Runner::Open(const Words& arguments) {

@@ -59,6 +59,7 @@ class Runner : public PlayHost {
   void Leave(const Words& arguments);
   void Click(const Words& arguments);
   void Select(const Words& arguments);
+  void Drop(const Words& arguments);
   void Open(const Words& arguments);
   void Cell(const Words& arguments);
   void Tick(const Words& arguments);

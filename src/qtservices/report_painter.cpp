@@ -12,6 +12,7 @@
 #include <map>
 #include <utility>
 
+#include "qtservices/picture_file.h"
 #include "reports/text_width.h"
 
 namespace kaunter {
@@ -104,6 +105,8 @@ class TextPainter {
   const Face* current_ = nullptr;
 };
 
+constexpr QSize kSharpEnough(2400, 2400);  // for a whole page
+
 // Kept while the file is the same: a page is drawn again and again while it is scrolled.
 QImage PictureOf(const std::string& path) {
   static QCache<QString, QImage> kept(kPicturesKept);
@@ -113,7 +116,7 @@ QImage PictureOf(const std::string& path) {
                           .arg(file.size())
                           .arg(file.lastModified().toMSecsSinceEpoch());
   if (const QImage* known = kept.object(key)) return *known;
-  QImage picture(file.filePath());
+  const QImage picture = ReadSmall(path, kSharpEnough);
   kept.insert(key, new QImage(picture),
               std::max<int>(1, static_cast<int>(picture.sizeInBytes() / 1024)));
   return picture;

@@ -254,7 +254,7 @@ void frmPrinting::LayPhoto() {
                           of_loan));
   const std::string customer =
       ScalarQuery(main(), fmt::format("SELECT CustID FROM LoanMast WHERE LoanID={}", of_loan));
-  LayReportPicture(session(), customer, photo);
+  LayReportPicture(session(), *this, customer, photo);
 }
 
 void frmPrinting::OpenStatement(const ListedDocument& document) {

@@ -188,7 +188,7 @@ void ReportFrm::LayPhoto() {
     return;
   }
   IDTo.SetText(IDFrom.text());
-  LayReportPicture(session(), IDFrom.text(),
+  LayReportPicture(session(), *this, IDFrom.text(),
                    ScalarQuery(main(), fmt::format("SELECT Pic1 FROM CustMast WHERE CustID={}",
                                                    QuoteStr(IDFrom.text()))));
 }

@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "core/session.h"
-#include "customers/document_store.h"
+#include "customers/photo_server.h"
 
 namespace kaunter {
 namespace {
@@ -26,8 +26,11 @@ void LayFile(const Session& session, const fs::path& source) {
 
 }  // namespace
 
-void LayReportPicture(const Session& session, std::string_view cust_id, const std::string& photo) {
-  const fs::path source = photo.empty() ? fs::path() : fs::path(KeptPath(session, cust_id, photo));
+void LayReportPicture(Session& session, const Screen& screen, std::string_view cust_id,
+                      const std::string& photo) {
+  // A stored name is a text that somebody typed, and no way to other files.
+  const bool named = IsPlainFileName(photo) && FetchPhoto(session, screen, cust_id, photo);
+  const fs::path source = named ? fs::path(KeptPath(session, cust_id, photo)) : fs::path();
   if (!fs::is_regular_file(source)) {
     ClearReportPicture(session);
   } else {

@@ -67,7 +67,7 @@ TEST_F(CustomerTest, TheCardAndTheCameraFillTheRecord) {
   session.Camera = office.folder.File("still.bmp");
   std::ofstream(session.Camera) << "BMpicture";
   screen.CmdWebCam.Click();
-  EXPECT_EQ(office.Scalar("SELECT Pic1 FROM CustMast").substr(0, 5), "pic1.");
+  EXPECT_EQ(office.Scalar("SELECT Pic1 FROM CustMast").substr(0, 5), "pic1-");
   // A record that is left takes the waiting picture with it.
   screen.cmdCardReader.Click();
   EXPECT_TRUE(fs::exists(session.PhotoPath + "/cust1.jpg"));

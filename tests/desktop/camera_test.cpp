@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QTemporaryDir>
 
 #include "desktop/control_view.h"
@@ -31,6 +32,7 @@ TEST(CameraView, ShowsEachPictureAndTakesTheLast) {
   const std::string file = S(folder.filePath("tempimage.bmp"));
   preview.Watch(camera);
   dialog.show();
+  QApplication::processEvents();
   EXPECT_FALSE(camera->Capture(file));  // nothing is seen yet
   const auto colour = [&] {
     QWidget* view = dialog.face().View(preview).widget();

@@ -33,7 +33,7 @@ const std::vector<Layout>& AllLayouts() {
       AccessDBLayout(),          BackupFrmLayout(),
       WatchListFrmLayout(),      WebCamLayout(),
       LinkResendfrmLayout(),     AboutFrmLayout(),
-      MoveOfficeFrmLayout(),
+      MoveOfficeFrmLayout(),     PhotoBrowseFrmLayout(),
   };
   return layouts;
 }

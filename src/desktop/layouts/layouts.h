@@ -21,6 +21,7 @@ Layout CompCodeFrmLayout();
 Layout CompProfileFrmLayout();
 Layout SetupFrmLayout();
 Layout FrmNicLayout();
+Layout PhotoBrowseFrmLayout();
 Layout EInvFrmLayout();
 Layout FollowupFrmLayout();
 Layout DueDateFrmLayout();

@@ -58,7 +58,8 @@ Layout NewCustFrmLayout() {
             ButtonsHere({"AddEditCmd", "RemoveRefCmd", "cmdRefererCardReader"}), Fill("RefLV")});
   const LayoutNode papers = Down(
       {Across({Fields(1, {"DocDesc"}), ButtonsHere({"AddDocCmd", "RemoveDocCmd", "OpenDocCmd"})}),
-       Fill("DocDG")});
+       Across({Fill("DocDG"), Fill("DocPreview")}, {3, 1}), Fields(1, {Wide("DocStrip")}),
+       Across({Fields(1, {"SendBar"}), ButtonsHere({"StopSendCmd", "SendAgainCmd"})}, {5, 1})});
   return {
       "NewCustFrm",
       {1342, 720},
@@ -73,7 +74,8 @@ Layout NewCustFrmLayout() {
                   Page("RefererPage", referrers), Page("DocumentPage", papers),
                   Page("PhotoPage",
                        Down({Fields(2, {"Pic1", "Pic2", "Pic3", "Pic4", "Pic5", "Pic6"}),
-                             ButtonsHere({"CmdWebCam"})})),
+                             ButtonsHere({"CmdWebCam"}), Fields(1, {Wide("PhotoStrip")}),
+                             Fill("PhotoPreview")})),
                   Page("CheckListPage", Fill("CheckListDG"))})}),
       {"CmdPrev", "CmdNext", "CmdNew", "CmdClear", "CmdNewLoan", "CmdLoan", "CmdPay", "CmdBuyGold",
        "ECust", "CmdDelete", "CmdAllowDelete", "SaveCmd", "CancelCmd"}};

@@ -101,10 +101,10 @@ Layout NewLoanFrmLayout() {
   return {
       "NewLoanFrm",
       {1342, 720},
-      Down({Across({Title("LoanLBL"),
+      Down({Across({Thumbnail("CustPhoto"), Title("LoanLBL"),
                     Inside("Identity", Fields(1, {Wide(Line({"LoanID", "CustID", "CustName",
                                                              "CompCode", "CreditLimit"}))}))},
-                   {0, 1}),
+                   {0, 0, 1}),
             Inside("Glance", Across({Title("BalanceLBL"), Title("NextDueLBL"), Title("ArrearsLBL"),
                                      Title("CreditLBL"), Fill("InstalmentBar")},
                                     {8, 8, 12, 10, 15})),

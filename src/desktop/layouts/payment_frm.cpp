@@ -31,11 +31,11 @@ LayoutNode MoneyPage() {
 Layout PaymentFrmLayout() {
   return {"PaymentFrm",
           {1342, 720},
-          Down({Across({Title("ModeLBL"),
+          Down({Across({Thumbnail("CustPhoto"), Title("ModeLBL"),
                         Inside("Identity",
                                Fields(1, {Wide(Line({"LoanID", "PayDate", "TotPay", "PayID"})),
                                           Wide(Line({"CustName", "CustID", "PaymentStatus"}))}))},
-                       {0, 1}),
+                       {0, 0, 1}),
                 Inside("Glance", Across({Figures({"OldLoanBal", "DragIntType", "WaivedAmt",
                                                   "ActPayable", "NewLoanBal"}),
                                          ButtonsHere({"ListCmd"})},
