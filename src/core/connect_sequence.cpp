@@ -12,6 +12,7 @@
 #include "core/einvoice_codes.h"
 #include "core/log.h"
 #include "core/new_office.h"
+#include "core/pickers.h"
 #include "core/schema_patches.h"
 #include "core/session.h"
 #include "core/settings.h"
@@ -222,6 +223,16 @@ void PatchCashBookOpening(Start& start) { PatchUnlessThere(start, patches::kCash
 void PatchEInvSending(Start& start) { PatchUnlessThere(start, patches::kEInvSending); }
 void PatchBaseIndexes(Start& start) { PatchUnlessThere(start, patches::kBaseIndexes); }
 
+// Of the engine, not of the office: one that moves to a server gets them there. Without them all is
+// found as well, by reading everything.
+void IndexSearchedTexts(Start& start) {
+  try {
+    IndexInsideTexts(start.main(), IndexedTexts());
+  } catch (const SqlError& failure) {
+    LogRollback(start.session, "Search index", failure);
+  }
+}
+
 void PatchEInvCodes(Start& start) {
   if (!start.value.empty()) return;
   FillEmptyCodeTables(start.main());
@@ -284,6 +295,7 @@ const std::vector<Step>& Steps() {
       PatchOnce(patches::kMoveIn),
       PatchOnce(patches::kWatchListCopy),
       PatchOnce(patches::kLongQR),
+      Table("SearchedTexts", IndexSearchedTexts),
       PatchWith(patches::kBaseIndexes, PatchBaseIndexes),
       PatchOnce(patches::kSaveMark),
   };

@@ -4,6 +4,8 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <optional>
+#include <string_view>
 
 #include "core/company_access.h"
 #include "core/paging.h"
@@ -38,18 +40,52 @@ std::string FiguresOf(std::string_view text) {
   return figures;
 }
 
-// Numbers are written with and without their dashes: both find the same.
-std::string LikeAny(const Picker& picker, const std::string& text) {
+// "l" of "l.LoanID".
+std::string_view TableOf(std::string_view column) {
+  const std::size_t point = column.find('.');
+  return point == std::string_view::npos ? std::string_view() : column.substr(0, point);
+}
+
+std::vector<std::string_view> SearchedTables(const Picker& picker) {
+  std::vector<std::string_view> tables;
+  for (const std::string& column : picker.searched) {
+    if (std::ranges::find(tables, TableOf(column)) == tables.end()) {
+      tables.push_back(TableOf(column));
+    }
+  }
+  return tables;
+}
+
+// Numbers are written with and without their dashes: both find the same. With `table`, its columns
+// alone.
+std::string LikeAny(const Picker& picker, const std::string& text,
+                    std::optional<std::string_view> table = std::nullopt) {
+  const auto passed_over = [&](std::string_view column) {
+    return table && TableOf(column) != *table;
+  };
   std::vector<std::string> likes;
   for (const std::string& column : picker.searched) {
+    if (passed_over(column)) continue;
     likes.push_back(fmt::format("{} like '%{}%'", column, EscapeQuotes(text)));
   }
   const std::string figures = FiguresOf(text);
   for (const std::string& column : picker.numbers) {
     if (figures.size() < kTellingFigures) break;
+    if (passed_over(column)) continue;
     likes.push_back(fmt::format("replace(replace({},'-',''),' ','') like '%{}%'", column, figures));
   }
   return fmt::format("({})", fmt::join(likes, " or "));
+}
+
+// The same rows, told by their keys: an index answers for one table at a time, never for a
+// condition that several tables share.
+std::string AmongKeys(const Picker& picker, const std::string& text) {
+  std::vector<std::string> selects;
+  for (const std::string_view table : SearchedTables(picker)) {
+    selects.push_back(fmt::format("SELECT {} FROM {} WHERE {}", picker.key, picker.source,
+                                  LikeAny(picker, text, table)));
+  }
+  return fmt::format("{} in ({})", picker.key, fmt::join(selects, " union "));
 }
 
 std::vector<std::string> Conditions(const Session& session, const Picker& picker,
@@ -72,6 +108,7 @@ std::vector<std::string> Conditions(const Session& session, const Picker& picker
   equal(picker.collect_info, filter.collect_info_id);
   if (!picker.searched.empty() && !filter.search.empty()) {
     add(LikeAny(picker, filter.search));
+    if (picker.keys_first && filter.texts_indexed) add(AmongKeys(picker, filter.search));
   }
   return all;
 }
@@ -111,13 +148,18 @@ bool IsNoCode(Session& session, std::string_view picker_name, std::string_view t
   const Picker& picker = FindPicker(picker_name);
   const bool named = !sought.empty() && std::none_of(sought.begin(), sought.end(), IsFigure);
   if (picker.numbers.empty() || (!named && FiguresOf(sought).size() < kLongNumber)) return false;
-  std::vector<std::string> exactly;
-  for (const std::string& column : picker.searched) {
-    if (!column.ends_with("CustName")) exactly.push_back(column + "=" + QuoteStr(sought));
+  std::vector<std::string> selects;
+  for (const std::string_view table : SearchedTables(picker)) {
+    std::vector<std::string> exactly;
+    for (const std::string& column : picker.searched) {
+      if (TableOf(column) != table || column.ends_with("CustName")) continue;
+      exactly.push_back(column + "=" + QuoteStr(sought));
+    }
+    if (exactly.empty()) continue;
+    selects.push_back(fmt::format("SELECT TOP 1 {} FROM {} WHERE {}", picker.key, picker.source,
+                                  fmt::join(exactly, " or ")));
   }
-  return ScalarQuery(session.Main(), fmt::format("SELECT TOP 1 {} FROM {} WHERE {}", picker.key,
-                                                 picker.source, fmt::join(exactly, " or ")))
-      .empty();
+  return ScalarQuery(session.Main(), fmt::format("{}", fmt::join(selects, " union "))).empty();
 }
 
 }  // namespace kaunter

@@ -21,7 +21,8 @@ struct PickerFilter {
   std::string loan_type_id = {};
   std::string collect_info_id = {};
   bool hide_settled = false;
-  std::size_t sort = 0;  // position among the picker's sorts
+  std::size_t sort = 0;        // position among the picker's sorts
+  bool texts_indexed = false;  // see AreTextsIndexed
 };
 
 // `limit_from` is the last row of the page; both numbers mean nothing to a picker without pages.

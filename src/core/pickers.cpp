@@ -48,6 +48,7 @@ Picker Customers() {
                     "a.CustStatus"},
           .searched = {"a.CustID", "a.CustName", "a.CustNIC", "a.CustOIC", "a.CustOthIC",
                        "l.OldLoanCode"},
+          .keys_first = true,
           .numbers = {"a.CustNIC", "a.CustHP1", "a.CustHP2", "a.CustTel1", "a.CustTel2"},
           .company = "a.CompCode",
           .also_company = "l.CompCode",
@@ -61,6 +62,7 @@ Picker CustomersByIdentity() {
           .source = "CustMast",
           .key = "CustID",
           .searched = {"CustID", "CustName", "CustNIC", "CustOIC"},
+          .keys_first = true,
           .numbers = {"CustNIC", "CustHP1", "CustHP2", "CustTel1", "CustTel2"}};
 }
 
@@ -118,6 +120,7 @@ Picker Loans() {
           .sorts = {"L.LoanID", "L.CompCode", "C.CustName", "C.CustNIC", "L.TrxDate", "L.LoanAmt",
                     "L.LoanBal", "L.LoanGroupID"},
           .searched = {"L.LoanID", "L.OldLoanCode", "C.CustName", "C.CustNIC", "C.CustOIC"},
+          .keys_first = true,
           .numbers = {"C.CustNIC", "C.CustHP1", "C.CustHP2", "C.CustTel1", "C.CustTel2"},
           .company = "L.CompCode",
           .loan_group = "L.LoanGroupID",
@@ -339,6 +342,15 @@ const Picker& FindPicker(std::string_view name) {
     if (SameText(picker.name, name)) return picker;
   }
   throw std::invalid_argument(fmt::format("There is no search picker named \"{}\"", name));
+}
+
+const std::vector<SearchedTexts>& IndexedTexts() {
+  static const std::vector<SearchedTexts> tables = {
+      {"CustMast",
+       {"CustID", "CustName", "CustNIC", "CustOIC", "CustOthIC"},
+       {"CustNIC", "CustHP1", "CustHP2", "CustTel1", "CustTel2"}},
+      {"LoanMast", {"LoanID", "OldLoanCode"}, {}}};
+  return tables;
 }
 
 }  // namespace kaunter

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/sql/inside_texts.h"
 #include "screen/caption.h"
 
 namespace kaunter {
@@ -29,6 +30,9 @@ struct Picker {
   std::string order = {};               // sorts before the key
   std::vector<std::string> sorts = {};  // what SortOrder offers; the first is the order at open
   std::vector<std::string> searched = {};
+  // Where the office's searched texts are indexed the search finds the keys first. Each table of
+  // `searched` and `numbers` is in IndexedTexts then.
+  bool keys_first = false;
   // Identity cards and telephones, found with and without dashes. A picker that has them is one in
   // which people are looked for.
   std::vector<std::string> numbers = {};
@@ -50,5 +54,8 @@ struct Picker {
 const std::vector<Picker>& AllPickers();
 // By name without regard to case. Throws std::invalid_argument for a name that is no picker's.
 const Picker& FindPicker(std::string_view name);
+
+// What the pickers of customers and of loans search in.
+const std::vector<SearchedTexts>& IndexedTexts();
 
 }  // namespace kaunter

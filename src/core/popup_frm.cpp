@@ -113,6 +113,7 @@ PickerFilter PopupFrm::Filter() const {
   filter.collect_info_id = CollectInfoID.text();
   filter.hide_settled = HideLoanChk.checked();
   filter.sort = static_cast<std::size_t>(std::max(SortOrder.index(), 0));
+  filter.texts_indexed = AreTextsIndexed(session().Main());
   return filter;
 }
 

@@ -58,17 +58,17 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
   office.Connect();
   EXPECT_THAT(
       office.steps,
-      ElementsAre("TransLogs", "ftpAcc", "CapLock", "IntRate", "DefaultLateCharge", "LinkAcc",
-                  "SMSServer", "LowInt", "LinkDB", "CompCode2", "PaymentReader", "SchInt",
-                  "Patch-Drawdown", "PayToDate", "RoundedInstallment", "OldReceipt", "NoSignature",
-                  "AMLA", "LockAMLAReasonCode", "DataExportFlag", "DisableSTR", "LampiranA",
-                  "ORYYMMDD", "HolidayMast", "CheckHoliday", "AutoChangePayDate",
-                  "PaymentReaderOldMethod", "IDEAL", "CalcAmt", "OrgDueDate", "EInv",
-                  "AutoProcessingFeeRate", "AutoStampingFeeRate", "AutoLoanPurpose", "EInvCustName",
-                  "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
-                  "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex",
-                  "CompanyPictures", "CashBookOpening", "EInvSending", "PaymentReaderLine",
-                  "EInvCodes", "MoveIn", "WatchListCopy", "LongLHDNQR", "BaseIndexes", "SaveMark"));
+      ElementsAre(
+          "TransLogs", "ftpAcc", "CapLock", "IntRate", "DefaultLateCharge", "LinkAcc", "SMSServer",
+          "LowInt", "LinkDB", "CompCode2", "PaymentReader", "SchInt", "Patch-Drawdown", "PayToDate",
+          "RoundedInstallment", "OldReceipt", "NoSignature", "AMLA", "LockAMLAReasonCode",
+          "DataExportFlag", "DisableSTR", "LampiranA", "ORYYMMDD", "HolidayMast", "CheckHoliday",
+          "AutoChangePayDate", "PaymentReaderOldMethod", "IDEAL", "CalcAmt", "OrgDueDate", "EInv",
+          "AutoProcessingFeeRate", "AutoStampingFeeRate", "AutoLoanPurpose", "EInvCustName",
+          "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
+          "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex", "CompanyPictures",
+          "CashBookOpening", "EInvSending", "PaymentReaderLine", "EInvCodes", "MoveIn",
+          "WatchListCopy", "LongLHDNQR", "SearchedTexts", "BaseIndexes", "SaveMark"));
   for (const char* key : {"Patch-Drawdown",
                           "AMLA",
                           "DataExportFlag",

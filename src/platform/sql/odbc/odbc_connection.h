@@ -37,6 +37,7 @@ class OdbcConnection : public Connection {
     record_.End();
     return link_->session;
   }
+  bool texts_indexed = false;  // see platform/sql/inside_texts.h
 
  protected:
   std::int64_t DoExecute(std::string_view sql) override;

@@ -73,7 +73,7 @@ void Install(OdbcSession& session) {
   if (InstalledVersion(session) >= kPostgresFunctionsVersion) return;
   session.Begin();
   try {
-    session.Run(fmt::format("SELECT pg_advisory_xact_lock({})", kSetUpLock), false);
+    LockSetUp(session);
     if (InstalledVersion(session) < kPostgresFunctionsVersion) {
       session.Run(PostgresFunctions(), false);
       session.Run(fmt::format("COMMENT ON SCHEMA kaunter_sql IS 'Functions of Kaunter, version {}'",
@@ -220,6 +220,10 @@ const CatalogueTable* PostgresCatalogue::FindTable(std::string_view name) const 
   }
   for (const auto& [place, column] : primary) table->primary_key.push_back(column);
   return tables_.emplace(key, std::move(table)).first->second.get();
+}
+
+void LockSetUp(OdbcSession& session) {
+  session.Run(fmt::format("SELECT pg_advisory_xact_lock({})", kSetUpLock), false);
 }
 
 std::string WithPostgresLiterals(const Translated& step, const Shape& shape) {

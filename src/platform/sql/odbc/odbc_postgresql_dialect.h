@@ -82,6 +82,10 @@ class PostgresDialect : public TranslatingDialect {
   std::int64_t touched_ = 0;     // rows, by the last statement
 };
 
+// Inside a transaction: until its end no other desktop makes what the program itself keeps in the
+// database.
+void LockSetUp(OdbcSession& session);
+
 // `text` with each $N replaced by the literal that belongs to it. Throws SqlError for a literal
 // that does not convert.
 std::string WithPostgresLiterals(const Translated& step, const Shape& shape);

@@ -97,8 +97,8 @@ BEGIN
   found := strpos(substr(h, first), n);
   RETURN CASE WHEN found = 0 THEN 0 ELSE found + first - 1 END;
 END $$;
-CREATE OR REPLACE FUNCTION kaunter_sql.k_replace(x bpchar, from_text bpchar, to_text bpchar)
-  RETURNS bpchar LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
+CREATE OR REPLACE FUNCTION kaunter_sql.k_replace_words(x bpchar, from_text bpchar, to_text bpchar)
+  RETURNS bpchar LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE COST 1 AS $$
 DECLARE
   t text COLLATE "C" := kaunter_sql.k_raw(x);
   f text COLLATE "C" := kaunter_sql.k_fold(t);
@@ -116,6 +116,13 @@ BEGIN
   END LOOP;
   RETURN (result || t)::bpchar;
 END $$;
+-- Signs and figures have no case: the server's own function does. Not STRICT, and cheap by
+-- declaration: only so does the server put it into the statement, which it must for a search.
+CREATE OR REPLACE FUNCTION kaunter_sql.k_replace(x bpchar, from_text bpchar, to_text bpchar)
+  RETURNS bpchar LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
+  SELECT CASE WHEN kaunter_sql.k_raw(from_text) COLLATE "C" ~ '^[ -@]+$'
+    THEN replace(kaunter_sql.k_raw(x) COLLATE "C", kaunter_sql.k_raw(from_text), kaunter_sql.k_raw(to_text))::bpchar
+    ELSE kaunter_sql.k_replace_words(x, from_text, to_text) END $$;
 CREATE OR REPLACE FUNCTION kaunter_sql.k_stuff(x bpchar, start bigint, n bigint, new_text bpchar)
   RETURNS bpchar LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS $$
   SELECT CASE WHEN start < 1 OR start > char_length(kaunter_sql.k_raw(x)) OR n < 0 THEN NULL
@@ -215,13 +222,15 @@ BEGIN
   END LOOP;
   RETURN r || '$';
 END $$;
--- Trailing blanks of the text are ignored, and yet a pattern that wants them finds them.
+-- Trailing blanks of the text are ignored, and yet a pattern that wants them finds them. Not
+-- STRICT: only so does the server put it into the statement, where a pattern that is known leaves
+-- one comparison over, which an index may answer.
 CREATE OR REPLACE FUNCTION kaunter_sql.k_like(x bpchar, p bpchar) RETURNS boolean
-  LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS $$
+  LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
   SELECT CASE WHEN strpos(kaunter_sql.k_raw(p) COLLATE "C", '[') = 0
     THEN kaunter_sql.k_fold(x::text) COLLATE "C" LIKE kaunter_sql.k_fold(kaunter_sql.k_raw(p)) ESCAPE ''
     ELSE kaunter_sql.k_fold(x::text) COLLATE "C" ~ kaunter_sql.k_pattern(kaunter_sql.k_raw(p), '') END
-  OR (octet_length(x) <> octet_length(x::text) AND
+  OR (kaunter_sql.k_raw(p) COLLATE "C" ~ '[][ _]' AND octet_length(x) <> octet_length(x::text) AND
       kaunter_sql.k_fold(kaunter_sql.k_raw(x)) COLLATE "C" ~ kaunter_sql.k_pattern(kaunter_sql.k_raw(p), '')) $$;
 CREATE OR REPLACE FUNCTION kaunter_sql.k_like(x bpchar, p bpchar, esc bpchar) RETURNS boolean
   LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
