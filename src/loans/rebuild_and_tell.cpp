@@ -52,18 +52,33 @@ Rebuilt RebuildInTransaction(Connection& main, std::string_view loan_id) {
   return rebuilt;
 }
 
+// Its server was lost, others were first on the one that leads now, and nothing of it is stored: a
+// rebuild reads all it needs anew.
+bool MayPassNow(const Rebuilt& rebuilt) {
+  if (!rebuilt.error) return false;
+  try {
+    std::rethrow_exception(rebuilt.error);
+  } catch (const ServerLost& lost) {
+    return lost.stored() == ServerLost::Stored::nothing;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
 }  // namespace
 
 bool RebuildAndTell(const Session& session, Desk& desk, std::string_view loan_id,
                     std::string_view cust_id, bool saved_before) {
-  const Rebuilt rebuilt = RebuildInTransaction(session.Main(), loan_id);
+  Rebuilt rebuilt = RebuildInTransaction(session.Main(), loan_id);
+  if (MayPassNow(rebuilt)) rebuilt = RebuildInTransaction(session.Main(), loan_id);
   TellFailure(session, desk, loan_id, rebuilt, saved_before);
   return RebuildCustomerAndTell(session, desk, cust_id, saved_before) && !rebuilt.error;
 }
 
 bool RebuildCustomerAndTell(const Session& session, Desk& desk, std::string_view cust_id,
                             bool saved_before) {
-  const Rebuilt rebuilt = RebuildCustomer(session.Main(), cust_id);
+  Rebuilt rebuilt = RebuildCustomer(session.Main(), cust_id);
+  if (MayPassNow(rebuilt)) rebuilt = RebuildCustomer(session.Main(), cust_id);
   TellFailure(session, desk, cust_id, rebuilt, saved_before);
   return !rebuilt.error;
 }
