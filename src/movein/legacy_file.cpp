@@ -15,7 +15,13 @@
 namespace kaunter {
 namespace {
 
+#ifdef _WIN32
+constexpr const char* kDriver = "Microsoft Access Driver (*.mdb, *.accdb)";
+constexpr const char* kDriverPackage = "Microsoft Access Database Engine (64 bit)";
+#else
 constexpr const char* kDriver = "MDBTools";
+constexpr const char* kDriverPackage = "odbc-mdbtools";
+#endif
 
 void RequireJet(const std::string& path) {
   std::error_code none;
@@ -89,10 +95,10 @@ std::unique_ptr<OdbcSource> OpenLegacyFile(const std::string& path) {
     throw FileTrouble(
         no_driver
             ? Caption{fmt::format("The driver for old data files is not installed on this PC: "
-                                  "install the package odbc-mdbtools. ({})",
-                                  error.what()),
-                      fmt::format("此电脑没有安装旧资料文件的驱动程序：请安装 odbc-mdbtools。({})",
-                                  error.what())}
+                                  "install the package {}. ({})",
+                                  kDriverPackage, error.what()),
+                      fmt::format("此电脑没有安装旧资料文件的驱动程序：请安装 {}。({})",
+                                  kDriverPackage, error.what())}
             : Caption{fmt::format("{} cannot be opened: {}", path, error.what()),
                       fmt::format("无法打开 {}：{}", path, error.what())});
   }

@@ -1,15 +1,14 @@
 #include "movein/text_source.h"
 
 #include <fmt/format.h>
-#include <iconv.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <filesystem>
 
 #include "core/texts.h"
 #include "movein/file_trouble.h"
+#include "platform/text_converter.h"
 
 namespace kaunter {
 namespace {
@@ -57,17 +56,15 @@ TextSource::TextSource(const std::string& path, Encoding wanted) : encoding_(wan
   if (encoding_ == Encoding::automatic) encoding_ = EncodingOf(first);
   in_.clear();
   in_.seekg(0);
-  converter_ = iconv_open("UTF-8", ConverterName(encoding_));
-  if (converter_ == reinterpret_cast<iconv_t>(-1)) {
-    converter_ = nullptr;
+  try {
+    converter_ = std::make_unique<TextConverter>(ConverterName(encoding_));
+  } catch (const std::runtime_error&) {
     throw FileTrouble({fmt::format("This PC cannot read texts in {}", EncodingName(encoding_)),
                        fmt::format("此电脑不能读取 {} 编码", EncodingName(encoding_))});
   }
 }
 
-TextSource::~TextSource() {
-  if (converter_ != nullptr) iconv_close(converter_);
-}
+TextSource::~TextSource() = default;
 
 void TextSource::Open(const std::string& path) {
   std::error_code error;
@@ -102,20 +99,9 @@ std::string TextSource::Next() {
   done_ += bytes.size();
   rest_ += bytes;
   if (rest_.empty()) return {};
-  std::string text(4 * rest_.size() + 16, '\0');
-  char* from = rest_.data();
-  std::size_t from_left = rest_.size();
-  char* to = text.data();
-  std::size_t to_left = text.size();
-  const std::size_t result = iconv(converter_, &from, &from_left, &to, &to_left);
-  text.resize(text.size() - to_left);
-  const auto newlines = static_cast<int>(std::count(text.begin(), text.end(), '\n'));
-  if (result == static_cast<std::size_t>(-1) && (errno == EILSEQ || end)) {
-    line_ += newlines;
-    Refuse();
-  }
-  line_ += newlines;
-  rest_.erase(0, rest_.size() - from_left);
+  auto [text, broken] = converter_->Take(rest_);
+  line_ += static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+  if (broken || (end && !rest_.empty())) Refuse();
   if (first && text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
   // A piece that was all of a cut letter is not the end.
   return text.empty() && !end ? Next() : text;

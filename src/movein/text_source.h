@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <fstream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,6 +12,8 @@
 #include "screen/caption.h"
 
 namespace kaunter {
+
+class TextConverter;
 
 // As a mapping file names it ("utf-8"), and as a person reads it.
 std::string_view EncodingName(Encoding encoding);
@@ -43,7 +46,7 @@ class TextSource {
   std::uintmax_t size_ = 0;
   std::uintmax_t done_ = 0;
   std::string rest_;  // bytes that wait for what follows them
-  void* converter_ = nullptr;
+  std::unique_ptr<TextConverter> converter_;
   int line_ = 1;
 };
 

@@ -1,11 +1,12 @@
 #include "platform/text_encoding.h"
 
-#include <iconv.h>
-
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <iterator>
+#include <stdexcept>
+
+#include "platform/text_converter.h"
 
 namespace kaunter {
 namespace {
@@ -70,19 +71,14 @@ const char* ConverterName(Encoding encoding) {
 }
 
 std::optional<std::string> TextOfBytes(std::string bytes) {
-  const iconv_t converter = iconv_open("UTF-8", ConverterName(EncodingOf(bytes)));
-  if (converter == reinterpret_cast<iconv_t>(-1)) return std::nullopt;
-  std::string text(4 * bytes.size() + 4, '\0');
-  char* from = bytes.data();
-  std::size_t from_left = bytes.size();
-  char* to = text.data();
-  std::size_t to_left = text.size();
-  const std::size_t result = iconv(converter, &from, &from_left, &to, &to_left);
-  iconv_close(converter);
-  if (result == static_cast<std::size_t>(-1)) return std::nullopt;
-  text.resize(text.size() - to_left);
-  if (text.starts_with(kUtf8Mark)) text.erase(0, kUtf8Mark.size());
-  return text;
+  try {
+    auto [text, broken] = TextConverter(ConverterName(EncodingOf(bytes))).Take(bytes);
+    if (broken || !bytes.empty()) return std::nullopt;
+    if (text.starts_with(kUtf8Mark)) text.erase(0, kUtf8Mark.size());
+    return text;
+  } catch (const std::runtime_error&) {
+    return std::nullopt;
+  }
 }
 
 }  // namespace kaunter
