@@ -38,7 +38,8 @@ TEST(MenuTable, NobodyIsUnableToSignOutOrExit) {
 TEST(Catalogue, EveryScreenOfItIsOpenedByTheMenuOrByOtherScreens) {
   // Those that other screens open.
   std::set<std::string> targets = {"PopupFrm",          "Drawdown",     "BatchListfrm",
-                                   "LoanLateChargefrm", "SuppTransfrm", "ECustMast"};
+                                   "LoanLateChargefrm", "SuppTransfrm", "ECustMast",
+                                   "PhotoBrowseFrm"};
   for (const MenuEntry& entry : MenuTable()) {
     targets.insert(entry.action == MenuAction::report ? "ReportFrm" : entry.target);
   }
