@@ -29,6 +29,8 @@ struct DemoPart {
 constexpr DemoPart kDemoParts[] = {
     {"AMLA", "central.db"}, {"SMS", "sms.db"}, {"AEDMTS", "accounts.db"}, {"Demo", "office.db"}};
 
+constexpr const char* kDemoPhotos = "Photo";  // where the office looks for them
+
 fs::path ShippedDemo() { return fs::path(ThisInstallation().files) / "demo"; }
 
 bool IsThere(const fs::path& path) {
@@ -256,6 +258,7 @@ std::string TakeDemo(bool anew) {
     CopyWhole(ShippedDemo() / part.file, folder / part.file);
     changes.push_back({part.source, "file", (folder / part.file).string()});
   }
+  fs::copy(ShippedDemo() / kDemoPhotos, folder / kDemoPhotos, fs::copy_options::recursive);
   ChangeSettingsFile(settings, changes);
   return settings;
 }

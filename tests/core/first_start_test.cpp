@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "core/first_start_frm.h"
+#include "core/places.h"
 #include "core/startup.h"
 #include "tests/core/home.h"
 
@@ -122,7 +123,7 @@ TEST(FirstStart, ARoadThatDoesNotLeadOnNamesItsBoxAndKeepsNothing) {
 TEST(FirstStart, TheDemoIsACopyOfOnesOwnAndBeginsAnewWhenAskedTo) {
   const Home home;
   home.Write("copy/ReportList/loan.ini", "");
-  home.Folder("copy/demo");
+  home.Write("copy/demo/Photo/AB0001/pic1.jpg", "a face");
   Clock clock;
   for (const char* name : {"office", "central", "sms", "accounts"}) {
     const std::string file = home.File(std::string("copy/demo/") + name + ".db");
@@ -138,6 +139,7 @@ TEST(FirstStart, TheDemoIsACopyOfOnesOwnAndBeginsAnewWhenAskedTo) {
     const LocalSettings local = LocalSettings::Read(at.frm.settings());
     EXPECT_EQ(local.Now, "2024-01-31 09:30:00");
     EXPECT_TRUE(local.sources.Find("AMLA") && local.sources.Find("AEDMTS"));
+    EXPECT_TRUE(fs::exists(AppFolder("", local) + "/Photo/AB0001/pic1.jpg"));
     EXPECT_TRUE(IsFirstStart());
     return at.Opened();
   };
