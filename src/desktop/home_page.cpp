@@ -160,6 +160,7 @@ HomePage::HomePage(ScreenFace& face, MainFrm& main, std::function<void(const std
   company_ = new QLabel(this);
   company_->setProperty("muted", true);
   company_->setTextFormat(Qt::PlainText);
+  company_->setWordWrap(true);  // what must be known of a day may be more than a screen is wide
 
   desk_ = new QWidget(this);
   auto* desk = new QVBoxLayout(desk_);
@@ -242,6 +243,7 @@ void HomePage::MakeNotice(Notice& notice) {
   auto* inside = new QHBoxLayout(notice.card);
   inside->setContentsMargins(16, 10, 12, 10);
   notice.text = new QLabel(notice.card);
+  notice.text->setWordWrap(true);
   notice.button = new QPushButton(notice.card);
   connect(notice.button, &QPushButton::clicked, this, [this, &notice] {
     face_.Act([&] { notice.act.Click(); });

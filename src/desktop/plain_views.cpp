@@ -144,7 +144,7 @@ void PictureWidget::SetPath(const QString& path) {
 }
 
 void PictureWidget::SetPicture(const QPixmap& picture) {
-  shown_ = "\n";  // no file: whatever path comes next is another one
+  shown_.reset();
   picture_ = picture;
   update();
 }

@@ -4,6 +4,7 @@
 #include <QFrame>
 #include <QLabel>
 #include <QTabWidget>
+#include <optional>
 
 #include "desktop/control_view.h"
 
@@ -36,7 +37,8 @@ class PictureWidget : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  QString shown_;  // the path, with what tells that the file is another one now
+  // The path, with what tells that the file is another one now; nothing where no file is shown.
+  std::optional<QString> shown_;
   QPixmap picture_;
 };
 
