@@ -9,7 +9,8 @@
 #include <vector>
 
 #include "core/session.h"
-#include "core/settings.h"
+#include "core/texts.h"
+#include "core/values.h"
 #include "platform/whole_file.h"
 
 namespace kaunter {
@@ -310,10 +311,14 @@ void FileStore::FetchLoop() {
 
 FileStore* StoreOf(Session& session) {
   if (session.settings.ftpAcc.empty()) return nullptr;
-  Connection& main = session.Main();
-  FtpServer server{session.settings.ftpAcc, ReadSetting(main, "ftpUser"),
-                   ReadSetting(main, "ftpPassword"), ReadSetting(main, "ftpTLS") == "1",
-                   ReadSetting(main, "ftpKey")};
+  std::map<std::string, std::string> account;
+  for (Recordset rows = session.Main().Query("SELECT Param,[Value] FROM Systemast WHERE Param IN "
+                                             "('ftpUser','ftpPassword','ftpTLS','ftpKey')");
+       !rows.Eof(); rows.MoveNext()) {
+    account.emplace(Lower(NullToEmpty(rows.Field("Param"))), NullToEmpty(rows.Field("Value")));
+  }
+  FtpServer server{session.settings.ftpAcc, account["ftpuser"], account["ftppassword"],
+                   account["ftptls"] == "1", account["ftpkey"]};
   if (FileStore* open = OpenStore(session)) {
     open->Use(std::move(server));
   } else {
