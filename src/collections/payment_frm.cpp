@@ -178,7 +178,7 @@ void PaymentFrm::FillLists() {
 
 void PaymentFrm::ClearScreen() {
   record_.Clear();
-  CustPhoto.Show(session(), {});
+  CustPhoto.Show(session(), {}, {});
   for (Control* control : controls()) {
     if (auto* box = dynamic_cast<TextBox*>(control)) {
       box->Clear();

@@ -94,9 +94,13 @@ bool PaymentFrm::MayTakePayment(const Recordset& loan) {
 
 void PaymentFrm::FillFromLoan(const Recordset& loan) {
   CustID.SetText(NullToEmpty(loan.Field("CustID")));
-  CustName.SetText(
-      ScalarQuery(main(), "SELECT CustName FROM CustMast WHERE CustID=" + QuoteStr(CustID.text())));
-  CustPhoto.Show(session(), CustID.text());
+  const Recordset customer =
+      main().Query("SELECT CustName,Pic1 FROM CustMast WHERE CustID=" + QuoteStr(CustID.text()));
+  const auto of_customer = [&customer](const char* column) {
+    return customer.Eof() ? std::string() : NullToEmpty(customer.Field(column));
+  };
+  CustName.SetText(of_customer("CustName"));
+  CustPhoto.Show(session(), CustID.text(), of_customer("Pic1"));
   CompCode.SetText(NullToEmpty(loan.Field("CompCode")));
   AltCode.SetText(NullToEmpty(loan.Field("OldLoanCode")));
   OldLoanBal.SetText(ShowMoney(loan.Field("LoanBal")));

@@ -1,34 +1,24 @@
 #include "customers/customer_photo.h"
 
-#include <fmt/format.h>
-
 #include <filesystem>
 #include <utility>
 
-#include "core/data_access.h"
 #include "core/file_store.h"
 #include "core/session.h"
-#include "core/sql_literals.h"
 #include "screen/meanwhile.h"
 #include "screen/screen.h"
 
 namespace kaunter {
 
-void CustomerPhoto::Show(Session& session, const std::string& cust_id) {
-  if (std::exchange(cust_id_, cust_id) == cust_id) return;
-  awaited_.clear();
+void CustomerPhoto::Show(Session& session, const std::string& cust_id, const std::string& photo) {
+  const std::string path =
+      IsPlainFileName(photo) ? KeptPath(session, cust_id, photo) : std::string();
+  if (std::exchange(wanted_, path) == path) return SetVisible(!Text().empty());
   SetPath({});
-  const std::string photo =
-      cust_id.empty()
-          ? std::string()
-          : ScalarQuery(session.Main(), fmt::format("SELECT Pic1 FROM CustMast WHERE CustID={}",
-                                                    QuoteStr(cust_id)));
-  if (IsPlainFileName(photo)) {
-    awaited_ = KeptPath(session, cust_id, photo);
-    Look();
-    if (!awaited_.empty() && GoesOnMeanwhile(screen().desk())) {
-      if (FileStore* store = StoreOf(session)) store->Fetch({StoredName(cust_id), photo}, false);
-    }
+  awaited_ = path;
+  Look();
+  if (!awaited_.empty() && GoesOnMeanwhile(screen().desk())) {
+    if (FileStore* store = StoreOf(session)) store->Fetch({StoredName(cust_id), photo}, false);
   }
   SetVisible(!Text().empty());
 }

@@ -15,13 +15,14 @@ class CustomerPhoto : public Picture {
   using Picture::Picture;
 
   // What lies on this PC at once; what the server has a little later, where a person sees it come.
-  void Show(Session& session, const std::string& cust_id);
+  // `photo` is the name that his row tells.
+  void Show(Session& session, const std::string& cust_id, const std::string& photo);
   // Once a second.
   void Look();
 
  private:
-  std::string cust_id_;
-  std::string awaited_;  // the path of one that is under way
+  std::string wanted_;   // path of the photo that is or will be shown
+  std::string awaited_;  // the same while it is under way
 };
 
 }  // namespace kaunter

@@ -283,7 +283,7 @@ void NewLoanFrm::ClearLoanScreen() {
   taken_application_.clear();
   for (std::string& path : pending_photos_) path.clear();
   for (GuarantorBoxes& boxes : guarantors) boxes.card_photo.Drop();
-  CustPhoto.Show(session(), {});
+  CustPhoto.Show(session(), {}, {});
   CompCode.SetText(session().CurrentCompCode);
   ShowPhotos();
   ShowGlance();

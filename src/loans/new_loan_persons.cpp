@@ -78,7 +78,7 @@ bool NewLoanFrm::LoadCustomer(bool lenient) {
   const std::string id = CustID.text();
   const Recordset row = main().Query(fmt::format(
       "SELECT CustStatus,CustName,CustNIC,ATMCardNo,ATMPinNo,BankAccNo,BankTransferName,"
-      "BankCagaran,CreditLimit,CreditLimitType,CompCode FROM CustMast WHERE CustID={}",
+      "BankCagaran,CreditLimit,CreditLimitType,CompCode,Pic1 FROM CustMast WHERE CustID={}",
       QuoteStr(id)));
   const std::string own_company = row.Eof() ? std::string() : NullToEmpty(row.Field("CompCode"));
   if (row.Eof() || (!lenient && !MayUseCompany(session(), own_company))) {
@@ -98,7 +98,7 @@ bool NewLoanFrm::LoadCustomer(bool lenient) {
                                     fmt::format("请注意：顾客状态为 {}", status)});
   }
   CustName.SetText(NullToEmpty(row.Field("CustName")));
-  CustPhoto.Show(session(), id);
+  CustPhoto.Show(session(), id, NullToEmpty(row.Field("Pic1")));
   // A loan that stands keeps its company and the limit that it was given under.
   if (!lenient) {
     CompCode.SetText(own_company);
