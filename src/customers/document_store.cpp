@@ -12,7 +12,9 @@
 #include <span>
 #include <stdexcept>
 
+#include "core/formats.h"
 #include "core/session.h"
+#include "core/sql_literals.h"
 #include "core/texts.h"
 #include "core/values.h"
 #include "platform/private_file.h"
@@ -115,6 +117,10 @@ std::string KeepFile(const Session& session, std::string_view folder, const std:
   const std::string ending = fs::path(source).extension().string();
   if (EndingOf(ending).empty()) throw std::runtime_error("Invalid filename");
   return KeepAs(session, folder, source, StoredName(fmt::format("{}{}", new_stem, ending)));
+}
+
+std::string NewPhotoStem(Session& session, std::string_view place) {
+  return fmt::format("{}-{}", place, Format(ServerTime(session.Main()), "yyyymmddhhnnss"));
 }
 
 std::string KeepDocument(Session& session, const Screen& screen, std::string_view folder,

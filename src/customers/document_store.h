@@ -18,8 +18,11 @@ class Session;
 // ("Invalid filename"), for an empty file and for one that cannot be copied.
 std::string KeepFile(const Session& session, std::string_view folder, const std::string& source,
                      std::string_view new_stem);
-// The same for a document: a picture becomes a JPEG file on the way, except one that is called .jpg
-// or .pdf. What a PC would run when it is opened is refused. Windows stay painted meanwhile.
+// What the new name of a photo begins with, "pic1-20240131093000" for the place pic1: what another
+// PC has fetched under a name stays true.
+std::string NewPhotoStem(Session& session, std::string_view place);
+// As KeepFile for a document: a picture becomes a JPEG file on the way, except one that is called
+// .jpg or .pdf. What a PC would run when it is opened is refused. Windows stay painted meanwhile.
 std::string KeepDocument(Session& session, const Screen& screen, std::string_view folder,
                          const std::string& source, std::string_view new_stem);
 

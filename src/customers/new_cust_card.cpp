@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <utility>
 
 #include "core/card_boxes.h"
@@ -58,7 +59,7 @@ void NewCustFrm::ReadCustomerCard() {
   const bool waited = !card_photo_.path().empty();
   card_photo_.Take(photo);
   if (!card_photo_.path().empty()) {
-    Pic6.SetText("pic6.jpg");
+    Pic6.SetText(NewPhotoStem(session(), "pic6") + ".jpg");
   } else if (waited || filled->another) {
     Pic6.Clear();
   }
@@ -105,9 +106,11 @@ void NewCustFrm::OfferCardPaper(const CardValues& card) {
 
 // Behind the save: a record is not given up for its picture.
 void NewCustFrm::KeepCardPhoto(const std::string& id) {
-  if (card_photo_.path().empty()) return;
+  if (card_photo_.path().empty() || Pic6.text().empty()) return;
   try {
-    SendPhoto(session(), *this, id, KeepFile(session(), id, card_photo_.path(), "pic6"));
+    SendPhoto(session(), *this, id,
+              KeepFile(session(), id, card_photo_.path(),
+                       std::filesystem::path(Pic6.text()).stem().string()));
   } catch (const std::exception& failure) {
     Tell(MessageKind::critical,
          {fmt::format("{}\nThe customer is saved without the picture of the card. Read it again.",

@@ -200,10 +200,8 @@ void NewCustFrm::ChoosePhoto(TextBox& box, int number) {
 }
 
 void NewCustFrm::KeepPhoto(TextBox& box, int number, const std::string& file) {
-  // A name of its own each time: what another PC has fetched under a name stays true.
   const std::string name =
-      KeepFile(session(), loaded_id_, file,
-               fmt::format("pic{}-{}", number, Format(ServerTime(main()), "yyyymmddhhnnss")));
+      KeepFile(session(), loaded_id_, file, NewPhotoStem(session(), fmt::format("pic{}", number)));
   ExecuteOnRow(main(),
                fmt::format("UPDATE CustMast SET Pic{}={} WHERE CustID={}", number, QuoteStr(name),
                            QuoteStr(loaded_id_)),

@@ -282,6 +282,9 @@ class NewLoanFrm : public LoanScreen {
   void LoadSecondApplicant();
   void TakeGuarantor(GuarantorBoxes& boxes);
   void ReadCard(GuarantorBoxes& boxes);
+  void TakePhotoOf(GuarantorBoxes& boxes, const std::string& loan, const std::string& photo,
+                   const std::string& untold);
+  void SetPhoto(GuarantorBoxes& boxes, const std::string& file);
   void ChoosePhoto(GuarantorBoxes& boxes);
   void ShowPhotos();
   void TakeApplication();

@@ -2,9 +2,8 @@
 // the application that it comes from.
 #include <fmt/format.h>
 
-#include <optional>
-
 #include <filesystem>
+#include <optional>
 
 #include "core/amounts.h"
 #include "core/card_boxes.h"
@@ -157,7 +156,8 @@ void NewLoanFrm::TakeGuarantor(GuarantorBoxes& boxes) {
   const std::string name = Trim(boxes.GuarantorName.text());
   for (int set = 0; set < 2 && !(nic.empty() && name.empty()); ++set) {
     const std::string suffix = set == 0 ? "" : "2";
-    std::string columns = "LoanID";
+    const std::string pic = set == 0 ? "Pic1" : "Pic2";
+    std::string columns = "LoanID," + pic;
     for (const Control* box : boxes.All()) columns += "," + GuarantorBoxes::Column(*box, suffix);
     const Recordset row = main().Query(fmt::format(
         "SELECT TOP 1 {} FROM LoanMast WHERE {}={}{} AND LoanID <> {} ORDER BY LoanID DESC",
@@ -174,17 +174,32 @@ void NewLoanFrm::TakeGuarantor(GuarantorBoxes& boxes) {
         text.SetText(text.kind() == Kind::money ? ShowMoney(value) : NullToEmpty(value));
       }
     }
-    const std::string photo =
-        KeptPath(session(), NullToEmpty(row.Field("LoanID")), fmt::format("guarantor{}.jpg", set));
-    if (std::filesystem::exists(photo)) {
-      pending_photos_[boxes.index] = photo;
-      boxes.Pic.SetText(fmt::format("guarantor{}.jpg", boxes.index));
-      ShowPhotos();
-    }
+    TakePhotoOf(boxes, NullToEmpty(row.Field("LoanID")), NullToEmpty(row.Field(pic)),
+                fmt::format("guarantor{}.jpg", set));
     Tell(MessageKind::information, {"Guarantor Info assigned", "已取得担保人资料"});
     return;
   }
   Tell(MessageKind::information, {"No info found", "没有资料"});
+}
+
+// An older loan has the photo under a name that its row does not tell.
+void NewLoanFrm::TakePhotoOf(GuarantorBoxes& boxes, const std::string& loan,
+                             const std::string& photo, const std::string& untold) {
+  const std::string& file = photo.empty() ? untold : photo;
+  if (!IsPlainFileName(file)) return;
+  if (!photo.empty() && !FetchPhoto(session(), *this, loan, file)) return;
+  const std::string path = KeptPath(session(), loan, file);
+  if (std::filesystem::exists(path)) SetPhoto(boxes, path);
+}
+
+// The file is kept when the loan is saved.
+void NewLoanFrm::SetPhoto(GuarantorBoxes& boxes, const std::string& file) {
+  pending_photos_[boxes.index] = file;
+  boxes.Pic.SetText(file.empty()
+                        ? std::string()
+                        : NewPhotoStem(session(), fmt::format("guarantor{}", boxes.index)) +
+                              std::filesystem::path(file).extension().string());
+  ShowPhotos();
 }
 
 void NewLoanFrm::ReadCard(GuarantorBoxes& boxes) {
@@ -200,21 +215,12 @@ void NewLoanFrm::ReadCard(GuarantorBoxes& boxes) {
   const bool waited = !boxes.card_photo.path().empty();
   boxes.card_photo.Take(photo);
   const std::string& path = boxes.card_photo.path();
-  if (!path.empty() || waited || filled->another) {
-    pending_photos_[boxes.index] = path;
-    boxes.Pic.SetText(path.empty() ? "" : fmt::format("guarantor{}.jpg", boxes.index));
-  }
-  ShowPhotos();
+  if (!path.empty() || waited || filled->another) SetPhoto(boxes, path);
 }
 
-// The file is kept when the loan is saved.
 void NewLoanFrm::ChoosePhoto(GuarantorBoxes& boxes) {
   const std::string file = ChoosePicture(session(), boxes.Pic);
-  if (file.empty()) return;
-  const std::string ending = std::filesystem::path(file).extension().string();
-  pending_photos_[boxes.index] = file;
-  boxes.Pic.SetText(fmt::format("guarantor{}{}", boxes.index, ending));
-  ShowPhotos();
+  if (!file.empty()) SetPhoto(boxes, file);
 }
 
 void NewLoanFrm::Tick() {

@@ -2,6 +2,7 @@
 // the commit. And the ends of a loan's life that the same button serves: close, open back, delete.
 #include <fmt/format.h>
 
+#include <filesystem>
 #include <stdexcept>
 
 #include "core/amounts.h"
@@ -154,10 +155,10 @@ void NewLoanFrm::TakeSaved(bool is_new) {
 void NewLoanFrm::KeepGuarantorPhotos() {
   for (GuarantorBoxes& boxes : guarantors) {
     std::string& chosen = pending_photos_[boxes.index];
-    if (chosen.empty()) continue;
+    if (chosen.empty() || boxes.Pic.text().empty()) continue;  // or thought better of
     try {
-      const std::string name =
-          KeepFile(session(), loaded_id_, chosen, fmt::format("guarantor{}", boxes.index));
+      const std::string name = KeepFile(session(), loaded_id_, chosen,
+                                        std::filesystem::path(boxes.Pic.text()).stem().string());
       SendPhoto(session(), *this, loaded_id_, name);
     } catch (const std::exception& failure) {
       Tell(MessageKind::critical,
