@@ -40,7 +40,9 @@ bool ReadMyKadfrm::GoOn() {
 
 bool ReadMyKadfrm::Run(const std::string& program, const std::vector<std::string>& arguments) {
   if (!GoOn()) return false;
-  ChildProgram reader(program, arguments, std::filesystem::path(program).parent_path().string());
+  ChildProgram reader(
+      program, arguments,
+      {.folder = std::filesystem::path(program).parent_path().string(), .whole_family = true});
   if (!reader.started()) {
     throw NotRun(program, {"could not be started.", "无法启动。"});
   }

@@ -4,7 +4,6 @@
 #include <chrono>
 #include <functional>
 #include <string>
-#include <vector>
 
 namespace kaunter {
 
@@ -15,13 +14,6 @@ void SettleProcess();
 
 // The folder where the running program lies; where the system does not tell, that of `argv0`.
 std::string ProgramFolder(const char* argv0);
-
-// What RunProgram gives for one that could not be started, or was ended by force.
-inline constexpr int kNoProgram = -1;
-
-// Runs a program without a window and waits for its end; what it prints goes nowhere. Gives what it
-// ended with, 0 when all is well.
-int RunProgram(const std::string& program, const std::vector<std::string>& arguments);
 
 // The number of the running process, and whether there is one of that number.
 long ThisProcess();

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/process.h"
+#include "platform/child_program.h"
 
 namespace kaunter {
 
@@ -16,11 +16,11 @@ struct ToolRun {
   std::string said;
 };
 
-// Runs a program and waits for its end. `environment` comes on top of this program's own: what is
-// secret goes there, since everybody on the machine may read the words of a command line. `go_on`
-// is asked now and then; false ends the program.
-ToolRun RunTool(const std::string& program, const std::vector<std::string>& arguments,
-                const std::map<std::string, std::string>& environment,
-                const std::function<bool()>& go_on);
+// Runs a program and waits for its end; `environment` as in ChildSetting. `go_on` is asked now and
+// then; false ends the program.
+ToolRun RunTool(
+    const std::string& program, const std::vector<std::string>& arguments,
+    const std::map<std::string, std::string>& environment = {},
+    const std::function<bool()>& go_on = [] { return true; });
 
 }  // namespace kaunter

@@ -7,7 +7,7 @@
 
 #include "einvoice/secret_mask.h"
 #include "einvoice/web_address.h"
-#include "platform/process.h"
+#include "platform/tool.h"
 #include "tests/core/office.h"
 #include "tests/einvoice/raw_server.h"
 
@@ -170,13 +170,14 @@ TEST_F(HttpClientTest, AServiceThatCannotProveItselfGetsNothing) {
   TempFolder folder;
   const std::string key = folder.File("key.pem");
   const std::string certificate = folder.File("certificate.pem");
-  ASSERT_EQ(RunProgram("openssl", {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout", key,
-                                   "-out", certificate, "-days", "2", "-subj", "/CN=localhost"}),
+  ASSERT_EQ(RunTool("openssl", {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout", key,
+                                "-out", certificate, "-days", "2", "-subj", "/CN=localhost"})
+                .status,
             0);
   const std::string port = std::to_string(ClosedPort());
   std::thread server([&] {
-    RunProgram("timeout", {"30", "openssl", "s_server", "-accept", port, "-key", key, "-cert",
-                           certificate, "-www", "-naccept", "1"});
+    RunTool("timeout", {"30", "openssl", "s_server", "-accept", port, "-key", key, "-cert",
+                        certificate, "-www", "-naccept", "1"});
   });
   std::string last;
   for (int i = 0; i < 600 && last.find("certificate") == std::string::npos; ++i) {
