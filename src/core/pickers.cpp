@@ -149,6 +149,7 @@ Picker Payments() {
           .source = "PaymentMast as p inner join CustMast as c on p.CustID=c.CustID",
           .key = "p.PayID",
           .searched = {"p.PayID", "p.ReceiptNo", "c.CustName", "c.CustNIC"},
+          .keys_first = true,
           .numbers = {"c.CustNIC", "c.CustHP1", "c.CustHP2", "c.CustTel1", "c.CustTel2"},
           .company = "p.CompCode",
           .collect_info = "p.CollectInfoID"};
@@ -349,7 +350,8 @@ const std::vector<SearchedTexts>& IndexedTexts() {
       {"CustMast",
        {"CustID", "CustName", "CustNIC", "CustOIC", "CustOthIC"},
        {"CustNIC", "CustHP1", "CustHP2", "CustTel1", "CustTel2"}},
-      {"LoanMast", {"LoanID", "OldLoanCode"}, {}}};
+      {"LoanMast", {"LoanID", "OldLoanCode"}, {}},
+      {"PaymentMast", {"PayID", "ReceiptNo"}, {}}};
   return tables;
 }
 

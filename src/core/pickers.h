@@ -55,7 +55,7 @@ const std::vector<Picker>& AllPickers();
 // By name without regard to case. Throws std::invalid_argument for a name that is no picker's.
 const Picker& FindPicker(std::string_view name);
 
-// What the pickers of customers and of loans search in.
+// What the pickers of customers, of loans and of payments search in.
 const std::vector<SearchedTexts>& IndexedTexts();
 
 }  // namespace kaunter

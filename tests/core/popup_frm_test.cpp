@@ -385,10 +385,12 @@ TEST_F(PopupFrmTest, KeysFirstFindsTheSame) {
     AddLoan(fmt::format("L{:03}-{}", i, i % 7), fmt::format("C{:03}", i * 5), i % 2 ? "HQ" : "AB");
   }
   office.Run(
-      "UPDATE LoanMast SET OldLoanCode='NAME'+right(LoanID,1); UPDATE CustMast SET "
+      "INSERT INTO PaymentMast (PayID,LoanID,CustID,CompCode,ReceiptNo,Settlement) SELECT "
+      "LoanID+'-001',LoanID,CustID,CompCode,'C01'+LoanID,right(LoanID,1) FROM LoanMast; UPDATE "
+      "LoanMast SET OldLoanCode='NAME'+right(LoanID,1); UPDATE CustMast SET "
       "CustNIC='850101-10-0'+right(CustID,3),CustHP1='012 345 0'+right(CustID,3)");
   std::size_t found = 0;
-  for (const char* picker : {"CustPop", "LoanPop", "ICPop"}) {
+  for (const char* picker : {"CustPop", "LoanPop", "ICPop", "PaymentPop", "SettlePop"}) {
     ASSERT_TRUE(FindPicker(picker).keys_first);
     for (const char* text : {"name 0", "NAME3", "C01", "l00", "0123450", "85010110001", "10-0", "_",
                              "[0-2]5", "o'b", "nobody"}) {
@@ -406,7 +408,7 @@ TEST_F(PopupFrmTest, KeysFirstFindsTheSame) {
       }
     }
   }
-  EXPECT_GT(found, 1000U);
+  EXPECT_GT(found, 1200U);
 }
 
 // The statements of the business, by their headings.
