@@ -11,6 +11,7 @@
 #include "platform/disk.h"
 #include "platform/file_lock.h"
 #include "platform/host.h"
+#include "platform/installation.h"
 #include "platform/private_file.h"
 #include "screen/caption_error.h"
 #include "upkeep/backup_copy.h"
@@ -29,6 +30,7 @@ constexpr const char* kLastBackup = "LastBackup";
 void MakeFolder(const fs::path& folder) {
   std::error_code none;
   const fs::path parent = fs::absolute(folder).parent_path();
+  if (parent == UserDataFolder()) MakeUserDataFolder();
   if (!fs::is_directory(parent, none)) {
     throw CaptionError(
         {fmt::format("There is no folder {}: is the disk of the backups there ?", parent.string()),

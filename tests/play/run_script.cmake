@@ -8,6 +8,7 @@ file(REMOVE_RECURSE ${OFFICE})
 file(MAKE_DIRECTORY ${OFFICE}/app)
 file(GLOB reports ${REPORTS}/*)
 file(COPY ${reports} DESTINATION ${OFFICE}/app)
+set(ENV{XDG_DATA_HOME} ${OFFICE}/data)  # not that of whoever runs this
 set(database --database ${OFFICE}/office.db)
 if(NAME)
   include(${CMAKE_CURRENT_LIST_DIR}/database.cmake)
