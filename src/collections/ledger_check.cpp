@@ -309,7 +309,7 @@ LedgerReport CheckCompany(Connection& main, std::string_view comp_code,
         main,
         fmt::format("({0} OR CustID IN (SELECT CustID FROM LoanMast WHERE {0}))", of_company)));
   }
-  report.faults = Standing(main, suspected);
+  report.faults = main.InTransaction() ? std::move(suspected) : Standing(main, suspected);
   if (report.complete) go_on({report.loans, report.loans});
   return report;
 }

@@ -64,7 +64,8 @@ struct LedgerReport {
 // All loans of a company and their customers, a few hundred at a time; `go_on` is asked in between
 // and may end it. What does not hold is read again by itself, behind the lock of saves, until it is
 // the same a moment later: a payment is stored first and replayed after that, and then its
-// customer is. Throws SqlError.
+// customer is. A caller with a transaction open has the books to himself, and they are read once.
+// Throws SqlError.
 LedgerReport CheckCompany(Connection& main, std::string_view comp_code,
                           const std::function<bool(const LedgerProgress&)>& go_on);
 

@@ -246,6 +246,12 @@ TEST_F(LedgerCheckTest, AFigureThatKeepsMovingIsNoFault) {
   main().SetFaultHook({});
   EXPECT_EQ(Told(report.faults), "TotTopUpAmt: 7.00 for 5.00\n");
   EXPECT_GT(saves, 4);
+  main().BeginTrans();  // nobody saves meanwhile: each is read once, and told
+  main().SetTrace([](std::string_view, std::string_view sql) {
+    EXPECT_EQ(sql.find("WHERE CustID="), sql.npos) << sql;
+  });
+  EXPECT_EQ(CheckCompany(main(), "HQ", [](const auto&) { return true; }).faults.size(), 2U);
+  main().SetTrace({});
 }
 
 TEST_F(LedgerCheckTest, ACompanyInPortions) {
