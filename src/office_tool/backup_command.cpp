@@ -117,11 +117,20 @@ int RunRestoreCommand(OfficeRun& run) {
         "No company of this office is in the backup. If it is meant all the same, say "
         "--another-office");
   }
+  if (view.moved && !run.Has("--moved-office")) {
+    throw CompanionRefused(fmt::format(
+        "The books of this office are in {} ({} {}): a restore here would open a second office "
+        "beside it. Restore into that one; only where it is lost for good, say --moved-office",
+        view.moved->place,
+        view.moved->state == MoveMark::State::moved ? "moved there on" : "here is a copy, begun on",
+        Shown(view.moved->at)));
+  }
   Confirm(run, view);
   const std::string kept = restore->Run();
   run.Report(fmt::format(
       "Restored {} from {}{}", view.office, view.record.folder,
       view.trouble.empty() ? fmt::format(": {} receipts were lost", view.loss.Receipts()) : ""));
+  if (view.moved) run.Report("It is opened again beside the one in " + view.moved->place);
   OpenReachedOffice(run.session, run.reach);
   OpenReachedTrail(run.session);
   WriteAudit(run.session, "Modify", "Restore", "",

@@ -6,7 +6,7 @@
 #include <filesystem>
 
 #include "core/audit.h"
-#include "core/log.h"
+#include "core/moved_office.h"
 #include "core/values.h"
 #include "platform/disk.h"
 #include "platform/file_lock.h"
@@ -25,7 +25,6 @@ namespace fs = std::filesystem;
 
 constexpr const char* kLock = ".kaunter-backup.lock";
 constexpr const char* kUnfinished = ".unfinished-";
-constexpr const char* kLastBackup = "LastBackup";
 
 void MakeFolder(const fs::path& folder) {
   std::error_code none;
@@ -99,19 +98,11 @@ std::vector<std::string> RemoveOutlived(const BackupRecord& newest, const fs::pa
   return removed;
 }
 
-void KeepMoment(Session& session, const BackupRecord& record) {
-  const std::string moment = QuoteStr(record.made.ToCanonical());
-  if (session.Main().Execute(fmt::format("UPDATE Systemast SET [Value]={} WHERE Param={}", moment,
-                                         QuoteStr(kLastBackup))) == 0) {
-    session.Main().Execute(fmt::format("INSERT INTO Systemast (Param,[Value]) VALUES ({},{})",
-                                       QuoteStr(kLastBackup), moment));
-  }
-}
-
 }  // namespace
 
 BackupResult TakeBackup(Session& session, const std::string& folder,
                         const std::optional<Keeping>& keeping, const UpkeepGoOn& go_on) {
+  RefuseMovedOffice(session.Main());  // a desk that was open all the time
   const auto file = EmbeddedOffice(session);
   const bool postgresql = !file && session.Main().EngineName() == kPostgresqlEngine;
   if (!file && !postgresql) {
@@ -177,7 +168,7 @@ BackupResult TakeBackup(Session& session, const std::string& folder,
          fmt::format("账目中有 {} 个数字不符（公司与备份相同）：请打开核对账目。", record.faults)});
   }
   if (keeping) result.removed = RemoveOutlived(record, place, *keeping, &result.warnings);
-  KeepMoment(session, record);
+  KeepMoment(session.Main(), record);
   WriteAudit(session, "Create", "Backup", "", name, {});
   return result;
 }

@@ -1,5 +1,7 @@
 #include "upkeep/backup_copy.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <set>
 
@@ -9,6 +11,24 @@
 #include "platform/sql/transaction.h"
 
 namespace kaunter {
+
+OfficeCheck CheckCopy(Connection& copy, const UpkeepGoOn& go_on) {
+  const Transaction as_one(copy);
+  return CheckOffice(copy, [&](const std::string&, const LedgerProgress& progress) {
+    return go_on({{"Verifying the ledger of the backup", "正在核对备份的账目"},
+                  progress.done,
+                  progress.total});
+  });
+}
+
+void KeepMoment(Connection& office, const BackupRecord& record) {
+  const std::string moment = QuoteStr(record.made.ToCanonical());
+  if (office.Execute(
+          fmt::format("UPDATE Systemast SET [Value]={} WHERE Param='LastBackup'", moment)) == 0) {
+    office.Execute(
+        fmt::format("INSERT INTO Systemast (Param,[Value]) VALUES ('LastBackup',{})", moment));
+  }
+}
 
 void NoteCheck(Connection& office, const OfficeCheck& check, BackupRecord* record) {
   record->loans = check.loans;

@@ -23,6 +23,13 @@ bool DumpPostgresqlOffice(Session& session, const std::filesystem::path& folder,
                           BackupRecord* record, std::vector<Caption>* warnings,
                           const UpkeepGoOn& go_on);
 
+// The ledger of a copy that nobody else works on; `complete` tells whether it was stopped. Throws
+// SqlError.
+OfficeCheck CheckCopy(Connection& copy, const UpkeepGoOn& go_on);
+
+// The moment of the last backup, into the office's setting LastBackup. Throws SqlError.
+void KeepMoment(Connection& office, const BackupRecord& record);
+
 // What the check of a copy has found, into the record. A payment is stored first and replayed then:
 // a loan that does not hold in the copy and does in the office was caught between the two, and is
 // one to be rebuilt. Throws SqlError.

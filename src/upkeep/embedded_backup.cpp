@@ -24,7 +24,6 @@ EmbeddedGoOn Told(const UpkeepGoOn& go_on, const Caption& what) {
 const Caption kCopying{"Copying the database", "正在复制数据库"};
 const Caption kCopyingLogs{"Copying the audit trail", "正在复制审计记录"};
 const Caption kChecking{"Checking the copy", "正在检查副本"};
-const Caption kVerifying{"Verifying the ledger of the copy", "正在核对副本的账目"};
 
 // Sound, and with all its rows. False when it was stopped.
 bool CheckFile(const EmbeddedSnapshot& of, const std::string& copy, const UpkeepGoOn& go_on) {
@@ -74,13 +73,9 @@ bool CopyEmbeddedOffice(Session& session, const fs::path& folder, BackupRecord* 
     record->logs.digest = DigestOfFile(copied);
   }
   if (!CheckFile(snapshot, copy, go_on)) return false;
-  if (!go_on({kVerifying})) return false;
   {
     const auto opened = OpenSqlite("Backup", copy, /*create=*/false, session.clock);
-    const OfficeCheck check =
-        CheckOffice(*opened, [&](const std::string&, const LedgerProgress& progress) {
-          return go_on({kVerifying, progress.done, progress.total});
-        });
+    const OfficeCheck check = CheckCopy(*opened, go_on);
     if (!check.complete) return false;
     NoteCheck(session.Main(), check, record);
     Replay(*opened, record->replay);

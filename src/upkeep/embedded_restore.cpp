@@ -5,12 +5,12 @@
 #include <filesystem>
 #include <optional>
 
-#include "core/log.h"
 #include "core/values.h"
 #include "platform/file_lock.h"
 #include "platform/sql/data_source.h"
 #include "platform/sql/embedded_copy.h"
 #include "screen/caption_error.h"
+#include "upkeep/backup_copy.h"
 #include "upkeep/office_place.h"
 #include "upkeep/restore.h"
 
@@ -29,12 +29,11 @@ void RemoveDatabase(const std::string& file) {
 class EmbeddedRestore final : public OfficeRestore {
  public:
   EmbeddedRestore(Session& session, BackupRecord record)
-      : OfficeRestore(session),
+      : OfficeRestore(session, std::move(record)),
         file_(*EmbeddedOffice(session)),
         trail_(*EmbeddedTrail(session)),
         copy_(file_ + ".restoring"),
         lock_(copy_ + "-lock") {
-    view_.record = std::move(record);
     view_.office = file_;
     if (!lock_.held()) {
       throw CaptionError(
@@ -49,8 +48,29 @@ class EmbeddedRestore final : public OfficeRestore {
     fs::remove(copy_ + "-lock", ignored);
   }
 
-  // False when it was stopped.
-  bool Prepare(const UpkeepGoOn& go_on) {
+  std::string Run() override {
+    const std::string kept = Kept(file_);
+    if (view_.there && view_.trouble.empty()) {
+      const EmbeddedAlone alone = Alone();
+      alone.CopyTo(kept);
+      const auto office = OpenSqlite("Office", kept, /*create=*/false, session_.clock);
+      const auto earlier = OpenSqlite("Backup", copy_, /*create=*/false, session_.clock);
+      if (!IsAsTold(*office, *earlier)) {
+        std::error_code ignored;
+        fs::remove(kept, ignored);
+        RefuseChanged();
+      }
+      BringTrail();
+      alone.Become(copy_);
+    } else {
+      BringTrail();
+      PutInPlace(copy_, file_, kept);
+    }
+    return fs::exists(kept) || fs::exists(kept + "-wal") ? kept : "";
+  }
+
+ private:
+  bool Prepare(const UpkeepGoOn& go_on) override {
     const auto told = [&](const Caption& what) {
       return [&go_on, what](std::int64_t done, std::int64_t total) {
         return go_on({what, done, total});
@@ -65,47 +85,18 @@ class EmbeddedRestore final : public OfficeRestore {
       throw CaptionError({"The backup is damaged: take another one.", "备份已损坏：请用另一个。"});
     }
     const auto earlier = OpenSqlite("Backup", copy_, /*create=*/false, session_.clock);
-    earlier->Execute(fmt::format("UPDATE Systemast SET [Value]={} WHERE Param='LastBackup'",
-                                 QuoteStr(view_.record.made.ToCanonical())));
+    KeepMoment(*earlier, view_.record);
     view_.there = fs::exists(file_);
     if (!view_.there) return true;
     try {
       const auto office = OpenSqlite("Office", file_, /*create=*/false, session_.clock);
-      const auto loss = WhatIsLost(*office, *earlier, [&](std::int64_t done) {
-        return go_on({kComparing, done});
-      });
-      if (!loss) return false;
-      view_.loss = *loss;
-      view_.related = AreOneOffice(*office, *earlier);
+      return Compare(*office, *earlier, go_on);
     } catch (const SqlError& error) {
       view_.trouble = error.what();
     }
     return true;
   }
 
-  std::string Run() override {
-    const std::string kept = Kept(file_);
-    if (view_.there && view_.trouble.empty()) {
-      const EmbeddedAlone alone = Alone();
-      BringTrail();
-      alone.CopyTo(kept);
-      const auto office = OpenSqlite("Office", kept, /*create=*/false, session_.clock);
-      const auto earlier = OpenSqlite("Backup", copy_, /*create=*/false, session_.clock);
-      const auto loss = WhatIsLost(*office, *earlier, [](std::int64_t) { return true; });
-      if (loss != view_.loss) {
-        std::error_code ignored;
-        fs::remove(kept, ignored);
-      }
-      CheckSameLoss(view_.loss, loss);
-      alone.Become(copy_);
-    } else {
-      BringTrail();
-      PutInPlace(copy_, file_, kept);
-    }
-    return fs::exists(kept) || fs::exists(kept + "-wal") ? kept : "";
-  }
-
- private:
   std::string Kept(const std::string& file) const {
     const std::string name =
         fmt::format("{}.before-{}", file, Format(session_.clock.Now(), "yyyymmdd-hhnnss"));
@@ -121,25 +112,24 @@ class EmbeddedRestore final : public OfficeRestore {
       return EmbeddedAlone(file_);
     } catch (const SqlError& error) {
       if (error.number() != kInUse) throw;
-      throw CaptionError(
-          {"Kaunter is open on this office: close it at every desk, and try again. "
-           "Nothing was restored.",
-           "仍有电脑开着此公司：请全部关闭后再试。没有恢复任何资料。"});
+      RefuseOpenDesk();
     }
   }
 
-  // The audit trail tells who did what, of what is lost too: the one that is there stays. Only a
-  // missing or damaged one comes out of the backup.
+  // Only a missing or damaged trail comes out of the backup.
   void BringTrail() const {
-    if (view_.record.logs.name.empty()) return;
-    if (!fs::exists(trail_)) {
-      CopySqlite(view_.record.LogsPath(), trail_);
-      return;
-    }
+    const bool exists = fs::exists(trail_);
+    std::unique_ptr<Connection> there;
     try {
-      OpenSqlite("LogsConn", trail_, /*create=*/false, session_.clock);
-    } catch (const SqlError&) {
+      if (exists) there = OpenSqlite("LogsConn", trail_, /*create=*/false, session_.clock);
+    } catch (const SqlError&) {  // damaged
+    }
+    if (there) return KeepTrail(std::move(there));
+    if (view_.record.logs.name.empty()) return;
+    if (exists) {
       PutInPlace(view_.record.LogsPath(), trail_, Kept(trail_));
+    } else {
+      CopySqlite(view_.record.LogsPath(), trail_);
     }
   }
 
@@ -151,11 +141,8 @@ class EmbeddedRestore final : public OfficeRestore {
 
 }  // namespace
 
-std::unique_ptr<OfficeRestore> PrepareEmbeddedRestore(Session& session, BackupRecord record,
-                                                      const UpkeepGoOn& go_on) {
-  auto restore = std::make_unique<EmbeddedRestore>(session, std::move(record));
-  if (!restore->Prepare(go_on)) return nullptr;
-  return restore;
+std::unique_ptr<OfficeRestore> EmbeddedRestoreOf(Session& session, BackupRecord record) {
+  return std::make_unique<EmbeddedRestore>(session, std::move(record));
 }
 
 }  // namespace kaunter

@@ -34,6 +34,9 @@ std::string PlaceOf(const DataSources& sources, const std::string& name,
 
 }  // namespace
 
+MoveDatabase::MoveDatabase(std::unique_ptr<Connection> opened)
+    : connection(std::move(opened)), whole(sql::WholeDatabaseOf(*connection)) {}
+
 void MoveDatabase::ReadTables() {
   tables = whole->Tables();
   std::erase_if(tables,
@@ -53,9 +56,12 @@ void MoveDatabase::Seal(const MoveMark& mark) {
   whole->Seal(MovedWords(mark));
 }
 
-void MoveDatabase::Unseal() {
+void MoveDatabase::Reopen() {
+  if (!Mark()) return;
+  LockOut();
   whole->Unseal();
   RemoveMoveMark(*connection);
+  Commit();
 }
 
 MoveEnd::MoveEnd(const MoveRequest& request, std::string source, std::string database)
@@ -77,22 +83,18 @@ std::optional<std::string> MoveEnd::File(bool logs) const {
   return EmbeddedFile(Text(logs), request_.local.sources);
 }
 
-void MoveEnd::OpenMain() {
-  main.connection = Open("MainConn", /*logs=*/false);
-  main.whole = sql::WholeDatabaseOf(*main.connection);
-}
+void MoveEnd::OpenMain() { main = MoveDatabase(Open("MainConn", /*logs=*/false)); }
 
 void MoveEnd::OpenLogs(bool needed) {
   const auto file = File(/*logs=*/true);
   std::error_code missing;
   if (file && !needed && (std::filesystem::file_size(*file, missing) == 0 || missing)) return;
   try {
-    logs.connection = Open("LogsConn", /*logs=*/true);
+    logs = MoveDatabase(Open("LogsConn", /*logs=*/true));
   } catch (const SqlError&) {
     if (needed) throw;
     return;  // the office keeps no audit, and no such database was made
   }
-  logs.whole = sql::WholeDatabaseOf(*logs.connection);
   if (!needed && logs.whole->Contents().empty()) logs = {};
 }
 

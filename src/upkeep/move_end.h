@@ -17,6 +17,8 @@ struct MoveDatabase {
   std::unique_ptr<sql::WholeDatabase> whole;
   std::vector<sql::WholeTable> tables;  // without the mark
 
+  MoveDatabase() = default;
+  explicit MoveDatabase(std::unique_ptr<Connection> opened);
   bool exists() const { return connection != nullptr; }
   void ReadTables();
   std::optional<MoveMark> Mark() const { return ReadMoveMark(*connection); }
@@ -25,7 +27,8 @@ struct MoveDatabase {
   void Commit() { connection->CommitTrans(); }
   void GiveUp() noexcept;
   void Seal(const MoveMark& mark);
-  void Unseal();
+  // Takes the seal off, where there is one.
+  void Reopen();
 };
 
 class MoveEnd {

@@ -453,12 +453,7 @@ MoveDone Mover::Undo() {
       throw;
     }
   }
-  for (const Pair& pair : Pairs()) {
-    if (!pair.to.Mark()) continue;
-    pair.to.LockOut();
-    pair.to.Unseal();
-    pair.to.Commit();
-  }
+  for (const Pair& pair : Pairs()) pair.to.Reopen();
   SwitchSettings();
   done_.seconds = Since(begun);
   return done_;

@@ -16,7 +16,6 @@ const Caption kDumping{"Dumping the database", "正在导出数据库"};
 const Caption kDumpingLogs{"Dumping the audit trail", "正在导出审计记录"};
 const Caption kRestoring{"Restoring the dump into a database of its own, to check it",
                          "正在还原导出文件以作检查"};
-const Caption kVerifying{"Verifying the ledger of the copy", "正在核对副本的账目"};
 
 bool Dump(const PostgresqlPlace& place, const fs::path& file, const Caption& what,
           const UpkeepGoOn& go_on) {
@@ -63,10 +62,7 @@ bool DumpPostgresqlOffice(Session& session, const fs::path& folder, BackupRecord
   }
   if (!scratch.Fill(dump, [&] { return go_on({kRestoring}); })) return false;
   const auto copy = scratch.Open("Backup");
-  const OfficeCheck check =
-      CheckOffice(*copy, [&](const std::string&, const LedgerProgress& progress) {
-        return go_on({kVerifying, progress.done, progress.total});
-      });
+  const OfficeCheck check = CheckCopy(*copy, go_on);
   if (!check.complete) return false;
   NoteCheck(session.Main(), check, record);
   return true;

@@ -2,8 +2,6 @@
 // names in one transaction of the server, which refuses while a desk is connected.
 #include <fmt/format.h>
 
-#include <optional>
-
 #include "core/new_office.h"
 #include "core/values.h"
 #include "screen/caption_error.h"
@@ -15,7 +13,6 @@ namespace kaunter {
 namespace {
 
 const Caption kUnpacking{"Restoring the backup beside the office", "正在旁边还原备份"};
-const Caption kVerifying{"Verifying the ledger of the backup", "正在核对备份的账目"};
 
 bool All() { return true; }
 
@@ -32,11 +29,10 @@ std::string Rename(const std::string& from, const std::string& to) {
 class PostgresqlRestore final : public OfficeRestore {
  public:
   PostgresqlRestore(Session& session, BackupRecord record)
-      : OfficeRestore(session),
+      : OfficeRestore(session, std::move(record)),
         place_(session, /*logs=*/false),
         trail_(session, /*logs=*/true),
         copy_(place_, place_.database() + "-restoring") {
-    view_.record = std::move(record);
     view_.office = place_.database();
     if (!copy_.made()) {
       throw CaptionError(
@@ -47,35 +43,6 @@ class PostgresqlRestore final : public OfficeRestore {
                        "CREATEDB。",
                        copy_.why())});
     }
-  }
-
-  // False when it was stopped.
-  bool Prepare(const UpkeepGoOn& go_on) {
-    if (!copy_.Fill(view_.record.MainPath(), [&] { return go_on({kUnpacking}); })) return false;
-    const auto earlier = copy_.Open("Backup");
-    Replay(*earlier, view_.record.replay);
-    const OfficeCheck check =
-        CheckOffice(*earlier, [&](const std::string&, const LedgerProgress& progress) {
-          return go_on({kVerifying, progress.done, progress.total});
-        });
-    if (!check.complete) return false;
-    earlier->Execute(fmt::format("UPDATE Systemast SET [Value]={} WHERE Param='LastBackup'",
-                                 QuoteStr(view_.record.made.ToCanonical())));
-    try {
-      const auto office = place_.Open("Office", place_.database());
-      exists_ = true;
-      view_.there = !IsEmptyDatabase(*office);
-      if (!view_.there) return true;
-      const auto loss = WhatIsLost(*office, *earlier, [&](std::int64_t done) {
-        return go_on({kComparing, done});
-      });
-      if (!loss) return false;
-      view_.loss = *loss;
-      view_.related = AreOneOffice(*office, *earlier);
-    } catch (const SqlError& error) {
-      if (exists_) throw;
-    }
-    return true;
   }
 
   std::string Run() override {
@@ -97,6 +64,23 @@ class PostgresqlRestore final : public OfficeRestore {
   }
 
  private:
+  bool Prepare(const UpkeepGoOn& go_on) override {
+    if (!copy_.Fill(view_.record.MainPath(), [&] { return go_on({kUnpacking}); })) return false;
+    const auto earlier = copy_.Open("Backup");
+    Replay(*earlier, view_.record.replay);
+    if (!CheckCopy(*earlier, go_on).complete) return false;
+    KeepMoment(*earlier, view_.record);
+    try {
+      const auto office = place_.Open("Office", place_.database());
+      exists_ = true;
+      view_.there = !IsEmptyDatabase(*office);
+      return !view_.there || Compare(*office, *earlier, go_on);
+    } catch (const SqlError& error) {
+      if (exists_) throw;
+    }
+    return true;
+  }
+
   std::string Kept(const std::string& database) const {
     return fmt::format("{}-before-{}", database, Format(session_.clock.Now(), "yyyymmdd-hhnnss"));
   }
@@ -118,35 +102,28 @@ class PostgresqlRestore final : public OfficeRestore {
                  All);
     } catch (const std::runtime_error& error) {
       if (std::string(error.what()).find("is being accessed") == std::string::npos) throw;
-      throw CaptionError(
-          {"Kaunter is open on this office: close it at every desk, and try again. "
-           "Nothing was restored.",
-           "仍有电脑开着此公司：请全部关闭后再试。没有恢复任何资料。"});
+      RefuseOpenDesk();
     }
   }
 
   // A desk may have saved between the look and the exchange of names: then all goes back.
   void CheckKept(const std::string& office, const std::string& kept) const {
-    std::optional<Loss> loss;
-    {
-      const auto replaced = place_.Open("Office", kept);
-      const auto restored = place_.Open("Backup", office);
-      loss = WhatIsLost(*replaced, *restored, [](std::int64_t) { return true; });
-    }
-    if (loss != view_.loss) Swap(office, copy_.name(), kept);
-    CheckSameLoss(view_.loss, loss);
+    if (IsAsTold(*place_.Open("Office", kept), *place_.Open("Backup", office))) return;
+    Swap(office, copy_.name(), kept);
+    RefuseChanged();
   }
 
-  // The audit trail that is there stays, for it tells of what is lost; an empty database, and none,
-  // take that of the backup.
+  // An empty database, and none, take the trail of the backup.
   void BringTrail() const {
-    if (view_.record.logs.name.empty()) return;
-    bool exists = true;
+    std::unique_ptr<Connection> there;
     try {
-      if (!IsEmptyDatabase(*trail_.Open("LogsConn", trail_.database()))) return;
-    } catch (const SqlError&) {
-      exists = false;
+      there = trail_.Open("LogsConn", trail_.database());
+    } catch (const SqlError&) {  // no such database
     }
+    if (there && !IsEmptyDatabase(*there)) return KeepTrail(std::move(there));
+    if (view_.record.logs.name.empty()) return;
+    const bool exists = there != nullptr;
+    there.reset();
     PostgresqlScratch comes(trail_, trail_.database() + "-restoring");
     if (!comes.made()) throw std::runtime_error(comes.why());
     comes.Fill(view_.record.LogsPath(), All);
@@ -166,11 +143,8 @@ class PostgresqlRestore final : public OfficeRestore {
 
 }  // namespace
 
-std::unique_ptr<OfficeRestore> PreparePostgresqlRestore(Session& session, BackupRecord record,
-                                                        const UpkeepGoOn& go_on) {
-  auto restore = std::make_unique<PostgresqlRestore>(session, std::move(record));
-  if (!restore->Prepare(go_on)) return nullptr;
-  return restore;
+std::unique_ptr<OfficeRestore> PostgresqlRestoreOf(Session& session, BackupRecord record) {
+  return std::make_unique<PostgresqlRestore>(session, std::move(record));
 }
 
 }  // namespace kaunter

@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "screen/caption_error.h"
-#include "upkeep/backup_record.h"
+#include "upkeep/move_end.h"
 #include "upkeep/office_place.h"
 #include "upkeep/postgresql_place.h"
 
@@ -35,14 +35,39 @@ void CheckVersion(const BackupRecord& record) {
 
 }  // namespace
 
-const Caption kComparing{"Comparing with the office", "正在与现有公司资料比较"};
+bool OfficeRestore::Compare(Connection& office, Connection& earlier, const UpkeepGoOn& go_on) {
+  view_.moved = ReadMoveMark(office);
+  const auto loss = WhatIsLost(office, earlier, [&](std::int64_t done) {
+    return go_on({{"Comparing with the office", "正在与现有公司资料比较"}, done});
+  });
+  if (!loss) return false;
+  view_.loss = *loss;
+  view_.related = AreOneOffice(office, earlier);
+  return true;
+}
 
-void CheckSameLoss(const Loss& told, const std::optional<Loss>& now) {
-  if (now && *now == told) return;
+bool OfficeRestore::IsAsTold(Connection& office, Connection& earlier) const {
+  return ReadMoveMark(office).has_value() == view_.moved.has_value() &&
+         WhatIsLost(office, earlier, [](std::int64_t) { return true; }) == view_.loss;
+}
+
+void OfficeRestore::RefuseChanged() {
   throw CaptionError(
       {"Something was saved in the office while you looked: look again at what will "
        "be lost. Nothing was restored.",
        "您查看期间有资料存入：请重新查看会失去什么。没有恢复任何资料。"});
+}
+
+void OfficeRestore::RefuseOpenDesk() {
+  throw CaptionError(
+      {"Kaunter is open on this office: close it at every desk, and try again. "
+       "Nothing was restored.",
+       "仍有电脑开着此公司：请全部关闭后再试。没有恢复任何资料。"});
+}
+
+void OfficeRestore::KeepTrail(std::unique_ptr<Connection> trail) {
+  MoveDatabase database(std::move(trail));
+  database.Reopen();
 }
 
 std::unique_ptr<OfficeRestore> PrepareRestore(Session& session, const std::string& folder,
@@ -58,8 +83,10 @@ std::unique_ptr<OfficeRestore> PrepareRestore(Session& session, const std::strin
                      record.engine),
          fmt::format("备份来自 {} 上的公司，而此电脑的设定指向另一种数据库。", record.engine)});
   }
-  if (!embedded) return PreparePostgresqlRestore(session, std::move(record), go_on);
-  return PrepareEmbeddedRestore(session, std::move(record), go_on);
+  auto restore = embedded ? EmbeddedRestoreOf(session, std::move(record))
+                          : PostgresqlRestoreOf(session, std::move(record));
+  if (!restore->Prepare(go_on)) return nullptr;
+  return restore;
 }
 
 }  // namespace kaunter

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "core/moved_office.h"
 #include "core/session.h"
 #include "upkeep/backup.h"
 #include "upkeep/backup_record.h"
@@ -16,7 +18,10 @@ struct RestoreView {
   std::string office;   // what is replaced: the file, or server and database
   bool there = false;   // an office is there
   std::string trouble;  // why it cannot be read: what is lost is not known then
-  bool related = true;  // no company of the office is in the backup
+  bool related = true;  // a company of the office is in the backup
+  // The office was moved away from here, or is a copy that a move has begun: the books are kept at
+  // that place, and a restore here opens a second office beside it.
+  std::optional<MoveMark> moved;
   Loss loss;
 };
 
@@ -37,9 +42,26 @@ class OfficeRestore {
   virtual std::string Run() = 0;
 
  protected:
-  explicit OfficeRestore(Session& session) : session_(session) {}
+  OfficeRestore(Session& session, BackupRecord record) : session_(session) {
+    view_.record = std::move(record);
+  }
+  // All but the exchange. False when it was stopped.
+  virtual bool Prepare(const UpkeepGoOn& go_on) = 0;
+  // What the view tells of an office that is there. False when it was stopped. Throws SqlError.
+  bool Compare(Connection& office, Connection& earlier, const UpkeepGoOn& go_on);
+  // A look behind the confirmation finds what was told.
+  bool IsAsTold(Connection& office, Connection& earlier) const;
+  [[noreturn]] static void RefuseChanged();
+  [[noreturn]] static void RefuseOpenDesk();
+  // The audit trail that is there stays, since it tells of what is lost too; one that was sealed
+  // with its office takes lines again.
+  static void KeepTrail(std::unique_ptr<Connection> trail);
+
   Session& session_;
   RestoreView view_;
+
+  friend std::unique_ptr<OfficeRestore> PrepareRestore(Session& session, const std::string& folder,
+                                                       const UpkeepGoOn& go_on);
 };
 
 // Null when it was stopped. Throws CaptionError for a backup that does not fit (damaged, of another
@@ -48,14 +70,7 @@ std::unique_ptr<OfficeRestore> PrepareRestore(Session& session, const std::strin
                                               const UpkeepGoOn& go_on);
 
 // Each engine's.
-std::unique_ptr<OfficeRestore> PrepareEmbeddedRestore(Session& session, BackupRecord record,
-                                                      const UpkeepGoOn& go_on);
-
-std::unique_ptr<OfficeRestore> PreparePostgresqlRestore(Session& session, BackupRecord record,
-                                                        const UpkeepGoOn& go_on);
-
-extern const Caption kComparing;  // what a preparation tells while it compares
-// Refuses what a look behind the confirmation does not find as it was told.
-void CheckSameLoss(const Loss& told, const std::optional<Loss>& now);
+std::unique_ptr<OfficeRestore> EmbeddedRestoreOf(Session& session, BackupRecord record);
+std::unique_ptr<OfficeRestore> PostgresqlRestoreOf(Session& session, BackupRecord record);
 
 }  // namespace kaunter

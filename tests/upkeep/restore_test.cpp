@@ -5,6 +5,7 @@
 
 #include "screen/caption_error.h"
 #include "tests/core/office.h"
+#include "upkeep/move_end.h"
 
 namespace kaunter {
 namespace {
@@ -143,10 +144,30 @@ TEST_F(RestoreTest, ABackupThatDoesNotFitIsRefused) {
   EXPECT_EQ(Receipts(), kAsBackedUp);
 }
 
-// Of another office: told, and left to the person.
+// Over another office, or over one that was moved away: told, and left to the person.
 TEST_F(RestoreTest, AnotherOfficeIsTold) {
   office.Run("UPDATE CompMast SET CompCode='X'+CompCode");
-  EXPECT_FALSE(Prepare()->view().related);
+  {
+    const auto restore = Prepare();
+    EXPECT_FALSE(restore->view().related);
+    EXPECT_FALSE(restore->view().moved);
+    for (const std::string& moved : {file, trail}) {
+      MoveDatabase database(OpenSqlite("Old", moved, false, office.session.clock));
+      database.LockOut();
+      database.Seal({"1", MoveMark::State::moved, record.made, "the new place", "aminah"});
+      database.Commit();
+    }
+    EXPECT_THAT(Told([&] { restore->Run(); }), HasSubstr("look again"));
+  }
+  const auto restore = Prepare();
+  EXPECT_EQ(restore->view().moved.value().place, "the new place");
+  restore->Run();
+  EXPECT_EQ(Receipts(), kAsBackedUp);
+  office.Open();
+  Pay("P4", "HQ", "20.50", "2024-01-31 15:00:00");
+  EXPECT_EQ(OpenSqlite("LogsConn", trail, false, office.session.clock)
+                ->Execute("INSERT INTO TransLogs (UserID) VALUES ('AMINAH')"),
+            1);
 }
 
 }  // namespace
