@@ -13,12 +13,13 @@ namespace kaunter {
 void TellNotSent(Session& session, const Screen& screen, std::string_view file,
                  std::string_view why) {
   WriteLog(session, LogLine(session, fmt::format("{} was not sent to the server: {}", file, why)));
-  Tell(session, screen, MessageKind::critical,
-       {fmt::format("fail to send photo to server,\n{} is kept on this PC only\n\n{}\n\nIt is sent "
-                    "by itself once the server takes it.",
-                    file, why),
-        fmt::format("无法把照片传到服务器，\n{} 只存在这台电脑上\n\n{}\n\n服务器恢复后会自动传送。",
-                    file, why)});
+  Tell(
+      session, screen, MessageKind::critical,
+      {fmt::format("fail to send photo to server,\nkept on this PC only: {}\n\n{}\n\nIt is sent "
+                   "by itself once the server takes it.",
+                   file, why),
+       fmt::format("无法把照片传到服务器，\n只存在这台电脑上：{}\n\n{}\n\n服务器恢复后会自动传送。",
+                   file, why)});
 }
 
 bool TellUnsent(Session& session, const Screen& screen) {

@@ -45,10 +45,20 @@ QImage ReadSmall(const std::string& path, QSize room) {
   if (IsTooLarge(size) && !jpeg) return {};
   const bool lies = reader.transformation() & QImageIOHandler::TransformationRotate90;
   const QSize shown = lies ? room.transposed() : room;
-  if (size.isValid() && (size.width() > shown.width() || size.height() > shown.height())) {
-    reader.setScaledSize(size.scaled(shown, Qt::KeepAspectRatio));
+  if (!size.isValid() || (size.width() <= shown.width() && size.height() <= shown.height())) {
+    return reader.read();
   }
-  return reader.read();
+  if (reader.supportsOption(QImageIOHandler::ScaledSize)) {
+    reader.setScaledSize(size.scaled(shown, Qt::KeepAspectRatio));
+    return reader.read();
+  }
+  // In the few colours of its own a smaller picture would be grained.
+  const QImage image = reader.read();
+  if (image.isNull()) return image;
+  return image
+      .convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
+                                               : QImage::Format_RGB32)
+      .scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
 PictureDesk::Made WriteAsJpeg(const std::string& source, const std::string& target) {

@@ -201,6 +201,24 @@ TEST(PictureFile, APictureThatWouldFillTheMemoryIsRefusedOrReadSmall) {
   EXPECT_EQ(WriteAsJpeg(large, folder.File("out.jpg")), Made::too_large);
 }
 
+TEST(PictureFile, APictureOfFewColoursIsReadSmallWithoutGrain) {
+  const TempFolder folder;
+  QImage plain_and_motley({240, 180}, QImage::Format_Indexed8);
+  QList<QRgb> colours = {qRgb(200, 210, 205)};
+  while (colours.size() < 256) {
+    const int at = static_cast<int>(colours.size());
+    colours.append(qRgb(at, at * 7 % 256, at * 31 % 256));
+  }
+  plain_and_motley.setColorTable(colours);
+  for (int y = 0; y < 180; ++y) {
+    for (int x = 0; x < 240; ++x) plain_and_motley.setPixel(x, y, y < 90 ? 0 : (x * y) % 256);
+  }
+  ASSERT_TRUE(plain_and_motley.save(Q(folder.File("few.bmp"))));
+  const QImage small = ReadSmall(folder.File("few.bmp"), {90, 66});
+  ASSERT_EQ(small.size(), QSize(88, 66));
+  for (int x = 0; x < 88; ++x) ASSERT_EQ(small.pixelColor(x, 10), QColor(colours[0]));
+}
+
 class FileScreen : public Screen {
  public:
   explicit FileScreen(Desk& desk) : Screen("FileScreen", {"Files", "文件"}, desk) {
