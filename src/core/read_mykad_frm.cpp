@@ -34,7 +34,7 @@ bool ReadMyKadfrm::GoOn() {
   if (!bar_) bar_.emplace(screen_, kTitle);
   static const Caption kText{"Reading Mykad detail, please wait ....",
                              "正在读取身份证资料，请稍候 ...."};
-  given_up_ = given_up_ || !bar_->GoOn(0, 0, session_.In(kText));
+  if (!bar_->GoOn(0, 0, session_.In(kText))) given_up_ = true;
   return !given_up_;
 }
 
@@ -50,7 +50,7 @@ bool ReadMyKadfrm::Run(const std::string& program, const std::vector<std::string
   while (!reader.Ended()) {
     const bool too_long = std::chrono::steady_clock::now() - begun > kLongest;
     if (!GoOn() || too_long) {
-      reader.End();
+      reader.End([this] { GoOn(); });
       if (given_up_) return false;
       throw NotRun(program, {"did not come to an end, and was ended.", "一直没有结束，已被中止。"});
     }

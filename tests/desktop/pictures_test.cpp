@@ -1,5 +1,5 @@
 // Pictures and files at the window: what is converted, what would fill the memory, what is dropped
-// and pasted, and that the window answers while files travel.
+// and pasted, and that the window answers while files travel and a card is read.
 #include <gmock/gmock.h>
 
 #include <QBuffer>
@@ -7,17 +7,22 @@
 #include <QDropEvent>
 #include <QMimeData>
 #include <QPainter>
+#include <QPushButton>
+#include <QTimer>
 #include <QUrl>
+#include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <thread>
 
+#include "core/card_reader.h"
 #include "core/file_store.h"
 #include "customers/document_store.h"
 #include "desktop/desktop_desk.h"
 #include "desktop/grid_view.h"
 #include "desktop/plain_views.h"
+#include "desktop/progress_dialog.h"
 #include "desktop/text.h"
 #include "qtservices/picture_file.h"
 #include "screen/file_grid.h"
@@ -284,7 +289,34 @@ class Looks {
   std::chrono::steady_clock::duration longest_{};
 };
 
-// What the machine itself takes away is measured beside it, on a thread that only sleeps.
+// The looks of the window, and beside them those of a thread that only sleeps: what the machine
+// itself takes away.
+class Watched {
+ public:
+  Watched() {
+    QObject::connect(&timer_, &QTimer::timeout, [this] { window_.Look(); });
+    timer_.start(5);
+  }
+  ~Watched() {
+    over_ = true;
+    beside_.join();
+    std::printf("longest between two looks: window %ld ms, machine %ld ms\n", window_.Longest(),
+                machine_.Longest());
+    EXPECT_LE(window_.Longest(), 50 + machine_.Longest());
+  }
+
+ private:
+  Looks window_, machine_;
+  std::atomic<bool> over_ = false;
+  std::thread beside_{[this] {
+    while (!over_) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+      machine_.Look();
+    }
+  }};
+  QTimer timer_;
+};
+
 TEST(FilesBehindTheWindow, TheWindowAnswersWhileFiftyMegabytesGoAndAPhotoComes) {
   const TempFolder folder;
   const std::string photos = folder.File("Photo");
@@ -294,20 +326,7 @@ TEST(FilesBehindTheWindow, TheWindowAnswersWhileFiftyMegabytesGoAndAPhotoComes) 
   std::ofstream(photos + "/HQ0001/scan.pdf") << std::string(50'000'000, 's');
   test::FtpServerBeside server(folder.File("store"));
   FileStore store(photos, {server.host(), server.kUser, server.kPassword, false, {}});
-  Looks window, machine;
-  std::atomic<bool> over = false;
-  std::thread beside([&] {
-    while (!over) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
-      machine.Look();
-    }
-  });
-  QTimer timer;
-  QObject::connect(&timer, &QTimer::timeout, [&] {
-    window.Look();
-    static_cast<void>(store.sending());
-  });
-  timer.start(5);
+  const Watched watched;
   store.Send({"HQ0001", "scan.pdf"});
   store.Fetch({"HQ0001", "face.jpg"}, false);
   QEventLoop loop;
@@ -317,15 +336,41 @@ TEST(FilesBehindTheWindow, TheWindowAnswersWhileFiftyMegabytesGoAndAPhotoComes) 
   });
   end.start(20);
   loop.exec();
-  over = true;
-  beside.join();
   EXPECT_EQ(std::filesystem::file_size(folder.File("store/VKTPIC/HQ0001/scan.pdf")), 50'000'000U);
   EXPECT_EQ(std::filesystem::file_size(photos + "/HQ0001/face.jpg"), 5'000'000U);
-  RecordProperty("window", std::to_string(window.Longest()));
-  RecordProperty("machine", std::to_string(machine.Longest()));
-  std::printf("longest between two looks: window %ld ms, machine %ld ms\n", window.Longest(),
-              machine.Longest());
-  EXPECT_LE(window.Longest(), 50 + machine.Longest());
+}
+
+struct BarDesk : QuietDesk {
+  std::unique_ptr<ProgressBar> Progress(std::string_view title) override {
+    return MakeProgress(title, nullptr);
+  }
+};
+
+// One that does not listen is ended by force, half a second after the person gave up.
+TEST(CardReading, TheWindowAnswersWhileAHangingReaderIsWaitedForAndEnded) {
+  Office office(Office::State::patched);
+  office.session.MyKadReaderFolder = office.folder.File("reader");
+  const std::string program = office.session.MyKadReaderFolder + "/MyKadReader";
+  std::filesystem::create_directories(office.session.MyKadReaderFolder);
+  std::ofstream(program) << "#!/bin/sh\ntrap '' TERM\nwhile :; do sleep 0.01; done\n";
+  std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+  BarDesk desk;
+  Screen screen("UserFrm", {"User"}, desk);
+  QTimer hand;
+  QObject::connect(&hand, &QTimer::timeout, [] {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (auto* stop = window->findChild<QPushButton*>()) stop->click();
+    }
+  });
+  hand.start(300);
+  CardValues values;
+  const auto begun = std::chrono::steady_clock::now();
+  {
+    const Watched watched;
+    EXPECT_FALSE(ReadMyKad(office.session, screen, {}, values, {}));
+  }
+  EXPECT_GE(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(750));
+  EXPECT_TRUE(desk.messages.empty());
 }
 
 }  // namespace
