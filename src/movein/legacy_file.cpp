@@ -11,6 +11,7 @@
 #include "movein/file_trouble.h"
 #include "platform/process.h"
 #include "platform/sql/odbc/odbc_string.h"
+#include "platform/sql/waiting.h"
 
 namespace kaunter {
 namespace {
@@ -69,7 +70,7 @@ void ReadThrough(const std::string& path, const std::function<bool()>& alive) {
 // it. So another process reads the file first.
 bool DriverBears(const std::string& path) {
   return Survives([&path](const auto& alive) { ReadThrough(path, alive); },
-                  std::chrono::seconds(30));
+                  std::chrono::seconds(30), ActWhileWaiting);
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ TextSource::TextSource(const std::string& path, Encoding wanted) : encoding_(wan
   in_.clear();
   in_.seekg(0);
   try {
-    converter_ = std::make_unique<TextConverter>(ConverterName(encoding_));
+    converter_ = std::make_unique<TextConverter>(encoding_);
   } catch (const std::runtime_error&) {
     throw FileTrouble({fmt::format("This PC cannot read texts in {}", EncodingName(encoding_)),
                        fmt::format("此电脑不能读取 {} 编码", EncodingName(encoding_))});

@@ -21,9 +21,9 @@ bool ProcessRuns(long process);
 
 // Makes `trial` in a copy of this process, so that what breaks it down, or lets it stand still for
 // `silence`, does not take the program along. The trial calls `alive` now and then, and gives up
-// when that tells false. True when it came to its end. A system that copies no process (Windows)
-// makes no trial and tells true.
+// when that tells false; `meanwhile` is called here. True when it came to its end. A system that
+// copies no process (Windows) makes no trial and tells true.
 bool Survives(const std::function<void(const std::function<bool()>& alive)>& trial,
-              std::chrono::milliseconds silence);
+              std::chrono::milliseconds silence, const std::function<void()>& meanwhile);
 
 }  // namespace kaunter

@@ -30,7 +30,9 @@ bool ProcessRuns(long process) {
 }
 
 bool Survives(const std::function<void(const std::function<bool()>& alive)>& trial,
-              std::chrono::milliseconds silence) {
+              std::chrono::milliseconds silence, const std::function<void()>& meanwhile) {
+  using Time = std::chrono::steady_clock;
+  constexpr int kLook = 20;  // milliseconds
   int ends[2];
   if (pipe(ends) != 0) return true;
   const pid_t child = fork();
@@ -42,14 +44,15 @@ bool Survives(const std::function<void(const std::function<bool()>& alive)>& tri
   close(ends[1]);
   bool alive = child > 0;
   char signs[256];
+  auto heard = Time::now();
   for (pollfd wait{ends[0], POLLIN, 0}; alive;) {
-    const int ready = poll(&wait, 1, static_cast<int>(silence.count()));
-    if (ready < 0 && errno == EINTR) continue;
-    if (ready <= 0) {
+    meanwhile();
+    if (poll(&wait, 1, kLook) > 0) {
+      if (read(ends[0], signs, sizeof signs) <= 0) break;
+      heard = Time::now();
+    } else if (Time::now() - heard > silence) {
       kill(child, SIGKILL);
       alive = false;
-    } else if (read(ends[0], signs, sizeof signs) <= 0) {
-      break;
     }
   }
   close(ends[0]);

@@ -4,13 +4,14 @@
 #include <memory>
 #include <string>
 
+#include "platform/text_encoding.h"
+
 namespace kaunter {
 
 class TextConverter {
  public:
-  // "UTF-8", "UTF-16LE", "UTF-16BE", "WINDOWS-1252" or "GB18030". Throws std::runtime_error where
-  // the machine does not know it.
-  explicit TextConverter(const std::string& encoding);
+  // Not `automatic`. Throws std::runtime_error where the machine does not know the encoding.
+  explicit TextConverter(Encoding encoding);
   ~TextConverter();
   TextConverter(const TextConverter&) = delete;
   TextConverter& operator=(const TextConverter&) = delete;

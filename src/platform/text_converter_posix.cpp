@@ -6,11 +6,19 @@
 #include "platform/text_converter.h"
 
 namespace kaunter {
+namespace {
+
+const char* NameOf(Encoding encoding) {
+  constexpr const char* kNames[] = {"", "UTF-8", "UTF-16LE", "UTF-16BE", "WINDOWS-1252", "GB18030"};
+  return kNames[static_cast<std::size_t>(encoding)];
+}
+
+}  // namespace
 
 struct TextConverter::State {
-  explicit State(const std::string& encoding) : converter(iconv_open("UTF-8", encoding.c_str())) {
+  explicit State(const char* encoding) : converter(iconv_open("UTF-8", encoding)) {
     if (converter == reinterpret_cast<iconv_t>(-1)) {
-      throw std::runtime_error("This machine does not know the encoding " + encoding);
+      throw std::runtime_error(std::string("This machine does not know the encoding ") + encoding);
     }
   }
   ~State() { iconv_close(converter); }
@@ -19,8 +27,8 @@ struct TextConverter::State {
   iconv_t converter;
 };
 
-TextConverter::TextConverter(const std::string& encoding)
-    : state_(std::make_unique<State>(encoding)) {}
+TextConverter::TextConverter(Encoding encoding)
+    : state_(std::make_unique<State>(NameOf(encoding))) {}
 
 TextConverter::~TextConverter() = default;
 

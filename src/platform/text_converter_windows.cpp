@@ -10,13 +10,12 @@ namespace kaunter {
 namespace {
 
 constexpr UINT kWestern = 1252;
-constexpr UINT kChinese = 54936;  // GB18030
 
-UINT PageOf(const std::string& encoding) {
-  if (encoding == "UTF-8") return CP_UTF8;
-  if (encoding == "WINDOWS-1252") return kWestern;
-  if (encoding == "GB18030") return kChinese;
-  return 0;  // UTF-16
+UINT PageOf(Encoding encoding) {
+  constexpr UINT kNone = 0;         // UTF-16
+  constexpr UINT kChinese = 54936;  // GB18030
+  constexpr UINT kPages[] = {kNone, CP_UTF8, kNone, kNone, kWestern, kChinese};
+  return kPages[static_cast<std::size_t>(encoding)];
 }
 
 // How many bytes the letter that begins with these takes; more than there are when it is cut.
@@ -102,11 +101,12 @@ struct TextConverter::State {
   }
 };
 
-TextConverter::TextConverter(const std::string& encoding) : state_(std::make_unique<State>()) {
+TextConverter::TextConverter(Encoding encoding) : state_(std::make_unique<State>()) {
   state_->page = PageOf(encoding);
-  state_->big_end_first = encoding == "UTF-16BE";
+  state_->big_end_first = encoding == Encoding::utf16be;
   if (state_->page != 0 && !IsValidCodePage(state_->page)) {
-    throw std::runtime_error("This machine does not know the encoding " + encoding);
+    throw std::runtime_error("This machine does not know the code page " +
+                             std::to_string(state_->page));
   }
 }
 

@@ -50,7 +50,7 @@ bool IsGbk(std::string_view bytes) {
 std::optional<Encoding> WideBySight(std::string_view bytes) {
   std::array<std::size_t, 2> zeros = {};
   for (std::size_t at = 0; at < bytes.size(); ++at) zeros[at % 2] += bytes[at] == '\0' ? 1U : 0U;
-  if (4 * std::max(zeros[0], zeros[1]) < bytes.size() / 2) return std::nullopt;
+  if (4 * std::max(zeros[0], zeros[1]) <= bytes.size() / 2) return std::nullopt;
   return zeros[1] > zeros[0] ? Encoding::utf16le : Encoding::utf16be;
 }
 
@@ -65,14 +65,9 @@ Encoding EncodingOf(std::string_view bytes) {
   return IsGbk(bytes) ? Encoding::gbk : Encoding::latin1;
 }
 
-const char* ConverterName(Encoding encoding) {
-  constexpr const char* kNames[] = {"", "UTF-8", "UTF-16LE", "UTF-16BE", "WINDOWS-1252", "GB18030"};
-  return kNames[static_cast<std::size_t>(encoding)];
-}
-
 std::optional<std::string> TextOfBytes(std::string bytes) {
   try {
-    auto [text, broken] = TextConverter(ConverterName(EncodingOf(bytes))).Take(bytes);
+    auto [text, broken] = TextConverter(EncodingOf(bytes)).Take(bytes);
     if (broken || !bytes.empty()) return std::nullopt;
     if (text.starts_with(kUtf8Mark)) text.erase(0, kUtf8Mark.size());
     return text;

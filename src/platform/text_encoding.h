@@ -11,8 +11,6 @@ enum class Encoding { automatic, utf8, utf16le, utf16be, latin1, gbk };
 
 // By the signs at the front of a text, else by its letters.
 Encoding EncodingOf(std::string_view bytes);
-// As the system's converter calls it.
-const char* ConverterName(Encoding encoding);
 // A whole file as UTF-8, without the sign at its front; nothing for bytes that are no text.
 std::optional<std::string> TextOfBytes(std::string bytes);
 

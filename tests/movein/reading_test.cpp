@@ -154,6 +154,7 @@ TEST(MoveInCells, FilesThatCannotBeRead) {
   };
   using ::testing::HasSubstr;
   EXPECT_THAT(told("", Encoding::automatic), HasSubstr("is empty"));
+  EXPECT_EQ(told("a", Encoding::automatic), "");
   EXPECT_THAT(told("a,b\nc,\xE9\n", Encoding::utf8), HasSubstr("Line 2: what stands there"));
   EXPECT_THAT(told("a,b\nc,d\n\"e,f\n", Encoding::utf8), HasSubstr("Line 3: a quote is opened"));
   EXPECT_THAT(told("a\n\"" + std::string(70000, 'x') + "\n", Encoding::utf8),

@@ -58,13 +58,13 @@ void Index(sql::OdbcSession& session, const SearchedTexts& texts) {
 void IndexInsideTexts(Connection& connection, const std::vector<SearchedTexts>& all) {
   auto* server = dynamic_cast<sql::OdbcConnection*>(&connection);
   if (server == nullptr || server->EngineName() != "PostgreSQL") return;
-  for (const SearchedTexts& texts : all) Index(server->session(), texts);
-  server->texts_indexed = true;
+  for (const SearchedTexts& texts : all) Index(server->LendSession(), texts);
+  server->TextsAreIndexed();
 }
 
 bool AreTextsIndexed(const Connection& connection) {
   const auto* server = dynamic_cast<const sql::OdbcConnection*>(&connection);
-  return server != nullptr && server->texts_indexed;
+  return server != nullptr && server->texts_indexed();
 }
 
 }  // namespace kaunter

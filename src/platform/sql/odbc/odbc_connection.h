@@ -30,14 +30,11 @@ class OdbcConnection : public Connection {
   bool StandbyIsMissing();  // see standby.h
   // True from the loss of the server until it is reached again.
   bool Lost() const { return link_->session.Lost(); }
-  // For PostgresWhole, which works on the same transaction; nobody else knows what it has asked, so
-  // a loss is told from then on.
-  OdbcSession& session() {
-    patience_ = {};
-    record_.End();
-    return link_->session;
-  }
-  bool texts_indexed = false;  // see platform/sql/inside_texts.h
+  // For who works on the same session past this class. What is asked there cannot be asked again,
+  // so that OutliveServer is over.
+  OdbcSession& LendSession();
+  bool texts_indexed() const { return texts_indexed_; }  // see platform/sql/inside_texts.h
+  void TextsAreIndexed() { texts_indexed_ = true; }
 
  protected:
   std::int64_t DoExecute(std::string_view sql) override;
@@ -76,6 +73,7 @@ class OdbcConnection : public Connection {
   const Clock& clock_;
   int login_seconds_;
   std::unique_ptr<Link> link_;
+  bool texts_indexed_ = false;
 
   std::chrono::milliseconds patience_{};  // none: a loss is told
   bool tired_ = false;                    // it has ended in vain since the last answer

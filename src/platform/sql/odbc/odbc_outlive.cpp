@@ -63,6 +63,12 @@ void OdbcConnection::OutliveServer(std::chrono::milliseconds patience) {
   marks_ = RandomName();
 }
 
+OdbcSession& OdbcConnection::LendSession() {
+  patience_ = {};
+  record_.End();
+  return link_->session;
+}
+
 bool OdbcConnection::Patiently(const std::function<void()>& attempt) {
   const auto begin = Time::now();
   const auto longest = tired_ ? std::chrono::milliseconds(0) : patience_;

@@ -87,7 +87,7 @@ class Reader final : public RowReader {
 
  private:
   Recordset Run(const std::string& sql, bool rows) {
-    OdbcSession& session = connection_.session();
+    OdbcSession& session = connection_.LendSession();
     try {
       OdbcOutcome outcome = session.Run(sql, rows);
       return outcome.rows ? std::move(*outcome.rows) : Recordset();
@@ -218,7 +218,7 @@ std::string RowsLiteral(const WholeTable& table, std::span<const WholeRow> rows)
 }
 
 void PostgresWhole::Run(const std::string& sql) {
-  OdbcSession& session = connection_.session();
+  OdbcSession& session = connection_.LendSession();
   try {
     session.Run(sql, false);
   } catch (const SqlError& error) {
@@ -227,7 +227,7 @@ void PostgresWhole::Run(const std::string& sql) {
 }
 
 PostgresWhole::Lines PostgresWhole::Ask(const std::string& sql, std::size_t fields) {
-  OdbcSession& session = connection_.session();
+  OdbcSession& session = connection_.LendSession();
   Lines lines;
   try {
     OdbcOutcome outcome = session.Run(sql, true);
