@@ -73,25 +73,21 @@ int RunMoveCommand(OfficeRun& run) {
   request.to_database = run.Value("--to-database");
   request.clock = run.session.clock;
   request.user = run.session.CurrentUserID;
-  try {
-    if (!run.Has("--undo")) Tell(LookAtMove(request));
-    if (!run.Has("--yes")) {
-      OfficeRun::Say("Nothing was done. To do it, say --yes too.");
-      return exit_status::kDone;
-    }
-    const MoveDone done = run.Has("--undo") ? UndoMove(request, ProgressLines())
-                                            : MoveOffice(request, ProgressLines());
-    run.Report(fmt::format(
-        "The office is in {} now; {} {} rows in {:.1f} s (copied in {:.1f} s, compared in {:.1f} "
-        "s), {} loans and {} receipts verified, {} figures that did not hold before either. The "
-        "settings {} lead there; those of the other PCs have to be changed.",
-        done.look.to, run.Has("--undo") ? "compared" : "moved", done.look.rows, done.seconds,
-        done.copy_seconds, done.compare_seconds, done.ledger.loans, done.ledger.receipts,
-        done.ledger.faults.size(), request.settings_file));
+  if (!run.Has("--undo")) Tell(LookAtMove(request));
+  if (!run.Has("--yes")) {
+    OfficeRun::Say("Nothing was done. To do it, say --yes too.");
     return exit_status::kDone;
-  } catch (const MoveRefused& why) {
-    throw CompanionRefused(why.what());
   }
+  const MoveDone done =
+      run.Has("--undo") ? UndoMove(request, ProgressLines()) : MoveOffice(request, ProgressLines());
+  run.Report(fmt::format(
+      "The office is in {} now; {} {} rows in {:.1f} s (copied in {:.1f} s, compared in {:.1f} "
+      "s), {} loans and {} receipts verified, {} figures that did not hold before either. The "
+      "settings {} lead there; those of the other PCs have to be changed.",
+      done.look.to, run.Has("--undo") ? "compared" : "moved", done.look.rows, done.seconds,
+      done.copy_seconds, done.compare_seconds, done.ledger.loans, done.ledger.receipts,
+      done.ledger.faults.size(), request.settings_file));
+  return exit_status::kDone;
 }
 
 }  // namespace kaunter

@@ -12,6 +12,12 @@
 
 namespace kaunter {
 
+EmbeddedGoOn Told(const UpkeepGoOn& go_on, const Caption& what) {
+  return [&go_on, what](std::int64_t done, std::int64_t total) {
+    return go_on({what, done, total});
+  };
+}
+
 OfficeCheck CheckCopy(Connection& copy, const UpkeepGoOn& go_on) {
   const Transaction as_one(copy);
   return CheckOffice(copy, [&](const std::string&, const LedgerProgress& progress) {

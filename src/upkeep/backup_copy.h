@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/session.h"
+#include "platform/sql/embedded_copy.h"
 #include "upkeep/backup.h"
 #include "upkeep/backup_record.h"
 #include "upkeep/office_check.h"
@@ -22,6 +23,9 @@ bool CopyEmbeddedOffice(Session& session, const std::filesystem::path& folder, B
 bool DumpPostgresqlOffice(Session& session, const std::filesystem::path& folder,
                           BackupRecord* record, std::vector<Caption>* warnings,
                           const UpkeepGoOn& go_on);
+
+// What a copy of the embedded engine asks, told with a step's words. `go_on` must live as long.
+EmbeddedGoOn Told(const UpkeepGoOn& go_on, const Caption& what);
 
 // The ledger of a copy that nobody else works on; `complete` tells whether it was stopped. Throws
 // SqlError.

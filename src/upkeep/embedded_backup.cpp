@@ -15,12 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-EmbeddedGoOn Told(const UpkeepGoOn& go_on, const Caption& what) {
-  return [&go_on, what](std::int64_t done, std::int64_t total) {
-    return go_on({what, done, total});
-  };
-}
-
 const Caption kCopying{"Copying the database", "正在复制数据库"};
 const Caption kCopyingLogs{"Copying the audit trail", "正在复制审计记录"};
 const Caption kChecking{"Checking the copy", "正在检查副本"};

@@ -71,17 +71,12 @@ class EmbeddedRestore final : public OfficeRestore {
 
  private:
   bool Prepare(const UpkeepGoOn& go_on) override {
-    const auto told = [&](const Caption& what) {
-      return [&go_on, what](std::int64_t done, std::int64_t total) {
-        return go_on({what, done, total});
-      };
-    };
     // Never opened where it lies: its disk may be one that takes no more writes.
     if (!EmbeddedSnapshot(view_.record.MainPath())
-             .CopyTo(copy_, told({"Unpacking the backup", "正在读取备份"}))) {
+             .CopyTo(copy_, Told(go_on, {"Unpacking the backup", "正在读取备份"}))) {
       return false;
     }
-    if (!FaultsOfEmbedded(copy_, told({"Checking the backup", "正在检查备份"})).empty()) {
+    if (!FaultsOfEmbedded(copy_, Told(go_on, {"Checking the backup", "正在检查备份"})).empty()) {
       throw CaptionError({"The backup is damaged: take another one.", "备份已损坏：请用另一个。"});
     }
     const auto earlier = OpenSqlite("Backup", copy_, /*create=*/false, session_.clock);

@@ -11,6 +11,7 @@
 #include "core/places.h"
 #include "core/values.h"
 #include "platform/sql/server_source.h"
+#include "screen/caption_error.h"
 #include "screen/hourglass.h"
 #include "screen/stop_bar.h"
 #include "upkeep/move_end.h"
@@ -155,10 +156,10 @@ bool MoveOfficeFrm::Try(const std::function<void()>& work) {
   try {
     work();
     return true;
-  } catch (const MoveRefused& why) {
+  } catch (const CaptionError& why) {
     Log(why.what());
-    Refuse({fmt::format("{}\n{}", why.words().english, stays.english),
-            fmt::format("{}\n{}", why.words().chinese, stays.chinese)});
+    Refuse({fmt::format("{}\n{}", why.text.english, stays.english),
+            fmt::format("{}\n{}", why.text.chinese, stays.chinese)});
   } catch (const CopyStopped&) {
     Log("stopped");
     ResultLBL.SetText(session().In(stays));

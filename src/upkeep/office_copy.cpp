@@ -19,10 +19,6 @@ constexpr std::size_t kRowsAtOnce = 500;
 constexpr std::size_t kMostDifferences = 20;
 constexpr std::size_t kLongestShown = 200;
 
-void AskOn(const CopyGoOn& go_on, CopyStep step, const std::string& table, std::int64_t rows) {
-  if (!go_on(step, table, rows)) throw CopyStopped();
-}
-
 // --- what is declared
 
 std::string Lower(const std::vector<std::string>& names) {
@@ -139,11 +135,11 @@ void CompareRows(sql::WholeDatabase& from, sql::WholeDatabase& to, const WholeTa
       b.Next();
     }
     if (++done - asked == static_cast<std::int64_t>(kRowsAtOnce)) {
-      AskOn(go_on, CopyStep::compare, from_table.name, done - asked);
+      go_on(CopyStep::compare, from_table.name, done - asked);
       asked = done;
     }
   }
-  AskOn(go_on, CopyStep::compare, from_table.name, done - asked);
+  go_on(CopyStep::compare, from_table.name, done - asked);
 }
 
 }  // namespace
@@ -153,7 +149,7 @@ std::int64_t CopyTables(sql::WholeDatabase& from, sql::WholeDatabase& to,
   std::int64_t copied = 0;
   std::vector<WholeRow> rows(kRowsAtOnce);
   for (const WholeTable& table : tables) {
-    AskOn(go_on, CopyStep::copy, table.name, 0);
+    go_on(CopyStep::copy, table.name, 0);
     to.Create(table);
     // In the order of the keys: where the target keeps its keys beside the rows, both grow at
     // their ends.
@@ -164,7 +160,7 @@ std::int64_t CopyTables(sql::WholeDatabase& from, sql::WholeDatabase& to,
       if (read == 0) break;
       to.Fill(table, std::span(rows).first(read));
       copied += static_cast<std::int64_t>(read);
-      AskOn(go_on, CopyStep::copy, table.name, static_cast<std::int64_t>(read));
+      go_on(CopyStep::copy, table.name, static_cast<std::int64_t>(read));
     }
     to.Complete(table);
   }
@@ -193,7 +189,7 @@ std::vector<std::string> CompareTables(sql::WholeDatabase& from, sql::WholeDatab
       differences.push_back(table.name + ": is missing in the copy");
       continue;
     }
-    AskOn(go_on, CopyStep::compare, table.name, 0);
+    go_on(CopyStep::compare, table.name, 0);
     const std::string declared = DeclaredDifference(table, *other);
     if (!declared.empty()) differences.push_back(table.name + ": " + declared);
     if (table.Stored().size() != other->Stored().size()) continue;

@@ -20,8 +20,8 @@ class CopyStopped : public std::runtime_error {
 
 enum class CopyStep { copy, compare };
 
-// Asked every some hundred rows, and before what takes long; false ends the work with CopyStopped.
-using CopyGoOn = std::function<bool(CopyStep step, const std::string& table, std::int64_t rows)>;
+// Told every some hundred rows, and before what takes long; it throws to end the work.
+using CopyGoOn = std::function<void(CopyStep step, const std::string& table, std::int64_t rows)>;
 
 // Rows that were copied. `tables` are those of `from`. Throws SqlError.
 std::int64_t CopyTables(sql::WholeDatabase& from, sql::WholeDatabase& to,

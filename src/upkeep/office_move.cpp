@@ -14,6 +14,7 @@
 #include "core/values.h"
 #include "platform/sql/transaction.h"
 #include "platform/sql/waiting.h"
+#include "screen/caption_error.h"
 #include "upkeep/move_end.h"
 #include "upkeep/office_copy.h"
 
@@ -54,19 +55,19 @@ bool IsStandIn(const std::string& source) {
 
 void RefuseSource(const MoveRequest& request) {
   if (request.to.empty()) {
-    throw MoveRefused(
+    throw CaptionError(
         {"Name the data source to which the office goes", "请指定公司要搬移到哪个资料来源"});
   }
   if (SameText(request.to, request.local.ConnDataSource)) {
-    throw MoveRefused({fmt::format("The office is in {} already", request.to),
-                       fmt::format("公司已在 {}", request.to)});
+    throw CaptionError({fmt::format("The office is in {} already", request.to),
+                        fmt::format("公司已在 {}", request.to)});
   }
   if (IsStandIn(request.to)) {
-    throw MoveRefused({fmt::format("{} is the name of another program's database", request.to),
-                       fmt::format("{} 是其他程式资料库的名称", request.to)});
+    throw CaptionError({fmt::format("{} is the name of another program's database", request.to),
+                        fmt::format("{} 是其他程式资料库的名称", request.to)});
   }
   if (!request.local.sources.Find(request.to)) {
-    throw MoveRefused(
+    throw CaptionError(
         {fmt::format("The settings of this PC know no data source {}. Write it into them, [{}] "
                      "with file= or odbc=, and come again",
                      request.to, request.to),
@@ -81,7 +82,7 @@ void RefuseFilled(const MoveDatabase& database, const std::string& place, const 
   if (mark && mark->state == MoveMark::State::copy && mark->place == from) return;
   const std::vector<std::string> there = database.whole->Contents();
   if (there.empty()) return;
-  throw MoveRefused(
+  throw CaptionError(
       {fmt::format("{} is not empty; it holds {}. An office moves into an empty database only. "
                    "Name another one, or have this one made anew",
                    place, Listed(there)),
@@ -117,6 +118,7 @@ class Mover {
   void Compare(std::string_view unlike);
   void CheckLedgers();
   void SealSource();
+  void SealRest();
   void Finish();
   void SwitchSettings();
   void CleanTarget() noexcept;
@@ -145,8 +147,8 @@ void Mover::OpenBoth() {
   RefuseSource(request_);
   from_.OpenMain();
   if (!TableExists(*from_.main.connection, "LoanMast")) {
-    throw MoveRefused({fmt::format("{} holds no office", from_.place()),
-                       fmt::format("{} 内没有公司资料", from_.place())});
+    throw CaptionError({fmt::format("{} holds no office", from_.place()),
+                        fmt::format("{} 内没有公司资料", from_.place())});
   }
   from_.OpenLogs(ReadSetting(*from_.main.connection, "TransLogs") == "1");
   done_.look.from = from_.place();
@@ -172,7 +174,7 @@ void Mover::OpenTargetLogs() {
   try {
     to_.OpenLogs(/*needed=*/true);
   } catch (const SqlError& error) {
-    throw MoveRefused(
+    throw CaptionError(
         {fmt::format("The audit records of this office need a database of their own there, with "
                      "-Logs behind the name; make it first (docs/servers.md). {}",
                      error.what()),
@@ -185,7 +187,7 @@ MoveLook Mover::Look() {
   OpenBoth();
   const auto moved = from_.main.Mark();
   if (moved && moved->state == MoveMark::State::copy) {
-    throw MoveRefused({MovedWords(*moved), MovedWords(*moved)});
+    throw CaptionError({MovedWords(*moved), MovedWords(*moved)});
   }
   // A file that is not there needs no look; nothing is made by looking.
   const auto file = to_.File(/*logs=*/false);
@@ -199,7 +201,7 @@ MoveLook Mover::Look() {
   if (moved) {
     const auto copy = is_new ? std::nullopt : to_.main.Mark();
     const bool same = !is_new && (copy ? copy->id == moved->id : moved->place == to_.place());
-    if (!same) throw MoveRefused({MovedWords(*moved), MovedWords(*moved)});
+    if (!same) throw CaptionError({MovedWords(*moved), MovedWords(*moved)});
     done_.look.only_finish = true;
   } else if (!is_new) {
     OpenTargetLogs();
@@ -249,7 +251,6 @@ void Mover::Ask(MovePhase phase, const std::string& what, std::int64_t rows) {
 CopyGoOn Mover::Asker() {
   return [this](CopyStep step, const std::string& table, std::int64_t rows) {
     Ask(step == CopyStep::copy ? MovePhase::copy : MovePhase::compare, table, rows);
-    return true;
   };
 }
 
@@ -279,12 +280,11 @@ void Mover::Compare(std::string_view unlike) {
   }
   done_.compare_seconds = Since(begun);
   if (differences.empty()) return;
-  throw MoveRefused({fmt::format("{}{}", unlike, Lines(differences)),
-                     fmt::format("两边的资料不同：{}", Lines(differences))});
+  throw CaptionError({fmt::format("{}{}", unlike, Lines(differences)),
+                      fmt::format("两边的资料不同：{}", Lines(differences))});
 }
 
-// The rows are equal; that the engines read the same out of them is what this asks. Within both
-// locks: what does not hold is looked at once more behind the lock of saves.
+// The rows are equal; that the engines read the same out of them is what this asks.
 void Mover::CheckLedgers() {
   const auto check = [this](const MoveEnd& end) {
     OfficeCheck found = CheckOffice(*end.main.connection,
@@ -310,20 +310,34 @@ void Mover::CheckLedgers() {
                           a.should_be == b.should_be;
                  });
   if (same) return;
-  throw MoveRefused(
+  throw CaptionError(
       {fmt::format("Verify Ledger finds {} figures here and {} in the copy that do not hold",
                    done_.ledger.faults.size(), there.faults.size()),
        fmt::format("核对账目：此处 {} 项不符，副本 {} 项不符", done_.ledger.faults.size(),
                    there.faults.size())});
 }
 
-// From the first commit on the new place is in force.
+// From this commit on the new place is in force.
 void Mover::SealSource() {
   MoveMark seal = mark_;
   seal.state = MoveMark::State::moved;
   seal.place = to_.place();
+  from_.main.Seal(seal);
   sealing_ = true;
+  try {
+    from_.main.Commit();
+  } catch (const SqlError& error) {
+    throw std::runtime_error(
+        fmt::format("It is not known whether the office is in {} now: {} Do the same once more.",
+                    to_.place(), error.what()));
+  }
+}
+
+void Mover::SealRest() {
+  const MoveMark seal = *from_.main.Mark();
   for (const Pair& pair : Pairs()) {
+    if (pair.from.Mark()) continue;
+    if (!pair.from.connection->InTransaction()) pair.from.LockOut();
     pair.from.Seal(seal);
     pair.from.Commit();
   }
@@ -331,19 +345,16 @@ void Mover::SealSource() {
 
 // What may follow on the seal in any number of tries.
 void Mover::Finish() {
-  for (const Pair& pair : Pairs()) {
-    if (!pair.from.Mark()) {
-      MoveMark seal = *from_.main.Mark();
-      pair.from.LockOut();
-      pair.from.Seal(seal);
-      pair.from.Commit();
-    }
-    if (!pair.to.Mark()) continue;
-    pair.to.LockOut();
-    RemoveMoveMark(*pair.to.connection);
-    pair.to.Commit();
+  try {
+    SealRest();
+    for (const Pair& pair : Pairs()) pair.to.Reopen();
+    SwitchSettings();
+  } catch (const std::exception& error) {
+    throw std::runtime_error(
+        fmt::format("The office is in {} now, but the move was not finished: {} Do the same once "
+                    "more; only the rest is then done.",
+                    to_.place(), error.what()));
   }
-  SwitchSettings();
 }
 
 void Mover::SwitchSettings() {
@@ -409,14 +420,7 @@ MoveDone Mover::Move() {
     }
     throw;
   }
-  try {
-    Finish();
-  } catch (const std::exception& error) {
-    throw std::runtime_error(
-        fmt::format("The office is in {} now, but the move was not finished: {} Move it once more "
-                    "the same way; only the rest is then done.",
-                    to_.place(), error.what()));
-  }
+  Finish();
   done_.seconds = Since(begun);
   return done_;
 }
@@ -432,7 +436,7 @@ MoveDone Mover::Undo() {
   const bool half_done = closed && closed->place == to_.place();
   if (!half_done &&
       (closed || !old || old->state != MoveMark::State::moved || old->place != from_.place())) {
-    throw MoveRefused(
+    throw CaptionError(
         {fmt::format("{} is not the office that was moved to {}", to_.place(), from_.place()),
          fmt::format("{} 不是搬移到 {} 的公司", to_.place(), from_.place())});
   }
@@ -453,8 +457,7 @@ MoveDone Mover::Undo() {
       throw;
     }
   }
-  for (const Pair& pair : Pairs()) pair.to.Reopen();
-  SwitchSettings();
+  Finish();
   done_.seconds = Since(begun);
   return done_;
 }

@@ -12,27 +12,14 @@
 #pragma once
 
 #include <functional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "core/local_settings.h"
 #include "platform/clock.h"
-#include "screen/caption.h"
 #include "upkeep/office_check.h"
 
 namespace kaunter {
-
-// What was asked for does not fit; nothing was done.
-class MoveRefused : public std::runtime_error {
- public:
-  explicit MoveRefused(Caption words)
-      : std::runtime_error(words.english), words_(std::move(words)) {}
-  const Caption& words() const { return words_; }
-
- private:
-  Caption words_;
-};
 
 struct MoveRequest {
   LocalSettings local;        // with the target among its sources
@@ -77,13 +64,14 @@ struct MoveDone {
 // The data sources of the settings to which an office can go, as they are written there.
 std::vector<std::string> TargetsOf(const LocalSettings& local, const std::string& settings_file);
 
-// All that can be known before anything is done. Throws MoveRefused and SqlError.
+// All that can be known before anything is done. Throws CaptionError for what does not fit, and
+// SqlError.
 MoveLook LookAtMove(const MoveRequest& request);
-// Throws CopyStopped (office_copy.h) when it was given up, MoveRefused, SqlError, and
-// std::runtime_error; what() tells whether the old office is in force.
+// Throws CopyStopped (office_copy.h) when it was given up, CaptionError, SqlError, all three
+// with the old office in force, and std::runtime_error behind the seal; what() tells what to do.
 MoveDone MoveOffice(const MoveRequest& request, const MoveGoOn& go_on);
 // The office goes back to where it was, as long as nothing was saved in the new place: `to` is the
-// old data source. Throws MoveRefused where both differ.
+// old data source. Throws CaptionError where both differ.
 MoveDone UndoMove(const MoveRequest& request, const MoveGoOn& go_on);
 
 }  // namespace kaunter

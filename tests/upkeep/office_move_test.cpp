@@ -1,6 +1,8 @@
 // Moving an office: what is copied is the same, a difference is found, and at every moment exactly
 // one office is in force.
 #include "platform/sql/waiting.h"
+#include "screen/caption_error.h"
+#include "tests/support/full_disk.h"
 #include "tests/upkeep/moved_offices.h"
 
 namespace kaunter {
@@ -58,13 +60,12 @@ TEST_P(Move, EachDifferenceIsFoundAndNamed) {
   if (GetParam()) {
     to.OpenMain();
   } else {
-    to.main.connection = OpenSqlite("MainConn", File("new.db"), true, request_.clock);
-    to.main.whole = sql::WholeDatabaseOf(*to.main.connection);
+    to.main = MoveDatabase(OpenSqlite("MainConn", File("new.db"), true, request_.clock));
   }
   from.main.LockOut();
   from.main.ReadTables();
   to.main.LockOut();
-  const CopyGoOn on = [](CopyStep, const std::string&, std::int64_t) { return true; };
+  const CopyGoOn on = [](CopyStep, const std::string&, std::int64_t) {};
   CopyTables(*from.main.whole, *to.main.whole, from.main.tables, on);
   to.main.Commit();
   const auto differences = [&] {
@@ -144,7 +145,7 @@ TEST_P(Move, NobodySavesMeanwhileAndTheOldOfficeIsClosedAfterwards) {
   EXPECT_THROW(RefuseMovedOffice(*Open("New")), SqlError);
   ReadSettings();
   request_.to = "New";
-  EXPECT_THROW(MoveOffice(request_, All), MoveRefused);  // it is not empty
+  EXPECT_THROW(MoveOffice(request_, All), CaptionError);  // it is not empty
   EXPECT_EQ(desk->Execute("UPDATE CompMast SET CompDesc='kept'"), 1);
 }
 
@@ -156,7 +157,7 @@ TEST_P(Move, WhatWasSavedSinceIsNotLostByTheWayBack) {
   try {
     UndoMove(request_, All);
     ADD_FAILURE();
-  } catch (const MoveRefused& why) {
+  } catch (const CaptionError& why) {
     EXPECT_THAT(why.what(), ::testing::HasSubstr("CompDesc 'since' is"));
   }
   EXPECT_EQ(SourceInForce(), "New");
@@ -180,7 +181,7 @@ TEST_P(Move, CutBehindTheSealItIsFinishedByTheNext) {
   // Nobody else's rest is cleared away.
   mark.id = "of another move";
   WriteMoveMark(*Open("New"), mark);
-  EXPECT_THROW(MoveOffice(request_, All), MoveRefused);
+  EXPECT_THROW(MoveOffice(request_, All), CaptionError);
 }
 
 // Given up, cut or failing at each question that the move asks.
@@ -257,6 +258,36 @@ TEST_F(PostgresqlMoveKeys, ThatClashAreNamedBeforeAnythingIsSwitched) {
   EXPECT_EQ(SourceInForce(), "New");
   EXPECT_EQ(Open("New")->Execute("DELETE FROM CustMast WHERE CustID LIKE 'B%'"), 2);
   MoveOffice(request_, All);
+}
+
+// A file, its log among them, may not grow past so much: then nothing has moved.
+TEST_F(TwoPlaces, ADiskThatFillsLeavesTheOldOffice) {
+  Use(/*server=*/false);
+  {
+    const auto main = Open("Old");
+    FillAtRandom(*main, 6, 30);
+    main->Execute("INSERT INTO Systemast (Param,[Value]) VALUES ('TransLogs','1')");
+    CreateMissingAuditTables(*Open("Old", /*logs=*/true));
+  }
+  const auto before = Dump(File("old.db"));
+  int refused = 0;
+  for (rlim_t most = 40'000;; most += most / 3, ++refused) {
+    const int end = OnAFullDisk(most, [&] {
+      MoveOffice(request_, All);
+      return 0;
+    });
+    if (end == 0) break;
+    ASSERT_EQ(end, 1) << most;
+    ASSERT_EQ(SourceInForce(), "Old") << most;
+    EXPECT_EQ(Open("Old")->Execute("UPDATE CompMast SET CompDesc=CompDesc"), 1) << most;
+    EXPECT_EQ(Unlike(Dump(File("old.db")), before), "") << most;
+    for (const char* made : {"new.db", "new-Logs.db"}) {
+      EXPECT_FALSE(std::filesystem::exists(File(made))) << most;
+    }
+  }
+  EXPECT_GT(refused, 3);
+  EXPECT_EQ(SourceInForce(), "New");
+  EXPECT_EQ(Unlike(Dump(File("new.db")), before), "");
 }
 
 // What only another tool can have put into a file.
