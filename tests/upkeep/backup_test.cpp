@@ -2,15 +2,13 @@
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 
 #include "collections/ledger_check.h"
 #include "loans/rebuild.h"
 #include "platform/file_lock.h"
 #include "screen/caption_error.h"
 #include "tests/core/office.h"
+#include "tests/support/full_disk.h"
 
 namespace kaunter {
 namespace {
@@ -113,27 +111,18 @@ TEST_F(BackupTest, KilledOrOnAFullDiskItIsNone) {
   fs::create_directory(place);
   office.session.MainConn.reset();
   for (const bool full : {true, false}) {
-    const pid_t child = fork();
-    if (child == 0) {
-      office.Open();
-      if (full) {
-        signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{100'000, 100'000};
-        setrlimit(RLIMIT_FSIZE, &limit);
-      }
-      try {
-        Take([&](const UpkeepStep& step) {
-          if (!full && step.what.english.starts_with("Checking")) raise(SIGKILL);
-          return true;
-        });
-      } catch (const std::exception&) {
-        _exit(3);
-      }
-      _exit(0);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_TRUE(full ? WIFEXITED(status) && WEXITSTATUS(status) == 3 : WIFSIGNALED(status));
+    EXPECT_EQ(OnAFullDisk(full ? 100'000 : RLIM_INFINITY,
+                          [&] {
+                            office.Open();
+                            Take([&](const UpkeepStep& step) {
+                              if (!full && step.what.english.starts_with("Checking")) {
+                                raise(SIGKILL);
+                              }
+                              return true;
+                            });
+                            return 0;
+                          }),
+              full ? 1 : -1);
     EXPECT_THAT(BackupsIn(place), IsEmpty());
   }
   EXPECT_EQ(Left().size(), 1u);  // what the killed one left

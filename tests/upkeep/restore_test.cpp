@@ -5,6 +5,7 @@
 
 #include "screen/caption_error.h"
 #include "tests/core/office.h"
+#include "tests/support/full_disk.h"
 #include "upkeep/move_end.h"
 
 namespace kaunter {
@@ -142,6 +143,30 @@ TEST_F(RestoreTest, ABackupThatDoesNotFitIsRefused) {
   fs::remove(told);
   EXPECT_THAT(Told([&] { Prepare(); }), HasSubstr("is no backup"));
   EXPECT_EQ(Receipts(), kAsBackedUp);
+}
+
+// No room for the backup beside the office, then none for what is kept of it, which has grown
+// since.
+TEST_F(RestoreTest, ADiskThatFillsLeavesTheOffice) {
+  office.Run("CREATE TABLE Bulk (T nvarchar(max))");
+  office.Run("INSERT INTO Bulk VALUES ('" + std::string(500'000, 'x') + "')");
+  Pay("P4", "HQ", "20.50", "2024-01-31 15:00:00");
+  const std::string before = Receipts();
+  const auto size = fs::file_size(file);
+  const auto files = [&] {
+    return std::distance(fs::directory_iterator(office.folder.path()), fs::directory_iterator());
+  };
+  const auto there = files();
+  for (const auto& [most, end] : {std::pair{size / 10, 1}, {size - 4096, 3}, {2 * size, 0}}) {
+    EXPECT_EQ(OnAFullDisk(most,
+                          [&] {
+                            const auto restore = Prepare();
+                            return Told([&] { restore->Run(); }).empty() ? 0 : 3;
+                          }),
+              end);
+    EXPECT_EQ(files(), end == 0 ? there + 1 : there);
+    EXPECT_EQ(Receipts(), end == 0 ? kAsBackedUp : before);
+  }
 }
 
 // Over another office, or over one that was moved away: told, and left to the person.

@@ -1,7 +1,6 @@
 // Offices of earlier versions are brought up to this one: whole, half way, by several desktops at
 // once, on a disk that fills and with the power lost.
 #include <fmt/format.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,6 +11,7 @@
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
 #include "tests/core/office.h"
+#include "tests/support/full_disk.h"
 #include "tests/support/pulled_plug.h"
 #include "tests/upkeep/old_offices.h"
 #include "upkeep/office_check.h"
@@ -212,12 +212,10 @@ TEST_F(Embedded, AStartThatIsKilledLosesPowerOrRoomIsMadeGoodByTheNextOne) {
     } else {
       // A file, its log among them, may not grow past this.
       const auto most = static_cast<rlim_t>(200'000 + random() % 2'000'000);
-      stopped += EndOf(Start([&] {
-                   const rlimit limit{most, most};
-                   setrlimit(RLIMIT_FSIZE, &limit);
-                   std::signal(SIGXFSZ, SIG_IGN);
+      stopped += OnAFullDisk(most, [&] {
                    StartOn(place);
-                 })) != 0;
+                   return 0;
+                 }) != 0;
     }
     ASSERT_EQ(IntegrityOf(place.file()), "ok");
     StartOn(place);

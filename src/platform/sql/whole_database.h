@@ -107,8 +107,8 @@ class WholeDatabase {
   // Keys, indexes and the counter. Throws SqlError 2627 that names the rows whose keys are equal
   // here and were not where they came from.
   virtual void Complete(const WholeTable& table) = 0;
-  // Behind the commit of a copy: what the engine wants to know of tables that were filled at once.
-  virtual void Settle() {}
+  // Behind the commit of a copy: what the engine has to do about tables that were filled at once.
+  virtual void Settle() = 0;
 
   // From the commit on every write to a table that is there is refused with `words` (3906), whoever
   // tries; Unseal takes it back.

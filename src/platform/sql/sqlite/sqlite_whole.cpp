@@ -502,6 +502,9 @@ void SqliteWhole::Seal(std::string_view words) {
   }
 }
 
+// The log of a copy is as large as the copy: its room is free again for what follows.
+void SqliteWhole::Settle() { RunPlain(db_, "PRAGMA wal_checkpoint(TRUNCATE)", path_); }
+
 void SqliteWhole::Unseal() {
   for (const std::string& trigger :
        Names("SELECT name FROM sqlite_schema WHERE type = 'trigger' AND name LIKE 'sealed.%'")) {

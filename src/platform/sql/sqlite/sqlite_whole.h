@@ -36,6 +36,7 @@ class SqliteWhole final : public WholeDatabase {
   void Create(const WholeTable& table) override;
   void Fill(const WholeTable& table, std::span<const WholeRow> rows) override;
   void Complete(const WholeTable& table) override;
+  void Settle() override;
   void Seal(std::string_view words) override;
   void Unseal() override;
   void DropTables() override;
