@@ -13,6 +13,8 @@
 #include "core/startup.h"
 #include "core/values.h"
 #include "platform/sql/engine_version.h"
+#include "platform/sql/odbc/odbc_string.h"
+#include "upkeep/office_place.h"
 
 namespace kaunter {
 namespace {
@@ -103,16 +105,6 @@ std::filesystem::path FolderOf(const std::string& file) {
 
 }  // namespace
 
-std::string PublicSource(const std::string& odbc) {
-  std::string told;
-  const ConnectionString pairs = ConnectionString::Parse(odbc);
-  for (const char* key : {"Driver", "DSN", "Server", "Servername", "Port", "Database", "SSLmode"}) {
-    if (!pairs.Has(key)) continue;
-    told += fmt::format("{}{}={}", told.empty() ? "" : "; ", key, pairs.Get(key));
-  }
-  return told;
-}
-
 AboutOffice TellAbout(Session& session, RowCounts counts) {
   Connection& main = session.Main();
   AboutOffice about;
@@ -122,10 +114,9 @@ AboutOffice TellAbout(Session& session, RowCounts counts) {
   tell({"Program", "程序"}, "Kaunter " + RunningVersion());
   tell({"Engine", "数据库引擎"}, main.EngineName() + " " + EngineVersion(main));
   const auto source = session.data_sources.Find(session.ConnDataSource);
-  const auto file =
-      EmbeddedFile(OfficeConnectionString(session, session.ConnDatabase), session.data_sources);
+  const auto file = EmbeddedOffice(session);
   const std::string place = file     ? WithoutHome(*file)
-                            : source ? PublicSource(source->target)
+                            : source ? sql::OdbcSourceName(source->target)
                                      : "DSN=" + session.ConnDataSource;
   tell({"Office", "资料库"}, place);
   tell({"Newest patch", "最新补丁"}, SettingOf(main, "NewestPatch"));

@@ -31,7 +31,4 @@ AboutOffice TellAbout(Session& session, RowCounts counts);
 // As a text for a letter to support.
 std::string AboutText(const AboutOffice& about, bool chinese);
 
-// What leads to a database, without account and password: "Server=s; Database=d".
-std::string PublicSource(const std::string& odbc);
-
 }  // namespace kaunter

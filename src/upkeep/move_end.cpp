@@ -6,6 +6,7 @@
 
 #include "core/startup.h"
 #include "platform/sql/data_source.h"
+#include "platform/sql/odbc/odbc_string.h"
 #include "platform/sql/text.h"
 #include "platform/sql/transaction.h"
 
@@ -25,7 +26,7 @@ std::string PlaceOf(const DataSources& sources, const std::string& name,
   } catch (const std::invalid_argument&) {  // told when it is opened
   }
   std::string place = text.Has("database") ? text.Get("database") : database;
-  const std::string server = text.Has("server") ? text.Get("server") : text.Get("servername");
+  const std::string server = sql::FirstOf(text, {"server", "servername"});
   if (!server.empty()) place += fmt::format(" on the server {}", server);
   if (!text.Get("port").empty()) place += ':' + text.Get("port");
   if (!text.Get("dsn").empty()) place += fmt::format(" (ODBC source {})", text.Get("dsn"));

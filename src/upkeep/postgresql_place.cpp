@@ -6,66 +6,45 @@
 
 #include "core/startup.h"
 #include "core/values.h"
-#include "platform/sql/data_source.h"
 #include "platform/sql/odbc/odbc_string.h"
 #include "platform/tool.h"
 
 namespace kaunter {
 namespace {
 
-std::string FirstOf(const std::map<std::string, std::string>& pairs,
-                    std::initializer_list<const char*> keys) {
-  for (const char* key : keys) {
-    const auto found = pairs.find(key);
-    if (found != pairs.end() && !found->second.empty()) return found->second;
-  }
-  return "";
+std::string HostOf(const ConnectionString& text) {
+  return sql::FirstOf(text, {"server", "servername"});
 }
-
-constexpr const char* kHost[] = {"server", "servername"};
 
 }  // namespace
 
 PostgresqlPlace::PostgresqlPlace(const Session& session, bool logs) : session_(session) {
   const auto source = session.data_sources.Find(session.ConnDataSource);
-  const std::string text =
+  text_ = ConnectionString::Parse(
       sql::OdbcString(ConnectionString::Parse(OfficeConnectionString(
                           session, session.ConnDatabase + (logs ? "-Logs" : ""))),
-                      source ? source->target : "", sql::ReadOdbcInventory());
-  pairs_ = ConnectionString::Parse(text).pairs();
-  database_ = FirstOf(pairs_, {"database"});
+                      source ? source->target : "", sql::ReadOdbcInventory()));
+  database_ = text_.Get("database");
   environment_ = {{"PGCONNECT_TIMEOUT", "10"}, {"PGCLIENTENCODING", "UTF8"}};
   const auto lend = [&](const char* name, const std::string& value) {
     if (!value.empty()) environment_[name] = value;
   };
-  lend("PGHOST", FirstOf(pairs_, {kHost[0], kHost[1]}));
-  lend("PGPORT", FirstOf(pairs_, {"port"}));
-  lend("PGUSER", FirstOf(pairs_, {"uid", "username"}));
-  lend("PGPASSWORD", FirstOf(pairs_, {"pwd", "password"}));
-  lend("PGSSLMODE", FirstOf(pairs_, {"sslmode"}));
+  lend("PGHOST", HostOf(text_));
+  lend("PGPORT", text_.Get("port"));
+  lend("PGUSER", sql::FirstOf(text_, {"uid", "username"}));
+  lend("PGPASSWORD", sql::FirstOf(text_, {"pwd", "password"}));
+  lend("PGSSLMODE", text_.Get("sslmode"));
 }
 
 bool PostgresqlPlace::OnThisMachine() const {
-  const std::string host = FirstOf(pairs_, {kHost[0], kHost[1]});
+  const std::string host = HostOf(text_);
   return host.empty() || host == "localhost" || host == "::1" || host.starts_with("127.") ||
          host.starts_with("/");
 }
 
 std::unique_ptr<Connection> PostgresqlPlace::Open(std::string_view name,
                                                   const std::string& database) const {
-  std::string text;
-  // The driver manager takes the source or the driver from what stands first.
-  for (const char* first : {"dsn", "driver"}) {
-    if (pairs_.contains(first)) {
-      text += fmt::format("{}={};", Upper(first), sql::OdbcValue(pairs_.at(first)));
-    }
-  }
-  for (const auto& [key, value] : pairs_) {
-    if (key != "dsn" && key != "driver" && key != "database") {
-      text += fmt::format("{}={};", key, sql::OdbcValue(value));
-    }
-  }
-  return OpenOdbc(name, text + "DATABASE=" + sql::OdbcValue(database), session_.clock);
+  return OpenOdbc(name, sql::OdbcWithDatabase(text_, database), session_.clock);
 }
 
 bool PostgresqlPlace::Run(const std::string& program, const std::vector<std::string>& arguments,

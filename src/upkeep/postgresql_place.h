@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "core/session.h"
-#include "platform/sql/connection.h"
+#include "platform/sql/data_source.h"
 
 namespace kaunter {
 
@@ -35,7 +35,7 @@ class PostgresqlPlace {
 
  private:
   const Session& session_;
-  std::map<std::string, std::string> pairs_;  // of the ODBC text, keys in lower case
+  ConnectionString text_;  // for ODBC
   std::string database_;
   std::map<std::string, std::string> environment_;
 };

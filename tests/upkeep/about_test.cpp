@@ -6,6 +6,7 @@
 #include "core/startup.h"
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
+#include "platform/sql/odbc/odbc_string.h"
 #include "tests/core/office.h"
 
 namespace kaunter {
@@ -45,9 +46,10 @@ TEST(AboutTest, TellsNothingOfAPersonAndCountsNoFurtherThanItMay) {
 }
 
 TEST(AboutTest, AServerIsToldWithoutAccountAndPassword) {
-  EXPECT_EQ(PublicSource("Driver={PostgreSQL Unicode};Server=s;Port=1;Database=d;UID=aminah;PWD=x;"
-                         "SSLmode=require"),
-            "Driver=PostgreSQL Unicode; Server=s; Port=1; Database=d; SSLmode=require");
+  EXPECT_EQ(
+      sql::OdbcSourceName("Driver={PostgreSQL Unicode};Server=s;Port=1;Database=d;UID=aminah;PWD=x;"
+                          "SSLmode=require"),
+      "Driver=PostgreSQL Unicode; Server=s; Port=1; Database=d; SSLmode=require");
 }
 
 }  // namespace

@@ -14,13 +14,6 @@ namespace {
 
 constexpr std::string_view kLogsEnding = "-Logs";
 
-std::string FirstOf(const ConnectionString& text, std::initializer_list<const char*> keys) {
-  for (const char* key : keys) {
-    if (text.Has(key)) return text.Get(key);
-  }
-  return "";
-}
-
 // Keys of one meaning that drivers and OLE DB write differently.
 std::string UserOf(const ConnectionString& text) {
   return FirstOf(text, {"user id", "uid", "user", "username"});
@@ -32,6 +25,17 @@ std::string CatalogueOf(const ConnectionString& text) {
 
 class Builder {
  public:
+  Builder() = default;
+  // All of `text`, but its source and what is `left_out`.
+  Builder(std::string_view source, const ConnectionString& text,
+          bool (*left_out)(std::string_view key)) {
+    // The driver manager takes the source or the driver from what stands first.
+    Add("DSN", source);
+    Add("DRIVER", text.Get("driver"));
+    for (const auto& [key, value] : text.pairs()) {
+      if (key != "dsn" && key != "driver" && !left_out(key)) Add(key, value);
+    }
+  }
   // A blank value is left out: an empty UID would hide the user that the source itself names.
   void Add(std::string_view key, std::string_view value) {
     if (value.empty()) return;
@@ -99,13 +103,8 @@ std::string FromLocalText(const ConnectionString& office, const ConnectionString
   const bool file = NamesSqlite(driver);
   const bool logs = IsLogsCatalogue(CatalogueOf(office));
   const std::string own = CatalogueOf(local);
-  Builder out;
-  // The driver manager takes the source or the driver from what stands first.
-  out.Add("DSN", logs && file && own.empty() ? dsn + std::string(kLogsEnding) : dsn);
-  out.Add("DRIVER", local.Get("driver"));
-  for (const auto& [key, value] : local.pairs()) {
-    if (key != "dsn" && key != "driver" && !IsAccountOrCatalogue(key)) out.Add(key, value);
-  }
+  Builder out(logs && file && own.empty() ? dsn + std::string(kLogsEnding) : dsn, local,
+              IsAccountOrCatalogue);
   if (NamesFreeTds(driver) && dsn.empty() && !local.Has("tds_version")) {
     out.Add("TDS_Version", kTdsVersion);
   }
@@ -172,9 +171,7 @@ std::string FromServer(const ConnectionString& office, const OdbcInventory& inve
     out.Add("TrustServerCertificate", "yes");
   } else if (NamesFreeTds(driver)) {
     out.Add("ClientCharset", "UTF-8");
-    // Left to itself the driver tries every version of the protocol, each with a time-out of its
-    // own.
-    out.Add("TDS_Version", "7.4");
+    out.Add("TDS_Version", kTdsVersion);
     // No port: the driver would look into its own file. An instance or ",port" speaks for itself.
     if (server.find_first_of("\\,:") == std::string::npos) out.Add("PORT", "1433");
   }
@@ -189,6 +186,13 @@ std::string FromServer(const ConnectionString& office, const OdbcInventory& inve
 }
 
 }  // namespace
+
+std::string FirstOf(const ConnectionString& text, std::initializer_list<const char*> keys) {
+  for (const char* key : keys) {
+    if (std::string value = text.Get(key); !value.empty()) return value;
+  }
+  return "";
+}
 
 bool NamesFreeTds(std::string_view driver) {
   const std::string lower = LowerAscii(driver);
@@ -255,13 +259,20 @@ std::string OdbcString(const ConnectionString& office, std::string_view local_te
                                    office.Get("provider")));
 }
 
+std::string OdbcWithDatabase(const ConnectionString& text, std::string_view database) {
+  Builder out(text.Get("dsn"), text, [](std::string_view key) { return key == "database"; });
+  out.Add("DATABASE", database);
+  return out.Take();
+}
+
 std::string OdbcSourceName(std::string_view odbc_string) {
   std::string shown;
   try {
     const ConnectionString text = ConnectionString::Parse(odbc_string);
-    for (const char* key : {"dsn", "driver", "server", "servername", "port", "database"}) {
+    for (const char* key :
+         {"DSN", "Driver", "Server", "Servername", "Port", "Database", "SSLmode"}) {
       if (!text.Has(key)) continue;
-      shown += fmt::format("{}{}={}", shown.empty() ? "" : ", ", key, text.Get(key));
+      shown += fmt::format("{}{}={}", shown.empty() ? "" : "; ", key, text.Get(key));
     }
   } catch (const std::invalid_argument&) {
     return "an ODBC source whose text does not parse";

@@ -5,6 +5,7 @@
 // Server spoken to directly, for which a driver is chosen among the installed ones.
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -36,8 +37,14 @@ bool NamesFreeTds(std::string_view driver);
 std::string OdbcString(const ConnectionString& office, std::string_view local_text,
                        const OdbcInventory& inventory);
 
-// The string without its password, for messages: "DSN=office, DATABASE=main".
+// An ODBC string of the office, with another database.
+std::string OdbcWithDatabase(const ConnectionString& text, std::string_view database);
+
+// The string without account and password, for people: "DSN=office; Database=main".
 std::string OdbcSourceName(std::string_view odbc_string);
+
+// The first of the keys that has a value: drivers write keys of one meaning differently.
+std::string FirstOf(const ConnectionString& text, std::initializer_list<const char*> keys);
 
 // A value as an ODBC string holds it: in braces when it has `;`, `{`, `}` or blanks at an end.
 std::string OdbcValue(std::string_view value);
