@@ -40,6 +40,7 @@ void WriteWholeFile(const std::string& path, const std::function<void(std::ostre
     if (!file) Refuse(path, errno == 0 ? "not all of it was taken" : strerror(errno));
     SyncFile(beside);
     fs::rename(beside, path);
+    SyncFolder(fs::absolute(path).parent_path());  // what is written next may count on it
   } catch (const fs::filesystem_error& failure) {
     std::error_code ignored;
     fs::remove(beside, ignored);
