@@ -222,6 +222,7 @@ void PatchChargeIndex(Start& start) { PatchUnlessThere(start, patches::kChargeIn
 void PatchCashBookOpening(Start& start) { PatchUnlessThere(start, patches::kCashBookOpening); }
 void PatchEInvSending(Start& start) { PatchUnlessThere(start, patches::kEInvSending); }
 void PatchBaseIndexes(Start& start) { PatchUnlessThere(start, patches::kBaseIndexes); }
+void PatchYearIndexes(Start& start) { PatchUnlessThere(start, patches::kYearIndexes); }
 
 // Of the engine, not of the office: one that moves to a server gets them there. Without them all is
 // found as well, by reading everything.
@@ -298,6 +299,7 @@ const std::vector<Step>& Steps() {
       Table("SearchedTexts", IndexSearchedTexts),
       PatchWith(patches::kBaseIndexes, PatchBaseIndexes),
       PatchOnce(patches::kSaveMark),
+      PatchWith(patches::kYearIndexes, PatchYearIndexes),
   };
   return steps;
 }

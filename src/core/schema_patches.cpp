@@ -310,12 +310,23 @@ const Patch kLongQR = {"LongLHDNQR",
 
 // An office keeps the indexes that it began with; those that came since are made here.
 const Patch kBaseIndexes = {"BaseIndexes", BaseIndexes()};
+
 // By which a save whose answer was lost with the server is found again: a row for each desktop.
 const Patch kSaveMark = {
     "SaveMark",
     {"CREATE TABLE SaveMark (Mark nvarchar(50) NOT NULL, SavedAt datetime NOT NULL, CONSTRAINT "
      "PK_SaveMark PRIMARY KEY (Mark))",
      "INSERT INTO Systemast (Param,Value) VALUES ('SaveMark','1')"}};
+
+// What came in and went out in a year is summed from an index of those days alone, however old the
+// office is.
+const Patch kYearIndexes = {
+    "YearIndexes",
+    {"create index IX_PaymentMast_PayDate_CompCode_Amounts on PaymentMast "
+     "(PayDate,CompCode,PayAmt,IntAmt,CollectorAmt,ChargeAmt,DiscAmt)",
+     "create index IX_DrawDownMast_TrxDate_CompCode_DrawDownAmt on DrawDownMast "
+     "(TrxDate,CompCode,DrawDownAmt)",
+     "INSERT INTO Systemast (Param,Value) VALUES ('YearIndexes','1')"}};
 
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "

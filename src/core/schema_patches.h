@@ -46,9 +46,10 @@ extern const Patch kMoveIn;
 extern const Patch kWatchListCopy;
 extern const Patch kLongQR;
 extern const Patch kBaseIndexes;
+extern const Patch kSaveMark;
+extern const Patch kYearIndexes;
 
 // Made when the table is missing, without a key.
-extern const Patch kSaveMark;
 extern const std::string_view kHolidayMast;
 // Runs at every start, without any guard: loans made by other programs have no first due date yet.
 extern const std::string_view kFillOrgDueDate;

@@ -58,17 +58,18 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
   office.Connect();
   EXPECT_THAT(
       office.steps,
-      ElementsAre(
-          "TransLogs", "ftpAcc", "CapLock", "IntRate", "DefaultLateCharge", "LinkAcc", "SMSServer",
-          "LowInt", "LinkDB", "CompCode2", "PaymentReader", "SchInt", "Patch-Drawdown", "PayToDate",
-          "RoundedInstallment", "OldReceipt", "NoSignature", "AMLA", "LockAMLAReasonCode",
-          "DataExportFlag", "DisableSTR", "LampiranA", "ORYYMMDD", "HolidayMast", "CheckHoliday",
-          "AutoChangePayDate", "PaymentReaderOldMethod", "IDEAL", "CalcAmt", "OrgDueDate", "EInv",
-          "AutoProcessingFeeRate", "AutoStampingFeeRate", "AutoLoanPurpose", "EInvCustName",
-          "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
-          "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex", "CompanyPictures",
-          "CashBookOpening", "EInvSending", "PaymentReaderLine", "EInvCodes", "MoveIn",
-          "WatchListCopy", "LongLHDNQR", "SearchedTexts", "BaseIndexes", "SaveMark"));
+      ElementsAre("TransLogs", "ftpAcc", "CapLock", "IntRate", "DefaultLateCharge", "LinkAcc",
+                  "SMSServer", "LowInt", "LinkDB", "CompCode2", "PaymentReader", "SchInt",
+                  "Patch-Drawdown", "PayToDate", "RoundedInstallment", "OldReceipt", "NoSignature",
+                  "AMLA", "LockAMLAReasonCode", "DataExportFlag", "DisableSTR", "LampiranA",
+                  "ORYYMMDD", "HolidayMast", "CheckHoliday", "AutoChangePayDate",
+                  "PaymentReaderOldMethod", "IDEAL", "CalcAmt", "OrgDueDate", "EInv",
+                  "AutoProcessingFeeRate", "AutoStampingFeeRate", "AutoLoanPurpose", "EInvCustName",
+                  "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
+                  "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex",
+                  "CompanyPictures", "CashBookOpening", "EInvSending", "PaymentReaderLine",
+                  "EInvCodes", "MoveIn", "WatchListCopy", "LongLHDNQR", "SearchedTexts",
+                  "BaseIndexes", "SaveMark", "YearIndexes"));
   for (const char* key : {"Patch-Drawdown",
                           "AMLA",
                           "DataExportFlag",
@@ -95,7 +96,8 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                           "WatchListCopy",
                           "LongLHDNQR",
                           "BaseIndexes",
-                          "SaveMark"}) {
+                          "SaveMark",
+                          "YearIndexes"}) {
     EXPECT_EQ(ReadSetting(office.session.Main(), key), "1") << key;
   }
   auto shape = office.Shape();
@@ -193,21 +195,30 @@ TEST(SettingsTest, TruthValues) {
   }
 }
 
-// Of an office from before the index, and of one that has the index without the key.
-TEST(ConnectSequenceTest, AnExistingOfficeGetsTheIndexOfItsCharges) {
-  const char* drop = "DROP INDEX ChargeMast.IX_ChargeMast_LoanID_PType_TrxDate_ChargeAmt";
-  for (const bool has_index : {false, true}) {
-    SCOPED_TRACE(has_index);
-    Office office(Office::State::patched);
-    if (!has_index) office.Run(drop);
-    office.Run("DELETE FROM Systemast WHERE Param='ChargeIndex'");
-    office.Connect();
-    EXPECT_EQ(ReadSetting(office.session.Main(), "ChargeIndex"), "1");
-    EXPECT_FALSE(office.session.Main().InTransaction());
-    office.Run(drop);  // fails where there is none
-    office.Connect();  // once is enough
-    EXPECT_THROW(office.Run(drop), SqlError);
-    EXPECT_THAT(office.desk.messages, IsEmpty());
+// Of an office from before the indexes, and of one that has an index without the key.
+TEST(ConnectSequenceTest, AnExistingOfficeGetsItsIndexes) {
+  const std::pair<const char*, std::vector<const char*>> patches[] = {
+      {"ChargeIndex", {"ChargeMast.IX_ChargeMast_LoanID_PType_TrxDate_ChargeAmt"}},
+      {"YearIndexes",
+       {"PaymentMast.IX_PaymentMast_PayDate_CompCode_Amounts",
+        "DrawDownMast.IX_DrawDownMast_TrxDate_CompCode_DrawDownAmt"}}};
+  for (const auto& [key, indexes] : patches) {
+    for (const bool has_one : {false, true}) {
+      SCOPED_TRACE(fmt::format("{} {}", key, has_one));
+      Office office(Office::State::patched);
+      const auto drop = [&](const char* index) { office.Run(fmt::format("DROP INDEX {}", index)); };
+      for (const char* index : indexes) {
+        if (!has_one || index != indexes.front()) drop(index);
+      }
+      office.Run(fmt::format("DELETE FROM Systemast WHERE Param='{}'", key));
+      office.Connect();
+      EXPECT_EQ(ReadSetting(office.session.Main(), key), "1");
+      EXPECT_FALSE(office.session.Main().InTransaction());
+      for (const char* index : indexes) drop(index);  // fails where there is none
+      office.Connect();                               // once is enough
+      EXPECT_THROW(drop(indexes.front()), SqlError);
+      EXPECT_THAT(office.desk.messages, IsEmpty());
+    }
   }
 }
 
