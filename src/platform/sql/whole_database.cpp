@@ -251,6 +251,18 @@ bool IsPortableText(std::string_view text) {
   return true;
 }
 
+void RefuseColumn(std::string_view table, std::string_view column, std::string_view why) {
+  throw SqlError(40510, fmt::format("The column {} of the table {} {}. No other engine takes that "
+                                    "over; take it out first.",
+                                    column, table, why));
+}
+
+void RefuseIndex(std::string_view table, std::string_view index) {
+  throw SqlError(40510, fmt::format("The index {} of the table {} is over an expression or a part "
+                                    "of the rows. Drop it first.",
+                                    index, table));
+}
+
 void RefuseField(const WholeTable& table, const WholeRow& row_so_far, const WholeColumn& column,
                  std::string_view why) {
   throw SqlError(8114, fmt::format("{}, column {} ({}): {}.", RowName(table, row_so_far),

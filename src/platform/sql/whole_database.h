@@ -138,6 +138,10 @@ std::optional<std::string> DecimalWithScale(std::string_view number, int scale);
 std::optional<std::string> CanonicalDouble(std::string_view number);
 // A text that every engine holds: UTF-8, without a zero byte.
 bool IsPortableText(std::string_view text);
+// What one engine has declared and no other takes over.
+[[noreturn]] void RefuseColumn(std::string_view table, std::string_view column,
+                               std::string_view why);
+[[noreturn]] void RefuseIndex(std::string_view table, std::string_view index);
 [[noreturn]] void RefuseField(const WholeTable& table, const WholeRow& row_so_far,
                               const WholeColumn& column, std::string_view why);
 

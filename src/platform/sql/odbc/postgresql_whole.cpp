@@ -292,11 +292,7 @@ void PostgresWhole::ReadColumns(std::vector<WholeTable>* tables) {
     if (at == tables->size()) {
       throw SqlError(50000, fmt::format("The table {} came while the tables were read.", line[0]));
     }
-    const auto refuse = [&](const std::string& why) {
-      throw SqlError(40510, fmt::format("The column {} of the table {} {}. No other engine takes "
-                                        "that over; take it out first.",
-                                        line[1], line[0], why));
-    };
+    const auto refuse = [&](const std::string& why) { RefuseColumn(line[0], line[1], why); };
     WholeColumn column;
     column.name = line[1];
     column.declared = line[2];
@@ -337,11 +333,7 @@ void PostgresWhole::ReadKeys(std::vector<WholeTable>* tables) {
     WholeIndex index;
     index.name = line[1];
     index.unique = line[3] == "1";
-    if (line[5] == "1") {
-      throw SqlError(40510, fmt::format("The index {} of the table {} is over an expression or a "
-                                        "part of the rows. Drop it first.",
-                                        index.name, table.name));
-    }
+    if (line[5] == "1") RefuseIndex(table.name, index.name);
     std::vector<std::string> names;
     for (std::size_t begin = 0; begin < line[6].size();) {
       const std::size_t end = std::min(line[6].find('\n', begin), line[6].size());

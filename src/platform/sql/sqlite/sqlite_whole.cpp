@@ -17,13 +17,8 @@ namespace {
 
 constexpr std::size_t kDoublesTold = 20;
 constexpr std::string_view kSealName = "sealed.";
-
-[[noreturn]] void RefuseColumn(const std::string& table, const std::string& column,
-                               const std::string& why) {
-  throw SqlError(40510, fmt::format("The column {} of the table {} {}. No other engine takes that "
-                                    "over; take it out first.",
-                                    column, table, why));
-}
+constexpr const char* kTableNames =
+    "SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite_%'";
 
 // The expression of a computed column, out of the text that made the table.
 std::string ComputedText(const std::string& create, const std::string& column) {
@@ -334,11 +329,7 @@ void SqliteWhole::ReadKeys(WholeTable* table) {
       plain = plain && sqlite3_column_type(parts.get(), 0) != SQLITE_NULL;
       index.parts.push_back({ColumnText(parts.get(), 0), sqlite3_column_int(parts.get(), 1) != 0});
     }
-    if (!plain) {
-      throw SqlError(40510, fmt::format("The index {} of the table {} is over an expression or a "
-                                        "part of the rows. Drop it first.",
-                                        index.name, name));
-    }
+    if (!plain) RefuseIndex(name, index.name);
     if (origin == "u") {
       std::vector<std::string>& columns = table->unique_keys.emplace_back();
       for (const WholeIndex::Part& part : index.parts) columns.push_back(part.column);
@@ -489,8 +480,7 @@ void SqliteWhole::Seal(std::string_view words) {
     quoted += c;
     if (c == '\'') quoted += c;
   }
-  for (const std::string& table :
-       Names("SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite_%'")) {
+  for (const std::string& table : Names(kTableNames)) {
     for (const char* verb : {"INSERT", "UPDATE", "DELETE"}) {
       RunPlain(db_,
                fmt::format("CREATE TRIGGER {} BEFORE {} ON {} BEGIN SELECT RAISE(ABORT, '{}'); END",
@@ -513,8 +503,7 @@ void SqliteWhole::Unseal() {
 }
 
 void SqliteWhole::DropTables() {
-  for (const std::string& table :
-       Names("SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite_%'")) {
+  for (const std::string& table : Names(kTableNames)) {
     RunPlain(db_, ("DROP TABLE " + QuotedName(table)).c_str(), path_);
   }
 }
