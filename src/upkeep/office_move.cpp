@@ -100,7 +100,11 @@ class Mover {
         from_(request, request.local.ConnDataSource, request.local.ConnDatabase),
         to_(request, request.to, request.to_database) {}
 
-  MoveLook Look();
+  MoveLook Look() {
+    Check();
+    Count();
+    return done_.look;
+  }
   MoveDone Move();
   MoveDone Undo();
 
@@ -111,6 +115,7 @@ class Mover {
   };
   std::vector<Pair> Pairs();
   void OpenBoth();
+  void Check();
   void OpenTarget();
   void OpenTargetLogs();
   void LockSource();
@@ -183,7 +188,7 @@ void Mover::OpenTargetLogs() {
   }
 }
 
-MoveLook Mover::Look() {
+void Mover::Check() {
   OpenBoth();
   const auto moved = from_.main.Mark();
   if (moved && moved->state == MoveMark::State::copy) {
@@ -207,8 +212,6 @@ MoveLook Mover::Look() {
     OpenTargetLogs();
     for (const Pair& pair : Pairs()) RefuseFilled(pair.to, to_.place(), from_.place());
   }
-  Count();
-  return done_.look;
 }
 
 // --- the steps
@@ -395,8 +398,9 @@ void Mover::CleanTarget() noexcept {
 
 MoveDone Mover::Move() {
   const auto begun = Time::now();
-  Look();
+  Check();
   if (done_.look.only_finish) {
+    Count();
     OpenTargetLogs();
     Finish();
     done_.seconds = Since(begun);
