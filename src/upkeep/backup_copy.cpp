@@ -41,9 +41,14 @@ void NoteCheck(Connection& office, const OfficeCheck& check, BackupRecord* recor
   record->receipts = check.receipts;
   record->ledger = true;
   std::set<std::string> replay;
+  std::vector<LedgerFault> now;
+  const LedgerFault* before = nullptr;
   for (const LedgerFault& fault : check.faults) {
-    const std::vector<LedgerFault> now = fault.LoanID.empty() ? CheckCustomer(office, fault.CustID)
-                                                              : CheckLoan(office, fault.LoanID);
+    if (before == nullptr || !before->SameBook(fault)) {
+      now = fault.LoanID.empty() ? CheckCustomer(office, fault.CustID)
+                                 : CheckLoan(office, fault.LoanID);
+    }
+    before = &fault;
     if (std::find(now.begin(), now.end(), fault) != now.end()) {
       ++record->faults;
     } else if (!fault.LoanID.empty()) {
