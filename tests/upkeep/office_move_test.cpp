@@ -260,8 +260,9 @@ TEST_F(PostgresqlMoveKeys, ThatClashAreNamedBeforeAnythingIsSwitched) {
   MoveOffice(request_, All);
 }
 
-// A file, its log among them, may not grow past so much: then nothing has moved.
-TEST_F(TwoPlaces, ADiskThatFillsLeavesTheOldOffice) {
+// A file, its log among them, may not grow past so much: then nothing has moved. With room enough
+// the audit trail is closed with its office, by the next move where this one was cut between both.
+TEST_F(TwoPlaces, ADiskThatFillsLeavesTheOldOfficeAndItsTrail) {
   Use(/*server=*/false);
   {
     const auto main = Open("Old");
@@ -288,6 +289,14 @@ TEST_F(TwoPlaces, ADiskThatFillsLeavesTheOldOffice) {
   EXPECT_GT(refused, 3);
   EXPECT_EQ(SourceInForce(), "New");
   EXPECT_EQ(Unlike(Dump(File("new.db")), before), "");
+  const auto trail_takes_a_line = [&] {
+    return RunRaw(File("old-Logs.db"), "INSERT INTO TransLogs (Remarks) VALUES ('x')");
+  };
+  EXPECT_FALSE(trail_takes_a_line());
+  MoveDatabase(Open("Old", /*logs=*/true)).Reopen();
+  EXPECT_TRUE(trail_takes_a_line());
+  EXPECT_TRUE(MoveOffice(request_, All).look.only_finish);
+  EXPECT_FALSE(trail_takes_a_line());
 }
 
 // What only another tool can have put into a file.
