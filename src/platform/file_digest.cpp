@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/digest.h"
+#include "platform/sql/waiting.h"
 
 namespace kaunter {
 
@@ -18,6 +19,7 @@ std::string DigestOfFile(const std::string& path) {
   while (file.is_open() && file) {
     file.read(portion.data(), static_cast<std::streamsize>(portion.size()));
     digest.Add({portion.data(), static_cast<std::size_t>(file.gcount())});
+    ActWhileWaiting();
   }
   if (!file.is_open() || file.bad()) {
     throw std::runtime_error(fmt::format("{} cannot be read", path));

@@ -5,7 +5,8 @@
 
 namespace kaunter {
 
-// In hexadecimal. Throws std::runtime_error that names a file that cannot be read.
+// In hexadecimal; acts meanwhile as behind a long statement (platform/sql/waiting.h). Throws
+// std::runtime_error that names a file that cannot be read.
 std::string DigestOfFile(const std::string& path);
 
 }  // namespace kaunter

@@ -16,8 +16,9 @@ struct ToolRun {
   std::string said;
 };
 
-// Runs a program and waits for its end; `environment` as in ChildSetting. `go_on` is asked now and
-// then; false ends the program.
+// Runs a program and waits for its end, acting meanwhile as behind a long statement
+// (platform/sql/waiting.h); `environment` as in ChildSetting. `go_on` is asked again and again;
+// false ends the program.
 ToolRun RunTool(
     const std::string& program, const std::vector<std::string>& arguments,
     const std::map<std::string, std::string>& environment = {},
