@@ -102,7 +102,8 @@ std::vector<std::string> RemoveOutlived(const BackupRecord& newest, const fs::pa
 
 BackupResult TakeBackup(Session& session, const std::string& folder,
                         const std::optional<Keeping>& keeping, const UpkeepGoOn& go_on) {
-  RefuseMovedOffice(session.Main());  // a desk that was open all the time
+  // A desk may have been open all the time.
+  if (const auto moved = ReadMoveMark(session.Main())) throw CaptionError(MovedWords(*moved));
   const auto file = EmbeddedOffice(session);
   const bool postgresql = !file && session.Main().EngineName() == kPostgresqlEngine;
   if (!file && !postgresql) {

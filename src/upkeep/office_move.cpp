@@ -192,7 +192,7 @@ void Mover::Check() {
   OpenBoth();
   const auto moved = from_.main.Mark();
   if (moved && moved->state == MoveMark::State::copy) {
-    throw CaptionError({MovedWords(*moved), MovedWords(*moved)});
+    throw CaptionError(MovedWords(*moved));
   }
   // A file that is not there needs no look; nothing is made by looking.
   const auto file = to_.File(/*logs=*/false);
@@ -206,7 +206,7 @@ void Mover::Check() {
   if (moved) {
     const auto copy = is_new ? std::nullopt : to_.main.Mark();
     const bool same = !is_new && (copy ? copy->id == moved->id : moved->place == to_.place());
-    if (!same) throw CaptionError({MovedWords(*moved), MovedWords(*moved)});
+    if (!same) throw CaptionError(MovedWords(*moved));
     done_.look.only_finish = true;
   } else if (!is_new) {
     OpenTargetLogs();

@@ -184,6 +184,9 @@ TEST_F(RestoreTest, AnotherOfficeIsTold) {
     }
     EXPECT_THAT(Told([&] { restore->Run(); }), HasSubstr("look again"));
   }
+  office.Open();
+  EXPECT_THAT(Told([&] { TakeBackup(office.session, office.folder.File("new"), {}, GoOn); }),
+              HasSubstr("moved to the new place"));
   const auto restore = Prepare();
   EXPECT_EQ(restore->view().moved.value().place, "the new place");
   restore->Run();
