@@ -370,12 +370,14 @@ void HomePage::RefreshTiles() {
     tiles_->addWidget(tile, 1);
     last = tile;
   }
-  // Whoever presses a key at once means a tile, never the button that shuts a door for good.
-  // As the first of the ring it counts as being behind the last tile already, so it is moved away
-  // before.
-  if (last) {
-    setTabOrder(refresh_, notices_[0].button);
-    setTabOrder(last, notices_[0].button);
+  // Whoever presses a key at once means a tile, never the button that shuts a door for good, nor
+  // another one of the notices. As the first of the ring it counts as being behind the last tile
+  // already, so it is moved away before.
+  for (const Notice& notice : notices_) {
+    if (!last) break;
+    setTabOrder(refresh_, notice.button);
+    setTabOrder(last, notice.button);
+    last = notice.button;
   }
 }
 
