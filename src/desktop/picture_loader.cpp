@@ -1,6 +1,8 @@
 #include "desktop/picture_loader.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
+#include <QFileInfo>
 #include <QPointer>
 #include <QThreadPool>
 #include <utility>
@@ -22,6 +24,15 @@ QThreadPool& Readers() {
 }
 
 }  // namespace
+
+QString FileMark(const QString& path) {
+  const QFileInfo file(path);
+  if (!file.isFile()) return {};
+  return QString("%1\n%2\n%3")
+      .arg(path)
+      .arg(file.size())
+      .arg(file.lastModified().toMSecsSinceEpoch());
+}
 
 void LoadPicture(const QString& path, QSize room, QObject* receiver,
                  std::function<void(const QImage& picture)> done) {

@@ -9,6 +9,9 @@
 
 namespace kaunter {
 
+// Another text once another file is there, empty where none is.
+QString FileMark(const QString& path);
+
 // Calls `done` later, on the thread of the windows, with the picture at most as large as the room;
 // a null one when it cannot be shown. Nothing is called once the receiver is gone. One picture is
 // read at a time: a large one takes the memory of one.

@@ -1,8 +1,6 @@
 #include "desktop/plain_views.h"
 
 #include <QApplication>
-#include <QDateTime>
-#include <QFileInfo>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -125,12 +123,7 @@ void LabelView::Show() {
 
 void PictureWidget::SetPath(const QString& path) {
   constexpr QSize kRoom(800, 800);
-  const QFileInfo file(path);
-  const QString wanted = file.isFile() ? QString("%1\n%2\n%3")
-                                             .arg(path)
-                                             .arg(file.size())
-                                             .arg(file.lastModified().toMSecsSinceEpoch())
-                                       : QString();
+  const QString wanted = FileMark(path);
   if (wanted == shown_) return;
   shown_ = wanted;
   picture_ = QPixmap();

@@ -37,8 +37,7 @@ class PictureWidget : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  // The path, with what tells that the file is another one now; nothing where no file is shown.
-  std::optional<QString> shown_;
+  std::optional<QString> shown_;  // the FileMark; nothing where no file is shown
   QPixmap picture_;
 };
 

@@ -58,26 +58,29 @@ StripView::StripView(ScreenFace& face, PictureStrip& strip)
 }
 
 void StripView::Show() {
-  if (shown_ == strip_.items()) return;
+  QStringList marks;
+  for (const PictureStrip::Item& item : strip_.items()) marks << FileMark(Q(item.path));
+  if (shown_ == strip_.items() && marks_ == marks) return;
+  const int picked = shown_ == strip_.items() ? list_->currentRow() : -1;
   shown_ = strip_.items();
+  marks_ = marks;
   const QSignalBlocker quiet(list_);
   list_->clear();
   int row = 0;
   for (const PictureStrip::Item& item : shown_) {
     const QString path = Q(item.path);
-    const QFileInfo file(path);
-    auto* entry = new QListWidgetItem(Framed({}, file.suffix()), Q(item.caption), list_);
+    auto* entry = new QListWidgetItem(Framed({}, QFileInfo(path).suffix()), Q(item.caption), list_);
     entry->setToolTip(Q(item.caption));
-    if (file.isFile()) {
-      LoadPicture(path, kSmall - QSize(6, 6), list_, [this, path, row](const QImage& picture) {
+    if (const QString mark = marks_[row]; !mark.isEmpty()) {
+      LoadPicture(path, kSmall - QSize(6, 6), list_, [this, mark, row](const QImage& picture) {
         // Other items may stand there meanwhile.
-        const auto at = static_cast<std::size_t>(row);
-        if (picture.isNull() || at >= shown_.size() || Q(shown_[at].path) != path) return;
+        if (picture.isNull() || marks_.value(row) != mark) return;
         list_->item(row)->setIcon(Framed(picture, {}));
       });
     }
     ++row;
   }
+  list_->setCurrentRow(picked);
 }
 
 }  // namespace kaunter

@@ -20,6 +20,7 @@ class StripView : public ControlView {
   PictureStrip& strip_;
   QListWidget* list_;
   std::vector<PictureStrip::Item> shown_;
+  QStringList marks_;  // of their files: one may come later
 };
 
 }  // namespace kaunter

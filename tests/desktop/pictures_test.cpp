@@ -5,6 +5,7 @@
 #include <QBuffer>
 #include <QClipboard>
 #include <QDropEvent>
+#include <QListWidget>
 #include <QMimeData>
 #include <QPainter>
 #include <QPushButton>
@@ -26,6 +27,7 @@
 #include "desktop/text.h"
 #include "qtservices/picture_file.h"
 #include "screen/file_grid.h"
+#include "screen/picture_strip.h"
 #include "test_screen.h"
 #include "tests/core/office.h"
 #include "tests/support/ftp_server.h"
@@ -270,6 +272,34 @@ TEST(FileDrop, WhatIsDroppedOrPastedComesToTheScreen) {
   QApplication::clipboard()->setText("x");
   QTest::keyClick(&table, Qt::Key_V, Qt::ControlModifier);
   EXPECT_THAT(screen.taken, SizeIs(1));
+}
+
+struct StripScreen : Screen {
+  explicit StripScreen(Desk& desk) : Screen("StripScreen", {"Strip", "图片"}, desk) {}
+  PictureStrip Strip{*this, "Strip", {"Strip", "图片"}};
+};
+
+TEST(Strip, APictureThatComesLaterTakesItsPlace) {
+  const TempFolder folder;
+  QuietDesk desk;
+  StripScreen screen(desk);
+  ScreenDialog dialog(screen, nullptr);
+  dialog.Open();
+  QListWidget& list = *dialog.findChild<QListWidget*>();
+  const QColor colour(200, 20, 20);
+  const auto shown = [&](const char* file) {
+    screen.Strip.SetItems({{folder.File("here.png"), "1"}, {folder.File(file), "2"}});
+    for (int i = 0; i < 10; ++i) OpenScreen::Wait();
+    return list.item(1)->icon().pixmap(96, 72).toImage().pixelColor(48, 36) == colour;
+  };
+  EXPECT_FALSE(shown("later.png"));
+  list.setCurrentRow(1);
+  QImage picture({90, 66}, QImage::Format_RGB32);
+  picture.fill(colour);
+  ASSERT_TRUE(picture.save(Q(folder.File("later.png"))));
+  EXPECT_TRUE(shown("later.png"));
+  EXPECT_EQ(list.currentRow(), 1);
+  EXPECT_FALSE(shown("another.png"));
 }
 
 // The longest time between two looks of a thread that wants one every five milliseconds.
