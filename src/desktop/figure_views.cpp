@@ -224,9 +224,17 @@ void MonthChart::DrawBar(QPainter& painter, int bar, double share) const {
   painter.setPen(Look().line);
   painter.drawLine(QPointF(place.left(), floor + 0.5), QPointF(place.right() + 1, floor + 0.5));
   painter.setPen(bar == pointed() || (last && pointed() < 0) ? Look().text : Look().muted);
-  // Wider than its bar where a name asks for it.
-  painter.drawText(QRect(place.left() - 8, place.bottom() - label + 4, place.width() + 16, label),
-                   Qt::AlignCenter, shown.label);
+  // Where names are wider than their bars every second or third has one, the last among them.
+  int widest = 0;
+  for (const FigureBar& each : bars()) {
+    widest = std::max(widest, painter.fontMetrics().horizontalAdvance(each.label));
+  }
+  const int behind = static_cast<int>(bars().size()) - 1 - bar;
+  if (behind % (widest / std::max(1, place.width()) + 1) == 0) {
+    painter.drawText(
+        QRect(place.center().x() - widest, place.bottom() - label + 4, 2 * widest, label),
+        Qt::AlignCenter, shown.label);
+  }
   if (shown.tally.count == 0) return;
   const double tall = std::max(2.0, (floor - place.top()) * share);
   const double side = place.width() * 0.16;
