@@ -162,10 +162,11 @@ void MainFrm::LookAfterFiles() {
   const FileStore::Sending sending = store->sending();
   const bool stuck = sending.waiting > 0 && !store->IsSending();
   if (stuck) {
-    UnsentLBL.SetCaption(
-        {fmt::format("{} photo(s) or document(s) of this PC are not on the server yet.",
-                     sending.waiting),
-         fmt::format("本机有 {} 个照片或文件尚未传到服务器。", sending.waiting)});
+    const Caption told{
+        fmt::format("{} photo(s) or document(s) of this PC are not on the server yet.",
+                    sending.waiting),
+        fmt::format("本机有 {} 个照片或文件尚未传到服务器。", sending.waiting)};
+    if (UnsentLBL.caption().english != told.english) UnsentLBL.SetCaption(told);  // once a second
   }
   if (UnsentLBL.visible() == stuck) return;
   UnsentLBL.SetVisible(stuck);
