@@ -5,6 +5,7 @@
 #include <QEventLoop>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTimer>
 #include <cstdio>
 
@@ -116,6 +117,9 @@ void Photographer::SignIn(QWidget& widget) {
 }
 
 void Photographer::Fill(QWidget& widget) {
+  if (filled_.contains(&widget)) return;
+  filled_.insert(&widget);
+  const auto done = qScopeGuard([&] { filled_.remove(&widget); });
   auto& dialog = static_cast<ScreenDialog&>(widget);
   Screen& screen = dialog.screen();
   for (const auto& [control, text] : options_.values) Put(screen, control, text);

@@ -35,6 +35,7 @@ class Photographer : public QObject {
 
   const DesktopOptions& options_;
   QPointer<QWidget> seen_;
+  QSet<QWidget*> filled_;  // those under way: a message that one has told leads back to it
   int ticks_ = 0;
   int messages_ = 0;
   bool signed_in_ = false;
