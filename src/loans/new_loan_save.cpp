@@ -155,7 +155,7 @@ void NewLoanFrm::TakeSaved(bool is_new) {
 void NewLoanFrm::KeepGuarantorPhotos() {
   for (GuarantorBoxes& boxes : guarantors) {
     std::string& chosen = pending_photos_[boxes.index];
-    if (chosen.empty() || boxes.Pic.text().empty()) continue;  // or thought better of
+    if (chosen.empty()) continue;
     try {
       const std::string name = KeepFile(session(), loaded_id_, chosen,
                                         std::filesystem::path(boxes.Pic.text()).stem().string());

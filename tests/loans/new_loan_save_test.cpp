@@ -1,8 +1,12 @@
 // The save of a loan: written whole or not at all, the totals with their asymmetries, and what two
 // desktops do to each other.
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 
+#include "core/file_store.h"
 #include "tests/loans/loan_counter.h"
 
 namespace kaunter {
@@ -54,6 +58,34 @@ TEST_F(LoanSave, AFailureAtAnyStatementIsMendedByTheNextSave) {
     }
     // Some eight statements, and the two schedules with some sixteen each.
     EXPECT_GT(before_commit, 40);
+  }
+}
+
+// An older loan has it under a name that its row does not tell.
+TEST_F(LoanSave, AGuarantorsPhotoComesWithHimUnderANewName) {
+  Session& session = office.session;
+  session.PhotoPath = office.folder.File("Photo");
+  const auto lay = [&](const char* loan, const char* file, const char* bytes) {
+    std::filesystem::create_directories(session.PhotoPath + "/" + loan);
+    std::ofstream(KeptPath(session, loan, file)) << bytes;
+  };
+  auto old_loan = Open("New Loan");
+  Fill(*old_loan);
+  Save(*old_loan);
+  office.Run("UPDATE LoanMast SET GuarantorNIC2='700101-14-5555',Pic2=''");
+  lay("HQ0001-001", "guarantor1.jpg", "his face");
+  lay("HQ0001-002", "guarantor0.jpg", "nobody");
+  for (const char* loan : {"HQ0001-002", "HQ0001-003"}) {
+    auto screen = Open("New Loan");
+    Fill(*screen);
+    screen->guarantors[0].GuarantorNIC.SetText("700101-14-5555");
+    screen->guarantors[0].CmdGetGuarantor.Click();
+    Save(*screen);
+    const std::string file =
+        office.Scalar(std::string("SELECT Pic1 FROM LoanMast WHERE LoanID='") + loan + "'");
+    EXPECT_TRUE(file.starts_with("guarantor0-20")) << file << desk.last();
+    std::ifstream kept(KeptPath(session, loan, file));
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(kept), {}), "his face");
   }
 }
 
