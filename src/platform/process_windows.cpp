@@ -29,7 +29,7 @@ void SettleProcess() {
   HearTerminal();
   SetConsoleOutputCP(CP_UTF8);
   SetConsoleCP(CP_UTF8);
-  _set_fmode(_O_BINARY);
+  _fmode = _O_BINARY;
   for (std::FILE* stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
 }
