@@ -8,7 +8,9 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "core/values.h"
@@ -213,9 +215,9 @@ void WriteXlsx(const ReportRows& rows, const std::string& path) {
   }
   AskForRoom(rows, path);
   // Beside its place until it is whole; left behind it goes.
-  QTemporaryFile place(QString::fromStdString(path + ".XXXXXX"));
-  if (!place.open()) Refuse(path, place.errorString().toStdString());
-  const std::string written = place.fileName().toStdString();
+  std::optional<QTemporaryFile> place(std::in_place, QString::fromStdString(path + ".XXXXXX"));
+  if (!place->open()) Refuse(path, place->errorString().toStdString());
+  const std::string written = place->fileName().toStdString();
   const std::string folder = fs::path(written).parent_path().string();
   try {
     Workbook book(written, folder.empty() ? "." : folder);
@@ -225,13 +227,17 @@ void WriteXlsx(const ReportRows& rows, const std::string& path) {
     Refuse(path, error.what());
   }
   if (!IsWhole(written)) Refuse(path, "it did not become whole");
-  place.close();
+  // Windows renames no file that is open, and a temporary one stays open until it is gone.
+  place->setAutoRemove(false);
+  place.reset();
   SyncFile(written);
   MakePrivate(written);
   std::error_code error;
   fs::rename(written, path, error);
-  if (error) Refuse(path, error.message());
-  place.setAutoRemove(false);
+  if (!error) return;
+  std::error_code ignored;
+  fs::remove(written, ignored);
+  Refuse(path, error.message());
 }
 
 }  // namespace kaunter
