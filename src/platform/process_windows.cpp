@@ -1,3 +1,4 @@
+#include <cxxabi.h>
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
@@ -8,8 +9,21 @@
 
 #include "platform/process.h"
 
+extern "C" void* __dso_handle;
+
 namespace kaunter {
 namespace {
+
+// The compiler's libraries keep the values of a thread behind one key and what destroys them behind
+// another; at the end of a thread Windows' POSIX threads serve the keys in the order in which they
+// were made. Made first, before anything asks for a value, the destroyers find the values still
+// there: else each thread that used one would end in freed memory.
+struct DestroyersFirst {
+  DestroyersFirst() {
+    abi::__cxa_thread_atexit([](void*) {}, nullptr, &__dso_handle);
+  }
+};
+[[gnu::init_priority(101)]] const DestroyersFirst destroyers_first;
 
 // A program with windows has no console: what it says goes to that of the terminal from which it
 // was started, if there is one and nothing else was named.

@@ -20,7 +20,9 @@ void EnsureHeadlessGui() {
   static int count = 1;
   static char name[] = "kaunter-play";
   static char* arguments[] = {name, nullptr};
-  static QGuiApplication application(count, arguments);
+  // Never destroyed: at the end of the process what Qt made after it is gone before it.
+  static const QGuiApplication* const application = new QGuiApplication(count, arguments);
+  static_cast<void>(application);
   // Qt takes the user's locale for the whole process.
   std::setlocale(LC_NUMERIC, "C");
   LoadShippedFonts();
