@@ -11,8 +11,8 @@
 #include "core/places.h"
 #include "core/values.h"
 #include "platform/installation.h"
-#include "platform/private_file.h"
 #include "platform/sql/data_source.h"
+#include "platform/whole_file.h"
 
 namespace kaunter {
 namespace {
@@ -71,22 +71,6 @@ void NeedSettings(const std::vector<SettingChange>& changes) {
   std::error_code failed;
   fs::create_directories(UserSettingsFolder(), failed);
   if (!MayWriteIn(UserSettingsFolder())) CannotWrite("", UserSettingsFolder());
-}
-
-void CopyWhole(const fs::path& from, const fs::path& to) {
-  const fs::path part = to.string() + ".part";
-  try {
-    fs::remove(part);
-    MakePrivateFile(part);
-    fs::copy_file(from, part, fs::copy_options::overwrite_existing);
-    MakePrivate(part);
-    SyncFile(part);
-    fs::rename(part, to);
-  } catch (...) {
-    std::error_code ignored;
-    fs::remove(part, ignored);
-    throw;
-  }
 }
 
 bool IsOffice(Connection& connection) {
@@ -177,7 +161,7 @@ std::string WordsOf(const SqlError& failure) {
 }
 
 [[noreturn]] void TellWhy(const SqlError& failure) {
-  const std::string told = Lower(failure.what());
+  const std::string told = Lower(WordsOf(failure));
   const Sign* found = nullptr;
   for (const Sign& sign : Signs()) {
     bool all = true;
@@ -255,7 +239,8 @@ std::string TakeDemo(bool anew) {
                                         {"", "DataFolder", folder.string()},
                                         {"", "Now", kDemoNow}};
   for (const DemoPart& part : kDemoParts) {
-    CopyWhole(ShippedDemo() / part.file, folder / part.file);
+    CopyWholeFile((ShippedDemo() / part.file).string(), (folder / part.file).string(),
+                  FileReach::kOwner);
     changes.push_back({part.source, "file", (folder / part.file).string()});
   }
   fs::copy(ShippedDemo() / kDemoPhotos, folder / kDemoPhotos, fs::copy_options::recursive);

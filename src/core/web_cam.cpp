@@ -1,8 +1,10 @@
 #include "core/web_cam.h"
 
 #include <filesystem>
+#include <stdexcept>
 
 #include "core/values.h"
+#include "platform/whole_file.h"
 #include "screen/camera.h"
 
 namespace kaunter {
@@ -18,8 +20,12 @@ class StillCamera : public Camera {
  public:
   explicit StillCamera(std::string path) : path_(std::move(path)) {}
   bool Capture(const std::string& path) override {
-    std::error_code error;
-    return fs::copy_file(path_, path, fs::copy_options::overwrite_existing, error);
+    try {
+      CopyWholeFile(path_, path);
+      return true;
+    } catch (const std::runtime_error&) {
+      return false;
+    }
   }
   std::string Still() const override { return path_; }
 

@@ -9,6 +9,8 @@ namespace fs = std::filesystem;
 
 // A list that every installation has: where it lies, the files lie.
 constexpr const char* kMark = "ReportList";
+// What an installer lays beside the programs, in a folder of the administrator's.
+constexpr const char* kUninstaller = "uninstall.exe";
 
 Installation& Current() {
   static Installation installation;
@@ -25,7 +27,7 @@ Installation InstallationAt(const std::string& program_folder) {
       fs::exists(shared / kMark, unknown)) {
     return {program_folder, shared.string(), false};
   }
-  return {program_folder, program_folder, true};
+  return {program_folder, program_folder, !fs::exists(folder / kUninstaller, unknown)};
 }
 
 void SetInstallation(const Installation& installation) { Current() = installation; }
@@ -43,7 +45,7 @@ std::string FileOf(const std::string& folder, const std::string& name) {
 std::string InstallationSettings(const Installation& installation) {
   if (installation.programs.empty()) return {};
   const fs::path programs(installation.programs);
-  if (installation.portable) return (programs / "settings.ini").string();
+  if (installation.programs == installation.files) return (programs / "settings.ini").string();
   const fs::path prefix = programs.parent_path().parent_path();
   const fs::path place = prefix == "/usr" ? fs::path("/etc") : prefix / "etc";
   return (place / "kaunter" / "settings.ini").string();

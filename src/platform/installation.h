@@ -1,7 +1,8 @@
 // Where the running program lies, what came with it, and which folders belong to the person.
 //
 // Installed: PREFIX/lib/kaunter holds the programs, PREFIX/share/kaunter the files that came with
-// them. Else, in a copy that may be carried about, they lie together in one folder.
+// them. Else they lie together in one folder: of a copy that may be carried about, or, with an
+// uninstaller beside them, of the whole machine.
 #pragma once
 
 #include <string>
@@ -11,7 +12,7 @@ namespace kaunter {
 struct Installation {
   std::string programs;  // DailyBatch lies in a folder of its own in it
   std::string files;     // report files, lists and layouts
-  bool portable = true;  // both are one folder
+  bool portable = true;  // what is stored may lie beside them too
 };
 
 Installation InstallationAt(const std::string& program_folder);

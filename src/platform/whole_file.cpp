@@ -52,6 +52,20 @@ void WriteWholeFile(const std::string& path, const std::function<void(std::ostre
   }
 }
 
+void CopyWholeFile(const std::string& from, const std::string& to, FileReach reach) {
+  std::ifstream source(from, std::ios::binary);
+  WriteWholeFile(
+      to,
+      [&](std::ostream& file) {
+        // A source of no bytes would count as a failure to write them.
+        if (source.peek() != std::ifstream::traits_type::eof()) file << source.rdbuf();
+        if (!source.is_open() || source.bad()) {
+          throw std::runtime_error(fmt::format("{} cannot be read", from));
+        }
+      },
+      reach);
+}
+
 std::string FileNameOf(const std::string& name) {
   std::string file = name;
   for (char& c : file) {

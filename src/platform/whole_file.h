@@ -15,6 +15,11 @@ enum class FileReach { kFolder, kOwner };
 void WriteWholeFile(const std::string& path, const std::function<void(std::ostream&)>& write,
                     FileReach reach = FileReach::kFolder);
 
+// The same with the bytes of another file. Over one that is there std::filesystem::copy_file fails
+// on Windows, whatever it is told.
+void CopyWholeFile(const std::string& from, const std::string& to,
+                   FileReach reach = FileReach::kFolder);
+
 // `name` as a part of a file's name: signs that a folder does not take become "_".
 std::string FileNameOf(const std::string& name);
 

@@ -4,6 +4,7 @@
 
 #include "core/session.h"
 #include "customers/photo_server.h"
+#include "platform/whole_file.h"
 
 namespace kaunter {
 namespace {
@@ -19,9 +20,7 @@ void LayFile(const Session& session, const fs::path& source) {
     fs::remove(place);
     return;
   }
-  const fs::path part = folder / "b1.part";
-  fs::copy_file(source, part, fs::copy_options::overwrite_existing);
-  fs::rename(part, place);
+  CopyWholeFile(source.string(), place.string());
 }
 
 }  // namespace

@@ -38,6 +38,11 @@ TEST(Places, AnInstalledProgramKeepsNothingBesideItselfAndAPortableCopyAll) {
   }
   SetInstallation(InstallationAt(copy));
   EXPECT_EQ(AppFolder("", {}), copy);
+  // An administrator may write beside an installed program, and shall not.
+  home.Write("copy/uninstall.exe", "");
+  SetInstallation(InstallationAt(copy));
+  EXPECT_EQ(AppFolder("", {}), own);
+  EXPECT_EQ(InstallationSettings(ThisInstallation()), copy + "/settings.ini");
 }
 
 TEST(Places, TheSettingsOfTheInstallationComeBeforeThePersonsOwn) {
