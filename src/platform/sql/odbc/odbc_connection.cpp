@@ -30,7 +30,9 @@ OdbcConnection::OdbcConnection(std::string name, const std::string& odbc_string,
       link_(NewLink()) {}
 
 std::unique_ptr<OdbcConnection::Link> OdbcConnection::NewLink() const {
-  return std::make_unique<Link>(name(), odbc_string_, clock_, login_seconds_);
+  auto link = std::make_unique<Link>(name(), odbc_string_, clock_, login_seconds_);
+  if (Outlives()) Watch(link->session);
+  return link;
 }
 
 OdbcConnection::Link& OdbcConnection::Open() {
@@ -77,10 +79,13 @@ Recordset OdbcConnection::DoQueryOnly(std::string_view sql) {
 void OdbcConnection::DoBegin() {
   Settle();
   // Nothing was asked yet: a connection that died while nobody used it, and a desktop that holds
-  // the lock of the saves until the standby has taken over, are waited for.
-  const auto begin = std::chrono::steady_clock::now();
+  // the lock of the saves until the standby has taken over, or until the server has noticed that
+  // its line is dead, are waited for.
+  auto begin = std::chrono::steady_clock::now();
   for (bool again = false;; again = true) {
+    const bool was_lost = Lost();
     Link& link = Open();
+    if (was_lost) begin = std::chrono::steady_clock::now();
     try {
       link.dialect->Begin(link.session);
       break;

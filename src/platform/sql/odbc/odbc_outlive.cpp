@@ -12,12 +12,14 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <memory>
 #include <utility>
 
 #include "platform/digest.h"
 #include "platform/sql/data_source.h"
 #include "platform/sql/odbc/odbc_connection.h"
 #include "platform/sql/odbc/odbc_error.h"
+#include "platform/sql/odbc/odbc_silence.h"
 #include "platform/sql/retry.h"
 #include "platform/sql/standby.h"
 #include "platform/sql/waiting.h"
@@ -61,6 +63,18 @@ void OdbcConnection::OutliveServer(std::chrono::milliseconds patience) {
   patience_ = patience;
   login_seconds_ = std::min(login_seconds_, kLoginSecondsAgain);
   marks_ = RandomName();
+  Watch(link_->session);
+}
+
+bool OdbcConnection::NamesSeveral() const {
+  return link_->session.dbms() == "PostgreSQL" &&
+         ConnectionString::Parse(odbc_string_).Get("server").find(',') != std::string::npos;
+}
+
+void OdbcConnection::Watch(OdbcSession& session) const {
+  if (!NamesSeveral()) return;
+  const auto silence = std::make_shared<OdbcSilence>(session, odbc_string_, login_seconds_);
+  session.OnSilence([silence] { silence->Ask(); });
 }
 
 OdbcSession& OdbcConnection::LendSession() {
@@ -199,9 +213,7 @@ void OdbcConnection::Settle() {
 // Where the manager of the servers has no standby left, it empties the list of those that a commit
 // waits for, so that the work goes on.
 bool OdbcConnection::StandbyIsMissing() {
-  const bool several =
-      ConnectionString::Parse(odbc_string_).Get("server").find(',') != std::string::npos;
-  if (!several || link_->session.dbms() != "PostgreSQL" || InTransaction()) return false;
+  if (!NamesSeveral() || InTransaction()) return false;
   try {
     const OdbcOutcome names = Open().session.Run("SHOW synchronous_standby_names", true);
     return names.rows && !names.rows->Eof() && names.rows->Field(0).ToText().empty();

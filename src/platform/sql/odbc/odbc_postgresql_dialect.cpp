@@ -28,12 +28,13 @@ constexpr int kSetUpLock = 1263488342;
 constexpr std::size_t kMostPlans = 400;
 
 // As long as the embedded engine waits for another desktop; and a desktop that stands still inside
-// a transaction is cut off, since all others wait for it: after a minute where its line is dead.
+// a transaction is cut off, since all others wait for it. Where its line is dead that comes before
+// their patience ends (OdbcConnection::DoBegin).
 constexpr const char* kSessionSettings =
     "SELECT set_config('search_path', current_setting('search_path') || ', kaunter_sql', false); "
     "SET lock_timeout = '10s'; SET idle_in_transaction_session_timeout = '5min'; "
-    "SET tcp_keepalives_idle = 20; SET tcp_keepalives_interval = 10; SET tcp_keepalives_count = 3; "
-    "SET tcp_user_timeout = '60s'; "
+    "SET tcp_keepalives_idle = 5; SET tcp_keepalives_interval = 5; SET tcp_keepalives_count = 3; "
+    "SET tcp_user_timeout = '20s'; "
     "SET standard_conforming_strings = on; SET client_min_messages = warning; "
     "SET DateStyle = 'ISO, YMD'; SET IntervalStyle = 'postgres'";
 

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/sql/connection.h"
@@ -43,6 +45,7 @@ class OdbcSession {
   // refuses for another reason, the connection is given up: it then rolls back for certain.
   void Rollback();
   bool InTransaction() const { return in_transaction_; }
+  void OnSilence(std::function<void()> silence) { worker_.OnSilence(std::move(silence)); }
 
   // True once the connection is known to be gone; every later call throws 10054 and says so. A
   // transaction that was open counts as open until it is rolled back.

@@ -6,6 +6,7 @@ namespace kaunter::sql {
 namespace {
 
 constexpr std::chrono::milliseconds kBetweenActs(10);
+constexpr std::chrono::seconds kSilence(10);
 
 }  // namespace
 
@@ -22,9 +23,10 @@ OdbcWorker::~OdbcWorker() {
 // Two threads take turns and are never in the driver together, but for a cancellation: the one that
 // asks does not go on before the call has ended.
 SQLRETURN OdbcWorker::Run(const std::function<SQLRETURN()>& call, SQLHANDLE statement) {
-  if (!WaitIsUsed()) return call();
+  if (!WaitIsUsed() && !silence_) return call();
   const Time::time_point begin = Time::now();
   Time::time_point acted = begin - waited_;
+  Time::time_point asked = begin;
   {
     if (!thread_.joinable()) thread_ = std::thread([this] { Work(); });
     std::unique_lock lock(mutex_);
@@ -35,6 +37,10 @@ SQLRETURN OdbcWorker::Run(const std::function<SQLRETURN()>& call, SQLHANDLE stat
     while (!changed_.wait_until(lock, acted + kBetweenActs, [this] { return call_ == nullptr; })) {
       lock.unlock();
       Act(statement);
+      if (silence_ && Time::now() - asked >= kSilence) {
+        silence_();
+        asked = Time::now();
+      }
       acted = Time::now();
       lock.lock();
     }

@@ -7,6 +7,7 @@
 #include <functional>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 #include "platform/sql/odbc/odbc_api.h"
 
@@ -24,6 +25,9 @@ class OdbcWorker {
   // wait, in one call or in several short ones. `statement`, where there is one, is cancelled as
   // long as a stop is asked for.
   SQLRETURN Run(const std::function<SQLRETURN()>& call, SQLHANDLE statement = SQL_NULL_HANDLE);
+  // `silence` is called whenever a call has gone on for another ten seconds; no other call passes
+  // through this worker from within.
+  void OnSilence(std::function<void()> silence) { silence_ = std::move(silence); }
 
  private:
   using Time = std::chrono::steady_clock;
@@ -37,7 +41,8 @@ class OdbcWorker {
   SQLRETURN result_ = SQL_SUCCESS;
   bool ends_ = false;
   Time::duration waited_{};  // since the last act
-  std::thread thread_;       // begins with the first call that needs it
+  std::function<void()> silence_;
+  std::thread thread_;  // begins with the first call that needs it
 };
 
 }  // namespace kaunter::sql

@@ -375,7 +375,8 @@ void PostgresWhole::LockOut() {
   connection_.BeginTrans();
   Run(fmt::format("SELECT pg_advisory_xact_lock({})", kMovingLock));
   Run("SET LOCAL idle_in_transaction_session_timeout = 0; SET LOCAL tcp_keepalives_idle = 60; "
-      "SET LOCAL tcp_keepalives_interval = 10; SET LOCAL tcp_keepalives_count = 6");
+      "SET LOCAL tcp_keepalives_interval = 10; SET LOCAL tcp_keepalives_count = 6; "
+      "SET LOCAL tcp_user_timeout = '60s'");
   const std::vector<std::string> tables = TableNames();
   if (!tables.empty()) {
     Run(fmt::format("LOCK TABLE {} IN SHARE ROW EXCLUSIVE MODE", NameList(tables)));
