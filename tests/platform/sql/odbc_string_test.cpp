@@ -96,6 +96,23 @@ TEST(OdbcString, RefusesWithWhatToDo) {
   }
 }
 
+TEST(OdbcString, TriesSeveralServersTheOtherWayRoundToo) {
+  const auto tried = [](const std::string& text, int number) {
+    std::string all;
+    const auto open = [&](const std::string& each) {
+      all += each + "|";
+      throw SqlError(number, "");
+    };
+    EXPECT_THROW(OpenOneOf(text, open), SqlError);
+    return all;
+  };
+  const std::string kTwo = "Server=a,b;UID=a,b;pqopt={target_session_attrs=read-write}";
+  EXPECT_EQ(tried(kTwo, 4060),
+            kTwo + "|Server=b,a;UID=a,b;pqopt={target_session_attrs=read-write}|");
+  EXPECT_EQ(tried(kTwo, 18456), kTwo + "|");  // a wrong password counts once
+  EXPECT_EQ(tried("Server=a,1433", 4060), "Server=a,1433|");
+}
+
 TEST(OdbcText, MarksTextsForSqlServer) {
   const std::pair<const char*, const char*> kTable[] = {
       {"SELECT 'a', 'b'", "SELECT 'a', 'b'"},

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/sql/data_source.h"
+#include "platform/sql/odbc/odbc_string.h"
 
 namespace kaunter {
 namespace sql {
@@ -30,7 +31,10 @@ OdbcConnection::OdbcConnection(std::string name, const std::string& odbc_string,
       link_(NewLink()) {}
 
 std::unique_ptr<OdbcConnection::Link> OdbcConnection::NewLink() const {
-  auto link = std::make_unique<Link>(name(), odbc_string_, clock_, login_seconds_);
+  std::unique_ptr<Link> link;
+  OpenOneOf(odbc_string_, [&](const std::string& text) {
+    link = std::make_unique<Link>(name(), text, clock_, login_seconds_);
+  });
   if (Outlives()) Watch(link->session);
   return link;
 }

@@ -16,10 +16,10 @@
 #include <utility>
 
 #include "platform/digest.h"
-#include "platform/sql/data_source.h"
 #include "platform/sql/odbc/odbc_connection.h"
 #include "platform/sql/odbc/odbc_error.h"
 #include "platform/sql/odbc/odbc_silence.h"
+#include "platform/sql/odbc/odbc_string.h"
 #include "platform/sql/retry.h"
 #include "platform/sql/standby.h"
 #include "platform/sql/waiting.h"
@@ -67,8 +67,7 @@ void OdbcConnection::OutliveServer(std::chrono::milliseconds patience) {
 }
 
 bool OdbcConnection::NamesSeveral() const {
-  return link_->session.dbms() == "PostgreSQL" &&
-         ConnectionString::Parse(odbc_string_).Get("server").find(',') != std::string::npos;
+  return link_->session.dbms() == "PostgreSQL" && NamesSeveralServers(odbc_string_);
 }
 
 void OdbcConnection::Watch(OdbcSession& session) const {

@@ -13,6 +13,7 @@
 #include <memory>
 #include <utility>
 
+#include "platform/sql/odbc/odbc_string.h"
 #include "platform/sql/within.h"
 
 namespace kaunter::sql {
@@ -27,7 +28,7 @@ constexpr int kBothWays = SHUT_RDWR;
 #endif
 constexpr int kMostSockets = 65536;
 
-constexpr std::chrono::seconds kLongestCall(20);
+constexpr std::chrono::seconds kLongestCall(25);
 constexpr int kMostUnheard = 3;
 
 constexpr const char* kWho =
@@ -84,9 +85,11 @@ void OdbcSilence::Ask() {
   const auto leads = std::make_shared<std::string>();
   try {
     Within(kLongestCall, [leads, text = odbc_string_, seconds = login_seconds_] {
-      OdbcSession session("Who leads", text, seconds);
-      int ports[2] = {};
-      *leads = Who(session, &ports[0], &ports[1]);
+      OpenOneOf(text, [&](const std::string& each) {
+        OdbcSession session("Who leads", each, seconds);
+        int ports[2] = {};
+        *leads = Who(session, &ports[0], &ports[1]);
+      });
     });
     unheard_ = 0;
     if (*leads == server_) return;

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "platform/sql/odbc/odbc_api.h"
+#include "platform/sql/odbc/odbc_error.h"
 #include "platform/sql/odbc/odbc_handle.h"
 #include "platform/sql/text.h"
 
@@ -302,6 +303,27 @@ OdbcInventory ReadOdbcInventory() {
     direction = SQL_FETCH_NEXT;
   }
   return inventory;
+}
+
+bool NamesSeveralServers(const std::string& odbc_string) {
+  const ConnectionString text = ConnectionString::Parse(odbc_string);
+  return text.Has("pqopt") && text.Get("server").find(',') != std::string::npos;
+}
+
+void OpenOneOf(const std::string& odbc_string,
+               const std::function<void(const std::string& odbc_string)>& open) {
+  try {
+    open(odbc_string);
+  } catch (const SqlError& failure) {
+    if (failure.number() != kCannotOpenNumber || !NamesSeveralServers(odbc_string)) throw;
+    const std::string servers = ConnectionString::Parse(odbc_string).Get("server");
+    const std::size_t at = odbc_string.find(servers);
+    const std::size_t comma = servers.find(',');
+    if (at == std::string::npos) throw;
+    std::string turned = odbc_string;
+    turned.replace(at, servers.size(), servers.substr(comma + 1) + "," + servers.substr(0, comma));
+    open(turned);
+  }
 }
 
 }  // namespace kaunter::sql

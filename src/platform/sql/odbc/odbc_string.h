@@ -5,6 +5,7 @@
 // Server spoken to directly, for which a driver is chosen among the installed ones.
 #pragma once
 
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -39,6 +40,13 @@ std::string OdbcString(const ConnectionString& office, std::string_view local_te
 
 // An ODBC string of the office, with another database.
 std::string OdbcWithDatabase(const ConnectionString& text, std::string_view database);
+
+// Calls `open` with an ODBC string, and where that throws 4060 and the string names several servers
+// of PostgreSQL, once more with the first of them named last. The driver looks for the one that
+// leads, but not past one that refuses the call for a trouble of its own, such as a full disk.
+void OpenOneOf(const std::string& odbc_string,
+               const std::function<void(const std::string& odbc_string)>& open);
+bool NamesSeveralServers(const std::string& odbc_string);
 
 // The string without account and password, for people: "DSN=office; Database=main".
 std::string OdbcSourceName(std::string_view odbc_string);
