@@ -59,9 +59,11 @@ void FillReasonCodes(ComboBox& box, Connection& main, std::string_view table, st
                      bool with_blank) {
   std::vector<std::string> codes;
   if (with_blank) codes.emplace_back();
+  // Not the empty text, asked so that an index answers it: hardly a row has a reason.
   Recordset rows = main.Query(
       fmt::format("select distinct(a.code) from (select distinct(amlacode) as [Code] from {} where "
-                  "amlacode <> '' union all select distinct(amladesc) as [Code] from amladesc "
+                  "(amlacode > '' or amlacode < '') union all select distinct(amladesc) as [Code] "
+                  "from amladesc "
                   "where sid= {}) as a",
                   table, QuoteStr(sid)));
   for (; !rows.Eof(); rows.MoveNext()) codes.push_back(NullToEmpty(rows.Field(0)));

@@ -84,8 +84,7 @@ std::vector<CashPosition> ReadCashPositions(Session& session, const DateTime& to
   }
   if (asked.due) {
     positions.Add(fmt::format("SELECT l.CompCode,SUM({}) {} GROUP BY l.CompCode", kOpenAmount,
-                              OpenRows(session, fmt::format("s.DueDate>={} AND s.DueDate<{}",
-                                                            SqlDate(day), ahead))),
+                              OpenRows(session, day, day.AddDays(kOutlookDays))),
                   {&CashPosition::due});
   }
   return positions.Taken();

@@ -12,6 +12,7 @@
 #include "core/einvoice_codes.h"
 #include "core/log.h"
 #include "core/new_office.h"
+#include "core/office_figures.h"
 #include "core/pickers.h"
 #include "core/schema_patches.h"
 #include "core/session.h"
@@ -223,6 +224,10 @@ void PatchCashBookOpening(Start& start) { PatchUnlessThere(start, patches::kCash
 void PatchEInvSending(Start& start) { PatchUnlessThere(start, patches::kEInvSending); }
 void PatchBaseIndexes(Start& start) { PatchUnlessThere(start, patches::kBaseIndexes); }
 void PatchYearIndexes(Start& start) { PatchUnlessThere(start, patches::kYearIndexes); }
+// The columns came with the feature.
+void PatchReasonIndexes(Start& start) {
+  if (start.settings().AMLA) PatchUnlessThere(start, patches::kReasonIndexes);
+}
 
 // Of the engine, not of the office: one that moves to a server gets them there. Without them all is
 // found as well, by reading everything.
@@ -231,6 +236,11 @@ void IndexSearchedTexts(Start& start) {
     IndexInsideTexts(start.main(), IndexedTexts());
   } catch (const SqlError& failure) {
     LogRollback(start.session, "Search index", failure);
+  }
+  try {
+    IndexOpenRows(start.main(), kOpenInstalments);
+  } catch (const SqlError& failure) {
+    LogRollback(start.session, "Index of open instalments", failure);
   }
 }
 
@@ -300,6 +310,7 @@ const std::vector<Step>& Steps() {
       PatchWith(patches::kBaseIndexes, PatchBaseIndexes),
       PatchOnce(patches::kSaveMark),
       PatchWith(patches::kYearIndexes, PatchYearIndexes),
+      PatchWith(patches::kReasonIndexes, PatchReasonIndexes),
   };
   return steps;
 }

@@ -452,11 +452,11 @@ void MainFrm::RefreshMainLists() {
           "[TotDue],l.LoanGroupID from schmast as s inner join Loanmast as l on s.loanid=l.loanid "
           "inner join "
           "custmast as c on l.custid=c.custid where s.DueDate<={1} and s.payableamt-s.payment > "
-          "0{0} "
+          "0 and {3}<={1}{0} "
           "group by "
           "l.Loanid,l.NextDueDate,c.CustName,c.CustHP1,l.LoanGroupID) as a group by "
           "a.LoanID,a.nextduedate,a.custname,a.custhp1,a.LoanGroupID",
-          company, today, CompanyFilter(session(), "l.CompCode"))));
+          company, today, CompanyFilter(session(), "l.CompCode"), OpenDay(kOpenInstalments, "s"))));
   FillGrid(
       LS2,
       session().Main().Query(fmt::format(
@@ -470,8 +470,8 @@ void MainFrm::RefreshMainLists() {
 void MainFrm::QuietClosedLoans(const std::string& company, const std::string& today) {
   Recordset closed = main().Query(fmt::format(
       "SELECT DISTINCT l.LoanID FROM SchMast as s INNER JOIN LoanMast as l on s.LoanID=l.LoanID "
-      "WHERE s.DueDate<={1} AND s.PayableAmt-s.Payment>0 AND l.LoanBal<=0{0}",
-      company, today));
+      "WHERE s.DueDate<={1} AND s.PayableAmt-s.Payment>0 AND {2}<={1} AND l.LoanBal<=0{0}",
+      company, today, OpenDay(kOpenInstalments, "s")));
   std::set<std::string> loans;
   for (; !closed.Eof(); closed.MoveNext()) loans.insert(NullToEmpty(closed.Field(0)));
   for (int row = 0; row < LS1.RowCount(); ++row) {

@@ -80,9 +80,15 @@ void NameCustomers(Session& session, std::vector<OverdueLoan>& loans) {
 // The company is asked through isnull, which no index answers: going through the loans of the
 // companies, and from each to its schedule, takes five times as long as the dates of the schedules
 // alone.
-std::string OpenRows(const Session& session, const std::string& dates) {
+std::string OpenRows(const Session& session, const std::optional<DateTime>& from,
+                     const DateTime& to) {
+  std::string dates;
+  for (const std::string& day : {std::string("s.DueDate"), OpenDay(kOpenInstalments, "s")}) {
+    if (from) dates += fmt::format("{}>={} AND ", day, SqlDate(*from));
+    dates += fmt::format("{}<{} AND ", day, SqlDate(to));
+  }
   return fmt::format(
-      "FROM SchMast as s INNER JOIN LoanMast as l ON s.LoanID=l.LoanID WHERE {} AND "
+      "FROM SchMast as s INNER JOIN LoanMast as l ON s.LoanID=l.LoanID WHERE {}"
       "s.PayableAmt>isnull(s.Payment,0) AND l.LoanBal>0{}",
       dates, AndCompany(session, "isnull(l.CompCode,'')"));
 }
@@ -103,8 +109,7 @@ void ReadComingDue(Session& session, OfficeFigures& figures) {
   Tally week;
   Recordset days = session.Main().Query(fmt::format(
       "SELECT s.DueDate,count(*) as N,sum({}) as Amt {} GROUP BY s.DueDate", kOpenAmount,
-      OpenRows(session, fmt::format("s.DueDate>={} AND s.DueDate<{}", SqlDate(figures.today),
-                                    SqlDate(figures.today.AddDays(kDaysOfWeek))))));
+      OpenRows(session, figures.today, figures.today.AddDays(kDaysOfWeek))));
   for (; !days.Eof(); days.MoveNext()) {
     const int count = Count(days.Field(1));
     const Money amount = Amount(days.Field(2));
@@ -137,7 +142,7 @@ void ReadArrears(Session& session, OfficeFigures& figures) {
   Recordset loans = session.Main().Query(
       fmt::format("SELECT l.CustID,l.LoanID,min(s.DueDate) as Oldest,sum({}) as Amt{} {} GROUP BY "
                   "l.CustID,l.LoanID",
-                  kOpenAmount, bands, OpenRows(session, "s.DueDate<" + SqlDate(figures.today))));
+                  kOpenAmount, bands, OpenRows(session, std::nullopt, figures.today)));
   std::array<Tally, kAgeBands> by_age{};
   Tally overdue;
   std::vector<OverdueLoan> all;

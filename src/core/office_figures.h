@@ -4,12 +4,14 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/date_time.h"
 #include "platform/money.h"
+#include "platform/sql/open_rows.h"
 
 namespace kaunter {
 
@@ -59,9 +61,12 @@ struct OfficeFigures {
 
 // What an instalment still asks for; an older office has NULL where nothing was paid.
 inline constexpr std::string_view kOpenAmount = "s.PayableAmt-isnull(s.Payment,0)";
-// "FROM ... WHERE ...": an open loan's rows with something left to pay, SchMast as s and LoanMast
-// as l, of the person's companies. `dates` is a condition on s.DueDate.
-std::string OpenRows(const Session& session, const std::string& dates);
+inline constexpr OpenRowsOf kOpenInstalments = {"SchMast", "DueDate", "PayableAmt", "Payment"};
+// "FROM ... WHERE ...": an open loan's rows with something left to pay that fall due on the day
+// `from`, or whenever, and before the day `to`: SchMast as s and LoanMast as l, of the person's
+// companies.
+std::string OpenRows(const Session& session, const std::optional<DateTime>& from,
+                     const DateTime& to);
 
 // Days and months that the figures of this day count, all of them zero.
 OfficeFigures EmptyFigures(const DateTime& today);

@@ -328,6 +328,13 @@ const Patch kYearIndexes = {
      "(TrxDate,CompCode,DrawDownAmt)",
      "INSERT INTO Systemast (Param,Value) VALUES ('YearIndexes','1')"}};
 
+// The reasons that were given so far are offered at each opening of a payment or a loan, and hardly
+// one has any.
+const Patch kReasonIndexes = {"ReasonIndexes",
+                              {"create index IX_PaymentMast_AMLACode on PaymentMast (AMLACode)",
+                               "create index IX_LoanMast_AMLACode on LoanMast (AMLACode)",
+                               "INSERT INTO Systemast (Param,Value) VALUES ('ReasonIndexes','1')"}};
+
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
     "UserID nvarchar(50) NULL, "

@@ -48,6 +48,7 @@ extern const Patch kLongQR;
 extern const Patch kBaseIndexes;
 extern const Patch kSaveMark;
 extern const Patch kYearIndexes;
+extern const Patch kReasonIndexes;
 
 // Made when the table is missing, without a key.
 extern const std::string_view kHolidayMast;

@@ -69,7 +69,7 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                   "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex",
                   "CompanyPictures", "CashBookOpening", "EInvSending", "PaymentReaderLine",
                   "EInvCodes", "MoveIn", "WatchListCopy", "LongLHDNQR", "SearchedTexts",
-                  "BaseIndexes", "SaveMark", "YearIndexes"));
+                  "BaseIndexes", "SaveMark", "YearIndexes", "ReasonIndexes"));
   for (const char* key : {"Patch-Drawdown",
                           "AMLA",
                           "DataExportFlag",
@@ -97,7 +97,8 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                           "LongLHDNQR",
                           "BaseIndexes",
                           "SaveMark",
-                          "YearIndexes"}) {
+                          "YearIndexes",
+                          "ReasonIndexes"}) {
     EXPECT_EQ(ReadSetting(office.session.Main(), key), "1") << key;
   }
   auto shape = office.Shape();
@@ -201,7 +202,8 @@ TEST(ConnectSequenceTest, AnExistingOfficeGetsItsIndexes) {
       {"ChargeIndex", {"ChargeMast.IX_ChargeMast_LoanID_PType_TrxDate_ChargeAmt"}},
       {"YearIndexes",
        {"PaymentMast.IX_PaymentMast_PayDate_CompCode_Amounts",
-        "DrawDownMast.IX_DrawDownMast_TrxDate_CompCode_DrawDownAmt"}}};
+        "DrawDownMast.IX_DrawDownMast_TrxDate_CompCode_DrawDownAmt"}},
+      {"ReasonIndexes", {"PaymentMast.IX_PaymentMast_AMLACode", "LoanMast.IX_LoanMast_AMLACode"}}};
   for (const auto& [key, indexes] : patches) {
     for (const bool has_one : {false, true}) {
       SCOPED_TRACE(fmt::format("{} {}", key, has_one));

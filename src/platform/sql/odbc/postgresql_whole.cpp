@@ -10,6 +10,7 @@
 #include "platform/sql/odbc/odbc_error.h"
 #include "platform/sql/odbc/odbc_postgresql_dialect.h"
 #include "platform/sql/odbc/odbc_postgresql_error.h"
+#include "platform/sql/open_rows.h"
 #include "platform/sql/text.h"
 
 namespace kaunter::sql {
@@ -325,7 +326,8 @@ void PostgresWhole::ReadKeys(std::vector<WholeTable>* tables) {
            "pg_constraint k ON k.conindid = i.oid AND k.contype IN ('p','u') WHERE "
            "t.relnamespace = current_schema()::regnamespace AND t.relkind IN ('r','p') AND "
            "i.relname NOT LIKE '%." +
-               std::string(kInsideTexts) + "' ORDER BY t.relname, i.relname",
+               std::string(kInsideTexts) + "' AND i.relname NOT LIKE '%." + std::string(kOpenRows) +
+               "' ORDER BY t.relname, i.relname",
            7)) {
     while (at < tables->size() && (*tables)[at].name != line[0]) ++at;
     if (at == tables->size()) return;
