@@ -222,15 +222,15 @@ BEGIN
   END LOOP;
   RETURN r || '$';
 END $$;
--- Trailing blanks of the text are ignored, and yet a pattern that wants them finds them. Not
--- STRICT: only so does the server put it into the statement, where a pattern that is known leaves
+-- Trailing blanks of the text are ignored, and yet a pattern that wants them finds them: one with a
+-- letter behind its last blank, "_" or set cannot want any. Not STRICT: only so does the server put it into the statement, where a pattern that is known leaves
 -- one comparison over, which an index may answer.
 CREATE OR REPLACE FUNCTION kaunter_sql.k_like(x bpchar, p bpchar) RETURNS boolean
   LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
   SELECT CASE WHEN strpos(kaunter_sql.k_raw(p) COLLATE "C", '[') = 0
     THEN kaunter_sql.k_fold(x::text) COLLATE "C" LIKE kaunter_sql.k_fold(kaunter_sql.k_raw(p)) ESCAPE ''
     ELSE kaunter_sql.k_fold(x::text) COLLATE "C" ~ kaunter_sql.k_pattern(kaunter_sql.k_raw(p), '') END
-  OR (kaunter_sql.k_raw(p) COLLATE "C" ~ '[][ _]' AND octet_length(x) <> octet_length(x::text) AND
+  OR (kaunter_sql.k_raw(p) COLLATE "C" ~ '[][ _]%*$' AND octet_length(x) <> octet_length(x::text) AND
       kaunter_sql.k_fold(kaunter_sql.k_raw(x)) COLLATE "C" ~ kaunter_sql.k_pattern(kaunter_sql.k_raw(p), '')) $$;
 CREATE OR REPLACE FUNCTION kaunter_sql.k_like(x bpchar, p bpchar, esc bpchar) RETURNS boolean
   LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
