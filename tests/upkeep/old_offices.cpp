@@ -144,7 +144,8 @@ Shape ServerPlace::ShapeOf() const {
   }
   for (const auto& index :
        AskServer(name_,
-                 "SELECT tablename,substring(indexdef from '\\((.*)\\)') FROM pg_indexes "
+                 "SELECT tablename,regexp_replace(substring(indexdef from '\\((.*)\\)'),"
+                 "'\\s+',' ','g') FROM pg_indexes "
                  "WHERE schemaname='public'")) {
     shape.indexes.insert(fmt::format("{}({})", index[0], index[1]));
   }

@@ -13,7 +13,7 @@
 namespace kaunter::sql {
 
 // Raised with every change of the text; a database with an older number is brought up to it.
-inline constexpr int kPostgresFunctionsVersion = 4;
+inline constexpr int kPostgresFunctionsVersion = 5;
 
 // Statements for PostgreSQL that make the schema, or bring it up to date.
 std::string PostgresFunctions();
