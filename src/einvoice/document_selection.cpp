@@ -130,6 +130,15 @@ void ExpectOwnCompany(Session& session, const std::string& comp_code) {
                   fmt::format("语句给出了公司 {} 的单据", comp_code)}));
 }
 
+void ReadRecorded(Connection& main, InvoiceLine& line) {
+  const std::string id = QuoteStr(line.id());
+  line.cells[kUuid] = ScalarQuery(main, "SELECT uuid FROM EinvMast WHERE eInvID=" + id);
+  line.cells[kStatus] = ScalarQuery(main, "SELECT lhdnstatus FROM EinvMast WHERE eInvID=" + id);
+  if (!line.uuid().empty()) {
+    line.cancel_uuid = ScalarQuery(main, "SELECT Canceluuid FROM EinvMast WHERE eInvID=" + id);
+  }
+}
+
 // What only this program keeps: marks, and cancellations that are recorded.
 void TakeMarks(Session& session, SendMode mode, std::vector<InvoiceLine>& lines) {
   std::vector<SendingMarks::Line> keys;
@@ -140,6 +149,11 @@ void TakeMarks(Session& session, SendMode mode, std::vector<InvoiceLine>& lines)
     const auto mark = marks.find(line.key());
     if (mark == marks.end()) continue;
     line.mark = mark->second;
+    const std::string& known = mode == SendMode::submit ? line.uuid() : line.cancel_uuid;
+    // Another desktop has recorded it since the line was read: it would go out twice.
+    if (line.mark.state == SendingMark::State::recorded && known != line.mark.uuid) {
+      ReadRecorded(session.Main(), line);
+    }
     const bool unrecorded = line.mark.state == SendingMark::State::answered;
     if (mode != SendMode::submit || !unrecorded || line.uuid() == line.mark.uuid) continue;
     line.cells[kUuid] = line.mark.uuid;
@@ -167,12 +181,7 @@ std::vector<InvoiceLine> SelectDocuments(Session& session, const DocumentChoice&
       line.cells[static_cast<std::size_t>(column)] = ShownField(column, row[places[i]]);
     }
     ExpectOwnCompany(session, line.cells[kCompCode]);
-    const std::string id = QuoteStr(line.id());
-    line.cells[kUuid] = ScalarQuery(main, "SELECT uuid FROM EinvMast WHERE eInvID=" + id);
-    line.cells[kStatus] = ScalarQuery(main, "SELECT lhdnstatus FROM EinvMast WHERE eInvID=" + id);
-    if (!line.uuid().empty()) {
-      line.cancel_uuid = ScalarQuery(main, "SELECT Canceluuid FROM EinvMast WHERE eInvID=" + id);
-    }
+    ReadRecorded(main, line);
     if (line.Credit()) FindSource(main, line.cells);
     lines.push_back(std::move(line));
     progress(static_cast<int>(lines.size()), total);
