@@ -130,6 +130,14 @@ void ExpectOwnCompany(Session& session, const std::string& comp_code) {
                   fmt::format("语句给出了公司 {} 的单据", comp_code)}));
 }
 
+std::map<SendingMarks::Line, SendingMark> MarksOf(Session& session, SendMode mode,
+                                                  const std::vector<InvoiceLine>& lines) {
+  std::vector<SendingMarks::Line> keys;
+  keys.reserve(lines.size());
+  for (const InvoiceLine& line : lines) keys.push_back(line.key());
+  return SendingMarks(session, NameOf(mode)).Read(keys);
+}
+
 void ReadRecorded(Connection& main, InvoiceLine& line) {
   const std::string id = QuoteStr(line.id());
   line.cells[kUuid] = ScalarQuery(main, "SELECT uuid FROM EinvMast WHERE eInvID=" + id);
@@ -139,26 +147,12 @@ void ReadRecorded(Connection& main, InvoiceLine& line) {
   }
 }
 
-// What only this program keeps: marks, and cancellations that are recorded.
-void TakeMarks(Session& session, SendMode mode, std::vector<InvoiceLine>& lines) {
-  std::vector<SendingMarks::Line> keys;
-  keys.reserve(lines.size());
-  for (const InvoiceLine& line : lines) keys.push_back(line.key());
-  const auto marks = SendingMarks(session, NameOf(mode)).Read(keys);
-  for (InvoiceLine& line : lines) {
-    const auto mark = marks.find(line.key());
-    if (mark == marks.end()) continue;
-    line.mark = mark->second;
-    const std::string& known = mode == SendMode::submit ? line.uuid() : line.cancel_uuid;
-    // Another desktop has recorded it since the line was read: it would go out twice.
-    if (line.mark.state == SendingMark::State::recorded && known != line.mark.uuid) {
-      ReadRecorded(session.Main(), line);
-    }
-    const bool unrecorded = line.mark.state == SendingMark::State::answered;
-    if (mode != SendMode::submit || !unrecorded || line.uuid() == line.mark.uuid) continue;
-    line.cells[kUuid] = line.mark.uuid;
-    line.cells[kStatus].clear();  // of the one that was recorded before
-  }
+// A uuid that the service gave and the office's record does not have yet.
+void TakeAnswered(SendMode mode, InvoiceLine& line) {
+  const bool unrecorded = line.mark.state == SendingMark::State::answered;
+  if (mode != SendMode::submit || !unrecorded || line.uuid() == line.mark.uuid) return;
+  line.cells[kUuid] = line.mark.uuid;
+  line.cells[kStatus].clear();  // of the one that was recorded before
 }
 
 }  // namespace
@@ -181,12 +175,18 @@ std::vector<InvoiceLine> SelectDocuments(Session& session, const DocumentChoice&
       line.cells[static_cast<std::size_t>(column)] = ShownField(column, row[places[i]]);
     }
     ExpectOwnCompany(session, line.cells[kCompCode]);
+    lines.push_back(std::move(line));
+  }
+  // The marks before the uuids: another desktop that gets ahead in between is seen in one of them.
+  const auto marks = MarksOf(session, choice.mode, lines);
+  int done = 0;
+  for (InvoiceLine& line : lines) {
+    if (const auto mark = marks.find(line.key()); mark != marks.end()) line.mark = mark->second;
     ReadRecorded(main, line);
     if (line.Credit()) FindSource(main, line.cells);
-    lines.push_back(std::move(line));
-    progress(static_cast<int>(lines.size()), total);
+    TakeAnswered(choice.mode, line);
+    progress(++done, total);
   }
-  TakeMarks(session, choice.mode, lines);
   for (InvoiceLine& line : lines) {
     const LineState state = StateOf(line);
     line.tone = !line.uuid().empty()          ? RowTone::warn
