@@ -231,17 +231,16 @@ void PatchReasonIndexes(Start& start) {
 
 // Of the engine, not of the office: one that moves to a server gets them there. Without them all is
 // found as well, by reading everything.
-void IndexSearchedTexts(Start& start) {
-  try {
-    IndexInsideTexts(start.main(), IndexedTexts());
-  } catch (const SqlError& failure) {
-    LogRollback(start.session, "Search index", failure);
-  }
-  try {
-    IndexOpenRows(start.main(), kOpenInstalments);
-  } catch (const SqlError& failure) {
-    LogRollback(start.session, "Index of open instalments", failure);
-  }
+void MakeEngineIndexes(Start& start) {
+  const auto make = [&](const char* what, const auto& work) {
+    try {
+      work();
+    } catch (const SqlError& failure) {
+      LogRollback(start.session, what, failure);
+    }
+  };
+  make("Search index", [&] { IndexInsideTexts(start.main(), IndexedTexts()); });
+  make("Index of open instalments", [&] { IndexOpenRows(start.main(), kOpenInstalments); });
 }
 
 void PatchEInvCodes(Start& start) {
@@ -306,7 +305,7 @@ const std::vector<Step>& Steps() {
       PatchOnce(patches::kMoveIn),
       PatchOnce(patches::kWatchListCopy),
       PatchOnce(patches::kLongQR),
-      Table("SearchedTexts", IndexSearchedTexts),
+      Table("EngineIndexes", MakeEngineIndexes),
       PatchWith(patches::kBaseIndexes, PatchBaseIndexes),
       PatchOnce(patches::kSaveMark),
       PatchWith(patches::kYearIndexes, PatchYearIndexes),

@@ -68,7 +68,7 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                   "EInvCancel", "LocalClientSecret", "OrgDueDate2", "LHDNQR", "LastDownDate",
                   "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex",
                   "CompanyPictures", "CashBookOpening", "EInvSending", "PaymentReaderLine",
-                  "EInvCodes", "MoveIn", "WatchListCopy", "LongLHDNQR", "SearchedTexts",
+                  "EInvCodes", "MoveIn", "WatchListCopy", "LongLHDNQR", "EngineIndexes",
                   "BaseIndexes", "SaveMark", "YearIndexes", "ReasonIndexes"));
   for (const char* key : {"Patch-Drawdown",
                           "AMLA",

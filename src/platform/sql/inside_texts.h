@@ -24,9 +24,4 @@ void IndexInsideTexts(Connection& connection, const std::vector<SearchedTexts>& 
 // They are there; found out by IndexInsideTexts on this connection.
 bool AreTextsIndexed(const Connection& connection);
 
-namespace sql {
-// Behind the table's name and a point: no index that a statement asks for has this name.
-inline constexpr std::string_view kInsideTexts = "Inside";
-}  // namespace sql
-
 }  // namespace kaunter

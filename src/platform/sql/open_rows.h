@@ -22,9 +22,4 @@ std::string OpenDay(const OpenRowsOf& rows, std::string_view alias);
 // happens on another engine. Throws SqlError where it could be made and is not.
 void IndexOpenRows(Connection& connection, const OpenRowsOf& rows);
 
-namespace sql {
-// Behind the table's name and a point: no index that a statement asks for has this name.
-inline constexpr std::string_view kOpenRows = "Open";
-}  // namespace sql
-
 }  // namespace kaunter

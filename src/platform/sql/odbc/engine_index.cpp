@@ -20,6 +20,11 @@ bool IsThere(OdbcSession& session, std::string_view table, std::string_view name
 
 }  // namespace
 
+std::string IsNoEngineIndex(std::string_view name) {
+  return fmt::format("({0} NOT LIKE '%.{1}' AND {0} NOT LIKE '%.{2}')", name, kInsideTexts,
+                     kOpenRows);
+}
+
 bool MakeEngineIndex(Connection& connection, std::string_view table, std::string_view name,
                      const std::string& rest, const std::string& before) {
   auto* server = dynamic_cast<OdbcConnection*>(&connection);

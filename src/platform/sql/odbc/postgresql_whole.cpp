@@ -6,11 +6,10 @@
 #include <charconv>
 
 #include "platform/date_time.h"
-#include "platform/sql/inside_texts.h"
+#include "platform/sql/odbc/engine_index.h"
 #include "platform/sql/odbc/odbc_error.h"
 #include "platform/sql/odbc/odbc_postgresql_dialect.h"
 #include "platform/sql/odbc/odbc_postgresql_error.h"
-#include "platform/sql/open_rows.h"
 #include "platform/sql/text.h"
 
 namespace kaunter::sql {
@@ -324,10 +323,8 @@ void PostgresWhole::ReadKeys(std::vector<WholeTable>* tables) {
            "pg_attribute a ON a.attrelid = t.oid AND a.attnum = x.indkey[p]) FROM pg_index x JOIN "
            "pg_class i ON i.oid = x.indexrelid JOIN pg_class t ON t.oid = x.indrelid LEFT JOIN "
            "pg_constraint k ON k.conindid = i.oid AND k.contype IN ('p','u') WHERE "
-           "t.relnamespace = current_schema()::regnamespace AND t.relkind IN ('r','p') AND "
-           "i.relname NOT LIKE '%." +
-               std::string(kInsideTexts) + "' AND i.relname NOT LIKE '%." + std::string(kOpenRows) +
-               "' ORDER BY t.relname, i.relname",
+           "t.relnamespace = current_schema()::regnamespace AND t.relkind IN ('r','p') AND " +
+               IsNoEngineIndex("i.relname") + " ORDER BY t.relname, i.relname",
            7)) {
     while (at < tables->size() && (*tables)[at].name != line[0]) ++at;
     if (at == tables->size()) return;
