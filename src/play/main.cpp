@@ -69,6 +69,7 @@ int main(int argc, char** argv) {
   using namespace kaunter;
   SettleProcess();
   SetInstallation(InstallationAt(ProgramFolder(argv[0])));
+  FindPluginsIn(ThisInstallation().programs);
   try {
     const PlayOptions options = ParsePlayOptions({argv + 1, argv + argc});
     if (options.help) {

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "play/script.h"
-#include "qtservices/headless.h"
 #include "qtservices/picture_file.h"
 #include "qtservices/xlsx_file.h"
 #include "screen/text.h"
@@ -172,7 +171,6 @@ void PlayDesk::WriteWorkbook(const ReportRows& rows, const std::string& path) {
 void PlayDesk::Copy(std::string_view text) { transcript_.Note("copied\n" + std::string(text)); }
 
 PictureDesk::Made PlayDesk::MakeJpeg(const std::string& source, const std::string& target) {
-  EnsureHeadlessGui();  // the reader and writer of a format lie beside a program that Qt knows
   return WriteAsJpeg(source, target);
 }
 

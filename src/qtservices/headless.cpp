@@ -10,6 +10,10 @@
 
 namespace kaunter {
 
+void FindPluginsIn(const std::string& folder) {
+  QCoreApplication::addLibraryPath(QString::fromStdString(folder));
+}
+
 void EnsureHeadlessGui() {
   if (QCoreApplication::instance() != nullptr) return;
   qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -20,9 +24,7 @@ void EnsureHeadlessGui() {
   static int count = 1;
   static char name[] = "kaunter-play";
   static char* arguments[] = {name, nullptr};
-  // Never destroyed: at the end of the process what Qt made after it is gone before it.
-  static const QGuiApplication* const application = new QGuiApplication(count, arguments);
-  static_cast<void>(application);
+  static QGuiApplication application(count, arguments);
   // Qt takes the user's locale for the whole process.
   std::setlocale(LC_NUMERIC, "C");
   LoadShippedFonts();
