@@ -94,6 +94,20 @@ std::string FileStore::Place(const File& file) const {
   return fmt::format("{}/{}/{}", photo_path_, file.folder, file.name);
 }
 
+FtpWatch FileStore::WatchOver(const bool& stop, std::int64_t& done, std::int64_t& total) {
+  FtpWatch watch;
+  watch.stop_asked = [this, &stop] {
+    const std::lock_guard look(mutex_);
+    return stop || ending_;
+  };
+  watch.moved = [this, &done, &total](std::int64_t so_far, std::int64_t all) {
+    const std::lock_guard look(mutex_);
+    done = so_far;
+    total = all;
+  };
+  return watch;
+}
+
 // --- sending
 
 // Each asking has a note of its own: one that comes while the file is under way may be for other
@@ -177,16 +191,7 @@ void FileStore::SendRound(std::unique_lock<std::mutex>& lock) {
   sending_.name = "...";  // until it is known which comes first
   send_asked_ = false;
   FtpLine line(server_);
-  FtpWatch watch;
-  watch.stop_asked = [this] {
-    const std::lock_guard look(mutex_);
-    return stop_sending_ || ending_;
-  };
-  watch.moved = [this](std::int64_t done, std::int64_t total) {
-    const std::lock_guard look(mutex_);
-    sending_.done = done;
-    sending_.total = total;
-  };
+  const FtpWatch watch = WatchOver(stop_sending_, sending_.done, sending_.total);
   lock.unlock();
   Marks marks = ReadMarks();
   std::error_code error;
@@ -267,16 +272,7 @@ std::pair<std::int64_t, std::int64_t> FileStore::fetching() const {
 }
 
 void FileStore::FetchLoop() {
-  FtpWatch watch;
-  watch.stop_asked = [this] {
-    const std::lock_guard look(mutex_);
-    return stop_fetching_ || ending_;
-  };
-  watch.moved = [this](std::int64_t done, std::int64_t total) {
-    const std::lock_guard look(mutex_);
-    fetch_done_ = done;
-    fetch_total_ = total;
-  };
+  const FtpWatch watch = WatchOver(stop_fetching_, fetch_done_, fetch_total_);
   std::unique_lock lock(mutex_);
   while (true) {
     wake_.wait(lock, [this] { return ending_ || !wanted_.empty(); });

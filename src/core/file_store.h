@@ -82,6 +82,8 @@ class FileStore {
 
   std::string Place(const File& file) const;
   Marks ReadMarks() const;
+  // Of one direction: what asks for its end, and the bytes of the file under way.
+  FtpWatch WatchOver(const bool& stop, std::int64_t& done, std::int64_t& total);
   void SendLoop();
   void SendRound(std::unique_lock<std::mutex>& lock);
   void FetchLoop();
