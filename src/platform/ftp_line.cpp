@@ -20,7 +20,9 @@ constexpr long kConnectSeconds = 10;
 constexpr long kSilentSeconds = 30;        // without a byte or an answer
 constexpr long kTidySeconds = 3;           // for taking away what is of no use any more
 constexpr std::size_t kLongestName = 255;  // bytes, on most disks
-constexpr int kRenames = 4;                // while another PC gives the same name
+// One is lost to the file that has the name, and one at most to each other PC that gives it in the
+// same moment.
+constexpr int kRenames = 12;
 
 bool HasControls(std::string_view text) {
   return std::any_of(text.begin(), text.end(), [](char c) {
