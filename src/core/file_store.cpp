@@ -23,16 +23,6 @@ constexpr const char* kRoot = "VKTPIC";
 constexpr auto kTryAgain = std::chrono::minutes(5);
 constexpr auto kLetBe = std::chrono::minutes(1);  // a server that did not answer
 constexpr auto kFresh = std::chrono::seconds(2);
-constexpr auto kForgotten = std::chrono::hours(24);
-
-// What a transfer that was cut has left long ago.
-void SweepParts(const fs::path& folder) {
-  std::error_code error;
-  const auto old = fs::file_time_type::clock::now() - kForgotten;
-  for (const auto& entry : fs::directory_iterator(folder, error)) {
-    if (entry.last_write_time(error) < old && !error) fs::remove(entry.path(), error);
-  }
-}
 
 std::unique_ptr<FileStore>& TheStore() {
   static std::unique_ptr<FileStore> store;
@@ -69,7 +59,7 @@ FileStore::FileStore(std::string photo_path, FtpServer server)
   for (const char* folder : {".unsent", ".incoming"}) {
     fs::create_directories(fs::path(photo_path_) / folder);
   }
-  SweepParts(fs::path(photo_path_) / ".incoming");
+  ClearForgottenParts(photo_path_ + "/.incoming");
   sending_.waiting = static_cast<int>(ReadMarks().size());
   sender_ = std::thread([this] { SendLoop(); });
   fetcher_ = std::thread([this] { FetchLoop(); });

@@ -17,6 +17,7 @@
 #include "core/sql_literals.h"
 #include "core/texts.h"
 #include "core/values.h"
+#include "platform/disk.h"
 #include "platform/private_file.h"
 #include "platform/sql/waiting.h"
 #include "platform/whole_file.h"
@@ -69,7 +70,7 @@ std::string Beside(const Session& session) {
 void GiveName(const std::string& beside, const std::string& kept) {
   MakePrivate(beside);
   SyncFile(beside);
-  fs::rename(beside, kept);
+  TakeName(beside, kept);
 }
 
 std::string KeepAs(const Session& session, std::string_view folder, const std::string& source,

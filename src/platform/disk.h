@@ -24,4 +24,9 @@ std::string ReserveRoom(const std::string& path, std::uint64_t bytes);
 // another process takes at the same moment, stays as it is.
 void TakeEmptyPlace(const std::filesystem::path& whole, const std::filesystem::path& empty);
 
+// Gives `whole` the name `name`, which it takes from the file that has it. Windows refuses that for
+// as long as somebody has that file open: who only looks into it is waited for a moment. Throws
+// std::filesystem::filesystem_error.
+void TakeName(const std::filesystem::path& whole, const std::filesystem::path& name);
+
 }  // namespace kaunter

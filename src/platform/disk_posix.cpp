@@ -68,4 +68,8 @@ void TakeEmptyPlace(const std::filesystem::path& whole, const std::filesystem::p
   close(fd);
 }
 
+void TakeName(const std::filesystem::path& whole, const std::filesystem::path& name) {
+  std::filesystem::rename(whole, name);
+}
+
 }  // namespace kaunter

@@ -10,6 +10,8 @@ namespace kaunter {
 namespace {
 
 constexpr int kDiskQuotaExceeded = 1295;  // mingw's header has no name for it
+constexpr int kNameTries = 50;
+constexpr DWORD kBetweenNameTries = 20;  // milliseconds
 
 }  // namespace
 
@@ -62,6 +64,17 @@ void TakeEmptyPlace(const std::filesystem::path& whole, const std::filesystem::p
                      SetFileInformationByHandle(file, FileDispositionInfo, &gone, sizeof gone);
   CloseHandle(file);
   if (taken) MoveFileExW(whole.c_str(), empty.c_str(), 0);
+}
+
+void TakeName(const std::filesystem::path& whole, const std::filesystem::path& name) {
+  for (int tries = kNameTries; !MoveFileExW(whole.c_str(), name.c_str(), MOVEFILE_REPLACE_EXISTING);
+       Sleep(kBetweenNameTries)) {
+    const DWORD error = GetLastError();
+    const bool held = error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION;
+    if (held && --tries > 0) continue;
+    throw std::filesystem::filesystem_error("no name", whole, name,
+                                            {static_cast<int>(error), std::system_category()});
+  }
 }
 
 }  // namespace kaunter

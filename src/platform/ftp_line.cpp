@@ -7,6 +7,7 @@
 #include <fstream>
 #include <utility>
 
+#include "platform/disk.h"
 #include "platform/private_file.h"
 #include "platform/whole_file.h"
 
@@ -267,7 +268,7 @@ FtpResult FtpLine::Fetch(const std::vector<std::string>& folders, const std::str
   if (fetched.end == End::done) {
     try {
       SyncFile(beside);
-      fs::rename(beside, place);
+      TakeName(beside, place);
       return fetched;
     } catch (const std::exception& failure) {
       fetched = {End::refused, failure.what()};

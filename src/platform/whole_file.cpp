@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -12,12 +13,17 @@
 #include <string_view>
 
 #include "platform/digest.h"
+#include "platform/disk.h"
 #include "platform/private_file.h"
 
 namespace kaunter {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr const char* kPart = "kaunter-";
+constexpr const char* kPartEnding = ".part";
+constexpr auto kForgotten = std::chrono::hours(24);
 
 [[noreturn]] void Refuse(const std::string& path, const std::string& why) {
   throw std::runtime_error(fmt::format(
@@ -28,7 +34,10 @@ namespace fs = std::filesystem;
 
 void WriteWholeFile(const std::string& path, const std::function<void(std::ostream&)>& write,
                     FileReach reach) {
-  const std::string beside = path + ".part";
+  const fs::path place = path;
+  const fs::path folder = place.has_parent_path() ? place.parent_path() : ".";
+  const std::string beside = (folder / FreeFileName()).string();
+  ClearForgottenParts(folder.string());
   try {
     errno = 0;
     std::ofstream file = OpenPrivate(beside, std::ios::binary | std::ios::trunc);
@@ -39,8 +48,8 @@ void WriteWholeFile(const std::string& path, const std::function<void(std::ostre
     file.close();
     if (!file) Refuse(path, errno == 0 ? "not all of it was taken" : strerror(errno));
     SyncFile(beside);
-    fs::rename(beside, path);
-    SyncFolder(fs::absolute(path).parent_path());  // what is written next may count on it
+    TakeName(beside, path);
+    SyncFolder(folder);  // what is written next may count on it
   } catch (const fs::filesystem_error& failure) {
     std::error_code ignored;
     fs::remove(beside, ignored);
@@ -79,7 +88,17 @@ std::string FileNameOf(const std::string& name) {
 std::string FreeFileName() {
   std::array<unsigned char, 8> chance{};
   FillWithRandom(chance);
-  return fmt::format("kaunter-{:02x}.part", fmt::join(chance, ""));
+  return fmt::format("{}{:02x}{}", kPart, fmt::join(chance, ""), kPartEnding);
+}
+
+void ClearForgottenParts(const std::string& folder) {
+  std::error_code error;
+  const auto old = fs::file_time_type::clock::now() - kForgotten;
+  for (const auto& entry : fs::directory_iterator(folder, error)) {
+    const std::string name = entry.path().filename().string();
+    if (!name.starts_with(kPart) || !name.ends_with(kPartEnding)) continue;
+    if (entry.last_write_time(error) < old && !error) fs::remove(entry.path(), error);
+  }
 }
 
 }  // namespace kaunter

@@ -10,7 +10,8 @@ namespace kaunter {
 // Who may read it: whom the folder tells (platform/private_file.h), or its owner alone.
 enum class FileReach { kFolder, kOwner };
 
-// Writes beside the place and takes it when all is on the disk. Throws std::runtime_error that
+// Writes beside the place, under a name that no other writer has, and takes it when all is on the
+// disk; of several writers the last one's file stands. Throws std::runtime_error that
 // names the file and says why; nothing is left then, and what was there before stays as it was.
 void WriteWholeFile(const std::string& path, const std::function<void(std::ostream&)>& write,
                     FileReach reach = FileReach::kFolder);
@@ -25,5 +26,8 @@ std::string FileNameOf(const std::string& name);
 
 // A name that no other file has: for one that is not whole yet.
 std::string FreeFileName();
+
+// Takes away files of such names on which nobody has worked for a day: their writers are dead.
+void ClearForgottenParts(const std::string& folder);
 
 }  // namespace kaunter

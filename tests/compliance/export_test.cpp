@@ -1,9 +1,7 @@
 // The exporter: who may run what, what is put into a statement, and files that another reader takes
 // as they were meant.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -13,7 +11,6 @@
 #include "compliance/npl_exportfrm.h"
 #include "core/schema_text.h"
 #include "platform/sql/waiting.h"
-#include "platform/whole_file.h"
 #include "screen/cancel_offer.h"
 #include "tests/core/office.h"
 #include "tests/screen/stopped_bar.h"
@@ -264,24 +261,6 @@ TEST(ExportFile, AnotherReaderFindsEachFieldWhatSignsSoeverItHolds) {
     }
     EXPECT_EQ(ReadLine(ExportLine(fields, quote)), expected) << ExportLine(fields, quote);
   }
-}
-
-TEST(ExportFile, AFullDiskLeavesTheFileThatWasThereAndNoOther) {
-  TempFolder folder;
-  const std::string path = folder.File("a.csv");
-  WriteWholeFile(path, [](std::ostream& out) { out << "old"; });
-  signal(SIGXFSZ, SIG_IGN);
-  rlimit usual = {};
-  getrlimit(RLIMIT_FSIZE, &usual);
-  const rlimit small = {100'000, usual.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
-  EXPECT_THROW(WriteWholeFile(path, [](std::ostream& out) { out << std::string(200'000, 'x'); }),
-               std::runtime_error);
-  setrlimit(RLIMIT_FSIZE, &usual);
-  std::ifstream file(path);
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "old");
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
-  EXPECT_EQ(FileNameOf("a/b:\"陈\"\n"), "a_b__陈__");
 }
 
 }  // namespace
