@@ -1,5 +1,5 @@
 // What stands between a desktop and its PostgreSQL server on loopback, and cuts the line at a
-// commit.
+// commit, or lets nothing more through.
 #pragma once
 
 #include <arpa/inet.h>
@@ -10,6 +10,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <mutex>
 #include <stdexcept>
 #include <string>
@@ -56,6 +57,9 @@ class CuttingProxy {
     cut_ = cut;
   }
   void ComeBack() { away_ = false; }
+  // Calls are taken and lines stay open, but nothing passes, as at a server whose processes stand
+  // still.
+  void Hold(bool hold) { holds_ = hold; }
   int cuts() const { return cuts_; }
 
  private:
@@ -98,6 +102,10 @@ class CuttingProxy {
     bool keep_server = false;
     std::array<char, 65536> buffer{};
     while (open && !ends_) {
+      if (holds_) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        continue;
+      }
       pollfd both[] = {{desktop, POLLIN, 0}, {server, POLLIN, 0}};
       if (poll(both, 2, 20) <= 0) continue;
       std::string_view seen;
@@ -136,6 +144,7 @@ class CuttingProxy {
   std::atomic<Cut> cut_ = Cut::never;
   std::atomic<bool> and_away_ = false;
   std::atomic<bool> away_ = false;
+  std::atomic<bool> holds_ = false;
   std::atomic<bool> ends_ = false;
   std::atomic<int> cuts_ = 0;
   std::mutex mutex_;

@@ -6,6 +6,7 @@
 
 #include "platform/sql/data_source.h"
 #include "platform/sql/odbc/odbc_connection.h"
+#include "platform/sql/waiting.h"
 #include "tests/platform/support/test_engine.h"
 #include "tests/support/cutting_proxy.h"
 #include "tests/support/odbc_driver.h"
@@ -128,6 +129,32 @@ TEST_F(OdbcOutlive, ATransactionThatIsStillOpenOnTheServerIsWaitedFor) {
   EXPECT_GE(std::chrono::steady_clock::now() - begin, milliseconds(700));
   end.join();
   EXPECT_EQ(Paid(), "1 ");
+}
+
+// The wish to stop goes to a server that does not hear it.
+TEST_F(OdbcOutlive, AStopIsNotHeldUpByAServerThatStandsStill) {
+  using Time = std::chrono::steady_clock;
+  for (const bool within : {false, true}) {
+    SCOPED_TRACE(within);
+    if (within) desk->BeginTrans();
+    desk->Query("SELECT COUNT(*) FROM Paid");
+    proxy.Hold(true);
+    const auto begin = Time::now();
+    int asked = 0;  // whoever paints the windows is not held up either
+    {
+      const MayStop stop([&] {
+        ++asked;
+        return Time::now() - begin > milliseconds(300);
+      });
+      EXPECT_THROW(desk->Query("SELECT COUNT(*) FROM Paid"), SqlError);
+    }
+    if (within) desk->RollbackTrans();
+    EXPECT_LT(Time::now() - begin, std::chrono::seconds(8));
+    EXPECT_GT(asked, 100);
+    proxy.Hold(false);
+    EXPECT_EQ(Told(1), "stored");
+    plain->Execute("DELETE FROM Paid");
+  }
 }
 
 // What it has read is another thing by now: it must not be stored on that.

@@ -4,6 +4,7 @@
 
 #include "platform/sql/data_source.h"
 #include "platform/sql/odbc/odbc_string.h"
+#include "platform/sql/waiting.h"
 
 namespace kaunter {
 namespace sql {
@@ -59,8 +60,8 @@ OdbcOutcome OdbcConnection::Ask(const Asked& asked) {
         if (within) record_.Keep(asked, failure);
         throw;
       }
-      const bool goes_on =
-          Outlives() && times < kMostTimes && (within ? TakeUp() : asked.OnlyReads());
+      const bool goes_on = Outlives() && times < kMostTimes && !StopAsked() &&
+                           (within ? TakeUp() : asked.OnlyReads());
       if (!goes_on) throw;
     }
   }
@@ -108,7 +109,7 @@ void OdbcConnection::DoBeginReading() {
     try {
       return link.dialect->BeginReading(link.session);
     } catch (const SqlError&) {
-      if (again || !Outlives() || !Lost()) throw;
+      if (again || !Outlives() || !Lost() || StopAsked()) throw;
     }
   }
 }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "platform/sql/odbc/odbc_error.h"
@@ -18,6 +19,22 @@ namespace {
 constexpr std::string_view kProbes[] = {"陈😀", "陈"};
 
 SQLPOINTER AsPointer(std::uintptr_t number) { return reinterpret_cast<SQLPOINTER>(number); }
+
+// The driver manager does not let go of a connection inside a transaction.
+void Disconnect(const OdbcHandle& link) {
+  if (SQL_SUCCEEDED(SQLDisconnect(link.get()))) return;
+  SQLEndTran(SQL_HANDLE_DBC, link.get(), SQL_ROLLBACK);
+  SQLDisconnect(link.get());
+}
+
+// What a driver works on that nobody waits for any more.
+struct Held {
+  OdbcHandle environment, link, statement;
+  ~Held() {
+    statement = OdbcHandle();
+    Disconnect(link);
+  }
+};
 
 bool IsAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(),
@@ -58,7 +75,7 @@ OdbcSession::OdbcSession(std::string name, const std::string& odbc_string, int l
 }
 
 OdbcSession::~OdbcSession() {
-  if (in_transaction_) SQLEndTran(SQL_HANDLE_DBC, link_.get(), SQL_ROLLBACK);
+  if (in_transaction_ && connected_) SQLEndTran(SQL_HANDLE_DBC, link_.get(), SQL_ROLLBACK);
   GiveUp();
 }
 
@@ -131,20 +148,24 @@ bool OdbcSession::ComesBack(std::string_view probe) {
 
 SQLRETURN OdbcSession::Execute(const OdbcHandle& statement, std::string_view sql) {
   if (wide_) {
-    std::u16string text = ToUtf16(sql);
     return worker_.Run(
-        [&] { return SQLExecDirectW(statement.get(), AsWide(text.data()), SQL_NTS); },
+        [handle = statement.get(), text = ToUtf16(sql)]() mutable {
+          return SQLExecDirectW(handle, AsWide(text.data()), SQL_NTS);
+        },
         statement.get());
   }
-  std::string text(sql);
-  return worker_.Run([&] { return SQLExecDirect(statement.get(), AsNarrow(text.data()), SQL_NTS); },
-                     statement.get());
+  return worker_.Run(
+      [handle = statement.get(), text = std::string(sql)]() mutable {
+        return SQLExecDirect(handle, AsNarrow(text.data()), SQL_NTS);
+      },
+      statement.get());
 }
 
 // Where a server runs a batch statement by statement, the rest of it runs here.
 SQLRETURN OdbcSession::MoreResults(const OdbcHandle& statement) {
   if (!IsSqlServer()) return SQLMoreResults(statement.get());
-  return worker_.Run([&] { return SQLMoreResults(statement.get()); }, statement.get());
+  return worker_.Run([handle = statement.get()] { return SQLMoreResults(handle); },
+                     statement.get());
 }
 
 // Another machine may have to say that it has written, and a dead one is waited for.
@@ -166,9 +187,13 @@ OdbcOutcome OdbcSession::Run(std::string_view sql, bool want_rows,
   // A handle serves again while nothing fails on it: a new one costs as much as a short query.
   OdbcHandle statement =
       spare_.get() != SQL_NULL_HANDLE ? std::move(spare_) : OdbcHandle(SQL_HANDLE_STMT, link_);
-  OdbcOutcome outcome = Drain(statement, Execute(statement, sql), want_rows, known);
-  if (SQL_SUCCEEDED(SQLFreeStmt(statement.get(), SQL_CLOSE))) spare_ = std::move(statement);
-  return outcome;
+  try {
+    OdbcOutcome outcome = Drain(statement, Execute(statement, sql), want_rows, known);
+    if (SQL_SUCCEEDED(SQLFreeStmt(statement.get(), SQL_CLOSE))) spare_ = std::move(statement);
+    return outcome;
+  } catch (const OdbcWorker::Unheard&) {
+    Leave(std::move(statement));
+  }
 }
 
 OdbcOutcome OdbcSession::Drain(const OdbcHandle& statement, SQLRETURN result, bool want_rows,
@@ -232,6 +257,7 @@ void OdbcSession::Rollback() {
   if (!in_transaction_) return;
   in_transaction_ = false;
   ended_by_ = 0;
+  if (!connected_) return;
   if (!SQL_SUCCEEDED(EndTransaction(SQL_ROLLBACK))) {
     constexpr int kNothingToRollBack = 3903;
     const SqlError error = ToSqlError(ReadDiagnostics(link_, wide_), IsSqlServer());
@@ -269,12 +295,27 @@ void OdbcSession::GiveUp() {
   in_transaction_ = false;
   ended_by_ = 0;
   spare_ = OdbcHandle();
-  // The driver manager does not let go of a connection inside a transaction.
-  if (connected_ && !SQL_SUCCEEDED(SQLDisconnect(link_.get()))) {
-    SQLEndTran(SQL_HANDLE_DBC, link_.get(), SQL_ROLLBACK);
-    SQLDisconnect(link_.get());
-  }
+  if (connected_) Disconnect(link_);
   connected_ = false;
+}
+
+// The server stands still, and a person does not want to wait: what is under way there is left to
+// itself, and ends with the connection should the server wake up.
+void OdbcSession::Leave(OdbcHandle statement) {
+  auto held = std::make_shared<Held>();
+  held->environment = std::move(environment_);
+  held->link = std::move(link_);
+  held->statement = std::move(statement);
+  worker_.LeaveBehind(std::move(held));
+  connected_ = false;
+  lost_ = true;
+  ended_by_ = 0;
+  const std::string told = fmt::format(
+      "The server of the connection {} to {} does not answer, and the wait for it was ended. The "
+      "next try opens the connection anew.",
+      name_, source_);
+  if (in_transaction_) throw ServerLost(ServerLost::Stored::nothing, kLostNumber, told);
+  throw SqlError(kLostNumber, told);
 }
 
 // A transaction stays open until it is rolled back: what follows in it must not pass by itself.

@@ -69,6 +69,7 @@ class OdbcSession {
   void RequireAlive() const;
   bool IsDead(const std::vector<OdbcDiagnostic>& records) const;
   void GiveUp();
+  [[noreturn]] void Leave(OdbcHandle statement);
   [[noreturn]] void ThrowLost(std::string_view when, const std::string& reason,
                               bool nothing_stored);
   // Throws for SQL_ERROR and the like; success with information passes.
