@@ -43,6 +43,7 @@ ProgressDialog::ProgressDialog(std::string_view title, QWidget* parent) : QDialo
   heading->setFont(ScaledFont(1.35, true));
   text_ = new QLabel(this);
   text_->setTextFormat(Qt::PlainText);
+  text_->setWordWrap(true);
   text_->setProperty("muted", true);
   text_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
   text_->setMinimumHeight(text_->fontMetrics().lineSpacing() * 3);

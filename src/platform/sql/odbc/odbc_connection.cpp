@@ -1,5 +1,6 @@
 #include "platform/sql/odbc/odbc_connection.h"
 
+#include <optional>
 #include <utility>
 
 #include "platform/sql/data_source.h"
@@ -42,7 +43,16 @@ std::unique_ptr<OdbcConnection::Link> OdbcConnection::NewLink() const {
 
 OdbcConnection::Link& OdbcConnection::Open() {
   if (!Lost() || InTransaction()) return *link_;
-  if (!Patiently([this] { link_ = NewLink(); })) link_ = NewLink();
+  std::optional<SqlError> refused;
+  const auto attempt = [&] {
+    try {
+      link_ = NewLink();
+    } catch (const SqlError& failure) {
+      refused = failure;
+      throw;
+    }
+  };
+  if (!Patiently(attempt)) throw *refused;  // no other try: whoever has waited is told now
   return *link_;
 }
 
