@@ -55,9 +55,9 @@ struct Load {
   int seconds;
 };
 
-enum Action { kSave, kPage, kSearch, kOpen, kHome, kActions };
-constexpr std::array<const char*, kActions> kNames = {"payment save", "picker page", "search",
-                                                      "loan opened", "home page"};
+enum Action { kSave, kPage, kSearch, kOpen, kHome, kRefresh, kActions };
+constexpr std::array<const char*, kActions> kNames = {
+    "payment save", "picker page", "search", "loan opened", "home page", "home refreshed"};
 using Durations = std::array<std::vector<double>, kActions>;  // milliseconds
 
 // Says yes; what is told beside the save stands in the way of the measure and ends it.
@@ -75,6 +75,15 @@ class ClerksDesk : public StrictDesk {
   int saved = 0;
 };
 
+// The office's clock goes on with the machine's, from the same morning for all: what desktops share
+// grows old by it.
+const auto kMorning = std::chrono::steady_clock::now();
+void SetClock(Session& session) {
+  const auto gone = std::chrono::steady_clock::now() - kMorning;
+  session.clock.Set(DateTime{2024, 1, 31, 9, 0, 0}.AddSeconds(
+      std::chrono::duration_cast<std::chrono::seconds>(gone).count()));
+}
+
 std::string Server() { return std::getenv("KAUNTER_POSTGRESQL"); }
 
 void Run(const std::string& command) {
@@ -84,7 +93,7 @@ void Run(const std::string& command) {
 void OpenOffice(Session& session, Desk& desk, const Load& load, const fs::path& folder,
                 bool create) {
   session.AppPath = folder.string();
-  session.clock.Set({2024, 1, 31, 9, 0, 0});
+  SetClock(session);
   session.CurrentUserID = "AMY";
   session.CurrentLevel = 4;
   session.CurrentCompCode = "HQ";
@@ -180,12 +189,20 @@ class Desktop {
     main_->FillAtStart();
     // A person who may see all, and so reads all figures.
     for (MenuEntry& entry : main_->menu().entries()) entry.visible = true;
-    main_->home().SignedIn();
+    HomeFigures& home = main_->home();
+    home.later = [this](HomeFigures::When when, std::function<void()> part) {
+      when_ = when;
+      part_ = std::move(part);
+    };
+    home.worth_sharing = 500;
+    home.SignedIn();
+    WaitForFigures();
     loan_ = std::make_unique<NewLoanFrm>(session_, desk_);
     loan_->Load();
   }
 
   void Do(Action action) {
+    SetClock(session_);
     switch (action) {
       case kSave:
         return SavePayment();
@@ -195,8 +212,10 @@ class Desktop {
         return ReadPage(Sought());
       case kOpen:
         return OpenLoan();
+      case kHome:
+        return ReadHome([this] { main_->home().Returned(); });
       default:
-        return ReadHome();
+        return ReadHome([this] { main_->home().Refresh(); });
     }
   }
   // What took place in `action` alone.
@@ -263,9 +282,28 @@ class Desktop {
     Measure([&] { Put(loan_->LoanID, loan); });
     if (loan_->vsd3.RowCount() != kInstalments) throw std::runtime_error(loan + " is not there");
   }
-  void ReadHome() {
-    Measure([&] { main_->home().Refresh(); });
-    if (main_->home().failed() || !main_->home().ready()) {
+  void ReadHome(const std::function<void()>& begin) {
+    Measure([&] {
+      begin();
+      WaitForFigures();
+    });
+  }
+  // Until the page shows all its figures; the while for which a window is left alone before it
+  // begins is not waited for by anybody, the figures of another desktop are.
+  void WaitForFigures() {
+    HomeFigures& home = main_->home();
+    bool begun = false;
+    while (part_) {
+      if (begun && when_ == HomeFigures::When::in_a_while) {
+        if (home.Known(home.AgeDG)) break;
+        std::this_thread::sleep_for(std::chrono::seconds(5));
+        SetClock(session_);
+      }
+      begun = true;
+      std::exchange(part_, nullptr)();
+    }
+    part_ = nullptr;
+    if (home.failed() || !home.Known(home.AgeDG) || !home.Known(home.CollectDG)) {
       throw std::runtime_error("the figures cannot be read");
     }
   }
@@ -275,16 +313,23 @@ class Desktop {
   Session session_;
   ClerksDesk desk_;
   std::unique_ptr<MainFrm> main_;
+  HomeFigures::When when_ = HomeFigures::When::soon;
+  std::function<void()> part_;
   std::unique_ptr<NewLoanFrm> loan_;
   double last_ms_ = 0;
 };
 
-// Twenty actions a minute, and of a hundred: thirty payments, nineteen first pages, nineteen
-// searches, thirty loans, two home pages: where its figures take long the window reads them anew
-// only for a person who stays.
+// Twenty actions a minute, and of two hundred: sixty payments, thirty-eight first pages,
+// thirty-eight searches, sixty loans, three returns to the home page, and once somebody has it read
+// anew.
 Action Drawn(std::mt19937& random) {
-  const int n = std::uniform_int_distribution<int>(0, 99)(random);
-  return n < 30 ? kSave : n < 49 ? kPage : n < 68 ? kSearch : n < 98 ? kOpen : kHome;
+  const int n = std::uniform_int_distribution<int>(0, 199)(random);
+  return n < 60    ? kSave
+         : n < 98  ? kPage
+         : n < 136 ? kSearch
+         : n < 196 ? kOpen
+         : n < 199 ? kHome
+                   : kRefresh;
 }
 
 void Work(const Load& load, const fs::path& folder, int number, int out) {
@@ -376,7 +421,7 @@ int Number(int argc, char** argv, int at, int otherwise) {
 }
 
 // What a person waits for at most, in 95 of 100 cases, with all desktops at work.
-constexpr std::array<double, kActions> kLimits = {1000, 1000, 1000, 1000, 3000};
+constexpr std::array<double, kActions> kLimits = {1000, 1000, 1000, 1000, 3000, 60000};
 
 bool Bench(int argc, char** argv) {
   if (std::getenv("KAUNTER_POSTGRESQL") == nullptr) {

@@ -310,6 +310,7 @@ const std::vector<Step>& Steps() {
       PatchOnce(patches::kSaveMark),
       PatchWith(patches::kYearIndexes, PatchYearIndexes),
       PatchWith(patches::kReasonIndexes, PatchReasonIndexes),
+      PatchOnce(patches::kSharedFigures),
   };
   return steps;
 }

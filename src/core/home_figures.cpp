@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
+#include <limits>
 #include <span>
 
+#include "core/company_access.h"
 #include "core/log.h"
 #include "core/values.h"
 
@@ -98,6 +101,7 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
       PostedLBL(screen, "PostedLBL"),
       BackupLBL(screen, "BackupLBL"),
       RefreshCmd(screen, "RefreshCmd", {"Refresh", "刷新"}),
+      worth_sharing(session.clock.Fixed() ? std::numeric_limits<double>::infinity() : 500),
       screen_(screen),
       session_(session),
       menu_(menu),
@@ -112,13 +116,13 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
              {{&DisburseDG}, ReadDisbursements, &HomeFigures::ShowDisbursed},
              {{&CashDG},
               [this](Session& of, OfficeFigures& into) {
-                cash_ = ReadCashPositions(
+                reading_.cash = ReadCashPositions(
                     of, into.today, {First(kChequeRoads) != nullptr, First(kDueRoads) != nullptr});
               },
               &HomeFigures::ShowCash},
              {{&EInvDG},
               [this](Session& of, OfficeFigures& into) {
-                unsent_ = ReadUnsentIncome(of, submitting_, into.today);
+                reading_.unsent = ReadUnsentIncome(of, submitting_, into.today);
               },
               &HomeFigures::ShowIncome}} {
   for (int i = 0; i < kYearParts; ++i) {
@@ -141,8 +145,8 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
       if (grid == &EInvDG) {
         const std::size_t company = static_cast<std::size_t>(row);
         session_.HandOverSelection =
-            (company < unsent_.size() ? unsent_[company].CompCode : std::string()) + "\n" +
-            (column == kIncomeConsolidated ? "Consolidated" : "Individual");
+            (company < reading_.unsent.size() ? reading_.unsent[company].CompCode : std::string()) +
+            "\n" + (column == kIncomeConsolidated ? "Consolidated" : "Individual");
       }
       choose(std::string(entry->name));
       session_.HandOverDays = {};
@@ -189,16 +193,15 @@ void HomeFigures::SignedIn() {
   OfferIncome();
   FiguresTime.SetVisible(true);
   RefreshCmd.SetVisible(true);
-  if (later) Begin(When::soon, Lists::fresh);
+  if (later) Begin(When::soon, Lists::fresh, Source::shared);
 }
 
 void HomeFigures::SignedOut() {
   ++run_;
   next_part_ = parts_.size();
-  figures_ = {};
-  cash_.clear();
+  reading_ = {};
   submitting_.clear();
-  unsent_.clear();
+  shared_.reset();
   read_at_.clear();
   failed_ = false;
   spent_ = 0;
@@ -216,17 +219,18 @@ void HomeFigures::Forget() {
   for (Grid* grid : Grids()) grid->Clear();
 }
 
-void HomeFigures::Refresh() { Begin(When::soon, Lists::stale); }
+void HomeFigures::Refresh() { Begin(When::soon, Lists::stale, Source::own); }
 
 void HomeFigures::Returned(Lists lists) {
   if (!RefreshCmd.visible() || !later) return;
-  Begin(spent_ > patience ? When::in_a_while : When::soon, lists);
+  Begin(spent_ > patience ? When::in_a_while : When::soon, lists, Source::shared);
 }
 
 // What is shown stays until its part has been read anew: a page that empties itself at each return
 // would flicker.
-void HomeFigures::Begin(When when, Lists lists) {
+void HomeFigures::Begin(When when, Lists lists, Source source) {
   lists_ = lists;
+  source_ = source;
   next_part_ = 0;
   const unsigned run = ++run_;
   if (later) {
@@ -252,16 +256,23 @@ void HomeFigures::ReadNext(unsigned run) {
   if (run != run_ || ready()) return;
   // Counted first: a part that fails is not read again and again.
   Part& part = parts_[next_part_++];
+  bool waits = false;
   try {
     Read(part);
+    if (next_part_ == 1) waits = LookForShared();
   } catch (const std::exception& failure) {
     Fail(failure);
     return;
   }
   if (ready()) {
-    read_at_ = begun_at_;
+    if (own_) Share();
+    read_at_ = Format(begun_at_, "dd-mm-yyyy hh:nn");
     failed_ = false;
     ShowTime();
+  } else if (waits) {
+    later(When::in_a_while, [this, run] {
+      if (run == run_) Begin(When::soon, Lists::fresh, Source::shared);
+    });
   } else if (later) {
     later(When::soon, [this, run] { ReadNext(run); });
   }
@@ -272,22 +283,65 @@ void HomeFigures::Read(Part& part) {
   if (next_part_ == 1) {
     spent_ = 0;
     const DateTime now = ServerTime(session_.Main());
-    begun_at_ = Format(now, "dd-mm-yyyy hh:nn");
+    begun_at_ = now;
     ReadSettings(now);
     ShowPosted();
     const OfficeFigures fresh = EmptyFigures(now);
-    if (figures_.today != fresh.today) {
-      figures_ = fresh;
+    if (reading_.office.today != fresh.today) {
+      reading_ = {fresh, {}, {}};
       Forget();
     }
   }
   const auto shown = [](const Grid* grid) { return grid->visible(); };
   if (part.grids.empty() || std::any_of(part.grids.begin(), part.grids.end(), shown)) {
-    part.read(session_, figures_);
+    part.read(session_, reading_.office);
     part.known = true;
     if (part.show != nullptr) (this->*part.show)();
   }
   spent_ += Milliseconds(start);
+}
+
+// All on which the figures depend: rights and companies.
+std::string HomeFigures::View() const {
+  std::string view = fmt::format("{};{};{};{};", CompanyLiterals(session_), session_.Special,
+                                 First(kChequeRoads) != nullptr, First(kDueRoads) != nullptr);
+  for (const std::string& company : submitting_) view += QuoteStr(company) + ",";
+  for (const Grid* grid : Grids()) view += grid->visible() ? ";1" : ";0";
+  return view;
+}
+
+bool HomeFigures::LookForShared() {
+  own_ = true;
+  shared_.reset();
+  if (std::isinf(worth_sharing)) return false;
+  shared_.emplace(session_, View());
+  SharedFigures::Found found = shared_->Look(begun_at_);
+  // A script waits for nobody.
+  if (source_ == Source::own || !later || !(found.fresh || found.being_read)) return false;
+  if (found.reading) {
+    own_ = false;
+    begun_at_ = found.read_at;
+    reading_ = std::move(*found.reading);
+    read_at_ = Format(begun_at_, "dd-mm-yyyy hh:nn");
+    for (Part& part : parts_) part.known = true;
+    ShowAll();
+  }
+  if (found.fresh) next_part_ = parts_.size();
+  return !found.fresh;
+}
+
+// What was read stands, whatever becomes of its sharing.
+void HomeFigures::Share() {
+  if (!shared_) return;
+  try {
+    if (spent_ < worth_sharing) {
+      shared_->TakeAway();
+    } else {
+      shared_->Keep(begun_at_, spent_, reading_);
+    }
+  } catch (const std::exception& failure) {
+    LogRollback(session_, "Shared figures", failure);
+  }
 }
 
 // The page says so, and that is all: the person asked for nothing. Old figures beside new ones
@@ -353,8 +407,8 @@ void HomeFigures::ShowAll() {
 void HomeFigures::ShowDue() {
   if (!DueDG.visible()) return;
   const bool chinese = screen_.chinese();
-  DueDG.SetRows({Row(kDueToday.In(chinese), figures_.due_today),
-                 Row(kDueWeek.In(chinese), figures_.due_week)});
+  DueDG.SetRows({Row(kDueToday.In(chinese), reading_.office.due_today),
+                 Row(kDueWeek.In(chinese), reading_.office.due_week)});
 }
 
 void HomeFigures::ShowAges() {
@@ -362,16 +416,16 @@ void HomeFigures::ShowAges() {
   if (!AgeDG.visible()) return;
   std::vector<std::vector<std::string>> rows;
   for (std::size_t band = 0; band < kAgeBands; ++band) {
-    rows.push_back(Row(kAges[band].In(screen_.chinese()), figures_.by_age[band]));
+    rows.push_back(Row(kAges[band].In(screen_.chinese()), reading_.office.by_age[band]));
   }
-  rows.push_back(Row(kAllOverdue.In(screen_.chinese()), figures_.overdue));
+  rows.push_back(Row(kAllOverdue.In(screen_.chinese()), reading_.office.overdue));
   AgeDG.SetRows(std::move(rows),
                 {RowTone::plain, RowTone::plain, RowTone::plain, RowTone::plain, RowTone::total});
 }
 
-void HomeFigures::ShowCollected() { ShowMonths(CollectDG, figures_.collected); }
+void HomeFigures::ShowCollected() { ShowMonths(CollectDG, reading_.office.collected); }
 
-void HomeFigures::ShowDisbursed() { ShowMonths(DisburseDG, figures_.disbursed); }
+void HomeFigures::ShowDisbursed() { ShowMonths(DisburseDG, reading_.office.disbursed); }
 
 void HomeFigures::ShowMonths(Grid& grid, const Year& year) {
   if (!grid.visible()) return;
@@ -388,7 +442,7 @@ void HomeFigures::ShowMonths(Grid& grid, const Year& year) {
 void HomeFigures::ShowOverdue() {
   if (!OverdueDG.visible()) return;
   std::vector<std::vector<std::string>> rows;
-  for (const OverdueLoan& loan : figures_.top) {
+  for (const OverdueLoan& loan : reading_.office.top) {
     rows.push_back(
         {loan.loan_id, loan.customer, std::to_string(loan.days), ShowMoney(loan.amount)});
   }
@@ -409,16 +463,16 @@ void HomeFigures::ShowCash() {
                                     due ? ShowMoney(one.due) : ""};
   };
   std::vector<std::vector<std::string>> rows;
-  std::vector<RowTone> tones(cash_.size(), RowTone::plain);
+  std::vector<RowTone> tones(reading_.cash.size(), RowTone::plain);
   CashPosition all;
-  for (const CashPosition& one : cash_) {
+  for (const CashPosition& one : reading_.cash) {
     rows.push_back(row(one.CompCode, one));
     for (const auto member : {&CashPosition::cash, &CashPosition::bank, &CashPosition::today,
                               &CashPosition::week, &CashPosition::cheques, &CashPosition::due}) {
       all.*member += one.*member;
     }
   }
-  if (cash_.size() > 1) {
+  if (reading_.cash.size() > 1) {
     rows.push_back(row(Caption{"All", "总计"}.In(screen_.chinese()), all));
     tones.push_back(RowTone::total);
   }
@@ -440,9 +494,9 @@ void HomeFigures::ShowIncome() {
     return cells;
   };
   std::vector<std::vector<std::string>> rows;
-  std::vector<RowTone> tones(unsent_.size(), RowTone::plain);
-  for (const UnsentIncome& one : unsent_) rows.push_back(row(one.CompCode, one));
-  if (unsent_.size() > 1) {
+  std::vector<RowTone> tones(reading_.unsent.size(), RowTone::plain);
+  for (const UnsentIncome& one : reading_.unsent) rows.push_back(row(one.CompCode, one));
+  if (reading_.unsent.size() > 1) {
     rows.push_back(row(Caption{"All", "总计"}.In(screen_.chinese()), AllUnsent()));
     tones.push_back(RowTone::total);
   }
@@ -451,7 +505,7 @@ void HomeFigures::ShowIncome() {
 
 UnsentIncome HomeFigures::AllUnsent() const {
   UnsentIncome all;
-  for (const UnsentIncome& one : unsent_) {
+  for (const UnsentIncome& one : reading_.unsent) {
     for (const auto member : {&UnsentIncome::named, &UnsentIncome::consolidated}) {
       (all.*member).count += (one.*member).count;
       (all.*member).amount += (one.*member).amount;
@@ -462,8 +516,8 @@ UnsentIncome HomeFigures::AllUnsent() const {
 
 // From so many days after today, or before, to so many.
 DayRange HomeFigures::Around(int from, int to) const {
-  return {Format(figures_.today.AddDays(from), "dd-mm-yyyy"),
-          Format(figures_.today.AddDays(to), "dd-mm-yyyy")};
+  return {Format(reading_.office.today.AddDays(from), "dd-mm-yyyy"),
+          Format(reading_.office.today.AddDays(to), "dd-mm-yyyy")};
 }
 
 DayRange HomeFigures::CashDays(int column) const {
@@ -480,13 +534,13 @@ DayRange HomeFigures::Days(const Grid& grid, int row) const {
     if (row < kOver90Days) return Around(-kBandDays[row], -newer - 1);
     return {"", Around(0, -newer - 1).to};
   }
-  if (&grid == &EInvDG) return Month(figures_.today.year, figures_.today.month);
+  if (&grid == &EInvDG) return Month(reading_.office.today.year, reading_.office.today.month);
   if (&grid != &CollectDG && &grid != &DisburseDG) return {};
-  const Year& year = &grid == &CollectDG ? figures_.collected : figures_.disbursed;
+  const Year& year = &grid == &CollectDG ? reading_.office.collected : reading_.office.disbursed;
   const MonthTally& month = year.at(static_cast<std::size_t>(row));
   return Month(month.year, month.month);
 }
 
-bool HomeFigures::Empty() const { return !read_at_.empty() && !figures_.any_loan; }
+bool HomeFigures::Empty() const { return !read_at_.empty() && !reading_.office.any_loan; }
 
 }  // namespace kaunter

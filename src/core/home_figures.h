@@ -10,17 +10,16 @@
 #include <array>
 #include <exception>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/backup_watch.h"
-#include "core/cash_figures.h"
-#include "core/income_figures.h"
 #include "core/menu.h"
-#include "core/office_figures.h"
 #include "core/session_screen.h"
+#include "core/shared_figures.h"
 
 namespace kaunter {
 
@@ -43,7 +42,7 @@ class HomeFigures {
   // Opens a menu entry; a loan.
   std::function<void(std::string_view entry)> choose;
   std::function<void(const std::string& loan_id)> open_loan;
-  // Reads the lists that stand beside the figures: all are of one moment.
+  // Reads the lists that stand beside the figures.
   std::function<void()> read_lists;
   // How a face has the parts read, one at a time, each within the screen's guard and while nothing
   // else is going on: soon, or in a while.
@@ -52,6 +51,9 @@ class HomeFigures {
   // A full reading that took longer, in milliseconds, is not begun again at each return: that waits
   // until the person has stayed for a while.
   double patience = 150;
+  // From so many milliseconds on, a reading is shared with the other desktops. Where the clock
+  // stands still what is shared would never grow old, so that nothing is.
+  double worth_sharing;
 
   // The person has signed in or out: what may be seen, and the reading of it. Lists are read
   // before.
@@ -64,7 +66,7 @@ class HomeFigures {
   // The words of the language in force.
   void ShowAll();
 
-  const OfficeFigures& figures() const { return figures_; }
+  const OfficeFigures& figures() const { return reading_.office; }
   UnsentIncome AllUnsent() const;
   // Nothing is left to be read; the last reading failed.
   bool ready() const { return next_part_ == parts_.size(); }
@@ -88,9 +90,15 @@ class HomeFigures {
     bool known = false;
     bool Holds(const Grid& grid) const;
   };
-  void Begin(When when, Lists lists);
+  // Those of another desktop will do where they are fresh, or one's own are asked for.
+  enum class Source { shared, own };
+  void Begin(When when, Lists lists, Source source);
   void ReadNext(unsigned run);
   void Read(Part& part);
+  std::string View() const;
+  // True where another desktop is reading just now.
+  bool LookForShared();
+  void Share();
   void Forget();
   void Fail(const std::exception& failure);
   void ShowTime();
@@ -111,6 +119,9 @@ class HomeFigures {
   DayRange Around(int from, int to) const;
   // The first of the roads that can be chosen; else the first that is within the rights; or null.
   const MenuEntry* First(std::span<const char* const> roads) const;
+  std::array<const Grid*, 7> Grids() const {
+    return {&DueDG, &AgeDG, &CollectDG, &DisburseDG, &OverdueDG, &CashDG, &EInvDG};
+  }
   std::array<Grid*, 7> Grids() {
     return {&DueDG, &AgeDG, &CollectDG, &DisburseDG, &OverdueDG, &CashDG, &EInvDG};
   }
@@ -119,11 +130,12 @@ class HomeFigures {
   Session& session_;
   MainMenu& menu_;
   std::vector<Part> parts_;
-  OfficeFigures figures_;
-  std::vector<CashPosition> cash_;
+  HomeReading reading_;
   std::vector<std::string> submitting_;
-  std::vector<UnsentIncome> unsent_;
-  std::string begun_at_;
+  std::optional<SharedFigures> shared_;
+  Source source_ = Source::shared;
+  bool own_ = false;  // what is shown has been read here
+  DateTime begun_at_;
   std::string posted_;  // as the daily batch keeps it: yyyy-mm-dd
   Caption backup_;
   std::string read_at_;  // empty until a reading has come to its end

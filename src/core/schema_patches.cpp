@@ -335,6 +335,15 @@ const Patch kReasonIndexes = {"ReasonIndexes",
                                "create index IX_LoanMast_AMLACode on LoanMast (AMLACode)",
                                "INSERT INTO Systemast (Param,Value) VALUES ('ReasonIndexes','1')"}};
 
+// What one desktop has read for the home pages of all who see the same: FiguresMast can be emptied
+// at any time.
+const Patch kSharedFigures = {
+    "SharedFigures",
+    {"CREATE TABLE FiguresMast (ViewKey nvarchar(64) NOT NULL, ReadAt datetime NULL, BegunAt "
+     "datetime NULL, Cost int NOT NULL, Figures nvarchar(max) NULL, CONSTRAINT PK_FiguresMast "
+     "PRIMARY KEY (ViewKey))",
+     "INSERT INTO Systemast (Param,Value) VALUES ('SharedFigures','1')"}};
+
 const std::string_view kHolidayMast =
     "CREATE TABLE HolidayMast (HolidayDate date NOT NULL, HolidayName nvarchar(100) NULL, "
     "UserID nvarchar(50) NULL, "

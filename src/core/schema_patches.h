@@ -49,6 +49,7 @@ extern const Patch kBaseIndexes;
 extern const Patch kSaveMark;
 extern const Patch kYearIndexes;
 extern const Patch kReasonIndexes;
+extern const Patch kSharedFigures;
 
 // Made when the table is missing, without a key.
 extern const std::string_view kHolidayMast;

@@ -69,7 +69,7 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                   "CreateSelfBillTable", "SuppCity", "MasterReportS4", "ChargeIndex",
                   "CompanyPictures", "CashBookOpening", "EInvSending", "PaymentReaderLine",
                   "EInvCodes", "MoveIn", "WatchListCopy", "LongLHDNQR", "EngineIndexes",
-                  "BaseIndexes", "SaveMark", "YearIndexes", "ReasonIndexes"));
+                  "BaseIndexes", "SaveMark", "YearIndexes", "ReasonIndexes", "SharedFigures"));
   for (const char* key : {"Patch-Drawdown",
                           "AMLA",
                           "DataExportFlag",
@@ -98,7 +98,8 @@ TEST(ConnectSequenceTest, ANewOfficePassesAllStepsInTheirOrder) {
                           "BaseIndexes",
                           "SaveMark",
                           "YearIndexes",
-                          "ReasonIndexes"}) {
+                          "ReasonIndexes",
+                          "SharedFigures"}) {
     EXPECT_EQ(ReadSetting(office.session.Main(), key), "1") << key;
   }
   auto shape = office.Shape();
