@@ -427,6 +427,15 @@ void Writer::WriteFrom(const std::vector<TableRefPtr>& from, const TableRef* own
   }
 }
 
+void Writer::MayBeFilled(const TableRef& table) {
+  if (table.kind == TableRef::Kind::kJoin) {
+    MayBeFilled(*table.left);
+    MayBeFilled(*table.right);
+  } else {
+    filled_.push_back(&table.source);
+  }
+}
+
 void Writer::WriteTable(const TableRef& table) {
   switch (table.kind) {
     case TableRef::Kind::kTable:
@@ -454,7 +463,8 @@ void Writer::WriteTable(const TableRef& table) {
   const bool turned = table.join == JoinKind::kRight && !keep_table_order_;
   const TableRef& first = turned ? *table.right : *table.left;
   const TableRef& second = turned ? *table.left : *table.right;
-  outer_joins_ = outer_joins_ || (table.join != JoinKind::kInner && table.join != JoinKind::kCross);
+  if (table.join == JoinKind::kLeft || table.join == JoinKind::kFull) MayBeFilled(*table.right);
+  if (table.join == JoinKind::kRight || table.join == JoinKind::kFull) MayBeFilled(*table.left);
   WriteTable(first);
   switch (turned ? JoinKind::kLeft : table.join) {
     case JoinKind::kInner:

@@ -82,6 +82,8 @@ class Writer {
   void WriteLimit(const SelectCore& core);
   void WriteFrom(const std::vector<TableRefPtr>& from, const TableRef* own);
   void WriteTable(const TableRef& table);
+  // An outer join fills their columns with Null where it finds no row.
+  void MayBeFilled(const TableRef& table);
   void WriteConditions(const std::vector<const Expr*>& conditions);
   void Name(std::string_view name);
   Translated Take();
@@ -130,10 +132,10 @@ class Writer {
   const Statement& statement_;
   std::string out_;
   std::vector<Parameter> parameters_;
-  bool constants_ = false;         // literals stand in the text: DDL takes no parameters
-  bool bare_columns_ = false;      // without the table's name: computed columns
-  bool keep_table_order_ = false;  // of FROM: the select list has a *
-  bool outer_joins_ = false;       // written so far
+  bool constants_ = false;             // literals stand in the text: DDL takes no parameters
+  bool bare_columns_ = false;          // without the table's name: computed columns
+  bool keep_table_order_ = false;      // of FROM: the select list has a *
+  std::vector<const Source*> filled_;  // by an outer join with Null, of those written so far
 };
 
 bool IsText(const Expr& expr);

@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::string_view kCollate = " COLLATE \"KAUNTER1\"";
 
-// A column that never holds Null: both orders of Nulls are then the same, and the plain one is that
-// of the key's index.
+// A column that never holds Null in its table: both orders of Nulls are then the same, and the
+// plain one is that of the key's index.
 bool NeverNull(const Expr* key) {
   if (key == nullptr || !key->base_column || key->source == nullptr ||
       key->source->table == nullptr) {
@@ -72,7 +72,8 @@ std::vector<Translated> PostgresWriter::WriteTruncate() {
 // On the server Null is the least of all values.
 void PostgresWriter::OrderDirection(const Expr* key, bool, bool descending) {
   if (descending) out_ += " DESC";
-  if (outer_joins_ || !NeverNull(key)) out_ += descending ? " NULLS LAST" : " NULLS FIRST";
+  const bool never = NeverNull(key) && std::ranges::find(filled_, key->source) == filled_.end();
+  if (!never) out_ += descending ? " NULLS LAST" : " NULLS FIRST";
 }
 
 // SQL Server keeps the rows of a table in the order of its primary key, and statements that name no
