@@ -145,19 +145,6 @@ TEST(Parser, DepthIsLimited) {
   EXPECT_NO_THROW(Parser("SELECT 1 WHERE 1 IN (1" + Repeat(",2", kMany) + ")").Parse());
 }
 
-TEST(Parser, TheBusinessStatementsParse) {
-  const std::vector<std::string> statements = BusinessStatements();
-  ASSERT_GT(statements.size(), 500u);
-  for (const std::string& statement : statements) {
-    try {
-      Translate(statement, BusinessTables(), Dialect::kSqlite);
-    } catch (const SqlError& error) {
-      // The tables are all made already.
-      if (error.number() != 2714 && error.number() != 2705) ADD_FAILURE() << error.what();
-    }
-  }
-}
-
 // Other literals of the same kind: the same shape, and so the same translation. Otherwise the cache
 // of shapes would run one statement for another.
 TEST(Parser, ATranslationDependsOnTheShapeOnly) {
