@@ -30,6 +30,14 @@ constexpr auto kForgotten = std::chrono::hours(24);
       "{} cannot be written: {}. Is the folder there, and is there room on the disk?", path, why));
 }
 
+void Sync(const std::string& beside, const std::string& path) {
+  try {
+    SyncFile(beside);
+  } catch (const std::runtime_error& failure) {
+    Refuse(path, failure.what());
+  }
+}
+
 }  // namespace
 
 void WriteWholeFile(const std::string& path, const std::function<void(std::ostream&)>& write,
@@ -47,7 +55,7 @@ void WriteWholeFile(const std::string& path, const std::function<void(std::ostre
     if (file.is_open()) write(file);
     file.close();
     if (!file) Refuse(path, errno == 0 ? "not all of it was taken" : strerror(errno));
-    SyncFile(beside);
+    Sync(beside, path);
     TakeName(beside, path);
     SyncFolder(folder);  // what is written next may count on it
   } catch (const fs::filesystem_error& failure) {
