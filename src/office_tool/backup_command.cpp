@@ -31,11 +31,18 @@ int RunBackupCommand(OfficeRun& run) {
   OpenReachedOffice(run.session, run.reach);
   OpenReachedTrail(run.session);
   std::string said;
-  const BackupResult result =
-      TakeBackup(run.session, FolderOf(run), keeping, [&](const UpkeepStep& step) {
-        if (step.what.english != said) OfficeRun::Say(said = step.what.english);
-        return true;
-      });
+  BackupResult result;
+  try {
+    result = TakeBackup(run.session, FolderOf(run), keeping, [&](const UpkeepStep& step) {
+      if (step.what.english != said) OfficeRun::Say(said = step.what.english);
+      return true;
+    });
+  } catch (const CaptionError&) {
+    throw;
+  } catch (const std::exception& failure) {
+    throw std::runtime_error(
+        fmt::format("No backup was made. {}\nMend the cause and do it again.", failure.what()));
+  }
   for (const Caption& warning : result.warnings) run.Report("Warning: " + warning.english);
   for (const std::string& folder : result.removed) run.Report("Removed " + folder);
   run.Report(fmt::format("Backed up into {}: {} loans, {} receipts", result.record->folder,
@@ -105,11 +112,20 @@ int RunRestoreCommand(OfficeRun& run) {
     }
     folder = backups.front().folder;
   }
-  std::string said;
-  const auto restore = PrepareRestore(run.session, folder, [&](const UpkeepStep& step) {
-    if (step.what.english != said) OfficeRun::Say(said = step.what.english);
-    return true;
-  });
+  std::unique_ptr<OfficeRestore> restore;
+  try {
+    std::string said;
+    restore = PrepareRestore(run.session, folder, [&](const UpkeepStep& step) {
+      if (step.what.english != said) OfficeRun::Say(said = step.what.english);
+      return true;
+    });
+  } catch (const CaptionError&) {
+    throw;
+  } catch (const std::exception& failure) {
+    throw std::runtime_error(fmt::format(
+        "Nothing was restored, the office is as it was. {}\nMend the cause and do it again.",
+        failure.what()));
+  }
   const RestoreView& view = restore->view();
   Tell(view);
   if (!view.related && !run.Has("--another-office")) {

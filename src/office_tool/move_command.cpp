@@ -78,8 +78,16 @@ int RunMoveCommand(OfficeRun& run) {
     OfficeRun::Say("Nothing was done. To do it, say --yes too.");
     return exit_status::kDone;
   }
-  const MoveDone done =
-      run.Has("--undo") ? UndoMove(request, ProgressLines()) : MoveOffice(request, ProgressLines());
+  MoveDone done;
+  try {
+    done = run.Has("--undo") ? UndoMove(request, ProgressLines())
+                             : MoveOffice(request, ProgressLines());
+  } catch (const SqlError& failure) {
+    throw SqlError(failure.number(),
+                   fmt::format("Nothing was moved, the office is where it was. {}\nMend the cause "
+                               "and do it again: what this left in the new place is cleared then.",
+                               failure.what()));
+  }
   run.Report(fmt::format(
       "The office is in {} now; {} {} rows in {:.1f} s (copied in {:.1f} s, compared in {:.1f} "
       "s), {} loans and {} receipts verified, {} figures that did not hold before either. The "

@@ -169,7 +169,16 @@ BackupResult TakeBackup(Session& session, const std::string& folder,
          fmt::format("账目中有 {} 个数字不符（公司与备份相同）：请打开核对账目。", record.faults)});
   }
   if (keeping) result.removed = RemoveOutlived(record, place, *keeping, &result.warnings);
-  KeepMoment(session.Main(), record);
+  try {
+    KeepMoment(session.Main(), record);
+  } catch (const SqlError& failure) {
+    result.warnings.push_back(
+        {fmt::format("The backup is whole, but its moment could not be noted in the office, whose "
+                     "home page still tells of the one before: {}",
+                     failure.what()),
+         fmt::format("备份完好，但无法在公司资料中记下时间，主页仍显示上一次备份：{}",
+                     failure.what())});
+  }
   WriteAudit(session, "Create", "Backup", "", name, {});
   return result;
 }

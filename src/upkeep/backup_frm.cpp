@@ -66,7 +66,9 @@ void BackupFrm::BackUp() {
     return;
   } catch (const std::exception& failure) {
     LogRollback(session(), "Backup", failure);
-    Refuse(Folder, FailedOrRefused({"No backup could be made", "备份失败"}, failure));
+    Refuse(Folder, FailedOrRefused({"No backup was made. Mend the cause and do it again.",
+                                    "没有备份。请排除原因后再做一次。"},
+                                   failure));
     return;
   }
   ShowBackups();

@@ -21,7 +21,8 @@ bool Dump(const PostgresqlPlace& place, const fs::path& file, const Caption& wha
           const UpkeepGoOn& go_on) {
   MakePrivateFile(file);
   if (!place.Run("pg_dump",
-                 {"--format=custom", "--file=" + file.string(), "--dbname=" + place.database()},
+                 {"--format=custom", "--file=" + file.string(),
+                  "--dbname=" + place.ToolDatabase(place.database())},
                  [&] { return go_on({what}); })) {
     return false;
   }
@@ -53,11 +54,13 @@ bool DumpPostgresqlOffice(Session& session, const fs::path& folder, BackupRecord
     record->loans = CLng(ScalarQuery(session.Main(), "SELECT COUNT(*) FROM LoanMast"));
     record->receipts = CLng(ScalarQuery(session.Main(), "SELECT COUNT(*) FROM PaymentMast"));
     warnings->push_back(
-        {"The dump can be read, but was not restored: its rows and its ledger were not checked. "
-         "The account may make no database on the server (ALTER ROLE ... CREATEDB lets it).",
-         "导出文件可以读取，但没有试行还原：行数和账目未核对。此账户不可在服务器上建立数据库（ALTER"
-         " "
-         "ROLE ... CREATEDB 可允许）。"});
+        {fmt::format("The dump can be read, but was not restored: its rows and its ledger were not "
+                     "checked. The account needs the right to make a database on the server (ALTER "
+                     "ROLE ... CREATEDB). {}",
+                     scratch.why()),
+         fmt::format("导出文件可以读取，但没有试行还原：行数和账目未核对。此账户需要在服务器上建立"
+                     "数据库的权限（ALTER ROLE ... CREATEDB）。{}",
+                     scratch.why())});
     return true;
   }
   if (!scratch.Fill(dump, [&] { return go_on({kRestoring}); })) return false;

@@ -2,18 +2,38 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <chrono>
 #include <stdexcept>
 
 #include "core/startup.h"
 #include "core/values.h"
+#include "platform/sql/odbc/odbc_silence.h"
 #include "platform/sql/odbc/odbc_string.h"
 #include "platform/tool.h"
 
 namespace kaunter {
 namespace {
 
+constexpr std::chrono::seconds kBetweenLooks(10);
+constexpr std::size_t kMostSaid = 500;
+// So that the server lets go of what a program that it does not hear any more has held.
+constexpr const char* kServerSide =
+    "-c tcp_keepalives_idle=10 -c tcp_keepalives_interval=5 -c tcp_keepalives_count=3 "
+    "-c tcp_user_timeout=30s";
+
 std::string HostOf(const ConnectionString& text) {
   return sql::FirstOf(text, {"server", "servername"});
+}
+
+// Its first lines: the statement that it was at stands behind them, and may be long.
+std::string Reason(std::string said) {
+  for (const char* statement : {"detail: Query was", "Command was:"}) {
+    const std::size_t at = said.find(statement);
+    if (at != std::string::npos) said.resize(said.find_last_of('\n', at) + 1);
+  }
+  if (said.size() > kMostSaid) said = said.substr(0, kMostSaid) + " ...";
+  return Trim(said);
 }
 
 }  // namespace
@@ -25,7 +45,8 @@ PostgresqlPlace::PostgresqlPlace(const Session& session, bool logs) : session_(s
                           session, session.ConnDatabase + (logs ? "-Logs" : ""))),
                       source ? source->target : "", sql::ReadOdbcInventory()));
   database_ = text_.Get("database");
-  environment_ = {{"PGCONNECT_TIMEOUT", "10"}, {"PGCLIENTENCODING", "UTF8"}};
+  environment_ = {
+      {"PGCONNECT_TIMEOUT", "10"}, {"PGCLIENTENCODING", "UTF8"}, {"PGOPTIONS", kServerSide}};
   const auto lend = [&](const char* name, const std::string& value) {
     if (!value.empty()) environment_[name] = value;
   };
@@ -51,7 +72,21 @@ bool PostgresqlPlace::Run(const std::string& program, const std::vector<std::str
                           const Go& go_on) const {
   std::vector<std::string> words = arguments;
   words.insert(words.begin(), "--no-password");  // it never stands and waits for one
-  const ToolRun run = RunTool(program, words, environment_, go_on);
+  using Time = std::chrono::steady_clock;
+  sql::ServerWatch watch(sql::OdbcWithDatabase(text_, database_));
+  bool heard = true;
+  auto looked = Time::now();
+  const ToolRun run = RunTool(program, words, environment_, [&] {
+    if (Time::now() - looked >= kBetweenLooks) {
+      heard = watch.Heard();
+      looked = Time::now();
+    }
+    return heard && go_on();
+  });
+  if (!heard) {
+    throw std::runtime_error(
+        fmt::format("The server does not answer any more, and {} was ended", program));
+  }
   if (run.stopped) return false;
   if (run.status == kNoProgram) {
     throw std::runtime_error(fmt::format(
@@ -60,17 +95,25 @@ bool PostgresqlPlace::Run(const std::string& program, const std::vector<std::str
         program));
   }
   if (run.status != 0) {
-    throw std::runtime_error(fmt::format("{} failed: {}", program, Trim(run.said)));
+    throw std::runtime_error(fmt::format("{} failed: {}", program, Reason(run.said)));
   }
   return true;
 }
 
+std::string PostgresqlPlace::ToolDatabase(const std::string& database) const {
+  std::string text = "dbname=";
+  for (const char c : database) text.append(1, '\\').append(1, c);  // whatever it is
+  return fmt::format("{} {}", text, text_.Get("pqopt"));
+}
+
 PostgresqlScratch::PostgresqlScratch(const PostgresqlPlace& place, std::string name)
     : place_(place), name_(std::move(name)) {
-  const auto all = [] { return true; };
   try {
-    place_.Run("dropdb", {"--if-exists", name_}, all);
-    place_.Run("createdb", {"--template=template0", "--encoding=UTF8", name_}, all);
+    Drop();
+    place_.Run("createdb",
+               {"--template=template0", "--encoding=UTF8",
+                "--maintenance-db=" + place_.ToolDatabase("postgres"), name_},
+               [] { return true; });
   } catch (const std::runtime_error& error) {
     why_ = error.what();
   }
@@ -79,15 +122,22 @@ PostgresqlScratch::PostgresqlScratch(const PostgresqlPlace& place, std::string n
 PostgresqlScratch::~PostgresqlScratch() {
   if (kept_ || !made()) return;
   try {
-    place_.Run("dropdb", {"--if-exists", name_}, [] { return true; });
+    Drop();
   } catch (const std::runtime_error&) {
     return;  // the next one of this name drops it
   }
 }
 
+void PostgresqlScratch::Drop() const {
+  place_.Run("dropdb",
+             {"--if-exists", "--maintenance-db=" + place_.ToolDatabase("postgres"), name_},
+             [] { return true; });
+}
+
 bool PostgresqlScratch::Fill(const std::string& dump, const PostgresqlPlace::Go& go_on) const {
   return place_.Run("pg_restore",
-                    {"--no-owner", "--no-privileges", "--exit-on-error", "--dbname=" + name_, dump},
+                    {"--no-owner", "--no-privileges", "--exit-on-error",
+                     "--dbname=" + place_.ToolDatabase(name_), dump},
                     go_on);
 }
 

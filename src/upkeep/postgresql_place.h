@@ -27,11 +27,14 @@ class PostgresqlPlace {
   std::unique_ptr<Connection> Open(std::string_view name, const std::string& database) const;
 
   // Runs pg_dump, pg_restore, createdb, dropdb or psql as the account of the office: its password
-  // goes by the environment, or is that of the user's password file. False when it was stopped.
-  // Throws std::runtime_error with what the program said.
+  // goes by the environment, or is that of the user's password file. A database among the arguments
+  // is named by ToolDatabase. False when it was stopped. A server that falls silent ends it. Throws
+  // std::runtime_error with what the program said.
   using Go = std::function<bool()>;
   bool Run(const std::string& program, const std::vector<std::string>& arguments,
            const Go& go_on) const;
+  // With what lets the programs notice that their line is dead.
+  std::string ToolDatabase(const std::string& database) const;
 
  private:
   const Session& session_;
@@ -59,6 +62,8 @@ class PostgresqlScratch {
   void Keep() { kept_ = true; }
 
  private:
+  void Drop() const;
+
   const PostgresqlPlace& place_;
   std::string name_;
   std::string why_;

@@ -36,12 +36,15 @@ class PostgresqlRestore final : public OfficeRestore {
     view_.office = place_.database();
     if (!copy_.made()) {
       throw CaptionError(
-          {fmt::format("The backup could not be restored beside the office: {}\nThe account needs "
-                       "the right to make a database: ALTER ROLE ... CREATEDB.",
-                       copy_.why()),
-           fmt::format("无法在公司旁边还原备份：{}\n此账户需要建立数据库的权限：ALTER ROLE ... "
-                       "CREATEDB。",
-                       copy_.why())});
+          {fmt::format(
+               "The backup could not be restored beside the office: {}\nMend the cause and do "
+               "it again. (Where the account has no right to make a database: ALTER ROLE "
+               "... CREATEDB.)",
+               copy_.why()),
+           fmt::format(
+               "无法在公司旁边还原备份：{}\n请排除原因后再做一次。（若此账户没有建立数据库的"
+               "权限：ALTER ROLE ... CREATEDB。）",
+               copy_.why())});
     }
   }
 
@@ -57,7 +60,8 @@ class PostgresqlRestore final : public OfficeRestore {
     }
     copy_.Keep();
     try {  // for the server's plans; it counts by itself after a while
-      place_.Run("vacuumdb", {"--analyze-only", "--quiet", "--dbname=" + office}, All);
+      place_.Run("vacuumdb",
+                 {"--analyze-only", "--quiet", "--dbname=" + place_.ToolDatabase(office)}, All);
     } catch (const std::runtime_error&) {
     }
     return exists_ ? kept : "";
@@ -87,8 +91,8 @@ class PostgresqlRestore final : public OfficeRestore {
 
   void Rename1(const std::string& from, const std::string& to) const {
     place_.Run("psql",
-               {"--no-psqlrc", "--quiet", "--set=ON_ERROR_STOP=1", "--dbname=postgres",
-                "--command=" + Rename(from, to)},
+               {"--no-psqlrc", "--quiet", "--set=ON_ERROR_STOP=1",
+                "--dbname=" + place_.ToolDatabase("postgres"), "--command=" + Rename(from, to)},
                All);
   }
 
@@ -97,18 +101,40 @@ class PostgresqlRestore final : public OfficeRestore {
     try {
       place_.Run("psql",
                  {"--no-psqlrc", "--quiet", "--set=ON_ERROR_STOP=1", "--single-transaction",
-                  "--dbname=postgres", "--command=" + Rename(office, kept),
-                  "--command=" + Rename(comes, office)},
+                  "--dbname=" + place_.ToolDatabase("postgres"),
+                  "--command=" + Rename(office, kept), "--command=" + Rename(comes, office)},
                  All);
     } catch (const std::runtime_error& error) {
-      if (std::string(error.what()).find("is being accessed") == std::string::npos) throw;
-      RefuseOpenDesk();
+      if (std::string(error.what()).find("is being accessed") != std::string::npos) {
+        RefuseOpenDesk();
+      }
+      if (Opens(kept)) return;  // the answer alone was lost
+      if (Opens(office)) throw;
+      throw std::runtime_error(fmt::format(
+          "{}\nWhether {} was restored cannot be known before the server answers again. Restore it "
+          "once more then: that shows what would be lost. If it was, what was there before is {}.",
+          error.what(), office, kept));
+    }
+  }
+
+  bool Opens(const std::string& database) const {
+    try {
+      return place_.Open("Look", database) != nullptr;
+    } catch (const SqlError&) {
+      return false;
     }
   }
 
   // A desk may have saved between the look and the exchange of names: then all goes back.
   void CheckKept(const std::string& office, const std::string& kept) const {
-    if (IsAsTold(*place_.Open("Office", kept), *place_.Open("Backup", office))) return;
+    try {
+      if (IsAsTold(*place_.Open("Office", kept), *place_.Open("Backup", office))) return;
+    } catch (const SqlError& failure) {
+      throw std::runtime_error(fmt::format(
+          "{} is restored. Whether somebody saved in the last moment before could not be looked "
+          "at: that would stand in {}, the office as it was. {}",
+          office, kept, failure.what()));
+    }
     Swap(office, copy_.name(), kept);
     RefuseChanged();
   }

@@ -1,5 +1,5 @@
 // What stands between a desktop and its PostgreSQL server on loopback, and cuts the line at a
-// commit, or lets nothing more through.
+// commit or at other words, or lets nothing more through.
 #pragma once
 
 #include <arpa/inet.h>
@@ -27,6 +27,7 @@ class CuttingProxy {
     before,         // the commit does not reach the server, which hears of the end
     behind,         // the server commits, its answer does not come back
     before_unseen,  // neither the commit nor the end of the desktop's line reaches the server
+    silence,        // from then on nothing passes, as by Hold
   };
 
   explicit CuttingProxy(int server_port) : server_port_(server_port) {
@@ -55,6 +56,10 @@ class CuttingProxy {
   void CutAtCommit(Cut cut, bool and_away = false) {
     and_away_ = and_away;
     cut_ = cut;
+  }
+  void CutAt(std::string words, Cut cut) {
+    words_ = std::move(words);
+    CutAtCommit(cut);
   }
   void ComeBack() { away_ = false; }
   // Calls are taken and lines stay open, but nothing passes, as at a server whose processes stand
@@ -115,10 +120,12 @@ class CuttingProxy {
       if (got <= 0) break;
       const std::string_view asked(buffer.data(), static_cast<std::size_t>(got));
       Cut cut = Cut::never;
-      if (asked.find("COMMIT") != std::string_view::npos) cut = cut_.exchange(Cut::never);
+      if (asked.find(words_) != std::string_view::npos) cut = cut_.exchange(Cut::never);
       if (cut != Cut::never) {
         ++cuts_;
         away_ = and_away_.load();
+        holds_ = holds_ || cut == Cut::silence;
+        if (holds_) continue;
       }
       keep_server = cut == Cut::before_unseen;
       if (cut == Cut::before || keep_server) break;
@@ -145,6 +152,7 @@ class CuttingProxy {
   std::atomic<bool> and_away_ = false;
   std::atomic<bool> away_ = false;
   std::atomic<bool> holds_ = false;
+  std::string words_ = "COMMIT";
   std::atomic<bool> ends_ = false;
   std::atomic<int> cuts_ = 0;
   std::mutex mutex_;

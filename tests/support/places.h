@@ -1,4 +1,5 @@
-// Where a test finds the files of the checkout that it was built from, and the programs of its build.
+// Where a test finds the files of the checkout that it was built from, and the programs of its
+// build.
 #pragma once
 
 #include <string>

@@ -129,7 +129,9 @@ void ServerPlace::CopyFrom(const ServerPlace& other) const {
 }
 
 std::string ServerPlace::Settings() const {
-  return fmt::format("odbc = {};Database={}", std::getenv("KAUNTER_POSTGRESQL"), name_);
+  std::string server = std::getenv("KAUNTER_POSTGRESQL");
+  if (!port_.empty()) server.replace(server.find("Port=") + 5, 5, port_);
+  return fmt::format("odbc = {};Database={}", server, name_);
 }
 
 Shape ServerPlace::ShapeOf() const {

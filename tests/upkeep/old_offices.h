@@ -50,7 +50,9 @@ class EmbeddedPlace : public OfficePlace {
 // A database of the server that script/with-postgresql has started.
 class ServerPlace : public OfficePlace {
  public:
-  explicit ServerPlace(std::string name) : name_(std::move(name)) {}
+  // `port`: of what stands before the server; "" for none.
+  explicit ServerPlace(std::string name, std::string port = {})
+      : name_(std::move(name)), port_(std::move(port)) {}
   // From a dump, from another database, or empty.
   void Load(const std::string& dump) const;
   void CopyFrom(const ServerPlace& other) const;
@@ -61,6 +63,7 @@ class ServerPlace : public OfficePlace {
 
  private:
   std::string name_;
+  std::string port_;
 };
 
 // Starts this version of the program on the office, as far as its main window. The first statement

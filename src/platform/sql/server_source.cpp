@@ -33,15 +33,11 @@ std::string OfSqlServer(const ServerPlace& place, const std::string& driver) {
          (place.encrypted ? "Encrypt=yes;TrustServerCertificate=yes" : "Encrypt=no");
 }
 
-// A silent loss of the network is noticed within half a minute, and sooner where another server may
-// take over: of several the one that leads is looked for.
 std::string OfPostgresql(const ServerPlace& place) {
   const bool several = place.server.find(',') != std::string::npos;
   return Pair("Server", HostOf(place.server)) + Pair("Port", PortOf(place.server)) +
          (place.encrypted ? "SSLmode=require;" : "SSLmode=prefer;") +
-         (several ? "pqopt={target_session_attrs=read-write keepalives_idle=5 "
-                    "keepalives_interval=2 keepalives_count=3 tcp_user_timeout=10000}"
-                  : "pqopt={keepalives_idle=60 tcp_user_timeout=30000}");
+         fmt::format("pqopt={{{}}}", sql::LineOptions(several));
 }
 
 }  // namespace

@@ -42,8 +42,13 @@ TEST(OdbcString, MapsWhatTheOfficeWrites) {
        "Trusted_Connection=yes;DATABASE=d"},
       {"a local text takes account and catalogue from the office",
        "Provider=MSDASQL.1;Password=p;User ID=Main;Data Source=x;Initial Catalog=Main",
-       "Driver={PostgreSQL Unicode};Server=h;Port=5433",
-       "DRIVER=PostgreSQL Unicode;port=5433;server=h;UID=Main;PWD=p;DATABASE=Main"},
+       "Driver={PostgreSQL Unicode};Server=h;Port=5433;pqopt=own",
+       "DRIVER=PostgreSQL Unicode;port=5433;pqopt=own;server=h;UID=Main;PWD=p;DATABASE=Main"},
+      {"PostgreSQL: a dead line is noticed, and of several servers the one that leads is found",
+       "Password=p;User ID=Main;Data Source=x", "Driver={PostgreSQL Unicode};Server=h,i",
+       "DRIVER=PostgreSQL Unicode;server=h,i;pqopt=target_session_attrs=read-write "
+       "keepalives_idle=5 keepalives_interval=2 keepalives_count=3 tcp_user_timeout=10000;"
+       "UID=Main;PWD=p"},
       {"what a local text says itself holds",
        "Password=p;User ID=Main;Data Source=x;Initial Catalog=Main",
        "Driver=D;Server=h;UID=own;Database=own", "DRIVER=D;server=h;UID=own;DATABASE=own"},

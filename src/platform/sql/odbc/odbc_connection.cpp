@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/sql/data_source.h"
+#include "platform/sql/odbc/odbc_silence.h"
 #include "platform/sql/odbc/odbc_string.h"
 #include "platform/sql/waiting.h"
 
@@ -17,7 +18,13 @@ constexpr int kBusyNumber = 1222;
 
 OdbcConnection::Link::Link(const std::string& name, const std::string& odbc_string,
                            const Clock& clock, int login_seconds)
-    : session(name, odbc_string, login_seconds), dialect(DialectFor(session, clock)) {}
+    : session(name, odbc_string, login_seconds) {
+  if (session.dbms() == "PostgreSQL") {
+    const auto silence = std::make_shared<OdbcSilence>(session, odbc_string);
+    session.OnSilence([silence] { silence->Ask(); });
+  }
+  dialect = DialectFor(session, clock);
+}
 
 OdbcOutcome OdbcConnection::Link::Send(const Asked& asked) {
   if (asked.kind == Asked::Kind::kQueryOnly) return dialect->RunReading(session, asked.sql);
@@ -37,7 +44,6 @@ std::unique_ptr<OdbcConnection::Link> OdbcConnection::NewLink() const {
   OpenOneOf(odbc_string_, [&](const std::string& text) {
     link = std::make_unique<Link>(name(), text, clock_, login_seconds_);
   });
-  if (Outlives()) Watch(link->session);
   return link;
 }
 

@@ -62,7 +62,6 @@ class OdbcConnection : public Connection {
   OdbcOutcome Ask(const Asked& asked);
   bool Outlives() const { return patience_.count() > 0; }
   bool NamesSeveral() const;
-  void Watch(OdbcSession& session) const;
   // Calls `attempt` until it passes; false when the patience ends before, or a stop is asked for.
   // Throws what no waiting mends.
   bool Patiently(const std::function<void()>& attempt);

@@ -18,7 +18,6 @@
 #include "platform/digest.h"
 #include "platform/sql/odbc/odbc_connection.h"
 #include "platform/sql/odbc/odbc_error.h"
-#include "platform/sql/odbc/odbc_silence.h"
 #include "platform/sql/odbc/odbc_string.h"
 #include "platform/sql/retry.h"
 #include "platform/sql/standby.h"
@@ -63,17 +62,10 @@ void OdbcConnection::OutliveServer(std::chrono::milliseconds patience) {
   patience_ = patience;
   login_seconds_ = std::min(login_seconds_, kLoginSecondsAgain);
   marks_ = RandomName();
-  Watch(link_->session);
 }
 
 bool OdbcConnection::NamesSeveral() const {
   return link_->session.dbms() == "PostgreSQL" && NamesSeveralServers(odbc_string_);
-}
-
-void OdbcConnection::Watch(OdbcSession& session) const {
-  if (!NamesSeveral()) return;
-  const auto silence = std::make_shared<OdbcSilence>(session, odbc_string_, login_seconds_);
-  session.OnSilence([silence] { silence->Ask(); });
 }
 
 OdbcSession& OdbcConnection::LendSession() {

@@ -75,7 +75,7 @@ OdbcSession::OdbcSession(std::string name, const std::string& odbc_string, int l
 }
 
 OdbcSession::~OdbcSession() {
-  if (in_transaction_ && connected_) SQLEndTran(SQL_HANDLE_DBC, link_.get(), SQL_ROLLBACK);
+  if (in_transaction_ && connected_ && !lost_) EndTransaction(SQL_ROLLBACK);
   GiveUp();
 }
 

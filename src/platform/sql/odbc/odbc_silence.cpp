@@ -10,7 +10,10 @@
 
 #include <chrono>
 #include <cstdint>
+#include <cstdlib>
+#include <functional>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include "platform/sql/odbc/odbc_string.h"
@@ -30,6 +33,8 @@ constexpr int kMostSockets = 65536;
 
 constexpr std::chrono::seconds kLongestCall(25);
 constexpr int kMostUnheard = 3;
+constexpr int kSecondsToAnswer = 5;
+constexpr int kUsualPort = 5432;
 
 constexpr const char* kWho =
     "SELECT host(inet_server_addr()) || ' ' || pg_postmaster_start_time()::text, "
@@ -52,12 +57,16 @@ int PortBy(NameOf name_of, Socket socket) {
 }
 
 // The driver does not give its socket away, so this process's are looked through.
-void CutLine(int own_port, int server_port) {
+bool CutLines(const std::function<bool(int own_port, int server_port)>& is_it) {
+  bool cut = false;
   for (int number = 0; number < kMostSockets; ++number) {
     const auto socket = static_cast<Socket>(number);
-    if (PortBy(&getsockname, socket) != own_port) continue;
-    if (PortBy(&getpeername, socket) == server_port) shutdown(socket, kBothWays);
+    const int own_port = PortBy(&getsockname, socket);
+    if (own_port == 0 || !is_it(own_port, PortBy(&getpeername, socket))) continue;
+    shutdown(socket, kBothWays);
+    cut = true;
   }
+  return cut;
 }
 
 int Port(const Value& field) {
@@ -75,28 +84,43 @@ std::string Who(OdbcSession& session, int* server_port, int* own_port) {
 
 }  // namespace
 
-OdbcSilence::OdbcSilence(OdbcSession& session, std::string odbc_string, int login_seconds)
-    : odbc_string_(std::move(odbc_string)), login_seconds_(login_seconds) {
-  server_ = Who(session, &server_port_, &own_port_);
-}
+ServerWatch::ServerWatch(std::string odbc_string, std::string server)
+    : odbc_string_(std::move(odbc_string)), server_(std::move(server)) {}
 
-void OdbcSilence::Ask() {
-  if (server_.empty()) return;
+bool ServerWatch::Heard() {
   const auto leads = std::make_shared<std::string>();
   try {
-    Within(kLongestCall, [leads, text = odbc_string_, seconds = login_seconds_] {
+    Within(kLongestCall, [leads, text = odbc_string_] {
       OpenOneOf(text, [&](const std::string& each) {
-        OdbcSession session("Who leads", each, seconds);
+        OdbcSession session("Who leads", each, kSecondsToAnswer);
         int ports[2] = {};
         *leads = Who(session, &ports[0], &ports[1]);
       });
     });
-    unheard_ = 0;
-    if (*leads == server_) return;
-  } catch (const SqlError&) {
-    if (++unheard_ < kMostUnheard) return;
+  } catch (const SqlError& failure) {
+    // One that refuses the call, for it has too many, is alive; of several it may be another one.
+    const bool refuses = std::string_view(failure.what()).find("FATAL") != std::string_view::npos;
+    if (!refuses || NamesSeveralServers(odbc_string_)) return ++unheard_ < kMostUnheard;
+    *leads = server_;
   }
-  CutLine(own_port_, server_port_);
+  unheard_ = 0;
+  if (server_.empty()) server_ = *leads;
+  return *leads == server_;
+}
+
+OdbcSilence::OdbcSilence(OdbcSession& session, const std::string& odbc_string)
+    : watch_(odbc_string, Who(session, &server_port_, &own_port_)) {
+  const std::string port = ConnectionString::Parse(odbc_string).Get("port");
+  called_port_ = port.empty() ? kUsualPort : std::atoi(port.c_str());
+}
+
+// Behind a router that hands the call on the server sees other ports: then all lines of this
+// process to the port that was called are cut.
+void OdbcSilence::Ask() {
+  if (watch_.Heard()) return;
+  const bool cut =
+      CutLines([&](int own, int server) { return own == own_port_ && server == server_port_; });
+  if (!cut) CutLines([&](int, int server) { return server == called_port_; });
 }
 
 }  // namespace kaunter::sql

@@ -1,5 +1,6 @@
 // A server that has fallen silent with its lines open: its processes stand still, behind a disk
-// that hangs, and its machine answers for them. No limit of a driver ends such a wait.
+// that hangs, and its machine answers for them; or nothing comes through any more. No limit of a
+// driver ends such a wait.
 #pragma once
 
 #include <string>
@@ -8,22 +9,34 @@
 
 namespace kaunter::sql {
 
-// Asks, while a statement of one session runs long, who leads now, on a connection of its own.
-// Where that is another server than the session's, or again and again nobody, the session's line is
-// cut: the statement then fails as behind any loss. A server that only takes long is left in peace.
-class OdbcSilence {
+// Asks on connections of its own whether a server of PostgreSQL still answers.
+class ServerWatch {
  public:
-  // `session` is one with PostgreSQL, made of `odbc_string`.
-  OdbcSilence(OdbcSession& session, std::string odbc_string, int login_seconds);
-  void Ask();
+  // `server` is what is expected; "" for whichever answers first.
+  explicit ServerWatch(std::string odbc_string, std::string server = {});
+  // Asks now, and takes some seconds where nobody answers. False where another server leads than
+  // before, or where again and again nobody has answered. A server that only takes long answers.
+  bool Heard();
 
  private:
   std::string odbc_string_;
-  int login_seconds_;
-  std::string server_;  // which one, since which start of it; "" where it cannot be told
+  std::string server_;  // which one, since which start of it
+  int unheard_ = 0;
+};
+
+// Asks while a statement of one session runs long, and cuts the session's line where its server is
+// not heard any more: the statement then fails as behind any loss.
+class OdbcSilence {
+ public:
+  // `session` is one with PostgreSQL, made of `odbc_string`.
+  OdbcSilence(OdbcSession& session, const std::string& odbc_string);
+  void Ask();
+
+ private:
   int server_port_ = 0;
   int own_port_ = 0;
-  int unheard_ = 0;
+  int called_port_ = 0;
+  ServerWatch watch_;
 };
 
 }  // namespace kaunter::sql

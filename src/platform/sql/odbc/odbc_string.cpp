@@ -52,6 +52,18 @@ bool NamesSqlite(std::string_view driver) {
   return LowerAscii(driver).find("sqlite") != std::string::npos;
 }
 
+bool NamesPostgresql(std::string_view driver) {
+  return LowerAscii(driver).find("postgresql") != std::string::npos;
+}
+
+std::string ServersOf(const ConnectionString& text) {
+  return FirstOf(text, {"server", "servername"});
+}
+
+bool NamesSeveral(const ConnectionString& text) {
+  return ServersOf(text).find(',') != std::string::npos;
+}
+
 // Left to itself FreeTDS tries every version of the protocol, each with a time-out of its own.
 constexpr std::string_view kTdsVersion = "7.4";
 
@@ -108,6 +120,9 @@ std::string FromLocalText(const ConnectionString& office, const ConnectionString
               IsAccountOrCatalogue);
   if (NamesFreeTds(driver) && dsn.empty() && !local.Has("tds_version")) {
     out.Add("TDS_Version", kTdsVersion);
+  }
+  if (NamesPostgresql(driver) && dsn.empty() && !local.Has("pqopt")) {
+    out.Add("pqopt", LineOptions(NamesSeveral(local)));
   }
   if (!file && !local.Has("trusted_connection")) AddAccount(out, office, local);
   if (!own.empty()) {
@@ -226,11 +241,17 @@ std::string SqlServerDriver(const OdbcInventory& inventory) {
 std::string PostgresqlDriver(const OdbcInventory& inventory) {
   std::string best;
   for (const std::string& driver : inventory.drivers) {
-    const std::string lower = LowerAscii(driver);
-    if (lower.find("postgresql") == std::string::npos) continue;
-    if (best.empty() || lower.find("unicode") != std::string::npos) best = driver;
+    if (!NamesPostgresql(driver)) continue;
+    if (best.empty() || LowerAscii(driver).find("unicode") != std::string::npos) best = driver;
   }
   return best;
+}
+
+std::string_view LineOptions(bool several) {
+  return several ? "target_session_attrs=read-write keepalives_idle=5 keepalives_interval=2 "
+                   "keepalives_count=3 tcp_user_timeout=10000"
+                 : "keepalives_idle=15 keepalives_interval=5 keepalives_count=3 "
+                   "tcp_user_timeout=30000";
 }
 
 std::string OdbcValue(std::string_view value) {
@@ -307,7 +328,7 @@ OdbcInventory ReadOdbcInventory() {
 
 bool NamesSeveralServers(const std::string& odbc_string) {
   const ConnectionString text = ConnectionString::Parse(odbc_string);
-  return text.Has("pqopt") && text.Get("server").find(',') != std::string::npos;
+  return text.Has("pqopt") && NamesSeveral(text);
 }
 
 void OpenOneOf(const std::string& odbc_string,
@@ -316,7 +337,7 @@ void OpenOneOf(const std::string& odbc_string,
     open(odbc_string);
   } catch (const SqlError& failure) {
     if (failure.number() != kCannotOpenNumber || !NamesSeveralServers(odbc_string)) throw;
-    const std::string servers = ConnectionString::Parse(odbc_string).Get("server");
+    const std::string servers = ServersOf(ConnectionString::Parse(odbc_string));
     const std::size_t at = odbc_string.find(servers);
     const std::size_t comma = servers.find(',');
     if (at == std::string::npos) throw;

@@ -38,6 +38,11 @@ bool NamesFreeTds(std::string_view driver);
 std::string OdbcString(const ConnectionString& office, std::string_view local_text,
                        const OdbcInventory& inventory);
 
+// What lets a driver of PostgreSQL notice within half a minute that its line is dead, sooner where
+// another of `several` servers may take over, and find the one of them that leads: a value of
+// "pqopt". OdbcString adds it to a text of a driver that names none.
+std::string_view LineOptions(bool several);
+
 // An ODBC string of the office, with another database.
 std::string OdbcWithDatabase(const ConnectionString& text, std::string_view database);
 
