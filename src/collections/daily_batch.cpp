@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <optional>
 #include <set>
 #include <vector>
@@ -89,6 +90,22 @@ struct Charge {
 constexpr std::string_view kLate = "Batch";
 constexpr std::string_view kTermEnd = "Batch Term End Interest";
 
+constexpr int kLongestShut = 31;  // days
+
+// Nothing when none has been posted yet.
+std::optional<DateTime> LastDay(Connection& main) {
+  const std::string stored(Trim(ReadSetting(main, kLastDay)));
+  if (stored.empty()) return std::nullopt;
+  const auto last = DateTime::FromCanonical(stored);
+  if (!last) {
+    throw BatchRefused(
+        fmt::format("The setting {} holds \"{}\", which is no date: put the last day that was "
+                    "posted there (yyyy-mm-dd), or empty it to begin anew",
+                    kLastDay, stored));
+  }
+  return last->DateOnly();
+}
+
 class DailyBatch {
  public:
   DailyBatch(Connection& main, std::string_view user,
@@ -117,16 +134,8 @@ class DailyBatch {
 
  private:
   DateTime FirstDay(const DateTime& date) {
-    const std::string stored(Trim(ReadSetting(main_, kLastDay)));
-    if (stored.empty()) return date;
-    const auto last = DateTime::FromCanonical(stored);
-    if (!last) {
-      throw BatchRefused(
-          fmt::format("The setting {} holds \"{}\", which is no date: put the last day that was "
-                      "posted there (yyyy-mm-dd), or empty it to begin anew",
-                      kLastDay, stored));
-    }
-    return std::min(date, last->DateOnly().AddDays(1));
+    const auto last = LastDay(main_);
+    return last ? std::min(date, last->AddDays(1)) : date;
   }
 
   // --- a day in portions
@@ -331,6 +340,16 @@ class DailyBatch {
 };
 
 }  // namespace
+
+void RefuseUnlikelyToday(Connection& main, const DateTime& today) {
+  const auto last = LastDay(main);
+  if (!last || std::abs(today.DayNumber() - last->DayNumber()) <= kLongestShut) return;
+  throw BatchRefused(fmt::format(
+      "The last day that was posted is {}, and today would be {}: is the clock of the office right "
+      "? If it is, run the batch once with the day written out: DailyBatch {}. If {} is wrong, put "
+      "the last day that was posted into the setting {} (yyyy-mm-dd)",
+      ShowDate(*last), ShowDate(today), ShowDate(today), ShowDate(*last), kLastDay));
+}
 
 std::string BatchChargeID(std::string_view loan_id, std::string_view sch_id, const DateTime& day) {
   return fmt::format("{}-{}-B{}", loan_id, sch_id, DayOfKey(day));

@@ -46,6 +46,11 @@ struct BatchOutcome {
 BatchOutcome RunDailyBatch(Connection& main, const DateTime& date, std::string_view user,
                            const std::function<void(const BatchProgress&)>& progress);
 
+// For a run that nobody looks at. Throws BatchRefused where `today` lies more than a month from
+// DailyBatchDate, before it or behind: a clock that is wrong is likelier then than an office that
+// was shut so long, and it would post the interest of years. SqlError.
+void RefuseUnlikelyToday(Connection& main, const DateTime& today);
+
 // The keys of the charges of a day.
 std::string BatchChargeID(std::string_view loan_id, std::string_view sch_id, const DateTime& day);
 std::string TermEndChargeID(std::string_view loan_id, const DateTime& day);

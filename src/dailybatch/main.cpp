@@ -71,6 +71,7 @@ int Run(const BatchOptions& options, Session& session) {
     BatchDate(options.date, session.clock.Now());  // before anything is opened
     OpenReachedOffice(session, options.reach);
     const DateTime date = BatchDate(options.date, ServerTime(session.Main()));
+    if (options.date == kBatchToday) RefuseUnlikelyToday(session.Main(), date);
     const BatchOutcome outcome =
         RunDailyBatch(session.Main(), date, session.CurrentUserID, ProgressLines());
     Say(stdout, Told(outcome));

@@ -28,7 +28,7 @@ BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments,
 }
 
 DateTime BatchDate(const std::string& text, const DateTime& today) {
-  if (text == "today") return today.DateOnly();
+  if (text == kBatchToday) return today.DateOnly();
   auto date = DateTime::FromDisplay(text);
   if (!date) date = DateTime::FromCanonical(text);
   if (!date || !date->IsMidnight()) {

@@ -9,6 +9,8 @@
 
 namespace kaunter {
 
+inline constexpr const char* kBatchToday = "today";
+
 struct BatchOptions {
   CompanionReach reach;
   std::string date;  // dd-mm-yyyy, yyyy-mm-dd or "today"

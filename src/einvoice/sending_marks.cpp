@@ -87,8 +87,9 @@ SendingMark MarkOf(const Recordset& row) {
 bool SendingMark::UnderWay(const DateTime& now) const {
   constexpr int kLongestRequest = 120;  // seconds; a clerk who was asked something is in it
   const auto sent = DateTime::FromDisplay(sent_at);
+  // One from the future is of a clock that has been set back since.
   return state == State::sending && reply.empty() && sent &&
-         now < sent->AddSeconds(kLongestRequest);
+         *sent < now.AddSeconds(kLongestRequest) && now < sent->AddSeconds(kLongestRequest);
 }
 
 std::map<SendingMarks::Line, SendingMark> SendingMarks::Read(const std::vector<Line>& lines) const {

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 
@@ -101,6 +102,21 @@ void Confirm(const OfficeRun& run, const RestoreView& view) {
       "{} receipts will be lost, and this number was not typed: nothing was restored", number));
 }
 
+// One that is dated after today is of a clock that was wrong, and no later than the others for it.
+const BackupRecord& NewestOf(const std::vector<BackupRecord>& backups, const DateTime& now) {
+  const DateTime latest = now.AddDays(1);
+  const auto newest = std::find_if(backups.begin(), backups.end(), [&](const BackupRecord& record) {
+    return record.made <= latest;
+  });
+  if (newest == backups.end()) return backups.front();
+  for (auto passed = backups.begin(); passed != newest; ++passed) {
+    OfficeRun::Say(
+        fmt::format("Passed over, for it is dated after today ({}): {}. To go back to it, name it.",
+                    Shown(passed->made), passed->folder));
+  }
+  return *newest;
+}
+
 }  // namespace
 
 int RunRestoreCommand(OfficeRun& run) {
@@ -110,7 +126,7 @@ int RunRestoreCommand(OfficeRun& run) {
     if (backups.empty()) {
       throw CompanionRefused(fmt::format("There is no backup in {}", FolderOf(run)));
     }
-    folder = backups.front().folder;
+    folder = NewestOf(backups, run.session.clock.Now()).folder;
   }
   std::unique_ptr<OfficeRestore> restore;
   try {

@@ -249,7 +249,6 @@ TEST_F(DailyBatchProgramTest, SaysWhatIsWrong) {
   EXPECT_THAT(Said(), HasSubstr("holds no office yet"));
   MakeOffice();
   Fresh();
-  const std::string before = State();
   const struct {
     const char* date;
     const char* told;
@@ -257,7 +256,11 @@ TEST_F(DailyBatchProgramTest, SaysWhatIsWrong) {
       {"soon", "\"soon\" is no date: write it as dd-mm-yyyy"},
       {"31-02-2024", "\"31-02-2024\" is no date"},
       {"01-02-2024", "01-02-2024 lies in the future"},
+      {"today", "last day that was posted is 30-12-2023, and today would be 31-01-2024"},
   };
+  OpenSqlite("MainConn", file, false, clock)
+      ->Execute("UPDATE Systemast SET Value='2023-12-30' WHERE Param='DailyBatchDate'");
+  const std::string before = State();
   for (const auto& c : cases) {
     EXPECT_EQ(Run(c.date), 1);
     EXPECT_THAT(Said(), HasSubstr(c.told));

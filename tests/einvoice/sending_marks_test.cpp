@@ -70,6 +70,7 @@ TEST(SendingMarks, ATryThatComesToNothingIsNotUnderWay) {
   const auto died = marks.Claim(kLine, {});
   auto mark = marks.Claim(kLine, *died);
   EXPECT_TRUE(mark->UnderWay(office.session.clock.Now()));
+  EXPECT_FALSE(mark->UnderWay(office.session.clock.Now().AddDays(-400)));  // set back since
   marks.SettleWithout(kLine, *mark, *died, SendingMark::Answer::unsent, "no line");
   EXPECT_TRUE(marks.ReadOne(kLine).Unknown());
   EXPECT_FALSE(marks.ReadOne(kLine).UnderWay(office.session.clock.Now()));

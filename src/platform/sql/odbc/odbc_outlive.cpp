@@ -120,7 +120,10 @@ void OdbcConnection::BeforeCommit() {
   if (stored_mark_.empty() ||
       Execute(fmt::format("UPDATE SaveMark SET Mark='{}',SavedAt=getdate() WHERE Mark='{}'", mark,
                           stored_mark_)) == 0) {
-    Execute("DELETE FROM SaveMark WHERE SavedAt < dateadd(month,-1,getdate())");
+    // The last ones stay whatever the clock of this server says: somebody may still ask for his.
+    Execute(
+        "DELETE FROM SaveMark WHERE SavedAt < dateadd(month,-1,getdate()) AND Mark NOT IN "
+        "(SELECT TOP 1000 Mark FROM SaveMark ORDER BY SavedAt DESC)");
     Execute(InsertOf(mark));
   }
   mark_ = mark;
