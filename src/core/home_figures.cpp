@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
-#include <limits>
 #include <span>
 
 #include "core/company_access.h"
@@ -14,6 +12,8 @@
 
 namespace kaunter {
 namespace {
+
+constexpr double kWorthSharing = 500;  // milliseconds
 
 // What stands behind a table, the nearest first: what lists the very rows of a figure before what
 // tells of its subject.
@@ -63,6 +63,12 @@ DayRange Month(int year, int month) {
   return {Format(first, "dd-mm-yyyy"), Format(first.AddMonths(1).AddDays(-1), "dd-mm-yyyy")};
 }
 
+// Where the clock stands still what is shared would never grow old, and an office in a file is that
+// of one PC.
+bool HasWhomToShareWith(Session& session) {
+  return !session.clock.Fixed() && session.Main().EngineName() != "SQLite";
+}
+
 double Milliseconds(std::chrono::steady_clock::time_point since) {
   return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - since)
       .count();
@@ -101,7 +107,6 @@ HomeFigures::HomeFigures(SessionScreen& screen, Session& session, MainMenu& menu
       PostedLBL(screen, "PostedLBL"),
       BackupLBL(screen, "BackupLBL"),
       RefreshCmd(screen, "RefreshCmd", {"Refresh", "刷新"}),
-      worth_sharing(session.clock.Fixed() ? std::numeric_limits<double>::infinity() : 500),
       screen_(screen),
       session_(session),
       menu_(menu),
@@ -313,7 +318,7 @@ std::string HomeFigures::View() const {
 bool HomeFigures::LookForShared() {
   own_ = true;
   shared_.reset();
-  if (std::isinf(worth_sharing)) return false;
+  if (!worth_sharing && !HasWhomToShareWith(session_)) return false;
   shared_.emplace(session_, View());
   SharedFigures::Found found = shared_->Look(begun_at_);
   // A script waits for nobody.
@@ -334,7 +339,7 @@ bool HomeFigures::LookForShared() {
 void HomeFigures::Share() {
   if (!shared_) return;
   try {
-    if (spent_ < worth_sharing) {
+    if (spent_ < worth_sharing.value_or(kWorthSharing)) {
       shared_->TakeAway();
     } else {
       shared_->Keep(begun_at_, spent_, reading_);

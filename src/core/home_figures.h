@@ -51,9 +51,9 @@ class HomeFigures {
   // A full reading that took longer, in milliseconds, is not begun again at each return: that waits
   // until the person has stayed for a while.
   double patience = 150;
-  // From so many milliseconds on, a reading is shared with the other desktops. Where the clock
-  // stands still what is shared would never grow old, so that nothing is.
-  double worth_sharing;
+  // From so many milliseconds on, a reading is shared with the other desktops of a server, whether
+  // there can be any or not; else from half a second.
+  std::optional<double> worth_sharing;
 
   // The person has signed in or out: what may be seen, and the reading of it. Lists are read
   // before.
