@@ -156,11 +156,8 @@ bool PaymentFrm::WritePayment(Payment& payment) {
     return true;
   } catch (const ReceiptConflict& conflict) {
     const std::string number = conflict.what();
-    Guard([&] {
-      WriteLog(session(),
-               LogLine(session(), fmt::format("{} - error Rollback - Same Receipt No - {}",
-                                              PaymentMode, number)));
-    });
+    WriteLog(session(), LogLine(session(), fmt::format("{} - error Rollback - Same Receipt No - {}",
+                                                       PaymentMode, number)));
     return Refuse(ReceiptNo, {fmt::format("Same Receipt No detected - {}", number),
                               fmt::format("收据号码 {} 已用过", number)});
   } catch (const std::exception& failure) {

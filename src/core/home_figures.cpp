@@ -389,6 +389,10 @@ void HomeFigures::ReadSettings(const DateTime& now) {
     }
   }
   backup_ = BackupNotice(session_, watch, now);
+  if (const std::string why = LogTrouble(session_); !why.empty()) {
+    backup_ = {fmt::format("The log of this PC is not written: {}. {}", why, backup_.english),
+               fmt::format("此电脑的日志无法写入：{}。{}", why, backup_.chinese)};
+  }
 }
 
 void HomeFigures::ShowPosted() {

@@ -2,8 +2,11 @@
 
 #include <fmt/format.h>
 
+#include <deque>
 #include <filesystem>
 #include <map>
+#include <mutex>
+#include <stdexcept>
 #include <string_view>
 #include <vector>
 
@@ -23,6 +26,7 @@ constexpr std::uintmax_t kLargest = 16UL << 20U;
 constexpr int kFullOnesKept = 4;
 // More than a year: a return or an inspection asks for the year before.
 constexpr std::size_t kDaysKept = 400;
+constexpr std::size_t kMostUnwritten = 1000;
 
 struct DayFile {
   std::string kind;  // "log"
@@ -66,13 +70,51 @@ std::string OnOneLine(std::string_view text) {
   return line;
 }
 
+// Lines that could not be written yet into a folder, by this process.
+struct Unwritten {
+  struct Line {
+    std::filesystem::path file;
+    std::string text;
+  };
+  std::deque<Line> lines;
+  std::size_t lost = 0;  // there were too many
+  std::string why;
+};
+
+std::mutex unwritten_mutex;
+
+Unwritten& UnwrittenOf(const Session& session) {
+  static std::map<std::filesystem::path, Unwritten> folders;
+  return folders[LogFolder(session)];
+}
+
+void Append(const std::filesystem::path& file, const std::string& text) {
+  RollingFile(file, kLargest, kFullOnesKept).Add(text);
+}
+
 void WriteLogOf(const Session& session, const DateTime& day, std::string_view line) {
   std::string text = OnOneLine(WithoutPasswords(line));
   if (session.RealTimeInLog) {
     text += fmt::format(" (real time {})", Format(Clock().Now(), "dd-MM-yyyy hh:mm:ss AMPM"));
   }
-  RollingFile(DayFilePath(LogFolder(session), "log", day), kLargest, kFullOnesKept)
-      .Add(text + '\n');
+  const std::lock_guard lock(unwritten_mutex);
+  Unwritten& unwritten = UnwrittenOf(session);
+  auto& lines = unwritten.lines;
+  lines.push_back({DayFilePath(LogFolder(session), "log", day), text + '\n'});
+  try {
+    if (!std::filesystem::exists(LogFolder(session))) MakeLogFolder(session);
+    if (unwritten.lost > 0) {
+      Append(lines.front().file, fmt::format("{} lines could not be written\n", unwritten.lost));
+    }
+    unwritten.lost = 0;
+    for (; !lines.empty(); lines.pop_front()) Append(lines.front().file, lines.front().text);
+    unwritten.why.clear();
+  } catch (const std::exception& failure) {
+    unwritten.why = failure.what();
+    if (lines.size() <= kMostUnwritten) return;
+    lines.pop_front();
+    ++unwritten.lost;
+  }
 }
 
 }  // namespace
@@ -88,7 +130,8 @@ std::filesystem::path DayFilePath(const std::filesystem::path& folder, std::stri
 
 void MakeLogFolder(const Session& session) {
   const std::filesystem::path folder = LogFolder(session);
-  std::filesystem::create_directories(folder);
+  std::error_code failed;
+  std::filesystem::create_directories(folder, failed);
   KeepFolderPrivate(folder);
   RemoveOldDays(folder);
 }
@@ -103,6 +146,11 @@ void WriteLog(const Session& session, std::string_view line) {
   WriteLogOf(session, session.clock.Now(), line);
 }
 
+std::string LogTrouble(const Session& session) {
+  const std::lock_guard lock(unwritten_mutex);
+  return UnwrittenOf(session).why;
+}
+
 void LogSetClock(Session& session) {
   session.RealTimeInLog = true;
   const std::string line =
@@ -111,17 +159,14 @@ void LogSetClock(Session& session) {
   const DateTime real = Clock().Now();
   WriteLog(session, line);
   if (real.DateOnly() != session.clock.Now().DateOnly()) WriteLogOf(session, real, line);
+  if (const std::string why = LogTrouble(session); !why.empty()) throw std::runtime_error(why);
 }
 
 void LogRollback(const Session& session, std::string_view identifier, const std::exception& error) {
   const auto* sql = dynamic_cast<const SqlError*>(&error);
-  try {
-    WriteLog(session,
-             LogLine(session, fmt::format("{} - error Rollback {} - {}", identifier,
-                                          sql != nullptr ? sql->number() : 0, error.what())));
-  } catch (const std::exception&) {
-    // The caller tells the failure itself all the same.
-  }
+  WriteLog(session,
+           LogLine(session, fmt::format("{} - error Rollback {} - {}", identifier,
+                                        sql != nullptr ? sql->number() : 0, error.what())));
 }
 
 }  // namespace kaunter

@@ -10,24 +10,28 @@ namespace kaunter {
 
 class Session;
 
-// Makes the folder of the log when it is missing. Throws std::filesystem::filesystem_error.
+// Makes the folder of the log when it is missing. Where that cannot be, the first line tells.
 void MakeLogFolder(const Session& session);
 
 // "[dd-MM-yyyy hh:mm:ss AMPM] [user] text": the stamp that every line carries.
 std::string LogLine(const Session& session, std::string_view text);
 
 // Appends the line to the day's file, which is opened and closed each time. Line ends inside the
-// line become blanks, so that a record stays one line. Throws std::runtime_error that names the
-// file when it cannot be written (no folder, full disk).
+// line become blanks, so that a record stays one line. A file that cannot be written (its folder is
+// gone, the disk is full) disturbs nobody's work, most of which is done when its line comes: the
+// line is kept, and written with the next one that can be; LogTrouble tells.
 void WriteLog(const Session& session, std::string_view line);
 
+// Why the last line could not be written, with the name of the file; "" when all are.
+std::string LogTrouble(const Session& session);
+
 // Tells that the clock was set from outside, in the log of the set day and in that of the real one.
-// From then on each line has the real time behind it.
+// From then on each line has the real time behind it. Throws std::runtime_error when it cannot be
+// written: nobody works in another time without a trace.
 void LogSetClock(Session& session);
 
 // The line of a save that failed: "<stamp> <identifier> - error Rollback <number> - <description>".
-// The number is 0 for an error that is not the database's. Never throws: a full disk must not hide
-// the failure itself.
+// The number is 0 for an error that is not the database's.
 void LogRollback(const Session& session, std::string_view identifier, const std::exception& error);
 
 }  // namespace kaunter

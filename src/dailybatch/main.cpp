@@ -57,11 +57,7 @@ std::string Told(const BatchOutcome& outcome) {
 
 int Refused(const Session& session, const std::string& why) {
   Say(stderr, "DailyBatch: " + why);
-  try {
-    WriteLog(session, LogLine(session, "Daily batch refused - " + why));
-  } catch (const std::exception& error) {
-    Say(stderr, std::string("DailyBatch: ") + error.what());
-  }
+  WriteLog(session, LogLine(session, "Daily batch refused - " + why));
   return kRefused;
 }
 
@@ -108,7 +104,11 @@ int main(int argc, char** argv) {
       fmt::print("{}", BatchUsage());
       return kDone;
     }
-    return Run(options, session);
+    const int status = Run(options, session);
+    if (const std::string why = LogTrouble(session); !why.empty()) {
+      Say(stderr, "DailyBatch: The log is not written: " + why);
+    }
+    return status;
   } catch (const CompanionRefused& error) {
     const int status = Refused(session, error.what());
     fmt::print(stderr, "{}", BatchUsage());

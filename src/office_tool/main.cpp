@@ -57,7 +57,11 @@ int main(int argc, char** argv) {
     }
     Session session;
     session.CurrentUserID = kUser;
-    return Run(call, session);
+    const int status = Run(call, session);
+    if (const std::string why = LogTrouble(session); !why.empty()) {
+      Complain("The log is not written: " + why);
+    }
+    return status;
   } catch (const CompanionRefused& why) {
     Complain(why.what());
     fmt::print(stderr, "{}", OfficeUsage());

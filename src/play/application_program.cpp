@@ -40,6 +40,7 @@ void ApplicationProgram::RequireRightToWrite(std::string_view sql) {
     throw ScriptError("sql that writes needs an administrator signed in: this office has users");
   }
   WriteLog(session, LogLine(session, fmt::format("sql - {}", WithoutSecrets(sql))));
+  if (const std::string why = LogTrouble(session); !why.empty()) throw ScriptError(why);
 }
 
 void ApplicationProgram::ChooseMenu(std::string_view menu_name) {

@@ -32,25 +32,28 @@ TEST(LogTest, LinesCarryTheStampAndStayOneLineEach) {
                   "[31-01-2024 02:05:09 PM] [AMY] AB0001-001 - error Rollback 0 - no room"));
 }
 
-TEST(LogTest, ALogThatCannotBeWrittenIsAnErrorThatNamesTheFile) {
+// Its folder is gone, and a file stands where it was; then the disk is full.
+TEST(LogTest, LinesThatCannotBeWrittenAreKeptAndToldAndDisturbNobody) {
   Office office(Office::State::base);
-  std::filesystem::remove_all(office.folder.File("logs"));
-  try {
-    WriteLog(office.session, "lost");
-    FAIL() << "written without a folder";
-  } catch (const std::runtime_error& error) {
-    EXPECT_THAT(error.what(), ::testing::HasSubstr("log31-01-2024.log"));
-  }
-  MakeLogFolder(office.session);
-  WriteLog(office.session, "kept");
-  EXPECT_THAT(office.Log(), ElementsAre("kept"));
-}
-
-TEST(LogTest, AFullDiskIsAnErrorToo) {
-  Office office(Office::State::base);
-  const std::string file = office.folder.File("logs/log31-01-2024.log");
+  const std::string logs = office.folder.File("logs");
+  const std::string file = logs + "/log31-01-2024.log";
+  std::filesystem::remove_all(logs);
+  std::ofstream(logs) << "in the way";
+  WriteLog(office.session, "first");
+  EXPECT_THAT(LogTrouble(office.session), ::testing::HasSubstr(file));
+  std::filesystem::remove(logs);
+  std::filesystem::create_directory(logs);
   std::filesystem::create_symlink("/dev/full", file);
-  EXPECT_THROW(WriteLog(office.session, "lost"), std::runtime_error);
+  for (int i = 0; i < 1010; ++i) WriteLog(office.session, fmt::format("line {}", i));
+  EXPECT_THAT(LogTrouble(office.session), ::testing::HasSubstr("No space"));
+  EXPECT_THROW(LogSetClock(office.session), std::runtime_error);
+  std::filesystem::remove_all(logs);
+  WriteLog(office.session, "last");
+  EXPECT_EQ(LogTrouble(office.session), "");
+  const auto log = office.Log();
+  EXPECT_EQ(log.front(), "13 lines could not be written");
+  EXPECT_EQ(log.size(), 1001u);  // one of them is in the log of the real day
+  EXPECT_THAT(log.back(), ::testing::HasSubstr("last"));
 }
 
 std::string ModeOf(const std::string& path) {
