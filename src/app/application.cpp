@@ -94,7 +94,11 @@ int Application::Start() {
     });
     Connect(session, desk_);
     SetWhileServerIsAway([this] { return ServerAwayBar(*session_, desk_); });
-    EnsureMenuList(session.AppPath, MenuTable());
+    try {
+      EnsureMenuList(session.AppPath, MenuTable());
+    } catch (const std::exception& failure) {  // the list of the program's own entries serves too
+      WriteLog(session, LogLine(session, failure.what()));
+    }
     ReadMenuList(session.AppPath);  // a file that cannot be read ends the start here, with its line
     main_ = std::make_unique<MainFrm>(session, desk_, MenuTable(),
                                       [](std::string_view name) { return ScreenExists(name); });

@@ -56,13 +56,19 @@ void CleanFtpScripts(const Session& session) {
 
 FileStore::FileStore(std::string photo_path, FtpServer server)
     : photo_path_(std::move(photo_path)), server_(std::move(server)) {
-  for (const char* folder : {".unsent", ".incoming"}) {
-    fs::create_directories(fs::path(photo_path_) / folder);
-  }
+  MakeFolders();
   ClearForgottenParts(photo_path_ + "/.incoming");
   sending_.waiting = static_cast<int>(ReadMarks().size());
   sender_ = std::thread([this] { SendLoop(); });
   fetcher_ = std::thread([this] { FetchLoop(); });
+}
+
+// Somebody may have taken them away since. Where they cannot be made, who needs them tells.
+void FileStore::MakeFolders() const {
+  std::error_code failed;
+  for (const char* folder : {".unsent", ".incoming"}) {
+    fs::create_directories(fs::path(photo_path_) / folder, failed);
+  }
 }
 
 FileStore::~FileStore() {
@@ -106,6 +112,7 @@ void FileStore::Send(const File& file) {
   if (!IsPlainFileName(file.folder) || !IsPlainFileName(file.name)) {
     throw std::runtime_error(fmt::format("\"{}\" cannot be the name of a file", file.name));
   }
+  MakeFolders();
   WriteWholeFile(fmt::format("{}/.unsent/{}", photo_path_, FreeFileName() + ".note"),
                  [&](std::ostream& out) { out << file.folder << '\n'
                                               << file.name << '\n'; });

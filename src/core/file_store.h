@@ -84,6 +84,7 @@ class FileStore {
   Marks ReadMarks() const;
   // Of one direction: what asks for its end, and the bytes of the file under way.
   FtpWatch WatchOver(const bool& stop, std::int64_t& done, std::int64_t& total);
+  void MakeFolders() const;
   void SendLoop();
   void SendRound(std::unique_lock<std::mutex>& lock);
   void FetchLoop();

@@ -166,7 +166,8 @@ int StoredVersion(const std::string& stored, std::string_view running) {
 
 void FindPhotoFolder(Session& session) {
   session.PhotoPath = session.AppPath + "/Photo";
-  std::filesystem::create_directories(session.PhotoPath);
+  std::error_code failed;  // a picture that cannot be kept there is told when it comes
+  std::filesystem::create_directories(session.PhotoPath, failed);
   CleanFtpScripts(session);
 }
 

@@ -68,6 +68,7 @@ TEST_F(PhotoServer, WhatIsKeptGoesToTheServerAndComesBackFromIt) {
   EXPECT_THAT(Told(), HasSubstr("fail to get photo from server,\nother.pdf"));
   EXPECT_FALSE(FetchPhoto(office.session, *screen, "HQ0001", "../../LoanMastList.rpt"));
   EXPECT_THAT(server.Commands(), Not(HasSubstr("LoanMastList")));
+  std::filesystem::remove_all(office.folder.File("Photo/.unsent"));  // somebody tidies up
   // A code of an older office.
   EXPECT_FALSE(SendPhoto(office.session, *screen, "A/..", "gone\r\nDELE x"));
   std::ofstream(office.folder.File("x.pdf")) << "old";
