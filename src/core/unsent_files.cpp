@@ -24,7 +24,8 @@ void TellNotSent(Session& session, const Screen& screen, std::string_view file,
 
 bool TellUnsent(Session& session, const Screen& screen) {
   FileStore* store = OpenStore(session);
-  const std::string why = store == nullptr ? std::string() : store->TakeTrouble();
+  if (store == nullptr) return false;
+  const std::string why = store->TakeTrouble();
   if (why.empty()) return false;
   const FileStore::Sending sending = store->sending();
   TellNotSent(session, screen,
