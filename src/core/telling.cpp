@@ -6,6 +6,7 @@
 
 #include "core/session.h"
 #include "platform/sql/connection.h"
+#include "screen/caption_error.h"
 #include "screen/screen.h"
 
 namespace kaunter {
@@ -77,11 +78,11 @@ Caption FailedOrRefused(const Caption& words, const std::exception& failure) {
   Caption told = Failed(words, failure);
   const bool ours = dynamic_cast<const std::runtime_error*>(&failure) != nullptr &&
                     dynamic_cast<const SqlError*>(&failure) == nullptr && *failure.what() != '\0';
-  for (std::string* text : {&told.english, &told.chinese}) {
-    if (ours && text->find(failure.what()) == std::string::npos) {
-      *text += '\n';
-      *text += failure.what();
-    }
+  const auto* both = dynamic_cast<const CaptionFailure*>(&failure);
+  const Caption why = both != nullptr ? both->text : Caption(failure.what());
+  for (const bool chinese : {false, true}) {
+    std::string& text = chinese ? told.chinese : told.english;
+    if (ours && text.find(why.In(chinese)) == std::string::npos) text += '\n' + why.In(chinese);
   }
   return told;
 }

@@ -14,4 +14,11 @@ struct CaptionError : std::runtime_error {
   Caption text;
 };
 
+// The same of what went wrong outside: a server, another program. What was asked for did fit.
+struct CaptionFailure : std::runtime_error {
+  explicit CaptionFailure(Caption caption)
+      : std::runtime_error(caption.english), text(std::move(caption)) {}
+  Caption text;
+};
+
 }  // namespace kaunter

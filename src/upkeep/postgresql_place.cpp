@@ -11,6 +11,7 @@
 #include "platform/sql/odbc/odbc_silence.h"
 #include "platform/sql/odbc/odbc_string.h"
 #include "platform/tool.h"
+#include "screen/caption_error.h"
 
 namespace kaunter {
 namespace {
@@ -84,18 +85,22 @@ bool PostgresqlPlace::Run(const std::string& program, const std::vector<std::str
     return heard && go_on();
   });
   if (!heard) {
-    throw std::runtime_error(
-        fmt::format("The server does not answer any more, and {} was ended", program));
+    throw CaptionFailure(
+        {fmt::format("The server does not answer any more, and {} was ended", program),
+         fmt::format("服务器不再回应，{} 已被结束", program)});
   }
   if (run.stopped) return false;
   if (run.status == kNoProgram) {
-    throw std::runtime_error(fmt::format(
-        "{} does not run: install the programs of PostgreSQL on this machine (Debian's package "
-        "postgresql-client)",
-        program));
+    throw CaptionFailure(
+        {fmt::format("{} does not run: install the programs of PostgreSQL on this machine "
+                     "(Debian's package postgresql-client)",
+                     program),
+         fmt::format("无法执行 {}：请在此机器安装 PostgreSQL 的程序（Debian 的 postgresql-client）",
+                     program)});
   }
   if (run.status != 0) {
-    throw std::runtime_error(fmt::format("{} failed: {}", program, Reason(run.said)));
+    throw CaptionFailure({fmt::format("{} failed: {}", program, Reason(run.said)),
+                          fmt::format("{} 失败：{}", program, Reason(run.said))});
   }
   return true;
 }
