@@ -421,7 +421,7 @@ int Number(int argc, char** argv, int at, int otherwise) {
 }
 
 // What a person waits for at most, in 95 of 100 cases, with all desktops at work.
-constexpr std::array<double, kActions> kLimits = {1000, 1000, 1000, 1000, 3000, 60000};
+constexpr std::array<double, kActions> kLimits = {1000, 1000, 1000, 1000, 3000, 30000};
 
 bool Bench(int argc, char** argv) {
   if (std::getenv("KAUNTER_POSTGRESQL") == nullptr) {
