@@ -8,6 +8,7 @@
 #include <mutex>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/formats.h"
@@ -79,6 +80,7 @@ struct Unwritten {
   std::deque<Line> lines;
   std::size_t lost = 0;  // there were too many
   std::string why;
+  bool to_raise = false;
 };
 
 std::mutex unwritten_mutex;
@@ -92,7 +94,8 @@ void Append(const std::filesystem::path& file, const std::string& text) {
   RollingFile(file, kLargest, kFullOnesKept).Add(text);
 }
 
-void WriteLogOf(const Session& session, const DateTime& day, std::string_view line) {
+// False where the line is kept for later.
+bool WriteLogOf(const Session& session, const DateTime& day, std::string_view line) {
   std::string text = OnOneLine(WithoutPasswords(line));
   if (session.RealTimeInLog) {
     text += fmt::format(" (real time {})", Format(Clock().Now(), "dd-MM-yyyy hh:mm:ss AMPM"));
@@ -109,11 +112,15 @@ void WriteLogOf(const Session& session, const DateTime& day, std::string_view li
     unwritten.lost = 0;
     for (; !lines.empty(); lines.pop_front()) Append(lines.front().file, lines.front().text);
     unwritten.why.clear();
+    unwritten.to_raise = false;
+    return true;
   } catch (const std::exception& failure) {
     unwritten.why = failure.what();
-    if (lines.size() <= kMostUnwritten) return;
-    lines.pop_front();
-    ++unwritten.lost;
+    if (lines.size() > kMostUnwritten) {
+      lines.pop_front();
+      ++unwritten.lost;
+    }
+    return false;
   }
 }
 
@@ -143,7 +150,15 @@ std::string LogLine(const Session& session, std::string_view text) {
 }
 
 void WriteLog(const Session& session, std::string_view line) {
-  WriteLogOf(session, session.clock.Now(), line);
+  if (WriteLogOf(session, session.clock.Now(), line)) return;
+  const std::lock_guard lock(unwritten_mutex);
+  UnwrittenOf(session).to_raise = true;
+}
+
+void RaiseLogTrouble(const Session& session) {
+  const std::lock_guard lock(unwritten_mutex);
+  Unwritten& unwritten = UnwrittenOf(session);
+  if (std::exchange(unwritten.to_raise, false)) throw std::runtime_error(unwritten.why);
 }
 
 std::string LogTrouble(const Session& session) {
@@ -164,9 +179,9 @@ void LogSetClock(Session& session) {
 
 void LogRollback(const Session& session, std::string_view identifier, const std::exception& error) {
   const auto* sql = dynamic_cast<const SqlError*>(&error);
-  WriteLog(session,
-           LogLine(session, fmt::format("{} - error Rollback {} - {}", identifier,
-                                        sql != nullptr ? sql->number() : 0, error.what())));
+  WriteLogOf(session, session.clock.Now(),
+             LogLine(session, fmt::format("{} - error Rollback {} - {}", identifier,
+                                          sql != nullptr ? sql->number() : 0, error.what())));
 }
 
 }  // namespace kaunter

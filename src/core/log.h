@@ -18,9 +18,14 @@ std::string LogLine(const Session& session, std::string_view text);
 
 // Appends the line to the day's file, which is opened and closed each time. Line ends inside the
 // line become blanks, so that a record stays one line. A file that cannot be written (its folder is
-// gone, the disk is full) disturbs nobody's work, most of which is done when its line comes: the
-// line is kept, and written with the next one that can be; LogTrouble tells.
+// gone, the disk is full) breaks no act off in the middle, where a save that is done would look as
+// if it were not: the line is kept, and written with the next one that can be. The act fails when
+// it has come to its end, by RaiseLogTrouble.
 void WriteLog(const Session& session, std::string_view line);
+
+// Throws std::runtime_error with what LogTrouble tells where a line could not be written since the
+// last call.
+void RaiseLogTrouble(const Session& session);
 
 // Why the last line could not be written, with the name of the file; "" when all are.
 std::string LogTrouble(const Session& session);
@@ -31,7 +36,8 @@ std::string LogTrouble(const Session& session);
 void LogSetClock(Session& session);
 
 // The line of a save that failed: "<stamp> <identifier> - error Rollback <number> - <description>".
-// The number is 0 for an error that is not the database's.
+// The number is 0 for an error that is not the database's. Whoever calls tells the failure itself,
+// so that nothing is raised for this line.
 void LogRollback(const Session& session, std::string_view identifier, const std::exception& error);
 
 }  // namespace kaunter

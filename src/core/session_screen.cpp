@@ -19,6 +19,7 @@ SessionScreen::SessionScreen(std::string name, Caption title, Session& session, 
   SetChinese(session.ChineseFlag);
   onFailure = [this](const std::exception& failure) { TellFailure(failure); };
   onAct = [this] { kept_before_ = session_.MainConn ? main().kept() : 0; };
+  onActed = [this] { RaiseLogTrouble(session_); };
 }
 
 bool SessionScreen::MayOpen() {

@@ -92,6 +92,7 @@ bool Screen::Guard(const std::function<void()>& act) {
   try {
     if (!inner && onAct) onAct();
     act();
+    if (!inner && onActed) onActed();
     return true;
   } catch (const std::exception& failure) {
     tell(failure);

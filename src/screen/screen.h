@@ -83,6 +83,8 @@ class Screen {
   std::function<void(const std::exception&)> onFailure;
   // Before an act that stands in no other act of this screen.
   std::function<void()> onAct;
+  // Behind it, when it has done all of its work; what it throws is told as a failure of the act.
+  std::function<void()> onActed;
   // Runs an act of the person; false when it failed.
   bool Guard(const std::function<void()>& act);
 

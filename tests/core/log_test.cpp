@@ -8,6 +8,7 @@
 #include <map>
 #include <stdexcept>
 
+#include "core/session_screen.h"
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
 #include "platform/rolling_file.h"
@@ -39,7 +40,16 @@ TEST(LogTest, LinesThatCannotBeWrittenAreKeptAndToldAndDisturbNobody) {
   const std::string file = logs + "/log31-01-2024.log";
   std::filesystem::remove_all(logs);
   std::ofstream(logs) << "in the way";
-  WriteLog(office.session, "first");
+  // An act is done to its end, and then fails once.
+  SessionScreen screen("Screen", {}, office.session, office.desk);
+  bool to_its_end = false;
+  EXPECT_FALSE(screen.Guard([&] {
+    WriteLog(office.session, "first");
+    to_its_end = true;
+  }));
+  EXPECT_TRUE(to_its_end);
+  EXPECT_THAT(office.desk.messages.back(), ::testing::HasSubstr(file));
+  EXPECT_TRUE(screen.Guard([&] { LogRollback(office.session, "a save", SqlError(1, "told")); }));
   EXPECT_THAT(LogTrouble(office.session), ::testing::HasSubstr(file));
   std::filesystem::remove(logs);
   std::filesystem::create_directory(logs);
@@ -51,7 +61,7 @@ TEST(LogTest, LinesThatCannotBeWrittenAreKeptAndToldAndDisturbNobody) {
   WriteLog(office.session, "last");
   EXPECT_EQ(LogTrouble(office.session), "");
   const auto log = office.Log();
-  EXPECT_EQ(log.front(), "13 lines could not be written");
+  EXPECT_EQ(log.front(), "15 lines could not be written");
   EXPECT_EQ(log.size(), 1001u);  // one of them is in the log of the real day
   EXPECT_THAT(log.back(), ::testing::HasSubstr("last"));
 }
