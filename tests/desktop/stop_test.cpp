@@ -211,9 +211,9 @@ TEST(StopSubmission, EndsBetweenTwoDocuments) {
   Hand hand(false);
   screen.CmdPrint.Click();
   OpenScreen::Wait();
-  ASSERT_GE(hand.stopped_at, kDocuments / 2);
+  ASSERT_GT(hand.stopped_at, 0);
   const int sent = std::stoi(office.Scalar("SELECT COUNT(*) FROM EInvMast"));
-  EXPECT_GE(sent, kDocuments / 2);
+  EXPECT_GE(sent, hand.stopped_at);
   EXPECT_LT(sent, kDocuments);
   EXPECT_THAT(desk.messages, ElementsAre(testing::StartsWith("Stopped.")));
   for (int row = 0; row < kDocuments; ++row) EXPECT_EQ(screen.vsd.Ticked(row), row >= sent) << row;
