@@ -71,6 +71,16 @@ std::unique_ptr<Connection> PostgresqlPlace::Open(std::string_view name,
 
 bool PostgresqlPlace::Run(const std::string& program, const std::vector<std::string>& arguments,
                           const Go& go_on) const {
+  if (HostOf(text_).empty() && text_.Has("dsn")) {
+    // They read no DSN, and would turn to whichever server runs on this machine.
+    throw CaptionFailure(
+        {fmt::format("{} does not know the DSN {}: name driver and server themselves in the data "
+                     "source of the settings (Driver={{...}};Server=...)",
+                     program, text_.Get("dsn")),
+         fmt::format("{} 不认识 DSN {}：请在设定的数据源中直接写明驱动程序与服务器"
+                     "（Driver={{...}};Server=...）",
+                     program, text_.Get("dsn"))});
+  }
   std::vector<std::string> words = arguments;
   words.insert(words.begin(), "--no-password");  // it never stands and waits for one
   using Time = std::chrono::steady_clock;
