@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
 #include <set>
+#include <thread>
 
 #include "core/values.h"
 #include "loans/money_gate.h"
@@ -11,6 +13,19 @@
 #include "platform/sql/transaction.h"
 
 namespace kaunter {
+namespace {
+
+const Caption kVerifying{"Verifying the ledger of the backup", "正在核对备份的账目"};
+
+// A desktop on a busy PC may take so long from the save of a payment to its replay.
+constexpr std::chrono::seconds kLongestSave(5);
+constexpr std::chrono::milliseconds kBetweenLooks(50);
+
+bool Contains(const std::vector<LedgerFault>& faults, const LedgerFault& fault) {
+  return std::find(faults.begin(), faults.end(), fault) != faults.end();
+}
+
+}  // namespace
 
 EmbeddedGoOn Told(const UpkeepGoOn& go_on, const Caption& what) {
   return [&go_on, what](std::int64_t done, std::int64_t total) {
@@ -21,9 +36,7 @@ EmbeddedGoOn Told(const UpkeepGoOn& go_on, const Caption& what) {
 OfficeCheck CheckCopy(Connection& copy, const UpkeepGoOn& go_on) {
   const Transaction as_one(copy);
   return CheckOffice(copy, [&](const std::string&, const LedgerProgress& progress) {
-    return go_on({{"Verifying the ledger of the backup", "正在核对备份的账目"},
-                  progress.done,
-                  progress.total});
+    return go_on({kVerifying, progress.done, progress.total});
   });
 }
 
@@ -36,7 +49,14 @@ void KeepMoment(Connection& office, const BackupRecord& record) {
   }
 }
 
-void NoteCheck(Connection& office, const OfficeCheck& check, BackupRecord* record) {
+bool NoteCheck(Connection& office, const OfficeCheck& check, BackupRecord* record,
+               const UpkeepGoOn& go_on) {
+  using Time = std::chrono::steady_clock;
+  const auto until = Time::now() + kLongestSave;
+  const auto look = [&office](const LedgerFault& fault) {
+    return fault.LoanID.empty() ? CheckCustomer(office, fault.CustID)
+                                : CheckLoan(office, fault.LoanID);
+  };
   record->loans = check.loans;
   record->receipts = check.receipts;
   record->ledger = true;
@@ -45,11 +65,15 @@ void NoteCheck(Connection& office, const OfficeCheck& check, BackupRecord* recor
   const LedgerFault* before = nullptr;
   for (const LedgerFault& fault : check.faults) {
     if (before == nullptr || !before->SameBook(fault)) {
-      now = fault.LoanID.empty() ? CheckCustomer(office, fault.CustID)
-                                 : CheckLoan(office, fault.LoanID);
+      now = look(fault);
+      while (Contains(now, fault) && Time::now() < until) {
+        if (!go_on({kVerifying})) return false;
+        std::this_thread::sleep_for(kBetweenLooks);
+        now = look(fault);
+      }
     }
     before = &fault;
-    if (std::find(now.begin(), now.end(), fault) != now.end()) {
+    if (Contains(now, fault)) {
       ++record->faults;
     } else if (!fault.LoanID.empty()) {
       replay.insert(fault.LoanID);
@@ -59,6 +83,7 @@ void NoteCheck(Connection& office, const OfficeCheck& check, BackupRecord* recor
     }
   }
   record->replay.assign(replay.begin(), replay.end());
+  return true;
 }
 
 void Replay(Connection& copy, const std::vector<std::string>& loans) {

@@ -36,8 +36,10 @@ void KeepMoment(Connection& office, const BackupRecord& record);
 
 // What the check of a copy has found, into the record. A payment is stored first and replayed then:
 // a loan that does not hold in the copy and does in the office was caught between the two, and is
-// one to be rebuilt. Throws SqlError.
-void NoteCheck(Connection& office, const OfficeCheck& check, BackupRecord* record);
+// one to be rebuilt. What holds in neither is waited for some seconds, for a desktop may be between
+// the two; false when `go_on` has ended that. Throws SqlError.
+bool NoteCheck(Connection& office, const OfficeCheck& check, BackupRecord* record,
+               const UpkeepGoOn& go_on);
 
 // Rebuilds the loans that a record names, and their customers. Throws what a rebuild failed with.
 void Replay(Connection& copy, const std::vector<std::string>& loans);

@@ -71,7 +71,7 @@ bool CopyEmbeddedOffice(Session& session, const fs::path& folder, BackupRecord* 
     const auto opened = OpenSqlite("Backup", copy, /*create=*/false, session.clock);
     const OfficeCheck check = CheckCopy(*opened, go_on);
     if (!check.complete) return false;
-    NoteCheck(session.Main(), check, record);
+    if (!NoteCheck(session.Main(), check, record, go_on)) return false;
     Replay(*opened, record->replay);
     record->replay.clear();
   }

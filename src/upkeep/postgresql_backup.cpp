@@ -67,8 +67,7 @@ bool DumpPostgresqlOffice(Session& session, const fs::path& folder, BackupRecord
   const auto copy = scratch.Open("Backup");
   const OfficeCheck check = CheckCopy(*copy, go_on);
   if (!check.complete) return false;
-  NoteCheck(session.Main(), check, record);
-  return true;
+  return NoteCheck(session.Main(), check, record, go_on);
 }
 
 }  // namespace kaunter
