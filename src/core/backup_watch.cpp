@@ -4,6 +4,7 @@
 
 #include "core/session.h"
 #include "core/values.h"
+#include "platform/sql/engine_version.h"
 
 namespace kaunter {
 namespace {
@@ -16,7 +17,7 @@ constexpr long long kOld = 25 * kHour;
 Caption BackupNotice(const Session& session, const BackupWatch& watch, const DateTime& now) {
   const std::string engine = session.Main().EngineName();
   if (!watch.OfficeKind.empty() || watch.BackupByOthers == "1" ||
-      (engine != "SQLite" && engine != "PostgreSQL")) {
+      (engine != kEmbeddedEngine && engine != kPostgresqlEngine)) {
     return {};
   }
   const auto last = DateTime::FromCanonical(watch.LastBackup);

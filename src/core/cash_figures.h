@@ -2,6 +2,7 @@
 // what is to come in the days ahead. Amounts are ringgit.
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,11 @@ struct CashPosition {
   Money due;      // open instalments of loans with a balance, due within the outlook
   bool operator==(const CashPosition&) const = default;
 };
+
+// In this order.
+inline constexpr std::array kCashAmounts = {&CashPosition::cash,    &CashPosition::bank,
+                                            &CashPosition::today,   &CashPosition::week,
+                                            &CashPosition::cheques, &CashPosition::due};
 
 // One a company that the person may see and that has any of it. What is not asked for is not read
 // and stays 0.

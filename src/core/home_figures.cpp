@@ -9,6 +9,7 @@
 #include "core/company_access.h"
 #include "core/log.h"
 #include "core/values.h"
+#include "platform/sql/engine_version.h"
 
 namespace kaunter {
 namespace {
@@ -66,7 +67,7 @@ DayRange Month(int year, int month) {
 // Where the clock stands still what is shared would never grow old, and an office in a file is that
 // of one PC.
 bool HasWhomToShareWith(Session& session) {
-  return !session.clock.Fixed() && session.Main().EngineName() != "SQLite";
+  return !session.clock.Fixed() && session.Main().EngineName() != kEmbeddedEngine;
 }
 
 double Milliseconds(std::chrono::steady_clock::time_point since) {
@@ -476,8 +477,7 @@ void HomeFigures::ShowCash() {
   CashPosition all;
   for (const CashPosition& one : reading_.cash) {
     rows.push_back(row(one.CompCode, one));
-    for (const auto member : {&CashPosition::cash, &CashPosition::bank, &CashPosition::today,
-                              &CashPosition::week, &CashPosition::cheques, &CashPosition::due}) {
+    for (const auto member : kCashAmounts) {
       all.*member += one.*member;
     }
   }

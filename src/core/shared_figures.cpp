@@ -94,8 +94,7 @@ void Fields(Lines& lines, OverdueLoan& loan) {
 
 void Fields(Lines& lines, CashPosition& one) {
   lines.Pass(one.CompCode);
-  for (const auto member : {&CashPosition::cash, &CashPosition::bank, &CashPosition::today,
-                            &CashPosition::week, &CashPosition::cheques, &CashPosition::due}) {
+  for (const auto member : kCashAmounts) {
     lines.Pass(one.*member);
   }
 }

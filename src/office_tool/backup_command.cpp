@@ -24,17 +24,12 @@ std::string FolderOf(const OfficeRun& run) {
 
 std::string Shown(const DateTime& moment) { return Format(moment, "dd-MM-yyyy hh:nn:ss"); }
 
-}  // namespace
-
-int RunBackupCommand(OfficeRun& run) {
-  const std::string keep = run.Value("--keep");
-  const Keeping keeping = keep.empty() ? Keeping() : Keeping::Parse(keep);
-  OpenReachedOffice(run.session, run.reach);
-  OpenReachedTrail(run.session);
+// Says each step. What fails, and does not tell itself what to do, stands behind `not_done`.
+template <typename Work>
+auto DoneOrTold(std::string_view not_done, const Work& work) {
   std::string said;
-  BackupResult result;
   try {
-    result = TakeBackup(run.session, FolderOf(run), keeping, [&](const UpkeepStep& step) {
+    return work([&said](const UpkeepStep& step) {
       if (step.what.english != said) OfficeRun::Say(said = step.what.english);
       return true;
     });
@@ -42,8 +37,20 @@ int RunBackupCommand(OfficeRun& run) {
     throw;
   } catch (const std::exception& failure) {
     throw std::runtime_error(
-        fmt::format("No backup was made. {}\nMend the cause and do it again.", failure.what()));
+        fmt::format("{} {}\nMend the cause and do it again.", not_done, failure.what()));
   }
+}
+
+}  // namespace
+
+int RunBackupCommand(OfficeRun& run) {
+  const std::string keep = run.Value("--keep");
+  const Keeping keeping = keep.empty() ? Keeping() : Keeping::Parse(keep);
+  OpenReachedOffice(run.session, run.reach);
+  OpenReachedTrail(run.session);
+  const BackupResult result = DoneOrTold("No backup was made.", [&](const UpkeepGoOn& go_on) {
+    return TakeBackup(run.session, FolderOf(run), keeping, go_on);
+  });
   for (const Caption& warning : result.warnings) run.Report("Warning: " + warning.english);
   for (const std::string& folder : result.removed) run.Report("Removed " + folder);
   run.Report(fmt::format("Backed up into {}: {} loans, {} receipts", result.record->folder,
@@ -128,20 +135,9 @@ int RunRestoreCommand(OfficeRun& run) {
     }
     folder = NewestOf(backups, run.session.clock.Now()).folder;
   }
-  std::unique_ptr<OfficeRestore> restore;
-  try {
-    std::string said;
-    restore = PrepareRestore(run.session, folder, [&](const UpkeepStep& step) {
-      if (step.what.english != said) OfficeRun::Say(said = step.what.english);
-      return true;
-    });
-  } catch (const CaptionError&) {
-    throw;
-  } catch (const std::exception& failure) {
-    throw std::runtime_error(fmt::format(
-        "Nothing was restored, the office is as it was. {}\nMend the cause and do it again.",
-        failure.what()));
-  }
+  const std::unique_ptr<OfficeRestore> restore = DoneOrTold(
+      "Nothing was restored, the office is as it was.",
+      [&](const UpkeepGoOn& go_on) { return PrepareRestore(run.session, folder, go_on); });
   const RestoreView& view = restore->view();
   Tell(view);
   if (!view.related && !run.Has("--another-office")) {

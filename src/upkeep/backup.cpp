@@ -13,6 +13,7 @@
 #include "platform/host.h"
 #include "platform/installation.h"
 #include "platform/private_file.h"
+#include "platform/sql/engine_version.h"
 #include "screen/caption_error.h"
 #include "upkeep/backup_copy.h"
 #include "upkeep/office_place.h"

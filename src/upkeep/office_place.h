@@ -8,9 +8,6 @@
 
 namespace kaunter {
 
-// As its connections name it.
-inline constexpr const char* kEmbeddedEngine = "SQLite";
-
 // The file of an embedded office, and that of its audit trail, which need not be there; nothing for
 // an office on a server.
 std::optional<std::string> EmbeddedOffice(const Session& session);

@@ -12,8 +12,6 @@
 
 namespace kaunter {
 
-inline constexpr const char* kPostgresqlEngine = "PostgreSQL";
-
 class PostgresqlPlace {
  public:
   // The database of the office, or of its audit trail. Throws SqlError for a data source that does

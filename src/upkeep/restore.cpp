@@ -4,6 +4,7 @@
 
 #include <sstream>
 
+#include "platform/sql/engine_version.h"
 #include "screen/caption_error.h"
 #include "upkeep/move_end.h"
 #include "upkeep/office_place.h"

@@ -131,8 +131,8 @@ TEST_F(CardReader, WhateverTheProgramDoesTheCardOfThisCustomerComesOutOrNone) {
        "sleep 1.6; : > MyKad.txt; (sleep 0.3; head -n 5 card > MyKad.txt; sleep 0.6; "
        "tail -n +6 card >> MyKad.txt) &",
        read + "TAN" + ic},
-      {"all of it comes late", Card("TAN"), "(sleep 0.2; " + write + ") &", read + "TAN" + ic},
-      {"it hangs", Card("TAN"), "(sleep 1; " + write + ") & sleep 100", "- ||", 5},
+      {"all of it comes late", Card("TAN"), "(sleep 0.4; " + write + ") &", read + "TAN" + ic},
+      {"it hangs", Card("TAN"), "(sleep 0.4; " + write + ") & sleep 100", "- ||", 5},
       {"it hangs and does not mind", Card("TAN"),
        "trap '' TERM; " + write + "; sleep 100; sleep 100", "- ||", 5},
       {"it is none", Card("TAN"), "", failed},
@@ -152,7 +152,7 @@ TEST_F(CardReader, WhateverTheProgramDoesTheCardOfThisCustomerComesOutOrNone) {
         << one.what << ": " << told;
     const bool copied = told.starts_with(read) && one.script.find("Photo.jpg") != std::string::npos;
     EXPECT_EQ(Photo(), copied ? kJpeg : "") << one.what;
-    if (one.looks >= 0) std::this_thread::sleep_for(std::chrono::milliseconds(1200));
+    if (one.looks >= 0) std::this_thread::sleep_for(std::chrono::milliseconds(600));
     for (const char* left : {"MyKad.txt", "Photo.jpg"}) {
       EXPECT_FALSE(fs::exists(folder / left)) << one.what;
     }
